@@ -1,0 +1,133 @@
+# SPDX-License-Identifier: MIT
+# What every target is built with, and the functions that rooms, programs, tests, measurements and
+# fuzz targets are declared with.
+
+# Options shared by everything that is compiled here.
+add_library(raincast_options INTERFACE)
+target_compile_options(raincast_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wcast-qual -Wformat=2 -Werror)
+target_compile_definitions(raincast_options INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_DISABLE_DEPRECATED_BEFORE=0x060400
+    RAINCAST_VERSION="${PROJECT_VERSION}")
+target_include_directories(raincast_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
+if(RAINCAST_SANITIZE)
+    target_compile_options(raincast_options INTERFACE
+        -fsanitize=${RAINCAST_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(raincast_options INTERFACE -fsanitize=${RAINCAST_SANITIZE})
+endif()
+if(RAINCAST_FUZZ)
+    target_compile_options(raincast_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+if(RAINCAST_CLANG_TIDY)
+    find_program(RAINCAST_CLANG_TIDY_PROGRAM NAMES clang-tidy-14 clang-tidy REQUIRED)
+endif()
+
+# All rooms declared so far, lowest first. A room may include those before it, never those after.
+set_property(GLOBAL PROPERTY RAINCAST_ROOMS "")
+
+# raincast_room(NAME LIBRARY...): every .cpp of src/NAME as an object library. Object libraries, so
+# that self-registering static objects are never dropped by the linker.
+function(raincast_room name)
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${name}/*.cpp")
+    if(NOT sources)
+        return()
+    endif()
+    add_library(${name} OBJECT ${sources})
+    target_link_libraries(${name} PUBLIC raincast_options ${ARGN})
+    if(RAINCAST_CLANG_TIDY)
+        set_target_properties(${name} PROPERTIES
+            CXX_CLANG_TIDY "${RAINCAST_CLANG_TIDY_PROGRAM};--quiet")
+    endif()
+    set_property(GLOBAL APPEND PROPERTY RAINCAST_ROOMS ${name})
+endfunction()
+
+# raincast_rooms_up_to(OUT NAME): NAME and every room below it, for a target_link_libraries call.
+function(raincast_rooms_up_to out name)
+    get_property(rooms GLOBAL PROPERTY RAINCAST_ROOMS)
+    set(result "")
+    foreach(room IN LISTS rooms)
+        list(APPEND result ${room})
+        if(room STREQUAL name)
+            set(${out} ${result} PARENT_SCOPE)
+            return()
+        endif()
+    endforeach()
+    message(FATAL_ERROR "No room is called ${name}")
+endfunction()
+
+# raincast_program(NAME MAIN ROOM...): a program from one main file and the rooms that it lists.
+function(raincast_program name main)
+    add_executable(${name} ${main})
+    target_link_libraries(${name} PRIVATE ${ARGN})
+    install(TARGETS ${name})
+endfunction()
+
+# The compiled form of a locale that writes "22,4": the test suite runs under it as well.
+set(RAINCAST_LOCALE_DIR "${CMAKE_BINARY_DIR}/locale")
+function(raincast_make_comma_locale)
+    if(NOT EXISTS "${RAINCAST_LOCALE_DIR}/de_DE.UTF-8")
+        file(MAKE_DIRECTORY "${RAINCAST_LOCALE_DIR}")
+        execute_process(
+            COMMAND localedef -i de_DE -f UTF-8 "${RAINCAST_LOCALE_DIR}/de_DE.UTF-8"
+            COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+endfunction()
+
+# raincast_test(ROOM): the tests of tests/ROOM/*_test.cpp as one program and up to three ctest
+# entries: ROOM; ROOM.comma, the same under a comma locale; ROOM.real_data, the suites named
+# RealData..., which need the folder RAINCAST_TEST_DATA and show as skipped without it.
+function(raincast_test room)
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${room}/*.cpp")
+    if(NOT sources)
+        return()
+    endif()
+    if(TARGET ${room})
+        raincast_rooms_up_to(rooms ${room})
+    endif()
+    add_executable(${room}_tests ${sources})
+    target_link_libraries(${room}_tests PRIVATE ${rooms} test_support ${ARGN})
+
+    # Suites named RealData... are an entry of their own, so that their skipping is seen.
+    set(synthetic "--gtest_filter=-RealData*:*/RealData*")
+    add_test(NAME ${room} COMMAND ${room}_tests ${synthetic})
+    add_test(NAME ${room}.comma COMMAND ${room}_tests ${synthetic})
+    set(names ${room} ${room}.comma)
+    set(real_data "")
+    foreach(source IN LISTS sources)
+        file(STRINGS "${source}" found REGEX "^TEST(_F|_P)?\\(RealData")
+        list(APPEND real_data ${found})
+    endforeach()
+    if(real_data)
+        add_test(NAME ${room}.real_data
+            COMMAND ${room}_tests "--gtest_filter=RealData*:*/RealData*")
+        set_tests_properties(${room}.real_data PROPERTIES
+            SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
+        list(APPEND names ${room}.real_data)
+    endif()
+    set(environment "QT_QPA_PLATFORM=offscreen" "RAINCAST_TEST_DATA=${RAINCAST_TEST_DATA}"
+        "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0"
+        "UBSAN_OPTIONS=print_stacktrace=1")
+    foreach(test IN LISTS names)
+        set_tests_properties(${test} PROPERTIES ENVIRONMENT "${environment};LC_ALL=C.UTF-8")
+    endforeach()
+    set_tests_properties(${room}.comma PROPERTIES ENVIRONMENT
+        "${environment};LC_ALL=de_DE.UTF-8;LOCPATH=${RAINCAST_LOCALE_DIR};RAINCAST_EXPECT_COMMA=1")
+endfunction()
+
+# raincast_bench(NAME ROOM): bench/NAME_bench.cpp with ROOM and the rooms below it.
+function(raincast_bench name room)
+    raincast_rooms_up_to(rooms ${room})
+    add_executable(${name}_bench ${CMAKE_SOURCE_DIR}/bench/${name}_bench.cpp)
+    target_link_libraries(${name}_bench PRIVATE ${rooms} benchmark::benchmark ${ARGN})
+endfunction()
+
+# raincast_fuzz(NAME ROOM): fuzz/NAME.cpp, a libFuzzer target with ROOM and the rooms below it.
+# Its seeds are the files of fuzz/seeds/NAME.
+function(raincast_fuzz name room)
+    raincast_rooms_up_to(rooms ${room})
+    add_executable(fuzz_${name} ${CMAKE_SOURCE_DIR}/fuzz/${name}.cpp)
+    target_link_libraries(fuzz_${name} PRIVATE ${rooms} ${ARGN})
+    target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
+endfunction()

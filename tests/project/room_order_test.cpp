@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// Holds the rooms to their one direction of inclusion: each may include those before it in
+// kRooms, never those after.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+const Names kRooms = {"platform", "geo",   "persist", "net",     "radar",   "window",
+                      "paged",    "units", "gps",     "display", "weather", "app"};
+// The programs without windows: what each may include beside itself.
+const Names kFetch = {"platform", "geo", "persist", "net", "radar"};
+const Names kServer = {"platform", "geo", "radar"};
+
+Names allowedFor(const std::string& room) {
+    Names allowed;
+    if (room == "fetch") {
+        allowed = kFetch;
+    } else if (room == "server") {
+        allowed = kServer;
+    } else {
+        allowed.assign(kRooms.begin(), std::find(kRooms.begin(), kRooms.end(), room));
+    }
+    allowed.push_back(room);
+    return allowed;
+}
+
+Names includedRooms(const fs::path& file) {
+    std::ifstream stream(file);
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    static const std::regex include("#include \"([a-z]+)/");
+    Names rooms;
+    for (std::sregex_iterator it(text.begin(), text.end(), include), end; it != end; ++it) {
+        rooms.push_back((*it)[1]);
+    }
+    return rooms;
+}
+
+TEST(RoomOrderTest, NoRoomIncludesOneThatStandsAfterIt) {
+    int files = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(RAINCAST_SOURCE_DIR "/src")) {
+        const fs::path& path = entry.path();
+        if (path.extension() != ".h" && path.extension() != ".cpp") {
+            continue;
+        }
+        ++files;
+        const Names allowed = allowedFor(path.parent_path().filename());
+        for (const std::string& included : includedRooms(path)) {
+            EXPECT_NE(std::find(allowed.begin(), allowed.end(), included), allowed.end())
+                << path << " includes " << included;
+        }
+    }
+    EXPECT_GT(files, 0);
+}
+
+} // namespace
