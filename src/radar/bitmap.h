@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGui/QImage>
+
+#include <memory>
+
+namespace raincast {
+
+/// A picture that several owners show and that may still be drawn into: what is drawn through one
+/// handle is seen through all of them (a frame's warnings, for example, also in the copy that is on
+/// screen). Null stands for "not loaded". The image behind a handle is never null; its format is
+/// Format_Indexed8 (a colour table of 256 entries) or Format_RGB32.
+using Bitmap = std::shared_ptr<QImage>;
+
+/// The colour key of every picture of the radar stack: exactly this colour is transparent when one
+/// picture is drawn over another. 253,253,253, the strongest echo, is not.
+inline constexpr QRgb kTransparentWhite = 0xFFFF'FFFF;
+
+/// The largest picture that is loaded, in pixels; one that claims more fails before any memory is
+/// taken for it.
+inline constexpr qint64 kMostImagePixels = 64'000'000;
+
+} // namespace raincast

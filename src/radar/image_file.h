@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "radar/bitmap.h"
+
+#include <QtCore/QString>
+
+namespace raincast {
+
+/// Loads a GIF (87a, 89a; the first image of several) or a JPEG; the file's content decides which.
+/// GIF pixels stay one byte each where the image covers its screen, as every published radar image
+/// does. Transparent pixels come out white whatever colour their palette entry has: published
+/// overlays use black as the transparent colour.
+///
+/// Null when the file cannot be read, is of another kind, defective, cut off or larger than
+/// kMostImagePixels. A GIF whose first image is whole loads although its trailer is missing; a JPEG
+/// needs its end marker.
+[[nodiscard]] Bitmap LoadImageFile(const QString& path);
+
+} // namespace raincast
