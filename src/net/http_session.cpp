@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+#include "net/http_session.h"
+
+#include "platform/busy_guard.h"
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr char kAgent[] = "Quorvane";
+// A little under the 100 ms that are promised.
+constexpr milliseconds kHookInterval{90};
+// A server that never ends its headers is cut off here.
+constexpr qint64 kMaxHeaderBytes = qint64{256} << 10;
+
+/// libcurl's own state of the process, for as long as the process lives.
+struct CurlLibrary {
+    CurlLibrary() { curl_global_init(CURL_GLOBAL_DEFAULT); }
+    ~CurlLibrary() { curl_global_cleanup(); }
+    CurlLibrary(const CurlLibrary&) = delete;
+    CurlLibrary& operator=(const CurlLibrary&) = delete;
+};
+
+void startCurl() {
+    static const CurlLibrary library;
+}
+
+CURLM* newMulti() {
+    startCurl();
+    return curl_multi_init();
+}
+
+} // namespace
+
+HttpSession::HttpSession() : m_multi(newMulti()), m_easy(curl_easy_init()) {
+    // A name alone takes that header away: libcurl would say that it accepts anything.
+    for (const char* header : {"Pragma: no-cache", "Accept:"}) {
+        curl_slist* longer = curl_slist_append(m_headers.get(), header);
+        if (longer != nullptr) {
+            static_cast<void>(m_headers.release());
+            m_headers.reset(longer);
+        }
+    }
+    setOptions();
+}
+
+HttpSession::~HttpSession() {
+    close();
+}
+
+template<typename T>
+void HttpSession::set(CURLoption option, T value) {
+    curl_easy_setopt(m_easy.get(), option, value);
+}
+
+void HttpSession::setOptions() {
+    set(CURLOPT_PROTOCOLS_STR, "http,https");
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    set(CURLOPT_USERAGENT, kAgent);
+    set(CURLOPT_HTTPHEADER, m_headers.get());
+    set(CURLOPT_FOLLOWLOCATION, 0L);
+    set(CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    // A name server that does not answer must not hold us beyond the limit: the thread that waits
+    // for it is left to itself.
+    set(CURLOPT_QUICK_EXIT, 1L);
+    set(CURLOPT_ERRORBUFFER, m_error.data());
+    set(CURLOPT_HEADERFUNCTION, &HttpSession::onHeader);
+    set(CURLOPT_HEADERDATA, static_cast<void*>(this));
+    set(CURLOPT_WRITEFUNCTION, &HttpSession::onBody);
+    set(CURLOPT_WRITEDATA, static_cast<void*>(this));
+    set(CURLOPT_PREREQFUNCTION, &HttpSession::onConnected);
+    set(CURLOPT_PREREQDATA, static_cast<void*>(this));
+}
+
+bool HttpSession::open(const QByteArray& url) {
+    close();
+    m_url = url;
+    m_arrived.clear();
+    m_connected = m_headersComplete = m_stalled = false;
+    m_status = 0;
+    m_headerBytes = m_bodyBytes = 0;
+    m_result = CURLE_OK;
+    m_meter.reset();
+    m_error[0] = '\0';
+    set(CURLOPT_URL, m_url.constData());
+    set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(httpLimits().connectTimeout.count()));
+    callWaitingHook();
+    m_running = true;
+    if (curl_multi_add_handle(m_multi.get(), m_easy.get()) != CURLM_OK) {
+        finish(CURLE_FAILED_INIT);
+    }
+    waitUntil([this] { return m_headersComplete; });
+    return m_headersComplete;
+}
+
+QByteArrayView HttpSession::read() {
+    waitUntil([this] { return !m_arrived.isEmpty(); });
+    // Two buffers in turn: neither gives up its memory from piece to piece.
+    m_piece.swap(m_arrived);
+    m_arrived.resize(0);
+    return m_piece;
+}
+
+void HttpSession::close() {
+    if (m_running) {
+        finish(CURLE_OK);
+    }
+}
+
+bool HttpSession::connectingFailed() const {
+    switch (m_result) {
+    case CURLE_URL_MALFORMAT: // what stands for the host is no host
+    case CURLE_LOGIN_DENIED:  // it names a user
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+    case CURLE_COULDNT_CONNECT:
+        return true;
+    case CURLE_OPERATION_TIMEDOUT:
+        return !m_connected;
+    default:
+        return false;
+    }
+}
+
+bool HttpSession::timedOut() const {
+    return m_stalled || m_result == CURLE_OPERATION_TIMEDOUT;
+}
+
+// libcurl counts in bytes: the size of its items is always 1. It hands over one header line at a
+// time, those of interim responses and trailers included.
+size_t HttpSession::onHeader(char* data, size_t, size_t bytes, void* self) {
+    auto& session = *static_cast<HttpSession*>(self);
+    const auto line = QByteArrayView(data, static_cast<qsizetype>(bytes));
+    session.m_headerBytes += line.size();
+    if (session.m_headerBytes > kMaxHeaderBytes) {
+        return 0;
+    }
+    long status = 0;
+    curl_easy_getinfo(session.m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    const bool blank = line == "\r\n" || line == "\n";
+    if (blank && status >= 200 && !session.m_headersComplete) {
+        session.m_headersComplete = true;
+        session.m_status = static_cast<int>(status);
+    }
+    return bytes;
+}
+
+size_t HttpSession::onBody(char* data, size_t, size_t bytes, void* self) {
+    auto& session = *static_cast<HttpSession*>(self);
+    session.m_arrived.append(data, static_cast<qsizetype>(bytes));
+    session.m_bodyBytes += static_cast<qint64>(bytes);
+    return bytes;
+}
+
+int HttpSession::onConnected(void* self, char*, char*, int, int) {
+    auto& session = *static_cast<HttpSession*>(self);
+    const HttpLimits& limits = httpLimits();
+    session.m_connected = true;
+    session.m_meter.emplace(limits.stallTime, limits.stallBytesPerSecond);
+    return CURL_PREREQFUNC_OK;
+}
+
+template<typename Condition>
+void HttpSession::waitUntil(Condition arrived) {
+    const BusyGuard guard;
+    while (m_running) {
+        advance();
+        if (arrived() || !m_running) {
+            return;
+        }
+        wait();
+    }
+}
+
+// Lets libcurl do what it can without waiting.
+void HttpSession::advance() {
+    int running = 0;
+    const CURLMcode result = curl_multi_perform(m_multi.get(), &running);
+    if (result != CURLM_OK) {
+        finish(CURLE_FAILED_INIT);
+        return;
+    }
+    int left = 0;
+    const CURLMsg* message = curl_multi_info_read(m_multi.get(), &left);
+    if (message != nullptr && message->msg == CURLMSG_DONE) {
+        finish(message->data.result);
+        return;
+    }
+    if (m_meter && m_meter->stalled(steady_clock::now(), m_bodyBytes)) {
+        m_stalled = true;
+        finish(CURLE_OK);
+    }
+}
+
+// Until something comes, but no longer than until the hook is due.
+void HttpSession::wait() {
+    using std::chrono::duration_cast;
+    const auto due = m_lastHook + kHookInterval - steady_clock::now();
+    const auto left = std::clamp(duration_cast<milliseconds>(due), milliseconds{0}, kHookInterval);
+    curl_multi_poll(m_multi.get(), nullptr, 0, static_cast<int>(left.count()) + 1, nullptr);
+    if (steady_clock::now() - m_lastHook >= kHookInterval) {
+        callWaitingHook();
+    }
+}
+
+void HttpSession::callWaitingHook() {
+    const BusyGuard guard;
+    if (httpHooks().waiting) {
+        httpHooks().waiting();
+    }
+    m_lastHook = steady_clock::now();
+}
+
+void HttpSession::finish(CURLcode result) {
+    m_running = false;
+    m_result = result;
+    curl_multi_remove_handle(m_multi.get(), m_easy.get());
+    if (httpHooks().finished) {
+        httpHooks().finished(QString::fromUtf8(m_url), outcome());
+    }
+}
+
+QString HttpSession::outcome() const {
+    QString cause;
+    if (m_stalled) {
+        cause = QStringLiteral("the server stalled");
+    } else if (m_result != CURLE_OK) {
+        const char* detail = m_error[0] != '\0' ? m_error.data() : curl_easy_strerror(m_result);
+        cause = QString::fromLocal8Bit(detail);
+    }
+    if (m_status == 0) {
+        return cause;
+    }
+    const QString status = QString::number(m_status);
+    return cause.isEmpty() ? status : status + QStringLiteral(", ") + cause;
+}
+
+} // namespace raincast

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "net/http_settings.h"
+#include "net/stall_meter.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <curl/curl.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+
+namespace raincast {
+
+/// GET requests to one server, one after the other over one kept-alive connection, read piece by
+/// piece as a file is. A thin shell over libcurl: it knows waiting, hooks and limits, but not what
+/// a status or a broken-off body means to its user.
+///
+/// Sent with every request: the agent "Quorvane" and "Pragma: no-cache". Redirects are not
+/// followed, cookies neither kept nor sent, and nothing but HTTP and HTTPS is spoken. Proxies come
+/// from the environment (http_proxy, https_proxy, all_proxy, no_proxy). While it waits a BusyGuard
+/// is active and the waiting hook is called; each request is reported to the finished hook once.
+class HttpSession {
+public:
+    HttpSession();
+    ~HttpSession();
+    HttpSession(const HttpSession&) = delete;
+    HttpSession& operator=(const HttpSession&) = delete;
+
+    /// Closes the current request and begins one for `url`; waits until the response's headers
+    /// have come. False when they do not; the accessors below then say why.
+    [[nodiscard]] bool open(const QByteArray& url);
+
+    /// The HTTP status of the current response; 0 when there is none.
+    [[nodiscard]] int status() const { return m_status; }
+
+    /// Waits for the next piece of the body: whatever has come, one byte or more, valid until the
+    /// next call. Empty at the body's end, however it ended.
+    [[nodiscard]] QByteArrayView read();
+
+    /// Ends the current request, if there is one; a body that was not read to its end costs the
+    /// connection.
+    void close();
+
+    /// Whether the server could not be reached by the last request: its name (or the proxy's) does
+    /// not resolve, the connection was refused, or connecting took too long.
+    [[nodiscard]] bool connectingFailed() const;
+
+    /// Whether the last request ended by waiting too long, to connect or for its body.
+    [[nodiscard]] bool timedOut() const;
+
+private:
+    static size_t onHeader(char* data, size_t, size_t bytes, void* self);
+    static size_t onBody(char* data, size_t, size_t bytes, void* self);
+    static int onConnected(void* self, char*, char*, int, int);
+
+    void setOptions();
+    template<typename T>
+    void set(CURLoption option, T value);
+    template<typename Condition>
+    void waitUntil(Condition arrived);
+    void advance();
+    void wait();
+    void callWaitingHook();
+    void finish(CURLcode result);
+    [[nodiscard]] QString outcome() const;
+
+    struct EasyDeleter {
+        void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+    };
+    struct MultiDeleter {
+        void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+    };
+    struct ListDeleter {
+        void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    };
+
+    std::unique_ptr<CURLM, MultiDeleter> m_multi; ///< holds the connection
+    std::unique_ptr<curl_slist, ListDeleter> m_headers;
+    std::unique_ptr<CURL, EasyDeleter> m_easy;
+    std::array<char, CURL_ERROR_SIZE> m_error{};
+
+    // The current request
+    QByteArray m_url;
+    QByteArray m_arrived; ///< of the body, not yet read
+    QByteArray m_piece;   ///< what read returned last
+    bool m_running = false;
+    bool m_connected = false;
+    bool m_headersComplete = false;
+    bool m_stalled = false;
+    int m_status = 0;
+    qint64 m_headerBytes = 0;
+    qint64 m_bodyBytes = 0;
+    CURLcode m_result = CURLE_OK;
+    std::optional<StallMeter> m_meter; ///< from the moment the server is reached
+    StallMeter::Time m_lastHook;
+};
+
+} // namespace raincast

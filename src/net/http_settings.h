@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGlobal>
+
+#include <chrono>
+#include <functional>
+
+class QString;
+
+namespace raincast {
+
+/// How long and how much a transfer waits for and takes. Ends of a body that are reached by a limit
+/// count as the end of that body.
+struct HttpLimits {
+    /// To find and reach the server, its name, proxy and TLS handshake included.
+    std::chrono::milliseconds connectTimeout{30'000};
+    /// A response that brings fewer than stallBytesPerSecond of its body, on average over
+    /// stallTime, ends there; so does one whose headers take that long.
+    std::chrono::milliseconds stallTime{30'000};
+    int stallBytesPerSecond = 64;
+    /// Where a listing ends. A year of a radar's scans is about this long.
+    qint64 listingBytes = qint64{8} << 20;
+    /// Where a downloaded file ends: far above any image, so that no server fills the disk.
+    qint64 fileBytes = qint64{64} << 20;
+};
+
+/// What the rest of the program does while a transfer waits, and who hears of its results.
+struct HttpHooks {
+    /// Called by a waiting transfer: once before the first byte and at least every 100 ms. It must
+    /// only let exposures through; a BusyGuard is active meanwhile.
+    std::function<void()> waiting;
+    /// Called once per request with its URL and its outcome in words: the HTTP status ("200"), the
+    /// cause of its failure ("Could not resolve host: radar.example"), or both ("200, end of
+    /// response with 512 bytes missing").
+    std::function<void(const QString& url, const QString& outcome)> finished;
+};
+
+/// The limits and hooks of all transfers of this process; change them while none is under way.
+/// User-interface thread only.
+[[nodiscard]] HttpLimits& httpLimits();
+[[nodiscard]] HttpHooks& httpHooks();
+
+} // namespace raincast
