@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "persist/serial_reader.h"
+
+#include "persist/serializable_list.h"
+
+#include <QString>
+
+#include <algorithm>
+
+namespace raincast {
+
+bool CSerialReader::readBytes(std::span<std::uint8_t> out) {
+    if (out.size() > remaining()) {
+        return fail();
+    }
+    std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_position), out.size(), out.begin());
+    m_position += out.size();
+    return true;
+}
+
+bool CSerialReader::readString(QString& string) {
+    std::uint32_t length = 0;
+    if (!readValue(length)) {
+        return false;
+    }
+    const std::size_t there = std::min<std::size_t>(length, remaining());
+    const auto units = static_cast<qsizetype>(there / 2);
+    string.resize(units);
+    // QChar is one UTF-16 unit; on a little-endian machine this is a plain copy.
+    qFromLittleEndian<char16_t>(m_bytes.data() + m_position, units, string.data());
+    m_position += there;
+    return there == length || fail();
+}
+
+bool CSerialReader::skip(std::uint32_t count) {
+    m_skipped = m_skipped || count > 0;
+    if (count > remaining()) {
+        return fail();
+    }
+    m_position += count;
+    return true;
+}
+
+bool CSerialReader::readCount(CountKind kind, std::uint32_t& count) {
+    if (!readValue(count)) {
+        return false;
+    }
+    if (kind == CountKind::Signed && static_cast<std::int32_t>(count) < 0) {
+        m_damaged = true;
+        count = 0;
+    }
+    return true;
+}
+
+bool CSerialReader::readObject(std::unique_ptr<CSerializable>& object) {
+    std::uint8_t header[8];
+    if (!readBytes(header)) {
+        object.reset();
+        return false;
+    }
+    const auto length = loadLittleEndian<std::uint32_t>(header + 4);
+    m_damaged = m_damaged || length > remaining();
+
+    const std::size_t enclosingEnd = m_end;
+    m_end = m_position + std::min<std::size_t>(length, remaining());
+    ++m_depth;
+    object = readBody(loadLittleEndian<std::uint32_t>(header));
+    --m_depth;
+    m_skipped = m_skipped || !atEnd();
+    m_position = m_end;
+    m_end = enclosingEnd;
+    return true;
+}
+
+std::unique_ptr<CSerializable> CSerialReader::readBody(std::uint32_t typeId) {
+    auto object = m_depth <= kMaxDepth ? CSerializable::Type::create(typeId) : nullptr;
+    if (object == nullptr || !object->Read(*this)) {
+        drop(std::move(object));
+        return nullptr;
+    }
+    return object;
+}
+
+bool CSerialReader::fail() {
+    m_damaged = true;
+    m_position = m_end;
+    return false;
+}
+
+void CSerialReader::drop(std::unique_ptr<CSerializable> object) {
+    m_damaged = true;
+    destroyObject(std::move(object));
+}
+
+} // namespace raincast
