@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "geo/local_frame.h"
+
+#include <QStringView>
+
+#include <array>
+#include <cstddef>
+#include <vector>
+
+namespace raincast {
+
+/// A weather radar whose images can be had. Its texts live as long as the program.
+struct RadarSite {
+    const char16_t* name; ///< what users see: state or territory, a colon, the place
+    char16_t id[4];       ///< three letters, used in every server path and file name
+    float latitude;       ///< degrees; the reference point for distances, not the antenna
+    float longitude;
+
+    [[nodiscard]] constexpr QStringView nameText() const { return name; }
+    [[nodiscard]] constexpr QStringView idText() const { return {id, 3}; }
+};
+
+inline constexpr std::size_t kRadarSiteCount = 155;
+using RadarSiteTable = std::array<RadarSite, kRadarSiteCount>;
+
+/// All sites in the order of their names, which is the order they are listed in.
+[[nodiscard]] const RadarSiteTable& radarSites();
+
+/// The site of exactly that id (letter case counts); null when there is none.
+[[nodiscard]] const RadarSite* findRadarSite(QStringView id);
+
+/// Metres from the frame's origin to the site's reference point.
+[[nodiscard]] float siteDistanceMetres(const LocalFrame& frame, const RadarSite& site);
+
+/// The id of the site nearest to a position (degrees), of several as near the first in the table.
+/// Empty only for a position that is not finite or absurdly far from the earth: whoever has a site
+/// keeps it then.
+[[nodiscard]] QStringView NearestSite(double latitude, double longitude);
+
+/// What somebody who typed an unknown site may have meant, best first, at most that many: the sites
+/// whose name contains the text, if it has four letters or more; otherwise those whose id is the
+/// fewest typing errors away. Letter case does not count.
+[[nodiscard]] std::vector<const RadarSite*> suggestRadarSites(QStringView typed, std::size_t most);
+
+} // namespace raincast
