@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "radar/cache.h"
+
+#include "platform/folders.h"
+#include "platform/special_folders.h"
+#include "platform/storage_cards.h"
+
+#include <QFileInfo>
+#include <QStringBuilder>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+constexpr QStringView kMakerFolder = u"/Quorvane";
+constexpr QStringView kCacheFolder = u"Quorvane/Temp/Weather";
+
+} // namespace
+
+QString cardCacheFolder(const QString& card) {
+    return card % u'/' % kCacheFolder;
+}
+
+QString internalCacheFolder() {
+    return folderInApplicationData(kCacheFolder.toString());
+}
+
+QString ChooseDefaultCache() {
+    const QString internal = internalCacheFolder();
+    QString chosen = internal;
+    const QStringList cards = ListStorageCards();
+    // Nothing is made unasked on a card that we were never used with.
+    const auto card = std::find_if(cards.begin(), cards.end(), [](const QString& path) {
+        return QFileInfo(path % kMakerFolder).isDir();
+    });
+    if (card != cards.end() && EnsureFolder(cardCacheFolder(*card))) {
+        chosen = cardCacheFolder(*card);
+    }
+    // The user may have made the root a link; what it leads to is the root then.
+    DeleteMatchingExcept(QFileInfo(internal).canonicalFilePath(), QStringLiteral("\?\?\?_*"), {});
+    return chosen;
+}
+
+QString siteCacheFolder(const QString& cacheFolder, QStringView siteId) {
+    return cacheFolder % u'/' % siteId;
+}
+
+void deleteStaleFrames(
+    const QString& cacheFolder, QStringView siteId, QStringView productCode,
+    const std::set<QString>& listed
+) {
+    const QString pattern = siteId % u"_2*_" % productCode % u".gif";
+    DeleteMatchingExcept(siteCacheFolder(cacheFolder, siteId), pattern, listed);
+}
+
+} // namespace raincast

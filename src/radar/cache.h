@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <set>
+
+namespace raincast {
+
+// The image cache: one root folder, and below it one folder per radar site named by the site's id.
+// Every file lies directly in its site's folder and begins with the id and an underscore; the
+// character after that tells what it is, and the clean-ups go by it:
+//   2 a radar frame (its year)   W the warnings image    N any other image of the radar
+//   C counties, cities and the world file   H highways   R rivers   T topographic map
+
+/// The cache root on a storage card: CARD/Quorvane/Temp/Weather. The folder is not made.
+[[nodiscard]] QString cardCacheFolder(const QString& card);
+
+/// The cache root in the user's application data, which is made if missing. Empty when the user has
+/// no folder for application data.
+[[nodiscard]] QString internalCacheFolder();
+
+/// The cache root to use until another one is chosen: that on the first storage card which already
+/// holds a folder "Quorvane", if it can be made there; otherwise the internal one. Also deletes the
+/// files of the internal root itself (not those in the sites' folders) that are named like cached
+/// ones, wherever the cache is: an earlier layout left them there.
+[[nodiscard]] QString ChooseDefaultCache();
+
+/// The folder of one site: ROOT/SSS.
+[[nodiscard]] QString siteCacheFolder(const QString& cacheFolder, QStringView siteId);
+
+/// Deletes a site's frames of one product that the server no longer lists.
+/// @param listed the names of the server's listing
+void deleteStaleFrames(
+    const QString& cacheFolder, QStringView siteId, QStringView productCode,
+    const std::set<QString>& listed
+);
+
+} // namespace raincast

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QString>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+
+/// Writes a file for a test; its folder is made if missing.
+inline void writeFile(const QString& path, const QByteArray& bytes = "x") {
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path())) << qPrintable(path);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
+    ASSERT_EQ(file.write(bytes), bytes.size()) << qPrintable(path);
+}
+
+/// The bytes of a file; "(none)" when it cannot be read.
+inline QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+/// The names of everything in a folder, sorted and joined by spaces.
+inline std::string namesIn(const QString& folder) {
+    return QDir(folder)
+        .entryList(
+            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name
+        )
+        .join(u' ')
+        .toStdString();
+}
+
+} // namespace raincast
