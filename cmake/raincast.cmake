@@ -27,40 +27,45 @@ endif()
 # All rooms declared so far, lowest first. A room may include those before it, never those after.
 set_property(GLOBAL PROPERTY RAINCAST_ROOMS "")
 
-# raincast_room(NAME LIBRARY...): every .cpp of src/NAME as an object library. Object libraries, so
-# that self-registering static objects are never dropped by the linker.
+# raincast_room(NAME [ABOVE ROOM] LIBRARY...): every .cpp of src/NAME, but its main.cpp, as an object
+# library. Object libraries, so that self-registering static objects are never dropped by the
+# linker. With ABOVE the room stands beside the main line, on that room and those below it.
 function(raincast_room name)
+    cmake_parse_arguments(PARSE_ARGV 1 room "" "ABOVE" "")
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${name}/*.cpp")
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     if(NOT sources)
         return()
     endif()
     add_library(${name} OBJECT ${sources})
-    target_link_libraries(${name} PUBLIC raincast_options ${ARGN})
+    target_link_libraries(${name} PUBLIC raincast_options ${room_UNPARSED_ARGUMENTS})
     if(RAINCAST_CLANG_TIDY)
         set_target_properties(${name} PROPERTIES
             CXX_CLANG_TIDY "${RAINCAST_CLANG_TIDY_PROGRAM};--quiet")
     endif()
-    set_property(GLOBAL APPEND PROPERTY RAINCAST_ROOMS ${name})
+    if(room_ABOVE)
+        raincast_rooms_up_to(below ${room_ABOVE})
+    else()
+        get_property(below GLOBAL PROPERTY RAINCAST_ROOMS)
+        set_property(GLOBAL APPEND PROPERTY RAINCAST_ROOMS ${name})
+    endif()
+    set_property(GLOBAL PROPERTY RAINCAST_UP_TO_${name} ${below} ${name})
 endfunction()
 
 # raincast_rooms_up_to(OUT NAME): NAME and every room below it, for a target_link_libraries call.
 function(raincast_rooms_up_to out name)
-    get_property(rooms GLOBAL PROPERTY RAINCAST_ROOMS)
-    set(result "")
-    foreach(room IN LISTS rooms)
-        list(APPEND result ${room})
-        if(room STREQUAL name)
-            set(${out} ${result} PARENT_SCOPE)
-            return()
-        endif()
-    endforeach()
-    message(FATAL_ERROR "No room is called ${name}")
+    get_property(rooms GLOBAL PROPERTY RAINCAST_UP_TO_${name})
+    if(NOT rooms)
+        message(FATAL_ERROR "No room is called ${name}")
+    endif()
+    set(${out} ${rooms} PARENT_SCOPE)
 endfunction()
 
-# raincast_program(NAME MAIN ROOM...): a program from one main file and the rooms that it lists.
-function(raincast_program name main)
-    add_executable(${name} ${main})
-    target_link_libraries(${name} PRIVATE ${ARGN})
+# raincast_program(NAME ROOM): the program of src/ROOM/main.cpp, with ROOM and the rooms below it.
+function(raincast_program name room)
+    raincast_rooms_up_to(rooms ${room})
+    add_executable(${name} ${CMAKE_SOURCE_DIR}/src/${room}/main.cpp)
+    target_link_libraries(${name} PRIVATE ${rooms})
     install(TARGETS ${name})
 endfunction()
 

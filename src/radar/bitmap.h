@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtGui/QImage>
+#include <QImage>
 
 #include <memory>
 

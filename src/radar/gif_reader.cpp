@@ -3,7 +3,7 @@
 
 #include "radar/bitmap.h"
 
-#include <QtGui/QPainter>
+#include <QPainter>
 
 #include <gif_lib.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtGui/QImage>
+#include <QByteArray>
+#include <QImage>
 
 namespace raincast {
 

@@ -4,9 +4,9 @@
 #include "radar/gif_reader.h"
 #include "radar/jpeg_end.h"
 
-#include <QtCore/QBuffer>
-#include <QtCore/QFile>
-#include <QtGui/QImageReader>
+#include <QBuffer>
+#include <QFile>
+#include <QImageReader>
 
 namespace raincast {
 

@@ -3,7 +3,7 @@
 
 #include "radar/bitmap.h"
 
-#include <QtCore/QString>
+#include <QString>
 
 namespace raincast {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "radar/jpeg_end.h"
 
-#include <QtCore/QtEndian>
+#include <QtEndian>
 
 namespace raincast {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArrayView>
+#include <QByteArrayView>
 
 namespace raincast {
 

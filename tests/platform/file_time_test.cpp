@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/file_time.h"
+#include "support/time_zone.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <ctime>
 
 namespace raincast {
 namespace {
@@ -68,21 +66,8 @@ TEST(FileTimeTest, CalendarRoundTrips) {
     EXPECT_EQ(toCalendar(INT64_MAX), CalendarTime{});
 }
 
-/// Sets the process's time zone for one test.
-class FileTimeZoneTest : public testing::Test {
-protected:
-    void SetUp() override { setZone("EST5EDT,M3.2.0,M11.1.0"); }
-    void TearDown() override {
-        unsetenv("TZ");
-        tzset();
-    }
-    static void setZone(const char* zone) {
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-};
-
-TEST_F(FileTimeZoneTest, LocalTimeFollowsDaylightSavingOfThatDate) {
+TEST(FileTimeTest, LocalTimeFollowsDaylightSavingOfThatDate) {
+    const TimeZone eastern("EST5EDT,M3.2.0,M11.1.0");
     EXPECT_EQ(
         toLocalCalendar(fromCalendar({2007, 1, 15, 18, 30})), (CalendarTime{2007, 1, 15, 13, 30})
     );

@@ -2,8 +2,8 @@
 #include "radar/composite.h"
 #include "support/gif_maker.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -119,9 +119,9 @@ TEST(CompositeTest, LoadsAndComposites) {
     const QString path = folder.filePath(QStringLiteral("layer.gif"));
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(testing::makeGif({.transparent = 0, .pixel = [](int column, int) {
-                                     return column == 2 ? 2 : 0;
-                                 }}));
+    file.write(makeGif({.transparent = 0, .pixel = [](int column, int) {
+                            return column == 2 ? 2 : 0;
+                        }}));
     file.close();
     Bitmap target;
     EXPECT_TRUE(LoadAndComposite(path, target));

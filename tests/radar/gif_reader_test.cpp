@@ -8,9 +8,6 @@
 namespace raincast {
 namespace {
 
-using testing::GifToMake;
-using testing::makeGif;
-
 constexpr QRgb kBlack = 0xFF000000;
 constexpr QRgb kRed = 0xFFFF0000;
 

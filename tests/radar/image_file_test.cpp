@@ -2,17 +2,15 @@
 #include "radar/image_file.h"
 #include "support/gif_maker.h"
 
-#include <QtCore/QBuffer>
-#include <QtCore/QDir>
-#include <QtCore/QTemporaryDir>
-#include <QtGui/QImageWriter>
+#include <QBuffer>
+#include <QDir>
+#include <QImageWriter>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace raincast {
 namespace {
-
-using testing::makeGif;
 
 class ImageFileTest : public ::testing::Test {
 protected:

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace raincast::testing {
+namespace raincast {
 
 namespace {
 
@@ -94,4 +94,4 @@ QByteArray makeGif(const GifToMake& wanted) {
     return bytes;
 }
 
-} // namespace raincast::testing
+} // namespace raincast

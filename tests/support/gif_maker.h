@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QList>
-#include <QtCore/QPoint>
-#include <QtCore/QSize>
-#include <QtGui/QRgb>
+#include <QByteArray>
+#include <QList>
+#include <QPoint>
+#include <QRgb>
+#include <QSize>
 
 #include <functional>
 
-namespace raincast::testing {
+namespace raincast {
 
 /// A GIF to be made for a test. The pixel function gives the colour index of a column and row.
 struct GifToMake {
@@ -27,4 +27,4 @@ struct GifToMake {
 /// The file's bytes, as giflib writes them.
 [[nodiscard]] QByteArray makeGif(const GifToMake& wanted);
 
-} // namespace raincast::testing
+} // namespace raincast

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/file_time.h"
+#include "radar/frame.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace raincast {
+
+inline constexpr int kLeastFrames = 2;
+inline constexpr int kMostFrames = 25;
+inline constexpr int kMostFrameInterval = 60;
+
+/// What is shown of a site, and how. It belongs to whoever shows it; an update (radar_update.h)
+/// works on it and leaves it in a state that can be painted whenever it asks for a repaint.
+struct RadarState {
+    QString siteId;        ///< three letters; empty: no site chosen yet
+    int product = 0;       ///< index into the product table
+    int frameCount = 6;    ///< frames of an animation, kLeastFrames to kMostFrames
+    int frameInterval = 9; ///< least minutes between two frames, 1 to kMostFrameInterval
+    bool animate = false;  ///< off: only the newest frame is fetched
+    bool showWarnings = true;
+    QString cacheFolder; ///< root of the image cache
+
+    std::vector<RadarFrame> frames; ///< oldest first
+    std::size_t position = 0;       ///< the animation's place in frames; may be their end
+    int animationCounter = 0;       ///< ticks of the animation since it began anew
+    RadarFrame current;             ///< copy of the frame on screen, its bitmap shared
+    int imageWidth = 0;             ///< pixel size of the last image loaded
+    int imageHeight = 0;
+    FileTime nextUpdate = 0; ///< earliest time of the next automatic update
+    QString status;          ///< painted over the picture; empty: none
+};
+
+} // namespace raincast

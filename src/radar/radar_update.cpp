@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "radar/radar_update.h"
+
+#include "net/http_transfer.h"
+#include "platform/folders.h"
+#include "radar/cache.h"
+#include "radar/composite.h"
+#include "radar/frame_name.h"
+#include "radar/image_file.h"
+#include "radar/products.h"
+#include "radar/sites.h"
+
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kMostTries = 100;
+// An automatic update is due when the next image may be expected.
+constexpr FileTime kNextUpdateAfter = 8 * kFileTimePerMinute;
+// The search steps a minute back before each try; beginning this much after the newest frame, the
+// first try is that frame's minute, half a minute away from the neighbouring ones.
+constexpr FileTime kSearchLead = 90 * kFileTimePerSecond;
+// Makes the animation begin anew on its second tick after an update.
+constexpr int kCounterAfterUpdate = 10;
+
+} // namespace
+
+bool RadarUpdate::UpdateRadar(CHttpTransfer& transfer) {
+    discardFrames();
+    setStatus(QStringLiteral("Updating radar image...\n"));
+    m_observer.repaint();
+
+    std::set<QString> listing;
+    if (!transfer.FetchQuotedStrings(listingDirectory(m_state.siteId, productCode()), listing)) {
+        return fail(QStringLiteral("Could not access server.\n"));
+    }
+    const FileTime newest = newestFrameTime(listing);
+    if (newest == 0) {
+        return fail(QStringLiteral("No radar images found on server.\n"));
+    }
+    const int missing = fetchFrames(transfer, newest, listing);
+    if (m_state.frames.empty()) {
+        return fail(QStringLiteral("Could not download\nany radar images.\n"));
+    }
+    if (missing > 0) {
+        setStatus(QStringLiteral("Could not get\nall images.\n"));
+    }
+    deleteStaleFrames(m_state.cacheFolder, m_state.siteId, productCode(), listing);
+    if (m_state.showWarnings) {
+        drawWarnings(transfer);
+    }
+    if (missing == 0) {
+        setStatus({});
+    }
+    m_observer.repaint();
+    return true;
+}
+
+void RadarUpdate::discardFrames() {
+    m_state.frames.clear();
+    m_state.position = 0;
+    m_state.current = {};
+}
+
+/// Fetches what is wanted, newest first, until one cannot be had. Returns how many are missing.
+int RadarUpdate::fetchFrames(
+    CHttpTransfer& transfer, FileTime newest, const std::set<QString>& listing
+) {
+    // A folder that cannot be made shows in the downloads, which fail.
+    static_cast<void>(EnsureFolder(siteFolder()));
+    const int wanted = m_state.animate ? m_state.frameCount : 1;
+    FileTime searchTime = newest + kSearchLead;
+    for (int done = 0; done < wanted; ++done) {
+        m_observer.progress(done, wanted);
+        RadarFrame frame;
+        if (!FetchFrame(transfer, searchTime, frame, listing)) {
+            return wanted - done;
+        }
+        prepend(std::move(frame));
+        searchTime -= (m_state.frameInterval - 1) * kFileTimePerMinute;
+    }
+    m_observer.progress(wanted, wanted);
+    return 0;
+}
+
+/// The first frame, the newest, is shown while the older ones are fetched.
+void RadarUpdate::prepend(RadarFrame frame) {
+    m_state.frames.insert(m_state.frames.begin(), std::move(frame));
+    if (m_state.frames.size() > 1) {
+        ++m_state.position;
+        return;
+    }
+    m_state.position = 0;
+    m_state.current = m_state.frames.front();
+    m_state.animationCounter = m_state.frameCount + kCounterAfterUpdate;
+    m_observer.repaint();
+}
+
+bool RadarUpdate::FetchFrame(
+    CHttpTransfer& transfer, FileTime& searchTime, RadarFrame& frame,
+    const std::set<QString>& listing
+) {
+    frame.bitmap = nullptr;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        searchTime -= kFileTimePerMinute;
+        const QString name = frameFileName(m_state.siteId, searchTime, productCode());
+        if (!listing.contains(name) || !loadFrame(transfer, name, frame)) {
+            continue;
+        }
+        frame.timeText = clockText(searchTime);
+        m_state.nextUpdate = std::max(m_state.nextUpdate, searchTime + kNextUpdateAfter);
+        return true;
+    }
+    return false;
+}
+
+bool RadarUpdate::loadFrame(CHttpTransfer& transfer, const QString& name, RadarFrame& frame) {
+    const QString cached = siteFolder() + u'/' + name;
+    const QString path = listingDirectory(m_state.siteId, productCode()) + name;
+    if (!transfer.DownloadIfAbsent(path, cached)) {
+        return false;
+    }
+    frame.bitmap = LoadImageFile(cached);
+    if (!frame.bitmap) {
+        return false;
+    }
+    frame.path = cached;
+    m_state.imageWidth = frame.bitmap->width();
+    m_state.imageHeight = frame.bitmap->height();
+    return true;
+}
+
+/// Burns the present warnings, always fetched anew, into every frame.
+void RadarUpdate::drawWarnings(CHttpTransfer& transfer) {
+    const QString cached = siteFolder() + u'/' + warningsFileName(m_state.siteId);
+    const QString path = warningsPath(m_state.siteId, ProductRange(m_state.product).toString());
+    if (!transfer.DownloadToFile(path, cached)) {
+        return;
+    }
+    const Bitmap warnings = LoadImageFile(cached);
+    if (!warnings) {
+        return;
+    }
+    for (RadarFrame& frame : m_state.frames) {
+        if (frame.bitmap) {
+            CompositeOnto(frame.bitmap, *warnings, warnings->width(), warnings->height());
+        }
+    }
+}
+
+void RadarUpdate::setStatus(const QString& status) {
+    m_state.status = status;
+    m_observer.statusChanged(status);
+}
+
+bool RadarUpdate::fail(const QString& status) {
+    setStatus(status);
+    m_observer.repaint();
+    return false;
+}
+
+QString RadarUpdate::siteFolder() const {
+    return siteCacheFolder(m_state.cacheFolder, m_state.siteId);
+}
+
+QString RadarUpdate::productCode() const {
+    return ProductCode(m_state.product).toString();
+}
+
+bool RequestUpdate(RadarState& state, RadarView& view, const QString& host) {
+    const ImagePixel centre = view.centrePixel();
+    const bool inside = 0 <= centre.column && centre.column < state.imageWidth && 0 <= centre.row &&
+                        centre.row < state.imageHeight;
+    if (!inside) {
+        const GeoPosition position = view.centrePosition();
+        return view.changeSite(NearestSite(position.latitude, position.longitude).toString());
+    }
+    view.showWaiting(true);
+    bool updated = false;
+    {
+        CHttpTransfer transfer(host, true, false);
+        updated = RadarUpdate(state, view).UpdateRadar(transfer);
+    }
+    view.showWaiting(false);
+    view.repaint();
+    return updated;
+}
+
+} // namespace raincast

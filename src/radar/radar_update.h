@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "geo/geo_position.h"
+#include "radar/radar_state.h"
+
+#include <QString>
+
+#include <set>
+
+namespace raincast {
+
+class CHttpTransfer;
+
+/// Who is told of an update while it runs. All calls come from inside the update, on its thread.
+class RadarUpdateObserver {
+public:
+    virtual ~RadarUpdateObserver() = default;
+
+    /// The state's status text is now another one.
+    virtual void statusChanged(const QString& status) = 0;
+    /// The state can be painted anew; the waiting user should see it at once.
+    virtual void repaint() = 0;
+    /// So many of the wanted frames are there.
+    virtual void progress(int done, int wanted) = 0;
+};
+
+/// Fills a state's frame list from the radar image server: the newest frame of its site and product
+/// and, with animation on, older ones that lie at least the chosen interval apart. Frames are kept
+/// as files in the cache and not fetched again. Blocks until it is done.
+///
+/// State and observer are borrowed; the object keeps nothing of its own and lives for one action.
+class RadarUpdate {
+public:
+    RadarUpdate(RadarState& state, RadarUpdateObserver& observer)
+        : m_state(state), m_observer(observer) {}
+
+    /// The update proper. True when at least the newest frame was obtained. What went wrong stands
+    /// in the state's status text, which stays empty only when every wanted frame was obtained;
+    /// missing warnings are no failure.
+    [[nodiscard]] bool UpdateRadar(CHttpTransfer& transfer);
+
+    /// Finds, downloads and loads the newest listed frame that is at least a minute older than
+    /// `searchTime`, looking back over a hundred minutes; a listed frame that cannot be had or
+    /// loaded is passed over. On success `searchTime` is the found frame's.
+    [[nodiscard]] bool FetchFrame(
+        CHttpTransfer& transfer, FileTime& searchTime, RadarFrame& frame,
+        const std::set<QString>& listing
+    );
+
+    /// Empties the frame list and clears the frame on screen.
+    void discardFrames();
+
+private:
+    void setStatus(const QString& status);
+    bool fail(const QString& status);
+    int fetchFrames(CHttpTransfer& transfer, FileTime newest, const std::set<QString>& listing);
+    void prepend(RadarFrame frame);
+    bool loadFrame(CHttpTransfer& transfer, const QString& name, RadarFrame& frame);
+    void drawWarnings(CHttpTransfer& transfer);
+    [[nodiscard]] QString siteFolder() const;
+    [[nodiscard]] QString productCode() const;
+
+    RadarState& m_state;
+    RadarUpdateObserver& m_observer;
+};
+
+/// What a request for an update needs to know and to do beyond the update: a view on the image.
+class RadarView : public RadarUpdateObserver {
+public:
+    /// The radar image's pixel under the view's centre.
+    [[nodiscard]] virtual ImagePixel centrePixel() const = 0;
+    [[nodiscard]] virtual GeoPosition centrePosition() const = 0;
+    /// Loads another site's basemaps and then its radar; the result is the update's.
+    virtual bool changeSite(const QString& siteId) = 0;
+    /// Shows or hides that the user has to wait.
+    virtual void showWaiting(bool waiting) = 0;
+};
+
+/// What commands and automatic updates call. While the view's centre lies inside the radar image,
+/// updates the site that is shown, from the server `host` (HOST or HOST:PORT); otherwise changes to
+/// the site nearest to the centre. With no image loaded yet no point lies inside.
+bool RequestUpdate(RadarState& state, RadarView& view, const QString& host);
+
+} // namespace raincast

@@ -1,0 +1,534 @@
+// SPDX-License-Identifier: MIT
+#include "net/http_settings.h"
+#include "net/http_transfer.h"
+#include "radar/composite.h"
+#include "radar/radar_update.h"
+#include "support/fault_server.h"
+#include "support/gif_maker.h"
+#include "support/http_server.h"
+#include "support/loopback.h"
+#include "support/time_zone.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+using ::testing::ElementsAre;
+
+const QString kUpdating = QStringLiteral("Updating radar image...\n");
+const QString kNoServer = QStringLiteral("Could not access server.\n");
+const QString kNoImages = QStringLiteral("No radar images found on server.\n");
+const QString kNoFrame = QStringLiteral("Could not download\nany radar images.\n");
+const QString kNotAll = QStringLiteral("Could not get\nall images.\n");
+
+const QString kListing = QStringLiteral("/ridge/RadarImg/N0R/MUX/");
+const QString kWarnings = QStringLiteral("/ridge/Warnings/Short/MUX_Warnings_0.gif");
+
+constexpr QRgb kEcho = 0xFF00FF00;
+constexpr QRgb kWarning = 0xFFFF0000;
+
+/// A picture of 60 × 55: one echo at (10, 10), otherwise transparent.
+QByteArray frameGif() {
+    return makeGif({.screen = {60, 55}, .transparent = 1, .pixel = [](int column, int row) {
+                        return column == 10 && row == 10 ? 3 : 1;
+                    }});
+}
+
+/// A polygon's corner at (20, 20), black and transparent elsewhere.
+QByteArray warningsGif() {
+    return makeGif({.screen = {60, 55}, .transparent = 0, .pixel = [](int column, int row) {
+                        return column == 20 && row == 20 ? 2 : 0;
+                    }});
+}
+
+/// Writes down what an update tells.
+class Recorder : public RadarUpdateObserver {
+public:
+    void statusChanged(const QString& status) override { statuses.push_back(status); }
+    void repaint() override { ++repaints; }
+    void progress(int done, int wanted) override { steps.emplace_back(done, wanted); }
+
+    std::vector<QString> statuses;
+    std::vector<std::pair<int, int>> steps;
+    int repaints = 0;
+};
+
+class RadarUpdateTest : public ::testing::Test {
+protected:
+    RadarUpdateTest() {
+        m_state.siteId = QStringLiteral("MUX");
+        m_state.cacheFolder = m_folder.filePath(QStringLiteral("cache"));
+        m_state.showWarnings = false;
+    }
+
+    static QString nameOf(const QString& stamp) {
+        return QStringLiteral("MUX_%1_N0R.gif").arg(stamp);
+    }
+    [[nodiscard]] QString cached(const QString& name) const {
+        return m_state.cacheFolder + QStringLiteral("/MUX/") + name;
+    }
+
+    /// Lists frames of these UTC times, "20190519_0554", and serves them.
+    void publish(const QStringList& stamps) {
+        QByteArray listing = "<html><body>";
+        for (const QString& stamp : stamps) {
+            const QString name = nameOf(stamp);
+            listing += "<a href=\"" + name.toLatin1() + "\">" + name.toLatin1() + "</a>\n";
+            m_server.serve(kListing + name, frameGif());
+        }
+        m_server.serve(kListing, listing + "</body></html>");
+    }
+    void animate(int frames, int interval) {
+        m_state.animate = true;
+        m_state.frameCount = frames;
+        m_state.frameInterval = interval;
+    }
+    bool update() { return updateFrom(m_server.host()); }
+    bool updateFrom(const QString& host) {
+        CHttpTransfer transfer(host, true, false);
+        return RadarUpdate(m_state, m_recorder).UpdateRadar(transfer);
+    }
+    [[nodiscard]] QStringList frameStamps() const {
+        QStringList stamps;
+        for (const RadarFrame& frame : m_state.frames) {
+            stamps += QFileInfo(frame.path).fileName().mid(4, 13);
+        }
+        return stamps;
+    }
+    void putFile(const QString& path, const QByteArray& bytes) {
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(bytes), bytes.size());
+    }
+
+    const TimeZone m_zone{"UTC0"};
+    QTemporaryDir m_folder;
+    HttpServer m_server;
+    RadarState m_state;
+    Recorder m_recorder;
+};
+
+TEST_F(RadarUpdateTest, WithoutAnimationOneFrameIsFetchedWhateverTheCount) {
+    publish({"20190519_0542", "20190519_0548", "20190519_0554"});
+    m_state.frameCount = 6;
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), QStringList{"20190519_0554"});
+    EXPECT_EQ(m_state.current.path, cached(nameOf("20190519_0554")));
+    EXPECT_EQ(m_state.current.timeText, QStringLiteral("5:54"));
+    EXPECT_EQ(m_state.current.bitmap, m_state.frames[0].bitmap);
+    EXPECT_EQ(m_state.imageWidth, 60);
+    EXPECT_EQ(m_state.imageHeight, 55);
+    EXPECT_EQ(m_state.status, QString());
+    EXPECT_TRUE(QFile::exists(m_state.current.path));
+}
+
+TEST_F(RadarUpdateTest, FramesLieAtLeastTheIntervalApart) {
+    publish(
+        {"20190519_0446", "20190519_0452", "20190519_0457", "20190519_0503", "20190519_0508",
+         "20190519_0514", "20190519_0519", "20190519_0525", "20190519_0530", "20190519_0536",
+         "20190519_0542", "20190519_0548", "20190519_0554"}
+    );
+    animate(6, 9);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(
+        frameStamps(), (QStringList{
+                           "20190519_0457", "20190519_0508", "20190519_0519", "20190519_0530",
+                           "20190519_0542", "20190519_0554"})
+    );
+    EXPECT_EQ(m_state.position, 5U);
+    EXPECT_EQ(m_state.animationCounter, 16);
+    EXPECT_EQ(m_state.current.path, m_state.frames.back().path);
+    EXPECT_EQ(m_state.status, QString());
+}
+
+TEST_F(RadarUpdateTest, AnIntervalOfOneTakesEveryListedFrame) {
+    publish({"20190519_0552", "20190519_0553", "20190519_0554"});
+    animate(3, 1);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), (QStringList{"20190519_0552", "20190519_0553", "20190519_0554"}));
+}
+
+TEST_F(RadarUpdateTest, FramesAreFoundAcrossMidnightAndTheYear) {
+    publish({"20191231_2355", "20200101_0004"});
+    animate(2, 9);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), (QStringList{"20191231_2355", "20200101_0004"}));
+}
+
+TEST_F(RadarUpdateTest, AHundredMinutesAreSearchedForEachFrame) {
+    animate(2, 9);
+    publish({"20190519_0406", "20190519_0554"}); // 108 minutes: the last one that is tried
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.frames.size(), 2U);
+
+    publish({"20190519_0405", "20190519_0554"});
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.frames.size(), 1U);
+    EXPECT_EQ(m_state.status, kNotAll);
+}
+
+TEST_F(RadarUpdateTest, AListingOfTheNewestFrameOnlyGivesThatAndSaysSo) {
+    publish({"20190519_0554"});
+    animate(6, 9);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), QStringList{"20190519_0554"});
+    EXPECT_EQ(m_state.status, kNotAll);
+    EXPECT_THAT(m_recorder.statuses, ElementsAre(kUpdating, kNotAll));
+}
+
+TEST_F(RadarUpdateTest, TellsWhatItDoes) {
+    publish({"20190519_0534", "20190519_0544", "20190519_0554"});
+    animate(3, 9);
+    EXPECT_TRUE(update());
+    EXPECT_THAT(m_recorder.statuses, ElementsAre(kUpdating, QString()));
+    EXPECT_THAT(
+        m_recorder.steps,
+        ElementsAre(std::pair(0, 3), std::pair(1, 3), std::pair(2, 3), std::pair(3, 3))
+    );
+    // At its start, with the newest frame, and at its end.
+    EXPECT_EQ(m_recorder.repaints, 3);
+}
+
+TEST_F(RadarUpdateTest, ASecondUpdateDownloadsNoFrameAgain) {
+    publish({"20190519_0544", "20190519_0554"});
+    animate(2, 9);
+    EXPECT_TRUE(update());
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_server.count(kListing), 2);
+    EXPECT_EQ(m_server.count(kListing + nameOf("20190519_0544")), 1);
+    EXPECT_EQ(m_server.count(kListing + nameOf("20190519_0554")), 1);
+    EXPECT_EQ(m_state.frames.size(), 2U);
+}
+
+TEST_F(RadarUpdateTest, AllRequestsOfAnUpdateShareOneConnection) {
+    publish({"20190519_0534", "20190519_0544", "20190519_0554"});
+    m_server.serve(kWarnings, warningsGif());
+    m_state.showWarnings = true;
+    animate(3, 9);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_server.count(), 5);
+    EXPECT_EQ(m_server.connections(), 1);
+}
+
+TEST_F(RadarUpdateTest, AFrameThatCannotBeHadIsPassedOver) {
+    publish({"20190519_0542", "20190519_0548", "20190519_0554"});
+    m_server.serve(kListing + nameOf("20190519_0554"), "gone", 404);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), QStringList{"20190519_0548"});
+    EXPECT_FALSE(QFile::exists(cached(nameOf("20190519_0554"))));
+}
+
+TEST_F(RadarUpdateTest, AFrameThatIsNoPictureIsPassedOver) {
+    const QByteArray defects[] = {"", "<html>Please log in</html>", frameGif().first(60)};
+    for (const QByteArray& defect : defects) {
+        QDir(m_state.cacheFolder).removeRecursively();
+        publish({"20190519_0542", "20190519_0548", "20190519_0554"});
+        m_server.serve(kListing + nameOf("20190519_0554"), defect);
+        EXPECT_TRUE(update()) << defect.toStdString();
+        EXPECT_EQ(frameStamps(), QStringList{"20190519_0548"}) << defect.toStdString();
+        EXPECT_EQ(m_state.status, QString());
+    }
+}
+
+TEST_F(RadarUpdateTest, ADefectiveCachedFrameIsNotFetchedAgain) {
+    publish({"20190519_0548", "20190519_0554"});
+    putFile(cached(nameOf("20190519_0554")), "");
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), QStringList{"20190519_0548"});
+    EXPECT_EQ(m_server.count(kListing + nameOf("20190519_0554")), 0);
+}
+
+TEST_F(RadarUpdateTest, TheNextUpdateIsDueEightMinutesAfterTheNewestFrame) {
+    publish({"20190519_0544", "20190519_0554"});
+    animate(2, 9);
+    EXPECT_TRUE(update());
+    // The search runs half a minute beside the names' whole minutes.
+    EXPECT_EQ(m_state.nextUpdate, fromCalendar({2019, 5, 19, 6, 2, 30}));
+
+    const FileTime later = fromCalendar({2019, 5, 19, 7, 0});
+    m_state.nextUpdate = later;
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.nextUpdate, later);
+}
+
+TEST_F(RadarUpdateTest, TimesAreShownOnTheLocalClock) {
+    const TimeZone pacific("PST8PDT,M3.2.0,M11.1.0");
+    publish({"20190519_0554"});
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.current.timeText, QStringLiteral("10:54"));
+}
+
+TEST_F(RadarUpdateTest, StaleFramesOfThatProductGoAndAllElseStays) {
+    publish({"20190519_0554"});
+    const QStringList stale = {"MUX_20190518_0101_N0R.gif", "MUX_20190519_0553_N0R.gif"};
+    const QStringList others = {
+        "MUX_20190518_0101_N0V.gif", "MUX_City_Short.gif", "MUX_Warnings_0.gif",
+        "LWX_20190518_0101_N0R.gif"};
+    for (const QString& name : stale + others) {
+        putFile(cached(name), "x");
+    }
+    const QString elsewhere =
+        m_state.cacheFolder + QStringLiteral("/LWX/MUX_20190518_0101_N0R.gif");
+    putFile(elsewhere, "x");
+    EXPECT_TRUE(update());
+    for (const QString& name : stale) {
+        EXPECT_FALSE(QFile::exists(cached(name))) << name.toStdString();
+    }
+    for (const QString& name : others) {
+        EXPECT_TRUE(QFile::exists(cached(name))) << name.toStdString();
+    }
+    EXPECT_TRUE(QFile::exists(elsewhere));
+    EXPECT_TRUE(QFile::exists(cached(nameOf("20190519_0554"))));
+}
+
+TEST_F(RadarUpdateTest, WarningsAreBurntIntoEveryFrameAndFetchedAnewEachTime) {
+    publish({"20190519_0544", "20190519_0554"});
+    m_server.serve(kWarnings, warningsGif());
+    m_state.showWarnings = true;
+    animate(2, 9);
+    EXPECT_TRUE(update());
+    for (const RadarFrame& frame : m_state.frames) {
+        EXPECT_EQ(frame.bitmap->pixel(20, 20), kWarning);
+        EXPECT_EQ(frame.bitmap->pixel(10, 10), kEcho);
+        EXPECT_EQ(frame.bitmap->pixel(0, 0), kTransparentWhite);
+        EXPECT_EQ(frame.bitmap->format(), QImage::Format_Indexed8);
+    }
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_server.count(kWarnings), 2);
+}
+
+TEST_F(RadarUpdateTest, WarningsShowInTheFrameOnScreenToo) {
+    publish({"20190519_0554"});
+    m_server.serve(kWarnings, warningsGif());
+    m_state.showWarnings = true;
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kWarning);
+}
+
+TEST_F(RadarUpdateTest, LongRangeProductsHaveWarningsOfTheirOwn) {
+    m_state.product = 2;
+    m_state.showWarnings = true;
+    const QString listing = QStringLiteral("/ridge/RadarImg/N0Z/MUX/");
+    m_server.serve(listing, "\"MUX_20190519_0554_N0Z.gif\"");
+    m_server.serve(listing + QStringLiteral("MUX_20190519_0554_N0Z.gif"), frameGif());
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_server.count(QStringLiteral("/ridge/Warnings/Long/MUX_Warnings_0.gif")), 1);
+}
+
+TEST_F(RadarUpdateTest, MissingWarningsAreNoFailure) {
+    publish({"20190519_0554"});
+    m_state.showWarnings = true;
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.status, QString());
+
+    m_server.serve(kWarnings, "<html>none today</html>");
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.status, QString());
+    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite);
+}
+
+TEST_F(RadarUpdateTest, WarningsThatAreSwitchedOffAreNotAskedFor) {
+    publish({"20190519_0554"});
+    m_server.serve(kWarnings, warningsGif());
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_server.count(kWarnings), 0);
+    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite);
+}
+
+TEST_F(RadarUpdateTest, AFailedUpdateLeavesNoFrames) {
+    publish({"20190519_0554"});
+    EXPECT_TRUE(update());
+    const RefusingPort refusing;
+    EXPECT_FALSE(updateFrom(refusing.host()));
+    EXPECT_TRUE(m_state.frames.empty());
+    EXPECT_FALSE(m_state.current.bitmap);
+    EXPECT_EQ(m_state.current.timeText, QString());
+    EXPECT_EQ(m_state.current.path, QString());
+    EXPECT_EQ(m_state.position, 0U);
+    EXPECT_EQ(m_state.status, kNoServer);
+}
+
+TEST_F(RadarUpdateTest, ACacheThatCannotBeWrittenIsTold) {
+    publish({"20190519_0554"});
+    putFile(m_state.cacheFolder, "a file where the folder should be");
+    EXPECT_FALSE(update());
+    EXPECT_EQ(m_state.status, kNoFrame);
+}
+
+TEST_F(RadarUpdateTest, UnlistedFramesAreNeverAskedFor) {
+    m_server.serve(kListing, "\"MUX_20190519_0554_N0R.gif\" MUX_20190519_0553_N0R.gif");
+    EXPECT_FALSE(update());
+    EXPECT_EQ(m_server.count(), 2);
+    EXPECT_EQ(m_state.status, kNoFrame);
+}
+
+/// What a server answers to the listing, and what the user then reads.
+struct ListingFault {
+    const char* what;
+    FaultServer::Answer answer;
+    QString status;
+};
+
+TEST_F(RadarUpdateTest, EveryFaultOfAListingHasItsText) {
+    const QByteArray error = "<html><a href=\"/\">Not found</a></html>";
+    const ListingFault faults[] = {
+        {"301", answers::redirect(301, "/elsewhere/"), kNoImages},
+        {"404", answers::respond(404, error), kNoImages},
+        {"500", answers::respond(500, error), kNoImages},
+        {"empty body", answers::respond(200, {}), kNoImages},
+        {"no bytes at all", answers::nothing(), kNoServer},
+        {"no HTTP", answers::raw("\x16\x03\x01nonsense\r\n\r\n"), kNoServer},
+        {"a listing of 100 MB without a frame", answers::hugeListing(100 << 20), kNoImages},
+        {"8-bit bytes and an odd number of quotes",
+         answers::respond(200, "\"\xE4\xF6\xFC\" \"\" \"MUX_2"), kNoImages},
+    };
+    for (const ListingFault& fault : faults) {
+        FaultServer server(fault.answer);
+        EXPECT_FALSE(updateFrom(server.host())) << fault.what;
+        EXPECT_EQ(m_state.status, fault.status) << fault.what;
+    }
+    EXPECT_FALSE(updateFrom(QStringLiteral("no-such-host.invalid")));
+    EXPECT_EQ(m_state.status, kNoServer);
+}
+
+/// What a server answers to the newest frame.
+struct FrameFault {
+    const char* what;
+    FaultServer::Answer answer;
+    bool passedOver; ///< the older frame is shown; otherwise the newest is, whole
+};
+
+TEST_F(RadarUpdateTest, EveryFaultOfAFrameLeadsToTheOneBefore) {
+    const QByteArray gif = frameGif();
+    const FrameFault faults[] = {
+        {"302", answers::redirect(302, "/elsewhere.gif"), true},
+        {"404", answers::respond(404, "gone"), true},
+        {"500", answers::respond(500, "broken"), true},
+        {"empty body", answers::respond(200, {}), true},
+        {"HTML", answers::respond(200, "<html>Please log in</html>"), true},
+        {"truncated", answers::respond(200, gif.first(gif.size() / 2)), true},
+        {"cut in the middle", answers::cut(gif, gif.size() / 2), true},
+        {"reset in the middle", answers::reset(gif, gif.size() / 2), true},
+        {"shorter than it says", answers::wrongLength(gif, gif.size() + 100), false},
+        {"longer than it says", answers::wrongLength(gif, gif.size() - 20), true},
+        {"chunked", answers::chunked(gif, 7), false},
+    };
+    for (const FrameFault& fault : faults) {
+        QDir(m_state.cacheFolder).removeRecursively();
+        FaultServer server;
+        server.on(
+            kListing,
+            answers::respond(200, "\"MUX_20190519_0554_N0R.gif\" \"MUX_20190519_0548_N0R.gif\"")
+        );
+        server.on(kListing + nameOf("20190519_0554"), fault.answer);
+        server.on(kListing + nameOf("20190519_0548"), answers::respond(200, gif));
+        EXPECT_TRUE(updateFrom(server.host())) << fault.what;
+        const QString shown = fault.passedOver ? "20190519_0548" : "20190519_0554";
+        EXPECT_EQ(frameStamps(), QStringList{shown}) << fault.what;
+    }
+}
+
+TEST_F(RadarUpdateTest, AStalledServerCostsOneWaitForAllFrames) {
+    const auto before = httpLimits().stallTime;
+    httpLimits().stallTime = std::chrono::milliseconds(50);
+    FaultServer server;
+    server.on(
+        kListing,
+        answers::respond(200, "\"MUX_20190519_0554_N0R.gif\" \"MUX_20190519_0548_N0R.gif\"")
+    );
+    server.on(kListing + nameOf("20190519_0554"), answers::drip(std::chrono::milliseconds(20)));
+    server.on(kListing + nameOf("20190519_0548"), answers::respond(200, frameGif()));
+    EXPECT_FALSE(updateFrom(server.host()));
+    EXPECT_EQ(m_state.status, kNoFrame);
+    EXPECT_EQ(server.count(kListing + nameOf("20190519_0548")), 0);
+    httpLimits().stallTime = before;
+}
+
+/// A view on the image whose centre is anywhere.
+class FixedView : public RadarView {
+public:
+    void statusChanged(const QString& /*status*/) override {}
+    void repaint() override { log += "repaint "; }
+    void progress(int /*done*/, int /*wanted*/) override {}
+    [[nodiscard]] ImagePixel centrePixel() const override { return pixel; }
+    [[nodiscard]] GeoPosition centrePosition() const override { return position; }
+    bool changeSite(const QString& siteId) override {
+        log += "site " + siteId.toStdString();
+        return true;
+    }
+    void showWaiting(bool waiting) override { log += waiting ? "wait " : "go on "; }
+
+    ImagePixel pixel{0, 0};
+    GeoPosition position{38.9, -77.4};
+    std::string log;
+};
+
+TEST_F(RadarUpdateTest, ARequestInsideTheImageUpdatesTheSiteShown) {
+    publish({"20190519_0554"});
+    m_state.imageWidth = 600;
+    m_state.imageHeight = 550;
+    for (const ImagePixel inside : {ImagePixel{0, 0}, ImagePixel{599, 549}}) {
+        m_state.imageWidth = 600;
+        m_state.imageHeight = 550;
+        FixedView view;
+        view.pixel = inside;
+        EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
+        EXPECT_EQ(view.log, "wait repaint repaint repaint go on repaint ");
+        EXPECT_EQ(m_state.siteId, QStringLiteral("MUX"));
+    }
+}
+
+TEST_F(RadarUpdateTest, ARequestOutsideTheImageChangesToTheNearestSite) {
+    m_state.imageWidth = 600;
+    m_state.imageHeight = 550;
+    for (const ImagePixel outside :
+         {ImagePixel{-1, 0}, ImagePixel{0, -1}, ImagePixel{600, 0}, ImagePixel{0, 550}}) {
+        FixedView view;
+        view.pixel = outside;
+        EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
+        EXPECT_EQ(view.log, "site LWX");
+    }
+    EXPECT_EQ(m_server.count(), 0);
+}
+
+TEST_F(RadarUpdateTest, WithNoImageLoadedNoPointIsInside) {
+    FixedView view;
+    EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
+    EXPECT_EQ(view.log, "site LWX");
+}
+
+/// The published frames of a spring night at San Francisco, thirteen of them.
+TEST(RealDataRadarUpdateTest, SixOfThirteenPublishedFrames) {
+    const QString tree = qEnvironmentVariable("RAINCAST_TEST_DATA") + QStringLiteral("/radar-tree");
+    if (!QDir(tree).exists()) {
+        GTEST_SKIP() << "no recorded images";
+    }
+    const TimeZone utc("UTC0");
+    HttpServer server;
+    server.serveFolder(tree);
+    const QTemporaryDir cache;
+    RadarState state;
+    state.siteId = QStringLiteral("MUX");
+    state.cacheFolder = cache.path();
+    state.animate = true;
+    Recorder recorder;
+    CHttpTransfer transfer(server.host(), true, false);
+    ASSERT_TRUE(RadarUpdate(state, recorder).UpdateRadar(transfer));
+    std::vector<std::string> times;
+    for (const RadarFrame& frame : state.frames) {
+        times.push_back(frame.timeText.toStdString());
+        EXPECT_EQ(frame.bitmap->size(), QSize(600, 550));
+    }
+    EXPECT_THAT(times, ElementsAre("4:57", "5:08", "5:19", "5:30", "5:42", "5:54"));
+    EXPECT_EQ(state.status, QString());
+}
+
+} // namespace
+} // namespace raincast

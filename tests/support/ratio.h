@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+
+namespace raincast {
+
+/// Two things measured in turn, A B A B …, so that a machine whose speed drifts treats both alike.
+struct Ratio {
+    double firstMilliseconds;  ///< median
+    double secondMilliseconds; ///< median
+    double median;             ///< of the ratios first / second, pair by pair
+    double least;
+    double most;
+};
+
+/// Measures both `pairs` times, after one uncounted run of each.
+[[nodiscard]] Ratio
+ratioOf(int pairs, const std::function<void()>& first, const std::function<void()>& second);
+
+/// Prints a line: what was measured, the medians, the ratio and what it should stay below.
+void printRatio(const char* what, const Ratio& ratio, double aim);
+
+} // namespace raincast
