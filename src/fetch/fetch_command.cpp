@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "fetch/fetch_command.h"
+
+#include "fetch/fetch_options.h"
+#include "fetch/terminal_report.h"
+#include "net/http_settings.h"
+#include "net/http_transfer.h"
+#include "radar/cache.h"
+#include "radar/radar_update.h"
+
+#include <QDir>
+
+#include <memory>
+#include <ostream>
+
+namespace raincast {
+
+namespace {
+
+/// For --quiet.
+class NoReport : public RadarUpdateObserver {
+public:
+    void statusChanged(const QString& /*status*/) override {}
+    void repaint() override {}
+    void progress(int /*done*/, int /*wanted*/) override {}
+};
+
+std::unique_ptr<RadarUpdateObserver>
+makeReport(const FetchOptions& options, const FetchStreams& streams) {
+    if (options.quiet) {
+        return std::make_unique<NoReport>();
+    }
+    return std::make_unique<TerminalReport>(streams.report, streams.reportIsTerminal);
+}
+
+RadarState stateFor(const FetchOptions& options) {
+    RadarState state;
+    state.siteId = options.siteId;
+    state.product = options.product;
+    state.animate = options.frames > 1;
+    state.frameCount = options.frames;
+    state.frameInterval = options.intervalMinutes;
+    state.showWarnings = options.warnings;
+    state.cacheFolder =
+        options.cacheFolder.isEmpty()
+            ? ChooseDefaultCache()
+            : QDir::cleanPath(QDir::current().absoluteFilePath(options.cacheFolder));
+    return state;
+}
+
+FetchExit fetch(const FetchOptions& options, const FetchStreams& streams) {
+    RadarState state = stateFor(options);
+    bool updated = false;
+    {
+        const auto report = makeReport(options, streams);
+        CHttpTransfer transfer(options.radarServer, true, false);
+        updated = RadarUpdate(state, *report).UpdateRadar(transfer);
+    }
+    for (const RadarFrame& frame : state.frames) {
+        streams.frames << frame.path.toLocal8Bit().constData() << '\t'
+                       << frame.timeText.toStdString() << '\n';
+    }
+    streams.frames.flush();
+    if (!updated) {
+        return FetchExit::NoFrame;
+    }
+    return state.status.isEmpty() ? FetchExit::AllFrames : FetchExit::SomeFrames;
+}
+
+FetchExit answer(const FetchAnswer& answer, const FetchStreams& streams) {
+    if (!answer.wrongUsage) {
+        streams.frames << answer.text.toStdString();
+        return FetchExit::AllFrames;
+    }
+    streams.report << "raincast-fetch: " << answer.text.toStdString()
+                   << "\nTry raincast-fetch --help.\n";
+    return FetchExit::WrongUsage;
+}
+
+} // namespace
+
+FetchExit runFetch(const QStringList& arguments, const FetchStreams& streams) {
+    const auto read = readFetchOptions(arguments);
+    if (const auto* instead = std::get_if<FetchAnswer>(&read)) {
+        return answer(*instead, streams);
+    }
+    const auto& options = std::get<FetchOptions>(read);
+    if (options.verbose) {
+        httpHooks().finished = [&streams](const QString& url, const QString& outcome) {
+            streams.report << url.toStdString() << ' ' << outcome.toStdString() << std::endl;
+        };
+    }
+    const FetchExit result = fetch(options, streams);
+    httpHooks().finished = nullptr;
+    return result;
+}
+
+} // namespace raincast

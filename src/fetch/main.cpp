@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// raincast-fetch: the newest radar images of a site, from the server into the cache.
+#include "fetch/fetch_command.h"
+
+#include <QCoreApplication>
+
+#include <unistd.h>
+
+#include <iostream>
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const bool isTerminal = isatty(STDERR_FILENO) == 1;
+    const auto result =
+        raincast::runFetch(QCoreApplication::arguments(), {std::cout, std::cerr, isTerminal});
+    // Frames that could not be told are no success for whoever reads them.
+    return std::cout.good() ? static_cast<int>(result)
+                            : static_cast<int>(raincast::FetchExit::NoFrame);
+}

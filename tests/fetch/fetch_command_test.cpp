@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+// Runs the program itself against a server, as a script would.
+#include "fetch/fetch_command.h"
+#include "support/gif_maker.h"
+#include "support/http_server.h"
+#include "support/loopback.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+
+constexpr int kDeadlineMilliseconds = 60'000;
+
+struct Result {
+    int status = -1;
+    std::string output;
+    std::string errors;
+};
+
+class FetchCommandTest : public ::testing::Test {
+protected:
+    /// Runs raincast-fetch with its files below the test's folder.
+    Result run(const QStringList& arguments) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TZ", "UTC0");
+        environment.insert("XDG_DATA_HOME", m_folder.filePath("data"));
+        environment.insert("RAINCAST_CARD_ROOT", m_folder.filePath("cards"));
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(m_folder.path());
+        process.start(QStringLiteral(RAINCAST_FETCH_PROGRAM), arguments);
+        EXPECT_TRUE(process.waitForFinished(kDeadlineMilliseconds));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        return {
+            process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+    }
+    Result fetch(QStringList arguments) {
+        arguments << "--radar-server" << m_server.host() << "--cache"
+                  << "cache";
+        return run(arguments);
+    }
+    void publish(const QStringList& names) {
+        const QString listing = "/ridge/RadarImg/N0R/MUX/";
+        m_server.serve(listing, '"' + names.join("\" \"").toLatin1() + '"');
+        for (const QString& name : names) {
+            m_server.serve(listing + name, makeGif({.screen = {600, 550}}));
+        }
+    }
+    [[nodiscard]] std::string cached(const QString& name) const {
+        return m_folder.filePath("cache/MUX/" + name).toStdString();
+    }
+
+    QTemporaryDir m_folder;
+    HttpServer m_server;
+};
+
+TEST_F(FetchCommandTest, PrintsTheFramesOldestFirst) {
+    publish({"MUX_20190519_0542_N0R.gif", "MUX_20190519_0554_N0R.gif"});
+    const Result result = fetch({"MUX", "N0R", "--frames", "2"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(
+        result.output, cached("MUX_20190519_0542_N0R.gif") + "\t5:42\n" +
+                           cached("MUX_20190519_0554_N0R.gif") + "\t5:54\n"
+    );
+    EXPECT_EQ(result.errors, "Updating radar image...\n");
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(cached("MUX_20190519_0554_N0R.gif"))));
+}
+
+TEST_F(FetchCommandTest, ASecondRunDownloadsNoFrameAgain) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    const std::string first = fetch({"MUX"}).output;
+    EXPECT_EQ(fetch({"MUX"}).output, first);
+    EXPECT_EQ(m_server.count("/ridge/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif"), 1);
+    EXPECT_EQ(m_server.count("/ridge/Warnings/Short/MUX_Warnings_0.gif"), 2);
+}
+
+TEST_F(FetchCommandTest, SomeFramesAreStatusThree) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    const Result result = fetch({"MUX", "--frames", "2"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.output, cached("MUX_20190519_0554_N0R.gif") + "\t5:54\n");
+    EXPECT_EQ(result.errors, "Updating radar image...\nCould not get\nall images.\n");
+}
+
+TEST_F(FetchCommandTest, NoFrameIsStatusOne) {
+    const RefusingPort refusing;
+    const Result result = run({"MUX", "--radar-server", refusing.host(), "--cache", "cache"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "Updating radar image...\nCould not access server.\n");
+}
+
+TEST_F(FetchCommandTest, WrongUsageIsStatusTwo) {
+    const Result result = run({"MUY"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(result.errors, HasSubstr("There is no site MUY."));
+    EXPECT_EQ(m_server.count(), 0);
+}
+
+TEST_F(FetchCommandTest, QuietPrintsTheFramesOnly) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    const Result result = fetch({"MUX", "--frames", "2", "--quiet"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.output, EndsWith("\t5:54\n"));
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(FetchCommandTest, VerboseNamesEachUrlWithItsOutcome) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    const Result result = fetch({"MUX", "--verbose"});
+    const std::string server = "http://" + m_server.host().toStdString();
+    EXPECT_THAT(result.errors, HasSubstr(server + "/ridge/RadarImg/N0R/MUX/ 200\n"));
+    EXPECT_THAT(result.errors, HasSubstr("/MUX_20190519_0554_N0R.gif 200\n"));
+    EXPECT_THAT(result.errors, HasSubstr("/ridge/Warnings/Short/MUX_Warnings_0.gif 404\n"));
+
+    const RefusingPort refusing;
+    const Result refused =
+        run({"MUX", "--verbose", "--radar-server", refusing.host(), "--cache", "cache"});
+    EXPECT_THAT(refused.errors, HasSubstr("Couldn't connect to server"));
+}
+
+TEST_F(FetchCommandTest, NoWarningsAsksForNone) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    EXPECT_EQ(fetch({"MUX", "--no-warnings"}).status, 0);
+    EXPECT_EQ(m_server.count("/ridge/Warnings/Short/MUX_Warnings_0.gif"), 0);
+}
+
+TEST_F(FetchCommandTest, TheDefaultCacheIsTheApplicationsOwn) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    const Result result = run({"MUX", "--radar-server", m_server.host()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(
+        result.output, HasSubstr("/data/Quorvane/Temp/Weather/MUX/MUX_20190519_0554_N0R.gif\t")
+    );
+}
+
+TEST_F(FetchCommandTest, ACardThatHasTheFolderIsTheDefaultCache) {
+    ASSERT_TRUE(QDir(m_folder.path()).mkpath("cards/one"));
+    ASSERT_TRUE(QDir(m_folder.path()).mkpath("cards/two/Quorvane"));
+    publish({"MUX_20190519_0554_N0R.gif"});
+    const Result result = run({"MUX", "--radar-server", m_server.host()});
+    EXPECT_THAT(result.output, HasSubstr("/cards/two/Quorvane/Temp/Weather/MUX/"));
+}
+
+TEST_F(FetchCommandTest, FramesThatCannotBeToldAreNoSuccess) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    QProcess process;
+    process.setStandardOutputFile("/dev/full");
+    process.start(
+        QStringLiteral(RAINCAST_FETCH_PROGRAM),
+        {"MUX", "--radar-server", m_server.host(), "--cache", m_folder.filePath("cache")}
+    );
+    ASSERT_TRUE(process.waitForFinished(kDeadlineMilliseconds));
+    EXPECT_EQ(process.exitCode(), 1);
+}
+
+TEST_F(FetchCommandTest, HelpAndVersionGoToStandardOutput) {
+    EXPECT_EQ(run({"--version"}).output, "raincast-fetch " RAINCAST_VERSION "\n");
+    const Result help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, HasSubstr("--radar-server"));
+}
+
+} // namespace
+} // namespace raincast
