@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "gps/feed_rmc_to_gps_position.h"
+#include "gps/manual_phase.h"
+#include "gps/nmea_reader.h"
+#include "gps/record_listeners.h"
+#include "gps/test_clock.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace raincast {
+namespace {
+
+constexpr char kRmc[] = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230307,003.1,W\n";
+constexpr char kRmcVoid[] = "$GPRMC,123520,V,4807.038,N,01131.000,E,022.4,084.4,230307,,,N\n";
+constexpr char kGga[] = "$GPGGA,093802,5213.1439,N,02100.6511,E,2,10,0.9,137.2,M,36.2,M,,\n";
+constexpr char kVtg[] = "$GPVTG,113.02,T,,M,0.142,N,0.263,K,A\n";
+
+class FeedRmcTest : public testing::Test {
+protected:
+    std::size_t published() const { return positions.records.size(); }
+    const CDataGPSPosition& last() const { return positions.records.back(); }
+    void second(int times = 1) {
+        for (int i = 0; i < 10 * times; ++i) {
+            clock.advance(kFileTimePerSecond / 10);
+            heartbeat.Beat();
+        }
+    }
+
+    TestClock clock;
+    ManualPhase phase{9}; // the tenth beat
+    CHeartbeat heartbeat;
+    RecordListener<CDataGPSPosition> positions;
+    CFeedRMC_to_GPSPosition feed;
+    NmeaReader reader;
+};
+
+TEST_F(FeedRmcTest, EveryRmcIsAPosition) {
+    reader.feed(kRmc);
+    ASSERT_EQ(published(), 1U);
+    EXPECT_NEAR(last().latitude, 48.1173, 1e-12);
+    EXPECT_NEAR(last().longitude, 11.51666666666, 1e-11);
+    EXPECT_EQ(last().time, fromCalendar({2007, 3, 23, 12, 35, 19}));
+    EXPECT_EQ(last().speed, 22.4F);
+    EXPECT_EQ(last().course, 84.4F);
+    EXPECT_EQ(last().fixType, kFixGps);
+    EXPECT_EQ(last().extra1, 400.0F);
+
+    reader.feed(kRmcVoid);
+    ASSERT_EQ(published(), 2U);
+    EXPECT_EQ(last().fixType, kFixNone);
+}
+
+TEST_F(FeedRmcTest, ABetterFixTypeOfGgaIsKept) {
+    reader.feed(kRmc);
+    reader.feed(kGga);
+    EXPECT_EQ(published(), 1U) << "GGA publishes nothing once RMC has come";
+    reader.feed(kRmc);
+    ASSERT_EQ(published(), 2U);
+    EXPECT_EQ(last().fixType, kFixDifferential);
+    EXPECT_EQ(last().altitude, 137.2F);
+    EXPECT_EQ(last().dilution, 0.9F);
+    EXPECT_EQ(last().satellites, 10);
+    EXPECT_NEAR(last().latitude, 48.1173, 1e-12);
+
+    reader.feed(kRmcVoid);
+    reader.feed(kRmc);
+    EXPECT_EQ(last().fixType, kFixGps);
+}
+
+TEST_F(FeedRmcTest, WithoutRmcGgaIsThePosition) {
+    reader.feed(kVtg);
+    EXPECT_EQ(published(), 0U);
+    reader.feed(kGga);
+    ASSERT_EQ(published(), 1U);
+    EXPECT_NEAR(last().latitude, 52.219065, 1e-9);
+    EXPECT_EQ(last().time, clock.now()) << "its own time is not read";
+    EXPECT_EQ(last().speed, 0.142F);
+    EXPECT_EQ(last().course, 113.02F);
+    EXPECT_FALSE(feed.rmcSeen());
+    EXPECT_TRUE(feed.ggaSeen());
+}
+
+TEST_F(FeedRmcTest, OnceRmcHasComeVtgGivesNoMotion) {
+    reader.feed(kRmc);
+    reader.feed(kVtg);
+    reader.feed(kRmcVoid);
+    second(20);
+    reader.feed(kVtg);
+    reader.feed(kGga);
+    EXPECT_EQ(feed.position().speed, 22.4F);
+    EXPECT_EQ(feed.position().course, 84.4F);
+    EXPECT_NEAR(feed.position().latitude, 48.1173, 1e-12);
+    EXPECT_EQ(published(), 2U);
+}
+
+TEST_F(FeedRmcTest, QualitiesOfGga) {
+    reader.feed("$GPGGA,,,,,,3,,,,,,,\n");
+    EXPECT_EQ(feed.position().fixType, kFixPrecise);
+    reader.feed("$GPGGA,,,,,,9,,,,,,,\n");
+    EXPECT_EQ(feed.position().fixType, kFixPrecise);
+    reader.feed("$GPGGA,,,,,,0,,,,,,,\n");
+    EXPECT_EQ(feed.position().fixType, kFixNone);
+}
+
+TEST_F(FeedRmcTest, ASilentReceiverIsAnnouncedOnceAfterNineSeconds) {
+    reader.feed(kRmc);
+    second(8);
+    EXPECT_EQ(published(), 1U);
+    EXPECT_TRUE(feed.position().valid());
+    second();
+    ASSERT_EQ(published(), 2U);
+    EXPECT_EQ(last().fixType, kFixNone);
+    EXPECT_NEAR(last().latitude, 48.1173, 1e-12) << "the last known place";
+    second(30);
+    EXPECT_EQ(published(), 2U);
+}
+
+TEST_F(FeedRmcTest, EveryPublicationStartsTheCountAnew) {
+    reader.feed(kGga);
+    second(8);
+    reader.feed(kGga);
+    second(8);
+    reader.feed(kRmc);
+    second(8);
+    reader.feed(kGga);
+    EXPECT_EQ(published(), 3U);
+    second();
+    ASSERT_EQ(published(), 4U) << "a GGA that is not published does not count";
+    EXPECT_EQ(last().fixType, kFixNone);
+}
+
+TEST_F(FeedRmcTest, WithoutAFixSilenceIsNoNews) {
+    reader.feed(kRmcVoid);
+    second(20);
+    EXPECT_EQ(published(), 1U);
+}
+
+// In a process of its own: it stays until the process ends, which it must survive as well.
+TEST(FeedRmcDeathTest, TheProgramsOwnFeedLivesUntilTheEnd) {
+    const auto run = [] {
+        RecordListener<CDataGPSPosition> positions;
+        NmeaReader reader;
+        reader.feed(kRmc);
+        const std::size_t before = positions.records.size();
+        CFeedRMC_to_GPSPosition::program();
+        CFeedRMC_to_GPSPosition::program();
+        reader.feed(kRmc);
+        std::exit(before == 0 && positions.records.size() == 1 ? 0 : 1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
+}
+
+} // namespace
+} // namespace raincast
