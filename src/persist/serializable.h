@@ -60,7 +60,7 @@ public:
     [[nodiscard]] static std::unique_ptr<CSerializable> create(std::uint32_t typeId);
 
 protected:
-    ~Type() = default;
+    virtual ~Type() = default;
 
 private:
     static inline const Type* s_head = nullptr;

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "persist/persistant_data.h"
+
+#include "platform/registry_store.h"
+
+namespace raincast {
+
+namespace {
+
+using Branch = RegistryStore::Branch;
+
+QString rootKey(const QString& application) {
+    return QStringLiteral("Software/Quorvane/") + application;
+}
+
+} // namespace
+
+PersistantData::PersistantData(const char* name) : m_name(name), m_next(s_head) {
+    s_head = this;
+}
+
+void PersistantData::loadAll(RegistryStore& store, const QString& application) {
+    exchangeAll(SettingsExchange::Direction::Load, store, application);
+}
+
+bool PersistantData::saveAll(RegistryStore& store, const QString& application) {
+    store.addKey(Branch::Machine, rootKey(application));
+    store.addKey(Branch::User, rootKey(application));
+    exchangeAll(SettingsExchange::Direction::Save, store, application);
+    if (!store.save(Branch::Machine)) {
+        store.moveMachineChangesToUser();
+    }
+    return store.save(Branch::User);
+}
+
+void PersistantData::setForThisRun(const char* value) {
+    m_notSaved.append(QString::fromLatin1(value));
+}
+
+void PersistantData::exchangeAll(
+    SettingsExchange::Direction direction, RegistryStore& store, const QString& application
+) {
+    for (PersistantData* record = s_head; record != nullptr; record = record->m_next) {
+        const QString key = rootKey(application) + u'/' + QString::fromLatin1(record->m_name);
+        SettingsExchange values(direction, store, key, record->m_notSaved);
+        record->exchange(values);
+    }
+}
+
+} // namespace raincast

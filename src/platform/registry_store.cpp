@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+#include "platform/registry_store.h"
+
+#include "platform/replace_file.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QStandardPaths>
+#include <QStringList>
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+
+namespace raincast {
+
+namespace {
+
+constexpr const char* kDword = "dword";
+constexpr const char* kBinary = "binary";
+constexpr const char* kString = "string";
+
+const QString kType = QStringLiteral("type");
+const QString kValue = QStringLiteral("value");
+const QString kFile = QStringLiteral("Quorvane/registry.json");
+const QString kClassesRoot = QStringLiteral("Software/Classes/");
+
+bool isHex(const QString& text) {
+    const auto isDigit = [](QChar c) {
+        return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+    };
+    return text.size() % 2 == 0 && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+QJsonObject named(const QString& name, const char* type, const QJsonValue& value) {
+    return {{name, QJsonObject{{kType, QLatin1String(type)}, {kValue, value}}}};
+}
+
+/// Puts keys and their values over those of `keys`; all others stay.
+void merge(QJsonObject& keys, const QJsonObject& changes) {
+    for (auto key = changes.begin(); key != changes.end(); ++key) {
+        QJsonObject values = keys.value(key.key()).toObject();
+        const QJsonObject changed = key.value().toObject();
+        for (auto value = changed.begin(); value != changed.end(); ++value) {
+            values.insert(value.key(), value.value());
+        }
+        keys.insert(key.key(), values);
+    }
+}
+
+} // namespace
+
+RegistryStore::RegistryStore(const QString& machineFile, const QString& userFile) {
+    m_machine.path = machineFile;
+    m_user.path = userFile;
+    for (File* file : {&m_machine, &m_user}) {
+        file->keys = read(*file).value_or(QJsonObject());
+    }
+}
+
+RegistryStore RegistryStore::inStandardFolders() {
+    // The user's folder comes first, then those for everybody.
+    const QStringList folders =
+        QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    return {QDir(folders.value(1)).filePath(kFile), QDir(folders.value(0)).filePath(kFile)};
+}
+
+const RegistryStore::File& RegistryStore::file(Branch branch) const {
+    return branch == Branch::Machine ? m_machine : m_user;
+}
+
+RegistryStore::File& RegistryStore::file(Branch branch) {
+    return branch == Branch::Machine ? m_machine : m_user;
+}
+
+QJsonValue RegistryStore::value(
+    Branch branch, const QString& key, const QString& name, const char* type
+) const {
+    const QJsonObject entry = file(branch).keys.value(key).toObject().value(name).toObject();
+    return entry.value(kType) == QLatin1String(type) ? entry.value(kValue) : QJsonValue();
+}
+
+std::optional<std::uint32_t>
+RegistryStore::dword(Branch branch, const QString& key, const QString& name) const {
+    const QJsonValue found = value(branch, key, name, kDword);
+    // toInteger's default stands for what is no whole number or too large for 64 bits.
+    const qint64 number = found.toInteger(-1);
+    if (number < 0 || number > std::numeric_limits<std::uint32_t>::max()) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint32_t>(number);
+}
+
+std::optional<QByteArray>
+RegistryStore::binary(Branch branch, const QString& key, const QString& name) const {
+    const QJsonValue found = value(branch, key, name, kBinary);
+    const QString hex = found.toString();
+    if (!found.isString() || !isHex(hex)) {
+        return std::nullopt;
+    }
+    return QByteArray::fromHex(hex.toLatin1());
+}
+
+std::optional<QString>
+RegistryStore::string(Branch branch, const QString& key, const QString& name) const {
+    const QJsonValue found = value(branch, key, name, kString);
+    if (!found.isString()) {
+        return std::nullopt;
+    }
+    const QString text = found.toString();
+    const qsizetype end = text.indexOf(QChar(u'\0'));
+    return end < 0 ? text : text.left(end);
+}
+
+std::optional<QString> RegistryStore::classesString(const QString& key, const QString& name) const {
+    const auto ofUser = string(Branch::User, kClassesRoot + key, name);
+    return ofUser ? ofUser : string(Branch::Machine, kClassesRoot + key, name);
+}
+
+void RegistryStore::setDword(
+    Branch branch, const QString& key, const QString& name, std::uint32_t value
+) {
+    change(branch, key, named(name, kDword, static_cast<qint64>(value)));
+}
+
+void RegistryStore::setBinary(
+    Branch branch, const QString& key, const QString& name, const QByteArray& value
+) {
+    change(branch, key, named(name, kBinary, QString::fromLatin1(value.toHex())));
+}
+
+void RegistryStore::setString(
+    Branch branch, const QString& key, const QString& name, const QString& value
+) {
+    change(branch, key, named(name, kString, value));
+}
+
+void RegistryStore::addKey(Branch branch, const QString& key) {
+    change(branch, key, {});
+}
+
+void RegistryStore::change(Branch branch, const QString& key, const QJsonObject& values) {
+    merge(file(branch).keys, {{key, values}});
+    merge(file(branch).changes, {{key, values}});
+}
+
+bool RegistryStore::save(Branch branch) {
+    File& target = file(branch);
+    const std::optional<QJsonObject> stored = read(target);
+    if (!stored) {
+        return false;
+    }
+    QJsonObject keys = *stored;
+    merge(keys, target.changes);
+    if (keys != *stored) {
+        const bool written = QDir().mkpath(QFileInfo(target.path).path()) &&
+                             replaceFile(target.path, QJsonDocument(keys).toJson());
+        if (!written) {
+            return false;
+        }
+    }
+    target.keys = keys;
+    target.changes = {};
+    return true;
+}
+
+void RegistryStore::moveMachineChangesToUser() {
+    merge(m_user.keys, m_machine.changes);
+    merge(m_user.changes, m_machine.changes);
+    m_machine.changes = {};
+}
+
+/// The keys of a file, none when it is missing or was set aside; null when there is a file that
+/// neither can be read nor be moved out of the way, and that must not be written over.
+std::optional<QJsonObject> RegistryStore::read(File& file) {
+    const QFileInfo info(file.path);
+    if (!info.exists()) {
+        return QJsonObject();
+    }
+    QFile source(file.path);
+    // A pipe or a device would block or never end.
+    if (!info.isFile() || !source.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QByteArray bytes = source.read(kMaxSize + 1);
+    if (source.error() != QFileDevice::NoError) {
+        return std::nullopt;
+    }
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    if (document.isObject() && bytes.size() <= kMaxSize) {
+        return document.object();
+    }
+    source.close();
+    const QString why =
+        error.error == QJsonParseError::NoError
+            ? QStringLiteral("no JSON object of a sensible size")
+            : QStringLiteral("%1 at byte %2").arg(error.errorString()).arg(error.offset);
+    return setAside(file, why) ? std::optional(QJsonObject()) : std::nullopt;
+}
+
+bool RegistryStore::setAside(File& file, const QString& why) {
+    const QString bad = file.path + QStringLiteral(".bad");
+    const bool moved = std::rename(QFile::encodeName(file.path), QFile::encodeName(bad)) == 0;
+    if (!file.complained) {
+        file.complained = true;
+        std::fprintf(
+            stderr, "The settings in %s cannot be read (%s); defaults are used.%s%s%s\n",
+            qPrintable(file.path), qPrintable(why), moved ? " The file is kept as " : "",
+            moved ? qPrintable(bad) : "", moved ? "." : ""
+        );
+    }
+    return moved;
+}
+
+} // namespace raincast

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace raincast {
+
+/// Settings of the installation: typed values under key paths, in two branches, each a JSON file
+/// (docs/formats/registry.md). The machine branch holds what the installation sets for everybody,
+/// the user branch what this user chose; who reads a value decides which of them wins.
+///
+/// Key paths are joined by '/', such as "Software/Quorvane/Raincast_1/CGlobals"; they and the names
+/// of values are told apart by case. A value that is missing, of another type, or not of its type's
+/// form is simply not there. Keys and values of others are kept by every save.
+///
+/// A file that is no JSON object is set aside as "<file>.bad", which is said once on standard
+/// error, and counts as empty. No operation here asks or waits.
+class RegistryStore {
+public:
+    enum class Branch { Machine, User };
+
+    /// A file larger than this is as good as damaged.
+    static constexpr qint64 kMaxSize = 16 * 1024 * 1024;
+
+    /// Reads both files; a missing one is empty.
+    RegistryStore(const QString& machineFile, const QString& userFile);
+
+    /// "Quorvane/registry.json" in the first folder of $XDG_CONFIG_DIRS (machine) and in
+    /// $XDG_CONFIG_HOME (user).
+    [[nodiscard]] static RegistryStore inStandardFolders();
+
+    [[nodiscard]] std::optional<std::uint32_t>
+    dword(Branch branch, const QString& key, const QString& name) const;
+    [[nodiscard]] std::optional<QByteArray>
+    binary(Branch branch, const QString& key, const QString& name) const;
+    /// The text up to the first U+0000, if there is one.
+    [[nodiscard]] std::optional<QString>
+    string(Branch branch, const QString& key, const QString& name) const;
+
+    /// A string below the classes root: the key "Software/Classes/<key>" of the user branch, then
+    /// of the machine branch.
+    [[nodiscard]] std::optional<QString>
+    classesString(const QString& key, const QString& name) const;
+
+    // Changes are seen by the readers above at once; they reach the file with save().
+    void setDword(Branch branch, const QString& key, const QString& name, std::uint32_t value);
+    void setBinary(Branch branch, const QString& key, const QString& name, const QByteArray& value);
+    void setString(Branch branch, const QString& key, const QString& name, const QString& value);
+    /// Creates a key without values, unless it exists.
+    void addKey(Branch branch, const QString& key);
+
+    /// Reads the branch's file again, puts the changes made since the last save into it and
+    /// replaces it as a whole, creating its folder; does not touch a file that has them already.
+    /// False leaves the old file as it was, and the changes waiting.
+    [[nodiscard]] bool save(Branch branch);
+
+    /// Moves the changes that wait for the machine branch to the user branch: what is to be done
+    /// when the machine's file cannot be written.
+    void moveMachineChangesToUser();
+
+private:
+    struct File {
+        QString path;
+        QJsonObject keys;    ///< as last read, with the changes
+        QJsonObject changes; ///< keys and values that wait for save()
+        bool complained = false;
+    };
+
+    [[nodiscard]] const File& file(Branch branch) const;
+    [[nodiscard]] File& file(Branch branch);
+    [[nodiscard]] QJsonValue
+    value(Branch branch, const QString& key, const QString& name, const char* type) const;
+    void change(Branch branch, const QString& key, const QJsonObject& values);
+    [[nodiscard]] static std::optional<QJsonObject> read(File& file);
+    [[nodiscard]] static bool setAside(File& file, const QString& why);
+
+    File m_machine;
+    File m_user;
+};
+
+} // namespace raincast
