@@ -64,7 +64,6 @@ void HttpSession::setOptions() {
     set(CURLOPT_USERAGENT, kAgent);
     set(CURLOPT_HTTPHEADER, m_headers.get());
     set(CURLOPT_FOLLOWLOCATION, 0L);
-    set(CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     // A name server that does not answer must not hold us beyond the limit: the thread that waits
     // for it is left to itself.
@@ -116,7 +115,6 @@ void HttpSession::close() {
 bool HttpSession::connectingFailed() const {
     switch (m_result) {
     case CURLE_URL_MALFORMAT: // what stands for the host is no host
-    case CURLE_LOGIN_DENIED:  // it names a user
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_RESOLVE_PROXY:
     case CURLE_COULDNT_CONNECT:
@@ -171,6 +169,10 @@ void HttpSession::waitUntil(Condition arrived) {
     const BusyGuard guard;
     while (m_running) {
         advance();
+        // A body that keeps coming leaves nothing to wait for, but the hook is due all the same.
+        if (steady_clock::now() - m_lastHook >= kHookInterval) {
+            callWaitingHook();
+        }
         if (arrived() || !m_running) {
             return;
         }
@@ -204,9 +206,6 @@ void HttpSession::wait() {
     const auto due = m_lastHook + kHookInterval - steady_clock::now();
     const auto left = std::clamp(duration_cast<milliseconds>(due), milliseconds{0}, kHookInterval);
     curl_multi_poll(m_multi.get(), nullptr, 0, static_cast<int>(left.count()) + 1, nullptr);
-    if (steady_clock::now() - m_lastHook >= kHookInterval) {
-        callWaitingHook();
-    }
 }
 
 void HttpSession::callWaitingHook() {
@@ -233,6 +232,8 @@ QString HttpSession::outcome() const {
     } else if (m_result != CURLE_OK) {
         const char* detail = m_error[0] != '\0' ? m_error.data() : curl_easy_strerror(m_result);
         cause = QString::fromLocal8Bit(detail);
+    } else if (m_status == 0) {
+        cause = QStringLiteral("the response ended within its headers");
     }
     if (m_status == 0) {
         return cause;

@@ -56,7 +56,6 @@ CHttpTransfer::~CHttpTransfer() {
 }
 
 bool CHttpTransfer::DownloadToFile(const QString& serverPath, const QString& localPath) {
-    closeRequest();
     return OpenRequest(serverPath, m_secure) && ReceiveToFile(localPath);
 }
 
@@ -65,7 +64,6 @@ bool CHttpTransfer::DownloadIfAbsent(const QString& serverPath, const QString& l
 }
 
 bool CHttpTransfer::FetchQuotedStrings(const QString& serverPath, std::set<QString>& strings) {
-    closeRequest();
     if (!OpenRequest(serverPath, false)) {
         return false;
     }
@@ -99,9 +97,7 @@ bool CHttpTransfer::OpenRequest(const QString& serverPath, bool secureFlag) {
     const QByteArray address = url(serverPath, secureFlag);
     if (!Connect()) {
         if (httpHooks().finished) {
-            httpHooks().finished(
-                QString::fromUtf8(address), QStringLiteral("not tried after an earlier failure")
-            );
+            httpHooks().finished(QString::fromUtf8(address), QStringLiteral("not tried again"));
         }
         return false;
     }
@@ -120,16 +116,10 @@ bool CHttpTransfer::ReceiveToFile(const QString& localPath) {
     ReplacingFile file;
     const bool created = good && file.open(localPath);
     const auto keep = [&](QByteArrayView piece) { return !good || (created && file.write(piece)); };
-    const bool written =
-        readBody(*m_session, good ? httpLimits().fileBytes : kErrorPageBytes, keep);
+    const qint64 limit = good ? httpLimits().fileBytes : kErrorPageBytes;
+    const bool written = readBody(*m_session, limit, keep);
     settle();
     return created && written && file.commit();
-}
-
-void CHttpTransfer::closeRequest() {
-    if (m_session != nullptr) {
-        m_session->close();
-    }
 }
 
 // Draws the conclusions of the last request, whichever way it went.
@@ -141,14 +131,16 @@ void CHttpTransfer::settle() {
     m_gaveUp = m_gaveUp || m_session->timedOut();
 }
 
+// What must not stand in a request is encoded, so that a host is a host and a path a path.
 QByteArray CHttpTransfer::url(const QString& serverPath, bool secureFlag) const {
-    QString address = secureFlag ? QStringLiteral("https://") : QStringLiteral("http://");
-    address += m_host;
-    if (m_secure && !namesPort(m_host)) {
-        address += QStringLiteral(":443");
+    // Without a host libcurl would take the path's first folder for it.
+    const QString host = m_host.isEmpty() ? QStringLiteral(" ") : m_host;
+    QByteArray address = secureFlag ? "https://" : "http://";
+    address += QUrl::toPercentEncoding(host, ":[]");
+    if (m_secure && !secureFlag && !namesPort(host)) {
+        address += ":443";
     }
-    // Paths are taken as they are, but for what must not stand in a request.
-    return address.toUtf8() + QUrl::toPercentEncoding(serverPath, "/!$&'()*+,;=:@?%");
+    return address + QUrl::toPercentEncoding(serverPath, "/!$&'()*+,;=:@?%");
 }
 
 } // namespace raincast

@@ -61,7 +61,6 @@ private:
     [[nodiscard]] int StatusCode() const;
     [[nodiscard]] bool ReceiveToFile(const QString& localPath);
 
-    void closeRequest();
     void settle();
     [[nodiscard]] QByteArray url(const QString& serverPath, bool secureFlag) const;
 

@@ -28,10 +28,13 @@ bool sameFile(int descriptor, const char* name) {
 
 bool ReplacingFile::open(const QString& path) {
     discard();
+    if (path.isEmpty()) {
+        return false;
+    }
     m_path = QFile::encodeName(path);
-    // The plain name first, since a killed program's rest is found again under it.
-    return claim(m_path + ".part") ||
-           (errno == EWOULDBLOCK && claim(m_path + '.' + QByteArray::number(getpid()) + ".part"));
+    // The plain name first: a killed program's rest is found again under it. The other one where
+    // the plain one is a live program's, or no file.
+    return claim(m_path + ".part") || claim(m_path + '.' + QByteArray::number(getpid()) + ".part");
 }
 
 // The lock tells a live program's temporary file from a killed one's. Where the file system knows
@@ -46,7 +49,6 @@ bool ReplacingFile::claim(const QByteArray& name) {
     // Whoever had it before may have renamed it between our opening and our locking.
     if (taken || !sameFile(descriptor, name.constData()) || ftruncate(descriptor, 0) != 0) {
         ::close(descriptor);
-        errno = EWOULDBLOCK;
         return false;
     }
     m_descriptor = descriptor;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "net/http_transfer.h"
-#include "platform/busy_guard.h"
 #include "support/fault_server.h"
+#include "support/file_size_limit.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
 #include "support/scoped_http.h"
@@ -13,8 +13,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 
 namespace raincast {
 namespace {
@@ -229,11 +232,329 @@ TEST_F(HttpTransferTest, AFailedConnectIsNotTriedAgain) {
         Strings strings;
         EXPECT_FALSE(transfer.FetchQuotedStrings("/", strings));
         EXPECT_FALSE(transfer.DownloadIfAbsent("/a", local()));
-        EXPECT_EQ(lastOutcome(), "not tried after an earlier failure");
+        EXPECT_EQ(lastOutcome(), "not tried again");
         EXPECT_EQ(manager.established, 1);
     }
     EXPECT_EQ(manager.released, 1);
     EXPECT_TRUE(files().isEmpty());
+}
+
+// Servers that misbehave
+
+struct Fault {
+    const char* name;
+    FaultServer::Answer answer;
+    bool result;
+    const char* contents; ///< of the file; null when there is none
+    const char* outcome;  ///< a part of what is told
+};
+
+constexpr char digits[] = "0123456789";
+
+std::vector<Fault> faults() {
+    using namespace answers;
+    return {
+        {"an empty body", respond(200, ""), true, "", "200"},
+        {"no content", raw("HTTP/1.1 204 No Content\r\n\r\n"), true, "", "204"},
+        {"301", redirect(301, "/elsewhere"), false, nullptr, "301"},
+        {"302", redirect(302, "http://radar.invalid/"), false, nullptr, "302"},
+        {"404", respond(404, "not here"), false, nullptr, "404"},
+        {"500", respond(500, ""), false, nullptr, "500"},
+        {"an error page cut off", raw("HTTP/1.1 500 E\r\nContent-Length: 9\r\n\r\nx"), false,
+         nullptr, "500, "},
+        {"a body cut in the middle", cut(digits, 5), true, "01234", "200, "},
+        {"a body cut before it begins", cut(digits, 0), true, "", "200, "},
+        {"a body until the connection ends", raw("HTTP/1.0 200 OK\r\n\r\nall"), true, "all", "200"},
+        {"chunks", chunked(digits, 3), true, digits, "200"},
+        {"chunks that break off", chunked(digits, 3, false), true, digits, "200, "},
+        {"a chunk of no size",
+         raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nabc"), true, "", "200, "},
+        {"a length too long", wrongLength(digits, 100), true, digits, "200, "},
+        {"a length too short", wrongLength(digits, 4), true, "0123", "200"},
+        {"a length below nothing", raw("HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nabc"), false,
+         nullptr, ""},
+        {"two lengths", raw("HTTP/1.1 200 OK\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\nab"),
+         true, "ab", "200"},
+        {"no byte at all", nothing(), false, nullptr, "mpty reply"},
+        {"half of the headers", raw("HTTP/1.1 200 OK\r\nContent-Le"), false, nullptr, ""},
+        {"no HTTP", raw("220 mail.example ready\r\n"), false, nullptr, "HTTP/0.9"},
+        {"headers without end", endlessHeaders(), false, nullptr, ""},
+        {"interim responses without end",
+         raw(QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(20'000)), false, nullptr, ""},
+    };
+}
+
+TEST_F(HttpTransferTest, EachFaultOfAServerHasItsOutcome) {
+    for (const Fault& fault : faults()) {
+        SCOPED_TRACE(fault.name);
+        FaultServer server(answers::respond(200, "fine"));
+        server.on("/fault", fault.answer);
+        CHttpTransfer transfer(server.host(), true, false);
+        EXPECT_EQ(transfer.DownloadToFile("/fault", local()), fault.result);
+        EXPECT_EQ(QFileInfo::exists(local()), fault.contents != nullptr);
+        if (fault.contents != nullptr) {
+            EXPECT_EQ(contents(local()), fault.contents);
+        }
+        EXPECT_THAT(lastOutcome(), HasSubstr(fault.outcome));
+        EXPECT_NE(lastOutcome(), "");
+        EXPECT_EQ(m_http.finished.size(), 1U);
+
+        // None of them spoils the object.
+        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
+        EXPECT_TRUE(transfer.DownloadToFile("/", local()));
+        EXPECT_EQ(contents(local()), "fine");
+        QFile::remove(local());
+        EXPECT_TRUE(files().isEmpty());
+        m_http.finished.clear();
+    }
+}
+
+TEST_F(HttpTransferTest, AConnectionResetInTheMiddleKeepsWhatCame) {
+    FaultServer server(answers::reset(QByteArray(100'000, 'x'), 50'000));
+    CHttpTransfer transfer(server.host(), true, false);
+    // What had not been read when the reset came may be lost on the way.
+    EXPECT_TRUE(transfer.DownloadToFile("/", local()) || files().isEmpty());
+    EXPECT_LE(QFileInfo(local()).size(), 50'000);
+}
+
+TEST_F(HttpTransferTest, ABrokenOffFileCountsAsPresent) {
+    FaultServer server(answers::cut("whole", 2));
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
+    EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
+    EXPECT_EQ(contents(local()), "wh");
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
+TEST_F(HttpTransferTest, ABodyEndsAtItsLimit) {
+    httpLimits().fileBytes = 1000;
+    FaultServer server(answers::respond(200, QByteArray(100'000, 'x')));
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_TRUE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(contents(local()), QByteArray(1000, 'x'));
+}
+
+// Servers that keep us waiting. Each object then gives up, or every frame of an update would wait
+// as long again.
+
+void expectGivenUp(CHttpTransfer& transfer, const FaultServer& server, const QString& local) {
+    const auto requests = server.requests().size();
+    const auto start = std::chrono::steady_clock::now();
+    Strings strings;
+    EXPECT_FALSE(transfer.DownloadToFile("/fine", local));
+    EXPECT_FALSE(transfer.FetchQuotedStrings("/fine", strings));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(100));
+    EXPECT_EQ(server.requests().size(), requests);
+    EXPECT_TRUE(strings.empty());
+}
+
+TEST_F(HttpTransferTest, AStalledBodyEndsThereAndIsTheLast) {
+    FaultServer server(answers::stall("half a fra"));
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_TRUE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(contents(local()), "half a fra");
+    EXPECT_EQ(lastOutcome(), "200, the server stalled");
+    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
+    expectGivenUp(transfer, server, local("other"));
+    EXPECT_EQ(files(), QStringList("file"));
+}
+
+TEST_F(HttpTransferTest, ABodyThatDripsEndsToo) {
+    httpLimits().stallBytesPerSecond = 1000;
+    FaultServer server(answers::drip(milliseconds(10)));
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_TRUE(transfer.DownloadToFile("/", local()));
+    EXPECT_GT(contents(local()).size(), 0);
+    EXPECT_LT(contents(local()).size(), 200);
+    expectGivenUp(transfer, server, local("other"));
+}
+
+TEST_F(HttpTransferTest, ASilentServerGivesNoFile) {
+    FaultServer server(answers::silence());
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_FALSE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(lastOutcome(), "the server stalled");
+    expectGivenUp(transfer, server, local());
+    EXPECT_TRUE(files().isEmpty());
+}
+
+TEST_F(HttpTransferTest, AListingThatStallsGivesWhatCame) {
+    FaultServer server(answers::stall("<a href=\"one\"><a href=\"tw"));
+    CHttpTransfer transfer(server.host(), true, false);
+    Strings strings;
+    EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+    EXPECT_EQ(strings, Strings{"one"});
+    expectGivenUp(transfer, server, local());
+}
+
+TEST_F(HttpTransferTest, ConnectingThatTakesTooLongHasFailed) {
+    const DeafPort port;
+    CHttpTransfer transfer(port.host(), true, false);
+    EXPECT_FALSE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Failed);
+    EXPECT_FALSE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(lastOutcome(), "not tried again");
+}
+
+TEST_F(HttpTransferTest, AnUnknownHostHasFailed) {
+    for (const char* host :
+         {"radar.invalid", "", ":80", "a b", "127.0.0.1/ridge", "me@127.0.0.1"}) {
+        SCOPED_TRACE(host);
+        CHttpTransfer transfer(host, true, false);
+        Strings strings;
+        EXPECT_FALSE(transfer.FetchQuotedStrings("/ridge/", strings));
+        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Failed);
+    }
+}
+
+// Listings that misbehave
+
+TEST_F(HttpTransferTest, AHugeListingEndsAtItsLimit) {
+    FaultServer server(answers::hugeListing(100'000'000));
+    CHttpTransfer transfer(server.host(), true, false);
+    Strings strings;
+    EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+    // "<html>\n", then lines of 40 bytes whose string ends after 22.
+    EXPECT_EQ(strings.size(), ((8U << 20) - 7 - 22) / 40 + 1);
+    EXPECT_EQ(*strings.begin(), "F0000000.gif");
+
+    // Ended on purpose, so the next request is tried.
+    server.otherwise(answers::respond(200, "\"x\""));
+    strings.clear();
+    EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+    EXPECT_EQ(strings, Strings{"x"});
+}
+
+TEST_F(HttpTransferTest, AListingOfAnyBytesIsScanned) {
+    FaultServer server(answers::respond(200, "\"\xE9t\xE9\" \"\" \"odd"));
+    CHttpTransfer transfer(server.host(), true, false);
+    Strings strings;
+    EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+    const QChar widened(0xFFE9);
+    EXPECT_EQ(strings, (Strings{"", QString(widened) + 't' + widened}));
+}
+
+TEST_F(HttpTransferTest, AListingThatBreaksOffGivesWhatCame) {
+    FaultServer server(answers::cut("\"one\" \"two\" \"three\"", 14));
+    server.on("/none", answers::nothing());
+    CHttpTransfer transfer(server.host(), true, false);
+    Strings strings;
+    EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+    EXPECT_EQ(strings, (Strings{"one", "two"}));
+    EXPECT_FALSE(transfer.FetchQuotedStrings("/none", strings));
+}
+
+// Secure transfers
+
+TEST_F(HttpTransferTest, ThePortFollowsTheSecureFlag) {
+    const struct {
+        const char* host;
+        bool secure;
+        const char* listing;
+        const char* file;
+    } rows[] = {
+        {"radar.invalid", false, "http://radar.invalid/a", "http://radar.invalid/a"},
+        {"radar.invalid", true, "http://radar.invalid:443/a", "https://radar.invalid/a"},
+        {"radar.invalid:8000", false, "http://radar.invalid:8000/a", "http://radar.invalid:8000/a"},
+        {"radar.invalid:8000", true, "http://radar.invalid:8000/a", "https://radar.invalid:8000/a"},
+        {"[::1]:1", true, "http://[::1]:1/a", "https://[::1]:1/a"},
+    };
+    for (const auto& row : rows) {
+        m_http.finished.clear();
+        CHttpTransfer transfer(row.host, false, row.secure);
+        Strings strings;
+        EXPECT_FALSE(transfer.FetchQuotedStrings("/a", strings));
+        EXPECT_FALSE(transfer.DownloadToFile("/a", local()));
+        ASSERT_EQ(m_http.finished.size(), 2U);
+        EXPECT_EQ(m_http.finished[0].first, row.listing);
+        EXPECT_EQ(m_http.finished[1].first, row.file);
+    }
+}
+
+TEST_F(HttpTransferTest, ASecureObjectsListingIsPlainAndItsFilesAreNot) {
+    HttpServer server;
+    server.serve("/", "\"x\"");
+    CHttpTransfer transfer(server.host(), true, true);
+    Strings strings;
+    EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+    EXPECT_EQ(strings, Strings{"x"});
+    EXPECT_FALSE(transfer.DownloadToFile("/", local()));
+    EXPECT_THAT(lastOutcome(), testing::AnyOf(HasSubstr("SSL"), HasSubstr("TLS")));
+    EXPECT_EQ(server.count("/"), 1);
+    EXPECT_TRUE(files().isEmpty());
+}
+
+// Disks that misbehave
+
+TEST_F(HttpTransferTest, AFolderThatIsNotThereOrNoFolderFails) {
+    HttpServer server;
+    server.serve("/", "x");
+    write(local(), "a file");
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_FALSE(transfer.DownloadToFile("/", local("absent/file")));
+    EXPECT_FALSE(transfer.DownloadToFile("/", local("file/file")));
+    EXPECT_FALSE(transfer.DownloadToFile("/", m_folder.path()));
+    EXPECT_TRUE(transfer.DownloadToFile("/", local("fine")));
+    EXPECT_EQ(files(), QStringList({"file", "fine"}));
+}
+
+TEST_F(HttpTransferTest, AFolderThatMayNotBeWrittenFails) {
+    HttpServer server;
+    server.serve("/", "x");
+    const QFile::Permissions old = QFile::permissions(m_folder.path());
+    ASSERT_TRUE(QFile::setPermissions(m_folder.path(), QFile::ReadOwner | QFile::ExeOwner));
+    // Root may write everywhere, so it steps down for a moment.
+    const uid_t user = geteuid();
+    const uid_t nobody = 65534;
+    if (user == 0 && seteuid(nobody) != 0) {
+        GTEST_SKIP() << "root cannot step down here";
+    }
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_FALSE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(seteuid(user), 0);
+    QFile::setPermissions(m_folder.path(), old);
+    EXPECT_TRUE(files().isEmpty());
+}
+
+TEST_F(HttpTransferTest, AFullDiskLeavesTheOldFileAndNoShortOne) {
+    HttpServer server;
+    server.serve("/large", QByteArray(500'000, 'x'));
+    server.serve("/small", "small");
+    write(local("old"), "old");
+    CHttpTransfer transfer(server.host(), true, false);
+    {
+        const FileSizeLimit limit(100'000);
+        EXPECT_FALSE(transfer.DownloadToFile("/large", local("old")));
+        EXPECT_FALSE(transfer.DownloadIfAbsent("/large", local("new")));
+        EXPECT_TRUE(transfer.DownloadToFile("/small", local("small")));
+    }
+    EXPECT_EQ(contents(local("old")), "old");
+    EXPECT_EQ(files(), QStringList({"old", "small"}));
+}
+
+// The child dies by its own hand as soon as a part of the body is on disk.
+TEST_F(HttpTransferTest, AProgramKilledInTheMiddleLeavesNoHalfFile) {
+    FaultServer server(answers::stall(QByteArray(100'000, 'x')));
+    const pid_t child = fork();
+    if (child == 0) {
+        httpHooks().waiting = [&] {
+            if (QFileInfo(local() + ".part").size() > 0) {
+                kill(getpid(), SIGKILL);
+            }
+        };
+        CHttpTransfer transfer(server.host(), false, false);
+        _exit(transfer.DownloadToFile("/", local()) ? 1 : 2);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << WEXITSTATUS(status);
+    EXPECT_FALSE(QFileInfo::exists(local()));
+
+    server.otherwise(answers::respond(200, "whole"));
+    CHttpTransfer transfer(server.host(), false, false);
+    EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
+    EXPECT_EQ(contents(local()), "whole");
+    EXPECT_EQ(files(), QStringList("file"));
 }
 
 } // namespace
