@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "server/image_geometry.h"
 #include "server/polar_scan.h"
 
 #include <string>
 
 namespace raincast {
+
+/// Where the frames of a scan's site lie on the earth.
+[[nodiscard]] ImageGeometry frameGeometry(const PolarScan& scan, Range range);
 
 /// The picture of a scan as a product of the tree (which decides the size of map; a scan can stand
 /// for several): the bytes of a GIF of 600 × 550 pixels. The colour of a pixel is that of the cell

@@ -5,7 +5,6 @@
 #include "server/product.h"
 
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -13,11 +12,12 @@
 
 namespace raincast {
 
-/// The part of the circle that one radial covers, in degrees clockwise from north: from `start`
-/// (0 to below 360) over `width` (above 0).
+/// The part of the circle that one radial covers, in tenths of a degree clockwise from north: from
+/// `startTenths` (0 to 3599) over `widthTenths` (above 0). Where radials overlap, the later one
+/// shows.
 struct RadialSpan {
-    double start;
-    double width;
+    int startTenths = 0;
+    int widthTenths = 0;
 };
 
 /// How the cells of a scan lie on the ground.
