@@ -10,7 +10,8 @@ target_compile_options(raincast_options INTERFACE
 # GCC 12's -O2 sees overlaps and overflows inside std::string and std::vector that are not there
 # (GCC bugs 105329, 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    target_compile_options(raincast_options INTERFACE -Wno-restrict -Wno-stringop-overflow)
+    target_compile_options(raincast_options INTERFACE -Wno-restrict -Wno-stringop-overflow
+        -Wno-unknown-warning-option) # for clang-tidy, which is given the same options
 endif()
 target_compile_definitions(raincast_options INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_DISABLE_DEPRECATED_BEFORE=0x060400
@@ -97,7 +98,7 @@ function(raincast_test room)
         raincast_rooms_up_to(rooms ${room})
     endif()
     add_executable(${room}_tests ${sources})
-    target_link_libraries(${room}_tests PRIVATE ${rooms} test_support ${ARGN})
+    target_link_libraries(${room}_tests PRIVATE ${rooms} test_support test_main ${ARGN})
 
     # Suites named RealData... are an entry of their own, so that their skipping is seen.
     set(synthetic "--gtest_filter=-RealData*:*/RealData*")
@@ -130,7 +131,7 @@ endfunction()
 function(raincast_bench name room)
     raincast_rooms_up_to(rooms ${room})
     add_executable(${name}_bench ${CMAKE_SOURCE_DIR}/bench/${name}_bench.cpp)
-    target_link_libraries(${name}_bench PRIVATE ${rooms} benchmark::benchmark ${ARGN})
+    target_link_libraries(${name}_bench PRIVATE ${rooms} test_support benchmark::benchmark ${ARGN})
 endfunction()
 
 # raincast_fuzz(NAME ROOM): fuzz/NAME.cpp, a libFuzzer target with ROOM and the rooms below it.
