@@ -15,7 +15,7 @@ namespace {
 // No picture of at most kMostImagePixels needs a larger file, and a file is read whole.
 constexpr qint64 kMostFileBytes = 4 * kMostImagePixels;
 
-QImage readJpeg(const QByteArray& bytes) {
+QImage readJpeg(const QByteArray& bytes, qint64 mostPixels) {
     if (!hasJpegEnd(bytes)) {
         return {};
     }
@@ -23,30 +23,30 @@ QImage readJpeg(const QByteArray& bytes) {
     buffer.setData(bytes);
     QImageReader reader(&buffer, "jpeg");
     const QSize size = reader.size();
-    if (size.isEmpty() || qint64{size.width()} * size.height() > kMostImagePixels) {
+    if (size.isEmpty() || qint64{size.width()} * size.height() > mostPixels) {
         return {};
     }
     return reader.read().convertToFormat(QImage::Format_RGB32);
 }
 
-QImage decode(const QByteArray& bytes) {
+} // namespace
+
+QImage decodeImage(const QByteArray& bytes, qint64 mostPixels) {
     if (bytes.startsWith("GIF8")) {
-        return readGif(bytes, kMostImagePixels);
+        return readGif(bytes, mostPixels);
     }
     if (bytes.startsWith("\xFF\xD8")) {
-        return readJpeg(bytes);
+        return readJpeg(bytes, mostPixels);
     }
     return {};
 }
-
-} // namespace
 
 Bitmap LoadImageFile(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) || file.size() > kMostFileBytes) {
         return nullptr;
     }
-    QImage image = decode(file.read(kMostFileBytes));
+    QImage image = decodeImage(file.read(kMostFileBytes));
     return image.isNull() ? nullptr : std::make_shared<QImage>(std::move(image));
 }
 

@@ -17,4 +17,7 @@ namespace raincast {
 /// needs its end marker.
 [[nodiscard]] Bitmap LoadImageFile(const QString& path);
 
+/// The same from the file's bytes, with a limit of the caller's own. A null image on failure.
+[[nodiscard]] QImage decodeImage(const QByteArray& bytes, qint64 mostPixels = kMostImagePixels);
+
 } // namespace raincast
