@@ -36,12 +36,16 @@ bool write(const std::string& name, const std::string& bytes, std::ostream& err)
 
 /// TLX N0R 2013-05-20 20:16 UTC, code 19
 std::string summary(const PolarScan& scan) {
-    const CalendarTime time = toCalendar(scan.time);
-    const auto two = [](int value) { return (value < 10 ? "0" : "") + std::to_string(value); };
-    return (scan.site.empty() ? "---" : scan.site) + " " + std::string(codeOf(scan.product)) + " " +
-           std::to_string(time.year) + "-" + two(time.month) + "-" + two(time.day) + " " +
-           two(time.hour) + ":" + two(time.minute) + " UTC, code " + std::to_string(scan.code) +
-           (scan.rows == 0 ? ", without a picture: " + scan.note : std::string());
+    const CalendarTime t = toCalendar(scan.time);
+    const std::string site = scan.site.empty() ? "---" : scan.site;
+    const QString time =
+        QString::asprintf("%04d-%02d-%02d %02d:%02d UTC", t.year, t.month, t.day, t.hour, t.minute);
+    std::string line = site + " " + std::string(codeOf(scan.product)) + " " + time.toStdString() +
+                       ", code " + std::to_string(scan.code);
+    if (scan.rows == 0) {
+        line += ", without a picture: " + scan.note;
+    }
+    return line;
 }
 
 } // namespace

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/sample_storm.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace raincast {
+
+/// Inches of rain that the sample weather has let fall around one antenna over some time, on a grid
+/// of 3 km.
+class SampleAccumulation {
+public:
+    /// From `firstMinute` (not counted) to `lastMinute`, within `reachKm` of the antenna.
+    SampleAccumulation(
+        const SampleClimate& climate, std::int64_t firstMinute, std::int64_t lastMinute,
+        double reachKm
+    );
+
+    /// At a place; 0 outside the reach.
+    [[nodiscard]] double inchesAt(PlaneVector place) const;
+
+private:
+    [[nodiscard]] double atNode(int column, int row) const;
+
+    int m_nodes; ///< along each edge
+    double m_reachKm;
+    std::vector<float> m_inches;
+};
+
+/// Millimetres an hour for an echo, by the relation that the radars use (Z = 300 R^1.4), no more
+/// than 104 for hail's sake; 0 below 5 dBZ.
+[[nodiscard]] double rainMillimetresAnHour(double dbz);
+
+} // namespace raincast

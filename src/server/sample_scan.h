@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/antenna_positions.h"
+#include "server/polar_scan.h"
+#include "server/sample_storm.h"
+
+namespace raincast {
+
+/// The climate of a site by its three letters.
+[[nodiscard]] SampleClimate sampleClimate(std::string_view site);
+
+/// Sample weather as the site's radar would report it: radials of one degree (composite
+/// reflectivity: a raster), cells and reach as in the Level III product that the tree's product was
+/// made of.
+[[nodiscard]] PolarScan sampleScan(const AntennaPosition& antenna, Product product, FileTime time);
+
+} // namespace raincast

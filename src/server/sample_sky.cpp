@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "server/sample_sky.h"
+
+#include "server/sample_noise.h"
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+constexpr double kKnotsPerKmAMinute = 60 / 1.852;
+constexpr double kCellReach = 3.6; // sizes of a cell beyond which nothing of it falls
+
+/// The hook of a supercell: a ring around the middle of its rotation that is open ahead, where warm
+/// air flows in and rain is held aloft. `offset` is from that middle, in the storm's frame.
+double hookDbz(PlaneVector offset, double coreDbz, double current) {
+    const double radius = offset.length();
+    constexpr double kRingKm = 4.5;
+    if (radius > 3 * kRingKm) {
+        return current;
+    }
+    const double away = (radius - kRingKm) / 1.7;
+    const double openAhead = smoothStep(.9, .2, offset.east / std::max(radius, .1));
+    const double ring = (coreDbz - 10 - 7 * away * away) * openAhead;
+    const double vault = 26 * std::exp(-radius * radius / 8);
+    return std::max(current - vault, ring);
+}
+
+} // namespace
+
+double lowestBeamHeightKm(double rangeKm) {
+    constexpr double kSine = 0.0087265355; // of half a degree
+    constexpr double kBentEarthKm = 4.0 / 3 * 6371;
+    return rangeKm * kSine + rangeKm * rangeKm / (2 * kBentEarthKm);
+}
+
+SampleSky::SampleSky(const SampleClimate& climate, std::int64_t minute, double reachKm)
+    : m_climate(climate), m_minute(static_cast<double>(minute)),
+      m_storms(stormsAt(climate, m_minute, reachKm + 60)) {
+    for (const SampleStorm& storm : m_storms) {
+        const double strength = storm.strengthAt(m_minute);
+        m_cells.push_back(
+            {storm.placeAt(m_minute), 1 / storm.motion.length() * storm.motion,
+             storm.vortexAt(m_minute), strength, 22 + (storm.mostDbz - 22) * strength,
+             storm.sizeKm * (.45 + .55 * strength), storm.rotating && strength > .35, storm.seed}
+        );
+    }
+    for (const std::int64_t number : climate.linesNear(reachKm + 200, m_minute)) {
+        Dice dice(mixed(climate.seed, number));
+        m_lines.push_back(
+            {climate.lineAt(number, m_minute), dice.between(.75, 1),
+             mixed(climate.seed + 77, number)}
+        );
+    }
+}
+
+/// Texture moves with the weather. Two sheets of it at different speeds make it change on the way.
+double SampleSky::textureAt(PlaneVector place) const {
+    const PlaneVector drift =
+        m_minute * m_climate.steeringSpeed * towards(m_climate.steeringAzimuth);
+    const PlaneVector slow = place - drift;
+    const PlaneVector fast = place - 1.15 * drift;
+    return .6 * fractalNoise(m_climate.seed + 11, slow.east / 9, slow.north / 9, 4) +
+           .6 * fractalNoise(m_climate.seed + 23, fast.east / 14, fast.north / 14, 3);
+}
+
+double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) const {
+    double most = kNothing;
+    for (const Cell& cell : m_cells) {
+        const PlaneVector offset = place - cell.place;
+        const double size = cell.sizeKm * widening;
+        if (offset.dot(offset) > kCellReach * kCellReach * size * size) {
+            continue;
+        }
+        // Steep behind, drawn out ahead by the wind aloft.
+        double along = offset.dot(cell.ahead) / size;
+        along *= along > 0 ? .62 : 1.25;
+        const double across = offset.dot(cell.ahead.left()) / size;
+        const double away = std::sqrt(along * along + across * across) * (1 + .35 * texture);
+        const double core = cell.coreDbz - 30 * std::pow(away, 1.2) + 3 * texture;
+        const double skirt = 26 * cell.strength - 13 * away + 5 * texture;
+        double dbz = std::max(core, skirt);
+        if (cell.rotating) {
+            const PlaneVector toVortex = place - cell.vortex;
+            dbz = hookDbz(
+                {toVortex.dot(cell.ahead), toVortex.dot(cell.ahead.left())}, cell.coreDbz, dbz
+            );
+        }
+        most = std::max(most, dbz);
+    }
+    return most;
+}
+
+/// A squall line's front with the steady rain that trails it.
+double SampleSky::lineDbz(const Line& line, PlaneVector place, double texture) const {
+    const PlaneVector ahead = towards(m_climate.lineAzimuth);
+    const double along = place.dot(ahead.left());
+    const double bend = 35 * smoothNoise(line.seed, along / 160, m_minute / 300) +
+                        8 * smoothNoise(line.seed + 1, along / 28, m_minute / 60);
+    const double cross = place.dot(ahead) - line.atKm - bend;
+    if (cross > 25 || cross < -190) {
+        return kNothing;
+    }
+    // Lines have gaps.
+    const double whole =
+        smoothStep(-.75, -.1, smoothNoise(line.seed + 2, along / 120, m_minute / 200));
+    const double front = (46 - std::abs(cross) * 2.6 + 8 * texture) * whole;
+    const double middle = (cross + 75 + 20 * texture) / 62;
+    const double steady = 33 - 17 * middle * middle + 9 * texture;
+    return line.strength * std::max(front, steady);
+}
+
+double SampleSky::linesDbz(PlaneVector place, double texture) const {
+    double most = kNothing;
+    for (const Line& line : m_lines) {
+        most = std::max(most, lineDbz(line, place, texture));
+    }
+    return most;
+}
+
+double SampleSky::rainDbz(PlaneVector place) const {
+    const double texture = textureAt(place);
+    return std::max(cellsDbz(place, 1, texture), linesDbz(place, texture));
+}
+
+double SampleSky::compositeDbz(PlaneVector place) const {
+    const double texture = textureAt(place);
+    return std::max(cellsDbz(place, 1.25, texture) + 1.5, linesDbz(place, texture) + 3);
+}
+
+double SampleSky::clutterDbz(PlaneVector place) const {
+    const double range = place.length();
+    if (range > 60) {
+        return kNothing;
+    }
+    // Hills stand where they stand; each kilometre of them answers a little differently each time.
+    const double hills = smoothNoise(m_climate.seed + 31, place.east / 6, place.north / 6);
+    const auto cell = static_cast<std::int64_t>(std::floor(place.east)) * 1000 +
+                      static_cast<std::int64_t>(std::floor(place.north));
+    const std::uint64_t ground = mixed(m_climate.seed + 37, cell);
+    const double answer = asFraction(mixed(ground, static_cast<std::int64_t>(m_minute)));
+    const double speckle = asFraction(ground);
+    const double sees = std::exp(-range / 16);
+    return speckle < .62 * sees + .25 * hills * sees ? 4 + 34 * sees * speckle * 2 + 6 * answer
+                                                     : kNothing;
+}
+
+double SampleSky::lowestBeamDbz(PlaneVector place) const {
+    const double range = place.length();
+    const double height = lowestBeamHeightKm(range);
+    const double texture = textureAt(place);
+    // Steady rain is shallow, storms are not.
+    const double steady = linesDbz(place, texture) - 5 * std::max(0.0, height - 2.5);
+    const double cells = cellsDbz(place, 1, texture) - 1.2 * std::max(0.0, height - 3.5);
+    const double clearAir = std::min(4.4, 6 - range * .09 + 3 * texture);
+    return std::max({steady, cells, clearAir, clutterDbz(place)});
+}
+
+PlaneVector SampleSky::stormMotionKnots() const {
+    return kKnotsPerKmAMinute * m_climate.steeringSpeed * towards(m_climate.steeringAzimuth);
+}
+
+PlaneVector SampleSky::windKnots(PlaneVector place) const {
+    const double height = lowestBeamHeightKm(place.length());
+    // Veering with height, as it does where storms live: the line without radial motion bends.
+    const double up = std::min(height / 5.5, 1.0);
+    const PlaneVector low = 20 * towards(m_climate.steeringAzimuth - 65);
+    const PlaneVector high = 58 * towards(m_climate.steeringAzimuth + 12);
+    PlaneVector wind = low + std::min(1.0, .12 + up) * (high - low);
+
+    const PlaneVector lineAhead = towards(m_climate.lineAzimuth);
+    for (const Line& line : m_lines) {
+        const double along = place.dot(lineAhead.left());
+        const double cross = place.dot(lineAhead) - line.atKm -
+                             35 * smoothNoise(line.seed, along / 160, m_minute / 300);
+        // Cold air rushes out behind the front.
+        const double outflow = smoothStep(4, -4, cross) * smoothStep(-70, -20, cross) * (1 - up);
+        wind = wind + 24 * outflow * lineAhead;
+    }
+    for (const Cell& cell : m_cells) {
+        if (!cell.rotating) {
+            continue;
+        }
+        const PlaneVector offset = place - cell.vortex;
+        const double radius = std::max(offset.length(), .05);
+        constexpr double kCoreKm = 3.2;
+        constexpr double kMostKnots = 62;
+        const double speed =
+            kMostKnots * cell.strength *
+            (radius < kCoreKm ? radius / kCoreKm : std::pow(kCoreKm / radius, 1.3));
+        wind = wind + speed / radius * offset.left();
+    }
+    return wind;
+}
+
+} // namespace raincast
