@@ -2,6 +2,7 @@
 #include "radar/storage.h"
 
 #include "geo/local_frame.h"
+#include "platform/busy_guard.h"
 #include "radar/cache.h"
 #include "radar/sites.h"
 
@@ -70,6 +71,8 @@ StorageResult applyStorage(const StorageRequest& request) {
     if (request.card && !EnsureFolder(target)) {
         return failure(request, QStringLiteral("Failed to create folder: %1"), target);
     }
+    // Whoever shows the progress may let paint events through, and nothing else.
+    const BusyGuard busy;
     cleanUpCache(request.cacheFolder, request.cleanup, request.viewCentre);
     if (target == request.cacheFolder) {
         return {target, std::nullopt};

@@ -50,7 +50,8 @@ void cleanUpCache(
 );
 
 /// The dialog's OK: makes the new root, cleans up, moves the cache. A root that cannot be made
-/// changes nothing; a move that fails is undone, but the clean-up before it is not.
+/// changes nothing; a move that fails is undone, but the clean-up before it is not. The program is
+/// busy (BusyGuard) meanwhile.
 [[nodiscard]] StorageResult applyStorage(const StorageRequest& request);
 
 } // namespace raincast
