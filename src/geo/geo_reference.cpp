@@ -69,8 +69,9 @@ bool GeoReference::loadWorldFile(
     const double d = 1 / (w3 * w2 - w4 * w1);
     m_column = {{d * (w4 * w5 - w2 * w6), d * w2, -d * w4}};
     m_row = {{d * (w1 * w6 - w3 * w5), -d * w1, d * w3}};
-    const ImagePoint centre{static_cast<double>(width / 2), static_cast<double>(height / 2)};
-    m_referenceLongitude = pixelToGeo(centre).longitude;
+    const ImagePixel centre{width / 2, height / 2};
+    m_referenceLongitude =
+        pixelToGeo({static_cast<double>(centre.column), static_cast<double>(centre.row)}).longitude;
     m_valid = true;
     return true;
 }
