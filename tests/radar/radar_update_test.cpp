@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "net/http_settings.h"
+#include "geo/geo_reference.h"
 #include "net/http_transfer.h"
 #include "radar/composite.h"
 #include "radar/radar_update.h"
 #include "support/fault_server.h"
+#include "support/files.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
+#include "support/scoped_http.h"
 #include "support/time_zone.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -100,12 +101,6 @@ protected:
             stamps += QFileInfo(frame.path).fileName().mid(4, 13);
         }
         return stamps;
-    }
-    void putFile(const QString& path, const QByteArray& bytes) {
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
     const TimeZone m_zone{"UTC0"};
@@ -239,7 +234,7 @@ TEST_F(RadarUpdateTest, AFrameThatIsNoPictureIsPassedOver) {
 
 TEST_F(RadarUpdateTest, ADefectiveCachedFrameIsNotFetchedAgain) {
     publish({"20190519_0548", "20190519_0554"});
-    putFile(cached(nameOf("20190519_0554")), "");
+    writeFile(cached(nameOf("20190519_0554")), "");
     EXPECT_TRUE(update());
     EXPECT_EQ(frameStamps(), QStringList{"20190519_0548"});
     EXPECT_EQ(m_server.count(kListing + nameOf("20190519_0554")), 0);
@@ -272,11 +267,11 @@ TEST_F(RadarUpdateTest, StaleFramesOfThatProductGoAndAllElseStays) {
         "MUX_20190518_0101_N0V.gif", "MUX_City_Short.gif", "MUX_Warnings_0.gif",
         "LWX_20190518_0101_N0R.gif"};
     for (const QString& name : stale + others) {
-        putFile(cached(name), "x");
+        writeFile(cached(name), "x");
     }
     const QString elsewhere =
         m_state.cacheFolder + QStringLiteral("/LWX/MUX_20190518_0101_N0R.gif");
-    putFile(elsewhere, "x");
+    writeFile(elsewhere, "x");
     EXPECT_TRUE(update());
     for (const QString& name : stale) {
         EXPECT_FALSE(QFile::exists(cached(name))) << name.toStdString();
@@ -357,7 +352,7 @@ TEST_F(RadarUpdateTest, AFailedUpdateLeavesNoFrames) {
 
 TEST_F(RadarUpdateTest, ACacheThatCannotBeWrittenIsTold) {
     publish({"20190519_0554"});
-    putFile(m_state.cacheFolder, "a file where the folder should be");
+    writeFile(m_state.cacheFolder, "a file where the folder should be");
     EXPECT_FALSE(update());
     EXPECT_EQ(m_state.status, kNoFrame);
 }
@@ -436,8 +431,7 @@ TEST_F(RadarUpdateTest, EveryFaultOfAFrameLeadsToTheOneBefore) {
 }
 
 TEST_F(RadarUpdateTest, AStalledServerCostsOneWaitForAllFrames) {
-    const auto before = httpLimits().stallTime;
-    httpLimits().stallTime = std::chrono::milliseconds(50);
+    const ScopedHttp shortWaits;
     FaultServer server;
     server.on(
         kListing,
@@ -448,7 +442,6 @@ TEST_F(RadarUpdateTest, AStalledServerCostsOneWaitForAllFrames) {
     EXPECT_FALSE(updateFrom(server.host()));
     EXPECT_EQ(m_state.status, kNoFrame);
     EXPECT_EQ(server.count(kListing + nameOf("20190519_0548")), 0);
-    httpLimits().stallTime = before;
 }
 
 /// A view on the image whose centre is anywhere.
@@ -459,6 +452,9 @@ public:
     void progress(int /*done*/, int /*wanted*/) override {}
     [[nodiscard]] ImagePixel centrePixel() const override { return pixel; }
     [[nodiscard]] GeoPosition centrePosition() const override { return position; }
+    [[nodiscard]] GeoReference& geoReference() override { return m_geoReference; }
+    void geoReferenceChanged(GeoPosition /*centre*/) override {}
+    void contentChanged() override {}
     bool changeSite(const QString& siteId) override {
         log += "site " + siteId.toStdString();
         return true;
@@ -468,6 +464,9 @@ public:
     ImagePixel pixel{0, 0};
     GeoPosition position{38.9, -77.4};
     std::string log;
+
+private:
+    GeoReference m_geoReference;
 };
 
 TEST_F(RadarUpdateTest, ARequestInsideTheImageUpdatesTheSiteShown) {
