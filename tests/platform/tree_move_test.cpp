@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tree_move.h"
+#include "support/full_disk.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -41,27 +40,6 @@ Listing listingOf(const fs::path& folder) {
     }
     return listing;
 }
-
-/// While it lives, no file can grow beyond a size: a stand-in for a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
 
 class TreeMoveTest : public testing::Test {
 protected:
@@ -306,7 +284,7 @@ TEST_F(TreeMoveTest, AHalfCopyLeavesBothEndsAsTheyWere) {
     write(m_old / "large", large);
     write(m_new / "large", "there before");
     {
-        const FileSizeLimit limit(100'000);
+        const FullDisk fullDisk(100'000);
         EXPECT_FALSE(move(m_old, m_new));
     }
     EXPECT_EQ(listingOf(m_old), (Listing{{"large", large}}));
@@ -317,7 +295,7 @@ TEST_F(TreeMoveTest, ACopyThatFailsOnlyWhenItIsClosedFails) {
     write(m_old / "small", std::string(1000, 'z'));
     {
         // Less than a buffer: nothing is written before the end.
-        const FileSizeLimit limit(500);
+        const FullDisk fullDisk(500);
         EXPECT_FALSE(move(m_old, m_new));
     }
     EXPECT_EQ(fs::file_size(m_old / "small"), 1000U);
@@ -336,7 +314,7 @@ TEST_F(TreeMoveTest, UndoBringsBackWhatWasMoved) {
     int moved = 0;
     TreeMove treeMove([&](int count) { moved = count; });
     {
-        const FileSizeLimit limit(100'000);
+        const FullDisk fullDisk(100'000);
         EXPECT_FALSE(treeMove.run(m_old, m_new));
     }
     EXPECT_EQ(moved, 3);
