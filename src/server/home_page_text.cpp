@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "server/home_page_text.h"
+
+namespace raincast {
+
+const char* const kHomePageText = R"html(<!DOCTYPE html>
+<html lang="en">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>Raincast radar</title>
+<style>
+:root { color-scheme: light; }
+* { box-sizing: border-box; }
+body { margin: 0; font: 15px/1.45 system-ui, "DejaVu Sans", sans-serif; color: #1c2430; background: #f3f4f1; }
+header, main, footer { max-width: 1280px; margin: 0 auto; padding: 0 20px; }
+header { padding-top: 18px; display: flex; flex-wrap: wrap; align-items: baseline; gap: 4px 16px; }
+h1 { font-size: 22px; margin: 0; }
+.note { margin: 0; padding: 2px 10px; border-radius: 4px; background: #ffe9a8; }
+main { display: flex; flex-wrap: wrap; gap: 20px; padding-top: 14px; align-items: flex-start; }
+section { background: #fff; border: 1px solid #d5d8d2; border-radius: 6px; padding: 14px; }
+#picture { flex: 0 1 630px; }
+#places { flex: 1 1 420px; min-width: 300px; }
+h2 { font-size: 17px; margin: 0 0 8px; }
+h2 small { font-weight: normal; color: #56606c; }
+nav { display: flex; flex-wrap: wrap; gap: 6px; margin-bottom: 10px; }
+nav a { padding: 3px 9px; border: 1px solid #c6cbd1; border-radius: 4px; color: inherit; text-decoration: none; }
+nav a.on { background: #22588a; border-color: #22588a; color: #fff; }
+#stack { position: relative; aspect-ratio: 600 / 550; background: #b9c3b0; overflow: hidden; }
+#stack img { position: absolute; inset: 0; width: 100%; height: 100%; }
+#stack img.bad { display: none; }
+#time { position: absolute; right: 6px; bottom: 6px; padding: 1px 7px; background: #fffd; font-variant-numeric: tabular-nums; }
+fieldset { border: 0; margin: 10px 0 0; padding: 0; display: flex; flex-wrap: wrap; gap: 4px 16px; }
+label { white-space: nowrap; }
+svg { width: 100%; height: auto; display: block; background: #eef1ee; }
+svg path { fill: none; stroke: #9aa39b; stroke-width: .8; vector-effect: non-scaling-stroke; }
+svg circle { fill: #22588a; stroke: #fff; stroke-width: 1; }
+svg a:hover circle, svg a:focus circle { fill: #d07a00; }
+svg a.on circle { fill: #c3271b; }
+#list { columns: 15em; margin: 12px 0 0; padding: 0; list-style: none; max-height: 420px; overflow: auto; font-size: 13.5px; }
+#list a { color: #22588a; text-decoration: none; }
+#list a:hover { text-decoration: underline; }
+#list a.on { font-weight: bold; color: #c3271b; }
+footer { padding: 16px 20px 28px; color: #56606c; font-size: 13px; }
+footer a { color: inherit; }
+</style>
+</head>
+<body>
+<header><h1>Raincast radar</h1>@NOTE@</header>
+<main>
+<section id="picture">
+<h2><span id="site"></span> <small id="what"></small></h2>
+<nav id="products"></nav>
+<div id="stack"><span id="time"></span></div>
+<fieldset id="layers"></fieldset>
+<noscript><p>Without scripts: each site of the list leads to its newest frames.</p></noscript>
+</section>
+<section id="places">
+<h2>Sites</h2>
+<svg viewBox="0 0 620 390" role="group" aria-label="Map of the radar sites"><path d="@STATES@"/>@DOTS@</svg>
+<ul id="list">@LIST@</ul>
+</section>
+</main>
+<footer>
+Server: <a href="status">status</a>, <a href="ridge/">image tree</a>.
+Map data: U.S. Census Bureau (borders), GSHHG by P. Wessel and W. H. F. Smith (shores, rivers), ETOPO5 (relief),
+<a href="https://www.geonames.org/">GeoNames</a>, CC BY 4.0 (places).
+</footer>
+<script>
+"use strict";
+const sites = @SITES@;
+const products = {N0R: "Base reflectivity", NCR: "Composite", N0Z: "Long range", N1P: "1 hour precipitation",
+  NTP: "Total precipitation", N0V: "Velocity", N0S: "Storm relative velocity"};
+const layers = {
+  Topo: ["Topo", true, (s, r) => `ridge/Overlays/Topo/${r}/${s}_Topo_${r}.jpg`],
+  Rivers: ["Rivers", true, (s, r) => `ridge/Overlays/Rivers/${r}/${s}_Rivers_${r}.gif`],
+  Frame: ["", true, null],
+  Counties: ["Counties", true, (s, r) => `weather_radar/basemaps/${s}_County_${r}.gif`],
+  Highways: ["Highways", true, (s, r) => `ridge/Overlays/Highways/${r}/${s}_Highways_${r}.gif`],
+  Warnings: ["Warnings", true, (s, r) => `ridge/Warnings/${r}/${s}_Warnings_0.gif`],
+  Cities: ["Cities", true, (s, r) => `weather_radar/basemaps/${s}_City_${r}.gif`],
+};
+const byId = id => document.getElementById(id);
+const images = {};
+let site = "TLX", product = "N0R", frames = [], shown = 0, turn = 0;
+
+for (const [key, [name, on]] of Object.entries(layers)) {
+  const image = images[key] = new Image();
+  image.alt = "";
+  image.onerror = () => image.classList.add("bad");
+  image.onload = () => image.classList.remove("bad");
+  byId("stack").insertBefore(image, byId("time"));
+  if (!name) continue;
+  const label = document.createElement("label"), box = document.createElement("input");
+  box.type = "checkbox";
+  box.checked = on;
+  box.onchange = () => image.hidden = !box.checked;
+  label.append(box, " ", name);
+  byId("layers").append(label);
+}
+for (const [code, name] of Object.entries(products)) {
+  const link = document.createElement("a");
+  link.textContent = name;
+  link.dataset.code = code;
+  byId("products").append(link);
+}
+
+const folder = () => `ridge/RadarImg/${product}/${site}/`;
+
+function show() {
+  if (!frames.length) return;
+  const name = frames[shown];
+  images.Frame.src = folder() + name;
+  const [, y, m, d, h, min] = name.match(/_(\d{4})(\d\d)(\d\d)_(\d\d)(\d\d)_/);
+  byId("time").textContent = new Date(Date.UTC(y, m - 1, d, h, min))
+    .toLocaleString([], {dateStyle: "medium", timeStyle: "short"});
+}
+
+async function refresh() {
+  const mine = ++turn;
+  const page = await fetch(folder()).then(answer => answer.text(), () => "");
+  if (mine !== turn) return;
+  frames = [...new Set(page.match(/[A-Z]{3}_\d{8}_\d{4}_[A-Z0-9]{3}\.gif/g) || [])].sort().slice(-12);
+  shown = frames.length - 1;
+  if (frames.length) show(); else {
+    images.Frame.classList.add("bad");
+    byId("time").textContent = "No frames";
+  }
+  for (const name of frames) new Image().src = folder() + name;
+  images.Warnings.src = layers.Warnings[2](site, product === "N0Z" ? "Long" : "Short") + "?" + Date.now();
+}
+
+function choose() {
+  const [s, p] = location.hash.slice(1).split("/");
+  if (sites[s]) site = s;
+  if (products[p]) product = p;
+  const range = product === "N0Z" ? "Long" : "Short";
+  for (const [key, [, , path]] of Object.entries(layers)) if (path) images[key].src = path(site, range);
+  byId("site").textContent = `${site} ${sites[site]}`;
+  byId("what").textContent = products[product];
+  for (const link of byId("products").children) {
+    link.href = `#${site}/${link.dataset.code}`;
+    link.className = link.dataset.code === product ? "on" : "";
+  }
+  for (const link of document.querySelectorAll("[data-site]")) {
+    link.classList.toggle("on", link.dataset.site === site);
+    link.setAttribute("href", `#${link.dataset.site}/${product}`);
+  }
+  refresh();
+}
+
+addEventListener("hashchange", choose);
+choose();
+setInterval(refresh, 60000);
+let pause = 0;
+setInterval(() => {
+  if (frames.length < 2 || pause-- > 0) return;
+  shown = (shown + 1) % frames.length;
+  if (shown === frames.length - 1) pause = 5;
+  show();
+}, 300);
+</script>
+</body>
+</html>
+)html";
+
+} // namespace raincast

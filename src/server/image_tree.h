@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/picture_cache.h"
+#include "server/tree_answer.h"
+#include "server/tree_index.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string_view>
+
+namespace raincast {
+
+class FrameSource;
+class LayerStore;
+
+/// The image tree: the file or listing of any of its paths, made when it is asked for. What was
+/// made lately is kept in memory, up to a bound. May be asked from several threads at once; the
+/// time is that of Clock::current().
+class ImageTree {
+public:
+    /// Both are borrowed.
+    ImageTree(const FrameSource& frames, const LayerStore& layers);
+
+    /// What stands at a path; nothing where the tree has none. A frame of the future is not there
+    /// yet.
+    [[nodiscard]] std::optional<TreeAnswer> find(std::string_view path) const;
+
+    /// The names of a folder of frames, oldest first.
+    [[nodiscard]] std::vector<std::string> framesIn(const FrameFolder& folder) const;
+
+    /// Adds a page beside the tree, "/status" for example; called whenever it is asked for.
+    void addPage(std::string path, const char* type, std::function<QByteArray()> page);
+
+    /// Bytes of the pictures kept in memory, and the most there may be.
+    [[nodiscard]] qsizetype bytesInMemory() const { return m_cache.bytes(); }
+    static constexpr qsizetype kMostBytesInMemory = 48 * 1024 * 1024;
+
+private:
+    struct Page {
+        const char* type;
+        std::function<QByteArray()> make;
+    };
+
+    [[nodiscard]] std::optional<TreeAnswer> findFolder(std::string_view path) const;
+    [[nodiscard]] QByteArray make(const TreeItem& item) const;
+
+    const FrameSource& m_frames;
+    const LayerStore& m_layers;
+    std::map<std::string, Page, std::less<>> m_pages;
+    mutable PictureCache m_cache{kMostBytesInMemory};
+};
+
+} // namespace raincast

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "server/netcdf_file.h"
+
+#include <QFile>
+
+#include <netcdf.h>
+
+namespace raincast {
+
+namespace {
+
+// No map data has variables this long; a damaged file may claim them.
+constexpr std::size_t kMostValues = 100'000'000;
+
+int variableId(int file, const std::string& name) {
+    int id = -1;
+    return nc_inq_varid(file, name.c_str(), &id) == NC_NOERR ? id : -1;
+}
+
+} // namespace
+
+NetcdfFile::NetcdfFile(const QString& path) {
+    if (nc_open(QFile::encodeName(path).constData(), NC_NOWRITE, &m_id) != NC_NOERR) {
+        m_id = -1;
+    }
+}
+
+NetcdfFile::~NetcdfFile() {
+    if (isOpen()) {
+        nc_close(m_id);
+    }
+}
+
+std::size_t NetcdfFile::length(const std::string& variable) const {
+    const int id = variableId(m_id, variable);
+    int dimensions = 0;
+    int dimension = 0;
+    std::size_t result = 0;
+    const bool found = id >= 0 && nc_inq_varndims(m_id, id, &dimensions) == NC_NOERR &&
+                       dimensions == 1 && nc_inq_vardimid(m_id, id, &dimension) == NC_NOERR &&
+                       nc_inq_dimlen(m_id, dimension, &result) == NC_NOERR;
+    return found && result <= kMostValues ? result : 0;
+}
+
+std::vector<int>
+NetcdfFile::ints(const std::string& variable, std::size_t first, std::size_t count) const {
+    if (count == 0 || count > kMostValues) {
+        return {};
+    }
+    std::vector<int> values(count);
+    const int id = variableId(m_id, variable);
+    const bool read =
+        id >= 0 && nc_get_vara_int(m_id, id, &first, &count, values.data()) == NC_NOERR;
+    return read ? values : std::vector<int>();
+}
+
+std::vector<int> NetcdfFile::ints(const std::string& variable) const {
+    return ints(variable, 0, length(variable));
+}
+
+std::vector<double> NetcdfFile::doubles(const std::string& variable) const {
+    std::vector<double> values(length(variable));
+    const int id = variableId(m_id, variable);
+    const bool read = id >= 0 && nc_get_var_double(m_id, id, values.data()) == NC_NOERR;
+    return read ? values : std::vector<double>();
+}
+
+std::vector<float> NetcdfFile::floats(
+    const std::string& variable, std::size_t firstRow, std::size_t rows, std::size_t firstColumn,
+    std::size_t columns
+) const {
+    if (rows == 0 || columns == 0 || rows > kMostValues / columns) {
+        return {};
+    }
+    std::vector<float> values(rows * columns);
+    const std::size_t start[] = {firstRow, firstColumn};
+    const std::size_t count[] = {rows, columns};
+    const int id = variableId(m_id, variable);
+    const bool read =
+        id >= 0 && nc_get_vara_float(m_id, id, start, count, values.data()) == NC_NOERR;
+    return read ? values : std::vector<float>();
+}
+
+} // namespace raincast

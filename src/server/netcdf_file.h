@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace raincast {
+
+/// A netCDF file, read in pieces. The library is one for the whole process and knows no threads:
+/// whoever reads from several must see to it that one reads at a time.
+class NetcdfFile {
+public:
+    /// Opens a file to read; see isOpen().
+    explicit NetcdfFile(const QString& path);
+    ~NetcdfFile();
+    NetcdfFile(const NetcdfFile&) = delete;
+    NetcdfFile& operator=(const NetcdfFile&) = delete;
+
+    [[nodiscard]] bool isOpen() const { return m_id >= 0; }
+
+    /// `count` values of a variable of one dimension from an index on, converted to int; empty when
+    /// there is no such variable or it has no such part.
+    [[nodiscard]] std::vector<int>
+    ints(const std::string& variable, std::size_t first, std::size_t count) const;
+
+    /// The same of all its values.
+    [[nodiscard]] std::vector<int> ints(const std::string& variable) const;
+    [[nodiscard]] std::vector<double> doubles(const std::string& variable) const;
+
+    /// A part of a variable of two dimensions, row by row.
+    [[nodiscard]] std::vector<float> floats(
+        const std::string& variable, std::size_t firstRow, std::size_t rows,
+        std::size_t firstColumn, std::size_t columns
+    ) const;
+
+private:
+    [[nodiscard]] std::size_t length(const std::string& variable) const;
+
+    int m_id = -1;
+};
+
+} // namespace raincast

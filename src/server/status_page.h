@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/file_time.h"
+#include "server/tree_server.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace raincast {
+
+class FrameSource;
+class MapData;
+
+/// What the operator can know about a running server.
+struct ServerStatus {
+    QString source; ///< "sample" or "level3"
+    FileTime started = 0;
+    std::optional<TreeServer::Counts> counts; ///< none where nothing listens
+    qsizetype bytesInMemory = 0;
+};
+
+/// The status as JSON: what it is served from, which map data there are, how much was asked for,
+/// and each site's newest frame. Times are UTC, as in "2018-07-25T19:24:00Z".
+[[nodiscard]] QByteArray
+statusPage(const ServerStatus& status, const FrameSource& frames, const MapData& maps);
+
+} // namespace raincast
