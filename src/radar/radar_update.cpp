@@ -175,7 +175,11 @@ bool RequestUpdate(RadarState& state, RadarView& view, const QString& host) {
                         centre.row < state.imageHeight;
     if (!inside) {
         const GeoPosition position = view.centrePosition();
-        return view.changeSite(NearestSite(position.latitude, position.longitude).toString());
+        const QStringView nearest = NearestSite(position.latitude, position.longitude);
+        // A world file of nonsense can put the centre nowhere: the site stays then.
+        if (!nearest.isEmpty()) {
+            return view.changeSite(nearest.toString());
+        }
     }
     view.showWaiting(true);
     bool updated = false;

@@ -17,6 +17,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace raincast {
 namespace {
 
@@ -501,6 +503,15 @@ TEST_F(RadarUpdateTest, WithNoImageLoadedNoPointIsInside) {
     FixedView view;
     EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
     EXPECT_EQ(view.log, "site LWX");
+}
+
+TEST_F(RadarUpdateTest, ACentreThatIsNowhereKeepsTheSite) {
+    publish({"20190519_0554"});
+    FixedView view;
+    view.position = {std::numeric_limits<double>::quiet_NaN(), 0};
+    EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
+    EXPECT_EQ(m_state.siteId, QStringLiteral("MUX"));
+    EXPECT_EQ(m_state.frames.size(), 1U);
 }
 
 /// The published frames of a spring night at San Francisco, thirteen of them.
