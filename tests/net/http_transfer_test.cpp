@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "net/http_transfer.h"
 #include "support/fault_server.h"
-#include "support/file_size_limit.h"
+#include "support/files.h"
+#include "support/full_disk.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
 #include "support/scoped_http.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -32,19 +32,7 @@ protected:
     [[nodiscard]] QString local(const QString& name = QStringLiteral("file")) const {
         return m_folder.filePath(name);
     }
-    [[nodiscard]] QStringList files() const {
-        return QDir(m_folder.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-    static QByteArray contents(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
-    static void write(const QString& path, const QByteArray& bytes) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(bytes), bytes.size());
-    }
+    [[nodiscard]] std::string files() const { return namesIn(m_folder.path()); }
     /// The outcome of the last request, in words.
     [[nodiscard]] std::string lastOutcome() const {
         return m_http.finished.empty() ? "(none)" : m_http.finished.back().second.toStdString();
@@ -61,12 +49,12 @@ TEST_F(HttpTransferTest, AFileIsCreatedAndOverwritten) {
     server.serve("/a", "a longer first version");
     CHttpTransfer transfer(server.host(), true, false);
     ASSERT_TRUE(transfer.DownloadToFile("/a", local()));
-    EXPECT_EQ(contents(local()), "a longer first version");
+    EXPECT_EQ(readFile(local()), "a longer first version");
 
     server.serve("/a", "second");
     ASSERT_TRUE(transfer.DownloadToFile("/a", local()));
-    EXPECT_EQ(contents(local()), "second");
-    EXPECT_EQ(files(), QStringList("file"));
+    EXPECT_EQ(readFile(local()), "second");
+    EXPECT_EQ(files(), "file");
 }
 
 TEST_F(HttpTransferTest, AnEmptyBodyIsAnEmptyFile) {
@@ -74,7 +62,7 @@ TEST_F(HttpTransferTest, AnEmptyBodyIsAnEmptyFile) {
     server.serve("/a", "");
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/a", local()));
-    EXPECT_EQ(contents(local()), "");
+    EXPECT_EQ(readFile(local()), "");
 }
 
 TEST_F(HttpTransferTest, EveryStatusFrom300OnFailsAndTouchesNoFile) {
@@ -88,15 +76,15 @@ TEST_F(HttpTransferTest, EveryStatusFrom300OnFailsAndTouchesNoFile) {
         EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
         EXPECT_EQ(lastOutcome().substr(0, 3), std::to_string(status));
     }
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(HttpTransferTest, AFailureLeavesTheOldFile) {
     HttpServer server;
-    write(local(), "old");
+    writeFile(local(), "old");
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/absent", local()));
-    EXPECT_EQ(contents(local()), "old");
+    EXPECT_EQ(readFile(local()), "old");
 }
 
 TEST_F(HttpTransferTest, AFailureDoesNotSpoilTheNextRequest) {
@@ -105,7 +93,7 @@ TEST_F(HttpTransferTest, AFailureDoesNotSpoilTheNextRequest) {
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/absent", local()));
     EXPECT_TRUE(transfer.DownloadToFile("/a", local()));
-    EXPECT_EQ(contents(local()), "fine");
+    EXPECT_EQ(readFile(local()), "fine");
 }
 
 TEST_F(HttpTransferTest, ARedirectIsNotFollowed) {
@@ -117,13 +105,13 @@ TEST_F(HttpTransferTest, ARedirectIsNotFollowed) {
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/moved", local()));
     EXPECT_EQ(server.count("/target"), 0);
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(HttpTransferTest, OnlyAnAbsentFileIsFetched) {
     HttpServer server;
     server.serve("/a", "new");
-    write(local("empty"), "");
+    writeFile(local("empty"), "");
     CountingConnectionManager manager;
     {
         CHttpTransfer transfer(server.host(), true, false);
@@ -134,12 +122,12 @@ TEST_F(HttpTransferTest, OnlyAnAbsentFileIsFetched) {
     EXPECT_EQ(server.count(), 0);
     EXPECT_EQ(manager.established, 0);
     EXPECT_EQ(manager.released, 0);
-    EXPECT_EQ(contents(local("empty")), "");
+    EXPECT_EQ(readFile(local("empty")), "");
 
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadIfAbsent("/a", local("absent")));
     EXPECT_TRUE(transfer.DownloadIfAbsent("/a", local("absent")));
-    EXPECT_EQ(contents(local("absent")), "new");
+    EXPECT_EQ(readFile(local("absent")), "new");
     EXPECT_EQ(server.count(), 1);
 }
 
@@ -236,7 +224,7 @@ TEST_F(HttpTransferTest, AFailedConnectIsNotTriedAgain) {
         EXPECT_EQ(manager.established, 1);
     }
     EXPECT_EQ(manager.released, 1);
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 // Servers that misbehave
@@ -293,7 +281,7 @@ TEST_F(HttpTransferTest, EachFaultOfAServerHasItsOutcome) {
         EXPECT_EQ(transfer.DownloadToFile("/fault", local()), fault.result);
         EXPECT_EQ(QFileInfo::exists(local()), fault.contents != nullptr);
         if (fault.contents != nullptr) {
-            EXPECT_EQ(contents(local()), fault.contents);
+            EXPECT_EQ(readFile(local()), fault.contents);
         }
         EXPECT_THAT(lastOutcome(), HasSubstr(fault.outcome));
         EXPECT_NE(lastOutcome(), "");
@@ -302,9 +290,9 @@ TEST_F(HttpTransferTest, EachFaultOfAServerHasItsOutcome) {
         // None of them spoils the object.
         EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
         EXPECT_TRUE(transfer.DownloadToFile("/", local()));
-        EXPECT_EQ(contents(local()), "fine");
+        EXPECT_EQ(readFile(local()), "fine");
         QFile::remove(local());
-        EXPECT_TRUE(files().isEmpty());
+        EXPECT_TRUE(files().empty());
         m_http.finished.clear();
     }
 }
@@ -313,7 +301,7 @@ TEST_F(HttpTransferTest, AConnectionResetInTheMiddleKeepsWhatCame) {
     FaultServer server(answers::reset(QByteArray(100'000, 'x'), 50'000));
     CHttpTransfer transfer(server.host(), true, false);
     // What had not been read when the reset came may be lost on the way.
-    EXPECT_TRUE(transfer.DownloadToFile("/", local()) || files().isEmpty());
+    EXPECT_TRUE(transfer.DownloadToFile("/", local()) || files().empty());
     EXPECT_LE(QFileInfo(local()).size(), 50'000);
 }
 
@@ -322,7 +310,7 @@ TEST_F(HttpTransferTest, ABrokenOffFileCountsAsPresent) {
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
     EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
-    EXPECT_EQ(contents(local()), "wh");
+    EXPECT_EQ(readFile(local()), "wh");
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
@@ -331,7 +319,7 @@ TEST_F(HttpTransferTest, ABodyEndsAtItsLimit) {
     FaultServer server(answers::respond(200, QByteArray(100'000, 'x')));
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
-    EXPECT_EQ(contents(local()), QByteArray(1000, 'x'));
+    EXPECT_EQ(readFile(local()), QByteArray(1000, 'x'));
 }
 
 // Servers that keep us waiting. Each object then gives up, or every frame of an update would wait
@@ -352,11 +340,11 @@ TEST_F(HttpTransferTest, AStalledBodyEndsThereAndIsTheLast) {
     FaultServer server(answers::stall("half a fra"));
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
-    EXPECT_EQ(contents(local()), "half a fra");
+    EXPECT_EQ(readFile(local()), "half a fra");
     EXPECT_EQ(lastOutcome(), "200, the server stalled");
     EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
     expectGivenUp(transfer, server, local("other"));
-    EXPECT_EQ(files(), QStringList("file"));
+    EXPECT_EQ(files(), "file");
 }
 
 TEST_F(HttpTransferTest, ABodyThatDripsEndsToo) {
@@ -364,8 +352,8 @@ TEST_F(HttpTransferTest, ABodyThatDripsEndsToo) {
     FaultServer server(answers::drip(milliseconds(10)));
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
-    EXPECT_GT(contents(local()).size(), 0);
-    EXPECT_LT(contents(local()).size(), 200);
+    EXPECT_GT(readFile(local()).size(), 0);
+    EXPECT_LT(readFile(local()).size(), 200);
     expectGivenUp(transfer, server, local("other"));
 }
 
@@ -375,7 +363,7 @@ TEST_F(HttpTransferTest, ASilentServerGivesNoFile) {
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(lastOutcome(), "the server stalled");
     expectGivenUp(transfer, server, local());
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(HttpTransferTest, AListingThatStallsGivesWhatCame) {
@@ -481,7 +469,7 @@ TEST_F(HttpTransferTest, ASecureObjectsListingIsPlainAndItsFilesAreNot) {
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
     EXPECT_THAT(lastOutcome(), testing::AnyOf(HasSubstr("SSL"), HasSubstr("TLS")));
     EXPECT_EQ(server.count("/"), 1);
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 // Disks that misbehave
@@ -489,13 +477,13 @@ TEST_F(HttpTransferTest, ASecureObjectsListingIsPlainAndItsFilesAreNot) {
 TEST_F(HttpTransferTest, AFolderThatIsNotThereOrNoFolderFails) {
     HttpServer server;
     server.serve("/", "x");
-    write(local(), "a file");
+    writeFile(local(), "a file");
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/", local("absent/file")));
     EXPECT_FALSE(transfer.DownloadToFile("/", local("file/file")));
     EXPECT_FALSE(transfer.DownloadToFile("/", m_folder.path()));
     EXPECT_TRUE(transfer.DownloadToFile("/", local("fine")));
-    EXPECT_EQ(files(), QStringList({"file", "fine"}));
+    EXPECT_EQ(files(), "file fine");
 }
 
 TEST_F(HttpTransferTest, AFolderThatMayNotBeWrittenFails) {
@@ -513,23 +501,23 @@ TEST_F(HttpTransferTest, AFolderThatMayNotBeWrittenFails) {
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(seteuid(user), 0);
     QFile::setPermissions(m_folder.path(), old);
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(HttpTransferTest, AFullDiskLeavesTheOldFileAndNoShortOne) {
     HttpServer server;
     server.serve("/large", QByteArray(500'000, 'x'));
     server.serve("/small", "small");
-    write(local("old"), "old");
+    writeFile(local("old"), "old");
     CHttpTransfer transfer(server.host(), true, false);
     {
-        const FileSizeLimit limit(100'000);
+        const FullDisk disk(100'000);
         EXPECT_FALSE(transfer.DownloadToFile("/large", local("old")));
         EXPECT_FALSE(transfer.DownloadIfAbsent("/large", local("new")));
         EXPECT_TRUE(transfer.DownloadToFile("/small", local("small")));
     }
-    EXPECT_EQ(contents(local("old")), "old");
-    EXPECT_EQ(files(), QStringList({"old", "small"}));
+    EXPECT_EQ(readFile(local("old")), "old");
+    EXPECT_EQ(files(), "old small");
 }
 
 // The child dies by its own hand as soon as a part of the body is on disk.
@@ -553,8 +541,8 @@ TEST_F(HttpTransferTest, AProgramKilledInTheMiddleLeavesNoHalfFile) {
     server.otherwise(answers::respond(200, "whole"));
     CHttpTransfer transfer(server.host(), false, false);
     EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
-    EXPECT_EQ(contents(local()), "whole");
-    EXPECT_EQ(files(), QStringList("file"));
+    EXPECT_EQ(readFile(local()), "whole");
+    EXPECT_EQ(files(), "file");
 }
 
 } // namespace

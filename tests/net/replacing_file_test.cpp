@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "net/replacing_file.h"
-#include "support/file_size_limit.h"
+#include "support/files.h"
+#include "support/full_disk.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,14 +19,7 @@ protected:
     [[nodiscard]] QString path(const QString& name = QStringLiteral("a.gif")) const {
         return m_folder.filePath(name);
     }
-    [[nodiscard]] QStringList files() const {
-        return QDir(m_folder.path())
-            .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-    static QByteArray contents(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
+    [[nodiscard]] std::string files() const { return namesIn(m_folder.path()); }
     static void write(const QString& path, const QByteArray& bytes) {
         ReplacingFile file;
         ASSERT_TRUE(file.open(path) && file.write(bytes) && file.commit());
@@ -38,11 +32,11 @@ TEST_F(ReplacingFileTest, TheNameAppearsWithTheCommit) {
     ReplacingFile file;
     ASSERT_TRUE(file.open(path()));
     EXPECT_TRUE(file.write("half"));
-    EXPECT_EQ(files(), QStringList("a.gif.part"));
+    EXPECT_EQ(files(), "a.gif.part");
     EXPECT_TRUE(file.write("half"));
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(files(), QStringList("a.gif"));
-    EXPECT_EQ(contents(path()), "halfhalf");
+    EXPECT_EQ(files(), "a.gif");
+    EXPECT_EQ(readFile(path()), "halfhalf");
 }
 
 TEST_F(ReplacingFileTest, TheOldFileStaysUntilThen) {
@@ -50,12 +44,12 @@ TEST_F(ReplacingFileTest, TheOldFileStaysUntilThen) {
     {
         ReplacingFile file;
         ASSERT_TRUE(file.open(path()) && file.write("new"));
-        EXPECT_EQ(contents(path()), "a longer old file");
+        EXPECT_EQ(readFile(path()), "a longer old file");
     }
-    EXPECT_EQ(contents(path()), "a longer old file");
-    EXPECT_EQ(files(), QStringList("a.gif"));
+    EXPECT_EQ(readFile(path()), "a longer old file");
+    EXPECT_EQ(files(), "a.gif");
     write(path(), "new");
-    EXPECT_EQ(contents(path()), "new");
+    EXPECT_EQ(readFile(path()), "new");
 }
 
 TEST_F(ReplacingFileTest, OneObjectWritesSeveralFiles) {
@@ -63,18 +57,15 @@ TEST_F(ReplacingFileTest, OneObjectWritesSeveralFiles) {
     ASSERT_TRUE(file.open(path("given up")) && file.write("x"));
     ASSERT_TRUE(file.open(path("a")) && file.write("a") && file.commit());
     ASSERT_TRUE(file.open(path("b")) && file.commit());
-    EXPECT_EQ(files(), QStringList({"a", "b"}));
-    EXPECT_EQ(contents(path("b")), "");
+    EXPECT_EQ(files(), "a b");
+    EXPECT_EQ(readFile(path("b")), "");
 }
 
 TEST_F(ReplacingFileTest, AKilledProgramsRestIsWrittenOver) {
-    QFile rest(path() + ".part");
-    ASSERT_TRUE(rest.open(QIODevice::WriteOnly));
-    rest.write("the long rest of an earlier attempt");
-    rest.close();
+    writeFile(path() + ".part", "the long rest of an earlier attempt");
     write(path(), "new");
-    EXPECT_EQ(contents(path()), "new");
-    EXPECT_EQ(files(), QStringList("a.gif"));
+    EXPECT_EQ(readFile(path()), "new");
+    EXPECT_EQ(files(), "a.gif");
 }
 
 TEST_F(ReplacingFileTest, TwoWritersDoNotDisturbEachOther) {
@@ -85,17 +76,17 @@ TEST_F(ReplacingFileTest, TwoWritersDoNotDisturbEachOther) {
     ASSERT_TRUE(second.open(path()) && second.write("sec"));
     EXPECT_FALSE(third.open(path())); // one per process is enough: transfers do not overlap
     ASSERT_TRUE(first.write("st") && first.commit());
-    EXPECT_EQ(contents(path()), "first");
+    EXPECT_EQ(readFile(path()), "first");
     ASSERT_TRUE(second.write("ond") && second.commit());
-    EXPECT_EQ(contents(path()), "second");
-    EXPECT_EQ(files(), QStringList("a.gif"));
+    EXPECT_EQ(readFile(path()), "second");
+    EXPECT_EQ(files(), "a.gif");
 }
 
 TEST_F(ReplacingFileTest, NoFolderNoFile) {
     ReplacingFile file;
     EXPECT_FALSE(file.open(path("absent/a.gif")));
     EXPECT_FALSE(file.open(QString()));
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(ReplacingFileTest, AFolderOfThatNameStays) {
@@ -103,33 +94,33 @@ TEST_F(ReplacingFileTest, AFolderOfThatNameStays) {
     ReplacingFile file;
     ASSERT_TRUE(file.open(path()) && file.write("x"));
     EXPECT_FALSE(file.commit());
-    EXPECT_EQ(files(), QStringList("a.gif"));
+    EXPECT_EQ(files(), "a.gif");
 }
 
 TEST_F(ReplacingFileTest, ALinkUnderTheTemporaryNameIsNotFollowed) {
     write(path("precious"), "precious");
     ASSERT_TRUE(QFile::link(path("precious"), path("a.gif.part")));
     write(path(), "new");
-    EXPECT_EQ(contents(path("precious")), "precious");
-    EXPECT_EQ(contents(path()), "new");
-    EXPECT_EQ(files(), QStringList({"a.gif", "a.gif.part", "precious"}));
+    EXPECT_EQ(readFile(path("precious")), "precious");
+    EXPECT_EQ(readFile(path()), "new");
+    EXPECT_EQ(files(), "a.gif a.gif.part precious");
 }
 
 TEST_F(ReplacingFileTest, APipeUnderTheTemporaryNameDoesNotHang) {
     ASSERT_EQ(mkfifo(QFile::encodeName(path("a.gif.part")).constData(), 0600), 0);
     write(path(), "new");
-    EXPECT_EQ(contents(path()), "new");
+    EXPECT_EQ(readFile(path()), "new");
 }
 
 TEST_F(ReplacingFileTest, AFullDiskIsReportedAndLeavesNothing) {
     {
-        const FileSizeLimit limit(1000);
+        const FullDisk disk(1000);
         ReplacingFile file;
         ASSERT_TRUE(file.open(path()));
         EXPECT_TRUE(file.write(QByteArray(900, 'x')));
         EXPECT_FALSE(file.write(QByteArray(900, 'x')));
     }
-    EXPECT_TRUE(files().isEmpty());
+    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(ReplacingFileTest, TheUsersMaskDecidesWhoMayRead) {
