@@ -141,7 +141,11 @@ constexpr std::array<PacketKind, 6> kPackets = {{
 
 /// Reads a layer's packets up to its picture, its end or a packet of another kind.
 void readLayer(Level3Cursor& cursor, std::size_t length, PolarScan& scan) {
-    const std::size_t end = cursor.left() - std::min(length, cursor.left());
+    if (length > cursor.left()) {
+        cursor.skip("a layer", length); // says that it is cut off
+        return;
+    }
+    const std::size_t end = cursor.left() - length;
     while (cursor.ok() && scan.rows == 0 && cursor.left() >= end + 2) {
         const std::uint32_t code = cursor.u16("a packet's code");
         const auto* packet = std::find_if(kPackets.begin(), kPackets.end(), [&](const auto& kind) {

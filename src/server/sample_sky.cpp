@@ -10,7 +10,12 @@ namespace raincast {
 namespace {
 
 constexpr double kKnotsPerKmAMinute = 60 / 1.852;
-constexpr double kCellReach = 3.6; // sizes of a cell beyond which nothing of it falls
+constexpr double kCellReach = 3.6;     // sizes of a cell beyond which nothing of it falls
+constexpr double kMostWidening = 1.25; // of cells, aloft
+constexpr double kLineAheadKm = 25;    // how far a line reaches
+constexpr double kLineBehindKm = 190;
+constexpr double kMostBendKm = 43;
+constexpr double kClearAirKm = 110; // where clear air's own echo ends
 
 /// The hook of a supercell: a ring around the middle of its rotation that is open ahead, where warm
 /// air flows in and rain is held aloft. `offset` is from that middle, in the storm's frame.
@@ -37,6 +42,8 @@ double lowestBeamHeightKm(double rangeKm) {
 
 SampleSky::SampleSky(const SampleClimate& climate, std::int64_t minute, double reachKm)
     : m_climate(climate), m_minute(static_cast<double>(minute)),
+      m_lineAhead(towards(climate.lineAzimuth)),
+      m_drift(m_minute * climate.steeringSpeed * towards(climate.steeringAzimuth)),
       m_storms(stormsAt(climate, m_minute, reachKm + 60)) {
     for (const SampleStorm& storm : m_storms) {
         const double strength = storm.strengthAt(m_minute);
@@ -57,10 +64,8 @@ SampleSky::SampleSky(const SampleClimate& climate, std::int64_t minute, double r
 
 /// Texture moves with the weather. Two sheets of it at different speeds make it change on the way.
 double SampleSky::textureAt(PlaneVector place) const {
-    const PlaneVector drift =
-        m_minute * m_climate.steeringSpeed * towards(m_climate.steeringAzimuth);
-    const PlaneVector slow = place - drift;
-    const PlaneVector fast = place - 1.15 * drift;
+    const PlaneVector slow = place - m_drift;
+    const PlaneVector fast = place - 1.15 * m_drift;
     return .6 * fractalNoise(m_climate.seed + 11, slow.east / 9, slow.north / 9, 4) +
            .6 * fractalNoise(m_climate.seed + 23, fast.east / 14, fast.north / 14, 3);
 }
@@ -77,9 +82,9 @@ double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) c
         double along = offset.dot(cell.ahead) / size;
         along *= along > 0 ? .62 : 1.25;
         const double across = offset.dot(cell.ahead.left()) / size;
-        const double away = std::sqrt(along * along + across * across) * (1 + .35 * texture);
-        const double core = cell.coreDbz - 30 * std::pow(away, 1.2) + 3 * texture;
-        const double skirt = 26 * cell.strength - 13 * away + 5 * texture;
+        const double away = std::sqrt(along * along + across * across) * (1 + .5 * texture);
+        const double core = cell.coreDbz - 30 * std::pow(away, 1.2) + 6 * texture;
+        const double skirt = 26 * cell.strength - 13 * away + 8 * texture;
         double dbz = std::max(core, skirt);
         if (cell.rotating) {
             const PlaneVector toVortex = place - cell.vortex;
@@ -94,20 +99,21 @@ double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) c
 
 /// A squall line's front with the steady rain that trails it.
 double SampleSky::lineDbz(const Line& line, PlaneVector place, double texture) const {
-    const PlaneVector ahead = towards(m_climate.lineAzimuth);
-    const double along = place.dot(ahead.left());
+    const double along = place.dot(m_lineAhead.left());
     const double bend = 35 * smoothNoise(line.seed, along / 160, m_minute / 300) +
                         8 * smoothNoise(line.seed + 1, along / 28, m_minute / 60);
-    const double cross = place.dot(ahead) - line.atKm - bend;
-    if (cross > 25 || cross < -190) {
+    const double cross = place.dot(m_lineAhead) - line.atKm - bend;
+    if (cross > kLineAheadKm || cross < -kLineBehindKm) {
         return kNothing;
     }
     // Lines have gaps.
     const double whole =
         smoothStep(-.75, -.1, smoothNoise(line.seed + 2, along / 120, m_minute / 200));
-    const double front = (46 - std::abs(cross) * 2.6 + 8 * texture) * whole;
+    // Steep ahead; behind, the heaviest rain falls off into the steady rain.
+    const double slope = cross > 0 ? 5 * cross : -1.5 * cross;
+    const double front = (52 - slope + 12 * texture) * whole;
     const double middle = (cross + 75 + 20 * texture) / 62;
-    const double steady = 33 - 17 * middle * middle + 9 * texture;
+    const double steady = 33 - 17 * middle * middle + 12 * texture;
     return line.strength * std::max(front, steady);
 }
 
@@ -119,14 +125,36 @@ double SampleSky::linesDbz(PlaneVector place, double texture) const {
     return most;
 }
 
+/// Whether any rain could fall at a place: far cheaper to say than how much.
+bool SampleSky::mayRain(PlaneVector place) const {
+    const double cross = place.dot(m_lineAhead);
+    const auto lineIsNear = [&](const Line& line) {
+        return cross - line.atKm < kLineAheadKm + kMostBendKm &&
+               cross - line.atKm > -kLineBehindKm - kMostBendKm;
+    };
+    const auto cellIsNear = [&](const Cell& cell) {
+        const PlaneVector offset = place - cell.place;
+        const double reach = kCellReach * kMostWidening * cell.sizeKm;
+        return offset.dot(offset) < reach * reach;
+    };
+    return std::any_of(m_lines.begin(), m_lines.end(), lineIsNear) ||
+           std::any_of(m_cells.begin(), m_cells.end(), cellIsNear);
+}
+
 double SampleSky::rainDbz(PlaneVector place) const {
+    if (!mayRain(place)) {
+        return kNothing;
+    }
     const double texture = textureAt(place);
     return std::max(cellsDbz(place, 1, texture), linesDbz(place, texture));
 }
 
 double SampleSky::compositeDbz(PlaneVector place) const {
+    if (!mayRain(place)) {
+        return kNothing;
+    }
     const double texture = textureAt(place);
-    return std::max(cellsDbz(place, 1.25, texture) + 1.5, linesDbz(place, texture) + 3);
+    return std::max(cellsDbz(place, kMostWidening, texture) + 1.5, linesDbz(place, texture) + 3);
 }
 
 double SampleSky::clutterDbz(PlaneVector place) const {
@@ -148,6 +176,9 @@ double SampleSky::clutterDbz(PlaneVector place) const {
 
 double SampleSky::lowestBeamDbz(PlaneVector place) const {
     const double range = place.length();
+    if (range > kClearAirKm && !mayRain(place)) {
+        return kNothing;
+    }
     const double height = lowestBeamHeightKm(range);
     const double texture = textureAt(place);
     // Steady rain is shallow, storms are not.
@@ -169,14 +200,19 @@ PlaneVector SampleSky::windKnots(PlaneVector place) const {
     const PlaneVector high = 58 * towards(m_climate.steeringAzimuth + 12);
     PlaneVector wind = low + std::min(1.0, .12 + up) * (high - low);
 
-    const PlaneVector lineAhead = towards(m_climate.lineAzimuth);
+    // No wind is even.
+    const PlaneVector moved = place - m_drift;
+    const double gust = fractalNoise(m_climate.seed + 61, moved.east / 30, moved.north / 30, 3);
+    const double turn = fractalNoise(m_climate.seed + 67, moved.east / 45, moved.north / 45, 2);
+    wind = (1 + .25 * gust) * wind + .25 * turn * wind.left();
+
     for (const Line& line : m_lines) {
-        const double along = place.dot(lineAhead.left());
-        const double cross = place.dot(lineAhead) - line.atKm -
+        const double along = place.dot(m_lineAhead.left());
+        const double cross = place.dot(m_lineAhead) - line.atKm -
                              35 * smoothNoise(line.seed, along / 160, m_minute / 300);
         // Cold air rushes out behind the front.
         const double outflow = smoothStep(4, -4, cross) * smoothStep(-70, -20, cross) * (1 - up);
-        wind = wind + 24 * outflow * lineAhead;
+        wind = wind + 24 * outflow * m_lineAhead;
     }
     for (const Cell& cell : m_cells) {
         if (!cell.rotating) {

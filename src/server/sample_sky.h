@@ -57,6 +57,7 @@ private:
         std::uint64_t seed;
     };
 
+    [[nodiscard]] bool mayRain(PlaneVector place) const;
     [[nodiscard]] double clutterDbz(PlaneVector place) const;
     [[nodiscard]] double cellsDbz(PlaneVector place, double widening, double texture) const;
     [[nodiscard]] double lineDbz(const Line& line, PlaneVector place, double texture) const;
@@ -65,6 +66,8 @@ private:
 
     SampleClimate m_climate;
     double m_minute;
+    PlaneVector m_lineAhead; ///< the unit vector of the lines' way
+    PlaneVector m_drift;     ///< how far texture has moved since 1970
     std::vector<SampleStorm> m_storms;
     std::vector<Cell> m_cells;
     std::vector<Line> m_lines;

@@ -132,7 +132,7 @@ std::vector<std::int64_t> SampleClimate::linesNear(double reachKm, double minute
 }
 
 std::vector<SampleStorm> stormsAt(const SampleClimate& climate, double minute, double reachKm) {
-    enum : std::int64_t { singleKind = 1, supercellKind = 4, lineKind = 5 };
+    enum : std::int64_t { singleKind = 0, supercellKind = 5, lineKind = 6 };
     std::vector<SampleStorm> storms;
     const auto seedOf = [&](std::int64_t kind, std::int64_t slot) {
         return mixed(mixed(climate.seed, kind), slot);
@@ -140,13 +140,13 @@ std::vector<SampleStorm> stormsAt(const SampleClimate& climate, double minute, d
     collect(storms, minute, kSupercellsEvery, reachKm, [&](std::int64_t slot, double begin) {
         return supercell(climate, seedOf(supercellKind, slot), begin);
     });
-    for (const std::int64_t kind : {singleKind + 0, singleKind + 1}) {
+    for (std::int64_t kind = singleKind; kind < supercellKind; ++kind) {
         collect(storms, minute, kBirthsEvery, reachKm, [&](std::int64_t slot, double begin) {
             return singleCell(climate, seedOf(kind, slot), begin);
         });
     }
     for (const std::int64_t line : climate.linesNear(reachKm + 200, minute)) {
-        for (const std::int64_t twin : {0, 1, 2}) {
+        for (std::int64_t twin = 0; twin < 6; ++twin) {
             collect(storms, minute, kBirthsEvery, reachKm, [&](std::int64_t slot, double begin) {
                 return lineCell(climate, line, mixed(seedOf(lineKind + twin, slot), line), begin);
             });
