@@ -32,8 +32,8 @@ bool CSerialWriter::writeString(QStringView string) {
     if (length > kMaxLength) {
         m_failed = true;
     }
-    if (!writeValue(static_cast<std::uint32_t>(length))) {
-        return false;
+    if (!writeValue(static_cast<std::uint32_t>(length)) || string.isEmpty()) {
+        return !m_failed;
     }
     const qsizetype start = m_buffer.size();
     m_buffer.resize(start + static_cast<qsizetype>(length));

@@ -158,7 +158,7 @@ TEST(SerialReaderTest, AFileCutAtAnyByteKeepsThePagesBeforeTheCut) {
 TEST(SerialReaderTest, AnItemCutInTheMiddleKeepsItsDefaultsForTheRest) {
     // Cut behind the second item's identifier, length, record and title.
     Bytes file = join(number(1), kWeatherPage);
-    file.resize(file.size() - 137 + 48 + 4 + 8);
+    file.erase(file.end() - (137 - (48 + 4 + 8)), file.end());
     const Loaded loaded = load(file);
     ASSERT_EQ(loaded.names(), kWeather);
     ASSERT_EQ(loaded.application.pages[0]->items.size(), 2U);

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// Page files of any bytes: loaded, saved, and loaded again, which must find all that was saved. A
+// seed is a page file as it lies on disk. The classes are those that register themselves in the
+// rooms that the target is linked with, and the samples of the tests.
+#include "../tests/persist/sample_objects.h"
+
+#include <QBuffer>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+using namespace raincast;
+
+/// A page list that takes objects of every class.
+class AnyApplication : public CSerializable {
+public:
+    ~AnyApplication() override { m_objects.deleteElements(); }
+
+    bool Read(CSerialReader& reader) override {
+        return reader.readObjects<CSerializable>(
+            CountKind::Unsigned,
+            [this](std::unique_ptr<CSerializable> object) { m_objects.push_back(object.release()); }
+        );
+    }
+    bool Write(CSerialWriter& writer) const override { return writer.writeObjects(m_objects); }
+
+private:
+    CSerializableList m_objects;
+};
+
+QByteArray saved(const CSerializable& application) {
+    QBuffer file;
+    file.open(QIODevice::WriteOnly);
+    CSerialWriter writer(file);
+    if (!application.Write(writer) || !writer.finish()) {
+        std::abort();
+    }
+    return file.data();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    AnyApplication application;
+    CSerialReader reader({data, size});
+    static_cast<void>(application.Read(reader));
+
+    const QByteArray once = saved(application);
+    AnyApplication again;
+    CSerialReader savedReader(bytesOf(once));
+    if (!again.Read(savedReader) || !savedReader.whole() || saved(again) != once) {
+        std::abort();
+    }
+    return 0;
+}
