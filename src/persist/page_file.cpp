@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <span>
 #include <utility>
 
@@ -55,11 +56,11 @@ bool PageFile::readBytes() {
         return false;
     }
     QFile file(m_path);
-    m_unreadable = isForeign(m_path) || !file.open(QIODevice::ReadOnly);
+    m_unreadable = isForeign(m_path) || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     if (m_unreadable) {
         return false;
     }
-    m_loaded = file.read(kMaxSize);
+    m_loaded = file.read(std::min(file.size(), kMaxSize));
     m_keepDue = !m_loaded.isEmpty();
     m_whole = file.error() == QFileDevice::NoError && m_loaded.size() == file.size();
     return true;

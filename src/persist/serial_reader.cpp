@@ -25,7 +25,7 @@ bool CSerialReader::readString(QString& string) {
     }
     const std::size_t there = std::min<std::size_t>(length, remaining());
     const auto units = static_cast<qsizetype>(there / 2);
-    string.resize(units);
+    string = QString(units, Qt::Uninitialized);
     // QChar is one UTF-16 unit; on a little-endian machine this is a plain copy.
     qFromLittleEndian<char16_t>(m_bytes.data() + m_position, units, string.data());
     m_position += there;
