@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QRect>
+
+class QPointF;
+class QWidget;
+
+namespace raincast {
+
+/// Where a widget stands in its top-level window, in device pixels: each edge is the logical edge
+/// times the device pixel ratio, rounded, so that neighbours neither overlap nor gape at a
+/// fractional ratio. Its size is what a picture must have that fills the widget one to one.
+[[nodiscard]] QRect deviceRect(const QWidget& widget);
+
+/// A pointer's place in a widget, in device pixels, from QSinglePointEvent::scenePosition(). (The
+/// position() of a child is rounded to whole logical pixels.)
+[[nodiscard]] QPoint toDevicePixels(const QWidget& widget, const QPointF& scenePosition);
+
+} // namespace raincast

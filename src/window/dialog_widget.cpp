@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "window/dialog_widget.h"
+
+#include "window/dialog.h"
+#include "window/dialog_controls.h"
+#include "window/dialog_template.h"
+#include "window/screen_metrics.h"
+
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScroller>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace raincast {
+
+DialogWidget::DialogWidget(
+    Dialog& dialog, const DialogTemplate& content, bool doneButton, QWidget* parent
+)
+    : QDialog(parent), m_dialog(&dialog), m_scrollArea(new QScrollArea(this)),
+      m_client(new QWidget) {
+    setWindowTitle(content.caption);
+    m_scrollArea->setFrameShape(QFrame::NoFrame);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
+    m_scrollArea->setWidget(m_client);
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(m_scrollArea);
+
+    const DialogControls controls = makeControls(*this, *m_client, content);
+    ensurePolished();
+    const DialogUnits units = fittingUnits(*m_client, content, controls);
+    placeControls(units, content, controls);
+    if (doneButton && control(Dialog::kOk) == nullptr) {
+        addDoneButtons();
+    }
+    if (auto* ok = qobject_cast<QPushButton*>(control(Dialog::kOk))) {
+        ok->setDefault(true);
+    }
+    if (ScreenMetrics::current().touch) {
+        QScroller::grabGesture(m_scrollArea->viewport(), QScroller::TouchGesture);
+    }
+    takeSize(units.toPixels(content.size), units.toPixels(content.leastSize));
+}
+
+QWidget* DialogWidget::control(int id) const {
+    return id > 0 ? findChild<QWidget*>(QString::number(id)) : nullptr;
+}
+
+void DialogWidget::addDoneButtons() {
+    m_doneButtons = new QDialogButtonBox(this);
+    auto* ok = m_doneButtons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    ok->setObjectName(QString::number(Dialog::kOk));
+    connect(ok, &QPushButton::clicked, this, [this, ok] { sendCommand(*this, Dialog::kOk, ok); });
+    if (auto* cancel = qobject_cast<QPushButton*>(control(Dialog::kCancel))) {
+        m_doneButtons->addButton(cancel, QDialogButtonBox::RejectRole);
+    }
+    const int margin = 2 * dialogMargin(ScreenMetrics::current().logPixelsY);
+    m_doneButtons->setContentsMargins(margin, margin, margin, margin);
+    layout()->addWidget(m_doneButtons);
+}
+
+// As large as the client area wants to be, as far as the screen has room; what has no room is
+// scrolled to.
+void DialogWidget::takeSize(const QSize& clientSize, const QSize& leastSize) {
+    const bool resizable = !leastSize.isEmpty();
+    m_client->setMinimumSize(resizable ? leastSize : clientSize);
+    m_client->resize(clientSize);
+    const QSize buttons = m_doneButtons != nullptr ? m_doneButtons->sizeHint() : QSize(0, 0);
+    QSize wanted(
+        std::max(clientSize.width(), buttons.width()), clientSize.height() + buttons.height()
+    );
+    const QSize frame =
+        parentWidget() != nullptr
+            ? parentWidget()->window()->frameGeometry().size() - parentWidget()->window()->size()
+            : QSize(0, 0);
+    const QSize room = ScreenMetrics::current().available - frame;
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrollArea);
+    const QSize least = m_client->minimumSize();
+    if (least.height() + buttons.height() > room.height()) {
+        wanted.rwidth() += scrollBar;
+    }
+    if (least.width() > room.width()) {
+        wanted.rheight() += scrollBar;
+    }
+    resize(wanted.boundedTo(room));
+    if (!resizable) {
+        setFixedSize(size());
+    }
+}
+
+void DialogWidget::focusFirst() {
+    const auto children = m_client->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    for (QWidget* child : children) {
+        const bool takesFocus = child->focusPolicy() != Qt::NoFocus && child->isEnabled();
+        if (takesFocus && qobject_cast<QPushButton*>(child) == nullptr) {
+            child->setFocus();
+            if (auto* edit = qobject_cast<QLineEdit*>(child)) {
+                edit->selectAll();
+            }
+            return;
+        }
+    }
+    if (QWidget* const ok = control(Dialog::kOk)) {
+        ok->setFocus();
+    }
+}
+
+void DialogWidget::reject() {
+    sendCommand(*this, Dialog::kCancel, control(Dialog::kCancel));
+}
+
+bool DialogWidget::event(QEvent* event) {
+    // The widget outlives the object by the rest of the event loop's turn.
+    if (event->type() == event_type::destroy) {
+        m_dialog = nullptr;
+    }
+    return (m_dialog != nullptr && m_dialog->dialogProcedure(*event)) || QDialog::event(event);
+}
+
+// Enter is command 1 wherever it is pressed but on a push button, which has taken it already.
+void DialogWidget::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    QWidget* const ok = control(Dialog::kOk);
+    if (ok == nullptr || ok->isEnabled()) {
+        sendCommand(*this, Dialog::kOk, ok);
+    }
+}
+
+} // namespace raincast

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "window/events.h"
+
+#include <QCoreApplication>
+#include <QWidget>
+
+namespace raincast {
+
+void sendCommand(QWidget& window, int id, QWidget* control, int notification) {
+    CommandEvent event(id, control, notification);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+std::intptr_t sendNotify(QWidget& window, const NotifyHeader& header) {
+    NotifyEvent event(header);
+    QCoreApplication::sendEvent(&window, &event);
+    return event.result();
+}
+
+} // namespace raincast

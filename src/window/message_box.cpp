@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "window/message_box.h"
+
+#include "window/modal.h"
+#include "window/screen_metrics.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+// A longer line of text is tiring to read.
+constexpr int kWidest = 500;
+
+QMessageBox::Icon toQt(MessageIcon icon) {
+    switch (icon) {
+    case MessageIcon::exclamation:
+        return QMessageBox::Warning;
+    case MessageIcon::stop:
+        return QMessageBox::Critical;
+    case MessageIcon::none:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+// On a narrow screen Qt squeezes a text into a column of single words: give it what room there is.
+void widen(QMessageBox& box) {
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (label == nullptr) {
+        return;
+    }
+    const int beside = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box) +
+                       4 * box.style()->pixelMetric(QStyle::PM_LayoutLeftMargin, nullptr, &box);
+    const int room = std::min(kWidest, ScreenMetrics::current().available.width()) - beside;
+    const int text = label->fontMetrics().size(0, box.text()).width();
+    label->setMinimumWidth(std::clamp(text, 0, std::max(room, 0)));
+}
+
+} // namespace
+
+void messageBox(QWidget* parent, const QString& text, const QString& caption, MessageIcon icon) {
+    if (!Modal::asks()) {
+        return; // there may be no application yet that a widget could be made for
+    }
+    QMessageBox box(toQt(icon), caption, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    widen(box);
+    static_cast<void>(Modal::run(box));
+}
+
+} // namespace raincast

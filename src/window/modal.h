@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+
+class QDialog;
+
+namespace raincast {
+
+/// How dialogs and message boxes run: one place that can refuse to ask anybody (a run without a
+/// person), that ends what is open when the program is asked to end, and that tells a test when a
+/// dialog has opened.
+class Modal {
+public:
+    /// What a dialog ends with that was cancelled.
+    static constexpr int kCancelled = 2;
+
+    /// Shows a dialog and waits until it ends; returns what QDialog::done was given. Returns
+    /// kCancelled at once, without showing it, while nobody may be asked, and also if the dialog
+    /// is deleted under way.
+    [[nodiscard]] static int run(QDialog& dialog);
+
+    /// Whether dialogs open at all: not after neverAsk(true) and not once the program is asked to
+    /// end.
+    [[nodiscard]] static bool asks();
+    static void neverAsk(bool never);
+
+    /// The request to end the program. It is remembered; the dialogs that are open end as
+    /// cancelled, the innermost first, each by its own cancel operation and, if that leaves it
+    /// open, by force.
+    static void requestEnd();
+    [[nodiscard]] static bool endRequested();
+    /// Forgets the request, for tests.
+    static void forgetEnd();
+
+    /// How many dialogs and message boxes are open.
+    [[nodiscard]] static int depth();
+
+    /// Called in a dialog's event loop once it is on the screen, for tests to drive it; null
+    /// removes the hook.
+    using Hook = std::function<void(QDialog&)>;
+    static void setHook(Hook hook);
+};
+
+} // namespace raincast

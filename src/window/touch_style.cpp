@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "window/touch_style.h"
+
+#include "window/screen_metrics.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+#include <QStyleOptionMenuItem>
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+bool isHitByFingers(QStyle::ContentsType type, const QStyleOption* option) {
+    switch (type) {
+    case QStyle::CT_MenuItem: {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        return item == nullptr || item->menuItemType != QStyleOptionMenuItem::Separator;
+    }
+    case QStyle::CT_PushButton:
+    case QStyle::CT_ToolButton:
+    case QStyle::CT_CheckBox:
+    case QStyle::CT_RadioButton:
+    case QStyle::CT_ComboBox:
+    case QStyle::CT_LineEdit:
+    case QStyle::CT_ItemViewItem:
+    case QStyle::CT_MenuBarItem:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+TouchStyle::TouchStyle(QStyle* base, int height) : QProxyStyle(base), m_height(height) {}
+
+QSize TouchStyle::sizeFromContents(
+    ContentsType type, const QStyleOption* option, const QSize& contents, const QWidget* widget
+) const {
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    if (isHitByFingers(type, option)) {
+        size.setHeight(std::max(size.height(), m_height));
+    }
+    return size;
+}
+
+void useTouchStyle() {
+    const ScreenMetrics screen = ScreenMetrics::current();
+    if (screen.touch) {
+        QStyle* const base = QStyleFactory::create(QApplication::style()->name());
+        QApplication::setStyle(new TouchStyle(base, screen.touchHeight()));
+    }
+}
+
+} // namespace raincast

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "window/events.h"
+
+#include <QPointer>
+
+#include <cstdint>
+
+class QPaintDevice;
+class QRegion;
+class QWidget;
+
+namespace raincast {
+
+/// An object that takes part in a widget's life: attached to it, it sees every event before the
+/// widget does, as calls of the operations below.
+///
+/// Several objects may be attached to one widget; the one attached last is asked first. An event
+/// that an object does not consume goes on to the one attached before it, and in the end to the
+/// widget itself. An object is bound to at most one widget, from attach() until that widget is
+/// destroyed with destroyWindow(); it borrows the widget. A widget that Qt deletes by itself only
+/// unbinds its objects: destruction that anybody must hear of is destroyWindow()'s.
+///
+/// User-interface thread only.
+class Window {
+public:
+    /// What a second fast press means to a window.
+    enum class SecondPress { doubleClick, press };
+
+    Window() = default;
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    /// The window must be painted. `target` is the widget, ready for a QPainter that must be gone
+    /// when the call returns; the widget's own painting comes after it.
+    virtual void onPaint(QPaintDevice& target, const QRegion& exposed);
+    /// The window is being destroyed; its children still live.
+    virtual void onDestroy();
+    virtual void onCommand(int id, QWidget* control, int notification);
+    /// A control has something to tell. Returns the answer; the default passes the notification on
+    /// to the objects attached before this one and to the widget, and returns their answer.
+    virtual std::intptr_t onNotify(int controlId, const NotifyHeader& header);
+    /// The left button (or a finger) went down at x, y in device pixels of the window.
+    virtual void
+    onLeftButton(bool doubleClick, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys);
+    /// A timer of startTimer() is due. Not called while a transfer waits.
+    virtual void onTimer(int id);
+    /// The client area has this size, in logical pixels.
+    virtual void onSize(int width, int height);
+    /// Destroys the window if there still is one.
+    virtual ~Window();
+    /// Takes an event apart and calls the operation above that it is for. Returns whether the
+    /// event is consumed and goes no further; the default consumes notifications only.
+    virtual bool windowProcedure(QEvent& event);
+
+    /// Binds this object to a widget, in front of those bound to it already. `client` is the
+    /// widget whose size is the window's client area: the widget itself when null, the central
+    /// widget of a main window.
+    void attach(
+        QWidget& widget, QWidget* client = nullptr,
+        SecondPress secondPress = SecondPress::doubleClick
+    );
+
+    /// The widget, null before attach() and once it is destroyed.
+    [[nodiscard]] QWidget* widget() const { return m_widget; }
+
+    /// Starts a timer of this window, or starts it anew; it ends with the window.
+    void startTimer(int id, int milliseconds);
+    void stopTimer(int id);
+
+    /// Destroys a window: the widget is told and then, outermost first, its children, all of which
+    /// still live; then every one of them is unbound and the widget is hidden and left to Qt's
+    /// event loop for deletion, since it may be handling an event right now. A second call does
+    /// nothing.
+    static void destroyWindow(QWidget& widget);
+
+private:
+    friend class WindowMap;
+
+    QPointer<QWidget> m_widget;
+};
+
+} // namespace raincast

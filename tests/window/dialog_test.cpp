@@ -1,0 +1,650 @@
+// SPDX-License-Identifier: MIT
+#include "platform/resource_module.h"
+#include "support/dialog_script.h"
+#include "support/pointer.h"
+#include "support/qt_app.h"
+#include "window/dialog.h"
+#include "window/dialog_template.h"
+#include "window/dialog_widget.h"
+#include "window/modal.h"
+#include "window/screen_metrics.h"
+#include "window/touch_style.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace raincast {
+namespace {
+
+using test::DialogScript;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// A dialog of lists and buttons that arranges itself, and one that does not.
+constexpr int kListDialog = 4901;
+constexpr int kFormDialog = 4902;
+constexpr int kTextDialog = 4903;
+constexpr int kList = 1043;
+constexpr int kAdd = 1038;
+constexpr int kName = 1044;
+constexpr int kAnimate = 1010;
+constexpr int kProduct = 1011;
+constexpr int kHint = 1014;
+
+const QString kListCaption = QStringLiteral("List");
+const QString kFormCaption = QStringLiteral("Form");
+
+const DialogTemplateRecord listDialog{
+    {kListDialog,
+     kListCaption,
+     {120, 100},
+     {
+         {kList, ControlKind::listBox, {}, {2, 2, 70, 96}},
+         {Dialog::kOk, ControlKind::pushButton, QStringLiteral("Show"), {74, 2, 44, 14}},
+         {kAdd, ControlKind::pushButton, QStringLiteral("Add..."), {74, 18, 44, 14}},
+     },
+     {100, 60}}};
+
+const DialogTemplateRecord formDialog{
+    {kFormDialog,
+     kFormCaption,
+     {130, 76},
+     {
+         {0, ControlKind::label, QStringLiteral("&Name:"), {4, 4, 40, 14}},
+         {kName, ControlKind::edit, {}, {46, 4, 80, 14}},
+         {kAnimate, ControlKind::checkBox, QStringLiteral("Enable Animation"), {4, 22, 122, 14}},
+         {0, ControlKind::label, QStringLiteral("&Product:"), {4, 40, 40, 14}},
+         {kProduct, ControlKind::comboBox, {}, {46, 40, 80, 14}},
+         {kHint, ControlKind::label, QStringLiteral("Shown at the bottom"), {4, 58, 122, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+     },
+     {}}};
+
+const DialogTemplateRecord textDialog{
+    {kTextDialog,
+     QStringLiteral("Text"),
+     {60, 20},
+     {{kHint,
+       ControlKind::label,
+       QStringLiteral("A text of several lines that is much longer than its dialog's units have "
+                      "room for at first, so that they must grow."),
+       {2, 2, 56, 16}}},
+     {}}};
+
+using Log = std::vector<std::string>;
+
+class NotingDialog : public Dialog {
+public:
+    using Dialog::Dialog;
+
+    Log log;
+    std::function<void(NotingDialog&)> initialising;
+    bool okStays = false;
+
+    bool onInitialise() override {
+        log.push_back("initialise");
+        if (initialising) {
+            initialising(*this);
+        }
+        return Dialog::onInitialise();
+    }
+    void onOk() override {
+        log.push_back("ok");
+        if (!okStays) {
+            Dialog::onOk();
+        }
+    }
+    void onCancel() override {
+        log.push_back("cancel");
+        Dialog::onCancel();
+    }
+    void onDestroy() override { log.push_back("destroy"); }
+    void onCommand(int id, QWidget* sender, int notification) override {
+        Window::onCommand(id, sender, notification);
+        if (id != kOk && id != kCancel) {
+            log.push_back("first " + std::to_string(id));
+        }
+    }
+    void onDialogCommand(int id, QWidget* sender, int notification) override {
+        if (id != kOk && id != kCancel) {
+            EXPECT_EQ(sender, control(id));
+            log.push_back("command " + std::to_string(id) + " " + std::to_string(notification));
+        }
+        Dialog::onDialogCommand(id, sender, notification);
+    }
+    void onDialogNotify(const NotifyHeader& header) override {
+        log.push_back("notify " + std::to_string(header.id));
+    }
+    void onSize(int width, int height) override {
+        if (arranges) {
+            anchor(kOk, anchorRight | anchorTop);
+            placeNextTo(kOk, kAdd, below, sameColumn);
+            anchor(kAdd, anchorRight);
+            placeNextTo(kOk, kList, sameRow, leftOf, false, true);
+            lastSize = {width, height};
+        }
+    }
+
+    bool arranges = false;
+    QSize lastSize;
+
+    using Dialog::anchor;
+    using Dialog::control;
+    using Dialog::placeNextTo;
+    using Dialog::setCaption;
+    using Dialog::setNumber;
+    using Dialog::setText;
+    using Dialog::text;
+};
+
+QWidget* child(const QDialog& dialog, int id) {
+    return dialog.findChild<QWidget*>(QString::number(id));
+}
+
+void clickOn(const QDialog& dialog, int id) {
+    QWidget* const control = child(dialog, id);
+    ASSERT_NE(control, nullptr);
+    test::click(*control, control->rect().center());
+}
+
+class DialogTest : public test::GuiTest {
+protected:
+    DialogScript script;
+
+    ~DialogTest() override {
+        ScreenMetrics::use(std::nullopt);
+        Modal::neverAsk(false);
+        Modal::forgetEnd();
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+    }
+};
+
+TEST_F(DialogTest, ADialogWithoutATemplateEndsAtOnceAsCancelled) {
+    NotingDialog dialog(0);
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    NotingDialog unknown(4999);
+    EXPECT_EQ(unknown.run(nullptr), 2);
+    EXPECT_THAT(dialog.log, IsEmpty());
+    EXPECT_THAT(unknown.log, IsEmpty());
+}
+
+TEST_F(DialogTest, ButtonOneEndsItWithOne) {
+    script.expect(kListCaption, [](QDialog& open) { clickOn(open, Dialog::kOk); });
+    NotingDialog dialog(kListDialog);
+    EXPECT_EQ(dialog.run(nullptr), 1);
+    EXPECT_THAT(dialog.log, ElementsAre("initialise", "ok", "destroy"));
+    EXPECT_EQ(dialog.widget(), nullptr);
+}
+
+TEST_F(DialogTest, CancelEscapeAndClosingEndItWithTwo) {
+    const std::function<void(QDialog&)> ways[] = {
+        [](QDialog& open) { clickOn(open, Dialog::kCancel); },
+        [](QDialog& open) { QTest::keyClick(&open, Qt::Key_Escape); },
+        [](QDialog& open) { open.close(); },
+    };
+    for (const auto& way : ways) {
+        script.expect(kFormCaption, way);
+        NotingDialog dialog(kFormDialog);
+        EXPECT_EQ(dialog.run(nullptr), 2);
+        EXPECT_THAT(dialog.log, ElementsAre("initialise", "cancel", "destroy"));
+    }
+}
+
+TEST_F(DialogTest, EnterIsCommandOneFromAnyField) {
+    for (const int field : {kName, kAnimate, kProduct}) {
+        script.expect(kFormCaption, [field](QDialog& open) {
+            child(open, field)->setFocus();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        });
+        NotingDialog dialog(kFormDialog);
+        EXPECT_EQ(dialog.run(nullptr), 1) << field;
+    }
+    script.expect(kListCaption, [](QDialog& open) {
+        static_cast<QListWidget*>(child(open, kList))->addItem(QStringLiteral("Row"));
+        static_cast<QListWidget*>(child(open, kList))->setCurrentRow(0);
+        child(open, kList)->setFocus();
+        QTest::keyClick(child(open, kList), Qt::Key_Enter);
+    });
+    NotingDialog dialog(kListDialog);
+    EXPECT_EQ(dialog.run(nullptr), 1);
+}
+
+TEST_F(DialogTest, EnterDoesNothingWhileButtonOneIsDisabled) {
+    script.expect(kListCaption, [](QDialog& open) {
+        child(open, Dialog::kOk)->setEnabled(false);
+        QTest::keyClick(child(open, kList), Qt::Key_Return);
+    });
+    NotingDialog dialog(kListDialog);
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_THAT(dialog.log, ElementsAre("initialise", "cancel", "destroy"));
+}
+
+TEST_F(DialogTest, EnterOnAFocusedButtonIsThatButtons) {
+    script.expect(kListCaption, [](QDialog& open) {
+        child(open, kAdd)->setFocus();
+        QTest::keyClick(child(open, kAdd), Qt::Key_Return);
+    });
+    NotingDialog dialog(kListDialog);
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_THAT(dialog.log, testing::Contains("command 1038 0"));
+}
+
+TEST_F(DialogTest, AnOkThatDoesNotEndItKeepsItOpen) {
+    script.expect(kListCaption, [](QDialog& open) {
+        clickOn(open, Dialog::kOk);
+        EXPECT_TRUE(open.isVisible());
+    });
+    NotingDialog dialog(kListDialog);
+    dialog.okStays = true;
+    EXPECT_EQ(dialog.run(nullptr), 2);
+}
+
+TEST_F(DialogTest, WithTheDoneFlagAMissingButtonOneIsMade) {
+    script.expect(kFormCaption, [](QDialog& open) {
+        auto* ok = qobject_cast<QPushButton*>(child(open, Dialog::kOk));
+        ASSERT_NE(ok, nullptr);
+        EXPECT_EQ(ok->text(), QStringLiteral("OK"));
+        EXPECT_TRUE(ok->isDefault());
+        // The template's cancel button stands beside it.
+        const QWidget* cancel = child(open, Dialog::kCancel);
+        EXPECT_EQ(cancel->mapTo(&open, QPoint()).y(), ok->mapTo(&open, QPoint()).y());
+        clickOn(open, Dialog::kOk);
+    });
+    NotingDialog dialog(kFormDialog);
+    EXPECT_EQ(dialog.run(nullptr), 1);
+}
+
+TEST_F(DialogTest, WithoutTheDoneFlagNothingIsMade) {
+    script.expect(kFormCaption, [](QDialog& open) {
+        EXPECT_EQ(child(open, Dialog::kOk), nullptr);
+        QTest::keyClick(&open, Qt::Key_Return); // still command 1
+    });
+    NotingDialog dialog(kFormDialog, Dialog::kDefaultFlags & ~Dialog::kDoneButton);
+    EXPECT_EQ(dialog.run(nullptr), 1);
+}
+
+TEST_F(DialogTest, ADialogThatHasAButtonOneGetsNoOther) {
+    script.expect(kListCaption, [](QDialog& open) {
+        EXPECT_EQ(open.findChildren<QWidget*>(QStringLiteral("1")).size(), 1);
+        EXPECT_EQ(qobject_cast<QPushButton*>(child(open, 1))->text(), QStringLiteral("Show"));
+    });
+    EXPECT_EQ(NotingDialog(kListDialog).run(nullptr), 2);
+}
+
+TEST_F(DialogTest, TheTabbedFlagMakesAHiddenTabBar) {
+    for (const bool tabbed : {false, true}) {
+        script.expect(kListCaption, [tabbed](QDialog& open) {
+            const auto* tabs = open.findChild<QTabBar*>(QStringLiteral("tabs"));
+            EXPECT_EQ(tabs != nullptr, tabbed);
+            EXPECT_TRUE(tabs == nullptr || tabs->isHidden());
+        });
+        NotingDialog dialog(kListDialog, Dialog::kDefaultFlags, tabbed);
+        EXPECT_EQ(dialog.run(nullptr), 2);
+    }
+}
+
+TEST_F(DialogTest, UsingAControlSendsItsCommandWithWhatHappened) {
+    script.expect(kListCaption, [](QDialog& open) {
+        auto* list = static_cast<QListWidget*>(child(open, kList));
+        const QPoint row = list->visualItemRect(list->item(1)).center();
+        test::click(*list->viewport(), row);
+        clickOn(open, kAdd);
+    });
+    NotingDialog dialog(kListDialog);
+    dialog.initialising = [](NotingDialog& d) {
+        d.control<QListWidget>(kList)->addItems({QStringLiteral("One"), QStringLiteral("Two")});
+        d.log.clear();
+    };
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_THAT(
+        dialog.log,
+        ElementsAre(
+            "first 1043", "command 1043 1", "first 1038", "command 1038 0", "cancel", "destroy"
+        )
+    );
+}
+
+TEST_F(DialogTest, FieldsTellTheirChangesToo) {
+    script.expect(kFormCaption, [](QDialog& open) {
+        QTest::keyClicks(child(open, kName), QStringLiteral("A"));
+        clickOn(open, kAnimate);
+        QTest::keyClick(child(open, kProduct), Qt::Key_Down);
+    });
+    NotingDialog dialog(kFormDialog);
+    dialog.initialising = [](NotingDialog& d) {
+        d.control<QComboBox>(kProduct)->addItems({QStringLiteral("x"), QStringLiteral("y")});
+        d.log.clear();
+    };
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_THAT(
+        dialog.log, ElementsAre(
+                        "first 1044", "command 1044 768", "first 1010", "command 1010 0",
+                        "first 1011", "command 1011 1", "cancel", "destroy"
+                    )
+    );
+}
+
+TEST_F(DialogTest, NotificationsReachTheDialogThroughTheWindowsOwnOperation) {
+    script.expect(kListCaption, [](QDialog& open) { sendNotify(open, {nullptr, 77, 1}); });
+    NotingDialog dialog(kListDialog);
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_THAT(dialog.log, testing::Contains("notify 77").Times(1));
+}
+
+TEST_F(DialogTest, OtherMessagesAreOfferedAndMayBeKept) {
+    class Keeping : public Dialog {
+    public:
+        using Dialog::Dialog;
+        bool onOtherMessage(QEvent& event) override {
+            return event.type() == QEvent::KeyPress; // Esc does not close this one
+        }
+    };
+    script.expect(kListCaption, [](QDialog& open) {
+        QTest::keyClick(&open, Qt::Key_Escape);
+        EXPECT_TRUE(open.isVisible());
+    });
+    EXPECT_EQ(Keeping(kListDialog).run(nullptr), 2);
+}
+
+TEST_F(DialogTest, OneThatEndsWhileInitialisingIsNeverShown) {
+    NotingDialog dialog(kListDialog);
+    dialog.initialising = [](NotingDialog& d) { d.end(7); };
+    EXPECT_EQ(dialog.run(nullptr), 7);
+    EXPECT_THAT(dialog.log, ElementsAre("initialise", "destroy"));
+}
+
+TEST_F(DialogTest, ADialogObjectCanRunAgain) {
+    NotingDialog dialog(kListDialog);
+    script.expect(kListCaption, [](QDialog& open) { clickOn(open, Dialog::kOk); });
+    EXPECT_EQ(dialog.run(nullptr), 1);
+    script.expect(kListCaption);
+    EXPECT_EQ(dialog.run(nullptr), 2);
+}
+
+TEST_F(DialogTest, TheCaptionCanBeReplaced) {
+    script.expect(QStringLiteral("Select Page Type"));
+    NotingDialog dialog(kListDialog);
+    dialog.initialising = [](NotingDialog& d) { d.setCaption(QStringLiteral("Select Page Type")); };
+    EXPECT_EQ(dialog.run(nullptr), 2);
+}
+
+TEST_F(DialogTest, TextsAndNumbersAreSetAndRead) {
+    script.expect(kFormCaption);
+    NotingDialog dialog(kFormDialog);
+    dialog.initialising = [](NotingDialog& d) {
+        d.setText(kName, QStringLiteral("41\u00B030'N"));
+        EXPECT_EQ(d.text(kName), QStringLiteral("41\u00B030'N"));
+        d.setText(kAnimate, QStringLiteral("Animate"));
+        EXPECT_EQ(d.text(kAnimate), QStringLiteral("Animate"));
+        d.setNumber(kHint, "Version %d.%d", 5, 2);
+        EXPECT_EQ(d.text(kHint), QStringLiteral("Version 5.2"));
+        d.setNumber(kName, "%.2f", 2.5); // whatever the user's decimal sign
+        EXPECT_EQ(d.text(kName), QStringLiteral("2.50"));
+        d.setNumber(kName, "%.d", 0);
+        EXPECT_EQ(d.text(kName), QString());
+        d.setNumber(kName, "%.d", 5);
+        EXPECT_EQ(d.text(kName), QStringLiteral("5"));
+        EXPECT_EQ(d.text(4711), QString());
+    };
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_EQ(dialog.text(kName), QString()); // no longer running
+}
+
+TEST_F(DialogTest, TheFocusStartsAtTheFirstField) {
+    script.expect(kFormCaption, [](QDialog& open) {
+        EXPECT_EQ(open.focusWidget(), child(open, kName));
+    });
+    EXPECT_EQ(NotingDialog(kFormDialog).run(nullptr), 2);
+}
+
+TEST_F(DialogTest, ALabelsMnemonicReachesTheFieldThatFollows) {
+    script.expect(kFormCaption, [](QDialog& open) {
+        QTest::keyClick(&open, Qt::Key_P, Qt::AltModifier);
+        EXPECT_EQ(open.focusWidget(), child(open, kProduct));
+    });
+    EXPECT_EQ(NotingDialog(kFormDialog).run(nullptr), 2);
+}
+
+TEST_F(DialogTest, LayoutHelpersWorkInTheClientArea) {
+    script.expect(kListCaption, [](QDialog& open) {
+        QWidget* const client = child(open, kList)->parentWidget();
+        const QRect ok = child(open, Dialog::kOk)->geometry();
+        EXPECT_EQ(ok.y(), 4);
+        EXPECT_EQ(ok.x() + ok.width(), client->width() - 4);
+        const QRect list = child(open, kList)->geometry();
+        EXPECT_EQ(list.x(), 4);
+        EXPECT_EQ(list.x() + list.width(), ok.x() - 4);
+        const QRect add = child(open, kAdd)->geometry();
+        EXPECT_EQ(add.y() + add.height(), client->height() - 4);
+
+        const QSize before = client->size();
+        open.resize(open.size() + QSize(60, 40));
+        test::settle();
+        EXPECT_EQ(client->size(), before + QSize(60, 40));
+        EXPECT_EQ(child(open, Dialog::kOk)->x(), ok.x() + 60);
+        EXPECT_EQ(child(open, kList)->width(), list.width() + 60);
+    });
+    NotingDialog dialog(kListDialog);
+    dialog.arranges = true;
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_FALSE(dialog.lastSize.isEmpty());
+}
+
+TEST_F(DialogTest, TheMarginFollowsTheScreen) {
+    ScreenMetrics screen;
+    screen.logPixelsY = 192;
+    ScreenMetrics::use(screen);
+    script.expect(kListCaption, [](QDialog& open) { EXPECT_EQ(child(open, Dialog::kOk)->y(), 8); });
+    NotingDialog dialog(kListDialog);
+    dialog.arranges = true;
+    EXPECT_EQ(dialog.run(nullptr), 2);
+}
+
+// No control is cut by its own size, none lies on another, all lie in the client area.
+void expectCleanLayout(const QDialog& open) {
+    const QWidget* const client = open.findChild<QScrollArea*>()->widget();
+    const auto controls = client->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    for (const QWidget* one : controls) {
+        EXPECT_TRUE(client->rect().contains(one->geometry())) << qPrintable(one->objectName());
+        for (const QWidget* other : controls) {
+            EXPECT_TRUE(one == other || !one->geometry().intersects(other->geometry()));
+        }
+        if (const auto* label = qobject_cast<const QLabel*>(one)) {
+            const int height = label->wordWrap() ? label->heightForWidth(label->width())
+                                                 : label->sizeHint().height();
+            EXPECT_GE(label->height(), height) << qPrintable(label->text());
+            EXPECT_TRUE(label->wordWrap() || label->width() >= label->sizeHint().width());
+        } else if (qobject_cast<const QListWidget*>(one) == nullptr) {
+            EXPECT_GE(one->height(), one->sizeHint().height()) << qPrintable(one->objectName());
+        }
+        if (const auto* box = qobject_cast<const QCheckBox*>(one)) {
+            EXPECT_GE(box->width(), box->sizeHint().width());
+        }
+    }
+}
+
+TEST_F(DialogTest, DialogUnitsFollowTheFont) {
+    QSize small;
+    for (const int points : {9, 18}) {
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), points));
+        for (const auto& [id, caption] :
+             {std::pair{kFormDialog, kFormCaption},
+              std::pair{kTextDialog, QStringLiteral("Text")}}) {
+            script.expect(caption, [&](QDialog& open) {
+                expectCleanLayout(open);
+                small = small.isEmpty() ? open.size() : small;
+            });
+            EXPECT_EQ(NotingDialog(id).run(nullptr), 2);
+        }
+        script.expect(kFormCaption, [&](QDialog& open) {
+            const double growth = static_cast<double>(open.width()) / small.width();
+            EXPECT_NEAR(growth, points / 9.0, 0.2);
+        });
+        EXPECT_EQ(NotingDialog(kFormDialog).run(nullptr), 2);
+    }
+}
+
+TEST_F(DialogTest, OnASmallScreenADialogFitsAndScrolls) {
+    ScreenMetrics screen;
+    screen.logPixelsY = 96;
+    screen.available = {240, 100};
+    ScreenMetrics::use(screen);
+    script.expect(kFormCaption, [](QDialog& open) {
+        EXPECT_LE(open.width(), 240);
+        EXPECT_LE(open.height(), 100);
+        auto* area = open.findChild<QScrollArea*>();
+        EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
+        // The buttons stay in sight; a field that gets the focus comes into it.
+        const QWidget* ok = child(open, Dialog::kOk);
+        EXPECT_TRUE(open.rect().contains(QRect(ok->mapTo(&open, QPoint()), ok->size())));
+        QTest::keyClick(&open, Qt::Key_P, Qt::AltModifier);
+        for (int i = 0; i < 2; ++i) {
+            QTest::keyClick(open.focusWidget(), Qt::Key_Tab);
+        }
+        child(open, kName)->setFocus();
+        QTest::keyClick(open.focusWidget(), Qt::Key_Tab);
+        QTest::keyClick(open.focusWidget(), Qt::Key_Tab);
+        const QWidget* product = child(open, kProduct);
+        ASSERT_EQ(open.focusWidget(), product);
+        const QRect place(product->mapTo(area->viewport(), QPoint()), product->size());
+        EXPECT_TRUE(area->viewport()->rect().contains(place));
+    });
+    EXPECT_EQ(NotingDialog(kFormDialog).run(nullptr), 2);
+}
+
+TEST_F(DialogTest, OnASmallScreenAResizableDialogShrinksInsteadOfScrolling) {
+    ScreenMetrics screen;
+    screen.logPixelsY = 96;
+    screen.available = {200, 150};
+    ScreenMetrics::use(screen);
+    script.expect(kListCaption, [](QDialog& open) {
+        EXPECT_LE(open.width(), 200);
+        EXPECT_LE(open.height(), 150);
+        auto* area = open.findChild<QScrollArea*>();
+        EXPECT_EQ(area->verticalScrollBar()->maximum(), 0);
+        EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+    });
+    NotingDialog dialog(kListDialog);
+    dialog.arranges = true;
+    EXPECT_EQ(dialog.run(nullptr), 2);
+}
+
+TEST_F(DialogTest, OnATouchScreenEverythingThatIsHitIsSevenMillimetresHigh) {
+    ScreenMetrics screen;
+    screen.logPixelsY = 96;
+    screen.dotsPerMillimetre = 6;
+    screen.touch = true;
+    ScreenMetrics::use(screen);
+    useTouchStyle();
+    script.expect(kFormCaption, [](QDialog& open) {
+        for (const int id : {Dialog::kOk, Dialog::kCancel, kName, kAnimate, kProduct}) {
+            EXPECT_GE(child(open, id)->height(), 42) << id;
+        }
+        expectCleanLayout(open);
+    });
+    EXPECT_EQ(NotingDialog(kFormDialog).run(nullptr), 2);
+    script.expect(kListCaption, [](QDialog& open) {
+        auto* list = static_cast<QListWidget*>(child(open, kList));
+        EXPECT_GE(list->visualItemRect(list->item(0)).height(), 42);
+        EXPECT_GE(child(open, kAdd)->height(), 42);
+    });
+    NotingDialog dialog(kListDialog);
+    dialog.initialising = [](NotingDialog& d) {
+        d.control<QListWidget>(kList)->addItem(QStringLiteral("Row"));
+    };
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+}
+
+TEST_F(DialogTest, AMissingResourceModuleIsTriedAndToldAtEachRequest) {
+    const QTemporaryDir empty;
+    ResourceModule module(empty.path());
+    ResourceModule::use(&module);
+    for (int request = 0; request < 2; ++request) {
+        script.expect(QStringLiteral("Error"), [](QDialog& open) {
+            EXPECT_EQ(
+                static_cast<QMessageBox&>(open).text(),
+                QStringLiteral("Failed to load Res.dll\nPlease re-install the software")
+            );
+            QTest::keyClick(&open, Qt::Key_Return);
+        });
+        NotingDialog dialog(5001);
+        EXPECT_EQ(dialog.run(nullptr), 2);
+        EXPECT_THAT(dialog.log, IsEmpty());
+    }
+    ResourceModule::use(nullptr);
+}
+
+TEST_F(DialogTest, WhereNobodyMayBeAskedADialogEndsAtOnce) {
+    Modal::neverAsk(true);
+    NotingDialog dialog(kListDialog);
+    EXPECT_EQ(dialog.run(nullptr), 2);
+    EXPECT_EQ(NotingDialog(5001).run(nullptr), 2);
+    EXPECT_THAT(dialog.log, IsEmpty());
+}
+
+TEST_F(DialogTest, TheRequestToEndTheProgramCancelsWhatIsOpenInnermostFirst) {
+    NotingDialog outer(kListDialog);
+    NotingDialog inner(kFormDialog);
+    std::vector<int> results;
+    script.expect(kListCaption, [&](QDialog& open) { results.push_back(inner.run(&open)); });
+    script.expect(kFormCaption, [](QDialog&) {
+        EXPECT_EQ(Modal::depth(), 2);
+        Modal::requestEnd();
+    });
+    results.push_back(outer.run(nullptr));
+    EXPECT_THAT(results, ElementsAre(2, 2));
+    EXPECT_THAT(inner.log, ElementsAre("initialise", "cancel", "destroy"));
+    EXPECT_THAT(outer.log, ElementsAre("initialise", "cancel", "destroy"));
+    EXPECT_TRUE(Modal::endRequested());
+    EXPECT_EQ(Modal::depth(), 0);
+
+    // Remembered: nothing opens any more.
+    NotingDialog late(kListDialog);
+    EXPECT_EQ(late.run(nullptr), 2);
+    EXPECT_THAT(late.log, IsEmpty());
+}
+
+TEST_F(DialogTest, ADialogThatRefusesToBeCancelledEndsAllTheSame) {
+    class Refusing : public Dialog {
+    public:
+        using Dialog::Dialog;
+        void onCancel() override {}
+    };
+    script.expect(kListCaption, [](QDialog& open) {
+        open.reject();
+        EXPECT_TRUE(open.isVisible());
+        Modal::requestEnd();
+        EXPECT_FALSE(open.isVisible());
+    });
+    EXPECT_EQ(Refusing(kListDialog).run(nullptr), 2);
+}
+
+TEST_F(DialogTest, AParentThatIsDeletedUnderWayTakesItAlong) {
+    auto* parent = new QWidget;
+    script.expect(kListCaption, [parent](QDialog&) { parent->deleteLater(); });
+    NotingDialog dialog(kListDialog);
+    EXPECT_EQ(dialog.run(parent), 2);
+    EXPECT_EQ(dialog.widget(), nullptr);
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "support/dialog_script.h"
+#include "support/qt_app.h"
+#include "window/message_box.h"
+#include "window/modal.h"
+#include "window/screen_metrics.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+const QString kText = QStringLiteral("The number of frames must be 2 to 25, and the interval must "
+                                     "be 1 to 60 minutes");
+const QString kCaption = QStringLiteral("Raincast");
+
+class MessageBoxTest : public test::GuiTest {
+protected:
+    test::DialogScript script;
+
+    ~MessageBoxTest() override {
+        Modal::neverAsk(false);
+        Modal::forgetEnd();
+        ScreenMetrics::use(std::nullopt);
+    }
+};
+
+TEST_F(MessageBoxTest, ShowsItsTextCaptionAndIconUntilItIsClosed) {
+    script.expect(kCaption, [](QDialog& open) {
+        auto& box = static_cast<QMessageBox&>(open);
+        EXPECT_EQ(box.text(), kText);
+        EXPECT_EQ(box.icon(), QMessageBox::Critical);
+        QTest::keyClick(&open, Qt::Key_Return);
+        EXPECT_FALSE(open.isVisible());
+    });
+    messageBox(nullptr, kText, kCaption, MessageIcon::stop);
+}
+
+TEST_F(MessageBoxTest, ItsTextIsNoMarkup) {
+    script.expect(kCaption, [](QDialog& open) {
+        const auto* label = open.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    });
+    messageBox(nullptr, QStringLiteral("<b>folder</b>"), kCaption);
+}
+
+TEST_F(MessageBoxTest, OnANarrowScreenTheTextTakesTheRoomThereIs) {
+    ScreenMetrics screen;
+    screen.available = {240, 320};
+    ScreenMetrics::use(screen);
+    script.expect(kCaption, [](QDialog& open) {
+        const auto* label = open.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        EXPECT_GE(label->minimumWidth(), 140);
+        EXPECT_LE(open.minimumWidth(), 240);
+    });
+    messageBox(nullptr, kText, kCaption, MessageIcon::exclamation);
+}
+
+TEST_F(MessageBoxTest, NobodyIsAskedWhereNobodyMayBe) {
+    Modal::neverAsk(true);
+    messageBox(nullptr, kText, kCaption);
+    Modal::neverAsk(false);
+    Modal::requestEnd();
+    messageBox(nullptr, kText, kCaption);
+}
+
+TEST_F(MessageBoxTest, TheRequestToEndClosesIt) {
+    script.expect(kCaption, [](QDialog& open) {
+        Modal::requestEnd();
+        EXPECT_FALSE(open.isVisible());
+    });
+    messageBox(nullptr, kText, kCaption);
+    EXPECT_EQ(Modal::depth(), 0);
+}
+
+} // namespace
+} // namespace raincast
