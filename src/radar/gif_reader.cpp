@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <span>
@@ -117,16 +118,32 @@ bool readRows(GifFileType* gif, QImage& picture) {
     return true;
 }
 
-/// Whether every pixel names a colour that the file defines, or the transparent one.
-bool usesDefinedColours(const QImage& picture, std::size_t defined, int transparent) {
-    if (defined >= kTableSize) {
-        return true;
+/// All indices of a line, or-ed together, eight at a time.
+uchar orOf(const uchar* line, int width) {
+    std::uint64_t sum = 0;
+    int column = 0;
+    for (; column + 8 <= width; column += 8) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, line + column, sizeof eight);
+        sum |= eight;
     }
-    for (int row = 0; row < picture.height(); ++row) {
+    for (; column < width; ++column) {
+        sum |= line[column];
+    }
+    sum |= sum >> 32;
+    sum |= sum >> 16;
+    return static_cast<uchar>(sum | sum >> 8);
+}
+
+/// Whether every pixel names a colour that the file defines, or the transparent one. There are
+/// always a power of two colours, so that whole lines are told by the bits of their indices.
+bool usesDefinedColours(const QImage& picture, std::size_t defined, int transparent) {
+    for (int row = 0; defined < kTableSize && row < picture.height(); ++row) {
         const uchar* line = picture.constScanLine(row);
-        const bool good = std::all_of(line, line + picture.width(), [&](uchar index) {
-            return index < defined || index == transparent;
-        });
+        const bool good = orOf(line, picture.width()) < defined ||
+                          std::all_of(line, line + picture.width(), [&](uchar index) {
+                              return index < defined || index == transparent;
+                          });
         if (!good) {
             return false;
         }

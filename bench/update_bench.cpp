@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: MIT
-// How long the 25 downloads of an update take against curl fetching the same URLs over one
+// What an update of 25 frames costs. Its downloads against curl fetching the same URLs over one
 // connection from the same server: curl the program, as a user would run it, whose start costs some
-// milliseconds, and bare libcurl within this process, which has nothing to start.
+// milliseconds, and bare libcurl within this process, which has nothing to start. Then the whole
+// update, from listing to loaded frames, against bare libcurl and giflib's bare decoding.
 #include "net/http_transfer.h"
+#include "radar/frame_name.h"
+#include "radar/radar_update.h"
 #include "support/fault_server.h"
+#include "support/gif_maker.h"
 #include "support/peer_servers.h"
 #include "support/ratio.h"
 
 #include <QDir>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 #include <curl/curl.h>
+#include <gif_lib.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -28,7 +32,7 @@ namespace {
 using namespace raincast;
 
 constexpr int kFrames = 25;
-constexpr int kFrameBytes = 22'000;
+constexpr int kMinutesApart = 10;
 constexpr int kPairs = 60;
 constexpr double kAim = 1.1;
 
@@ -39,40 +43,46 @@ void require(bool success, const char* what) {
     }
 }
 
+const QString kSite = QStringLiteral("MUX");
+const QString kProduct = QStringLiteral("N0R");
+
 QString frameName(int frame) {
-    return QStringLiteral("MUX_20190519_%1_N0R.gif").arg(frame, 4, 10, QChar(u'0'));
+    const FileTime newest = fromCalendar({2019, 5, 19, 5, 54});
+    return frameFileName(kSite, newest - frame * kMinutesApart * kFileTimePerMinute, kProduct);
 }
 
+/// Rain in cells of a few pixels, another one in each frame, as compressible as published frames.
 QByteArray frameBytes(int frame) {
-    QRandomGenerator random(static_cast<quint32>(frame));
-    QByteArray bytes(kFrameBytes, '\0');
-    for (char& byte : bytes) {
-        byte = static_cast<char>(random.bounded(256));
-    }
-    return bytes;
+    return makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [frame](int column, int row) {
+                        const int cell = (column / 4 * 31 + row / 4 * 17 + frame * 7) % 97;
+                        return cell < 9 ? 1 + cell % 3 : 0;
+                    }});
 }
 
 /// nginx where it is installed, otherwise a server of our own with the bodies in memory.
 class FrameServer {
 public:
     FrameServer() {
-        const bool nginx = !NginxServer::program().isEmpty();
+        const QString listing = listingDirectory(kSite, kProduct);
+        QByteArray links;
+        require(QDir().mkpath(m_folder.path() + listing), "The frames' folder could not be made.");
         for (int frame = 0; frame < kFrames; ++frame) {
-            const QString name = frameName(frame);
-            if (nginx) {
-                QFile file(m_folder.filePath(name));
-                require(file.open(QIODevice::WriteOnly), "The frames could not be written.");
-                file.write(frameBytes(frame));
-            } else {
-                m_own.on(u'/' + name, answers::respond(200, frameBytes(frame)));
-            }
+            const QByteArray bytes = frameBytes(frame);
+            m_bytes += bytes.size();
+            QFile file(m_folder.path() + listing + frameName(frame));
+            require(file.open(QIODevice::WriteOnly), "The frames could not be written.");
+            file.write(bytes);
+            m_own.on(listing + frameName(frame), answers::respond(200, bytes));
+            links += '"' + frameName(frame).toLatin1() + '"';
         }
+        m_own.on(listing, answers::respond(200, links));
+        const bool nginx = !NginxServer::program().isEmpty();
         if (nginx) {
             m_nginx = std::make_unique<NginxServer>(m_folder.path());
             require(!m_nginx->host().isEmpty(), "nginx could not be started.");
         }
         std::printf(
-            "%d frames of %d bytes from %s\n", kFrames, kFrameBytes,
+            "%d frames of %lld bytes from %s\n", kFrames, static_cast<long long>(m_bytes / kFrames),
             nginx ? "nginx" : "a server in this process"
         );
     }
@@ -81,6 +91,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
+    qint64 m_bytes = 0;
     FaultServer m_own;
     std::unique_ptr<NginxServer> m_nginx;
 };
@@ -93,15 +104,20 @@ struct Download {
     std::string file;
 };
 
-/// All frames, into a folder of their own: an update fetches only frames that are not there yet.
-std::vector<Download> downloads(const QString& host, const QTemporaryDir& root) {
+/// A folder that was not used before: an update fetches only frames that are not there yet.
+QString freshFolder(const QTemporaryDir& root) {
     static int runs = 0;
     const QString folder = root.filePath(QString::number(++runs));
     require(QDir().mkpath(folder), "A folder could not be created.");
+    return folder;
+}
+
+std::vector<Download> downloads(const QString& host, const QTemporaryDir& root) {
+    const QString folder = freshFolder(root);
     std::vector<Download> all;
     for (int frame = 0; frame < kFrames; ++frame) {
-        const QString path = u'/' + frameName(frame);
-        const QString local = folder + path;
+        const QString path = listingDirectory(kSite, kProduct) + frameName(frame);
+        const QString local = folder + u'/' + frameName(frame);
         all.push_back({path, local, ("http://" + host + path).toStdString(), local.toStdString()});
     }
     return all;
@@ -148,6 +164,39 @@ void byBareLibcurl(const std::vector<Download>& all) {
     curl_easy_cleanup(easy);
 }
 
+class Silent : public RadarUpdateObserver {
+public:
+    void statusChanged(const QString& /*status*/) override {}
+    void repaint() override {}
+    void progress(int /*done*/, int /*wanted*/) override {}
+};
+
+void byUpdate(const QString& host, const QString& cache) {
+    RadarState state;
+    state.siteId = kSite;
+    state.cacheFolder = cache;
+    state.animate = true;
+    state.frameCount = kFrames;
+    state.frameInterval = kMinutesApart;
+    state.showWarnings = false;
+    Silent silent;
+    CHttpTransfer transfer(host, true, false);
+    require(RadarUpdate(state, silent).UpdateRadar(transfer), "The update failed.");
+    require(state.frames.size() == kFrames, "The update did not get all frames.");
+}
+
+// As an update does, keeps all of them decoded at once.
+void decodeBare(const std::vector<Download>& all) {
+    std::vector<GifFileType*> gifs;
+    for (const Download& one : all) {
+        gifs.push_back(DGifOpenFileName(one.file.c_str(), nullptr));
+        require(gifs.back() != nullptr && DGifSlurp(gifs.back()) == GIF_OK, "giflib failed.");
+    }
+    for (GifFileType* gif : gifs) {
+        DGifCloseFile(gif, nullptr);
+    }
+}
+
 void checkFiles(const std::vector<Download>& all) {
     for (int frame = 0; frame < kFrames; ++frame) {
         QFile file(all[static_cast<std::size_t>(frame)].localPath);
@@ -173,5 +222,13 @@ int main() {
     checkFiles(sample);
     printRatio("CHttpTransfer / curl, 25 downloads", ratioOf(kPairs, ours, program), kAim);
     printRatio("CHttpTransfer / bare libcurl, 25 downloads", ratioOf(kPairs, ours, library), kAim);
+
+    const auto update = [&] { byUpdate(host, freshFolder(folder)); };
+    const auto bare = [&] {
+        const std::vector<Download> all = downloads(host, folder);
+        byBareLibcurl(all);
+        decodeBare(all);
+    };
+    printRatio("UpdateRadar / bare libcurl and giflib", ratioOf(kPairs, update, bare), kAim);
     return 0;
 }
