@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+// Level III products rendered per second and core, beside the writing of the picture alone, which
+// nobody can do without; and the same for sample weather. Products are made here, of the size of
+// real ones; those of the folder RAINCAST_TEST_DATA are measured too where it is there.
+#include "server/frame_painter.h"
+#include "server/image_geometry.h"
+#include "server/level3_decoder.h"
+#include "server/sample_weather.h"
+#include "support/level3_maker.h"
+#include "support/ratio.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+using namespace raincast;
+
+constexpr int kPairs = 15;
+
+/// Rain in patches, whose colours a picture compresses about as well as real ones.
+std::uint8_t echo(int radial, int bin, int most) {
+    const int patch = (radial / 6 * 31 + bin / 8 * 17) % 97;
+    return static_cast<std::uint8_t>(patch < 30 ? 1 + patch * most / 30 : 0);
+}
+
+Level3ToMake product(int code, int radials, int bins, bool digital) {
+    Level3ToMake result;
+    result.code = code;
+    result.rows.clear();
+    for (int radial = 0; radial < radials; ++radial) {
+        Level3ToMake::Row row{radial * 3600 / radials, 3600 / radials, {}};
+        for (int bin = 0; bin < bins; ++bin) {
+            row.cells.push_back(echo(radial, bin, digital ? 200 : 14));
+        }
+        result.rows.push_back(row);
+    }
+    if (digital) {
+        result.thresholds = digitalThresholds(-320, 5);
+        result.picture = Level3ToMake::Picture::digital;
+        result.packed = true;
+    }
+    return result;
+}
+
+PolarScan decoded(const std::string& bytes) {
+    const Level3Result result = decodeLevel3(bytes);
+    if (!result.scan) {
+        std::fprintf(stderr, "%s\n", result.error.c_str());
+        std::exit(1);
+    }
+    return *result.scan;
+}
+
+/// From a file's bytes to the picture's, never at the place that was drawn last: what follows each
+/// other in a feed is of different sites as often as not.
+void measure(const std::string& name, const std::string& bytes) {
+    bool odd = false;
+    const auto render = [&] {
+        PolarScan scan = decoded(bytes);
+        scan.site.clear();
+        scan.latitude += odd ? 0.5 : 0;
+        odd = !odd;
+        static_cast<void>(renderFrame(scan, scan.product));
+    };
+    const Ratio ratio = ratioOf(kPairs, render, [] { static_cast<void>(emptyFrame()); });
+    std::printf(
+        "%-34s %7.1f a second and core, %5.1f times an empty picture\n", name.c_str(),
+        1000 / ratio.firstMilliseconds, ratio.median
+    );
+}
+
+void measureReal() {
+    const QDir folder(qEnvironmentVariable("RAINCAST_TEST_DATA") + "/level3");
+    for (const QString& name : folder.entryList(QDir::Files)) {
+        QFile file(folder.filePath(name));
+        if (file.open(QIODevice::ReadOnly)) {
+            measure(name.toStdString(), file.readAll().toStdString());
+        }
+    }
+}
+
+void measureSample(Product as) {
+    const SampleWeather weather;
+    const FileTime now = fromCalendar({2026, 11, 20, 10, 30});
+    const FileTime time = weather.frameTimes("TLX", as, now).back();
+    const Ratio ratio = ratioOf(
+        5, [&] { static_cast<void>(weather.frame("TLX", as, time)); },
+        [] { static_cast<void>(emptyFrame()); }
+    );
+    std::printf(
+        "sample %s %*.1f a second and core\n", std::string(codeOf(as)).c_str(), 31,
+        1000 / ratio.firstMilliseconds
+    );
+}
+
+} // namespace
+
+int main() {
+    measure("made: 16 levels, 360 x 230", makeLevel3(product(19, 360, 230, false)));
+    measure("made: digital, 360 x 460", makeLevel3(product(94, 360, 460, true)));
+    measure("made: digital, 720 x 1840", makeLevel3(product(153, 720, 1840, true)));
+    if (qEnvironmentVariableIsSet("RAINCAST_TEST_DATA")) {
+        measureReal();
+    }
+    for (const Product as : kAllProducts) {
+        measureSample(as);
+    }
+    return 0;
+}

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// Level III products from a folder that somebody else fills: whatever the bytes, decoding ends
+// within its limits, says either what is there or what is wrong, and what it gives can be drawn.
+#include "server/image_geometry.h"
+#include "server/level3_decoder.h"
+#include "server/rasteriser.h"
+
+#include <cstdlib>
+
+namespace {
+
+using namespace raincast;
+
+constexpr std::size_t kMostCells = 1'600'000; // 800 radials of 2000 bins
+
+bool isWhole(const PolarScan& scan) {
+    const auto rows = static_cast<std::size_t>(scan.rows);
+    const auto columns = static_cast<std::size_t>(scan.columns);
+    const bool radialsFit = scan.layout == CellLayout::raster || scan.radials.size() == rows;
+    return rows == 0 || (scan.cells.size() == rows * columns && radialsFit);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const Level3Result result = decodeLevel3({reinterpret_cast<const char*>(data), size});
+    if (result.scan.has_value() != result.error.empty()) {
+        std::abort();
+    }
+    if (!result.scan) {
+        return 0;
+    }
+    if (!isWhole(*result.scan) || result.scan->cells.size() > 2 * kMostCells) {
+        std::abort();
+    }
+    // Always the same picture, whose places are found once: the fuzzer then tries many products.
+    PolarScan scan = *result.scan;
+    scan.latitude = 35;
+    scan.longitude = -97;
+    static_cast<void>(rasterise(scan, ImageGeometry(35, -97, Range::shortRange)));
+    return 0;
+}
