@@ -24,6 +24,7 @@ namespace {
 
 // As std::vsnprintf does in the C locale. QString's own formatting differs in detail: a 0 through
 // "%.d" is a digit there.
+Q_ATTRIBUTE_FORMAT_PRINTF(1, 0)
 QString formatted(const char* format, va_list numbers) {
     static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t{});
     const locale_t users = uselocale(cLocale);

@@ -482,6 +482,10 @@ void expectCleanLayout(const QDialog& open) {
 }
 
 TEST_F(DialogTest, DialogUnitsFollowTheFont) {
+    ScreenMetrics screen;
+    screen.logPixelsY = 96;
+    screen.available = {2000, 2000};
+    ScreenMetrics::use(screen);
     QSize small;
     for (const int points : {9, 18}) {
         QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), points));

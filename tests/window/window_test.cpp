@@ -2,6 +2,7 @@
 #include "platform/busy_guard.h"
 #include "support/pointer.h"
 #include "support/qt_app.h"
+#include "window/device_pixels.h"
 #include "window/modal.h"
 #include "window/window.h"
 #include "window/window_map.h"
@@ -97,6 +98,10 @@ private:
     std::string m_name;
     Log& m_log;
 };
+
+std::string place(const QPoint& point) {
+    return std::to_string(point.x()) + "," + std::to_string(point.y());
+}
 
 class WindowTest : public test::GuiTest {
 protected:
@@ -298,7 +303,9 @@ TEST_F(WindowTest, ThePointersPlaceIsGivenInTheWidgetsOwnPixels) {
     log.clear();
     test::press(*child, {7, 9}, Qt::ShiftModifier);
     test::release(*child, {7, 9});
-    EXPECT_THAT(log, ElementsAre("w press 7,9 shift"));
+    // Above the widget's own device edge: neither Qt's rounded place nor the window's.
+    const QPoint expected = toDevicePixels(*child, QPointF(107, 59));
+    EXPECT_THAT(log, ElementsAre("w press " + place(expected) + " shift"));
 }
 
 TEST_F(WindowTest, OnlyTheLeftButtonCounts) {
@@ -327,12 +334,13 @@ TEST_F(WindowTest, ASecondFastPressIsADoubleClickOrAPressAsTheWindowWants) {
     test::show(*widget);
     log.clear();
     test::doubleClick(*widget, {5, 6});
-    EXPECT_THAT(log, ElementsAre("w press 5,6", "w double 5,6"));
+    const std::string at = place(toDevicePixels(*widget, QPointF(5, 6)));
+    EXPECT_THAT(log, ElementsAre("w press " + at, "w double " + at));
 
     window.attach(*widget, nullptr, Window::SecondPress::press);
     log.clear();
     test::doubleClick(*widget, {5, 6});
-    EXPECT_THAT(log, ElementsAre("w press 5,6", "w press 5,6"));
+    EXPECT_THAT(log, ElementsAre("w press " + at, "w press " + at));
 }
 
 TEST_F(WindowTest, AKeyPressIsAKeyDownAndThenACharacterForEachUnit) {

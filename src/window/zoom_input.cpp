@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "window/zoom_input.h"
+
+#include "window/device_pixels.h"
+
+#include <QCoreApplication>
+#include <QLineF>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QTouchEvent>
+#include <QWheelEvent>
+#include <QWidget>
+
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+// A notch of a usual wheel.
+constexpr int kAnglePerStep = QWheelEvent::DefaultDeltasPerStep;
+
+// A finger's scenePosition() counts from the window's frame with some window systems; its place on
+// the screen can be relied on.
+QPointF inWindow(const QWidget& widget, const QEventPoint& point) {
+    return widget.window()->mapFromGlobal(point.globalPosition());
+}
+
+void sendMouse(
+    QWidget& widget, QEvent::Type type, const QEventPoint& point, const QTouchEvent& touch
+) {
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held =
+        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent mouse(
+        type, point.position(), inWindow(widget, point), point.globalPosition(), button, held,
+        touch.modifiers(), Qt::MouseEventSynthesizedByApplication
+    );
+    QCoreApplication::sendEvent(&widget, &mouse);
+}
+
+} // namespace
+
+void ZoomInput::enable(QWidget& widget) {
+    widget.setAttribute(Qt::WA_AcceptTouchEvents);
+}
+
+std::optional<ZoomInput::Step> ZoomInput::handle(QWidget& widget, QEvent& event) {
+    std::optional<Step> step;
+    switch (event.type()) {
+    case QEvent::Wheel:
+        step = wheel(widget, static_cast<const QWheelEvent&>(event));
+        break;
+    case QEvent::NativeGesture:
+        step = gesture(widget, static_cast<const QNativeGestureEvent&>(event));
+        break;
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+        step = touch(widget, static_cast<const QTouchEvent&>(event));
+        break;
+    default:
+        return std::nullopt;
+    }
+    event.accept();
+    return step;
+}
+
+ZoomInput::Step ZoomInput::wheel(const QWidget& widget, const QWheelEvent& event) {
+    const int angle = event.angleDelta().y();
+    if ((angle > 0) != (m_wheelAngle > 0)) {
+        m_wheelAngle = 0; // turned back: what was left over counts no more
+    }
+    m_wheelAngle += angle;
+    const int steps = m_wheelAngle / kAnglePerStep;
+    m_wheelAngle -= steps * kAnglePerStep;
+    return {steps, toDevicePixels(widget, event.scenePosition())};
+}
+
+ZoomInput::Step ZoomInput::gesture(const QWidget& widget, const QNativeGestureEvent& event) {
+    int steps = 0;
+    if (event.gestureType() == Qt::BeginNativeGesture) {
+        m_scale = 1;
+    } else if (event.gestureType() == Qt::ZoomNativeGesture) {
+        steps = takeScale(1 + event.value());
+    }
+    return {steps, toDevicePixels(widget, event.scenePosition())};
+}
+
+// Half way to the next level, by the ratio that the eye sees, is a step.
+int ZoomInput::takeScale(double factor) {
+    if (!(factor > 0) || !std::isfinite(factor)) {
+        return 0;
+    }
+    m_scale *= factor;
+    int steps = 0;
+    for (; m_scale >= std::numbers::sqrt2; m_scale /= 2) {
+        ++steps;
+    }
+    for (; m_scale <= 1 / std::numbers::sqrt2; m_scale *= 2) {
+        --steps;
+    }
+    return steps;
+}
+
+ZoomInput::Step ZoomInput::touch(QWidget& widget, const QTouchEvent& event) {
+    const QEventPoint& first = event.points().first();
+    if (event.type() == QEvent::TouchBegin) {
+        m_distance = 0;
+        m_scale = 1;
+        m_pressed = event.pointCount() == 1;
+        if (m_pressed) {
+            sendMouse(widget, QEvent::MouseButtonPress, first, event);
+        }
+    } else if (m_pressed) {
+        const bool goesOn = event.type() == QEvent::TouchUpdate && event.pointCount() == 1;
+        m_pressed = goesOn;
+        sendMouse(widget, goesOn ? QEvent::MouseMove : QEvent::MouseButtonRelease, first, event);
+    }
+    return event.pointCount() == 2 ? pinch(widget, event) : Step{};
+}
+
+ZoomInput::Step ZoomInput::pinch(const QWidget& widget, const QTouchEvent& event) {
+    const auto& points = event.points();
+    const QLineF line(inWindow(widget, points[0]), inWindow(widget, points[1]));
+    const double before = std::exchange(m_distance, line.length());
+    const int steps = before > 0 ? takeScale(line.length() / before) : 0;
+    return {steps, toDevicePixels(widget, line.center())};
+}
+
+} // namespace raincast

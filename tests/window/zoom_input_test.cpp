@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "support/qt_app.h"
+#include "window/device_pixels.h"
+#include "window/window.h"
+#include "window/zoom_input.h"
+
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QTest>
+#include <QWheelEvent>
+#include <QWidget>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace raincast {
+namespace {
+
+using testing::ElementsAre;
+
+class ZoomingWindow : public Window {
+public:
+    std::vector<std::string> log;
+    ZoomInput zoom;
+
+    bool windowProcedure(QEvent& event) override {
+        if (const auto step = zoom.handle(*widget(), event)) {
+            EXPECT_TRUE(event.isAccepted());
+            lastPlace = step->place;
+            if (step->steps != 0) {
+                log.push_back("zoom " + std::to_string(step->steps));
+            }
+            return true;
+        }
+        if (event.type() == QEvent::MouseMove || event.type() == QEvent::MouseButtonRelease) {
+            const QPoint place = static_cast<QMouseEvent&>(event).position().toPoint();
+            const bool moved = event.type() == QEvent::MouseMove;
+            log.push_back((moved ? "move " : "release ") + std::to_string(place.x()));
+            event.accept();
+            return true;
+        }
+        return Window::windowProcedure(event);
+    }
+    void onLeftButton(bool, std::int16_t, std::int16_t, Qt::KeyboardModifiers) override {
+        log.push_back("press");
+    }
+
+    QPoint lastPlace;
+};
+
+class ZoomInputTest : public test::GuiTest {
+protected:
+    QWidget top;
+    QPointer<QWidget> child = new QWidget(&top);
+    ZoomingWindow window;
+
+    ZoomInputTest() {
+        top.resize(400, 300);
+        child->setGeometry(100, 50, 300, 250);
+        window.attach(*child);
+        ZoomInput::enable(*child);
+        test::show(top);
+        window.log.clear();
+    }
+
+    void turn(int angle) {
+        const QPointF place(20, 30);
+        QWheelEvent event(
+            place, child->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
+            Qt::NoScrollPhase, false
+        );
+        QCoreApplication::sendEvent(child, &event);
+    }
+
+    void pinchPad(Qt::NativeGestureType type, double value) {
+        const QPointF place(20, 30);
+        QNativeGestureEvent event(
+            type, QPointingDevice::primaryPointingDevice(), 2, place, place,
+            child->mapToGlobal(place), value, {}
+        );
+        QCoreApplication::sendEvent(child, &event);
+    }
+};
+
+TEST_F(ZoomInputTest, ANotchOfTheWheelIsAStep) {
+    turn(120);
+    turn(-240);
+    EXPECT_THAT(window.log, ElementsAre("zoom 1", "zoom -2"));
+}
+
+TEST_F(ZoomInputTest, AFineWheelAddsUpUntilItTurnsBack) {
+    turn(60);
+    turn(30);
+    turn(40);
+    EXPECT_THAT(window.log, ElementsAre("zoom 1"));
+    turn(100);
+    turn(-100);
+    turn(-20);
+    EXPECT_THAT(window.log, ElementsAre("zoom 1", "zoom -1"));
+}
+
+TEST_F(ZoomInputTest, APinchOnATouchPadIsAStepHalfWayToTheNextLevel) {
+    pinchPad(Qt::BeginNativeGesture, 0);
+    pinchPad(Qt::ZoomNativeGesture, 0.3);
+    EXPECT_TRUE(window.log.empty());
+    pinchPad(Qt::ZoomNativeGesture, 0.1);
+    EXPECT_THAT(window.log, ElementsAre("zoom 1"));
+    pinchPad(Qt::BeginNativeGesture, 0);
+    pinchPad(Qt::ZoomNativeGesture, -0.5);
+    EXPECT_THAT(window.log, ElementsAre("zoom 1", "zoom -1"));
+}
+
+TEST_F(ZoomInputTest, ScalesThatAreNoneCountNothing) {
+    pinchPad(Qt::ZoomNativeGesture, -1);
+    pinchPad(Qt::ZoomNativeGesture, std::numeric_limits<double>::infinity());
+    pinchPad(Qt::ZoomNativeGesture, std::numeric_limits<double>::quiet_NaN());
+    EXPECT_TRUE(window.log.empty());
+}
+
+TEST_F(ZoomInputTest, OneFingerIsTheLeftButton) {
+    static QPointingDevice* const screen = QTest::createTouchDevice();
+    QTest::touchEvent(child, screen).press(0, {10, 20});
+    QTest::touchEvent(child, screen).move(0, {15, 20});
+    QTest::touchEvent(child, screen).release(0, {16, 20});
+    EXPECT_THAT(window.log, ElementsAre("press", "move 15", "release 16"));
+}
+
+TEST_F(ZoomInputTest, TwoFingersPinchAndNoLongerPress) {
+    static QPointingDevice* const screen = QTest::createTouchDevice();
+    auto touch = QTest::touchEvent(child, screen, false);
+    touch.press(0, {100, 100}).commit();
+    touch.stationary(0).press(1, {120, 100}).commit();
+    touch.move(0, {90, 100}).move(1, {130, 100}).commit();
+    EXPECT_THAT(window.log, ElementsAre("press", "release 100", "zoom 1"));
+    const QPoint between = child->mapTo(&top, QPoint(110, 100));
+    EXPECT_EQ(window.lastPlace, toDevicePixels(*child, between));
+    touch.move(0, {100, 100}).move(1, {120, 100}).commit();
+    touch.release(0, {100, 100}).stationary(1).commit();
+    touch.move(1, {200, 100}).commit();
+    touch.release(1, {200, 100}).commit();
+    EXPECT_THAT(window.log, ElementsAre("press", "release 100", "zoom 1", "zoom -1"));
+}
+
+TEST_F(ZoomInputTest, FingersThatComeDownAgainStartAfresh) {
+    static QPointingDevice* const screen = QTest::createTouchDevice();
+    auto touch = QTest::touchEvent(child, screen, false);
+    for (const int distance : {20, 80}) {
+        touch.press(0, {100, 100}).press(1, {100 + distance, 100}).commit();
+        touch.release(0, {100, 100}).release(1, {100 + distance, 100}).commit();
+    }
+    EXPECT_TRUE(window.log.empty());
+}
+
+} // namespace
+} // namespace raincast
