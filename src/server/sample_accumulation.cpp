@@ -22,7 +22,9 @@ double rainMillimetresAnHour(double dbz) {
     if (dbz < kLeast) {
         return 0;
     }
-    return std::pow(std::pow(10, std::min(dbz, kHailCap) / 10) / 300, 1 / 1.4);
+    // Z is 10 ^ (dBZ / 10).
+    static const double logOf300 = std::log(300);
+    return std::exp((std::log(10) / 10 * std::min(dbz, kHailCap) - logOf300) / 1.4);
 }
 
 SampleAccumulation::SampleAccumulation(
@@ -39,7 +41,7 @@ SampleAccumulation::SampleAccumulation(
             std::min(step + kStepMinutes, lastMinute) - std::max(step, firstMinute);
         const double inchesPerMillimetreAnHour =
             static_cast<double>(minutes) / 60 / kMillimetresPerInch;
-        const SampleSky sky(climate, step, reachKm);
+        const SampleSky sky(climate, step, reachKm, SampleSky::Detail::coarse);
         auto node = m_inches.begin();
         for (int row = 0; row < m_nodes; ++row) {
             for (int column = 0; column < m_nodes; ++column, ++node) {

@@ -20,18 +20,6 @@ double latticeValue(std::uint64_t seed, std::int64_t x, std::int64_t y) {
 
 } // namespace
 
-// The finaliser of SplitMix64.
-std::uint64_t mixed(std::uint64_t value) {
-    value += 0x9E3779B97F4A7C15U;
-    value = (value ^ (value >> 30)) * 0xBF58476D1CE4E5B9U;
-    value = (value ^ (value >> 27)) * 0x94D049BB133111EBU;
-    return value ^ (value >> 31);
-}
-
-double asFraction(std::uint64_t bits) {
-    return static_cast<double>(bits >> 11) / 9007199254740992.0; // 2 to the 53rd
-}
-
 double Dice::between(double low, double high) {
     m_state = mixed(m_state);
     return low + (high - low) * asFraction(m_state);

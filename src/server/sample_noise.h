@@ -7,13 +7,21 @@ namespace raincast {
 
 /// Chance that is the same everywhere and always: numbers made of numbers, with nothing but
 /// integer arithmetic up to the last step.
-[[nodiscard]] std::uint64_t mixed(std::uint64_t value);
+[[nodiscard]] inline std::uint64_t mixed(std::uint64_t value) {
+    // The finaliser of SplitMix64.
+    value += 0x9E3779B97F4A7C15U;
+    value = (value ^ (value >> 30)) * 0xBF58476D1CE4E5B9U;
+    value = (value ^ (value >> 27)) * 0x94D049BB133111EBU;
+    return value ^ (value >> 31);
+}
 [[nodiscard]] inline std::uint64_t mixed(std::uint64_t seed, std::int64_t value) {
     return mixed(seed ^ mixed(static_cast<std::uint64_t>(value)));
 }
 
 /// 0 to below 1.
-[[nodiscard]] double asFraction(std::uint64_t bits);
+[[nodiscard]] inline double asFraction(std::uint64_t bits) {
+    return static_cast<double>(bits >> 11) / 9007199254740992.0; // 2 to the 53rd
+}
 
 /// A row of throws from one seed.
 class Dice {

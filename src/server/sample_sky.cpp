@@ -40,8 +40,10 @@ double lowestBeamHeightKm(double rangeKm) {
     return rangeKm * kSine + rangeKm * rangeKm / (2 * kBentEarthKm);
 }
 
-SampleSky::SampleSky(const SampleClimate& climate, std::int64_t minute, double reachKm)
-    : m_climate(climate), m_minute(static_cast<double>(minute)),
+SampleSky::SampleSky(
+    const SampleClimate& climate, std::int64_t minute, double reachKm, Detail detail
+)
+    : m_climate(climate), m_minute(static_cast<double>(minute)), m_detail(detail),
       m_lineAhead(towards(climate.lineAzimuth)),
       m_drift(m_minute * climate.steeringSpeed * towards(climate.steeringAzimuth)),
       m_storms(stormsAt(climate, m_minute, reachKm + 60)) {
@@ -66,8 +68,9 @@ SampleSky::SampleSky(const SampleClimate& climate, std::int64_t minute, double r
 double SampleSky::textureAt(PlaneVector place) const {
     const PlaneVector slow = place - m_drift;
     const PlaneVector fast = place - 1.15 * m_drift;
-    return .6 * fractalNoise(m_climate.seed + 11, slow.east / 9, slow.north / 9, 4) +
-           .6 * fractalNoise(m_climate.seed + 23, fast.east / 14, fast.north / 14, 3);
+    const bool fine = m_detail == Detail::fine;
+    return .6 * fractalNoise(m_climate.seed + 11, slow.east / 9, slow.north / 9, fine ? 4 : 2) +
+           .6 * fractalNoise(m_climate.seed + 23, fast.east / 14, fast.north / 14, fine ? 3 : 2);
 }
 
 double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) const {
@@ -99,6 +102,9 @@ double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) c
 
 /// A squall line's front with the steady rain that trails it.
 double SampleSky::lineDbz(const Line& line, PlaneVector place, double texture) const {
+    if (!mayReach(line, place)) {
+        return kNothing;
+    }
     const double along = place.dot(m_lineAhead.left());
     const double bend = 35 * smoothNoise(line.seed, along / 160, m_minute / 300) +
                         8 * smoothNoise(line.seed + 1, along / 28, m_minute / 60);
@@ -125,13 +131,15 @@ double SampleSky::linesDbz(PlaneVector place, double texture) const {
     return most;
 }
 
+/// Whether a place is within a line's reach however the line is bent there.
+bool SampleSky::mayReach(const Line& line, PlaneVector place) const {
+    const double cross = place.dot(m_lineAhead) - line.atKm;
+    return cross < kLineAheadKm + kMostBendKm && cross > -kLineBehindKm - kMostBendKm;
+}
+
 /// Whether any rain could fall at a place: far cheaper to say than how much.
 bool SampleSky::mayRain(PlaneVector place) const {
-    const double cross = place.dot(m_lineAhead);
-    const auto lineIsNear = [&](const Line& line) {
-        return cross - line.atKm < kLineAheadKm + kMostBendKm &&
-               cross - line.atKm > -kLineBehindKm - kMostBendKm;
-    };
+    const auto lineIsNear = [&](const Line& line) { return mayReach(line, place); };
     const auto cellIsNear = [&](const Cell& cell) {
         const PlaneVector offset = place - cell.place;
         const double reach = kCellReach * kMostWidening * cell.sizeKm;

@@ -12,8 +12,14 @@ namespace raincast {
 /// the antenna on the plane that keeps directions and distances.
 class SampleSky {
 public:
+    /// How small the texture of rain gets: for sums over a coarse grid the smallest is left out.
+    enum class Detail { fine, coarse };
+
     /// `reachKm`: how far from the antenna places will be.
-    SampleSky(const SampleClimate& climate, std::int64_t minute, double reachKm);
+    SampleSky(
+        const SampleClimate& climate, std::int64_t minute, double reachKm,
+        Detail detail = Detail::fine
+    );
 
     /// dBZ of what falls at a place: storms, squall lines and the steady rain behind them.
     /// kNothing where there is none.
@@ -57,6 +63,7 @@ private:
         std::uint64_t seed;
     };
 
+    [[nodiscard]] bool mayReach(const Line& line, PlaneVector place) const;
     [[nodiscard]] bool mayRain(PlaneVector place) const;
     [[nodiscard]] double clutterDbz(PlaneVector place) const;
     [[nodiscard]] double cellsDbz(PlaneVector place, double widening, double texture) const;
@@ -66,6 +73,7 @@ private:
 
     SampleClimate m_climate;
     double m_minute;
+    Detail m_detail;
     PlaneVector m_lineAhead; ///< the unit vector of the lines' way
     PlaneVector m_drift;     ///< how far texture has moved since 1970
     std::vector<SampleStorm> m_storms;
