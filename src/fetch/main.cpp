@@ -6,9 +6,12 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <iostream>
 
 int main(int argc, char** argv) {
+    // A limit on file sizes is a download that fails, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
     const bool isTerminal = isatty(STDERR_FILENO) == 1;
     const auto result =

@@ -5,6 +5,7 @@
 #include "radar/radar_update.h"
 #include "support/fault_server.h"
 #include "support/files.h"
+#include "support/full_disk.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
@@ -357,6 +358,17 @@ TEST_F(RadarUpdateTest, ACacheThatCannotBeWrittenIsTold) {
     writeFile(m_state.cacheFolder, "a file where the folder should be");
     EXPECT_FALSE(update());
     EXPECT_EQ(m_state.status, kNoFrame);
+}
+
+TEST_F(RadarUpdateTest, AFullDiskIsToldAndLeavesNoHalfFrame) {
+    publish({"20190519_0554"});
+    {
+        const FullDisk disk(50);
+        EXPECT_FALSE(update());
+    }
+    EXPECT_EQ(m_state.status, kNoFrame);
+    EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
+    EXPECT_TRUE(update());
 }
 
 TEST_F(RadarUpdateTest, UnlistedFramesAreNeverAskedFor) {
