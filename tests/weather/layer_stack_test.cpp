@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+// Compares what is drawn with the same drawn pixel by pixel, without any of the short cuts.
+#include "weather/layer_stack.h"
+#include "weather/shrink.h"
+
+#include <QPainter>
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+constexpr QRgb kPage = 0xFF123456;
+constexpr QRgb kBlack = 0xFF000000;
+const QSize kImage(70, 50);
+
+Bitmap ground() {
+    auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
+    for (int row = 0; row < kImage.height(); ++row) {
+        for (int column = 0; column < kImage.width(); ++column) {
+            image->setPixel(column, row, qRgb(column * 3, row * 5, 77));
+        }
+    }
+    return image;
+}
+
+/// Mostly transparent, with runs of colours.
+Bitmap echoes(quint32 seed, bool oneByte = true) {
+    QRandomGenerator random(seed);
+    auto image = std::make_shared<QImage>(kImage, QImage::Format_Indexed8);
+    QList<QRgb> table(256, kTransparentWhite);
+    table[1] = 0xFF00FF00;
+    table[2] = 0xFFFF0000;
+    table[3] = 0xFFFDFDFD;
+    image->setColorTable(table);
+    image->fill(0);
+    for (int i = 0; i < 60; ++i) {
+        const int row = random.bounded(kImage.height());
+        const int first = random.bounded(kImage.width());
+        const int end = std::min(kImage.width(), first + random.bounded(1, 20));
+        for (int column = first; column < end; ++column) {
+            image->setPixel(column, row, static_cast<uint>(1 + i % 3));
+        }
+    }
+    if (!oneByte) {
+        image->convertTo(QImage::Format_RGB32);
+    }
+    return image;
+}
+
+Bitmap overlay() {
+    auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
+    image->fill(kTransparentWhite);
+    for (int column = 0; column < kImage.width(); ++column) {
+        image->setPixel(column, column % kImage.height(), 0xFF0000FF);
+        image->setPixel(column, 20, 0xFF808000);
+    }
+    return image;
+}
+
+QRgb over(QRgb premultiplied, QRgb under) {
+    const int rest = 255 - qAlpha(premultiplied);
+    const auto channel = [rest](int above, int below) {
+        return above + (below * rest + 127) / 255;
+    };
+    return qRgb(
+        channel(qRed(premultiplied), qRed(under)), channel(qGreen(premultiplied), qGreen(under)),
+        channel(qBlue(premultiplied), qBlue(under))
+    );
+}
+
+/// The layers at a scale.
+struct Shrunken {
+    Shrunken(const LayerStack::Layers& layers, int shift) {
+        opaque = layers.ground || layers.overlay;
+        ground = layers.ground ? shrinkGround(*layers.ground, shift) : QImage();
+        echoes = layers.echoes ? shrinkEchoes(*layers.echoes, shift) : QImage();
+        lines = layers.overlay ? shrinkLines(*layers.overlay, shift) : QImage();
+    }
+    /// The colour of a pixel; kPage where nothing is.
+    [[nodiscard]] QRgb pixel(int column, int row) const {
+        QRgb colour = opaque ? kBlack : kPage;
+        if (!ground.isNull()) {
+            colour = ground.pixel(column, row);
+        }
+        const QRgb echo = echoes.isNull() ? 0 : echoes.pixel(column, row);
+        if (qAlpha(echo) != 0 && echo != kTransparentWhite) {
+            colour = echo;
+        }
+        return lines.isNull() ? colour : over(lines.pixel(column, row), colour);
+    }
+
+    bool opaque;
+    QImage ground;
+    QImage echoes;
+    QImage lines;
+};
+
+/// What a page of that size looks like.
+QImage expectedPage(
+    const LayerStack::Layers& layers, QSize page, const QRect& area, const ViewTransform& view
+) {
+    QImage result(page, QImage::Format_RGB32);
+    result.fill(kPage);
+    const int shift = std::max(view.zoom(), 0);
+    const Shrunken shrunken(layers, shift);
+    const QRect blocks(
+        0, 0, ((kImage.width() - 1) >> shift) + 1, ((kImage.height() - 1) >> shift) + 1
+    );
+    const QRect visible = area.intersected(result.rect());
+    for (int y = visible.top(); y <= visible.bottom(); ++y) {
+        for (int x = visible.left(); x <= visible.right(); ++x) {
+            const ImagePixel pixel = view.toImage({x, y});
+            const QPoint block(pixel.column >> shift, pixel.row >> shift);
+            if (blocks.contains(block)) {
+                result.setPixel(x, y, shrunken.pixel(block.x(), block.y()));
+            }
+        }
+    }
+    return result;
+}
+
+QImage drawn(LayerStack& stack, QSize page, const QRect& area, const ViewTransform& view) {
+    QImage result(page, QImage::Format_RGB32);
+    result.fill(kPage);
+    QPainter painter(&result);
+    stack.draw(painter, area, view);
+    return result;
+}
+
+struct Row {
+    const char* what;
+    LayerStack::Layers layers;
+};
+
+std::vector<Row> stacks() {
+    return {
+        {"all", {kImage, ground(), echoes(1), overlay()}},
+        {"echoes of 32 bits", {kImage, ground(), echoes(1, false), overlay()}},
+        {"no ground", {kImage, nullptr, echoes(2), overlay()}},
+        {"no lines", {kImage, ground(), echoes(3), nullptr}},
+        {"no echoes", {kImage, ground(), nullptr, overlay()}},
+        {"echoes only", {kImage, nullptr, echoes(4), nullptr}},
+        {"nothing", {kImage, nullptr, nullptr, nullptr}},
+    };
+}
+
+TEST(LayerStackTest, DrawsEveryZoomAndPlaceAsIfPixelByPixel) {
+    const QSize page(60, 48);
+    const QRect areas[] = {QRect(QPoint(0, 0), page), QRect(7, 5, 33, 29), QRect(-4, -4, 90, 90)};
+    for (const Row& row : stacks()) {
+        LayerStack stack;
+        stack.setLayers(row.layers);
+        for (int zoom = ViewTransform::kLeastZoom; zoom <= ViewTransform::kMostZoom; ++zoom) {
+            for (const ImagePixel origin :
+                 {ImagePixel{0, 0}, ImagePixel{-13, 8}, ImagePixel{31, 17}}) {
+                for (const QRect& area : areas) {
+                    ViewTransform view(zoom, {0, 0});
+                    view.placeOrigin({0, 0}, origin);
+                    EXPECT_EQ(
+                        drawn(stack, page, area, view), expectedPage(row.layers, page, area, view)
+                    ) << row.what
+                      << ", zoom " << zoom << ", origin " << origin.column;
+                }
+            }
+        }
+    }
+}
+
+TEST(LayerStackTest, AnotherFrameIsDrawn) {
+    LayerStack stack;
+    LayerStack::Layers layers{kImage, ground(), echoes(1), overlay()};
+    for (const int zoom : {0, 2}) {
+        const ViewTransform view(zoom, {0, 0});
+        for (const quint32 frame : {1U, 2U, 3U, 1U}) {
+            layers.echoes = echoes(frame);
+            stack.setLayers(layers);
+            EXPECT_EQ(
+                drawn(stack, kImage, QRect(QPoint(0, 0), kImage), view),
+                expectedPage(layers, kImage, QRect(QPoint(0, 0), kImage), view)
+            );
+        }
+    }
+}
+
+TEST(LayerStackTest, WhatIsDrawnIntoAPictureShows) {
+    LayerStack stack;
+    const LayerStack::Layers layers{kImage, nullptr, echoes(1), nullptr};
+    const ViewTransform view;
+    stack.setLayers(layers);
+    const QImage before = drawn(stack, kImage, QRect(QPoint(0, 0), kImage), view);
+    layers.echoes->fill(2);
+    stack.setLayers(layers);
+    const QImage after = drawn(stack, kImage, QRect(QPoint(0, 0), kImage), view);
+    EXPECT_NE(before, after);
+    EXPECT_EQ(after.pixel(5, 5), 0xFFFF0000);
+}
+
+TEST(LayerStackTest, ALayerSmallerThanTheImageLeavesTheRest) {
+    auto small = std::make_shared<QImage>(10, 10, QImage::Format_RGB32);
+    small->fill(qRgb(1, 2, 3));
+    LayerStack stack;
+    stack.setLayers({kImage, small, nullptr, nullptr});
+    const QImage page = drawn(stack, kImage, QRect(QPoint(0, 0), kImage), ViewTransform());
+    EXPECT_EQ(page.pixel(9, 9), qRgb(1, 2, 3));
+    EXPECT_EQ(page.pixel(10, 9), kBlack);
+    EXPECT_EQ(page.pixel(9, 10), kBlack);
+}
+
+TEST(LayerStackTest, FarAwayNothingIsDrawn) {
+    LayerStack stack;
+    stack.setLayers({kImage, ground(), echoes(1), overlay()});
+    QImage page(kImage, QImage::Format_RGB32);
+    page.fill(kPage);
+    const QImage empty = page;
+    for (const int zoom : {-2, 0, 4}) {
+        for (const std::int32_t far : {INT32_MIN, -100000, 100000, INT32_MAX}) {
+            const ViewTransform view(zoom, {far, far});
+            EXPECT_EQ(drawn(stack, kImage, QRect(QPoint(0, 0), kImage), view), empty);
+        }
+    }
+}
+
+} // namespace
+} // namespace raincast
