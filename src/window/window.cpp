@@ -127,7 +127,7 @@ bool Window::windowProcedure(QEvent& event) {
 }
 
 void Window::attach(QWidget& widget, QWidget* client, SecondPress secondPress) {
-    WindowMap::instance().attach(*this, widget, client != nullptr ? *client : widget, secondPress);
+    WindowMap::instance().attach(*this, widget, client, secondPress);
 }
 
 void Window::startTimer(int id, int milliseconds) {

@@ -55,8 +55,9 @@ public:
     virtual bool windowProcedure(QEvent& event);
 
     /// Binds this object to a widget, in front of those bound to it already. `client` is the
-    /// widget whose size is the window's client area: the widget itself when null, the central
-    /// widget of a main window.
+    /// widget whose size is the window's client area, the central widget of a main window; null
+    /// for the one that an earlier object named, or else the widget itself. A second fast press is
+    /// a press for all objects of the widget as soon as one of them wants it so.
     void attach(
         QWidget& widget, QWidget* client = nullptr,
         SecondPress secondPress = SecondPress::doubleClick

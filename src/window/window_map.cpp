@@ -35,22 +35,25 @@ WindowMap& WindowMap::instance() {
 }
 
 void WindowMap::attach(
-    Window& window, QWidget& widget, QWidget& client, Window::SecondPress secondPress
+    Window& window, QWidget& widget, QWidget* client, Window::SecondPress secondPress
 ) {
     detach(window);
     const bool first = m_bindings.find(&widget) == m_bindings.end();
     Binding& binding = m_bindings[&widget];
     binding.windows.push_back(&window);
-    binding.client = &client;
-    binding.secondPress = secondPress;
     window.m_widget = &widget;
+    if (secondPress == Window::SecondPress::press) {
+        binding.secondPress = secondPress;
+    }
     if (first) {
+        binding.client = &widget;
         widget.installEventFilter(this);
         connect(&widget, &QObject::destroyed, this, &WindowMap::unbind);
     }
-    if (&client != &widget) {
-        m_clients[&client] = &widget;
-        client.installEventFilter(this);
+    if (client != nullptr && client != &widget) {
+        binding.client = client;
+        m_clients[client] = &widget;
+        client->installEventFilter(this);
     }
 }
 

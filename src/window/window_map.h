@@ -20,7 +20,7 @@ class WindowMap : public QObject {
 public:
     [[nodiscard]] static WindowMap& instance();
 
-    void attach(Window& window, QWidget& widget, QWidget& client, Window::SecondPress secondPress);
+    void attach(Window& window, QWidget& widget, QWidget* client, Window::SecondPress secondPress);
 
     /// Unbinds one object; nothing if it is not bound.
     void detach(Window& window);

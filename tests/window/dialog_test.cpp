@@ -597,6 +597,45 @@ TEST_F(DialogTest, AMissingResourceModuleIsTriedAndToldAtEachRequest) {
     ResourceModule::use(nullptr);
 }
 
+// A module as rcc writes it (format 1) whose one resource is "dialogs/5001".
+QByteArray moduleWith(const QByteArray& content) {
+    const auto number = [](qsizetype value) {
+        return QByteArray::number(value, 16).rightJustified(8, '0');
+    };
+    const qsizetype data = 20;
+    const qsizetype names = data + 4 + content.size();
+    const qsizetype tree = names + 34;
+    const QByteArray header = "71726573" + number(1) + number(tree) + number(data) + number(names);
+    return QByteArray::fromHex(
+        header + number(content.size()) + content.toHex() +
+        "00070af83523006400690061006c006f006700730004000383310035003000300031"
+        "0000000000020000000100000001"
+        "0000000000020000000100000002"
+        "0000001400000000000100000000"
+    );
+}
+
+TEST_F(DialogTest, ADialogOfTheResourceModuleRunsLikeAnyOther) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("Res.rcc")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(moduleWith(
+        R"({"caption": "Vector", "size": [80, 40],
+            "controls": [{"id": 1044, "kind": "edit", "place": [4, 4, 70, 14]}]})"
+    ));
+    file.close();
+    ResourceModule module(folder.path());
+    ResourceModule::use(&module);
+    script.expect(QStringLiteral("Vector"), [](QDialog& open) {
+        EXPECT_NE(qobject_cast<QLineEdit*>(child(open, kName)), nullptr);
+        clickOn(open, Dialog::kOk);
+    });
+    EXPECT_EQ(NotingDialog(5001).run(nullptr), 1);
+    // The module is there, but has no such dialog: nothing to tell the user.
+    EXPECT_EQ(NotingDialog(5002).run(nullptr), 2);
+    ResourceModule::use(nullptr);
+}
+
 TEST_F(DialogTest, WhereNobodyMayBeAskedADialogEndsAtOnce) {
     Modal::neverAsk(true);
     NotingDialog dialog(kListDialog);

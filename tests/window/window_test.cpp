@@ -387,6 +387,21 @@ TEST_F(WindowTest, AWindowWithAClientAreaTellsOnlyThatOnesSize) {
     EXPECT_THAT(log, ElementsAre("w size 280x150"));
 }
 
+TEST_F(WindowTest, AnObjectThatNamesNoClientAreaLeavesTheOneThatIsNamed) {
+    auto* client = new QWidget(widget);
+    NotingWindow mainWindow("main", log);
+    NotingWindow application("application", log);
+    mainWindow.attach(*widget, client, Window::SecondPress::press);
+    application.attach(*widget);
+    test::show(*widget);
+    log.clear();
+    client->resize(280, 150);
+    EXPECT_THAT(log, ElementsAre("application size 280x150", "main size 280x150"));
+    log.clear();
+    test::doubleClick(*widget, {5, 6});
+    EXPECT_THAT(log, testing::Each(testing::HasSubstr("press")));
+}
+
 TEST_F(WindowTest, ATimerFiresUntilItIsStoppedOrTheWindowDestroyed) {
     NotingWindow window("w", log);
     window.attach(*widget);
