@@ -91,15 +91,34 @@ void LayerStack::draw(QPainter& painter, const QRect& area, const ViewTransform&
     m_composited += part;
 
     const PagePoint place = view.toPage({part.left() << shift, part.top() << shift});
-    const int blockSide = 1 << std::max(-view.zoom(), 0);
-    if (blockSide == 1) {
-        painter.drawImage(QPoint(place.x, place.y), m_composite, part);
-        return;
+    const QPoint topLeft(place.x, place.y);
+    if (view.zoom() >= 0) {
+        painter.drawImage(topLeft, m_composite, part);
+    } else {
+        drawBlocks(painter, area, topLeft, part, 1 << -view.zoom());
     }
-    painter.save();
-    painter.setClipRect(area, Qt::IntersectClip);
-    painter.drawImage(QRect(QPoint(place.x, place.y), part.size() * blockSide), m_composite, part);
-    painter.restore();
+}
+
+/// Draws each pixel of a part of the composite as a block, a row of blocks at a time, so that what
+/// is written is still at hand when it is copied.
+void LayerStack::drawBlocks(
+    QPainter& painter, const QRect& area, QPoint place, const QRect& part, int side
+) const {
+    QImage strip(part.width() * side, side, m_composite.format());
+    for (int row = part.top(); row <= part.bottom(); ++row) {
+        const auto* from =
+            reinterpret_cast<const QRgb*>(m_composite.constScanLine(row)) + part.left();
+        auto* to = reinterpret_cast<QRgb*>(strip.scanLine(0));
+        for (int column = 0; column < part.width(); ++column) {
+            std::fill_n(to + column * side, side, from[column]);
+        }
+        for (int copy = 1; copy < side; ++copy) {
+            std::copy_n(to, strip.width(), reinterpret_cast<QRgb*>(strip.scanLine(copy)));
+        }
+        const QPoint corner = place + QPoint(0, (row - part.top()) * side);
+        const QRect shown = strip.rect().translated(corner).intersected(area);
+        painter.drawImage(shown.topLeft(), strip, shown.translated(-corner));
+    }
 }
 
 /// Brings the pictures that all frames share to a scale.

@@ -46,6 +46,8 @@ private:
     };
 
     void useScale(int shift);
+    void drawBlocks(QPainter& painter, const QRect& area, QPoint place, const QRect& part, int side)
+        const;
     void composite(const QRect& part);
     void compositeLine(int row, int first, int end);
     void drawEchoes(QRgb* to, int row, int first, int end) const;

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// What drawing the full stack costs (fill, layers, blit), at the sizes of handhelds to large
+// screens and at several zooms, against a memcpy of the same buffer.
+#include "support/ratio.h"
+#include "weather/layer_stack.h"
+
+#include <QPainter>
+
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+using namespace raincast;
+
+const QSize kImage(600, 550);
+constexpr int kFrames = 6;
+constexpr int kPairs = 40;
+
+Bitmap ground() {
+    auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
+    for (int row = 0; row < kImage.height(); ++row) {
+        for (int column = 0; column < kImage.width(); ++column) {
+            image->setPixel(column, row, qRgb(column % 200, row % 200, 90));
+        }
+    }
+    return image;
+}
+
+/// Rain in cells, a tenth of the image.
+Bitmap frame(int number) {
+    auto image = std::make_shared<QImage>(kImage, QImage::Format_Indexed8);
+    QList<QRgb> table(256, kTransparentWhite);
+    for (int i = 1; i < 16; ++i) {
+        table[i] = qRgb(i * 16, 255 - i * 16, 0);
+    }
+    image->setColorTable(table);
+    image->fill(0);
+    for (int row = 0; row < kImage.height(); ++row) {
+        for (int column = 0; column < kImage.width(); ++column) {
+            const int cell = (column / 25 * 31 + row / 25 * 17 + number) % 97;
+            if (cell < 10) {
+                image->setPixel(column, row, static_cast<uint>(1 + cell));
+            }
+        }
+    }
+    return image;
+}
+
+/// Lines a county apart.
+Bitmap overlay() {
+    auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
+    image->fill(kTransparentWhite);
+    for (int row = 0; row < kImage.height(); ++row) {
+        for (int column = 0; column < kImage.width(); ++column) {
+            if (column % 40 == 0 || row % 40 == 0) {
+                image->setPixel(column, row, 0xFF404040);
+            }
+        }
+    }
+    return image;
+}
+
+/// A page: its off-screen buffer and the screen that it is copied to.
+class Page {
+public:
+    explicit Page(QSize size)
+        : m_buffer(size, QImage::Format_RGB32), m_screen(size, QImage::Format_RGB32),
+          m_plain(static_cast<std::size_t>(m_buffer.sizeInBytes())) {}
+
+    void paint(LayerStack& stack, const ViewTransform& view) {
+        {
+            QPainter painter(&m_buffer);
+            painter.fillRect(m_buffer.rect(), Qt::white);
+            stack.draw(painter, m_buffer.rect(), view);
+        }
+        QPainter(&m_screen).drawImage(0, 0, m_buffer);
+    }
+    void copy() { std::memcpy(m_plain.data(), m_buffer.constBits(), m_plain.size()); }
+
+private:
+    QImage m_buffer;
+    QImage m_screen;
+    std::vector<uchar> m_plain;
+};
+
+void measure(QSize size, int zoom) {
+    LayerStack::Layers layers{kImage, ground(), nullptr, overlay()};
+    std::vector<Bitmap> frames;
+    for (int i = 0; i < kFrames; ++i) {
+        frames.push_back(frame(i));
+    }
+    layers.echoes = frames[0];
+    LayerStack stack;
+    stack.setLayers(layers);
+    ViewTransform view(zoom, {0, 0});
+    view.placeOrigin({size.width() / 2, size.height() / 2}, {300, 275});
+    Page page(size);
+    const auto copy = [&page] { page.copy(); };
+    int next = 0;
+    const auto step = [&] {
+        layers.echoes = frames[static_cast<std::size_t>(next++ % kFrames)];
+        stack.setLayers(layers);
+        page.paint(stack, view);
+    };
+    // Everything a pan shows has been shown before.
+    const auto pan = [&] {
+        const int offset = next++ % 8;
+        view.placeOrigin({size.width() / 2, size.height() / 2}, {300 + 4 * offset, 275});
+        page.paint(stack, view);
+    };
+    char what[80];
+    std::snprintf(
+        what, sizeof what, "%dx%d, zoom %d: animation step / memcpy", size.width(), size.height(),
+        zoom
+    );
+    for (int i = 0; i < kFrames; ++i) {
+        step();
+    }
+    printRatio(what, ratioOf(kPairs, step, copy), 3);
+    std::snprintf(
+        what, sizeof what, "%dx%d, zoom %d: pan / memcpy", size.width(), size.height(), zoom
+    );
+    for (int i = 0; i < 8; ++i) {
+        pan();
+    }
+    printRatio(what, ratioOf(kPairs, pan, copy), 4);
+}
+
+} // namespace
+
+int main() {
+    for (const QSize size :
+         {QSize(240, 320), QSize(800, 700), QSize(1920, 1080), QSize(3840, 2160)}) {
+        for (const int zoom : {-2, 0, 2}) {
+            measure(size, zoom);
+        }
+    }
+    return 0;
+}
