@@ -30,8 +30,8 @@ double rainMillimetresAnHour(double dbz) {
 SampleAccumulation::SampleAccumulation(
     const SampleClimate& climate, std::int64_t firstMinute, std::int64_t lastMinute, double reachKm
 )
-    : m_nodes(2 * static_cast<int>(std::ceil(reachKm / kNodeKm)) + 1),
-      m_reachKm(kNodeKm * (m_nodes / 2)),
+    : m_halfNodes(static_cast<int>(std::ceil(reachKm / kNodeKm))), m_nodes(2 * m_halfNodes + 1),
+      m_reachKm(kNodeKm * m_halfNodes),
       m_inches(static_cast<std::size_t>(m_nodes) * static_cast<std::size_t>(m_nodes), 0.F) {
     // Steps stand at fixed minutes, so that what one picture counts the next one counts too. The
     // last one counts as far as it has come.
@@ -54,7 +54,9 @@ SampleAccumulation::SampleAccumulation(
 }
 
 double SampleAccumulation::atNode(int column, int row) const {
-    return m_inches[static_cast<std::size_t>(row * m_nodes + column)];
+    return m_inches
+        [static_cast<std::size_t>(row) * static_cast<std::size_t>(m_nodes) +
+         static_cast<std::size_t>(column)];
 }
 
 double SampleAccumulation::inchesAt(PlaneVector place) const {

@@ -24,7 +24,8 @@ public:
 private:
     [[nodiscard]] double atNode(int column, int row) const;
 
-    int m_nodes; ///< along each edge
+    int m_halfNodes; ///< from the middle to each edge
+    int m_nodes;     ///< along each edge
     double m_reachKm;
     std::vector<float> m_inches;
 };

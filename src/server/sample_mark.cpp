@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "server/sample_mark.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -21,9 +22,8 @@ constexpr int kTop = kFrameHeight - 10 - kLetterHeight * kScale;
 
 void fill(IndexedPicture& picture, int left, int top, int size, std::uint8_t index) {
     for (int row = top; row < top + size; ++row) {
-        for (int column = left; column < left + size; ++column) {
-            picture[static_cast<std::size_t>(row * kFrameWidth + column)] = index;
-        }
+        const auto begin = picture.begin() + std::ptrdiff_t{row} * kFrameWidth + left;
+        std::fill(begin, begin + size, index);
     }
 }
 

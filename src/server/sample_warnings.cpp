@@ -55,7 +55,8 @@ WarningPolygon polygonFor(const AntennaPosition& antenna, const SampleStorm& sto
 std::vector<WarningPolygon>
 sampleWarnings(const AntennaPosition& antenna, Range range, FileTime time) {
     const double reachKm = range == Range::longRange ? 460 : 230;
-    const auto minute = static_cast<double>((time - kUnixEpoch) / kFileTimePerMinute);
+    const FileTime wholeMinutes = (time - kUnixEpoch) / kFileTimePerMinute;
+    const auto minute = static_cast<double>(wholeMinutes);
     std::vector<WarningPolygon> warnings;
     for (const SampleStorm& storm : stormsAt(sampleClimate(antenna.id), minute, reachKm)) {
         // A storm's warnings follow each other from its birth on.
