@@ -4,12 +4,12 @@
 #include "window/events.h"
 
 #include <QPointer>
+#include <QWidget> // widget() converts
 
 #include <cstdint>
 
 class QPaintDevice;
 class QRegion;
-class QWidget;
 
 namespace raincast {
 

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "persist/serializable.h"
+#include "window/window.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QMenu;
+
+namespace raincast {
+
+class CommandSet;
+class EmptyHint;
+class PageMenu;
+class ZoomInput;
+
+/// An application that shows one page at a time out of a list of pages, which the user orders,
+/// renames, switches off, adds and deletes. It owns the pages, keeps their commands in the page
+/// menu while they are current, and hands them what happens in its window: commands, keys,
+/// characters, menus that open, sizes and zooming.
+///
+/// It is bound to the main window by attach(); until then it holds pages but must not show one.
+class CAppPaged : public Window, public CSerializable {
+public:
+    class Page;               ///< paged/page.h
+    class PageType;           ///< paged/page_type.h
+    class GlobalSettingsType; ///< paged/global_settings_type.h
+    class CDlgPages;          ///< paged/dlg_pages.h
+
+    using PageList = std::vector<std::unique_ptr<Page>>;
+    using Position = std::size_t; ///< in the page list
+
+    CAppPaged();
+    /// Destroys the pages; one that is current is deactivated first.
+    ~CAppPaged() override;
+
+    /// Binds the application to its main window, whose pages are shown in `client` (the central
+    /// widget of a main window, or the window itself). `pageMenu` is the menu that holds the
+    /// entries of paged/page_commands.h; those that are missing are done without. All four are
+    /// borrowed and must live until the window is destroyed.
+    void attach(QWidget& window, QWidget& client, CommandSet& commands, QMenu& pageMenu);
+
+    [[nodiscard]] const PageList& pages() const { return m_pages; }
+    [[nodiscard]] Page* current() const { return m_current; }
+    [[nodiscard]] std::optional<Position> positionOf(const Page* page) const;
+
+    /// Adds a page at the end of the list; it is not shown by that.
+    Page& append(std::unique_ptr<Page> page);
+
+    /// Shows a page, enabled or not; none (or no position of the list) shows no page. The page
+    /// shown until now is deactivated first, even if it is the same one.
+    void select(std::optional<Position> position);
+
+    /// The enabled page that follows the current one, none at the end of the list. Without a
+    /// current page it is the first enabled one.
+    [[nodiscard]] std::optional<Position> nextEnabled() const;
+    /// The enabled page before the current one; none at the start, or without a current page.
+    [[nodiscard]] std::optional<Position> previousEnabled() const;
+
+    /// Show those; nothing changes if there is none.
+    void nextPage();
+    void previousPage();
+    /// Shows the first enabled page behind the current one, from the start of the list behind its
+    /// end; nothing changes if no other page is enabled. Without a current page: the first one.
+    void nextEnabledWithWrap();
+
+    /// Destroys all pages. No page is current afterwards.
+    void clear();
+
+    /// Destroys all pages, has the default ones created and shows the first enabled one.
+    void restoreDefaultPages();
+
+    /// Lets the user choose a page type over `parent`, and appends and shows a page of it. False,
+    /// with the list as it was, if the user chose none or the page could not be created.
+    bool addPage(QWidget* parent);
+
+    /// Swaps a page with its neighbour behind it; nothing if there is none.
+    void swapWithNext(Position position);
+    /// Destroys a page and takes it out of the list. If it is the current one, none is current
+    /// then.
+    void remove(Position position);
+
+    /// Destroys the pages that there are, reads the list and shows its first page, enabled or not.
+    [[nodiscard]] bool Read(CSerialReader& reader) override;
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+
+    void onCommand(int id, QWidget* control, int notification) override;
+    void onSize(int width, int height) override;
+    bool windowProcedure(QEvent& event) override;
+
+protected:
+    /// Appends the default pages to the list, which is empty. The default appends none.
+    virtual void createDefaultPages();
+
+private:
+    void runPagesDialog();
+    void onKey(int key);
+    void onMenuPopup(QMenu& menu);
+    [[nodiscard]] bool onZoom(QEvent& event);
+    void deactivateCurrent();
+    void updateHint();
+
+    PageList m_pages;
+    Page* m_current = nullptr;
+    QPointer<QWidget> m_client;
+    CommandSet* m_commands = nullptr;
+    QPointer<QMenu> m_menu;
+    std::unique_ptr<PageMenu> m_pageMenu;
+    std::unique_ptr<EmptyHint> m_hint;
+    std::unique_ptr<ZoomInput> m_zoomInput;
+};
+
+} // namespace raincast

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "paged/page.h"
+
+#include "paged/page_commands.h"
+#include "paged/page_type.h"
+#include "persist/record_reader.h"
+#include "persist/record_writer.h"
+#include "window/command_set.h"
+#include "window/menu_merger.h"
+
+#include <QMenu>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+// Longer names come from a damaged file only, and would stall the layout of menus and lists.
+constexpr qsizetype kMostCharacters = MenuMerger::kMostCharacters;
+
+bool breaksLine(QChar unit) {
+    const QChar::Category category = unit.category();
+    return category == QChar::Other_Control || category == QChar::Separator_Line ||
+           category == QChar::Separator_Paragraph;
+}
+
+} // namespace
+
+CAppPaged::Page::Page(const PageType* pageType) : m_pageType(pageType) {}
+
+CAppPaged::Page::~Page() {
+    unmergeMenus();
+}
+
+bool CAppPaged::Page::Read(CSerialReader& reader) {
+    CRecordReader record(reader);
+    record.string(m_name);
+    std::uint8_t enabled = m_enabled ? 1 : 0;
+    record.valueWithin<std::uint8_t>(enabled, 0, 1);
+    m_enabled = enabled != 0;
+    record.end();
+    return true;
+}
+
+bool CAppPaged::Page::Write(CSerialWriter& writer) const {
+    CRecordWriter record(writer);
+    record.string(m_name);
+    record.value<std::uint8_t>(m_enabled ? 1 : 0);
+    return record.end();
+}
+
+bool CAppPaged::Page::command(int /*id*/, int /*notification*/) {
+    return false;
+}
+
+void CAppPaged::Page::contentChanged() {}
+void CAppPaged::Page::size(int /*width*/, int /*height*/) {}
+
+bool CAppPaged::Page::keyDown(int /*key*/) {
+    return false;
+}
+
+bool CAppPaged::Page::character(char16_t /*unit*/) {
+    return false;
+}
+
+void CAppPaged::Page::menuPopUp(QMenu& /*menu*/) {}
+
+bool CAppPaged::Page::zoom(int /*steps*/, const QPoint& /*place*/) {
+    return false;
+}
+
+QString CAppPaged::Page::shownName() const {
+    const bool named = !m_name.isEmpty() || m_pageType == nullptr;
+    QString shown = named ? m_name : m_pageType->name();
+    if (shown.size() > kMostCharacters) {
+        shown = shown.left(kMostCharacters - 1) + QChar(0x2026);
+    }
+    std::replace_if(shown.begin(), shown.end(), breaksLine, u' ');
+    return shown;
+}
+
+void CAppPaged::Page::addMenu(int menuId) {
+    if (menuId != 0 && std::find(m_menus.begin(), m_menus.end(), menuId) == m_menus.end()) {
+        m_menus.push_back(menuId);
+        menusChanged();
+    }
+}
+
+void CAppPaged::Page::removeMenu(int menuId) {
+    const auto found = std::find(m_menus.begin(), m_menus.end(), menuId);
+    if (found != m_menus.end()) {
+        m_menus.erase(found);
+        menusChanged();
+    }
+}
+
+void CAppPaged::Page::menusChanged() {
+    if (m_merged != nullptr && m_pageMenu) {
+        CommandSet& commands = *m_commands;
+        QMenu& pageMenu = *m_pageMenu;
+        unmergeMenus();
+        mergeMenus(commands, pageMenu);
+    }
+}
+
+void CAppPaged::Page::mergeMenus(CommandSet& commands, QMenu& pageMenu) {
+    m_commands = &commands;
+    m_pageMenu = &pageMenu;
+    m_merged = std::make_unique<MenuMerger>(kPageEntriesPlace);
+    for (const int menuId : m_menus) {
+        m_merged->add(commands.load(menuId));
+    }
+    m_merged->merge(pageMenu);
+}
+
+// The menus go once control is back in the event loop: it may be an entry of theirs that was
+// chosen, and their event handlers are then still running.
+void CAppPaged::Page::unmergeMenus() {
+    if (m_merged == nullptr) {
+        return;
+    }
+    m_merged->unmerge();
+    std::shared_ptr<MenuMerger> merged = std::move(m_merged);
+    if (m_pageMenu) {
+        QTimer::singleShot(0, m_pageMenu, [merged = std::move(merged)] {});
+    }
+    m_commands = nullptr;
+    m_pageMenu = nullptr;
+}
+
+} // namespace raincast

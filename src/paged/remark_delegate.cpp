@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "paged/remark_delegate.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QStyle>
+
+namespace raincast {
+
+namespace {
+
+QString remarkOf(const QModelIndex& index) {
+    return index.data(RemarkDelegate::kRemarkRole).toString();
+}
+
+// The room that a remark takes off its row, its distance from the text included.
+int remarkWidth(const QStyleOptionViewItem& option, const QModelIndex& index) {
+    const QString remark = remarkOf(index);
+    const int space = option.fontMetrics.averageCharWidth();
+    return remark.isEmpty() ? 0 : option.fontMetrics.horizontalAdvance(remark) + 2 * space;
+}
+
+} // namespace
+
+void RemarkDelegate::paint(
+    QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index
+) const {
+    QStyleOptionViewItem row = option;
+    initStyleOption(&row, index);
+    const QStyle& style = row.widget != nullptr ? *row.widget->style() : *QApplication::style();
+    const QRect textRect = style.subElementRect(QStyle::SE_ItemViewItemText, &row, row.widget);
+    const int room = textRect.width() - remarkWidth(row, index);
+    row.text = row.fontMetrics.elidedText(row.text, Qt::ElideRight, room);
+    style.drawControl(QStyle::CE_ItemViewItem, &row, painter, row.widget);
+
+    const bool selected = (row.state & QStyle::State_Selected) != 0;
+    const QRect place = textRect.adjusted(0, 0, -row.fontMetrics.averageCharWidth(), 0);
+    painter->save();
+    painter->setFont(row.font);
+    style.drawItemText(
+        painter, place, Qt::AlignRight | Qt::AlignVCenter, row.palette,
+        (row.state & QStyle::State_Enabled) != 0, remarkOf(index),
+        selected ? QPalette::HighlightedText : QPalette::Text
+    );
+    painter->restore();
+}
+
+QSize RemarkDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(remarkWidth(option, index), 0);
+}
+
+} // namespace raincast
