@@ -37,6 +37,9 @@ const Speed* findSpeed(int baud) {
 }
 
 QString systemError() {
+    if (errno == ENOTTY) {
+        return QStringLiteral("Not a serial device");
+    }
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "gps/position_source_address.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace raincast {
+
+/// Which source of positions the user wants, as PositionSourceAddress::parse reads it; an empty
+/// text means none. His choice is kept in the settings as "position_source" of "CPositionSource".
+class CPositionSource {
+public:
+    /// What is in use: this run's source if there is one, or else the user's choice.
+    [[nodiscard]] static const QString& text();
+
+    /// The address of what is in use. Empty when there is none, and when the text makes no sense:
+    /// then `error`, if given, says why.
+    [[nodiscard]] static std::optional<PositionSourceAddress> address(QString* error = nullptr);
+
+    /// The user's choice, kept from now on. Replaces a source that was meant for this run only.
+    static void choose(const QString& text);
+
+    /// A source for this run, never saved.
+    static void useForThisRun(const QString& text);
+
+private:
+    class Persistant;
+};
+
+} // namespace raincast

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "gps/position_source_setting.h"
+#include "persist/persistant_data.h"
+#include "platform/registry_store.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+class PositionSourceSettingTest : public testing::Test {
+protected:
+    void TearDown() override { CPositionSource::choose(QString()); }
+
+    RegistryStore store() const {
+        return {
+            folder.filePath(QStringLiteral("machine.json")),
+            folder.filePath(QStringLiteral("user.json"))};
+    }
+    void save() const {
+        RegistryStore registry = store();
+        ASSERT_TRUE(PersistantData::saveAll(registry, QStringLiteral("Raincast_1")));
+    }
+    void load() const {
+        RegistryStore registry = store();
+        PersistantData::loadAll(registry, QStringLiteral("Raincast_1"));
+    }
+    std::string saved() const {
+        const auto value = store().string(
+            RegistryStore::Branch::User,
+            QStringLiteral("Software/Quorvane/Raincast_1/CPositionSource"),
+            QStringLiteral("position_source")
+        );
+        return value ? value->toStdString() : "(none)";
+    }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(PositionSourceSettingTest, WithoutAChoiceThereIsNone) {
+    load();
+    EXPECT_TRUE(CPositionSource::text().isEmpty());
+    QString error;
+    EXPECT_FALSE(CPositionSource::address(&error));
+    EXPECT_TRUE(error.isEmpty());
+}
+
+TEST_F(PositionSourceSettingTest, TheChoiceIsKept) {
+    CPositionSource::choose(QStringLiteral("udp:10110"));
+    save();
+    EXPECT_EQ(saved(), "udp:10110");
+    CPositionSource::choose(QString());
+    load();
+    EXPECT_EQ(CPositionSource::address()->port, 10110);
+}
+
+TEST_F(PositionSourceSettingTest, ASourceForThisRunIsNeverSaved) {
+    CPositionSource::choose(QStringLiteral("udp:10110"));
+    CPositionSource::useForThisRun(QStringLiteral("gpsd:"));
+    EXPECT_EQ(CPositionSource::address()->kind, PositionSourceAddress::Kind::Gpsd);
+    save();
+    EXPECT_EQ(saved(), "udp:10110");
+    load();
+    EXPECT_EQ(CPositionSource::text(), QStringLiteral("gpsd:")) << "whenever it was given";
+
+    CPositionSource::choose(QStringLiteral("udp:10111"));
+    EXPECT_EQ(CPositionSource::address()->port, 10111);
+    save();
+    EXPECT_EQ(saved(), "udp:10111");
+}
+
+TEST_F(PositionSourceSettingTest, ATextThatMakesNoSenseIsSaid) {
+    CPositionSource::choose(QStringLiteral("udp:x"));
+    QString error;
+    EXPECT_FALSE(CPositionSource::address(&error));
+    EXPECT_EQ(
+        error.toStdString(),
+        "\"udp:x\" is no source of positions: the port \"x\" is not a number from 1 to 65535"
+    );
+}
+
+} // namespace
+} // namespace raincast
