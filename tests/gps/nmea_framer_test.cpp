@@ -45,8 +45,10 @@ TEST_F(NmeaFramerTest, TakesOneSentenceOverManyReads) {
 }
 
 TEST_F(NmeaFramerTest, SkipsWhatIsBetweenSentences) {
-    const std::string binary("\xb5\x62\x00\x01\xff", 5);
-    EXPECT_THAT(feed("# text\n" + binary + "$A\r\n" + binary + "\n"), ElementsAre("$A"));
+    using namespace std::string_view_literals;
+    EXPECT_THAT(
+        feed("# text\n\xb5\x62\x00\x01\xff$A\r\n\xb5\x62\x00\x01\xff\n"sv), ElementsAre("$A")
+    );
     EXPECT_EQ(counters.junkBytes, 6U + 5U + 5U);
     EXPECT_EQ(counters.garbled, 0U);
 }
