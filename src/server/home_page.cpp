@@ -74,7 +74,9 @@ QByteArray statePaths(const MapData& maps) {
     for (const Inset& inset : kInsets) {
         for (const MapLine& line : maps.borders(inset.box)) {
             const GeoBox box = boxAround(line.points);
-            const bool isSpeck = (box.east - box.west) * inset.unitsPerDegree < 2 &&
+            // Small islands; a short piece of a border is wanted.
+            const bool isSpeck = line.points.front() == line.points.back() &&
+                                 (box.east - box.west) * inset.unitsPerDegree < 2 &&
                                  (box.north - box.south) * inset.unitsPerDegree < 2;
             const bool isInside = inset.box.contains({box.south, box.west}) &&
                                   inset.box.contains({box.north, box.east});

@@ -37,7 +37,7 @@ svg path { fill: none; stroke: #9aa39b; stroke-width: .8; vector-effect: non-sca
 svg circle { fill: #22588a; stroke: #fff; stroke-width: 1; }
 svg a:hover circle, svg a:focus circle { fill: #d07a00; }
 svg a.on circle { fill: #c3271b; }
-#list { columns: 15em; margin: 12px 0 0; padding: 0; list-style: none; max-height: 420px; overflow: auto; font-size: 13.5px; }
+#list { display: grid; grid-template-columns: repeat(auto-fill, minmax(14em, 1fr)); margin: 12px 0 0; padding: 0; list-style: none; max-height: 400px; overflow-y: auto; font-size: 13.5px; }
 #list a { color: #22588a; text-decoration: none; }
 #list a:hover { text-decoration: underline; }
 #list a.on { font-weight: bold; color: #c3271b; }

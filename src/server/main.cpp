@@ -12,32 +12,45 @@ namespace {
 
 using namespace raincast;
 
-int run(const ServeOptions& options, StopSignals& signals) {
+int serve(int argc, char** argv, const ServeOptions& options, StopSignals& signals) {
+    // Qt draws the layers' text; it needs no display for that.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
     return static_cast<int>(runServer(options, signals, std::cout));
 }
 
-int run(const RenderOptions& options, StopSignals&) {
+int render(const RenderOptions& options) {
     return renderCommand(
         options.file.toStdString(), options.outFile.toStdString(), std::cout, std::cerr
     );
 }
 
-int run(const ServerAnswer& answer, StopSignals&) {
-    (answer.wrongUsage ? std::cerr << "raincast-server: " : std::cout)
-        << answer.text.toStdString() << (answer.wrongUsage ? "\n" : "");
-    return static_cast<int>(answer.wrongUsage ? ServerExit::wrongUsage : ServerExit::good);
+int say(const ServerAnswer& answer) {
+    if (answer.wrongUsage) {
+        std::cerr << "raincast-server: " << answer.text.toStdString() << '\n';
+        return static_cast<int>(ServerExit::wrongUsage);
+    }
+    std::cout << answer.text.toStdString();
+    return static_cast<int>(ServerExit::good);
+}
+
+/// Without windows: most of what can be asked for needs none.
+auto readArguments(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return readServerOptions(QCoreApplication::arguments());
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    const auto wanted = readArguments(argc, argv);
+    if (const auto* const answer = std::get_if<ServerAnswer>(&wanted)) {
+        return say(*answer);
+    }
+    if (const auto* const options = std::get_if<RenderOptions>(&wanted)) {
+        return render(*options);
+    }
     // Before the first thread, which inherits that signals wait.
     StopSignals signals;
-    // Qt draws the layers' text; it needs no display for that.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    return std::visit(
-        [&signals](const auto& wanted) { return run(wanted, signals); },
-        readServerOptions(QGuiApplication::arguments())
-    );
+    return serve(argc, argv, std::get<ServeOptions>(wanted), signals);
 }

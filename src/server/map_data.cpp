@@ -54,8 +54,8 @@ QString npmFile(const QString& mapDataFolder, const QString& name) {
 
 QByteArray contentsOf(const QString& path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.size() <= kMostBytes ? file.readAll()
-                                                                       : QByteArray();
+    const bool isOpen = !path.isEmpty() && file.open(QIODevice::ReadOnly);
+    return isOpen && file.size() <= kMostBytes ? file.readAll() : QByteArray();
 }
 
 } // namespace

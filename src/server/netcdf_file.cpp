@@ -3,6 +3,7 @@
 
 #include <QFile>
 
+#include <hdf5.h>
 #include <netcdf.h>
 
 namespace raincast {
@@ -20,6 +21,9 @@ int variableId(int file, const std::string& name) {
 } // namespace
 
 NetcdfFile::NetcdfFile(const QString& path) {
+    // The library below tells of everything it does not find on standard error unless each thread
+    // forbids it: a server whose error output nobody reads would come to a halt.
+    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
     if (nc_open(QFile::encodeName(path).constData(), NC_NOWRITE, &m_id) != NC_NOERR) {
         m_id = -1;
     }

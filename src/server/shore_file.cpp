@@ -159,8 +159,10 @@ std::vector<MapLine> readRivers(const QString& file, const GeoBox& box) {
         const GeoBox binBox = rivers.boxOf(bin);
         rivers.forEachSegment(bin, [&](std::size_t segment, int level) {
             const int count = segment < counts.size() ? counts[segment] & 0xFFFF : 0;
-            lines.push_back({level, rivers.points(segment, static_cast<std::size_t>(count), binBox)}
-            );
+            auto points = rivers.points(segment, static_cast<std::size_t>(count), binBox);
+            if (points.size() > 1) {
+                lines.push_back({level, std::move(points)});
+            }
         });
     }
     return lines;

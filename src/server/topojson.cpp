@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <climits>
+
 namespace raincast {
 
 namespace {
@@ -13,7 +15,7 @@ namespace {
 /// backwards: its complement.
 void collectArcs(const QJsonValue& arcs, std::vector<bool>& used) {
     if (arcs.isDouble()) {
-        const int number = arcs.toInt();
+        const int number = arcs.toInt(INT_MAX);
         const auto index = static_cast<std::size_t>(number < 0 ? ~number : number);
         if (index < used.size()) {
             used[index] = true;

@@ -101,6 +101,7 @@ public:
             setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
         });
         set_tcp_nodelay(true);
+        set_keep_alive_max_count(static_cast<std::size_t>(m_limits.requestsPerConnection));
         set_pre_routing_handler([this](const auto& request, auto& response) {
             respond(request, response);
             return HandlerResponse::Handled;

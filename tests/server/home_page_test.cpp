@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "radar/sites.h"
+#include "server/home_page.h"
+#include "server/map_data.h"
+#include "support/files.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+TEST(HomePageTest, HasEverySiteOnTheMapAndInTheList) {
+    const QByteArray page = homePage(MapData(MapDataFiles()), false);
+    for (const RadarSite& site : radarSites()) {
+        const QByteArray mark = "data-site=\"" + site.idText().toUtf8() + '"';
+        EXPECT_EQ(page.count(mark), 2) << mark.constData();
+    }
+    EXPECT_EQ(page.count("<circle"), 155);
+}
+
+TEST(HomePageTest, SaysThatItIsSampleWeather) {
+    const MapData maps{MapDataFiles()};
+    EXPECT_TRUE(homePage(maps, true).contains("Sample weather"));
+    EXPECT_FALSE(homePage(maps, false).contains("Sample weather"));
+}
+
+TEST(HomePageTest, LeavesNoPlaceEmpty) {
+    const QByteArray page = homePage(MapData(MapDataFiles()), true);
+    EXPECT_FALSE(QRegularExpression("@[A-Z]+@").match(page).hasMatch());
+}
+
+TEST(HomePageTest, AsksForNothingOutsideOfTheTree) {
+    const QByteArray page = homePage(MapData(MapDataFiles()), true);
+    for (const char* const loaded : {"src=\"http", "src=\"//", "@import", "<link", "url("}) {
+        EXPECT_FALSE(page.contains(loaded)) << loaded;
+    }
+    // Links are relative, so that a tree published below a folder has them right.
+    EXPECT_FALSE(page.contains("href=\"/"));
+}
+
+TEST(HomePageTest, DrawsTheStates) {
+    const QTemporaryDir folder;
+    MapDataFiles files;
+    files.borders = folder.filePath("borders.json");
+    writeFile(
+        files.borders,
+        R"({"objects":{"states":{"arcs":[0]}},"arcs":[[[-100,40],[-95,40],[-95,35]]]})"
+    );
+    EXPECT_TRUE(homePage(MapData(files), false).contains("d=\"M"));
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "server/server_options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::variant<ServeOptions, RenderOptions, ServerAnswer> read(QStringList arguments) {
+    arguments.prepend("raincast-server");
+    return readServerOptions(arguments);
+}
+
+ServeOptions serving(const QStringList& arguments) {
+    const auto result = read(arguments);
+    const auto* const options = std::get_if<ServeOptions>(&result);
+    EXPECT_NE(options, nullptr) << qPrintable(arguments.join(u' '));
+    return options == nullptr ? ServeOptions() : *options;
+}
+
+TEST(ServerOptionsTest, ServesSampleWeatherOnLoopbackByDefault) {
+    const ServeOptions options = serving({});
+    EXPECT_EQ(options.listen, (ListenAddress{"127.0.0.1", 8155}));
+    EXPECT_EQ(options.level3Folder, QString());
+    EXPECT_EQ(options.hours, 4);
+    EXPECT_FALSE(options.endWithParent);
+}
+
+TEST(ServerOptionsTest, TakesEverything) {
+    const ServeOptions options = serving(
+        {"--listen", "0.0.0.0:80", "--level3", "feed", "--hours", "0", "--publish", "www",
+         "--sites", "lwx,MUX", "--once", "--roads", "r.shp", "--map-data", "m", "--cache", "c",
+         "--end-with-parent", "--quiet"}
+    );
+    EXPECT_EQ(options.listen, (ListenAddress{"0.0.0.0", 80}));
+    EXPECT_EQ(options.level3Folder, "feed");
+    EXPECT_EQ(options.hours, 0);
+    EXPECT_EQ(options.publishFolder, "www");
+    EXPECT_EQ(options.publishSites, (QStringList{"LWX", "MUX"}));
+    EXPECT_TRUE(options.once);
+    EXPECT_EQ(options.roadsFile, "r.shp");
+    EXPECT_EQ(options.mapDataFolder, "m");
+    EXPECT_EQ(options.cacheFolder, "c");
+    EXPECT_TRUE(options.endWithParent);
+    EXPECT_TRUE(options.quiet);
+}
+
+TEST(ServerOptionsTest, WhoPublishesListensOnlyIfHeSaysSo) {
+    EXPECT_FALSE(serving({"--publish", "www"}).listen);
+    EXPECT_TRUE(serving({"--publish", "www", "--listen", "[::1]:0"}).listen);
+}
+
+TEST(ServerOptionsTest, Renders) {
+    const auto result = read({"render", "in", "out.gif"});
+    const auto* const render = std::get_if<RenderOptions>(&result);
+    ASSERT_NE(render, nullptr);
+    EXPECT_EQ(render->file, "in");
+    EXPECT_EQ(render->outFile, "out.gif");
+}
+
+TEST(ServerOptionsTest, AnswersForHelpAndVersion) {
+    const auto help = std::get<ServerAnswer>(read({"--help"}));
+    EXPECT_FALSE(help.wrongUsage);
+    EXPECT_THAT(help.text.toStdString(), HasSubstr("--level3"));
+    EXPECT_EQ(
+        std::get<ServerAnswer>(read({"--version"})).text,
+        QStringLiteral("raincast-server " RAINCAST_VERSION "\n")
+    );
+}
+
+struct WrongRow {
+    QStringList arguments;
+    const char* text;
+};
+
+class WrongServerOptionsTest : public ::testing::TestWithParam<WrongRow> {};
+
+TEST_P(WrongServerOptionsTest, AreNamed) {
+    const auto result = read(GetParam().arguments);
+    const auto* const answer = std::get_if<ServerAnswer>(&result);
+    ASSERT_NE(answer, nullptr);
+    EXPECT_TRUE(answer->wrongUsage);
+    EXPECT_THAT(answer->text.toStdString(), HasSubstr(GetParam().text));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Usages, WrongServerOptionsTest,
+    ::testing::Values(
+        WrongRow{{"--nothing"}, "nothing"}, WrongRow{{"render", "in"}, "render FILE OUT.gif"},
+        WrongRow{{"serve"}, "render FILE OUT.gif"},
+        WrongRow{{"--sample", "--level3", "d"}, "exclude"}, WrongRow{{"--hours", "49"}, "0 to 48"},
+        WrongRow{{"--hours", "x"}, "0 to 48"}, WrongRow{{"--hours", "-1"}, "0 to 48"},
+        WrongRow{{"--hours", "0"}, "--level3"}, WrongRow{{"--once"}, "--publish"},
+        WrongRow{{"--sites", "LWX"}, "--publish"},
+        WrongRow{{"--publish", "d", "--sites", "LWX,XXX"}, "no site XXX"},
+        WrongRow{{"--listen", "8155"}, "ADDRESS:PORT"}
+    )
+);
+
+TEST(ListenAddressTest, TakesAddressAndPort) {
+    EXPECT_EQ(readListenAddress("127.0.0.1:8155"), (ListenAddress{"127.0.0.1", 8155}));
+    EXPECT_EQ(readListenAddress("[::1]:0"), (ListenAddress{"::1", 0}));
+    EXPECT_EQ(readListenAddress("radar.home:65535"), (ListenAddress{"radar.home", 65535}));
+}
+
+TEST(ListenAddressTest, TakesNothingElse) {
+    for (const char* text :
+         {"", ":", ":80", "a:", "a", "a:65536", "a:-1", "a:x", "::1:80", "[]:80", "a: 80x"}) {
+        EXPECT_FALSE(readListenAddress(text)) << text;
+    }
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+// Runs the program itself, and lets the viewer's engine work against it.
+#include "geo/geo_reference.h"
+#include "net/http_transfer.h"
+#include "radar/basemaps.h"
+#include "radar/products.h"
+#include "radar/radar_update.h"
+#include "radar/sites.h"
+#include "support/files.h"
+#include "support/level3_maker.h"
+#include "support/loopback.h"
+
+#include <QDeadlineTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+constexpr int kDeadline = 120'000; // milliseconds; nothing takes that long
+
+/// A view that looks at nothing.
+class BlindView : public RadarView {
+public:
+    void statusChanged(const QString&) override {}
+    void repaint() override {}
+    void progress(int, int) override {}
+    [[nodiscard]] ImagePixel centrePixel() const override { return {}; }
+    [[nodiscard]] GeoPosition centrePosition() const override { return {}; }
+    [[nodiscard]] GeoReference& geoReference() override { return reference; }
+    void geoReferenceChanged(GeoPosition) override {}
+    bool changeSite(const QString&) override { return false; }
+    void showWaiting(bool) override {}
+    void contentChanged() override {}
+
+    GeoReference reference;
+};
+
+class ServerProgramTest : public ::testing::Test {
+protected:
+    ~ServerProgramTest() override {
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.kill();
+            m_process.waitForFinished(kDeadline);
+        }
+    }
+
+    void prepare(const QStringList& arguments) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_CACHE_HOME", m_folder.filePath("cache"));
+        m_process.setProcessEnvironment(environment);
+        m_process.setProgram(QStringLiteral(RAINCAST_SERVER_PROGRAM));
+        m_process.setArguments(arguments);
+    }
+
+    /// Starts a server at a free port and waits until it says that it is ready.
+    void start(const QStringList& arguments = {}) {
+        keepLoopbackFromProxies();
+        prepare(QStringList{"--listen", "127.0.0.1:0", "--quiet"} + arguments);
+        m_process.start();
+        m_ready = readLine();
+        const qsizetype colon = m_ready.lastIndexOf(':');
+        m_host = loopbackHost(m_ready.mid(colon + 1).chopped(2).toInt());
+    }
+
+    QByteArray readLine() {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(kDeadline)) {
+        }
+        return m_process.readLine();
+    }
+
+    /// Runs it to its end; its exit status.
+    int run(const QStringList& arguments) {
+        prepare(arguments);
+        m_process.start();
+        EXPECT_TRUE(m_process.waitForFinished(kDeadline));
+        EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
+        return m_process.exitCode();
+    }
+
+    [[nodiscard]] QByteArray get(const QString& path) const {
+        CHttpTransfer transfer(m_host, true, false);
+        const QString file = m_folder.filePath("body");
+        QFile::remove(file);
+        EXPECT_TRUE(transfer.DownloadToFile(path, file)) << qPrintable(path);
+        return readFile(file);
+    }
+
+    QTemporaryDir m_folder;
+    QProcess m_process;
+    QByteArray m_ready;
+    QString m_host;
+};
+
+TEST_F(ServerProgramTest, SaysWhenItIsReadyAndEndsOnSigterm) {
+    start();
+    EXPECT_THAT(m_ready.toStdString(), StartsWith("Serving sample weather at http://127.0.0.1:"));
+    EXPECT_THAT(get("/").toStdString(), HasSubstr("<!DOCTYPE html>"));
+    EXPECT_THAT(get("/status").toStdString(), HasSubstr("\"source\": \"sample\""));
+    m_process.terminate();
+    ASSERT_TRUE(m_process.waitForFinished(kDeadline));
+    EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(m_process.exitCode(), 0);
+}
+
+TEST_F(ServerProgramTest, TheViewersEngineWorksAgainstIt) {
+    start();
+    BlindView view;
+    // Every twentieth site with another product each; the site table is in order of states.
+    for (std::size_t i = 0; i < kRadarSiteCount; i += 20) {
+        RadarState state;
+        state.cacheFolder = m_folder.filePath("viewer");
+        state.product = static_cast<int>(i / 20 % kRadarProductCount);
+        state.animate = true;
+        state.frameCount = 3;
+        Basemaps maps;
+        const QString site = radarSites()[i].idText().toString();
+        EXPECT_TRUE(LoadBasemaps(state, {}, maps, view, {m_host, m_host}, site, true))
+            << qPrintable(site);
+        EXPECT_EQ(state.status, QString()) << qPrintable(site);
+        EXPECT_EQ(state.frames.size(), 3U);
+        for (const RadarFrame& frame : state.frames) {
+            ASSERT_NE(frame.bitmap, nullptr);
+            EXPECT_EQ(frame.bitmap->size(), QSize(600, 550));
+        }
+        ASSERT_NE(maps.topo, nullptr);
+        EXPECT_TRUE(view.reference.valid());
+        const double distance =
+            std::abs(view.reference.referenceLongitude() - double(radarSites()[i].longitude));
+        EXPECT_LT(distance, 5) << qPrintable(site);
+    }
+}
+
+TEST_F(ServerProgramTest, ServesTheProductsOfAFolder) {
+    const QString feed = m_folder.filePath("feed");
+    writeFile(feed + "/first", QByteArray::fromStdString(makeLevel3({})));
+    start({"--level3", feed, "--hours", "0"});
+    const QString listing = "/ridge/RadarImg/N0R/TLX/";
+    const QByteArray name = "TLX_20130520_2016_N0R.gif";
+    // It is rendered at once, but not before the server is ready.
+    while (!get(listing).contains('"' + name + '"')) {
+    }
+    EXPECT_THAT(get(listing + name).toStdString(), StartsWith("GIF89a"));
+    // What is put there later comes by itself.
+    Level3ToMake later;
+    later.second += 600;
+    writeFile(feed + "/later", QByteArray::fromStdString(makeLevel3(later)));
+    while (!get(listing).contains("\"TLX_20130520_2026_N0R.gif\"")) {
+    }
+}
+
+TEST_F(ServerProgramTest, PublishesOnce) {
+    const QString root = m_folder.filePath("www");
+    const QString feed = m_folder.filePath("feed");
+    writeFile(feed + "/product", QByteArray::fromStdString(makeLevel3({})));
+    EXPECT_EQ(
+        run({"--level3", feed, "--hours", "0", "--publish", root, "--sites", "TLX", "--once"}), 0
+    );
+    EXPECT_EQ(namesIn(root + "/ridge/RadarImg/N0R/TLX"), "TLX_20130520_2016_N0R.gif index.html");
+    EXPECT_EQ(namesIn(root), ".layers index.html ridge status weather_radar");
+}
+
+TEST_F(ServerProgramTest, RendersAProduct) {
+    const QString product = m_folder.filePath("product");
+    const QString gif = m_folder.filePath("out.gif");
+    writeFile(product, QByteArray::fromStdString(makeLevel3({})));
+    EXPECT_EQ(run({"render", product, gif}), 0);
+    EXPECT_THAT(readFile(gif).toStdString(), StartsWith("GIF89a"));
+    EXPECT_TRUE(QFile::exists(m_folder.filePath("out.gfw")));
+    writeFile(product, "no product");
+    EXPECT_EQ(run({"render", product, gif}), 1);
+    EXPECT_EQ(m_process.readAllStandardError().count('\n'), 1);
+}
+
+TEST_F(ServerProgramTest, ErrorsAreSaidInOneSentence) {
+    const struct {
+        QStringList arguments;
+        int status;
+        const char* text;
+    } rows[] = {
+        {{"--nothing"}, 2, "nothing"},
+        {{"--level3", m_folder.filePath("none")}, 1, "is no folder."},
+        {{"--roads", m_folder.filePath("none")}, 1, "is no file."},
+        {{"--quiet", "--listen", "192.0.2.1:80"}, 1, "Cannot listen at 192.0.2.1, port 80."},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(run(row.arguments), row.status);
+        EXPECT_THAT(m_process.readAllStandardError().toStdString(), HasSubstr(row.text));
+        EXPECT_EQ(m_process.readAllStandardOutput(), "");
+    }
+}
+
+// A parent that is killed cannot tell its server to end: the system does.
+TEST_F(ServerProgramTest, EndsWithItsParent) {
+    prepare({});
+    m_process.setProgram("/bin/sh");
+    m_process.setArguments(
+        {"-c", QStringLiteral(RAINCAST_SERVER_PROGRAM) +
+                   " --listen 127.0.0.1:0 --quiet --end-with-parent & echo $!; wait"}
+    );
+    m_process.start();
+    const pid_t server = readLine().trimmed().toInt();
+    ASSERT_GT(server, 0);
+    EXPECT_THAT(readLine().toStdString(), StartsWith("Serving"));
+    m_process.kill();
+    m_process.waitForFinished(kDeadline);
+    bool isGone = false;
+    for (QDeadlineTimer deadline(kDeadline); !isGone && !deadline.hasExpired();) {
+        const QByteArray state = readFile(QStringLiteral("/proc/%1/stat").arg(server));
+        isGone = state == "(none)" || state.contains(") Z");
+    }
+    EXPECT_TRUE(isGone);
+}
+
+} // namespace
+} // namespace raincast
