@@ -22,10 +22,10 @@ namespace {
 // A notch of a usual wheel.
 constexpr int kAnglePerStep = QWheelEvent::DefaultDeltasPerStep;
 
-// A finger's scenePosition() counts from the window's frame with some window systems; its place on
-// the screen can be relied on.
-QPointF inWindow(const QWidget& widget, const QEventPoint& point) {
-    return widget.window()->mapFromGlobal(point.globalPosition());
+// A finger's scenePosition() counts from the window's frame with some window systems, and that of a
+// wheel from the widget under the pointer; the place on the screen can be relied on.
+QPointF inWindow(const QWidget& widget, const QPointF& globalPosition) {
+    return widget.window()->mapFromGlobal(globalPosition);
 }
 
 void sendMouse(
@@ -35,8 +35,8 @@ void sendMouse(
     const Qt::MouseButtons held =
         type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
     QMouseEvent mouse(
-        type, point.position(), inWindow(widget, point), point.globalPosition(), button, held,
-        touch.modifiers(), Qt::MouseEventSynthesizedByApplication
+        type, point.position(), inWindow(widget, point.globalPosition()), point.globalPosition(),
+        button, held, touch.modifiers(), Qt::MouseEventSynthesizedByApplication
     );
     QCoreApplication::sendEvent(&widget, &mouse);
 }
@@ -77,7 +77,7 @@ ZoomInput::Step ZoomInput::wheel(const QWidget& widget, const QWheelEvent& event
     m_wheelAngle += angle;
     const int steps = m_wheelAngle / kAnglePerStep;
     m_wheelAngle -= steps * kAnglePerStep;
-    return {steps, toDevicePixels(widget, event.scenePosition())};
+    return {steps, toDevicePixels(widget, inWindow(widget, event.globalPosition()))};
 }
 
 ZoomInput::Step ZoomInput::gesture(const QWidget& widget, const QNativeGestureEvent& event) {
@@ -125,7 +125,9 @@ ZoomInput::Step ZoomInput::touch(QWidget& widget, const QTouchEvent& event) {
 
 ZoomInput::Step ZoomInput::pinch(const QWidget& widget, const QTouchEvent& event) {
     const auto& points = event.points();
-    const QLineF line(inWindow(widget, points[0]), inWindow(widget, points[1]));
+    const QLineF line(
+        inWindow(widget, points[0].globalPosition()), inWindow(widget, points[1].globalPosition())
+    );
     const double before = std::exchange(m_distance, line.length());
     const int steps = before > 0 ? takeScale(line.length() / before) : 0;
     return {steps, toDevicePixels(widget, line.center())};
