@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "display/page_stylus.h"
+
+#include "display/item.h"
+#include "display/layout_geometry.h"
+#include "window/screen_metrics.h"
+
+namespace raincast {
+
+namespace {
+
+constexpr int kGrip = 12;
+
+} // namespace
+
+PageStylus::PageStylus(CPageDisplay& page)
+    : m_page(page), m_gripSize(ScreenMetrics::current().highResolution() ? 2 * kGrip : kGrip) {}
+
+void PageStylus::down(PagePoint place, Qt::KeyboardModifiers keys) {
+    m_last = place;
+    m_drag = Drag::none;
+    const auto& items = m_page.items();
+    for (auto below = items.rbegin(); below != items.rend(); ++below) {
+        CPageDisplay::CItem& item = **below;
+        if (!item.rectangle().contains(place)) {
+            continue;
+        }
+        if (&item != m_page.selected()) {
+            m_page.invalidate();
+            m_page.select(&item);
+        }
+        const auto& corner = item.rectangle();
+        if (m_page.layoutMode()) {
+            m_drag = layoutDrag(place);
+            return;
+        }
+        if (item.stylusDown(place.x - corner.left, place.y - corner.top, keys)) {
+            m_drag = Drag::captured;
+            return;
+        }
+    }
+    m_page.invalidate();
+    m_page.select(nullptr);
+}
+
+PageStylus::Drag PageStylus::layoutDrag(PagePoint place) const {
+    const bool onGrip = gripOf(m_page.selected()->rectangle(), m_gripSize).contains(place);
+    return onGrip ? Drag::resizes : Drag::moves;
+}
+
+void PageStylus::move(PagePoint place) {
+    const int dx = place.x - m_last.x;
+    const int dy = place.y - m_last.y;
+    m_last = place;
+    CPageDisplay::CItem* const item = m_page.selected();
+    if (item == nullptr) {
+        return;
+    }
+    const PageRectangle present = item->rectangle();
+    const QSize page = m_page.deviceSize();
+    switch (m_drag) {
+    case Drag::none:
+        break;
+    case Drag::moves:
+        item->setRectangle(movedBy(present, dx, dy, page));
+        break;
+    case Drag::resizes:
+        item->setRectangle(resizedBy(present, dx, dy, page, m_gripSize));
+        break;
+    case Drag::captured:
+        item->stylusMove(place.x - present.left, place.y - present.top);
+        break;
+    }
+}
+
+void PageStylus::up(PagePoint place) {
+    CPageDisplay::CItem* const item = m_page.selected();
+    if (m_drag == Drag::captured && item != nullptr) {
+        item->stylusUp(place.x - item->rectangle().left, place.y - item->rectangle().top);
+    }
+    m_drag = Drag::none;
+}
+
+} // namespace raincast
