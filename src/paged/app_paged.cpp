@@ -51,7 +51,7 @@ CAppPaged::Page& CAppPaged::append(std::unique_ptr<Page> page) {
 void CAppPaged::select(std::optional<Position> position) {
     deactivateCurrent();
     if (!position || *position >= m_pages.size() || !m_client) {
-        updateHint();
+        showState();
         return;
     }
     m_current = m_pages[*position].get();
@@ -59,7 +59,7 @@ void CAppPaged::select(std::optional<Position> position) {
         m_current->mergeMenus(*m_commands, *m_menu);
     }
     m_current->m_active = true;
-    updateHint();
+    showState();
     m_current->activate(*m_client, true);
 }
 
@@ -118,7 +118,7 @@ void CAppPaged::nextEnabledWithWrap() {
 void CAppPaged::clear() {
     select(std::nullopt);
     m_pages.clear();
-    updateHint();
+    showState();
 }
 
 void CAppPaged::createDefaultPages() {}
@@ -152,8 +152,9 @@ bool CAppPaged::addPage(QWidget* parent) {
 }
 
 void CAppPaged::swapWithNext(Position position) {
-    if (position + 1 < m_pages.size()) {
+    if (position < m_pages.size() && position + 1 < m_pages.size()) {
         std::swap(m_pages[position], m_pages[position + 1]);
+        showState();
     }
 }
 
@@ -165,7 +166,7 @@ void CAppPaged::remove(Position position) {
         select(std::nullopt);
     }
     m_pages.erase(m_pages.begin() + static_cast<std::ptrdiff_t>(position));
-    updateHint();
+    showState();
 }
 
 bool CAppPaged::Read(CSerialReader& reader) {
@@ -174,9 +175,7 @@ bool CAppPaged::Read(CSerialReader& reader) {
         reader.readObjects<Page>(CountKind::Unsigned, [this](std::unique_ptr<Page> page) {
             append(std::move(page));
         });
-    if (!m_pages.empty()) {
-        select(0);
-    }
+    select(0); // none of an empty list
     return read;
 }
 
@@ -210,10 +209,11 @@ void CAppPaged::runPagesDialog() {
     } else if (dialog.pageWanted()) {
         addPage(widget());
     }
+    showState();
 }
 
 void CAppPaged::onSize(int width, int height) {
-    updateHint();
+    m_hint->fit();
     if (m_current != nullptr) {
         m_current->size(width, height);
     }
@@ -266,11 +266,12 @@ bool CAppPaged::windowProcedure(QEvent& event) {
     return Window::windowProcedure(event);
 }
 
-// Says how to go on where there is nothing to see.
-void CAppPaged::updateHint() {
+// Which pages there are to go to and, where there is nothing to see, how to go on.
+void CAppPaged::showState() {
     if (m_hint == nullptr) {
         return;
     }
+    m_pageMenu->updateCycling();
     if (m_current != nullptr) {
         m_hint->show({});
     } else if (m_pages.empty()) {

@@ -102,7 +102,7 @@ private:
     void onMenuPopup(QMenu& menu);
     [[nodiscard]] bool onZoom(QEvent& event);
     void deactivateCurrent();
-    void updateHint();
+    void showState();
 
     PageList m_pages;
     Page* m_current = nullptr;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "paged/dlg_item_type_select.h"
 
-#include "paged/remark_delegate.h"
+#include "paged/row_delegate.h"
 #include "paged/type_ahead.h"
 #include "window/dialog_template.h"
 
@@ -51,9 +51,10 @@ bool CDlgItemTypeSelect::onInitialise() {
     auto& list = *control<QListWidget>(kList);
     for (const Row& row : m_rows) {
         auto* item = new QListWidgetItem(row.label, &list);
-        item->setData(RemarkDelegate::kRemarkRole, row.remark);
+        item->setData(RowDelegate::kRemarkRole, row.remark);
+        item->setToolTip(row.label);
     }
-    list.setItemDelegate(new RemarkDelegate(&list));
+    list.setItemDelegate(new RowDelegate(&list));
     new TypeAhead(list);
     if (m_preselected) {
         list.setCurrentRow(*m_preselected);

@@ -3,6 +3,7 @@
 
 #include "paged/dlg_rename.h"
 #include "paged/page.h"
+#include "paged/row_delegate.h"
 #include "window/dialog_template.h"
 
 #include <QCheckBox>
@@ -37,9 +38,9 @@ DialogControl button(int id, const QString& text, int row, ControlKind kind) {
 const DialogTemplateRecord pagesDialog{
     {CAppPaged::CDlgPages::kTemplate,
      QStringLiteral("Pages"),
-     {124, 130},
+     {124, 138},
      {
-         {kList, ControlKind::listBox, {}, {2, 2, 62, 126}},
+         {kList, ControlKind::listBox, {}, {2, 2, 62, 134}},
          button(kShow, QStringLiteral("Show"), 0, ControlKind::pushButton),
          button(kUp, QStringLiteral("Up"), 1, ControlKind::pushButton),
          button(kDown, QStringLiteral("Down"), 2, ControlKind::pushButton),
@@ -49,7 +50,7 @@ const DialogTemplateRecord pagesDialog{
          button(kAdd, QStringLiteral("Add..."), 6, ControlKind::pushButton),
          button(kRestoreDefault, QStringLiteral("Restore default"), 7, ControlKind::pushButton),
      },
-     {124, 130}}};
+     {124, 138}}};
 
 } // namespace
 
@@ -58,6 +59,7 @@ CAppPaged::CDlgPages::CDlgPages(CAppPaged& application)
 
 bool CAppPaged::CDlgPages::onInitialise() {
     m_selected = m_application.current();
+    list().setItemDelegate(new RowDelegate(&list()));
     fill();
     return true;
 }
@@ -77,7 +79,8 @@ void CAppPaged::CDlgPages::fill() {
         const QSignalBlocker quiet(list());
         list().clear();
         for (const auto& page : m_application.pages()) {
-            list().addItem(page->shownName());
+            auto* row = new QListWidgetItem(page->shownName(), &list());
+            row->setToolTip(row->text());
         }
         const auto position = m_application.positionOf(m_selected);
         list().setCurrentRow(position ? static_cast<int>(*position) : -1);

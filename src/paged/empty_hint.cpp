@@ -28,8 +28,14 @@ void EmptyHint::show(const QString& text) {
         return;
     }
     m_label->setText(text);
-    m_label->setGeometry(m_label->parentWidget()->rect());
     m_label->setVisible(!text.isEmpty());
+    fit();
+}
+
+void EmptyHint::fit() {
+    if (m_label) {
+        m_label->setGeometry(m_label->parentWidget()->rect());
+    }
 }
 
 } // namespace raincast

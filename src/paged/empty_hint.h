@@ -18,8 +18,10 @@ public:
     EmptyHint(const EmptyHint&) = delete;
     EmptyHint& operator=(const EmptyHint&) = delete;
 
-    /// Shows a text on the whole of the area, as large as that is now; an empty one gives it free.
+    /// Shows a text on the whole of the area; an empty one gives it free.
     void show(const QString& text);
+    /// The area has another size.
+    void fit();
 
 private:
     QPointer<QLabel> m_label;

@@ -81,9 +81,15 @@ void PageMenu::update() {
     }
     // Without entries of a page their place is nothing to see either.
     findPlace(*m_menu, kPageEntriesPlace);
-    enableCommand(*m_menu, kPreviousPage, m_application.previousEnabled().has_value());
-    enableCommand(*m_menu, kNextPage, m_application.nextEnabled().has_value());
+    updateCycling();
     listPages();
+}
+
+void PageMenu::updateCycling() {
+    if (m_menu) {
+        enableCommand(*m_menu, kPreviousPage, m_application.previousEnabled().has_value());
+        enableCommand(*m_menu, kNextPage, m_application.nextEnabled().has_value());
+    }
 }
 
 void PageMenu::listPages() {

@@ -29,8 +29,12 @@ public:
     PageMenu(const PageMenu&) = delete;
     PageMenu& operator=(const PageMenu&) = delete;
 
-    /// Brings the menu up to date; due whenever it opens.
+    /// Brings all of it up to date; due whenever the menu opens, and only then: an entry may not
+    /// go while it is being handled.
     void update();
+    /// Greys previous and next page where there is none; due whenever that may have changed, since
+    /// a greyed command's keys and buttons do nothing.
+    void updateCycling();
 
 private:
     void offerSettings();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "paged/remark_delegate.h"
+#include "paged/row_delegate.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -11,7 +11,7 @@ namespace raincast {
 namespace {
 
 QString remarkOf(const QModelIndex& index) {
-    return index.data(RemarkDelegate::kRemarkRole).toString();
+    return index.data(RowDelegate::kRemarkRole).toString();
 }
 
 // The room that a remark takes off its row, its distance from the text included.
@@ -23,7 +23,7 @@ int remarkWidth(const QStyleOptionViewItem& option, const QModelIndex& index) {
 
 } // namespace
 
-void RemarkDelegate::paint(
+void RowDelegate::paint(
     QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index
 ) const {
     QStyleOptionViewItem row = option;
@@ -46,8 +46,9 @@ void RemarkDelegate::paint(
     painter->restore();
 }
 
-QSize RemarkDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    return QStyledItemDelegate::sizeHint(option, index) + QSize(remarkWidth(option, index), 0);
+// A row is as wide as its list anyway.
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    return {0, QStyledItemDelegate::sizeHint(option, index).height()};
 }
 
 } // namespace raincast

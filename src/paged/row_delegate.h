@@ -5,9 +5,9 @@
 
 namespace raincast {
 
-/// Draws a list's rows with a remark in a second column at the right edge. A text that has no room
-/// beside its remark is cut with three dots.
-class RemarkDelegate : public QStyledItemDelegate {
+/// Draws a list's rows as wide as the list, so that nothing must be scrolled to sideways: a text
+/// without room is cut with three dots, and a remark stands at the right edge like a second column.
+class RowDelegate : public QStyledItemDelegate {
 public:
     /// The remark of an item, a text.
     static constexpr int kRemarkRole = Qt::UserRole + 1;

@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+#include "paged/page.h"
+#include "paged/sample_pages.h"
+#include "persist/serial_reader.h"
+#include "persist/serial_writer.h"
+
+#include <QBuffer>
+#include <QTest>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace raincast {
+namespace {
+
+using test::SamplePage;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class PageTest : public test::PagedTest {
+protected:
+    SamplePage page{QStringLiteral("Old")};
+
+    bool read(const QByteArray& hex) {
+        const QByteArray bytes = QByteArray::fromHex(hex);
+        CSerialReader reader(
+            {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+             static_cast<std::size_t>(bytes.size())}
+        );
+        return page.Read(reader);
+    }
+};
+
+TEST_F(PageTest, ThePagesRecordIsTheNameAndTheFlag) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    CSerialWriter writer(buffer);
+    page.setName(QStringLiteral("A\u00e4"));
+    page.setEnabled(false);
+    EXPECT_TRUE(page.Write(writer));
+    EXPECT_TRUE(writer.finish());
+    EXPECT_EQ(
+        buffer.data().toHex(), "02000000"
+                               "04000000"
+                               "4100e400"
+                               "01000000"
+                               "00"
+    );
+}
+
+TEST_F(PageTest, TheRecordIsReadBack) {
+    EXPECT_TRUE(read("02000000"
+                     "02000000"
+                     "4200"
+                     "01000000"
+                     "00"));
+    EXPECT_EQ(page.name(), QStringLiteral("B"));
+    EXPECT_FALSE(page.enabled());
+    EXPECT_TRUE(read("02000000"
+                     "00000000"
+                     "01000000"
+                     "01"));
+    EXPECT_EQ(page.name(), QString());
+    EXPECT_TRUE(page.enabled());
+}
+
+TEST_F(PageTest, WhatIsMissingOrOverKeepsOrLosesNothing) {
+    page.setEnabled(false);
+    EXPECT_TRUE(read("")); // no record
+    EXPECT_TRUE(read("00000000"));
+    EXPECT_EQ(page.name(), QStringLiteral("Old"));
+    EXPECT_TRUE(read("01000000"
+                     "02000000"
+                     "4300")); // an older one, without the flag
+    EXPECT_EQ(page.name(), QStringLiteral("C"));
+    EXPECT_FALSE(page.enabled());
+    // A longer flag and a third field.
+    EXPECT_TRUE(read("03000000"
+                     "02000000"
+                     "4400"
+                     "04000000"
+                     "01000000"
+                     "01000000"
+                     "ff"));
+    EXPECT_EQ(page.name(), QStringLiteral("D"));
+    EXPECT_TRUE(page.enabled());
+}
+
+TEST_F(PageTest, AFlagThatIsNoBooleanKeepsTheFlag) {
+    for (const bool enabled : {true, false}) {
+        page.setEnabled(enabled);
+        EXPECT_TRUE(read("02000000"
+                         "02000000"
+                         "4500"
+                         "01000000"
+                         "07"));
+        EXPECT_EQ(page.enabled(), enabled);
+    }
+}
+
+TEST_F(PageTest, APageHasNoTypeNumberOfItsOwn) {
+    class Plain : public CAppPaged::Page {
+    public:
+        bool activate(QWidget&, bool) override { return true; }
+        void deactivate() override {}
+    };
+    Plain plain;
+    EXPECT_EQ(plain.GetTypeId(), 0xFFFFFFFF);
+    EXPECT_TRUE(plain.enabled());
+    EXPECT_EQ(plain.pageType(), nullptr);
+    // What a page need not override does nothing.
+    EXPECT_FALSE(plain.command(40017, 0));
+    EXPECT_FALSE(plain.keyDown(Qt::Key_A));
+    EXPECT_FALSE(plain.character(u'a'));
+    EXPECT_FALSE(plain.zoom(1, {}));
+    plain.contentChanged();
+    plain.size(1, 1);
+    plain.menuPopUp(*menu);
+}
+
+TEST_F(PageTest, APageWithoutANameShowsItsTypes) {
+    class Type : public CAppPaged::PageType {
+    public:
+        using PageType::PageType;
+        std::unique_ptr<CAppPaged::Page> create(QWidget*) const override { return nullptr; }
+    };
+    const Type type(QStringLiteral("Blank"), 1);
+    page.setName({});
+    EXPECT_EQ(page.shownName(), QString());
+    page.setPageType(&type);
+    EXPECT_EQ(page.shownName(), QStringLiteral("Blank"));
+    page.setName(QStringLiteral("Radar"));
+    EXPECT_EQ(page.shownName(), QStringLiteral("Radar"));
+}
+
+TEST_F(PageTest, AShownNameIsOneShortLine) {
+    page.setName(QStringLiteral("a\nb\tc\u2028d") + QChar(0));
+    EXPECT_EQ(page.shownName(), QStringLiteral("a b c d "));
+    page.setName(QString(100, u'x'));
+    EXPECT_EQ(page.shownName(), QString(100, u'x'));
+    page.setName(QString(1000000, u'x'));
+    EXPECT_EQ(page.shownName(), QString(99, u'x') + QChar(0x2026));
+}
+
+constexpr int kFirstMenu = 4971;
+constexpr int kSecondMenu = 4972;
+constexpr MenuRow kFirstRows[] = {menuEntry(40017, u"Layout"), menuSeparator()};
+constexpr MenuRow kFirstBar[] = {subMenu(u"page", kFirstRows)};
+constexpr MenuRow kInnerRows[] = {menuEntry(40801, u"Rivers")};
+constexpr MenuRow kSecondRows[] = {menuEntry(40800, u"Stations"), subMenu(u"Layers", kInnerRows)};
+constexpr MenuRow kSecondBar[] = {subMenu(u"item", kSecondRows)};
+const MenuTableRecord firstMenu{kFirstMenu, kFirstBar};
+const MenuTableRecord secondMenu{kSecondMenu, kSecondBar};
+
+class PageMenusTest : public PageTest {
+protected:
+    test::Log pageEntries() {
+        test::Log entries = test::seenEntries(*menu);
+        const auto previous = std::find_if(entries.begin(), entries.end(), [](const auto& text) {
+            return text.find("Previous Page") != std::string::npos;
+        });
+        entries.erase(previous - 1, entries.end()); // the separator in front of it too
+        return entries;
+    }
+};
+
+TEST_F(PageMenusTest, AMenuIsHeldOnce) {
+    page.addMenu(0);
+    page.addMenu(kFirstMenu);
+    page.addMenu(kSecondMenu);
+    page.addMenu(kFirstMenu);
+    EXPECT_THAT(page.menus(), ElementsAre(kFirstMenu, kSecondMenu));
+    page.removeMenu(kFirstMenu);
+    page.removeMenu(kFirstMenu);
+    EXPECT_THAT(page.menus(), ElementsAre(kSecondMenu));
+}
+
+TEST_F(PageMenusTest, TheEntriesStandInThePageMenuWhileThePageIsCurrent) {
+    app.add(QStringLiteral("A")).addMenu(kFirstMenu);
+    app.pages()[0]->addMenu(kSecondMenu);
+    app.add(QStringLiteral("B")).addMenu(kSecondMenu);
+    openMenu();
+    EXPECT_THAT(pageEntries(), IsEmpty());
+    app.select(0);
+    EXPECT_THAT(pageEntries(), ElementsAre("Layout", "|", "Stations", "Layers>"));
+    app.select(1);
+    openMenu();
+    EXPECT_THAT(pageEntries(), ElementsAre("Stations", "Layers>"));
+    app.select(std::nullopt);
+    openMenu();
+    EXPECT_THAT(pageEntries(), IsEmpty());
+}
+
+TEST_F(PageMenusTest, MenusThatComeAndGoAreFollowedAtOnce) {
+    SamplePage& shown = app.add(QStringLiteral("A"));
+    app.select(0);
+    shown.addMenu(kSecondMenu);
+    EXPECT_THAT(pageEntries(), ElementsAre("Stations", "Layers>"));
+    shown.addMenu(kFirstMenu);
+    EXPECT_THAT(pageEntries(), ElementsAre("Stations", "Layers>", "Layout", "|"));
+    shown.removeMenu(kSecondMenu);
+    EXPECT_THAT(pageEntries(), ElementsAre("Layout", "|"));
+}
+
+// An item that deletes itself by an entry of its own submenu takes that submenu along.
+TEST_F(PageMenusTest, AMenuMayGoWhileItsOwnEntryIsBeingHandled) {
+    class Leaving : public SamplePage {
+    public:
+        using SamplePage::SamplePage;
+        bool command(int id, int) override {
+            removeMenu(kSecondMenu);
+            return id == 40801;
+        }
+    };
+    auto& shown = app.append(std::make_unique<Leaving>(QStringLiteral("A")));
+    shown.addMenu(kSecondMenu);
+    app.select(0);
+    menu->popup(window.mapToGlobal(QPoint()));
+    QMenu* layers = entry(QStringLiteral("Layers"))->menu<QMenu*>();
+    menu->setActiveAction(layers->menuAction());
+    layers->popup(window.mapToGlobal(QPoint(50, 50)));
+    const QPointer<QMenu> guard = layers;
+    QTest::mouseClick(
+        layers, Qt::LeftButton, {}, layers->actionGeometry(layers->actions().first()).center()
+    );
+    EXPECT_THAT(shown.menus(), IsEmpty());
+    EXPECT_THAT(pageEntries(), IsEmpty());
+    test::settle();
+    EXPECT_EQ(guard, nullptr);
+}
+
+TEST_F(PageMenusTest, ADestroyedPageTakesItsEntriesAlong) {
+    app.add(QStringLiteral("A")).addMenu(kFirstMenu);
+    app.select(0);
+    EXPECT_THAT(pageEntries(), ElementsAre("Layout", "|"));
+    app.clear();
+    openMenu();
+    EXPECT_THAT(pageEntries(), IsEmpty());
+}
+
+} // namespace
+} // namespace raincast
