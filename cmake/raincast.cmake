@@ -67,12 +67,17 @@ function(raincast_rooms_up_to out name)
     set(${out} ${rooms} PARENT_SCOPE)
 endfunction()
 
-# raincast_program(NAME ROOM): the program of src/ROOM/main.cpp, with ROOM and the rooms below it.
+# raincast_program(NAME ROOM [FOLDER DIR]): the program of src/ROOM/main.cpp, with ROOM and the rooms
+# below it, to be installed in DIR instead of the programs' folder.
 function(raincast_program name room)
+    cmake_parse_arguments(PARSE_ARGV 2 program "" "FOLDER" "")
+    if(NOT program_FOLDER)
+        set(program_FOLDER ${CMAKE_INSTALL_BINDIR})
+    endif()
     raincast_rooms_up_to(rooms ${room})
     add_executable(${name} ${CMAKE_SOURCE_DIR}/src/${room}/main.cpp)
     target_link_libraries(${name} PRIVATE ${rooms})
-    install(TARGETS ${name})
+    install(TARGETS ${name} DESTINATION ${program_FOLDER})
 endfunction()
 
 # The compiled form of a locale that writes "22,4": the test suite runs under it as well.

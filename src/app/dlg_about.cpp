@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "app/dlg_about.h"
+
+#include "app/drawn_icon.h"
+#include "platform/resource_module.h"
+#include "window/dialog_template.h"
+
+#include <QFont>
+#include <QImageReader>
+#include <QLabel>
+
+namespace raincast {
+
+namespace {
+
+const DialogTemplateRecord aboutTemplate{
+    {CDlgAbout::kTemplate,
+     QStringLiteral("About Raincast"),
+     {120, 56},
+     {
+         {CDlgAbout::kPicture, ControlKind::picture, {}, {6, 6, 36, 44}},
+         {CDlgAbout::kProduct, ControlKind::label, QStringLiteral("Raincast"), {48, 10, 68, 14}},
+         {CDlgAbout::kVersion,
+          ControlKind::label,
+          QStringLiteral("Version 5.2.0, Build 756"),
+          {48, 28, 68, 20}},
+     },
+     {}}};
+
+/// The picture of the resource module at an extent in device pixels; null without it.
+QImage pictureFromModule(int extent) {
+    QImageReader reader(
+        ResourceModule::path(QStringLiteral("pictures"), CDlgAbout::kPictureResource)
+    );
+    return reader.read().scaled(extent, extent, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+} // namespace
+
+void CDlgAbout::show(QWidget* parent) {
+    // What is missing has been said by then; the box does without.
+    static_cast<void>(requireResourceModule(parent, kPictureResource));
+    CDlgAbout dialog;
+    dialog.run(parent);
+}
+
+bool CDlgAbout::onInitialise() {
+    setText(kVersion, QStringLiteral("Version 5.2.0, Build 756"));
+    if (auto* const product = control<QLabel>(kProduct)) {
+        QFont font = product->font();
+        font.setBold(true);
+        product->setFont(font);
+    }
+    if (auto* const picture = control<QLabel>(kPicture)) {
+        const int extent = qMin(picture->width(), picture->height());
+        const double ratio = picture->devicePixelRatioF();
+        QPixmap pixmap = QPixmap::fromImage(pictureFromModule(qRound(extent * ratio)));
+        if (pixmap.isNull()) {
+            pixmap = programIcon().pixmap(QSize(extent, extent), ratio);
+        } else {
+            pixmap.setDevicePixelRatio(ratio);
+        }
+        picture->setPixmap(pixmap);
+        picture->setAlignment(Qt::AlignCenter);
+    }
+    return Dialog::onInitialise();
+}
+
+} // namespace raincast

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "window/dialog.h"
+
+namespace raincast {
+
+/// The "About Raincast" box: the program's picture, name and version.
+class CDlgAbout : public Dialog {
+public:
+    static constexpr int kTemplate = 103;
+    static constexpr int kPicture = 1013;
+    static constexpr int kVersion = 1014;
+    static constexpr int kProduct = 1015;
+    /// The picture, in the resource module.
+    static constexpr int kPictureResource = 5001;
+
+    CDlgAbout() : Dialog(kTemplate) {}
+
+    /// Shows the box. A missing resource module is said first; the box then shows the program's
+    /// icon.
+    static void show(QWidget* parent);
+
+    bool onInitialise() override;
+};
+
+} // namespace raincast

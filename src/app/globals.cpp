@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "app/globals.h"
+
+namespace raincast {
+
+CGlobals::Persistant CGlobals::settings;
+
+QString CGlobals::title() {
+    return QStringLiteral("Raincast");
+}
+
+QString CGlobals::windowClass() {
+    return QStringLiteral("TARNWICKE");
+}
+
+QString CGlobals::application() {
+    return QStringLiteral("Raincast_1");
+}
+
+void CGlobals::Persistant::useForThisRun(const QString& pageFile) {
+    configFile = pageFile;
+    setForThisRun("config_file");
+}
+
+void CGlobals::Persistant::exchange(SettingsExchange& values) {
+    values.string("config_file", configFile);
+}
+
+} // namespace raincast

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "persist/persistant_data.h"
+
+#include <QString>
+
+namespace raincast {
+
+/// What the program as a whole keeps and is called.
+class CGlobals {
+public:
+    class Persistant;
+
+    static Persistant settings;
+
+    /// The window's title and class; together with the page file's path they name an instance.
+    [[nodiscard]] static QString title();
+    [[nodiscard]] static QString windowClass();
+    /// The program's key in the registry.
+    [[nodiscard]] static QString application();
+};
+
+/// The settings record "CGlobals".
+class CGlobals::Persistant : public PersistantData {
+public:
+    Persistant() : PersistantData("CGlobals") {}
+
+    /// Sets the page file for this run; the one of the settings stays there.
+    void useForThisRun(const QString& pageFile);
+
+    QString configFile; ///< "config_file": the full path of the page file; empty until there is one
+
+protected:
+    void exchange(SettingsExchange& values) override;
+};
+
+} // namespace raincast

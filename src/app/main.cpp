@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// raincast: the viewer.
+#include "app/app_options.h"
+#include "app/display_guard.h"
+#include "app/end_signals.h"
+#include "app/qt_arguments.h"
+#include "app/viewer.h"
+#include "window/touch_style.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+using namespace raincast;
+
+constexpr int kWrongUsage = 2;
+
+int tell(const AppAnswer& answer) {
+    std::fputs(qPrintable(answer.text), answer.wrong ? stderr : stdout);
+    return answer.wrong ? kWrongUsage : 0;
+}
+
+std::unique_ptr<QApplication> makeApplication(QtArguments& arguments) {
+    const DisplayGuard guard;
+    auto application = std::make_unique<QApplication>(arguments.count(), arguments.pointers());
+    QApplication::setApplicationName(QStringLiteral("raincast"));
+    QApplication::setApplicationVersion(QStringLiteral(RAINCAST_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("raincast"));
+    // The end of a dialog that opens before the main window is not the end of the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+    useTouchStyle();
+    return application;
+}
+
+int view(const AppOptions& options, const QString& program) {
+    EndSignals signals;
+    if (!options.screenshot.isEmpty()) {
+        drawOffscreenWithoutDisplay();
+    }
+    QtArguments arguments(QStringList(program) + options.qtArguments);
+    const auto application = makeApplication(arguments);
+    Viewer viewer(options);
+    signals.onEnd([&viewer] { viewer.requestEnd(); });
+    const int status = viewer.run();
+    signals.onEnd({});
+    // What was left to an event loop that runs no more.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    const auto read = readAppOptions(arguments);
+    if (const auto* const answer = std::get_if<AppAnswer>(&read)) {
+        return tell(*answer);
+    }
+    return view(std::get<AppOptions>(read), arguments.value(0));
+}

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "app/main_window.h"
+
+#include "app/app_commands.h"
+#include "app/dlg_about.h"
+#include "app/drawn_icon.h"
+#include "app/globals.h"
+#include "gps/heartbeat.h"
+#include "paged/page_commands.h"
+#include "window/touch_style.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QStyleFactory>
+#include <QToolBar>
+
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+constexpr MenuRow kSettingsRows[] = {menuEntry(kSettingsPlace, u"-")};
+
+constexpr MenuRow kMenuRows[] = {
+    menuEntry(kPageEntriesPlace, u"-"),
+    menuSeparator(),
+    menuEntry(kPreviousPage, u"&Previous page"),
+    menuEntry(kNextPage, u"&Next page"),
+    menuEntry(kPages, u"Pa&ges..."),
+    menuSeparator(),
+    menuEntry(kPageListPlace, u"-"),
+    menuSeparator(),
+    subMenu(u"&Settings", kSettingsRows),
+    menuEntry(kAppFullScreen, u"&Full screen"),
+    menuEntry(kAppAbout, u"&About..."),
+    menuEntry(kAppExit, u"E&xit"),
+};
+
+constexpr MenuRow kBarRows[] = {subMenu(u"&Menu", kMenuRows)};
+
+constexpr AcceleratorRow kKeys[] = {
+    {"F5", kAppUpdate},
+    {"F11", kAppFullScreen},
+    {"Ctrl+Q", kAppExit},
+};
+
+struct Tool {
+    int command;
+    const char16_t* text;
+    QIcon (*icon)();
+};
+
+constexpr Tool kTools[] = {
+    {kAppZoomIn, u"Zoom in", zoomInIcon},
+    {kAppZoomOut, u"Zoom out", zoomOutIcon},
+    {kAppUpdate, u"Update", updateIcon},
+};
+
+// At the end of the menu's line: a small screen has no room for a line of buttons of their own.
+QToolBar* makeToolBar(CommandSet& commands) {
+    auto* const bar = new QToolBar;
+    for (const Tool& tool : kTools) {
+        if (!bar->actions().isEmpty()) {
+            bar->addSeparator();
+        }
+        QAction& action = commands.action(tool.command);
+        action.setText(QString::fromUtf16(tool.text));
+        action.setIcon(tool.icon());
+        action.setIconVisibleInMenu(false);
+        bar->addAction(&action);
+    }
+    return bar;
+}
+
+// The menu's title takes the whole height of the line, as the buttons do.
+void fillHeight(QMenuBar& bar, int height) {
+    const QString name = QApplication::style()->name();
+    auto* const style = new TouchStyle(QStyleFactory::create(name), height);
+    style->setParent(&bar);
+    bar.setStyle(style);
+}
+
+} // namespace
+
+CMainWindow::CMainWindow(Callbacks callbacks)
+    : m_callbacks(std::move(callbacks)), m_frame(new QMainWindow), m_commands(*m_frame) {
+    m_frame->setWindowTitle(CGlobals::title());
+    m_frame->setWindowIcon(programIcon());
+    m_frame->setContextMenuPolicy(Qt::NoContextMenu); // Qt's own would hide the tool buttons
+    auto* const client = new QWidget;
+    client->setBackgroundRole(QPalette::Base);
+    client->setAutoFillBackground(true);
+    m_frame->setCentralWidget(client);
+    makeBar();
+    attach(*m_frame, client);
+    startTimer(kHeartbeatTimer, kHeartbeatMilliseconds);
+}
+
+CMainWindow::~CMainWindow() {
+    destroy();
+}
+
+void CMainWindow::makeBar() {
+    QMenuBar& bar = *m_frame->menuBar();
+    // A bar that the desktop shows elsewhere would take the buttons' line away.
+    bar.setNativeMenuBar(false);
+    m_commands.fill(bar, kBarRows);
+    m_commands.addKeys(kKeys);
+    m_commands.action(kAppFullScreen).setCheckable(true);
+    QToolBar* const tools = makeToolBar(m_commands);
+    bar.setCornerWidget(tools);
+    fillHeight(bar, tools->sizeHint().height());
+}
+
+QWidget* CMainWindow::client() const {
+    return m_frame ? m_frame->centralWidget() : nullptr;
+}
+
+QMenu* CMainWindow::pageMenu() const {
+    return m_frame ? firstSubmenu(*m_frame->menuBar()) : nullptr;
+}
+
+void CMainWindow::showNow() {
+    m_frame->show();
+    m_frame->repaint();
+}
+
+void CMainWindow::bringToFront(const QByteArray& token) {
+    if (!m_frame) {
+        return;
+    }
+    if (!token.isEmpty()) {
+        // Where the window system's part of Qt looks for it.
+        qputenv("XDG_ACTIVATION_TOKEN", token);
+    }
+    m_frame->setWindowState(m_frame->windowState() & ~Qt::WindowMinimized);
+    m_frame->show();
+    m_frame->raise();
+    QWidget* const dialog = QApplication::activeModalWidget();
+    QWidget& front = dialog != nullptr ? *dialog : *m_frame;
+    front.raise();
+    front.activateWindow();
+}
+
+void CMainWindow::destroy() {
+    if (m_frame) {
+        destroyWindow(*m_frame);
+    }
+}
+
+void CMainWindow::onCommand(int id, QWidget* /*control*/, int /*notification*/) {
+    switch (id) {
+    case kAppExit:
+        m_callbacks.endRequested();
+        break;
+    case kAppAbout:
+        CDlgAbout::show(m_frame);
+        break;
+    case kAppFullScreen:
+        toggleFullScreen();
+        break;
+    default: // the page's
+        break;
+    }
+}
+
+void CMainWindow::toggleFullScreen() {
+    m_frame->setWindowState(m_frame->windowState() ^ Qt::WindowFullScreen);
+}
+
+void CMainWindow::onTimer(int id) {
+    if (id == kHeartbeatTimer) {
+        CHeartbeat::program().Beat();
+    }
+}
+
+void CMainWindow::onDestroy() {
+    m_callbacks.destroyed();
+    m_frame->setMenuBar(nullptr);
+}
+
+bool CMainWindow::windowProcedure(QEvent& event) {
+    if (event.type() == QEvent::Close) {
+        // Hiding the window is not enough: it is destroyed when all that is under way has returned.
+        event.ignore();
+        m_callbacks.endRequested();
+        return true;
+    }
+    if (event.type() == QEvent::WindowStateChange) {
+        m_commands.action(kAppFullScreen).setChecked(m_frame->isFullScreen());
+    }
+    return Window::windowProcedure(event);
+}
+
+} // namespace raincast

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "window/command_set.h"
+#include "window/window.h"
+
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+class QMainWindow;
+
+namespace raincast {
+
+/// The program's one top-level window: its bar with the menu and the tool buttons, its keys, and
+/// the timer that beats the heartbeat. What it shows is the business of the object that is attached
+/// to it after this one (CAppPaged), which is asked first.
+class CMainWindow : public Window {
+public:
+    static constexpr int kHeartbeatTimer = 943;
+    static constexpr int kHeartbeatMilliseconds = 100;
+
+    struct Callbacks {
+        /// The user or the desktop wants the program to end. The window stays until destroy().
+        std::function<void()> endRequested;
+        /// The window is being destroyed; the bar and its menu still live.
+        std::function<void()> destroyed;
+    };
+
+    /// Makes the window, without showing it, and starts its timer.
+    explicit CMainWindow(Callbacks callbacks);
+    ~CMainWindow() override;
+
+    /// Null once destroyed; so is the menu.
+    [[nodiscard]] QMainWindow* frame() const { return m_frame; }
+    /// The client area: the central widget.
+    [[nodiscard]] QWidget* client() const;
+    [[nodiscard]] CommandSet& commands() { return m_commands; }
+    /// The first submenu of the menu bar.
+    [[nodiscard]] QMenu* pageMenu() const;
+
+    /// Shows the window and paints it at once where it can be seen.
+    void showNow();
+    /// Out of the tray, in front of other windows, with the keys; so is a dialog that is open.
+    /// `token`: what the desktop gave the one who asks for it; may be empty.
+    void bringToFront(const QByteArray& token);
+    /// Destroys the window.
+    void destroy();
+
+    void onCommand(int id, QWidget* control, int notification) override;
+    void onTimer(int id) override;
+    void onDestroy() override;
+    bool windowProcedure(QEvent& event) override;
+
+private:
+    void makeBar();
+    void toggleFullScreen();
+
+    Callbacks m_callbacks;
+    QPointer<QMainWindow> m_frame;
+    CommandSet m_commands;
+};
+
+} // namespace raincast

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "app/screenshot.h"
+
+#include "platform/busy_guard.h"
+#include "platform/replace_file.h"
+#include "window/modal.h"
+
+#include <QBuffer>
+#include <QEvent>
+#include <QPixmap>
+#include <QWidget>
+
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kPatienceMilliseconds = 2000;
+constexpr int kBusyMilliseconds = 50;
+
+bool save(const QPixmap& picture, const QString& file) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    return buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "PNG") &&
+           replaceFile(file, bytes);
+}
+
+} // namespace
+
+Screenshot::Screenshot(QWidget& window, QString file, std::function<void(bool)> done)
+    : m_window(window), m_file(std::move(file)), m_done(std::move(done)) {
+    m_painted.setSingleShot(true);
+    connect(&m_painted, &QTimer::timeout, this, &Screenshot::take);
+    m_painted.start(kPatienceMilliseconds);
+    m_window.installEventFilter(this);
+    m_window.update();
+}
+
+bool Screenshot::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Paint) {
+        m_window.removeEventFilter(this);
+        m_painted.start(0); // when this paint is over
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void Screenshot::take() {
+    m_window.removeEventFilter(this);
+    if (BusyGuard::active() || Modal::depth() > 0) {
+        m_painted.start(kBusyMilliseconds);
+        return;
+    }
+    m_done(save(m_window.grab(), m_file));
+}
+
+} // namespace raincast

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+
+class QWidget;
+
+namespace raincast {
+
+/// Makes one picture of a window, as soon as it has been painted.
+class Screenshot : public QObject {
+public:
+    /// From the event loop, once: after the window's next paint, or after two seconds if its
+    /// screen does not ask for one, and not before transfers and dialogs have returned, the window
+    /// in device pixels is saved as PNG. `done` is told whether it could be. The window is
+    /// borrowed.
+    Screenshot(QWidget& window, QString file, std::function<void(bool saved)> done);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void take();
+
+    QWidget& m_window;
+    QString m_file;
+    std::function<void(bool)> m_done;
+    QTimer m_painted;
+};
+
+} // namespace raincast

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include "app/viewer.h"
+
+#include "app/end_signals.h"
+#include "app/globals.h"
+#include "app/main_window.h"
+#include "app/screenshot.h"
+#include "app/single_instance.h"
+#include "app/window_place.h"
+#include "gps/position_source_setting.h"
+#include "persist/page_file.h"
+#include "platform/registry_store.h"
+#include "platform/special_folders.h"
+#include "window/modal.h"
+#include "window/screen_metrics.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QSessionManager>
+#include <QStandardPaths>
+
+#include <cstdio>
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+const QString kPageFileName = QStringLiteral("/pages.cfg");
+
+/// Where the page file is until somebody says otherwise. Makes nothing.
+QString usualPageFile() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Quorvane/Raincast_1") + kPageFileName;
+}
+
+/// What the desktop gave this process so that a window of it may come to the front.
+QByteArray activationToken() {
+    return qgetenv("XDG_ACTIVATION_TOKEN");
+}
+
+void closePopups() {
+    // Closing one may fail only if it opens anew; the count keeps that from going on for ever.
+    for (int most = 100; most > 0 && QApplication::activePopupWidget() != nullptr; --most) {
+        QApplication::activePopupWidget()->close();
+    }
+}
+
+} // namespace
+
+Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {}
+
+Viewer::~Viewer() {
+    m_application.clear();
+}
+
+int Viewer::run() {
+    static_cast<void>(ScreenMetrics::current()); // read once, and kept
+    Modal::neverAsk(!forAPerson());
+    loadSettings();
+    if (!claimPageFile()) {
+        return 0;
+    }
+    createWindow();
+    loadPages();
+    m_window->showNow();
+    openPositionSource();
+    const int status = loop();
+    m_receiver.use(std::nullopt);
+    m_window->destroy();
+    saveSettings();
+    return status;
+}
+
+void Viewer::loadSettings() {
+    RegistryStore store = RegistryStore::inStandardFolders();
+    PersistantData::loadAll(store, CGlobals::application());
+    if (!m_options.nmea.isEmpty()) {
+        CPositionSource::useForThisRun(m_options.nmea);
+    }
+    if (!m_options.pageFile.isEmpty()) {
+        CGlobals::settings.useForThisRun(m_options.pageFile);
+    }
+}
+
+bool Viewer::claimPageFile() {
+    if (!forAPerson()) {
+        return true;
+    }
+    const QString& configured = CGlobals::settings.configFile;
+    m_instance =
+        std::make_unique<SingleInstance>(configured.isEmpty() ? usualPageFile() : configured);
+    return m_instance->claim(activationToken());
+}
+
+void Viewer::createWindow() {
+    m_window = std::make_unique<CMainWindow>(CMainWindow::Callbacks{
+        [this] { requestEnd(); },
+        [this] {
+            savePages();
+            m_application.clear();
+        },
+    });
+    CWindowPlace::restore(*m_window->frame(), m_options.geometry);
+    m_window->showNow();
+    m_application.attach(
+        *m_window->frame(), *m_window->client(), m_window->commands(), *m_window->pageMenu()
+    );
+    if (m_instance) {
+        m_instance->onFront([this](const QByteArray& token) { m_window->bringToFront(token); });
+    }
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, &m_context, [this] { saveNow(); });
+}
+
+void Viewer::loadPages() {
+    QString& path = CGlobals::settings.configFile;
+    if (path.isEmpty() && forAPerson()) {
+        const QString folder = applicationFolder();
+        path = folder.isEmpty() ? QString() : folder + kPageFileName;
+    }
+    m_pageFile = std::make_unique<PageFile>(path.isEmpty() ? usualPageFile() : path);
+    m_pageFile->load(m_application);
+    if (m_application.current() == nullptr) {
+        m_application.restoreDefaultPages();
+    }
+}
+
+void Viewer::openPositionSource() {
+    QString error;
+    const auto address = CPositionSource::address(&error);
+    if (!address && !CPositionSource::text().isEmpty()) {
+        std::fprintf(stderr, "raincast: No position: %s\n", qPrintable(error));
+    }
+    m_receiver.use(address);
+}
+
+int Viewer::loop() {
+    if (EndSignals::came() || Modal::endRequested()) {
+        requestEnd();
+        return endStatus();
+    }
+    std::unique_ptr<Screenshot> screenshot;
+    if (!forAPerson()) {
+        screenshot = std::make_unique<Screenshot>(
+            *m_window->frame(), m_options.screenshot, [this](bool saved) { pictureTaken(saved); }
+        );
+    }
+    return QApplication::exec();
+}
+
+void Viewer::pictureTaken(bool saved) {
+    const QString problem = m_application.problem();
+    if (!saved) {
+        std::fprintf(stderr, "raincast: Cannot write %s.\n", qPrintable(m_options.screenshot));
+    }
+    if (!problem.isEmpty()) {
+        std::fprintf(stderr, "raincast: %s\n", qPrintable(problem.trimmed()));
+    }
+    QCoreApplication::exit(saved && problem.isEmpty() ? 0 : 1);
+}
+
+void Viewer::requestEnd() {
+    Modal::requestEnd();
+    closePopups();
+    QCoreApplication::exit(endStatus());
+}
+
+void Viewer::saveNow() {
+    if (m_window && m_window->frame() != nullptr) {
+        savePages();
+        saveSettings();
+    }
+}
+
+// A run that makes a picture writes nothing that it was not told to write.
+void Viewer::savePages() {
+    if (m_pageFile && (forAPerson() || !m_options.pageFile.isEmpty())) {
+        // There is nobody left to be told of a failure, and the old file is still there.
+        static_cast<void>(m_pageFile->save(m_application));
+    }
+    CWindowPlace::keep(*m_window->frame());
+}
+
+void Viewer::saveSettings() {
+    if (!forAPerson()) {
+        return;
+    }
+    RegistryStore store = RegistryStore::inStandardFolders();
+    PersistantData::saveAll(store, CGlobals::application());
+}
+
+} // namespace raincast

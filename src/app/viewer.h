@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/app_options.h"
+#include "app/exposures.h"
+#include "app/raincast_app.h"
+#include "gps/position_receiver.h"
+#include "gps/timers.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace raincast {
+
+class CMainWindow;
+class PageFile;
+class SingleInstance;
+
+/// One run of the viewer, from its settings to its settings: loads them, shows the main window with
+/// the pages of the page file, runs the event loop and saves pages and settings at the end.
+class Viewer {
+public:
+    explicit Viewer(AppOptions options);
+    ~Viewer();
+    Viewer(const Viewer&) = delete;
+    Viewer& operator=(const Viewer&) = delete;
+
+    /// Runs until the user, the desktop or a signal ends it; returns the process's exit status. It
+    /// is 0 at once, with nothing written, when a viewer with the same page file runs already. To
+    /// be called once.
+    [[nodiscard]] int run();
+
+    /// Asks the run to end, from wherever in it: open dialogs end as cancelled, what waits returns
+    /// first; then pages and settings are saved. If the event loop does not run yet it will not.
+    void requestEnd();
+
+    /// Saves pages and settings without ending: the desktop may end the program any moment now.
+    void saveNow();
+
+    /// Null before run() and once the window is destroyed.
+    [[nodiscard]] CMainWindow* window() const { return m_window.get(); }
+    [[nodiscard]] const CRaincastApp& application() const { return m_application; }
+
+private:
+    [[nodiscard]] bool forAPerson() const { return m_options.screenshot.isEmpty(); }
+    /// The exit status of a run that was asked to end: a picture has not been made then.
+    [[nodiscard]] int endStatus() const { return forAPerson() ? 0 : 1; }
+    void loadSettings();
+    [[nodiscard]] bool claimPageFile();
+    void createWindow();
+    void loadPages();
+    void openPositionSource();
+    [[nodiscard]] int loop();
+    void pictureTaken(bool saved);
+    void savePages();
+    void saveSettings();
+
+    AppOptions m_options;
+    Exposures m_exposures;
+    std::unique_ptr<SingleInstance> m_instance;
+    std::unique_ptr<PageFile> m_pageFile;
+    std::unique_ptr<CMainWindow> m_window;
+    CRaincastApp m_application;
+    QtTimers m_timers;
+    PositionReceiver m_receiver{m_timers};
+    QObject m_context; ///< of connections: they end with the run
+};
+
+} // namespace raincast

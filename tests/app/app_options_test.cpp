@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "app/app_options.h"
+
+#include <QDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+using testing::HasSubstr;
+
+AppOptions good(const QStringList& arguments) {
+    const auto read = readAppOptions(QStringList("raincast") + arguments);
+    const auto* const options = std::get_if<AppOptions>(&read);
+    EXPECT_NE(options, nullptr);
+    return options != nullptr ? *options : AppOptions();
+}
+
+AppAnswer answer(const QStringList& arguments) {
+    const auto read = readAppOptions(QStringList("raincast") + arguments);
+    const auto* const found = std::get_if<AppAnswer>(&read);
+    EXPECT_NE(found, nullptr);
+    return found != nullptr ? *found : AppAnswer();
+}
+
+TEST(AppOptionsTest, NothingIsAskedByAnEmptyCommandLine) {
+    const AppOptions options = good({});
+    EXPECT_TRUE(options.pageFile.isEmpty());
+    EXPECT_TRUE(options.geometry.isEmpty());
+    EXPECT_TRUE(options.screenshot.isEmpty());
+    EXPECT_TRUE(options.nmea.isEmpty());
+    EXPECT_TRUE(options.qtArguments.isEmpty());
+}
+
+TEST(AppOptionsTest, FilesBecomeAbsolute) {
+    const AppOptions options = good({"--page-file", "my.cfg", "--screenshot=/tmp/a.png"});
+    EXPECT_EQ(options.pageFile, QDir::current().filePath("my.cfg"));
+    EXPECT_EQ(options.screenshot, "/tmp/a.png");
+}
+
+TEST(AppOptionsTest, TheSizeIsTwoNumbers) {
+    EXPECT_EQ(good({"--geometry", "240x320"}).geometry, QSize(240, 320));
+    EXPECT_EQ(good({"--geometry=1920X1080"}).geometry, QSize(1920, 1080));
+}
+
+TEST(AppOptionsTest, OddSizesAreComplainedOf) {
+    for (const char* size :
+         {"240", "x320", "240x", "99x320", "240x99", "240x320x1", "-240x320", "16385x320",
+          "99999999999x320", "240 x 320", "240x320+1+1", ","}) {
+        const AppAnswer complaint = answer({"--geometry", size});
+        EXPECT_TRUE(complaint.wrong) << size;
+        EXPECT_THAT(
+            complaint.text.toStdString(),
+            HasSubstr("--geometry takes WIDTHxHEIGHT, each from 100 to 16384.")
+        ) << size;
+    }
+}
+
+TEST(AppOptionsTest, QtsOwnOptionsAreHandedOn) {
+    const AppOptions options = good(
+        {"-platform", "offscreen", "--geometry", "300x400", "--style=fusion", "-reverse", "--nmea",
+         "file:gps.log"}
+    );
+    EXPECT_EQ(
+        options.qtArguments, QStringList({"-platform", "offscreen", "-style", "fusion", "-reverse"})
+    );
+    EXPECT_EQ(options.geometry, QSize(300, 400));
+    EXPECT_EQ(options.nmea, "file:gps.log");
+}
+
+TEST(AppOptionsTest, HelpNamesEveryOptionOfOurs) {
+    for (const char* option : {"--help", "-h", "-help"}) {
+        const AppAnswer help = answer({option});
+        EXPECT_FALSE(help.wrong);
+        for (const char* text :
+             {"raincast [options]", "--page-file <FILE>", "--geometry <WxH>", "--screenshot <FILE>",
+              "--nmea <SOURCE>", "--version", "Qt's own options"}) {
+            EXPECT_THAT(help.text.toStdString(), HasSubstr(text));
+        }
+        EXPECT_FALSE(help.text.contains("platformtheme"));
+    }
+}
+
+TEST(AppOptionsTest, TheVersionIsOneLine) {
+    for (const char* option : {"--version", "-v"}) {
+        EXPECT_EQ(answer({option}).text, "raincast " RAINCAST_VERSION "\n");
+        EXPECT_FALSE(answer({option}).wrong);
+    }
+}
+
+TEST(AppOptionsTest, WrongUsageIsComplainedOf) {
+    struct Row {
+        QStringList arguments;
+        const char* complaint;
+    };
+    const Row rows[] = {
+        {{"--pagefile", "x"}, "Unknown option 'pagefile'."},
+        {{"--page-file"}, "Missing value after '--page-file'."},
+        {{"--page-file="}, "--page-file takes a value."},
+        {{"--screenshot", ""}, "--screenshot takes a value."},
+        {{"pages.cfg"}, "There is no use for \"pages.cfg\"."},
+    };
+    for (const Row& row : rows) {
+        const AppAnswer complaint = answer(row.arguments);
+        EXPECT_TRUE(complaint.wrong);
+        EXPECT_EQ(
+            complaint.text.toStdString(), std::string(row.complaint) + "\nTry raincast --help.\n"
+        );
+    }
+}
+
+TEST(AppOptionsTest, AnOddSourceOfPositionsIsComplainedOf) {
+    const AppAnswer complaint = answer({"--nmea", "carrier-pigeon"});
+    EXPECT_TRUE(complaint.wrong);
+    EXPECT_TRUE(complaint.text.startsWith("--nmea: ")) << complaint.text.toStdString();
+}
+
+} // namespace
+} // namespace raincast

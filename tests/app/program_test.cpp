@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: MIT
+// Runs the program itself, as a desktop or a script would.
+#include "app/temporary_home.h"
+#include "support/files.h"
+#include "support/qt_app.h"
+
+#include <QImage>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QTest>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace raincast {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr int kDeadline = 60'000; // milliseconds
+
+struct Result {
+    int status = -1;
+    std::string output;
+    std::string errors;
+};
+
+Result finish(QProcess& process) {
+    EXPECT_TRUE(process.waitForFinished(kDeadline));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    return {
+        process.exitCode(), process.readAllStandardOutput().toStdString(),
+        process.readAllStandardError().toStdString()};
+}
+
+class ProgramTest : public test::GuiTest {
+protected:
+    test::TemporaryHome home;
+    QProcessEnvironment environment = home.environment();
+
+    void start(QProcess& process, const QStringList& arguments) const {
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(home.root());
+        process.start(QStringLiteral(RAINCAST_PROGRAM), arguments);
+        EXPECT_TRUE(process.waitForStarted(kDeadline));
+    }
+    Result run(const QStringList& arguments) const {
+        QProcess process;
+        start(process, arguments);
+        return finish(process);
+    }
+    /// Waits until a started viewer listens: it shows its window next.
+    void awaitSocket() const {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !sockets().isEmpty(); }, kDeadline));
+    }
+    /// Waits until a started viewer has its pages, which it does right before its event loop: a
+    /// first start makes the folder for them.
+    void awaitFolder() const {
+        EXPECT_TRUE(
+            QTest::qWaitFor([this] { return QDir(home.programFolder()).exists(); }, kDeadline)
+        );
+    }
+    [[nodiscard]] QStringList sockets() const {
+        QStringList names = QDir(home.path("run")).entryList({"raincast-*"}, QDir::System);
+        return names;
+    }
+    void end(QProcess& process, int signal) const {
+        kill(static_cast<pid_t>(process.processId()), signal);
+    }
+    [[nodiscard]] QString configFileSaved() const {
+        const auto registry = QJsonDocument::fromJson(readFile(home.userRegistry()));
+        return registry["Software/Quorvane/Raincast_1/CGlobals"]["config_file"]["value"].toString();
+    }
+};
+
+TEST_F(ProgramTest, EverySignalToEndSavesAsExitDoes) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        QProcess process;
+        start(process, {});
+        awaitFolder();
+        end(process, signal);
+        EXPECT_EQ(finish(process).status, 0) << signal;
+        EXPECT_TRUE(QFile::remove(home.pageFile())) << signal;
+        EXPECT_EQ(configFileSaved(), home.pageFile()) << signal;
+        EXPECT_TRUE(QFile::remove(home.userRegistry()));
+        QDir(home.programFolder()).removeRecursively();
+    }
+}
+
+TEST_F(ProgramTest, ASignalAtAnyMomentOfTheStartEndsItInGoodOrder) {
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        QProcess process;
+        start(process, {});
+        if (attempt > 0) {
+            QTest::qWait(attempt * 4);
+        }
+        end(process, SIGTERM);
+        ASSERT_TRUE(process.waitForFinished(kDeadline));
+        // Before the program's first statement the signal has its usual meaning.
+        if (process.exitStatus() == QProcess::NormalExit) {
+            EXPECT_EQ(process.exitCode(), 0);
+            EXPECT_TRUE(QFile::exists(home.pageFile()));
+            EXPECT_EQ(configFileSaved(), home.pageFile());
+        }
+        QFile::remove(home.pageFile());
+        QFile::remove(home.userRegistry());
+    }
+}
+
+TEST_F(ProgramTest, ASecondStartEndsAtOnceAndTouchesNothing) {
+    QProcess first;
+    start(first, {});
+    awaitFolder();
+    const Result second = run({});
+    EXPECT_EQ(second.status, 0);
+    EXPECT_EQ(second.output, "");
+    EXPECT_FALSE(QFile::exists(home.userRegistry()));
+    EXPECT_FALSE(QFile::exists(home.pageFile()));
+    EXPECT_EQ(first.state(), QProcess::Running);
+    end(first, SIGTERM);
+    EXPECT_EQ(finish(first).status, 0);
+    EXPECT_TRUE(QFile::exists(home.pageFile()));
+}
+
+TEST_F(ProgramTest, ACrashedInstanceIsNoObstacleForTheNext) {
+    {
+        QProcess crashing;
+        start(crashing, {});
+        awaitFolder();
+        crashing.kill();
+        ASSERT_TRUE(crashing.waitForFinished(kDeadline));
+        EXPECT_EQ(sockets().size(), 1);
+    }
+    QDir(home.programFolder()).removeRecursively();
+    QProcess next;
+    start(next, {});
+    awaitFolder();
+    EXPECT_EQ(run({}).status, 0);
+    EXPECT_EQ(next.state(), QProcess::Running);
+    end(next, SIGTERM);
+    EXPECT_EQ(finish(next).status, 0);
+    EXPECT_TRUE(sockets().isEmpty());
+}
+
+TEST_F(ProgramTest, APageFileOfOneRunIsUsedAndNotRemembered) {
+    QProcess process;
+    start(process, {"--page-file", "mine.cfg", "--geometry", "300x400"});
+    awaitSocket();
+    // A viewer of the usual pages runs beside it.
+    QProcess other;
+    start(other, {});
+    awaitFolder();
+    end(process, SIGTERM);
+    EXPECT_EQ(finish(process).status, 0);
+    EXPECT_TRUE(QFile::exists(home.path("mine.cfg")));
+    EXPECT_FALSE(QFile::exists(home.pageFile()));
+    EXPECT_EQ(configFileSaved(), "");
+    EXPECT_FALSE(readFile(home.userRegistry()).contains("geometry"));
+    end(other, SIGTERM);
+    EXPECT_EQ(finish(other).status, 0);
+    EXPECT_EQ(configFileSaved(), home.pageFile());
+}
+
+TEST_F(ProgramTest, APictureIsAllThatAScreenshotWrites) {
+    const Result result = run({"--screenshot", "picture.png", "--geometry", "300x200"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(QImage(home.path("picture.png")).size(), QSize(300, 200));
+    EXPECT_EQ(namesIn(home.root()), "picture.png run");
+    EXPECT_EQ(namesIn(home.path("run")), "");
+}
+
+TEST_F(ProgramTest, AScreenshotsOwnPageFileIsWritten) {
+    const Result result = run({"--screenshot", "picture.png", "--page-file", "mine.cfg"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(namesIn(home.root()), "mine.cfg picture.png run");
+}
+
+TEST_F(ProgramTest, AScreenshotNeedsNoDisplayAndStandsApart) {
+    QProcess first;
+    start(first, {});
+    awaitFolder();
+    environment.remove("QT_QPA_PLATFORM");
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    const Result picture = run({"--screenshot", "picture.png"});
+    EXPECT_EQ(picture.status, 0) << picture.errors;
+    EXPECT_FALSE(QImage(home.path("picture.png")).isNull());
+    environment.insert("DISPLAY", ":4711"); // nobody's
+    EXPECT_EQ(run({"--screenshot", "other.png"}).status, 0);
+    EXPECT_EQ(first.state(), QProcess::Running);
+    end(first, SIGTERM);
+    EXPECT_EQ(finish(first).status, 0);
+}
+
+TEST_F(ProgramTest, AScreenshotThatCannotBeWrittenFails) {
+    const Result result = run({"--screenshot", "missing/picture.png"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("raincast: Cannot write "));
+}
+
+TEST_F(ProgramTest, TheScreenshotHasThePixelsOfTheDevice) {
+    for (const auto& [factor, size] :
+         {std::pair("2", QSize(600, 400)), std::pair("1.5", QSize(450, 300))}) {
+        environment.insert("QT_SCALE_FACTOR", factor);
+        EXPECT_EQ(run({"--screenshot", "picture.png", "--geometry", "300x200"}).status, 0);
+        EXPECT_EQ(QImage(home.path("picture.png")).size(), size) << factor;
+    }
+}
+
+TEST_F(ProgramTest, WithoutAnyDisplayOneSentenceSaysHowToGoOn) {
+    environment.remove("QT_QPA_PLATFORM");
+    environment.remove("WAYLAND_DISPLAY");
+    for (const char* display : {"", ":4711"}) {
+        environment.insert("DISPLAY", display);
+        const Result result = run({});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.errors, StartsWith("raincast: There is no display"));
+        EXPECT_THAT(result.errors, HasSubstr("--screenshot FILE"));
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+        EXPECT_EQ(namesIn(home.root()), "run");
+    }
+}
+
+TEST_F(ProgramTest, HelpAndVersionNeedNoDisplay) {
+    environment.remove("QT_QPA_PLATFORM");
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    EXPECT_EQ(run({"--version"}).output, "raincast " RAINCAST_VERSION "\n");
+    const Result help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, StartsWith("Usage: "));
+}
+
+TEST_F(ProgramTest, WrongUsageIsStatus2) {
+    const Result result = run({"--geometry", "huge"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.errors, HasSubstr("--geometry takes WIDTHxHEIGHT"));
+    EXPECT_EQ(namesIn(home.root()), "run");
+}
+
+TEST_F(ProgramTest, QtsOptionsReachQt) {
+    environment.remove("QT_QPA_PLATFORM");
+    environment.remove("DISPLAY");
+    EXPECT_EQ(run({"-platform", "minimal", "--screenshot", "picture.png"}).status, 0);
+    EXPECT_EQ(run({"-platform", "nonesuch"}).status, 1);
+}
+
+} // namespace
+} // namespace raincast

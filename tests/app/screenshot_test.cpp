@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "app/screenshot.h"
+#include "platform/busy_guard.h"
+#include "support/files.h"
+#include "support/qt_app.h"
+
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace raincast {
+namespace {
+
+class ScreenshotTest : public test::GuiTest {
+protected:
+    QTemporaryDir folder;
+    QWidget window;
+    std::optional<bool> saved;
+
+    ScreenshotTest() {
+        QPalette palette;
+        palette.setColor(QPalette::Window, QColor(10, 200, 30));
+        window.setPalette(palette);
+        window.resize(120, 80);
+    }
+    [[nodiscard]] bool wait() {
+        return QTest::qWaitFor([this] { return saved.has_value(); });
+    }
+};
+
+TEST_F(ScreenshotTest, TheWindowIsSavedAfterItsPaint) {
+    test::show(window);
+    const QString file = folder.filePath("picture.png");
+    const Screenshot screenshot(window, file, [this](bool good) { saved = good; });
+    EXPECT_FALSE(saved);
+    ASSERT_TRUE(wait());
+    EXPECT_EQ(saved, true);
+    const QImage picture(file, "PNG");
+    EXPECT_EQ(picture.size(), QSize(120, 80));
+    EXPECT_EQ(picture.pixelColor(60, 40), QColor(10, 200, 30));
+    EXPECT_EQ(namesIn(folder.path()), "picture.png");
+}
+
+TEST_F(ScreenshotTest, AWindowThatIsNeverPaintedIsSavedAllTheSame) {
+    const QString file = folder.filePath("picture.png");
+    const Screenshot screenshot(window, file, [this](bool good) { saved = good; });
+    ASSERT_TRUE(wait());
+    EXPECT_EQ(saved, true);
+    EXPECT_EQ(QImage(file).size(), QSize(120, 80));
+}
+
+TEST_F(ScreenshotTest, WhatIsUnderWayReturnsFirst) {
+    test::show(window);
+    const Screenshot screenshot(window, folder.filePath("picture.png"), [this](bool good) {
+        saved = good;
+    });
+    {
+        const BusyGuard busy;
+        for (int i = 0; i < 10; ++i) {
+            QCoreApplication::processEvents();
+        }
+        EXPECT_FALSE(saved);
+    }
+    EXPECT_TRUE(wait());
+}
+
+TEST_F(ScreenshotTest, AFileThatCannotBeWrittenIsTold) {
+    test::show(window);
+    const Screenshot screenshot(window, folder.filePath("missing/picture.png"), [this](bool good) {
+        saved = good;
+    });
+    ASSERT_TRUE(wait());
+    EXPECT_EQ(saved, false);
+    EXPECT_EQ(namesIn(folder.path()), "");
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,388 @@
+// SPDX-License-Identifier: MIT
+#include "app/app_commands.h"
+#include "app/globals.h"
+#include "app/main_window.h"
+#include "app/single_instance.h"
+#include "app/temporary_home.h"
+#include "app/viewer.h"
+#include "app/window_place.h"
+#include "paged/page.h"
+#include "persist/page_file.h"
+#include "persist/serial_reader.h"
+#include "platform/busy_guard.h"
+#include "platform/registry_store.h"
+#include "support/dialog_script.h"
+#include "support/files.h"
+#include "support/qt_app.h"
+#include "window/message_box.h"
+#include "window/modal.h"
+#include "window/screen_metrics.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace raincast {
+namespace {
+
+using testing::ElementsAre;
+
+const QString kKey = QStringLiteral("Software/Quorvane/Raincast_1/CGlobals");
+constexpr std::uint32_t kTestPageType = 9001;
+
+/// A page that does what a test wants when it is shown.
+class TestPage : public CAppPaged::Page {
+public:
+    static inline std::function<void(QWidget&)> shown;
+    static inline std::function<void()> gone;
+    static inline int written = 0;
+
+    ~TestPage() override {
+        if (gone) {
+            gone();
+        }
+    }
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTestPageType; }
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override {
+        ++written;
+        return Page::Write(writer);
+    }
+    bool activate(QWidget& parent, bool /*flag*/) override {
+        if (shown) {
+            shown(parent);
+        }
+        return true;
+    }
+    void deactivate() override {}
+};
+
+const SerializableType<TestPage> testPageType{kTestPageType};
+
+/// Only what a page file holds.
+class Pages : public CAppPaged {};
+
+class ViewerTest : public test::GuiTest {
+protected:
+    test::TemporaryHome home;
+
+    ViewerTest() { forget(); }
+    ~ViewerTest() override {
+        forget();
+        ScreenMetrics::use(std::nullopt);
+    }
+
+    static void forget() {
+        CGlobals::settings.configFile.clear();
+        CWindowPlace::settings.geometry.clear();
+        TestPage::shown = nullptr;
+        TestPage::gone = nullptr;
+        TestPage::written = 0;
+        Modal::forgetEnd();
+        Modal::neverAsk(false);
+    }
+
+    /// A page file with pages of these names.
+    static void writePages(const QString& path, const QStringList& names) {
+        Pages pages;
+        for (const QString& name : names) {
+            pages.append(std::make_unique<TestPage>()).setName(name);
+        }
+        QDir().mkpath(QFileInfo(path).path());
+        EXPECT_TRUE(PageFile(path).save(pages));
+        TestPage::written = 0;
+    }
+    static QStringList namesOf(const CAppPaged& application) {
+        QStringList names;
+        for (const auto& page : application.pages()) {
+            names.append(page->name());
+        }
+        return names;
+    }
+    static QStringList namesInFile(const QString& path) {
+        Pages pages;
+        PageFile(path).load(pages);
+        return namesOf(pages);
+    }
+    /// Does something in the viewer's event loop.
+    static void inLoop(std::function<void()> step) { QTimer::singleShot(0, qApp, std::move(step)); }
+    std::optional<QString> savedConfigFile() const {
+        return RegistryStore::inStandardFolders().string(
+            RegistryStore::Branch::User, kKey, QStringLiteral("config_file")
+        );
+    }
+};
+
+TEST_F(ViewerTest, AFirstStartMakesItsFolderShowsTheWeatherAndSavesBoth) {
+    Viewer viewer({});
+    inLoop([&] {
+        EXPECT_TRUE(QDir(home.programFolder()).exists());
+        EXPECT_FALSE(QFile::exists(home.pageFile()));
+        EXPECT_EQ(CGlobals::settings.configFile, home.pageFile());
+        EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
+        ASSERT_NE(viewer.application().current(), nullptr);
+        EXPECT_TRUE(viewer.window()->frame()->isVisible());
+        viewer.window()->commands().action(kAppExit).trigger();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_EQ(savedConfigFile(), home.pageFile());
+    EXPECT_EQ(namesInFile(home.pageFile()), QStringList("Weather"));
+}
+
+TEST_F(ViewerTest, PagesAreSavedThenDestroyedThenTheSettingsAreSaved) {
+    writePages(home.pageFile(), {"One", "Two"});
+    std::vector<std::string> log;
+    TestPage::gone = [&] {
+        log.push_back(
+            "gone, written " + std::to_string(TestPage::written) + ", settings " +
+            (QFile::exists(home.userRegistry()) ? "saved" : "not yet")
+        );
+    };
+    Viewer viewer({});
+    inLoop([&] { viewer.window()->commands().action(kAppExit).trigger(); });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_THAT(
+        log, ElementsAre("gone, written 2, settings not yet", "gone, written 2, settings not yet")
+    );
+    EXPECT_TRUE(QFile::exists(home.userRegistry()));
+    EXPECT_TRUE(viewer.application().pages().empty());
+}
+
+TEST_F(ViewerTest, AConfigFileInAMissingFolderIsNeitherReadNorWritten) {
+    const QString path = home.path("missing/pages.cfg");
+    {
+        auto store = RegistryStore::inStandardFolders();
+        store.setString(RegistryStore::Branch::User, kKey, "config_file", path);
+        ASSERT_TRUE(store.save(RegistryStore::Branch::User));
+    }
+    Viewer viewer({});
+    inLoop([&] {
+        EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_FALSE(QDir(home.path("missing")).exists());
+    EXPECT_FALSE(QDir(home.programFolder()).exists());
+    EXPECT_EQ(savedConfigFile(), path);
+}
+
+TEST_F(ViewerTest, AnEmptyPageFileCountsAsNoPages) {
+    writePages(home.pageFile(), {});
+    Viewer viewer({});
+    inLoop([&] {
+        EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(ViewerTest, WhatIsReadableOfADamagedPageFileIsShown) {
+    writePages(home.pageFile(), {"One", "Two"});
+    const QByteArray whole = readFile(home.pageFile());
+    writeFile(home.pageFile(), whole.left(whole.size() - 3));
+    Viewer viewer({});
+    inLoop([&] {
+        EXPECT_EQ(namesOf(viewer.application()).value(0), "One");
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_EQ(readFile(home.pageFile() + ".bak"), whole.left(whole.size() - 3));
+}
+
+TEST_F(ViewerTest, TheFirstSubmenuHoldsThePages) {
+    writePages(home.pageFile(), {"One", "Two"});
+    Viewer viewer({});
+    inLoop([&] {
+        QMenu& menu = *viewer.window()->pageMenu();
+        MenuPopupEvent popup(menu);
+        QCoreApplication::sendEvent(viewer.window()->frame(), &popup);
+        QStringList texts;
+        for (const QAction* entry : menu.actions()) {
+            texts.append(entry->text());
+        }
+        EXPECT_TRUE(texts.contains("One")) << texts.join('|').toStdString();
+        EXPECT_TRUE(texts.contains("Two")) << texts.join('|').toStdString();
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(ViewerTest, ClosingTheWindowSavesAsExitDoes) {
+    Viewer viewer({});
+    inLoop([&] { viewer.window()->frame()->close(); });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_EQ(namesInFile(home.pageFile()), QStringList("Weather"));
+    EXPECT_TRUE(savedConfigFile());
+}
+
+TEST_F(ViewerTest, ALogOutSavesAndTheProgramGoesOnUntilItIsEnded) {
+    Viewer viewer({});
+    inLoop([&] {
+        viewer.saveNow();
+        EXPECT_EQ(namesInFile(home.pageFile()), QStringList("Weather"));
+        EXPECT_TRUE(savedConfigFile());
+        EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
+        EXPECT_TRUE(viewer.window()->frame()->isVisible());
+        QCoreApplication::quit(); // the session's end
+    });
+    EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(ViewerTest, ARequestInADialogCancelsItAndTheOnesBeneath) {
+    std::vector<std::string> log;
+    Viewer viewer({});
+    test::DialogScript script;
+    script.expect(QStringLiteral("Outer"), [&](QDialog& dialog) {
+        messageBox(&dialog, QStringLiteral("text"), QStringLiteral("Inner"));
+        log.emplace_back("inner ended");
+    });
+    script.expect(QStringLiteral("Inner"), [&](QDialog&) { viewer.requestEnd(); });
+    inLoop([&] {
+        messageBox(viewer.window()->frame(), QStringLiteral("text"), QStringLiteral("Outer"));
+        log.emplace_back("outer ended");
+        EXPECT_NE(viewer.window()->frame(), nullptr);
+        EXPECT_FALSE(QFile::exists(home.pageFile()));
+        messageBox(viewer.window()->frame(), QStringLiteral("text"), QStringLiteral("Too late"));
+    });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_THAT(log, ElementsAre("inner ended", "outer ended"));
+    EXPECT_TRUE(QFile::exists(home.pageFile()));
+}
+
+TEST_F(ViewerTest, ARequestInADialogBeforeTheLoopKeepsItFromStarting) {
+    writePages(home.pageFile(), {"One"});
+    Viewer viewer({});
+    test::DialogScript script;
+    script.expect(QStringLiteral("Station"), [&](QDialog&) { viewer.requestEnd(); });
+    bool looped = false;
+    QObject context;
+    TestPage::shown = [&](QWidget& parent) {
+        EXPECT_TRUE(parent.isVisible());
+        messageBox(&parent, QStringLiteral("text"), QStringLiteral("Station"));
+        QTimer::singleShot(0, &context, [&looped] { looped = true; });
+    };
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_EQ(TestPage::written, 1);
+    EXPECT_TRUE(savedConfigFile());
+    EXPECT_FALSE(looped);
+}
+
+TEST_F(ViewerTest, ARequestDuringATransferWaitsForIt) {
+    std::vector<std::string> log;
+    Viewer viewer({});
+    inLoop([&] {
+        {
+            const BusyGuard busy;
+            viewer.window()->frame()->close();
+            log.emplace_back("transfer goes on");
+        }
+        EXPECT_NE(viewer.window()->frame(), nullptr);
+        log.emplace_back("transfer returned");
+    });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_THAT(log, ElementsAre("transfer goes on", "transfer returned"));
+}
+
+TEST_F(ViewerTest, AnOpenMenuIsNoObstacle) {
+    Viewer viewer({});
+    inLoop([&] {
+        viewer.window()->pageMenu()->popup(QPoint(0, 0));
+        viewer.requestEnd();
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    });
+    EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(ViewerTest, ASecondStartBringsTheFirstToTheFrontAndWritesNothing) {
+    bool asked = false;
+    SingleInstance first(home.pageFile());
+    first.onFront([&asked](const QByteArray&) { asked = true; });
+    ASSERT_TRUE(first.claim());
+    Viewer viewer({});
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_EQ(viewer.window(), nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&asked] { return asked; }));
+    EXPECT_FALSE(QFile::exists(home.userRegistry()));
+    EXPECT_FALSE(QDir(home.programFolder()).exists());
+}
+
+TEST_F(ViewerTest, AnotherStartBringsThisOneToTheFront) {
+    Viewer viewer({});
+    inLoop([&] {
+        viewer.window()->frame()->setWindowState(Qt::WindowMinimized);
+        SingleInstance second(home.pageFile());
+        EXPECT_FALSE(second.claim());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !viewer.window()->frame()->isMinimized(); }));
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(ViewerTest, TheWindowOpensWhereItWasLeft) {
+    {
+        Viewer viewer({});
+        inLoop([&] {
+            EXPECT_EQ(
+                viewer.window()->frame()->size(),
+                QSize(640, 640).boundedTo(ScreenMetrics::current().available)
+            );
+            viewer.window()->frame()->setGeometry(20, 30, 300, 400);
+            viewer.requestEnd();
+        });
+        EXPECT_EQ(viewer.run(), 0);
+    }
+    forget();
+    Viewer viewer({});
+    inLoop([&] {
+        EXPECT_EQ(viewer.window()->frame()->geometry(), QRect(20, 30, 300, 400));
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(ViewerTest, APictureIsMadeWithoutAskingOrSavingAnything) {
+    writePages(home.pageFile(), {"One"});
+    const QByteArray before = readFile(home.pageFile());
+    TestPage::shown = [](QWidget& parent) {
+        messageBox(&parent, QStringLiteral("text"), QStringLiteral("Nobody is asked"));
+    };
+    AppOptions options;
+    options.screenshot = home.path("picture.png");
+    options.geometry = QSize(300, 200);
+    Viewer viewer(options);
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_EQ(QImage(options.screenshot).size(), QSize(300, 200));
+    EXPECT_EQ(TestPage::written, 0);
+    EXPECT_EQ(readFile(home.pageFile()), before);
+    EXPECT_EQ(namesIn(home.programFolder()), "pages.cfg");
+    EXPECT_EQ(namesIn(home.root()), "data picture.png run");
+}
+
+TEST_F(ViewerTest, AnEndBeforeThePictureIsAFailure) {
+    AppOptions options;
+    options.screenshot = home.path("picture.png");
+    Viewer viewer(options);
+    inLoop([&] { viewer.requestEnd(); });
+    EXPECT_EQ(viewer.run(), 1);
+    EXPECT_FALSE(QFile::exists(options.screenshot));
+}
+
+TEST(HighResolutionTest, ItBeginsAbove120DotsPerInch) {
+    ScreenMetrics metrics;
+    metrics.logPixelsY = 120;
+    EXPECT_FALSE(metrics.highResolution());
+    metrics.logPixelsY = 121;
+    EXPECT_TRUE(metrics.highResolution());
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "app/window_place.h"
+#include "support/qt_app.h"
+#include "window/screen_metrics.h"
+
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+class WindowPlaceTest : public test::GuiTest {
+protected:
+    WindowPlaceTest() { CWindowPlace::settings.geometry.clear(); }
+    ~WindowPlaceTest() override {
+        CWindowPlace::settings.geometry.clear();
+        ScreenMetrics::use(std::nullopt);
+    }
+    static void screenOf(const QSize& room) {
+        ScreenMetrics metrics;
+        metrics.logPixelsY = 96;
+        metrics.available = room;
+        ScreenMetrics::use(metrics);
+    }
+};
+
+TEST_F(WindowPlaceTest, TheFirstSizeIsASquareOfTheScreensRoomAtMost) {
+    struct Row {
+        QSize screen;
+        QSize window;
+    };
+    const Row rows[] = {
+        {{1920, 1080}, {640, 640}}, {{240, 320}, {240, 320}}, {{1024, 600}, {640, 600}}};
+    for (const Row& row : rows) {
+        screenOf(row.screen);
+        QWidget window;
+        CWindowPlace::restore(window, {});
+        EXPECT_EQ(window.size(), row.window);
+    }
+}
+
+TEST_F(WindowPlaceTest, SizeAndPlaceAreFoundAgain) {
+    QWidget left;
+    left.setGeometry(30, 40, 333, 222);
+    test::show(left);
+    CWindowPlace::keep(left);
+
+    QWidget window;
+    CWindowPlace::restore(window, {});
+    EXPECT_EQ(window.geometry(), QRect(30, 40, 333, 222));
+    EXPECT_FALSE(window.isFullScreen());
+}
+
+TEST_F(WindowPlaceTest, AFullScreenIsFoundAgainAndLeadsBackToTheFormerSize) {
+    QWidget left;
+    left.setGeometry(30, 40, 333, 222);
+    test::show(left);
+    left.setWindowState(Qt::WindowFullScreen);
+    test::settle();
+    CWindowPlace::keep(left);
+
+    QWidget window;
+    CWindowPlace::restore(window, {});
+    test::show(window);
+    EXPECT_TRUE(window.isFullScreen());
+    window.setWindowState(Qt::WindowNoState);
+    test::settle();
+    EXPECT_EQ(window.size(), QSize(333, 222));
+}
+
+TEST_F(WindowPlaceTest, ADamagedPlaceCountsAsNone) {
+    screenOf({1920, 1080});
+    for (const char* text : {"AAAA", "%%%%", "AdnQywADAAA"}) {
+        CWindowPlace::settings.geometry = QString::fromLatin1(text);
+        QWidget window;
+        CWindowPlace::restore(window, {});
+        EXPECT_EQ(window.size(), QSize(640, 640)) << text;
+    }
+}
+
+} // namespace
+} // namespace raincast
