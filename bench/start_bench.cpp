@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// From the start of the viewer to the end of its first paint, beside a program with an empty
+// window: both save a picture of the window then and end. Settings and pages are a first start's.
+#include "support/ratio.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+constexpr int kPairs = 25;
+constexpr double kAim = 1.5;
+constexpr int kDeadline = 60'000; // milliseconds
+
+class Home {
+public:
+    Home() : m_environment(QProcessEnvironment::systemEnvironment()) {
+        for (const char* name :
+             {"XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"}) {
+            m_environment.insert(name, m_folder.path());
+        }
+        m_environment.insert("QT_QPA_PLATFORM", "offscreen");
+    }
+
+    void run(const char* program, const QStringList& arguments) const {
+        QProcess process;
+        process.setProcessEnvironment(m_environment);
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(QString::fromLocal8Bit(program), arguments);
+        if (!process.waitForFinished(kDeadline) || process.exitCode() != 0) {
+            std::fprintf(stderr, "%s failed.\n", program);
+            std::exit(1);
+        }
+    }
+    [[nodiscard]] QString picture() const {
+        return m_folder.filePath(QStringLiteral("picture.png"));
+    }
+
+private:
+    QTemporaryDir m_folder;
+    QProcessEnvironment m_environment;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const Home home;
+    const raincast::Ratio ratio = raincast::ratioOf(
+        kPairs,
+        [&home] {
+            home.run(RAINCAST_PROGRAM, {QStringLiteral("--screenshot"), home.picture()});
+        },
+        [&home] { home.run(BARE_WINDOW_PROGRAM, {home.picture()}); }
+    );
+    raincast::printRatio("start to first paint, the viewer / an empty window", ratio, kAim);
+    return 0;
+}
