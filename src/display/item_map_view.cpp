@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: MIT
+#include "display/item_map_view.h"
+
+#include "display/follow_icon.h"
+#include "persist/little_endian.h"
+#include "persist/record_reader.h"
+#include "persist/record_writer.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kVisibleMargin = 50;
+constexpr int kKeyPan = 32;
+// Where the follow icon's top-left corner lies from the item's bottom-right one.
+constexpr QPoint kFollowIconPlace(-13, -16);
+
+// Zoom and origin in a page file: three numbers of 32 bits.
+using ViewBytes = std::array<std::uint8_t, 12>;
+
+ViewBytes toBytes(const ViewTransform& view) {
+    ViewBytes bytes{};
+    storeLittleEndian<std::int32_t>(view.zoom(), bytes.data());
+    storeLittleEndian<std::int32_t>(view.origin().column, bytes.data() + 4);
+    storeLittleEndian<std::int32_t>(view.origin().row, bytes.data() + 8);
+    return bytes;
+}
+
+ViewTransform fromBytes(const ViewBytes& bytes) {
+    return {
+        loadLittleEndian<std::int32_t>(bytes.data()),
+        {loadLittleEndian<std::int32_t>(bytes.data() + 4),
+         loadLittleEndian<std::int32_t>(bytes.data() + 8)}};
+}
+
+struct Pan {
+    int key;
+    int dx;
+    int dy;
+};
+
+// The picture moves away from where the user wants to look.
+constexpr Pan kPans[] = {
+    {Qt::Key_Left, kKeyPan, 0},
+    {Qt::Key_Up, 0, kKeyPan},
+    {Qt::Key_Right, -kKeyPan, 0},
+    {Qt::Key_Down, 0, -kKeyPan},
+};
+
+GeoPosition placeOf(const CDataGPSPosition& fix) {
+    return {fix.latitude, fix.longitude};
+}
+
+} // namespace
+
+CItemMapView::CItemMapView(int menuId) : CItem(menuId) {
+    for (COverlayObject* object : COverlayObject::all()) {
+        m_overlays[object];
+    }
+}
+
+bool CItemMapView::Read(CSerialReader& reader) {
+    if (!CItem::Read(reader)) {
+        return false;
+    }
+    CRecordReader record(reader);
+    ViewBytes bytes = toBytes(m_view);
+    record.bytes(bytes);
+    record.value(m_following);
+    record.end();
+    m_view = fromBytes(bytes);
+    return true;
+}
+
+bool CItemMapView::Write(CSerialWriter& writer) const {
+    if (!CItem::Write(writer)) {
+        return false;
+    }
+    CRecordWriter record(writer);
+    record.bytes(toBytes(m_view));
+    record.value(m_following);
+    return record.end();
+}
+
+void CItemMapView::draw(QPainter& painter) {
+    for (auto& [object, entry] : m_overlays) {
+        if (entry.points.empty() || !entry.box.meets(m_visible)) {
+            continue;
+        }
+        if (entry.onPage.size() != entry.points.size()) {
+            entry.onPage.clear();
+            std::transform(
+                entry.points.begin(), entry.points.end(), std::back_inserter(entry.onPage),
+                [this](const ImagePixel& pixel) { return m_view.toPage(pixel); }
+            );
+        }
+        object->Draw(painter, m_view, entry.onPage);
+    }
+    if (m_following && m_lastFix.valid()) {
+        const QPoint corner(rectangle().right, rectangle().bottom);
+        drawFollowIcon(painter, corner + kFollowIconPlace);
+    }
+}
+
+void CItemMapView::setRectangle(const PageRectangle& newRectangle) {
+    const ImagePixel pixel = m_view.toImage({rectangle().left, rectangle().top});
+    CItem::setRectangle(newRectangle);
+    place({newRectangle.left, newRectangle.top}, pixel);
+}
+
+bool CItemMapView::command(int id, int /*notification*/) {
+    switch (id) {
+    case kZoomIn:
+        zoomBy(-1);
+        return true;
+    case kZoomOut:
+        zoomBy(1);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CItemMapView::keyDown(int key) {
+    const auto pan = std::find_if(std::begin(kPans), std::end(kPans), [key](const Pan& each) {
+        return each.key == key;
+    });
+    if (pan == std::end(kPans)) {
+        return false;
+    }
+    panBy(pan->dx, pan->dy);
+    return true;
+}
+
+bool CItemMapView::character(char16_t unit) {
+    switch (unit) {
+    case u'+':
+    case u'=':
+        zoomBy(-1);
+        return true;
+    case u'-':
+    case u'_':
+        zoomBy(1);
+        return true;
+    case u'L':
+    case u'l':
+        follow();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CItemMapView::stylusDown(int x, int y, Qt::KeyboardModifiers /*keys*/) {
+    m_dragX = x;
+    m_dragY = y;
+    return true;
+}
+
+// Zoomed in, the image moves by whole image pixels; what is left over counts in the next move.
+void CItemMapView::stylusMove(int x, int y) {
+    const int block = 1 << std::max(-m_view.zoom(), 0);
+    const int dx = (x - m_dragX) & -block;
+    const int dy = (y - m_dragY) & -block;
+    m_dragX += dx;
+    m_dragY += dy;
+    panBy(dx, dy);
+}
+
+void CItemMapView::follow() {
+    m_following = true;
+    if (m_lastFix.valid()) {
+        m_following = centreOn(placeOf(m_lastFix));
+    }
+    invalidate();
+}
+
+bool CItemMapView::centreOn(GeoPosition position) {
+    invalidate();
+    if (!m_geoReference.valid()) {
+        return false;
+    }
+    const auto placed = m_geoReference.geoToPixelInside(position);
+    if (placed.ok) {
+        showPixel(placed.pixel);
+    }
+    return placed.ok;
+}
+
+GeoPosition CItemMapView::centrePosition() const {
+    if (!m_geoReference.valid()) {
+        return {};
+    }
+    const ImagePixel pixel = centrePixel();
+    return m_geoReference.pixelToGeo(
+        {static_cast<double>(pixel.column), static_cast<double>(pixel.row)}
+    );
+}
+
+ImagePixel CItemMapView::centrePixel() const {
+    return m_view.toImage(centre());
+}
+
+bool CItemMapView::setView(ImagePixel pixel, GeoPosition fallback) {
+    showPixel(pixel);
+    const bool byFix = m_following && m_lastFix.valid();
+    const bool centred = centreOn(byFix ? placeOf(m_lastFix) : fallback);
+    m_following = m_following && centred;
+    return centred;
+}
+
+void CItemMapView::showPixel(ImagePixel pixel) {
+    place(centre(), pixel);
+}
+
+void CItemMapView::geoReferenceChanged() {
+    for (auto& [object, entry] : m_overlays) {
+        layout(*object, entry);
+    }
+    viewChanged();
+}
+
+QRect CItemMapView::area() const {
+    return rectangle().toRect();
+}
+
+void CItemMapView::onPublished(CDataGPSPosition& position) {
+    m_lastFix = position;
+    if (!m_following) {
+        return;
+    }
+    if (position.valid()) {
+        m_following = centreOn(placeOf(position));
+    }
+    invalidate(); // the icon comes and goes with the fix
+}
+
+void CItemMapView::onPublished(COverlayObject& object) {
+    if (object.change() == COverlayObject::Change::removed) {
+        m_overlays.erase(&object);
+    } else {
+        layout(object, m_overlays[&object]);
+    }
+    invalidate();
+}
+
+void CItemMapView::layout(COverlayObject& object, Entry& entry) const {
+    entry = {};
+    if (m_geoReference.valid()) {
+        object.Layout(entry.points, m_geoReference);
+        entry.box = Box::around(entry.points);
+    }
+}
+
+void CItemMapView::zoomBy(int step) {
+    if (m_view.zoomBy(step, centre())) {
+        viewChanged();
+    }
+}
+
+// Moves the picture by page pixels, as a person does: following ends.
+void CItemMapView::panBy(int dx, int dy) {
+    m_following = false;
+    place({dx, dy}, m_view.origin());
+}
+
+void CItemMapView::place(PagePoint point, ImagePixel pixel) {
+    m_view.placeOrigin(point, pixel);
+    viewChanged();
+}
+
+void CItemMapView::viewChanged() {
+    const ImagePixel first = m_view.toImage({rectangle().left, rectangle().top});
+    const ImagePixel last = m_view.toImage({rectangle().right, rectangle().bottom});
+    m_visible = {
+        std::int64_t{first.column} - kVisibleMargin, std::int64_t{first.row} - kVisibleMargin,
+        std::int64_t{last.column} + kVisibleMargin, std::int64_t{last.row} + kVisibleMargin};
+    for (auto& [object, entry] : m_overlays) {
+        entry.onPage.clear();
+    }
+    invalidate();
+}
+
+bool CItemMapView::Box::meets(const Box& other) const {
+    return left <= other.right && other.left <= right && top <= other.bottom && other.top <= bottom;
+}
+
+CItemMapView::Box CItemMapView::Box::around(const std::vector<ImagePixel>& points) {
+    if (points.empty()) {
+        return {};
+    }
+    Box box{points[0].column, points[0].row, points[0].column, points[0].row};
+    for (const ImagePixel& point : points) {
+        box.left = std::min<std::int64_t>(box.left, point.column);
+        box.top = std::min<std::int64_t>(box.top, point.row);
+        box.right = std::max<std::int64_t>(box.right, point.column);
+        box.bottom = std::max<std::int64_t>(box.bottom, point.row);
+    }
+    return box;
+}
+
+PagePoint CItemMapView::centre() const {
+    return {(rectangle().left + rectangle().right) / 2, (rectangle().top + rectangle().bottom) / 2};
+}
+
+} // namespace raincast

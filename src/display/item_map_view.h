@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "display/item.h"
+#include "geo/geo_reference.h"
+#include "geo/view_transform.h"
+#include "gps/data_gps_position.h"
+#include "gps/listener.h"
+#include "gps/overlay_object.h"
+
+#include <QRect>
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+namespace raincast {
+
+/// An item that shows part of a geo-referenced image: it zooms, pans, follows the user's position
+/// and draws the overlays. The image itself is the subclass's, which also fills the geo-reference.
+class CItemMapView : public CPageDisplay::CItem,
+                     private Listener<CDataGPSPosition>,
+                     private Listener<COverlayObject> {
+public:
+    [[nodiscard]] bool Read(CSerialReader& reader) override;
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+
+    /// The overlays and, while following, the follow icon.
+    void draw(QPainter& painter) override;
+    /// Keeps the image pixel at the top-left corner where it is.
+    void setRectangle(const PageRectangle& rectangle) override;
+    /// Zooms in and out.
+    bool command(int id, int notification) override;
+    /// The arrow keys pan.
+    bool keyDown(int key) override;
+    /// "+" and "-" zoom (or "=" and "_"), "L" follows.
+    bool character(char16_t unit) override;
+    bool stylusDown(int x, int y, Qt::KeyboardModifiers keys) override;
+    void stylusMove(int x, int y) override;
+
+    [[nodiscard]] const ViewTransform& view() const { return m_view; }
+    /// Whether the user's position is kept in the middle. Any pan, drag or failed centring ends it.
+    [[nodiscard]] bool following() const { return m_following; }
+    /// Follows, and shows the last position at once if it has a fix.
+    void follow();
+
+    /// Puts a position in the middle; false, and nothing moves, when the image is not placed or the
+    /// position is outside of it.
+    bool centreOn(GeoPosition position);
+    /// The position in the middle; (0, 0) while the image is not placed.
+    [[nodiscard]] GeoPosition centrePosition() const;
+    /// The image pixel in the middle.
+    [[nodiscard]] ImagePixel centrePixel() const;
+
+protected:
+    explicit CItemMapView(int menuId);
+
+    /// Puts an image pixel in the middle and then, if it can be, the last position while
+    /// following, else the fallback. False when that failed; following has ended then.
+    bool setView(ImagePixel pixel, GeoPosition fallback);
+    /// Puts an image pixel in the middle.
+    void showPixel(ImagePixel pixel);
+
+    [[nodiscard]] GeoReference& geoReference() { return m_geoReference; }
+    [[nodiscard]] const GeoReference& geoReference() const { return m_geoReference; }
+    /// To be called when the geo-reference was changed: the overlays take their new places.
+    void geoReferenceChanged();
+
+    /// The item's rectangle for painters and hit tests.
+    [[nodiscard]] QRect area() const;
+
+private:
+    /// Image pixels, all four edges within. Wide enough for a margin around any pixel.
+    struct Box {
+        std::int64_t left = 0;
+        std::int64_t top = 0;
+        std::int64_t right = 0;
+        std::int64_t bottom = 0;
+
+        [[nodiscard]] bool meets(const Box& other) const;
+        [[nodiscard]] static Box around(const std::vector<ImagePixel>& points);
+    };
+
+    /// An overlay's points, and what is known of them for the present view.
+    struct Entry {
+        std::vector<ImagePixel> points;
+        Box box; ///< around the points
+        std::vector<PagePoint> onPage;
+    };
+
+    void onPublished(CDataGPSPosition& position) override;
+    void onPublished(COverlayObject& object) override;
+
+    void layout(COverlayObject& object, Entry& entry) const;
+    void zoomBy(int step);
+    void panBy(int dx, int dy);
+    void place(PagePoint point, ImagePixel pixel);
+    void viewChanged();
+    [[nodiscard]] PagePoint centre() const;
+
+    GeoReference m_geoReference;
+    ViewTransform m_view;
+    Box m_visible; ///< image pixels that the item covers, and a margin around
+    bool m_following = false;
+    CDataGPSPosition m_lastFix;
+    std::map<COverlayObject*, Entry> m_overlays;
+    int m_dragX = 0;
+    int m_dragY = 0;
+};
+
+} // namespace raincast

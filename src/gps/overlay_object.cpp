@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "gps/overlay_object.h"
+
+#include "gps/listener.h"
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+// Objects may be static: the list exists before the first and stays when the last is gone.
+std::vector<COverlayObject*>& living() {
+    static auto* const objects = new std::vector<COverlayObject*>;
+    return *objects;
+}
+
+} // namespace
+
+COverlayObject::COverlayObject() {
+    living().push_back(this);
+}
+
+COverlayObject::~COverlayObject() {
+    std::erase(living(), this);
+    m_change = Change::removed;
+    Listener<COverlayObject>::Notify(*this);
+}
+
+void COverlayObject::announceChanged() {
+    m_change = Change::changed;
+    Listener<COverlayObject>::Notify(*this);
+}
+
+const std::vector<COverlayObject*>& COverlayObject::all() {
+    return living();
+}
+
+} // namespace raincast

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "geo/view_transform.h"
+
+#include <vector>
+
+class QPainter;
+
+namespace raincast {
+
+class GeoReference;
+
+/// Anything that is drawn over a map. Map views hear of it through Listener<COverlayObject>, and
+/// of those that existed before them through all().
+class COverlayObject {
+public:
+    enum class Change { changed = 0, removed = 2 };
+
+    COverlayObject();
+    /// Announces the object as removed; only its address may be used by then.
+    virtual ~COverlayObject();
+    COverlayObject(const COverlayObject&) = delete;
+    COverlayObject& operator=(const COverlayObject&) = delete;
+
+    /// Replaces `outline` by the image pixels of the object's points: none when it is off the map.
+    virtual void
+    Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference) const = 0;
+
+    /// Draws the object; `outline` is what Layout gave, in page pixels.
+    virtual void
+    Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline) = 0;
+
+    /// What is being announced.
+    [[nodiscard]] Change change() const { return m_change; }
+
+    /// Makes a change known to all map views.
+    void announceChanged();
+
+    /// All objects that exist.
+    [[nodiscard]] static const std::vector<COverlayObject*>& all();
+
+private:
+    Change m_change = Change::changed;
+};
+
+} // namespace raincast
