@@ -51,7 +51,8 @@ public:
     /// Bins are numbered from the north-west, the first at longitude 0.
     [[nodiscard]] GeoBox boxOf(std::size_t bin) const {
         const auto columns = static_cast<std::size_t>(m_columns);
-        const double north = 90 - static_cast<double>(bin / columns) * m_binDegrees;
+        const std::size_t row = bin / columns;
+        const double north = 90 - static_cast<double>(row) * m_binDegrees;
         const double east = static_cast<double>(bin % columns) * m_binDegrees;
         const double west = east >= 180 ? east - 360 : east;
         return {north - m_binDegrees, west, north, west + m_binDegrees};

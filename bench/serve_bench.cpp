@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+// How many frames a second raincast-server hands out beside nginx, which serves the same tree as
+// files, and how much memory the server takes once every site and product has been asked for.
+#include "radar/products.h"
+#include "radar/sites.h"
+#include "support/loopback.h"
+#include "support/ratio.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <arpa/inet.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace raincast;
+
+constexpr int kConnections = 8;
+constexpr int kRequestsPerConnection = 250;
+constexpr int kDeadline = 600'000; // milliseconds
+
+[[noreturn]] void fail(const char* what) {
+    std::fprintf(stderr, "%s\n", what);
+    std::exit(1);
+}
+
+/// One kept-alive connection.
+class Client {
+public:
+    explicit Client(int port) : m_socket(socket(AF_INET, SOCK_STREAM, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(static_cast<std::uint16_t>(port));
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const int yes = 1;
+        setsockopt(m_socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+        if (connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+            fail("Cannot connect.");
+        }
+    }
+    ~Client() { close(m_socket); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    /// The body of a path.
+    std::string get(const std::string& path) {
+        const std::string request = "GET " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n";
+        if (send(m_socket, request.data(), request.size(), MSG_NOSIGNAL) < 0) {
+            fail("Cannot send.");
+        }
+        std::string answer;
+        std::size_t headers = 0;
+        while ((headers = answer.find("\r\n\r\n")) == std::string::npos) {
+            receive(answer);
+        }
+        const auto length = answer.find("Content-Length: ");
+        if (!answer.starts_with("HTTP/1.1 200") || length > headers) {
+            fail("A request was not answered.");
+        }
+        const std::size_t whole = headers + 4 + std::stoul(answer.substr(length + 16));
+        while (answer.size() < whole) {
+            receive(answer);
+        }
+        return answer.substr(headers + 4);
+    }
+
+private:
+    void receive(std::string& answer) {
+        char piece[65536];
+        const ssize_t count = recv(m_socket, piece, sizeof piece, 0);
+        if (count <= 0) {
+            fail("The connection ended.");
+        }
+        answer.append(piece, static_cast<std::size_t>(count));
+    }
+
+    int m_socket;
+};
+
+void load(int port, const std::string& path) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kConnections; ++i) {
+        threads.emplace_back([port, &path] {
+            Client client(port);
+            for (int j = 0; j < kRequestsPerConnection; ++j) {
+                client.get(path);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+/// A free port, free for a moment only.
+int freePort() {
+    int port = 0;
+    close(bindLoopback(-1, port));
+    return port;
+}
+
+QByteArray nginxSettings(const QString& folder, int port) {
+    return QStringLiteral(
+               "daemon off; worker_processes auto; pid %1/nginx.pid; error_log %1/error.log;\n"
+               "user root; events {}\n"
+               "http { access_log off; types { image/gif gif; } keepalive_requests 100000;\n"
+               "sendfile on; tcp_nopush on;\n"
+               "client_body_temp_path %1/b; proxy_temp_path %1/p; fastcgi_temp_path %1/f;\n"
+               "uwsgi_temp_path %1/u; scgi_temp_path %1/s;\n"
+               "server { listen 127.0.0.1:%2; root %1/www; index index.html; } }\n"
+    )
+        .arg(folder)
+        .arg(port)
+        .toUtf8();
+}
+
+/// Stops a program at its end.
+class Program {
+public:
+    Program(const QString& name, const QStringList& arguments) {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(name, arguments);
+        if (!m_process.waitForStarted()) {
+            fail("A program cannot be started.");
+        }
+    }
+    ~Program() {
+        m_process.terminate();
+        m_process.waitForFinished();
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    QByteArray line() {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(kDeadline)) {
+        }
+        return m_process.readLine();
+    }
+    [[nodiscard]] qint64 id() const { return m_process.processId(); }
+
+private:
+    QProcess m_process;
+};
+
+std::string newestFrame(const std::string& folder, const std::string& listing) {
+    static const QRegularExpression name(QStringLiteral("[A-Z]{3}_\\d{8}_\\d{4}_[A-Z0-9]{3}\\.gif")
+    );
+    std::string newest;
+    auto names = name.globalMatch(QString::fromStdString(listing));
+    while (names.hasNext()) {
+        newest = names.next().captured().toStdString();
+    }
+    return newest.empty() ? std::string() : folder + newest;
+}
+
+std::string folderOf(const RadarSite& site, const RadarProduct& product) {
+    return "/ridge/RadarImg/" + product.codeText().toString().toStdString() + "/" +
+           site.idText().toString().toStdString() + "/";
+}
+
+/// "VmRSS" or "VmHWM" of a process, in megabytes.
+double memoryOf(qint64 process, const char* field) {
+    QFile file(QStringLiteral("/proc/%1/status").arg(process));
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail("The server has ended.");
+    }
+    const QRegularExpression pattern(QString::fromLatin1(field) + QStringLiteral(":\\s+(\\d+)"));
+    return pattern.match(QString::fromLatin1(file.readAll())).captured(1).toDouble() / 1024;
+}
+
+/// Asks once for the newest frame of every site and product.
+void askForEverything(int port) {
+    for (const RadarSite& site : radarSites()) {
+        Client client(port); // a connection has a limit of requests
+        for (const RadarProduct& product : radarProducts()) {
+            const std::string folder = folderOf(site, product);
+            client.get(newestFrame(folder, client.get(folder)));
+        }
+    }
+}
+
+} // namespace
+
+int main() {
+    const QTemporaryDir folder;
+    const QString program = QStringLiteral(RAINCAST_SERVER_PROGRAM);
+    const QStringList common{
+        QStringLiteral("--cache"), folder.filePath(QStringLiteral("cache")),
+        QStringLiteral("--hours"), QStringLiteral("1"), QStringLiteral("--quiet")};
+    QProcess publisher;
+    publisher.start(
+        program, common +
+                     QStringList{
+                         QStringLiteral("--once"), QStringLiteral("--sites"), QStringLiteral("TLX"),
+                         QStringLiteral("--publish"), folder.filePath(QStringLiteral("www"))}
+    );
+    if (!publisher.waitForFinished(kDeadline) || publisher.exitCode() != 0) {
+        fail("The tree cannot be published.");
+    }
+
+    Program server(
+        program, common + QStringList{QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0")}
+    );
+    const QByteArray ready = server.line();
+    const int port = ready.mid(ready.lastIndexOf(':') + 1).chopped(2).toInt();
+
+    const int nginxPort = freePort();
+    QFile settings(folder.filePath(QStringLiteral("nginx.conf")));
+    if (!settings.open(QIODevice::WriteOnly)) {
+        fail("The settings cannot be written.");
+    }
+    settings.write(nginxSettings(folder.path(), nginxPort));
+    settings.close();
+    const Program nginx(
+        QStringLiteral("/usr/sbin/nginx"), {QStringLiteral("-c"), settings.fileName()}
+    );
+
+    const std::string listing = "/ridge/RadarImg/N0R/TLX/";
+    const std::string frame = newestFrame(listing, Client(port).get(listing));
+    std::printf("A frame of %zu bytes\n", Client(port).get(frame).size());
+    const Ratio ratio = ratioOf(
+        9, [&] { load(port, frame); }, [&] { load(nginxPort, frame); }
+    );
+    constexpr double kRequests = kConnections * kRequestsPerConnection;
+    std::printf(
+        "Requests per second: raincast-server %.0f, nginx %.0f\n",
+        1000 * kRequests / ratio.firstMilliseconds, 1000 * kRequests / ratio.secondMilliseconds
+    );
+    printRatio("raincast-server / nginx, time for a frame", ratio, 4);
+
+    std::printf("Memory at first: %.0f MB\n", memoryOf(server.id(), "VmRSS"));
+    askForEverything(port);
+    std::printf(
+        "Memory after the newest frames of 155 sites and 7 products: %.0f MB, at most %.0f MB\n",
+        memoryOf(server.id(), "VmRSS"), memoryOf(server.id(), "VmHWM")
+    );
+}
