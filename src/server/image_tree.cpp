@@ -8,6 +8,8 @@
 #include "server/layer_store.h"
 #include "server/listing_page.h"
 
+#include <future>
+
 namespace raincast {
 
 namespace {
@@ -62,13 +64,22 @@ std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
     const QByteArray key = keyOf(path, *item);
     QByteArray bytes = m_cache.find(key);
     if (bytes.isNull()) {
-        bytes = make(*item);
+        bytes = makeInPool(*item);
         if (bytes.isEmpty()) {
             return std::nullopt;
         }
         m_cache.insert(key, bytes);
     }
     return TreeAnswer{bytes, typeOf(path), item->kind == TreeItem::Kind::warnings ? 0 : kDay};
+}
+
+/// Pictures are made by few threads, however many ask: a thread that paints keeps megabytes of
+/// tables for the next picture, and more threads than processors are no faster.
+QByteArray ImageTree::makeInPool(const TreeItem& item) const {
+    // Shared: whoever fulfils a promise may still be busy with it when its future is there.
+    const auto made = std::make_shared<std::promise<QByteArray>>();
+    m_painters.start([this, made, &item] { made->set_value(make(item)); });
+    return made->get_future().get();
 }
 
 QByteArray ImageTree::make(const TreeItem& item) const {

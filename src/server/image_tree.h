@@ -5,6 +5,8 @@
 #include "server/tree_answer.h"
 #include "server/tree_index.h"
 
+#include <QThreadPool>
+
 #include <functional>
 #include <map>
 #include <optional>
@@ -45,11 +47,13 @@ private:
 
     [[nodiscard]] std::optional<TreeAnswer> findFolder(std::string_view path) const;
     [[nodiscard]] QByteArray make(const TreeItem& item) const;
+    [[nodiscard]] QByteArray makeInPool(const TreeItem& item) const;
 
     const FrameSource& m_frames;
     const LayerStore& m_layers;
     std::map<std::string, Page, std::less<>> m_pages;
     mutable PictureCache m_cache{kMostBytesInMemory};
+    mutable QThreadPool m_painters; ///< as many threads as processors
 };
 
 } // namespace raincast

@@ -6,6 +6,8 @@
 
 #include <QGuiApplication>
 
+#include <malloc.h>
+
 #include <iostream>
 
 namespace {
@@ -43,6 +45,9 @@ auto readArguments(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    // Each connection's thread would keep memory of its own from the largest picture it ever made:
+    // with many, several times as much as all pictures that are kept.
+    mallopt(M_ARENA_MAX, 2);
     const auto wanted = readArguments(argc, argv);
     if (const auto* const answer = std::get_if<ServerAnswer>(&wanted)) {
         return say(*answer);
