@@ -51,6 +51,10 @@ QString warningsPath(const QString& siteId, const QString& range) {
     return QStringLiteral("/ridge/Warnings/%1/%2").arg(range, warningsFileName(siteId));
 }
 
+FileTime frameTime(const QString& fileName) {
+    return hasFrameForm(fileName) ? timeOf(fileName) : 0;
+}
+
 FileTime newestFrameTime(const std::set<QString>& listing) {
     const auto newest = std::find_if(listing.rbegin(), listing.rend(), hasFrameForm);
     return newest == listing.rend() ? 0 : timeOf(*newest);

@@ -25,6 +25,10 @@ namespace raincast {
 /// The server path of the warnings for a range word, "Short" or "Long".
 [[nodiscard]] QString warningsPath(const QString& siteId, const QString& range);
 
+/// The time in the name of a frame's file; 0 when the name has another form or its digits are no
+/// time.
+[[nodiscard]] FileTime frameTime(const QString& fileName);
+
 /// The time of the newest frame in a listing: that of the greatest name of a frame's form (25
 /// characters, the fourth and fifth "_2"). 0 when there is none, or its digits are no time.
 [[nodiscard]] FileTime newestFrameTime(const std::set<QString>& listing);

@@ -17,11 +17,12 @@ inline constexpr int kMostFrameInterval = 60;
 /// What is shown of a site, and how. It belongs to whoever shows it; an update (radar_update.h)
 /// works on it and leaves it in a state that can be painted whenever it asks for a repaint.
 struct RadarState {
-    QString siteId;        ///< three letters; empty: no site chosen yet
-    int product = 0;       ///< index into the product table
-    int frameCount = 6;    ///< frames of an animation, kLeastFrames to kMostFrames
-    int frameInterval = 9; ///< least minutes between two frames, 1 to kMostFrameInterval
-    bool animate = false;  ///< off: only the newest frame is fetched
+    QString siteId;          ///< three letters; empty: no site chosen yet
+    int product = 0;         ///< index into the product table
+    int frameCount = 6;      ///< frames of an animation, kLeastFrames to kMostFrames
+    int frameInterval = 9;   ///< least minutes between two frames, 1 to kMostFrameInterval
+    bool animate = false;    ///< off: only the newest frame is fetched
+    bool autoUpdate = false; ///< fetches new frames by itself
     bool showWarnings = true;
     QString cacheFolder; ///< root of the image cache
 

@@ -55,6 +55,15 @@ TEST(FrameNameTest, TheNewestFrameIsTheGreatestNameOfAFramesForm) {
     }
 }
 
+TEST(FrameNameTest, AFilesNameTellsItsTime) {
+    EXPECT_EQ(
+        frameTime(QStringLiteral("BMX_20070615_1830_N0R.gif")), fromCalendar({2007, 6, 15, 18, 30})
+    );
+    EXPECT_EQ(frameTime(QStringLiteral("BMX_City_Short.gif")), 0);
+    EXPECT_EQ(frameTime(QStringLiteral("BMX_20071315_1830_N0R.gif")), 0);
+    EXPECT_EQ(frameTime(QString()), 0);
+}
+
 TEST(FrameNameTest, TheClockHasTwelveHoursAndNoMarkOfTheHalfDay) {
     const TimeZone utc("UTC0");
     const auto at = [](int hour, int minute) {

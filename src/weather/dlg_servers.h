@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "window/dialog.h"
+
+namespace raincast {
+
+/// "Servers": where radar images and map layers come from. Edits the settings when it ends with OK.
+class CDlgServers : public Dialog {
+public:
+    CDlgServers();
+
+    bool onInitialise() override;
+    /// A text that is no host keeps the dialog open, with a message.
+    void onOk() override;
+};
+
+} // namespace raincast

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "geo/geo_position.h"
+#include "paged/dlg_item_type_select.h"
+
+#include <QString>
+
+namespace raincast {
+
+/// "Weather Station": the sites within 500 km of a position, nearest first, each with its distance;
+/// all sites in the order of their names at latitude 0, or where none is near. The site in use is
+/// selected at first.
+class CDlgStation : public CDlgItemTypeSelect {
+public:
+    CDlgStation(GeoPosition position, const QString& currentId);
+
+    /// The id of the chosen site; empty without one.
+    [[nodiscard]] QString chosenSite() const { return selectedDatum().toString(); }
+};
+
+} // namespace raincast

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/file_time.h"
+
+#include <QString>
+
+namespace raincast {
+
+/// A sentence about a picture that is more than twenty minutes old, "Image is 43 minutes old", in
+/// hours, days or years when it is that old; empty for a younger one, or one of the future.
+[[nodiscard]] QString imageAgeText(FileTime taken, FileTime now);
+
+} // namespace raincast

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "display/item_map_view.h"
+#include "gps/heartbeat.h"
+#include "persist/type_ids.h"
+#include "radar/basemaps.h"
+#include "radar/radar_state.h"
+#include "weather/layer_stack.h"
+
+#include <memory>
+
+namespace raincast {
+
+class CDlgAnimation;
+class CDlgLayers;
+class CDlgStation;
+class CDlgStorage;
+struct PictureTexts;
+
+/// The radar item: a site's radar images over and under map layers, placed on the earth so that the
+/// map view's overlays fall where they belong; animated and updated by itself when asked.
+///
+/// Loading blocks; while it does, the item is painted at each step, with a bar that shows how far
+/// it is. What goes wrong stands in the item as a text until the next load.
+class CItemWeather : public CItemMapView, public CHeartbeat::Counter {
+public:
+    using CDlgAnimation = raincast::CDlgAnimation;
+    using CDlgLayers = raincast::CDlgLayers;
+    using CDlgStation = raincast::CDlgStation;
+    using CDlgStorage = raincast::CDlgStorage;
+
+    static const SerializableType<CItemWeather> cType;
+
+    /// The number of the item's menu.
+    static constexpr int kMenu = 108;
+
+    CItemWeather();
+    ~CItemWeather() override;
+
+    [[nodiscard]] bool Read(CSerialReader& reader) override;
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeItemWeather; }
+
+    void draw(QPainter& painter) override;
+    /// Loads what is to be shown unless it is there; an item without a site asks for one.
+    void windowCreated() override;
+    bool command(int id, int notification) override;
+    /// Only what could not be loaded is wrong; what is being loaded is not.
+    [[nodiscard]] QString statusText() const override { return m_state.status; }
+    [[nodiscard]] QString caption() const override;
+
+    /// Every half second: an automatic update that is due, or a step of the animation.
+    void Tick() override;
+
+    [[nodiscard]] const RadarState& state() const { return m_state; }
+    [[nodiscard]] const BasemapLayers& layers() const { return m_layers; }
+
+    /// Shows a site as if it was chosen in the station dialog; a product of 0 to 6 as well.
+    void chooseSite(const QString& siteId, int product);
+
+private:
+    class View;
+
+    void show();
+    void loadFrames(bool& needRadar);
+    bool loadBasemaps(const QString& siteId, bool updateRadar);
+    bool requestUpdate();
+    [[nodiscard]] bool wholeImageInView() const;
+    void placeImage(GeoPosition centreBefore);
+
+    void chooseStation(GeoPosition position);
+    void editAnimation();
+    void editLayers();
+    void editStorage();
+
+    void readFrames(class CRecordReader& record, std::int32_t count);
+    [[nodiscard]] PictureTexts texts() const;
+    [[nodiscard]] QString productText() const;
+
+    RadarState m_state;
+    BasemapLayers m_layers;
+    Basemaps m_basemaps;
+    LayerStack m_stack;
+    std::unique_ptr<View> m_viewOfLoads;
+    bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
+    int m_progressDone = 0;
+    int m_progressWanted = 0; ///< 0: nothing is being loaded
+};
+
+} // namespace raincast

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "display/page_display.h"
+
+namespace raincast {
+
+class CItemWeather;
+
+/// The page that a first start shows: a display page with one radar item over the whole of it. It
+/// is saved as a plain display page and comes back as one; its item then fills it by its anchors.
+class CPageDefaultWeather : public CPageDisplay {
+public:
+    class Type;
+
+    CPageDefaultWeather();
+
+    /// Keeps the radar item, unless it was deleted, as large as the page.
+    void size(int width, int height) override;
+
+private:
+    CItemWeather* m_weather; ///< the page's, unless it was deleted
+};
+
+} // namespace raincast

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "weather/picture_texts.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kLeftMargin = 2;
+constexpr int kStatusMargin = 3;
+constexpr int kStatusTopMargin = 8;
+constexpr QColor kProgressGround(255, 255, 255);
+constexpr QColor kProgressDone(0, 90, 200);
+
+/// Draws one line on a box of its own.
+void drawLine(QPainter& painter, QPoint topLeft, const QString& line) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const QRect box(topLeft, QSize(metrics.horizontalAdvance(line), metrics.height()));
+    painter.fillRect(box, Qt::white);
+    painter.setPen(Qt::black);
+    painter.drawText(topLeft + QPoint(0, metrics.ascent()), line);
+}
+
+void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const QRect inner =
+        area.adjusted(kStatusMargin, kStatusTopMargin, -kStatusMargin, -kStatusMargin);
+    int top = inner.top();
+    for (const QString& line : status.split(u'\n')) {
+        if (!line.isEmpty()) {
+            const int width = metrics.horizontalAdvance(line);
+            drawLine(painter, {inner.left() + (inner.width() - width) / 2, top}, line);
+        }
+        top += metrics.lineSpacing();
+    }
+}
+
+/// What the line above the time says in so many pixels.
+QString aboutLine(const QFontMetrics& metrics, int width, const PictureTexts& texts) {
+    const QString age = texts.status.isEmpty() ? texts.age : QString();
+    const QString both = age.isEmpty() ? texts.about : texts.about + QStringLiteral("  ") + age;
+    return metrics.horizontalAdvance(both) <= width ? both : age;
+}
+
+} // namespace
+
+void drawPictureTexts(QPainter& painter, const QRect& area, const PictureTexts& texts) {
+    painter.save();
+    painter.setClipRect(area, Qt::IntersectClip);
+    const QFontMetrics metrics = painter.fontMetrics();
+    int bottom = area.bottom() + 1;
+    const QString about = aboutLine(metrics, area.width() - 2 * kLeftMargin, texts);
+    for (const QString& line : {texts.time, about}) {
+        if (!line.isEmpty()) {
+            bottom -= metrics.height();
+            drawLine(painter, {area.left() + kLeftMargin, bottom}, line);
+        }
+    }
+    drawStatus(painter, area, texts.status);
+    painter.restore();
+}
+
+void drawProgress(QPainter& painter, const QRect& area, int done, int wanted) {
+    if (wanted <= 0) {
+        return;
+    }
+    const int height = std::max(3, painter.fontMetrics().height() / 4);
+    QRect bar(area.left(), area.bottom() + 1 - height, area.width(), height);
+    bar = bar.intersected(area);
+    painter.fillRect(bar, kProgressGround);
+    bar.setWidth(bar.width() * std::clamp(done, 0, wanted) / wanted);
+    painter.fillRect(bar, kProgressDone);
+}
+
+} // namespace raincast

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "weather/servers.h"
+
+#include "persist/persistant_data.h"
+
+#include <QRegularExpression>
+
+namespace raincast {
+
+/// The settings record. A stored text of another form keeps the default.
+class CServers::Persistant : public PersistantData {
+public:
+    Persistant() : PersistantData("CServers") {}
+
+    RadarServers servers{localServer(), localServer()};
+
+    void useForThisRun(const char* value, QString& member, const QString& host) {
+        if (!host.isEmpty()) {
+            member = host;
+            setForThisRun(value);
+        }
+    }
+
+private:
+    void exchange(SettingsExchange& values) override {
+        exchangeHost(values, "radar_server", servers.radar);
+        exchangeHost(values, "basemap_server", servers.basemap);
+    }
+    static void exchangeHost(SettingsExchange& values, const char* name, QString& member) {
+        QString host = member;
+        values.string(name, host);
+        if (isHost(host)) {
+            member = host;
+        }
+    }
+};
+
+namespace {
+
+CServers::Persistant persistant;
+
+} // namespace
+
+QString CServers::localServer() {
+    return QStringLiteral("127.0.0.1:8155");
+}
+
+RadarServers CServers::current() {
+    return persistant.servers;
+}
+
+void CServers::set(const RadarServers& servers) {
+    persistant.servers = servers;
+}
+
+void CServers::setForThisRun(const QString& radarServer, const QString& basemapServer) {
+    persistant.useForThisRun("radar_server", persistant.servers.radar, radarServer);
+    persistant.useForThisRun("basemap_server", persistant.servers.basemap, basemapServer);
+}
+
+bool CServers::isHost(const QString& text) {
+    static const QRegularExpression form(
+        QStringLiteral("^([A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\])(:[0-9]{1,5})?$")
+    );
+    return form.match(text).hasMatch();
+}
+
+} // namespace raincast

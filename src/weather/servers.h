@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "radar/basemaps.h"
+
+#include <QString>
+
+namespace raincast {
+
+/// The servers that pictures come from, as the settings keep them. Both are at first the server
+/// that is installed with the viewer.
+class CServers {
+public:
+    class Persistant;
+
+    /// Where the installed server listens.
+    [[nodiscard]] static QString localServer();
+
+    [[nodiscard]] static RadarServers current();
+    /// Changes the settings.
+    static void set(const RadarServers& servers);
+    /// Uses another server for this run only; empty texts change nothing.
+    static void setForThisRun(const QString& radarServer, const QString& basemapServer);
+
+    /// Whether a text has the form HOST or HOST:PORT.
+    [[nodiscard]] static bool isHost(const QString& text);
+};
+
+} // namespace raincast
