@@ -371,7 +371,8 @@ void CItemWeather::Tick() {
         postponeUpdate(m_state, now);
         return;
     }
-    const bool onScreen = page() != nullptr && page()->active();
+    // A page has a window only while it is the one on the screen.
+    const bool onScreen = page() != nullptr && page()->widget() != nullptr;
     if (onScreen && stepAnimation(m_state)) {
         invalidate();
     }

@@ -1,0 +1,444 @@
+// SPDX-License-Identifier: MIT
+// The radar item on a real page, fed by a real server.
+#include "dialog_controls.h"
+#include "display/page_display.h"
+#include "persist/record_writer.h"
+#include "persist/serial_reader.h"
+#include "persist/serial_writer.h"
+#include "platform/clock.h"
+#include "radar/sites.h"
+#include "support/dialog_script.h"
+#include "support/files.h"
+#include "support/gif_maker.h"
+#include "support/http_server.h"
+#include "support/qt_app.h"
+#include "support/scoped_http.h"
+#include "support/time_zone.h"
+#include "weather/item_weather.h"
+#include "weather/servers.h"
+#include "weather/weather_commands.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <QListWidget>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace raincast {
+namespace {
+
+using test::DialogScript;
+using ::testing::HasSubstr;
+
+const QString kFrames = QStringLiteral("/ridge/RadarImg/N0R/MUX/");
+
+/// All pixels of one colour but for a column of red ones, or transparent where `ground` is 0.
+QByteArray columnGif(int redColumn, int ground = 0) {
+    return makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [=](int column, int) {
+                        return column == redColumn ? 2 : ground;
+                    }});
+}
+
+QByteArray topoJpeg() {
+    QImage image(600, 550, QImage::Format_RGB32);
+    image.fill(qRgb(40, 120, 40));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    EXPECT_TRUE(QImageWriter(&buffer, "jpeg").write(image));
+    return bytes;
+}
+
+class ItemWeatherTest : public test::GuiTest {
+protected:
+    ItemWeatherTest() : m_clock(fromCalendar({2019, 5, 19, 6, 0})) {
+        Clock::use(&m_clock);
+        qputenv("XDG_DATA_HOME", m_folder.filePath("data").toLocal8Bit());
+        qputenv("RAINCAST_CARD_ROOT", m_folder.filePath("cards").toLocal8Bit());
+        CServers::set({m_server.host(), m_server.host()});
+        publishLayers("MUX");
+        publishFrames({"20190519_0534", "20190519_0544", "20190519_0554"});
+        m_window.resize(300, 280);
+        makePage();
+    }
+    ~ItemWeatherTest() override {
+        m_page->deactivate();
+        CServers::set({CServers::localServer(), CServers::localServer()});
+        qunsetenv("XDG_DATA_HOME");
+        qunsetenv("RAINCAST_CARD_ROOT");
+        Clock::use(nullptr);
+    }
+
+    void publishLayers(const QString& site) {
+        const QString overlays = "/ridge/Overlays/";
+        m_server.serve(
+            overlays + "Cities/Short/" + site + "_City_Short.gfw",
+            "0.009\n0\n0\n-0.009\n-124.6\n39.6\n"
+        );
+        m_server.serve(overlays + "Topo/Short/" + site + "_Topo_Short.jpg", topoJpeg());
+        m_server.serve(overlays + "Rivers/Short/" + site + "_Rivers_Short.gif", columnGif(10));
+        m_server.serve(overlays + "Highways/Short/" + site + "_Highways_Short.gif", columnGif(20));
+        m_server.serve("/weather_radar/basemaps/" + site + "_County_Short.gif", columnGif(30));
+        m_server.serve("/weather_radar/basemaps/" + site + "_City_Short.gif", columnGif(40));
+    }
+    void publishFrames(const QStringList& stamps, const QString& site = "MUX") {
+        const QString folder = "/ridge/RadarImg/N0R/" + site + "/";
+        QByteArray links;
+        for (const QString& stamp : stamps) {
+            const QString name = site + "_" + stamp + "_N0R.gif";
+            links += "\"" + name.toLatin1() + "\" ";
+            m_server.serve(folder + name, columnGif(200 + static_cast<int>(stamps.indexOf(stamp))));
+        }
+        m_server.serve(folder, links);
+    }
+    void makePage() {
+        m_page = std::make_unique<CPageDisplay>();
+        m_item = static_cast<CItemWeather*>(&m_page->addItem(std::make_unique<CItemWeather>()));
+        m_item->setRectangle({0, 0, 300, 280});
+    }
+    /// Shows the page, on which an item with a site loads by itself.
+    void showPage() {
+        test::show(m_window);
+        m_page->activate(m_window, true);
+        test::settle();
+    }
+    void showSite() {
+        m_item->chooseSite("MUX", 0);
+        showPage();
+    }
+    /// Saves the page and puts the one that is read back in its place, as another start would.
+    void restart() {
+        QBuffer file;
+        file.open(QIODevice::ReadWrite);
+        CSerialWriter writer(file);
+        ASSERT_TRUE(writer.writeObject(*m_page) && writer.finish());
+        m_page->deactivate();
+        const QByteArray bytes = file.data();
+        CSerialReader reader(
+            {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+             static_cast<std::size_t>(bytes.size())}
+        );
+        std::unique_ptr<CSerializable> read;
+        ASSERT_TRUE(reader.readObject(read));
+        auto* page = dynamic_cast<CPageDisplay*>(read.release());
+        ASSERT_NE(page, nullptr);
+        m_page.reset(page);
+        ASSERT_EQ(page->items().size(), 1U);
+        m_item = dynamic_cast<CItemWeather*>(page->items()[0].get());
+        ASSERT_NE(m_item, nullptr);
+    }
+    void editAnimation(int frames, bool autoUpdate = false) {
+        DialogScript script;
+        script.expect("Animation", [=](QDialog& dialog) {
+            test::check(dialog, "Enable Animation", true);
+            test::type(dialog, 0, QString::number(frames));
+            test::check(dialog, "Auto-Update ", autoUpdate);
+            test::press(dialog, "OK");
+        });
+        EXPECT_TRUE(m_item->command(kAnimation, 0));
+    }
+    /// Switches layers off.
+    void editLayers(const QStringList& off) {
+        DialogScript script;
+        script.expect("Radar Layers", [&off](QDialog& dialog) {
+            for (const QString& layer : off) {
+                test::check(dialog, layer, false);
+            }
+            test::press(dialog, "OK");
+        });
+        EXPECT_TRUE(m_item->command(kLayers, 0));
+    }
+    /// Heartbeats at a time, as many as the item needs for one tick.
+    void beatAt(FileTime time) {
+        m_clock.set(time);
+        CHeartbeat::program().Beat(); // the clock jumped: nobody counts
+        for (int i = 0; i < 5; ++i) {
+            CHeartbeat::program().Beat();
+        }
+        test::settle();
+    }
+    void tick() {
+        m_item->Tick();
+        test::settle();
+    }
+    [[nodiscard]] QImage drawn() {
+        QImage picture(300, 280, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        m_item->draw(painter);
+        return picture;
+    }
+    [[nodiscard]] std::string shown() const {
+        return m_item->state().current.timeText.toStdString();
+    }
+
+    const TimeZone m_zone{"UTC0"};
+    const ScopedHttp m_shortWaits;
+    ManualClock m_clock;
+    QTemporaryDir m_folder;
+    HttpServer m_server;
+    QWidget m_window;
+    std::unique_ptr<CPageDisplay> m_page;
+    CItemWeather* m_item = nullptr;
+};
+
+TEST_F(ItemWeatherTest, ANewItemAsksForAStation) {
+    DialogScript script;
+    script.expect("Weather Station", [](QDialog& dialog) {
+        auto* list = dialog.findChild<QListWidget*>();
+        EXPECT_EQ(list->count(), 155);
+        QTest::keyClicks(list, "San Fr");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    showPage();
+    EXPECT_EQ(m_item->state().siteId, QStringLiteral("MUX"));
+    EXPECT_EQ(shown(), "5:54");
+    EXPECT_EQ(m_item->statusText(), QString());
+    EXPECT_EQ(m_item->centrePixel(), (ImagePixel{300, 275}));
+}
+
+TEST_F(ItemWeatherTest, WithoutAStationItSaysHowToChooseOne) {
+    DialogScript script;
+    script.expect("Weather Station", [](QDialog& dialog) { dialog.reject(); });
+    showPage();
+    EXPECT_EQ(m_item->state().siteId, QString());
+    EXPECT_EQ(m_server.count(), 0);
+    int dark = 0;
+    const QImage picture = drawn();
+    for (int x = 0; x < picture.width(); ++x) {
+        for (int y = 0; y < 60; ++y) {
+            dark += qGray(picture.pixel(x, y)) < 100 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(dark, 100);
+}
+
+TEST_F(ItemWeatherTest, LayersLieOverEachOtherInTheirOrder) {
+    showSite();
+    // Image column 200 of the newest frame is at page column 200 - 150.
+    const QImage picture = drawn();
+    const int left = 300 - 150;
+    EXPECT_EQ(qGreen(picture.pixel(210 - left, 150)), 120);
+    EXPECT_EQ(picture.pixel(202 - left, 150), 0xFFFF0000); // the frame's echo
+    m_item->keyDown(Qt::Key_Left);
+    for (int i = 0; i < 4; ++i) {
+        m_item->keyDown(Qt::Key_Left);
+    }
+    const QImage west = drawn();
+    for (const int column : {10, 20, 30, 40}) {
+        EXPECT_EQ(west.pixel(column - (left - 160), 150), 0xFFFF0000) << column;
+    }
+}
+
+TEST_F(ItemWeatherTest, TheSecondStartAsksTheServerForNothing) {
+    showSite();
+    const int before = m_server.count();
+    restart();
+    showPage();
+    EXPECT_EQ(m_server.count(), before);
+    EXPECT_EQ(shown(), "5:54");
+    EXPECT_TRUE(m_item->state().current.bitmap);
+    EXPECT_EQ(m_item->statusText(), QString());
+}
+
+TEST_F(ItemWeatherTest, ACachedFrameThatIsGoneAsksForAnUpdate) {
+    showSite();
+    QFile::remove(m_item->state().frames[0].path);
+    restart();
+    EXPECT_EQ(m_item->state().frames.size(), 1U);
+    showPage();
+    EXPECT_EQ(m_server.count(kFrames), 2);
+    EXPECT_EQ(shown(), "5:54");
+}
+
+TEST_F(ItemWeatherTest, FramesComeBackWithTheirTimesAndPaths) {
+    showSite();
+    editAnimation(3);
+    const auto frames = m_item->state().frames;
+    ASSERT_EQ(frames.size(), 3U);
+    restart();
+    ASSERT_EQ(m_item->state().frames.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(m_item->state().frames[i].path, frames[i].path);
+        EXPECT_EQ(m_item->state().frames[i].timeText, frames[i].timeText);
+        EXPECT_FALSE(m_item->state().frames[i].bitmap);
+    }
+    showPage();
+    EXPECT_EQ(shown(), "5:34"); // the oldest one, until the animation moves
+}
+
+TEST_F(ItemWeatherTest, FramesMoveByTicksWhileThePageIsOnTheScreen) {
+    showSite();
+    editAnimation(3);
+    std::string seen;
+    for (int i = 0; i < 8; ++i) {
+        tick();
+        seen += shown().empty() ? " -" : " " + shown();
+    }
+    EXPECT_EQ(seen, " 5:54 - 5:34 5:44 5:54 5:54 5:54 -");
+    m_page->deactivate();
+    const auto position = m_item->state().position;
+    m_item->Tick();
+    EXPECT_EQ(m_item->state().position, position);
+}
+
+TEST_F(ItemWeatherTest, AutomaticUpdatesComeWhenTheyAreDue) {
+    showSite();
+    editAnimation(2, true);
+    const int before = m_server.count(kFrames);
+    beatAt(fromCalendar({2019, 5, 19, 6, 2}));
+    EXPECT_EQ(m_server.count(kFrames), before); // due eight minutes after the newest frame
+    publishFrames({"20190519_0554", "20190519_0600"});
+    beatAt(fromCalendar({2019, 5, 19, 6, 3}));
+    EXPECT_EQ(m_server.count(kFrames), before + 1);
+    EXPECT_EQ(shown(), "6:00");
+    beatAt(fromCalendar({2019, 5, 19, 6, 4}));
+    EXPECT_EQ(m_server.count(kFrames), before + 1);
+}
+
+TEST_F(ItemWeatherTest, AHiddenPageUpdatesAndKeepsItsSite) {
+    showSite();
+    editAnimation(2, true);
+    m_page->deactivate();
+    publishFrames({"20190519_0554", "20190519_0600"});
+    beatAt(fromCalendar({2019, 5, 19, 6, 3}));
+    EXPECT_EQ(m_item->state().siteId, QStringLiteral("MUX"));
+    EXPECT_EQ(shown(), "6:00");
+}
+
+TEST_F(ItemWeatherTest, APageThatWasNeverShownKeepsItsSiteToo) {
+    showSite();
+    editAnimation(2, true);
+    restart();
+    beatAt(fromCalendar({2019, 5, 19, 6, 3}));
+    EXPECT_EQ(m_item->state().siteId, QStringLiteral("MUX"));
+    EXPECT_EQ(shown(), "5:54");
+}
+
+TEST_F(ItemWeatherTest, WithoutASiteNothingUpdatesByItself) {
+    DialogScript script;
+    script.expect("Weather Station");
+    showPage();
+    script.expect("Animation", [](QDialog& dialog) {
+        test::check(dialog, "Auto-Update ", true);
+        test::press(dialog, "OK");
+    });
+    m_item->command(kAnimation, 0);
+    beatAt(fromCalendar({2019, 5, 19, 6, 3}));
+    EXPECT_EQ(m_server.count(), 0);
+    script.expect("Weather Station");
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+}
+
+TEST_F(ItemWeatherTest, LeavingTheImageChangesToTheNearestSite) {
+    showSite();
+    for (int i = 0; i < 12; ++i) {
+        m_item->keyDown(Qt::Key_Right);
+    }
+    const GeoPosition centre = m_item->centrePosition();
+    const QString nearest = NearestSite(centre.latitude, centre.longitude).toString();
+    ASSERT_NE(nearest, QStringLiteral("MUX"));
+    publishLayers(nearest);
+    publishFrames({"20190519_0558"}, nearest);
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_EQ(m_item->state().siteId, nearest);
+    EXPECT_EQ(shown(), "5:58");
+}
+
+TEST_F(ItemWeatherTest, WithTheWholeImageInViewTheSiteStays) {
+    showSite();
+    for (int i = 0; i < 4; ++i) {
+        m_item->command(kZoomOut, 0);
+    }
+    m_item->keyDown(Qt::Key_Right);
+    m_item->keyDown(Qt::Key_Right); // 64 pixels: the image is 38 wide
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_EQ(m_item->state().siteId, QStringLiteral("MUX"));
+    EXPECT_EQ(m_server.count(kFrames), 2);
+}
+
+TEST_F(ItemWeatherTest, WithoutTopoTheGroundIsBlack) {
+    showSite();
+    editLayers({"Topo Map"});
+    const QImage picture = drawn();
+    EXPECT_EQ(picture.pixel(100, 150), 0xFF000000);
+    EXPECT_EQ(m_server.count(kFrames), 1);
+    editLayers({"Rivers", "Counties", "Highways", "Cities"});
+    EXPECT_EQ(drawn().pixel(100, 150), 0xFFFFFFFF); // with nothing at all the page shows
+}
+
+TEST_F(ItemWeatherTest, AFaultIsShownAndTheNextUpdateWorks) {
+    m_server.serve(kFrames, "", 500);
+    showSite();
+    EXPECT_EQ(m_item->statusText(), QStringLiteral("No radar images found on server.\n"));
+    publishFrames({"20190519_0554"});
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_EQ(m_item->statusText(), QString());
+    EXPECT_EQ(shown(), "5:54");
+}
+
+TEST_F(ItemWeatherTest, LayersThatCannotBeHadAreToldAndTriedAgain) {
+    const QString world = "/ridge/Overlays/Cities/Short/MUX_City_Short.gfw";
+    m_server.serve(world, "", 404);
+    showSite();
+    EXPECT_THAT(m_item->statusText().toStdString(), HasSubstr("Failed to access\nthe internet."));
+    publishLayers("MUX");
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_EQ(m_item->statusText(), QString());
+    EXPECT_EQ(shown(), "5:54");
+}
+
+TEST_F(ItemWeatherTest, AStoredViewIsLeftAlone) {
+    showSite();
+    m_item->keyDown(Qt::Key_Right);
+    m_item->command(kZoomOut, 0);
+    const ViewTransform before = m_item->view();
+    restart();
+    showPage();
+    EXPECT_EQ(m_item->view(), before);
+}
+
+TEST_F(ItemWeatherTest, TheCaptionNamesSiteProductAndDate) {
+    EXPECT_EQ(m_item->caption(), QString());
+    showSite();
+    EXPECT_EQ(m_item->caption(), QStringLiteral("MUX Base Reflectivity 2019-05-19"));
+}
+
+TEST_F(ItemWeatherTest, APageFileIsNotBelieved) {
+    // As the item writes itself: its placement, its view, its own record; all but the last as new.
+    QBuffer file;
+    file.open(QIODevice::ReadWrite);
+    CSerialWriter writer(file);
+    ASSERT_TRUE(CItemWeather().CItemMapView::Write(writer));
+    {
+        CRecordWriter record(writer);
+        record.string(u"../");
+        record.bytes(std::array<std::uint8_t, 28>{});
+        record.value(std::int32_t{0x7FFFFFFF});
+        record.string(u"/dev/zero");
+        record.string(u"1:00");
+        record.string(u"not/absolute");
+        ASSERT_TRUE(record.end());
+    }
+    ASSERT_TRUE(writer.finish());
+    const QByteArray bytes = file.data();
+    CSerialReader reader(
+        {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+         static_cast<std::size_t>(bytes.size())}
+    );
+    CItemWeather item;
+    const QString folder = item.state().cacheFolder;
+    EXPECT_TRUE(item.Read(reader));
+    EXPECT_EQ(item.state().siteId, QString());
+    EXPECT_EQ(item.state().frameCount, 6);
+    EXPECT_EQ(item.state().cacheFolder, folder);
+    EXPECT_LE(item.state().frames.size(), 25U);
+}
+
+} // namespace
+} // namespace raincast
