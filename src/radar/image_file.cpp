@@ -2,7 +2,7 @@
 #include "radar/image_file.h"
 
 #include "radar/gif_reader.h"
-#include "radar/jpeg_end.h"
+#include "radar/jpeg_check.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -16,7 +16,7 @@ namespace {
 constexpr qint64 kMostFileBytes = 4 * kMostImagePixels;
 
 QImage readJpeg(const QByteArray& bytes, qint64 mostPixels) {
-    if (!hasJpegEnd(bytes)) {
+    if (!isSoundJpeg(bytes)) {
         return {};
     }
     QBuffer buffer;

@@ -14,7 +14,7 @@ namespace raincast {
 ///
 /// Null when the file cannot be read, is of another kind, defective, cut off or larger than
 /// kMostImagePixels. A GIF whose first image is whole loads although its trailer is missing; a JPEG
-/// needs its end marker.
+/// needs its end marker and not more scans than pictures have.
 [[nodiscard]] Bitmap LoadImageFile(const QString& path);
 
 /// The same from the file's bytes, with a limit of the caller's own. A null image on failure.

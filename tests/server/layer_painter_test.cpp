@@ -3,7 +3,7 @@
 #include "needs_gui.h"
 #include "netcdf_maker.h"
 #include "radar/gif_reader.h"
-#include "radar/jpeg_end.h"
+#include "radar/jpeg_check.h"
 #include "server/layer_painter.h"
 #include "server/map_data.h"
 #include "shore_maker.h"
@@ -61,7 +61,7 @@ TEST_F(LayerPainterTest, WithoutDataLinesAreMissingAndTheGroundIsPlain) {
     const QImage topo = paint(LayerKind::topo);
     EXPECT_EQ(topo.pixel(10, 10), topo.pixel(500, 400));
     EXPECT_TRUE(
-        hasJpegEnd(paintLayer(LayerKind::topo, MapData(m_files), kGeometry, Range::shortRange))
+        isSoundJpeg(paintLayer(LayerKind::topo, MapData(m_files), kGeometry, Range::shortRange))
     );
 }
 

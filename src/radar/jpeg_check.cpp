@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/jpeg_end.h"
+#include "radar/jpeg_check.h"
 
 #include <QtEndian>
 
@@ -22,10 +22,11 @@ bool isScanData(uchar code) {
 
 } // namespace
 
-bool hasJpegEnd(QByteArrayView bytes) {
+bool isSoundJpeg(QByteArrayView bytes) {
     const auto* data = reinterpret_cast<const uchar*>(bytes.data());
     const qsizetype size = bytes.size();
     bool inScan = false;
+    int scans = 0;
     qsizetype at = 0;
     while (at + 1 < size) {
         const uchar code = data[at + 1];
@@ -41,10 +42,11 @@ bool hasJpegEnd(QByteArrayView bytes) {
         } else if (standsAlone(code)) {
             at += 2;
         } else {
-            if (at + 4 > size) {
+            inScan = code == kStartOfScan;
+            scans += inScan ? 1 : 0;
+            if (at + 4 > size || scans > kMostJpegScans) {
                 return false;
             }
-            inScan = code == kStartOfScan;
             at += 2 + qFromBigEndian<quint16>(data + at + 2);
         }
     }

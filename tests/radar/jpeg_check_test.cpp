@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/jpeg_end.h"
+#include "radar/jpeg_check.h"
 
 #include <QByteArray>
 
@@ -14,7 +14,7 @@ struct Row {
     bool whole;
 };
 
-TEST(JpegEndTest, FindsThePicturesOwnEnd) {
+TEST(JpegCheckTest, FindsThePicturesOwnEnd) {
     const Row rows[] = {
         {"nothing", "", false},
         {"start only", "FFD8", false},
@@ -37,8 +37,17 @@ TEST(JpegEndTest, FindsThePicturesOwnEnd) {
         {"a segment length of 0", "FFD8 FFE00000 FFD9", false},
     };
     for (const Row& row : rows) {
-        EXPECT_EQ(hasJpegEnd(QByteArray::fromHex(row.hex)), row.whole) << row.what;
+        EXPECT_EQ(isSoundJpeg(QByteArray::fromHex(row.hex)), row.whole) << row.what;
     }
+}
+
+TEST(JpegCheckTest, RefusesMoreScansThanAnyPictureHas) {
+    const QByteArray start = QByteArray::fromHex("FFD8");
+    const QByteArray scan = QByteArray::fromHex("FFDA0002 11");
+    const QByteArray end = QByteArray::fromHex("FFD9");
+    EXPECT_TRUE(isSoundJpeg(start + scan.repeated(kMostJpegScans) + end));
+    EXPECT_FALSE(isSoundJpeg(start + scan.repeated(kMostJpegScans + 1) + end));
+    EXPECT_FALSE(isSoundJpeg(start + scan.repeated(100'000) + end));
 }
 
 } // namespace
