@@ -81,7 +81,8 @@ bool HttpSession::open(const QByteArray& url) {
     close();
     m_url = url;
     m_arrived.clear();
-    m_connected = m_headersComplete = m_stalled = false;
+    m_connected = m_headersComplete = false;
+    m_timeout = nullptr;
     m_status = 0;
     m_headerBytes = m_bodyBytes = 0;
     m_result = CURLE_OK;
@@ -127,7 +128,7 @@ bool HttpSession::connectingFailed() const {
 }
 
 bool HttpSession::timedOut() const {
-    return m_stalled || m_result == CURLE_OPERATION_TIMEDOUT;
+    return m_timeout != nullptr || m_result == CURLE_OPERATION_TIMEDOUT;
 }
 
 // libcurl counts in bytes: the size of its items is always 1. It hands over one header line at a
@@ -161,6 +162,7 @@ int HttpSession::onConnected(void* self, char*, char*, int, int) {
     const HttpLimits& limits = httpLimits();
     session.m_connected = true;
     session.m_meter.emplace(limits.stallTime, limits.stallBytesPerSecond);
+    session.m_deadline = steady_clock::now() + limits.totalTime;
     return CURL_PREREQFUNC_OK;
 }
 
@@ -194,8 +196,13 @@ void HttpSession::advance() {
         finish(message->data.result);
         return;
     }
-    if (m_meter && m_meter->stalled(steady_clock::now(), m_bodyBytes)) {
-        m_stalled = true;
+    const auto now = steady_clock::now();
+    if (m_meter && m_meter->stalled(now, m_bodyBytes)) {
+        m_timeout = "the server stalled";
+    } else if (m_meter && now >= m_deadline) {
+        m_timeout = "the response took too long";
+    }
+    if (m_timeout != nullptr) {
         finish(CURLE_OK);
     }
 }
@@ -227,8 +234,8 @@ void HttpSession::finish(CURLcode result) {
 
 QString HttpSession::outcome() const {
     QString cause;
-    if (m_stalled) {
-        cause = QStringLiteral("the server stalled");
+    if (m_timeout != nullptr) {
+        cause = QString::fromLatin1(m_timeout);
     } else if (m_result != CURLE_OK) {
         const char* detail = m_error[0] != '\0' ? m_error.data() : curl_easy_strerror(m_result);
         cause = QString::fromLocal8Bit(detail);

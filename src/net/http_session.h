@@ -90,12 +90,13 @@ private:
     bool m_running = false;
     bool m_connected = false;
     bool m_headersComplete = false;
-    bool m_stalled = false;
+    const char* m_timeout = nullptr; ///< the limit of time that ended it, in words
     int m_status = 0;
     qint64 m_headerBytes = 0;
     qint64 m_bodyBytes = 0;
     CURLcode m_result = CURLE_OK;
     std::optional<StallMeter> m_meter; ///< from the moment the server is reached
+    StallMeter::Time m_deadline;       ///< while there is a meter
     StallMeter::Time m_lastHook;
 };
 

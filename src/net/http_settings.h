@@ -19,6 +19,9 @@ struct HttpLimits {
     /// stallTime, ends there; so does one whose headers take that long.
     std::chrono::milliseconds stallTime{30'000};
     int stallBytesPerSecond = 64;
+    /// From the moment the server is reached to the end of its response, however fast that comes:
+    /// a response that has not ended by then ends there, as a stalled one does.
+    std::chrono::milliseconds totalTime{600'000};
     /// Where a listing ends. A year of a radar's scans is about this long.
     qint64 listingBytes = qint64{8} << 20;
     /// Where a downloaded file ends: far above any image, so that no server fills the disk.

@@ -16,8 +16,8 @@ class HttpSession;
 /// http_settings.h.
 ///
 /// Failures are plain false, and the caller words them. An object that could not connect, or that
-/// waited for a stalled server once, fails every later request at once: otherwise each of a
-/// radar's frames would cost its own half minute.
+/// waited for a stalled or endless response once, fails every later request at once: otherwise each
+/// of a radar's frames would cost its own half minute.
 class CHttpTransfer {
 public:
     enum class ConnectState {

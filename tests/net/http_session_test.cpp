@@ -109,6 +109,7 @@ TEST_F(HttpSessionTest, EachWayOfNotConnectingIsTold) {
     EXPECT_FALSE(session.timedOut());
     EXPECT_THAT(outcome(), HasSubstr("connect to server"));
 
+    ScopedHttp::waitBriefly();
     const DeafPort deaf;
     EXPECT_FALSE(session.open(url(deaf.host())));
     EXPECT_TRUE(session.connectingFailed());

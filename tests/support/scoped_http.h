@@ -12,13 +12,12 @@
 
 namespace raincast {
 
-/// Limits of a fifth of a second, so that no test waits, and an ear on every transfer, for as long
-/// as it lives; what was set before comes back at its end.
+/// Limits of two seconds, which no server of a test reaches unless it means to, and an ear on every
+/// transfer, for as long as it lives; what was set before comes back at its end.
 class ScopedHttp {
 public:
     ScopedHttp() : m_limits(httpLimits()), m_hooks(httpHooks()) {
-        httpLimits().connectTimeout = std::chrono::milliseconds(200);
-        httpLimits().stallTime = std::chrono::milliseconds(200);
+        limitWaits(std::chrono::seconds(2));
         httpHooks().finished = [this](const QString& url, const QString& outcome) {
             finished.emplace_back(url, outcome);
         };
@@ -30,10 +29,17 @@ public:
     ScopedHttp(const ScopedHttp&) = delete;
     ScopedHttp& operator=(const ScopedHttp&) = delete;
 
+    /// For a test that waits for a limit to be reached.
+    static void waitBriefly() { limitWaits(std::chrono::milliseconds(200)); }
+
     /// Each request's URL and its outcome.
     std::vector<std::pair<QString, QString>> finished;
 
 private:
+    static void limitWaits(std::chrono::milliseconds time) {
+        httpLimits().connectTimeout = httpLimits().stallTime = time;
+    }
+
     HttpLimits m_limits;
     HttpHooks m_hooks;
 };

@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <optional>
+#include <string>
 
 namespace raincast {
 
@@ -10,15 +12,22 @@ namespace raincast {
 class TimeZone {
 public:
     explicit TimeZone(const char* zone) {
-        setenv("TZ", zone, 1);
-        tzset();
+        if (const char* before = std::getenv("TZ")) {
+            m_before = before;
+        }
+        enter(zone);
     }
-    ~TimeZone() {
-        unsetenv("TZ");
-        tzset();
-    }
+    ~TimeZone() { enter(m_before ? m_before->c_str() : nullptr); }
     TimeZone(const TimeZone&) = delete;
     TimeZone& operator=(const TimeZone&) = delete;
+
+private:
+    static void enter(const char* zone) {
+        static_cast<void>(zone != nullptr ? setenv("TZ", zone, 1) : unsetenv("TZ"));
+        tzset();
+    }
+
+    std::optional<std::string> m_before;
 };
 
 } // namespace raincast
