@@ -44,7 +44,7 @@ bool ReplacingFile::open(const QString& path) {
 }
 
 // The lock tells a live program's temporary file from a killed one's. Where the file system knows
-// no locks, the last to commit wins.
+// no locks, two that write the same file at once write into one temporary file.
 bool ReplacingFile::claim(const QByteArray& name) {
     const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     const int descriptor = ::open(name.constData(), flags, kReadAndWriteForAll);

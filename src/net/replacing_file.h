@@ -6,10 +6,11 @@
 
 namespace raincast {
 
-/// Writes a file under a temporary name in its own folder ("NAME.part") and gives it its name when
-/// it is committed, replacing what was there. A program that is killed meanwhile leaves the old
-/// file or none, never half a new one; what it left under the temporary name is written over by the
-/// next attempt. Two programs that write the same file at once do not disturb each other.
+/// Writes a file under a temporary name in its own folder ("NAME.part", or "NAME.PID.part" while
+/// another program writes the same file) and gives it its name when it is committed, replacing what
+/// was there. A program that is killed meanwhile leaves the old file or none, never half a new one;
+/// what it left as NAME.part is written over by the next attempt. Two programs that write the same
+/// file at once do not disturb each other where the file system knows locks.
 ///
 /// It is no journal: nothing waits for the disk, so after a power cut the file may be lost, as any
 /// cached file may.
