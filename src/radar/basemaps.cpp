@@ -68,8 +68,12 @@ public:
 
     /// Loads world file and layers; false when a required one cannot be had.
     bool run(GeoPosition centre) {
+        const QString folder = siteCacheFolder(m_state.cacheFolder, m_state.siteId);
+        if (folder.isEmpty()) {
+            return false;
+        }
         // A folder that cannot be made shows in the downloads, which fail.
-        static_cast<void>(EnsureFolder(siteCacheFolder(m_state.cacheFolder, m_state.siteId)));
+        static_cast<void>(EnsureFolder(folder));
         m_state.imageWidth = kImageWidth;
         m_state.imageHeight = kImageHeight;
         return loadWorldFile(centre) &&
@@ -123,7 +127,7 @@ private:
             return false;
         }
         if (layer.ground == Ground::topo) {
-            m_basemaps.topo = LoadImageFile(cachedFile(layer));
+            m_basemaps.topo = LoadImageFile(cachedFile(layer), kMostRadarPixels);
         } else {
             const bool ontoTopo = layer.ground == Ground::topoElseOverlay && m_basemaps.topo;
             static_cast<void>(

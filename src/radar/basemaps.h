@@ -33,7 +33,8 @@ struct RadarServers {
 /// cache or, once, from its server, and the world file that places them on the earth; with
 /// `updateRadar` it drops the frames at the start and ends with an update of the radar. Blocks.
 ///
-/// False when the world file, the topo or the rivers (of those that are shown) cannot be had: then
+/// False when the world file, the topo or the rivers (of those that are shown) cannot be had, as
+/// none can without a cache folder: then
 /// the status text says that the internet cannot be reached, and what was loaded by then stays. A
 /// missing county, highway or city layer is no failure. With `updateRadar` the result is the
 /// update's. A cached file that is defective is not fetched again; its layer stays away.

@@ -21,4 +21,8 @@ inline constexpr QRgb kTransparentWhite = 0xFFFF'FFFF;
 /// taken for it.
 inline constexpr qint64 kMostImagePixels = 64'000'000;
 
+/// The same for what a radar image server publishes: frames, warnings and map layers. Theirs are
+/// 330,000 pixels; an animation holds two dozen, and a few bytes can claim many.
+inline constexpr qint64 kMostRadarPixels = 4'000'000;
+
 } // namespace raincast

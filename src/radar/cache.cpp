@@ -45,7 +45,8 @@ QString ChooseDefaultCache() {
 }
 
 QString siteCacheFolder(const QString& cacheFolder, QStringView siteId) {
-    return cacheFolder % u'/' % siteId;
+    // A cache that is nowhere must not become the file system's root.
+    return cacheFolder.isEmpty() ? QString() : cacheFolder % u'/' % siteId;
 }
 
 void deleteStaleFrames(

@@ -27,10 +27,11 @@ namespace raincast {
 /// ones, wherever the cache is: an earlier layout left them there.
 [[nodiscard]] QString ChooseDefaultCache();
 
-/// The folder of one site: ROOT/SSS.
+/// The folder of one site: ROOT/SSS. Empty without a root.
 [[nodiscard]] QString siteCacheFolder(const QString& cacheFolder, QStringView siteId);
 
-/// Deletes a site's frames of one product that the server no longer lists.
+/// Deletes a site's frames of one product that the server no longer lists. Does nothing without a
+/// root.
 /// @param listed the names of the server's listing
 void deleteStaleFrames(
     const QString& cacheFolder, QStringView siteId, QStringView productCode,

@@ -133,7 +133,7 @@ void CompositeOnto(Bitmap& target, const QImage& source, int width, int height) 
 }
 
 bool LoadAndComposite(const QString& path, Bitmap& target) {
-    const Bitmap loaded = LoadImageFile(path);
+    const Bitmap loaded = LoadImageFile(path, kMostRadarPixels);
     if (!loaded) {
         return false;
     }

@@ -12,13 +12,18 @@ namespace raincast {
 
 namespace {
 
-// No picture of at most kMostImagePixels needs a larger file, and a file is read whole.
-constexpr qint64 kMostFileBytes = 4 * kMostImagePixels;
+// A file is read whole. No picture needs more bytes for each pixel and for what else is in its
+// file.
+constexpr qint64 kMostBytesAPixel = 4;
+constexpr qint64 kMostOtherBytes = qint64{1} << 20;
 
 QImage readJpeg(const QByteArray& bytes, qint64 mostPixels) {
     if (!isSoundJpeg(bytes)) {
         return {};
     }
+    // Qt's own limit would refuse what is within ours.
+    static const bool unlimited = (QImageReader::setAllocationLimit(0), true);
+    Q_UNUSED(unlimited)
     QBuffer buffer;
     buffer.setData(bytes);
     QImageReader reader(&buffer, "jpeg");
@@ -41,12 +46,13 @@ QImage decodeImage(const QByteArray& bytes, qint64 mostPixels) {
     return {};
 }
 
-Bitmap LoadImageFile(const QString& path) {
+Bitmap LoadImageFile(const QString& path, qint64 mostPixels) {
+    const qint64 mostBytes = kMostBytesAPixel * mostPixels + kMostOtherBytes;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > kMostFileBytes) {
+    if (!file.open(QIODevice::ReadOnly) || file.size() > mostBytes) {
         return nullptr;
     }
-    QImage image = decodeImage(file.read(kMostFileBytes));
+    QImage image = decodeImage(file.read(mostBytes), mostPixels);
     return image.isNull() ? nullptr : std::make_shared<QImage>(std::move(image));
 }
 

@@ -12,12 +12,12 @@ namespace raincast {
 /// does. Transparent pixels come out white whatever colour their palette entry has: published
 /// overlays use black as the transparent colour.
 ///
-/// Null when the file cannot be read, is of another kind, defective, cut off or larger than
-/// kMostImagePixels. A GIF whose first image is whole loads although its trailer is missing; a JPEG
-/// needs its end marker and not more scans than pictures have.
-[[nodiscard]] Bitmap LoadImageFile(const QString& path);
+/// Null when the file cannot be read, is of another kind, defective, cut off or has more
+/// than `mostPixels` pixels. A GIF whose first image is whole loads although its trailer is
+/// missing; a JPEG needs its end marker and not more scans than pictures have.
+[[nodiscard]] Bitmap LoadImageFile(const QString& path, qint64 mostPixels = kMostImagePixels);
 
-/// The same from the file's bytes, with a limit of the caller's own. A null image on failure.
+/// The same from the file's bytes. A null image on failure.
 [[nodiscard]] QImage decodeImage(const QByteArray& bytes, qint64 mostPixels = kMostImagePixels);
 
 } // namespace raincast

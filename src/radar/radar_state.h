@@ -17,14 +17,15 @@ inline constexpr int kMostFrameInterval = 60;
 /// What is shown of a site, and how. It belongs to whoever shows it; an update (radar_update.h)
 /// works on it and leaves it in a state that can be painted whenever it asks for a repaint.
 struct RadarState {
-    QString siteId;          ///< three letters; empty: no site chosen yet
+    /// One of the site table's, as it is part of paths; empty: no site chosen yet.
+    QString siteId;
     int product = 0;         ///< index into the product table
     int frameCount = 6;      ///< frames of an animation, kLeastFrames to kMostFrames
     int frameInterval = 9;   ///< least minutes between two frames, 1 to kMostFrameInterval
     bool animate = false;    ///< off: only the newest frame is fetched
     bool autoUpdate = false; ///< fetches new frames by itself
     bool showWarnings = true;
-    QString cacheFolder; ///< root of the image cache
+    QString cacheFolder; ///< root of the image cache; while it is empty nothing can be fetched
 
     std::vector<RadarFrame> frames; ///< oldest first
     std::size_t position = 0;       ///< the animation's place in frames; may be their end

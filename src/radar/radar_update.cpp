@@ -103,6 +103,9 @@ bool RadarUpdate::FetchFrame(
     const std::set<QString>& listing
 ) {
     frame.bitmap = nullptr;
+    if (siteFolder().isEmpty()) {
+        return false;
+    }
     for (int tries = 0; tries < kMostTries; ++tries) {
         searchTime -= kFileTimePerMinute;
         const QString name = frameFileName(m_state.siteId, searchTime, productCode());
@@ -122,7 +125,7 @@ bool RadarUpdate::loadFrame(CHttpTransfer& transfer, const QString& name, RadarF
     if (!transfer.DownloadIfAbsent(path, cached)) {
         return false;
     }
-    frame.bitmap = LoadImageFile(cached);
+    frame.bitmap = LoadImageFile(cached, kMostRadarPixels);
     if (!frame.bitmap) {
         return false;
     }
@@ -139,7 +142,7 @@ void RadarUpdate::drawWarnings(CHttpTransfer& transfer) {
     if (!transfer.DownloadToFile(path, cached)) {
         return;
     }
-    const Bitmap warnings = LoadImageFile(cached);
+    const Bitmap warnings = LoadImageFile(cached, kMostRadarPixels);
     if (!warnings) {
         return;
     }

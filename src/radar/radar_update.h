@@ -43,7 +43,8 @@ public:
 
     /// Finds, downloads and loads the newest listed frame that is at least a minute older than
     /// `searchTime`, looking back over a hundred minutes; a listed frame that cannot be had or
-    /// loaded is passed over. On success `searchTime` is the found frame's.
+    /// loaded is passed over. False without a cache folder. On success `searchTime` is the found
+    /// frame's.
     [[nodiscard]] bool FetchFrame(
         CHttpTransfer& transfer, FileTime& searchTime, RadarFrame& frame,
         const std::set<QString>& listing

@@ -232,6 +232,23 @@ TEST_F(BasemapsTest, ADefectiveCachedLayerStaysAwayAndIsNotFetchedAgain) {
     EXPECT_EQ(m_basemap.count("/weather_radar/basemaps/MUX_County_Short.gif"), 0);
 }
 
+TEST_F(BasemapsTest, WithoutACacheFolderNothingIsAskedFor) {
+    m_state.cacheFolder.clear();
+    EXPECT_FALSE(load(true));
+    EXPECT_EQ(m_state.status, kNoInternet);
+    EXPECT_EQ(m_radar.count() + m_basemap.count(), 0);
+    EXPECT_FALSE(m_view.geoReference().valid());
+}
+
+TEST_F(BasemapsTest, ALayerThatClaimsTooMuchStaysAway) {
+    const QByteArray huge = gifThatClaims({8000, 8000});
+    m_radar.serve("/ridge/Overlays/Topo/Short/MUX_Topo_Short.jpg", huge);
+    m_radar.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", huge);
+    ASSERT_TRUE(load());
+    EXPECT_FALSE(m_basemaps.topo);
+    EXPECT_EQ(m_basemaps.overlay->size(), QSize(600, 550));
+}
+
 TEST_F(BasemapsTest, WithTheRadarTheFramesAreDroppedAndFetchedAnew) {
     m_state.frames = {RadarFrame{nullptr, "1:05", "/old"}};
     m_state.current = m_state.frames[0];

@@ -94,6 +94,7 @@ TEST_F(CacheTest, ClearsAnInternalRootThatIsALink) {
 TEST_F(CacheTest, NamesItsFolders) {
     EXPECT_EQ(cardCacheFolder("/media/SD"), "/media/SD/Quorvane/Temp/Weather");
     EXPECT_EQ(siteCacheFolder("/cache", u"BMX"), "/cache/BMX");
+    EXPECT_EQ(siteCacheFolder("", u"BMX"), "") << "and not /BMX";
 }
 
 TEST_F(CacheTest, StaleFramesOfOneSiteAndProductGo) {
@@ -111,7 +112,9 @@ TEST_F(CacheTest, StaleFramesOfOneSiteAndProductGo) {
     );
     EXPECT_EQ(namesIn(at("cache/MUX")), "MUX_20070615_1830_N0R.gif");
     deleteStaleFrames(at("cache"), u"TLX", u"N0R", {});
+    deleteStaleFrames("", u"MUX", u"N0R", {});
     EXPECT_EQ(namesIn(at("cache")), "BMX MUX");
+    EXPECT_EQ(namesIn(at("cache/MUX")), "MUX_20070615_1830_N0R.gif");
 }
 
 } // namespace

@@ -132,6 +132,10 @@ TEST(CompositeTest, LoadsAndComposites) {
 
     Bitmap untouched;
     EXPECT_FALSE(LoadAndComposite(folder.filePath(QStringLiteral("missing.gif")), untouched));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(gifThatClaims({8000, 8000}));
+    file.close();
+    EXPECT_FALSE(LoadAndComposite(path, untouched));
     EXPECT_FALSE(untouched);
 }
 

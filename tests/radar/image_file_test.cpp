@@ -71,6 +71,21 @@ TEST_F(ImageFileTest, AJpegThatClaimsTooMuchFails) {
     EXPECT_FALSE(load(bytes));
 }
 
+TEST_F(ImageFileTest, TheCallersLimitIsKept) {
+    for (const QByteArray& bytes : {makeGif({.screen = {64, 48}}), makeJpeg({64, 48})}) {
+        EXPECT_FALSE(decodeImage(bytes, 64 * 48).isNull());
+        EXPECT_TRUE(decodeImage(bytes, 64 * 48 - 1).isNull());
+        EXPECT_TRUE(LoadImageFile(write(bytes), 64 * 48));
+        EXPECT_FALSE(LoadImageFile(write(bytes), 64 * 48 - 1));
+    }
+}
+
+TEST_F(ImageFileTest, AFileOfMoreBytesThanItsPixelsNeedIsNotRead) {
+    const QByteArray bytes = makeGif({.screen = {64, 48}});
+    EXPECT_TRUE(LoadImageFile(write(bytes + QByteArray(1'000'000, 'x')), 64 * 48));
+    EXPECT_FALSE(LoadImageFile(write(bytes + QByteArray(1'100'000, 'x')), 64 * 48));
+}
+
 TEST_F(ImageFileTest, WhatIsNoImageFails) {
     EXPECT_FALSE(load({}));
     EXPECT_FALSE(load("<html><body>404</body></html>"));

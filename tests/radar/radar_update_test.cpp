@@ -224,7 +224,9 @@ TEST_F(RadarUpdateTest, AFrameThatCannotBeHadIsPassedOver) {
 }
 
 TEST_F(RadarUpdateTest, AFrameThatIsNoPictureIsPassedOver) {
-    const QByteArray defects[] = {"", "<html>Please log in</html>", frameGif().first(60)};
+    const QByteArray defects[] = {
+        "", "<html>Please log in</html>", frameGif().first(60), gifThatClaims({8000, 8000}),
+        gifThatClaims({2000, 2001})};
     for (const QByteArray& defect : defects) {
         QDir(m_state.cacheFolder).removeRecursively();
         publish({"20190519_0542", "20190519_0548", "20190519_0554"});
@@ -326,10 +328,14 @@ TEST_F(RadarUpdateTest, MissingWarningsAreNoFailure) {
     EXPECT_TRUE(update());
     EXPECT_EQ(m_state.status, QString());
 
-    m_server.serve(kWarnings, "<html>none today</html>");
-    EXPECT_TRUE(update());
-    EXPECT_EQ(m_state.status, QString());
-    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite);
+    const QByteArray defects[] = {"<html>none today</html>", gifThatClaims({8000, 8000})};
+    for (const QByteArray& defect : defects) {
+        m_server.serve(kWarnings, defect);
+        EXPECT_TRUE(update());
+        EXPECT_EQ(m_state.status, QString());
+        EXPECT_EQ(m_state.current.bitmap->format(), QImage::Format_Indexed8);
+        EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite);
+    }
 }
 
 TEST_F(RadarUpdateTest, WarningsThatAreSwitchedOffAreNotAskedFor) {
@@ -358,6 +364,15 @@ TEST_F(RadarUpdateTest, ACacheThatCannotBeWrittenIsTold) {
     writeFile(m_state.cacheFolder, "a file where the folder should be");
     EXPECT_FALSE(update());
     EXPECT_EQ(m_state.status, kNoFrame);
+}
+
+TEST_F(RadarUpdateTest, WithoutACacheFolderNoFrameIsAskedFor) {
+    publish({"20190519_0554"});
+    m_state.cacheFolder.clear();
+    m_state.showWarnings = true;
+    EXPECT_FALSE(update());
+    EXPECT_EQ(m_state.status, kNoFrame);
+    EXPECT_EQ(m_server.count(), 1); // the listing
 }
 
 TEST_F(RadarUpdateTest, AFullDiskIsToldAndLeavesNoHalfFrame) {
@@ -403,6 +418,8 @@ TEST_F(RadarUpdateTest, EveryFaultOfAListingHasItsText) {
         EXPECT_FALSE(updateFrom(server.host())) << fault.what;
         EXPECT_EQ(m_state.status, fault.status) << fault.what;
     }
+    const ScopedHttp http; // a name server may not answer
+    ScopedHttp::waitBriefly();
     EXPECT_FALSE(updateFrom(QStringLiteral("no-such-host.invalid")));
     EXPECT_EQ(m_state.status, kNoServer);
 }
@@ -445,7 +462,8 @@ TEST_F(RadarUpdateTest, EveryFaultOfAFrameLeadsToTheOneBefore) {
 }
 
 TEST_F(RadarUpdateTest, AStalledServerCostsOneWaitForAllFrames) {
-    const ScopedHttp shortWaits;
+    const ScopedHttp http;
+    ScopedHttp::waitBriefly();
     FaultServer server;
     server.on(
         kListing,

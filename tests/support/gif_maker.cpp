@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/gif_maker.h"
 
+#include <QtEndian>
+
 #include <gif_lib.h>
 
 #include <stdexcept>
@@ -91,6 +93,14 @@ QByteArray makeGif(const GifToMake& wanted) {
     }
     GifFreeMapObject(map);
     must(EGifCloseFile(gif, nullptr));
+    return bytes;
+}
+
+QByteArray gifThatClaims(QSize screen) {
+    constexpr qsizetype kScreenSize = 6; // where it stands: width, then height
+    QByteArray bytes = makeGif({});
+    qToLittleEndian(static_cast<quint16>(screen.width()), bytes.data() + kScreenSize);
+    qToLittleEndian(static_cast<quint16>(screen.height()), bytes.data() + kScreenSize + 2);
     return bytes;
 }
 

@@ -27,4 +27,7 @@ struct GifToMake {
 /// The file's bytes, as giflib writes them.
 [[nodiscard]] QByteArray makeGif(const GifToMake& wanted);
 
+/// A GIF of a few bytes whose screen is said to have this size.
+[[nodiscard]] QByteArray gifThatClaims(QSize screen);
+
 } // namespace raincast
