@@ -50,6 +50,12 @@ RadarState stateFor(const FetchOptions& options) {
 
 FetchExit fetch(const FetchOptions& options, const FetchStreams& streams) {
     RadarState state = stateFor(options);
+    if (state.cacheFolder.isEmpty()) {
+        if (!options.quiet) {
+            streams.report << "There is no folder for the image cache.\n";
+        }
+        return FetchExit::NoFrame;
+    }
     bool updated = false;
     {
         const auto report = makeReport(options, streams);

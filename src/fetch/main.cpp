@@ -3,6 +3,7 @@
 #include "fetch/fetch_command.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 
 #include <unistd.h>
 
@@ -13,10 +14,12 @@ int main(int argc, char** argv) {
     // A limit on file sizes is a download that fails, not the end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
+    // A frame that is no picture is passed over; what Qt thinks of it is not for standard error.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
     const bool isTerminal = isatty(STDERR_FILENO) == 1;
     const auto result =
         raincast::runFetch(QCoreApplication::arguments(), {std::cout, std::cerr, isTerminal});
-    // Frames that could not be told are no success for whoever reads them.
-    return std::cout.good() ? static_cast<int>(result)
-                            : static_cast<int>(raincast::FetchExit::NoFrame);
+    // What could not be told is no success for whoever reads it. A full disk shows in the flush.
+    return std::cout.flush().good() ? static_cast<int>(result)
+                                    : static_cast<int>(raincast::FetchExit::NoFrame);
 }

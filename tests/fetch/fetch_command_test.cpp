@@ -17,6 +17,7 @@ namespace {
 
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 constexpr int kDeadlineMilliseconds = 60'000;
 
@@ -114,6 +115,8 @@ TEST_F(FetchCommandTest, QuietPrintsTheFramesOnly) {
     EXPECT_EQ(result.status, 3);
     EXPECT_THAT(result.output, EndsWith("\t5:54\n"));
     EXPECT_EQ(result.errors, "");
+    // The URLs are asked for by an option of their own.
+    EXPECT_THAT(fetch({"MUX", "--quiet", "--verbose"}).errors, StartsWith("http://"));
 }
 
 TEST_F(FetchCommandTest, VerboseNamesEachUrlWithItsOutcome) {
@@ -163,6 +166,36 @@ TEST_F(FetchCommandTest, FramesThatCannotBeToldAreNoSuccess) {
     );
     ASSERT_TRUE(process.waitForFinished(kDeadlineMilliseconds));
     EXPECT_EQ(process.exitCode(), 1);
+}
+
+TEST_F(FetchCommandTest, HelpThatCannotBeToldIsNoSuccess) {
+    QProcess process;
+    process.setStandardOutputFile("/dev/full");
+    process.start(QStringLiteral(RAINCAST_FETCH_PROGRAM), {"--help"});
+    ASSERT_TRUE(process.waitForFinished(kDeadlineMilliseconds));
+    EXPECT_EQ(process.exitCode(), 1);
+}
+
+TEST_F(FetchCommandTest, WithoutAFolderForTheCacheNothingIsAskedFor) {
+    QFile inTheWay(m_folder.filePath("data"));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    const Result result = run({"MUX", "--radar-server", m_server.host()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "There is no folder for the image cache.\n");
+    EXPECT_EQ(m_server.count(), 0);
+    EXPECT_EQ(run({"MUX", "--quiet", "--radar-server", m_server.host()}).errors, "");
+}
+
+TEST_F(FetchCommandTest, QuietSaysNothingOfADefectiveFrame) {
+    // A JPEG's start, frame header and end, but no picture.
+    const QByteArray defective =
+        QByteArray::fromHex("FFD8 FFC0000B080010001001011100 FFDA0008010100003F00 FFD9");
+    publish({"MUX_20190519_0554_N0R.gif"});
+    m_server.serve("/ridge/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif", defective);
+    const Result result = fetch({"MUX", "--quiet"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "");
 }
 
 TEST_F(FetchCommandTest, HelpAndVersionGoToStandardOutput) {
