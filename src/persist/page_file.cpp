@@ -52,7 +52,8 @@ bool PageFile::readBytes() {
     m_loaded.clear();
     m_keepDue = false;
     m_unreadable = false;
-    if (!QFileInfo::exists(m_path)) {
+    m_absent = !QFileInfo::exists(m_path);
+    if (m_absent) {
         return false;
     }
     QFile file(m_path);
@@ -79,8 +80,25 @@ bool PageFile::keepLoaded() {
     return true;
 }
 
+/// Keeps a file that has come since load() found none.
+bool PageFile::keepUnread() {
+    QFile file(m_path);
+    if (!m_absent || !file.exists() || file.size() == 0) {
+        return true;
+    }
+    if (file.size() > kMaxSize || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        return false;
+    }
+    const QByteArray bytes = file.readAll();
+    if (bytes.size() != file.size() || !replaceFile(backupPath(), bytes)) {
+        return false;
+    }
+    m_absent = false;
+    return true;
+}
+
 bool PageFile::save(const CSerializable& application) {
-    if (m_unreadable || isForeign(m_path) || !keepLoaded()) {
+    if (m_unreadable || isForeign(m_path) || !keepLoaded() || !keepUnread()) {
         return false;
     }
     // The writer gathers by itself, so that a failing write is seen at once.
@@ -88,6 +106,7 @@ bool PageFile::save(const CSerializable& application) {
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
         return false;
     }
+    m_absent = false; // what stands there from now on is ours
     CSerialWriter writer(file);
     const bool written = application.Write(writer);
     return writer.finish() && written;

@@ -15,7 +15,9 @@ class CSerializable;
 /// The rule of the .bak file: before the first save after a load, the bytes that were loaded become
 /// the .bak file, replaced as a whole and on disk before the page file is touched. A load that did
 /// not read its file whole (something was cut short, dropped or not understood) leaves an existing
-/// .bak file alone: it is the better of the two. A file that was missing leaves it alone as well.
+/// .bak file alone: it is the better of the two. A file that was missing leaves it alone as well;
+/// if one has come by the time of the first save (its disk was mounted late, say), nobody has read
+/// it, and that becomes the .bak file.
 class PageFile {
 public:
     /// A file larger than this is no page file of ours; what stands before that size is read.
@@ -43,10 +45,12 @@ public:
 private:
     [[nodiscard]] bool readBytes();
     [[nodiscard]] bool keepLoaded();
+    [[nodiscard]] bool keepUnread();
 
     QString m_path;
     QByteArray m_loaded;       ///< what load() found, until it is kept
     bool m_keepDue = false;    ///< m_loaded is to be kept before the next save
+    bool m_absent = false;     ///< load() found no file, and none was written since
     bool m_unreadable = false; ///< there is a file, but not one that could be read
     bool m_whole = false;
 };

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace raincast {
 namespace {
@@ -131,6 +132,53 @@ TEST_F(PageFileTest, AFileThatWentMissingDoesNotReplaceWhatIsKept) {
     EXPECT_EQ(get("pages.cfg.bak"), kGood);
 }
 
+TEST_F(PageFileTest, AFileThatCameAfterTheLoadIsKeptBeforeTheFirstSave) {
+    put("pages.cfg.bak", kOther);
+    PageFile file(path());
+    EXPECT_FALSE(file.load(m_application));
+    put("pages.cfg", kGood);
+    EXPECT_TRUE(file.save(m_application));
+    EXPECT_EQ(get("pages.cfg"), QByteArray(4, '\0'));
+    EXPECT_EQ(get("pages.cfg.bak"), kGood);
+    // What stands there now was written by this run.
+    EXPECT_TRUE(file.save(m_application));
+    EXPECT_EQ(get("pages.cfg.bak"), kGood);
+}
+
+TEST_F(PageFileTest, AFileThatCameAfterTheLoadIsNotWrittenOverUnlessItIsKept) {
+    PageFile file(path());
+    EXPECT_FALSE(file.load(m_application));
+    put("pages.cfg", kGood);
+    {
+        const FullDisk disk(50);
+        EXPECT_FALSE(file.save(m_application));
+    }
+    EXPECT_EQ(get("pages.cfg"), kGood);
+    EXPECT_FALSE(has("pages.cfg.bak"));
+    ASSERT_TRUE(QFile::resize(path(), PageFile::kMaxSize + 1));
+    EXPECT_FALSE(file.save(m_application));
+    EXPECT_EQ(QFileInfo(path()).size(), PageFile::kMaxSize + 1);
+    put("pages.cfg", kGood);
+    EXPECT_TRUE(file.save(m_application));
+    EXPECT_EQ(get("pages.cfg.bak"), kGood);
+}
+
+TEST_F(PageFileTest, ASaveThatIsCutOffIsNotTakenForAnotherFile) {
+    put("pages.cfg", kOther);
+    SampleApplication pages;
+    ASSERT_TRUE(PageFile(path()).load(pages));
+    ASSERT_TRUE(QFile::remove(path()));
+    PageFile file(path());
+    EXPECT_FALSE(file.load(m_application));
+    {
+        const FullDisk disk(10);
+        EXPECT_FALSE(file.save(pages));
+    }
+    EXPECT_EQ(get("pages.cfg").size(), 10);
+    EXPECT_TRUE(file.save(pages));
+    EXPECT_FALSE(has("pages.cfg.bak"));
+}
+
 TEST_F(PageFileTest, PagesSurviveAPowerCutDuringASaveAndTheRunsAfterIt) {
     put("pages.cfg", kGood);
     for (const rlim_t cutAt : {0, 3, 4, 30, 245, 270}) {
@@ -211,14 +259,22 @@ TEST_F(PageFileTest, AFileTooLargeIsReadToTheLimit) {
 
 TEST_F(PageFileTest, AFileThatCannotBeReadIsNotWrittenOver) {
     put("pages.cfg", kGood);
-    ASSERT_TRUE(QFile::setPermissions(path(), QFileDevice::WriteOwner));
-    PageFile file(path());
-    if (file.load(m_application)) {
-        return; // as root, who can read any file
+    // Everybody could write it, and find it, but not read it.
+    ASSERT_EQ(chmod(qPrintable(path()), 0222), 0);
+    ASSERT_EQ(chmod(qPrintable(m_folder.path()), 0777), 0);
+    // Root may read everything, so it steps down for a moment.
+    const uid_t user = geteuid();
+    const uid_t nobody = 65534;
+    if (user == 0 && seteuid(nobody) != 0) {
+        GTEST_SKIP() << "root cannot step down here";
     }
+    PageFile file(path());
+    EXPECT_FALSE(file.load(m_application));
     EXPECT_FALSE(file.save(m_application));
-    QFile::setPermissions(path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    EXPECT_EQ(seteuid(user), 0);
+    ASSERT_EQ(chmod(qPrintable(path()), 0600), 0);
     EXPECT_EQ(get("pages.cfg"), kGood);
+    EXPECT_FALSE(has("pages.cfg.bak"));
 }
 
 } // namespace
