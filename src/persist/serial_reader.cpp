@@ -29,6 +29,7 @@ bool CSerialReader::readString(QString& string) {
     // QChar is one UTF-16 unit; on a little-endian machine this is a plain copy.
     qFromLittleEndian<char16_t>(m_bytes.data() + m_position, units, string.data());
     m_position += there;
+    m_skipped = m_skipped || there % 2 != 0;
     return there == length || fail();
 }
 

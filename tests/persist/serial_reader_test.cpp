@@ -277,6 +277,7 @@ TEST(SerialReaderTest, ReadsRawValuesAndStringsOutsideOfRecords) {
     EXPECT_TRUE(flag);
     EXPECT_TRUE(reader.readString(text)); // an odd length
     EXPECT_EQ(text, QStringLiteral("\U0001F327"));
+    EXPECT_TRUE(reader.skippedData()); // its last byte
     EXPECT_FALSE(reader.atEnd());
     EXPECT_FALSE(reader.readValue(word));
     EXPECT_EQ(word, 0x1234);
