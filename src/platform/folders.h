@@ -42,7 +42,8 @@ using MoveProgress = std::function<void(int filesMoved)>;
 MoveTree(const QString& source, const QString& destination, const MoveProgress& progress = {});
 
 /// As MoveTree, but a move that fails brings back what it had moved, as far as that is possible:
-/// what was at the destination before stays there.
+/// what was at the destination before stays there, but a file that was replaced stays replaced, by
+/// a copy of the one that is back at the source.
 [[nodiscard]] bool MoveTreeOrBringBack(
     const QString& source, const QString& destination, const MoveProgress& progress = {}
 );

@@ -151,7 +151,7 @@ void TreeMove::undo() {
     std::error_code error;
     for (auto moved = m_moved.rbegin(); moved != m_moved.rend(); ++moved) {
         fs::create_directories(moved->from.parent_path(), error);
-        if (copyOver(moved->to, moved->from)) {
+        if (copyOver(moved->to, moved->from) && !moved->replaced) {
             fs::remove(moved->to, error);
         }
     }
@@ -184,10 +184,11 @@ bool TreeMove::moveEntry(const Path& from, const Path& to) {
 }
 
 bool TreeMove::moveFile(const Path& from, const Path& to) {
+    const bool replaces = isThere(to);
     if (!copyOver(from, to)) {
         return false;
     }
-    m_moved.push_back({from, to});
+    m_moved.push_back({from, to, replaces});
     std::error_code error;
     fs::remove(from, error);
     if (m_progress) {

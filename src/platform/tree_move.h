@@ -22,13 +22,16 @@ public:
     [[nodiscard]] bool run(const Path& source, const Path& destination);
 
     /// Brings back every file that run() has moved, the last one first, and removes the folders
-    /// that it had made. What cannot be brought back stays where it is.
+    /// that it had made. One that had replaced another stays at the destination as well: a file was
+    /// there before, and some file is there afterwards. What cannot be brought back stays where it
+    /// is.
     void undo();
 
 private:
     struct Moved {
         Path from;
         Path to;
+        bool replaced; ///< there was something of that name
     };
 
     bool moveContents(const Path& from, const Path& to);

@@ -323,6 +323,18 @@ TEST_F(TreeMoveTest, UndoBringsBackWhatWasMoved) {
     EXPECT_EQ(listingOf(m_root), before);
 }
 
+TEST_F(TreeMoveTest, UndoLeavesAFileWhereOneWasReplaced) {
+    write(m_old / "both", "moved");
+    write(m_old / "folder", "no folder");
+    write(m_new / "both", "there before");
+    fs::create_directories(m_new / "folder");
+    TreeMove treeMove({});
+    EXPECT_FALSE(treeMove.run(m_old, m_new));
+    treeMove.undo();
+    EXPECT_EQ(listingOf(m_old), (Listing{{"both", "moved"}, {"folder", "no folder"}}));
+    EXPECT_EQ(listingOf(m_new), (Listing{{"both", "moved"}, {"folder", "/"}}));
+}
+
 TEST_F(TreeMoveTest, UndoLeavesWhatCannotBeBroughtBack) {
     write(m_old / "A" / "file", "a");
     write(m_old / "B" / "file", "b");
