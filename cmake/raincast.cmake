@@ -83,7 +83,8 @@ endfunction()
 # The compiled form of a locale that writes "22,4": the test suite runs under it as well.
 set(RAINCAST_LOCALE_DIR "${CMAKE_BINARY_DIR}/locale")
 function(raincast_make_comma_locale)
-    if(NOT EXISTS "${RAINCAST_LOCALE_DIR}/de_DE.UTF-8")
+    # A file of it: an attempt that was interrupted may have left the folder.
+    if(NOT EXISTS "${RAINCAST_LOCALE_DIR}/de_DE.UTF-8/LC_NUMERIC")
         file(MAKE_DIRECTORY "${RAINCAST_LOCALE_DIR}")
         execute_process(
             COMMAND localedef -i de_DE -f UTF-8 "${RAINCAST_LOCALE_DIR}/de_DE.UTF-8"
@@ -93,7 +94,8 @@ endfunction()
 
 # raincast_test(ROOM): the tests of tests/ROOM/*_test.cpp as one program and up to three ctest
 # entries: ROOM; ROOM.comma, the same under a comma locale; ROOM.real_data, the suites named
-# RealData..., which need the folder RAINCAST_TEST_DATA and show as skipped without it.
+# RealData..., which need the folder RAINCAST_TEST_DATA and show as skipped without it. Any entry
+# shows as skipped when a test of it was skipped and none failed.
 function(raincast_test room)
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${room}/*.cpp")
     if(NOT sources)
@@ -112,6 +114,8 @@ function(raincast_test room)
     add_test(NAME ${room}.comma COMMAND ${room}_tests ${synthetic})
     set(names ${room} ${room}.comma)
     set(real_data "")
+    # A suite of that name may come or go in a file that is there already.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources})
     foreach(source IN LISTS sources)
         file(STRINGS "${source}" found REGEX "^TEST(_F|_P)?\\(RealData")
         list(APPEND real_data ${found})
@@ -119,15 +123,14 @@ function(raincast_test room)
     if(real_data)
         add_test(NAME ${room}.real_data
             COMMAND ${room}_tests "--gtest_filter=RealData*:*/RealData*")
-        set_tests_properties(${room}.real_data PROPERTIES
-            SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
         list(APPEND names ${room}.real_data)
     endif()
     set(environment "QT_QPA_PLATFORM=offscreen" "RAINCAST_TEST_DATA=${RAINCAST_TEST_DATA}"
         "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0"
         "UBSAN_OPTIONS=print_stacktrace=1")
     foreach(test IN LISTS names)
-        set_tests_properties(${test} PROPERTIES ENVIRONMENT "${environment};LC_ALL=C.UTF-8")
+        set_tests_properties(${test} PROPERTIES
+            SKIP_RETURN_CODE 77 ENVIRONMENT "${environment};LC_ALL=C.UTF-8")
     endforeach()
     set_tests_properties(${room}.comma PROPERTIES ENVIRONMENT
         "${environment};LC_ALL=de_DE.UTF-8;LOCPATH=${RAINCAST_LOCALE_DIR};RAINCAST_EXPECT_COMMA=1")
