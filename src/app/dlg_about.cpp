@@ -16,14 +16,14 @@ namespace {
 const DialogTemplateRecord aboutTemplate{
     {CDlgAbout::kTemplate,
      QStringLiteral("About Raincast"),
-     {120, 56},
+     {125, 46},
      {
-         {CDlgAbout::kPicture, ControlKind::picture, {}, {6, 6, 36, 44}},
-         {CDlgAbout::kProduct, ControlKind::label, QStringLiteral("Raincast"), {48, 10, 68, 14}},
+         {CDlgAbout::kPicture, ControlKind::picture, {}, {4, 4, 34, 38}},
+         {CDlgAbout::kProduct, ControlKind::label, QStringLiteral("Raincast"), {41, 10, 82, 10}},
          {CDlgAbout::kVersion,
           ControlKind::label,
           QStringLiteral("Version 5.2.0, Build 756"),
-          {48, 28, 68, 20}},
+          {41, 26, 82, 10}},
      },
      {}}};
 

@@ -2,11 +2,11 @@
 #include "app/screenshot.h"
 
 #include "platform/busy_guard.h"
-#include "platform/replace_file.h"
 #include "window/modal.h"
 
 #include <QBuffer>
 #include <QEvent>
+#include <QFile>
 #include <QPixmap>
 #include <QWidget>
 
@@ -19,11 +19,22 @@ namespace {
 constexpr int kPatienceMilliseconds = 2000;
 constexpr int kBusyMilliseconds = 50;
 
-bool save(const QPixmap& picture, const QString& file) {
+bool save(const QPixmap& picture, const QString& path) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    return buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "PNG") &&
-           replaceFile(file, bytes);
+    if (!buffer.open(QIODevice::WriteOnly) || !picture.save(&buffer, "PNG")) {
+        return false;
+    }
+    QFile file(path);
+    const auto mode = QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered;
+    if (!file.open(mode)) {
+        return false;
+    }
+    const bool whole = file.write(bytes) == bytes.size();
+    if (!whole) {
+        file.remove(); // half a picture is none
+    }
+    return whole;
 }
 
 } // namespace

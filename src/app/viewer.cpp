@@ -20,6 +20,7 @@
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 namespace raincast {
@@ -39,6 +40,10 @@ QByteArray activationToken() {
     return qgetenv("XDG_ACTIVATION_TOKEN");
 }
 
+// The window system's part of Qt ends the process with exit() when the display goes away, which is
+// how some desktops log out. No window can be touched then, but what pages hold can be saved.
+Viewer* running = nullptr;
+
 void closePopups() {
     // Closing one may fail only if it opens anew; the count keeps that from going on for ever.
     for (int most = 100; most > 0 && QApplication::activePopupWidget() != nullptr; --most) {
@@ -51,6 +56,7 @@ void closePopups() {
 Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {}
 
 Viewer::~Viewer() {
+    running = nullptr;
     m_application.clear();
 }
 
@@ -63,13 +69,26 @@ int Viewer::run() {
     }
     createWindow();
     loadPages();
+    saveAtExit();
     m_window->showNow();
     openPositionSource();
     const int status = loop();
     m_receiver.use(std::nullopt);
     m_window->destroy();
+    running = nullptr;
     saveSettings();
     return status;
+}
+
+void Viewer::saveAtExit() {
+    running = this;
+    static const int registered = std::atexit([] {
+        if (Viewer* const viewer = std::exchange(running, nullptr)) {
+            viewer->savePages();
+            viewer->saveSettings();
+        }
+    });
+    static_cast<void>(registered);
 }
 
 void Viewer::loadSettings() {
@@ -97,6 +116,7 @@ void Viewer::createWindow() {
     m_window = std::make_unique<CMainWindow>(CMainWindow::Callbacks{
         [this] { requestEnd(); },
         [this] {
+            CWindowPlace::keep(*m_window->frame());
             savePages();
             m_application.clear();
         },
@@ -167,6 +187,7 @@ void Viewer::requestEnd() {
 
 void Viewer::saveNow() {
     if (m_window && m_window->frame() != nullptr) {
+        CWindowPlace::keep(*m_window->frame());
         savePages();
         saveSettings();
     }
@@ -178,7 +199,6 @@ void Viewer::savePages() {
         // There is nobody left to be told of a failure, and the old file is still there.
         static_cast<void>(m_pageFile->save(m_application));
     }
-    CWindowPlace::keep(*m_window->frame());
 }
 
 void Viewer::saveSettings() {

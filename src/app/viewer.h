@@ -50,6 +50,7 @@ private:
     [[nodiscard]] bool claimPageFile();
     void createWindow();
     void loadPages();
+    void saveAtExit();
     void openPositionSource();
     [[nodiscard]] int loop();
     void pictureTaken(bool saved);

@@ -2,6 +2,7 @@
 #include "app/screenshot.h"
 #include "platform/busy_guard.h"
 #include "support/files.h"
+#include "support/full_disk.h"
 #include "support/qt_app.h"
 
 #include <QImage>
@@ -72,6 +73,17 @@ TEST_F(ScreenshotTest, WhatIsUnderWayReturnsFirst) {
 TEST_F(ScreenshotTest, AFileThatCannotBeWrittenIsTold) {
     test::show(window);
     const Screenshot screenshot(window, folder.filePath("missing/picture.png"), [this](bool good) {
+        saved = good;
+    });
+    ASSERT_TRUE(wait());
+    EXPECT_EQ(saved, false);
+    EXPECT_EQ(namesIn(folder.path()), "");
+}
+
+TEST_F(ScreenshotTest, AFullDiskLeavesNoHalfPicture) {
+    test::show(window);
+    const FullDisk disk(50);
+    const Screenshot screenshot(window, folder.filePath("picture.png"), [this](bool good) {
         saved = good;
     });
     ASSERT_TRUE(wait());

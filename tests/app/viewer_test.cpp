@@ -6,6 +6,8 @@
 #include "app/temporary_home.h"
 #include "app/viewer.h"
 #include "app/window_place.h"
+#include "display/item.h"
+#include "display/page_display.h"
 #include "paged/page.h"
 #include "persist/page_file.h"
 #include "persist/serial_reader.h"
@@ -28,6 +30,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
@@ -39,6 +42,7 @@ using testing::ElementsAre;
 
 const QString kKey = QStringLiteral("Software/Quorvane/Raincast_1/CGlobals");
 constexpr std::uint32_t kTestPageType = 9001;
+constexpr std::uint32_t kTroubledItemType = 9002;
 
 /// A page that does what a test wants when it is shown.
 class TestPage : public CAppPaged::Page {
@@ -67,6 +71,18 @@ public:
 };
 
 const SerializableType<TestPage> testPageType{kTestPageType};
+
+/// An item that could not do what it was meant to.
+class TroubledItem : public CPageDisplay::CItem {
+public:
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTroubledItemType; }
+    void draw(QPainter& /*painter*/) override {}
+    [[nodiscard]] QString statusText() const override {
+        return QStringLiteral("Could not access server.\n");
+    }
+};
+
+const SerializableType<TroubledItem> troubledItemType{kTroubledItemType};
 
 /// Only what a page file holds.
 class Pages : public CAppPaged {};
@@ -367,6 +383,22 @@ TEST_F(ViewerTest, APictureIsMadeWithoutAskingOrSavingAnything) {
     EXPECT_EQ(namesIn(home.root()), "data picture.png run");
 }
 
+TEST_F(ViewerTest, WhatAnItemFailedAtFailsThePicture) {
+    {
+        auto page = std::make_unique<CPageDisplay>();
+        page->addItem(std::make_unique<TroubledItem>());
+        Pages pages;
+        pages.append(std::move(page));
+        QDir().mkpath(home.programFolder());
+        ASSERT_TRUE(PageFile(home.pageFile()).save(pages));
+    }
+    AppOptions options;
+    options.screenshot = home.path("picture.png");
+    Viewer viewer(options);
+    EXPECT_EQ(viewer.run(), 1);
+    EXPECT_FALSE(QImage(options.screenshot).isNull());
+}
+
 TEST_F(ViewerTest, AnEndBeforeThePictureIsAFailure) {
     AppOptions options;
     options.screenshot = home.path("picture.png");
@@ -374,6 +406,20 @@ TEST_F(ViewerTest, AnEndBeforeThePictureIsAFailure) {
     inLoop([&] { viewer.requestEnd(); });
     EXPECT_EQ(viewer.run(), 1);
     EXPECT_FALSE(QFile::exists(options.screenshot));
+}
+
+// In a process of its own, which a display that goes away ends with exit().
+TEST(ViewerDeathTest, AnExitFromBelowSavesThePages) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto dying = [] {
+        test::qtApp();
+        static const test::TemporaryHome home;
+        std::atexit([] { std::_Exit(QFile::exists(home.pageFile()) ? 42 : 43); });
+        Viewer viewer({});
+        QTimer::singleShot(0, qApp, [] { std::exit(1); });
+        static_cast<void>(viewer.run());
+    };
+    EXPECT_EXIT(dying(), testing::ExitedWithCode(42), "");
 }
 
 TEST(HighResolutionTest, ItBeginsAbove120DotsPerInch) {
