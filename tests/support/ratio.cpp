@@ -25,9 +25,18 @@ double median(std::vector<double> values) {
 
 } // namespace
 
-Ratio ratioOf(int pairs, const std::function<void()>& first, const std::function<void()>& second) {
+Ratio ratioOf(
+    int pairs, const std::function<void()>& first, const std::function<void()>& second,
+    const std::function<void()>& tidyUp
+) {
+    const auto afterPair = [&] {
+        if (tidyUp) {
+            tidyUp();
+        }
+    };
     first();
     second();
+    afterPair();
     std::vector<double> firsts;
     std::vector<double> seconds;
     std::vector<double> ratios;
@@ -35,6 +44,7 @@ Ratio ratioOf(int pairs, const std::function<void()>& first, const std::function
         firsts.push_back(milliseconds(first));
         seconds.push_back(milliseconds(second));
         ratios.push_back(firsts.back() / seconds.back());
+        afterPair();
     }
     const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
     return {median(firsts), median(seconds), median(ratios), *least, *most};

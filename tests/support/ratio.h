@@ -14,9 +14,12 @@ struct Ratio {
     double most;
 };
 
-/// Measures both `pairs` times, after one uncounted run of each.
-[[nodiscard]] Ratio
-ratioOf(int pairs, const std::function<void()>& first, const std::function<void()>& second);
+/// Measures both `pairs` times, after one uncounted run of each. `tidyUp`, if given, is called
+/// after each pair and counts for neither.
+[[nodiscard]] Ratio ratioOf(
+    int pairs, const std::function<void()>& first, const std::function<void()>& second,
+    const std::function<void()>& tidyUp = {}
+);
 
 /// Prints a line: what was measured, the medians, the ratio and what it should stay below.
 void printRatio(const char* what, const Ratio& ratio, double aim);
