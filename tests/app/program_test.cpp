@@ -167,6 +167,7 @@ TEST_F(ProgramTest, APageFileOfOneRunIsUsedAndNotRemembered) {
 TEST_F(ProgramTest, APictureIsAllThatAScreenshotWrites) {
     const Result result = run({"--screenshot", "picture.png", "--geometry", "300x200"});
     EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
     EXPECT_EQ(QImage(home.path("picture.png")).size(), QSize(300, 200));
     EXPECT_EQ(namesIn(home.root()), "picture.png run");
     EXPECT_EQ(namesIn(home.path("run")), "");
