@@ -2,6 +2,9 @@
 #include "app/app_options.h"
 
 #include "gps/position_source_address.h"
+#include "radar/products.h"
+#include "radar/sites.h"
+#include "weather/servers.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -31,6 +34,15 @@ QList<QCommandLineOption> ownOptions() {
          QStringLiteral("Where the position comes from: serial:PATH[@SPEED], tcp:HOST:PORT, "
                         "udp:PORT, gpsd:[HOST[:PORT]] or file:PATH[?rate=N]."),
          QStringLiteral("SOURCE")},
+        {QStringLiteral("radar-server"), QStringLiteral("Where the radar images come from."),
+         QStringLiteral("HOST[:PORT]")},
+        {QStringLiteral("basemap-server"), QStringLiteral("Where counties and cities come from."),
+         QStringLiteral("HOST[:PORT]")},
+        {QStringLiteral("site"), QStringLiteral("Show this radar site first, such as MUX."),
+         QStringLiteral("SITE")},
+        {QStringLiteral("product"),
+         QStringLiteral("With --site: N0R (the default), NCR, N0Z, N1P, NTP, N0V or N0S."),
+         QStringLiteral("PRODUCT")},
     };
 }
 
@@ -108,6 +120,38 @@ AppAnswer wrong(const QString& text) {
     return {text + QStringLiteral("\nTry raincast --help.\n"), true};
 }
 
+std::optional<AppAnswer> readServers(const QCommandLineParser& parser, AppOptions& result) {
+    result.radarServer = parser.value(QStringLiteral("radar-server"));
+    result.basemapServer = parser.value(QStringLiteral("basemap-server"));
+    for (const QString& host : {result.radarServer, result.basemapServer}) {
+        if (!host.isEmpty() && !CServers::isHost(host)) {
+            return wrong(QStringLiteral("\"%1\" is not HOST or HOST:PORT.").arg(host));
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<AppAnswer> readSite(const QCommandLineParser& parser, AppOptions& result) {
+    const QString site = parser.value(QStringLiteral("site"));
+    const QString product = parser.value(QStringLiteral("product"));
+    if (site.isEmpty()) {
+        return product.isEmpty() ? std::nullopt
+                                 : std::optional(wrong(QStringLiteral("--product needs --site.")));
+    }
+    if (findRadarSite(site.toUpper()) == nullptr) {
+        return wrong(QStringLiteral("There is no site %1.").arg(site));
+    }
+    result.siteId = site.toUpper();
+    if (!product.isEmpty()) {
+        const auto index = findRadarProduct(product.toUpper());
+        if (!index) {
+            return wrong(QStringLiteral("There is no product %1.").arg(product));
+        }
+        result.product = *index;
+    }
+    return std::nullopt;
+}
+
 std::variant<AppOptions, AppAnswer> readValues(const QCommandLineParser& parser) {
     const QString empty = emptyOption(parser);
     if (!empty.isEmpty()) {
@@ -133,6 +177,11 @@ std::variant<AppOptions, AppAnswer> readValues(const QCommandLineParser& parser)
     QString error;
     if (!result.nmea.isEmpty() && !PositionSourceAddress::parse(result.nmea, &error)) {
         return wrong(QStringLiteral("--nmea: %1").arg(error));
+    }
+    for (const auto read : {readServers, readSite}) {
+        if (const auto complaint = read(parser, result)) {
+            return *complaint;
+        }
     }
     result.qtArguments = takenForQt(parser);
     return result;

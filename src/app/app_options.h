@@ -11,10 +11,14 @@ namespace raincast {
 
 /// What the command line asks of one run of the viewer; nothing of it is ever saved.
 struct AppOptions {
-    QString pageFile;   ///< the absolute path of the page file; empty: the one of the settings
-    QSize geometry;     ///< the main window's size in logical pixels; empty: as it was left
-    QString screenshot; ///< the picture's absolute path; empty: a run for a person
-    QString nmea;       ///< the source of positions; empty: the one of the settings
+    QString pageFile;      ///< the absolute path of the page file; empty: the one of the settings
+    QSize geometry;        ///< the main window's size in logical pixels; empty: as it was left
+    QString screenshot;    ///< the picture's absolute path; empty: a run for a person
+    QString nmea;          ///< the source of positions; empty: the one of the settings
+    QString radarServer;   ///< HOST or HOST:PORT; empty: the one of the settings
+    QString basemapServer; ///< the same
+    QString siteId;        ///< of the first radar item; empty: its own
+    int product = 0;       ///< index into the product table, with a site only
     /// Qt's own options, to be given to the application object.
     QStringList qtArguments;
 };

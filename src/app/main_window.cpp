@@ -167,6 +167,12 @@ void CMainWindow::onCommand(int id, QWidget* /*control*/, int /*notification*/) 
     }
 }
 
+void CMainWindow::followCaption() {
+    const QString caption = m_callbacks.caption ? m_callbacks.caption() : QString();
+    const QString title = CGlobals::title();
+    m_frame->setWindowTitle(caption.isEmpty() ? title : caption + QStringLiteral(" - ") + title);
+}
+
 void CMainWindow::toggleFullScreen() {
     m_frame->setWindowState(m_frame->windowState() ^ Qt::WindowFullScreen);
 }
@@ -174,6 +180,9 @@ void CMainWindow::toggleFullScreen() {
 void CMainWindow::onTimer(int id) {
     if (id == kHeartbeatTimer) {
         CHeartbeat::program().Beat();
+        if (m_frame) {
+            followCaption();
+        }
     }
 }
 

@@ -5,6 +5,7 @@
 #include "window/window.h"
 
 #include <QPointer>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -26,6 +27,8 @@ public:
         std::function<void()> endRequested;
         /// The window is being destroyed; the bar and its menu still live.
         std::function<void()> destroyed;
+        /// What the window shows, for its title; may be missing.
+        std::function<QString()> caption = {};
     };
 
     /// Makes the window, without showing it, and starts its timer.
@@ -56,6 +59,7 @@ public:
 private:
     void makeBar();
     void toggleFullScreen();
+    void followCaption();
 
     Callbacks m_callbacks;
     QPointer<QMainWindow> m_frame;

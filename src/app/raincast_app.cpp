@@ -2,6 +2,7 @@
 #include "app/raincast_app.h"
 
 #include "display/page_display.h"
+#include "weather/page_default_weather.h"
 
 namespace raincast {
 
@@ -10,10 +11,13 @@ QString CRaincastApp::problem() const {
     return page != nullptr ? page->statusText() : QString();
 }
 
+QString CRaincastApp::caption() const {
+    const auto* const page = dynamic_cast<const CPageDisplay*>(current());
+    return page != nullptr ? page->caption() : QString();
+}
+
 void CRaincastApp::createDefaultPages() {
-    auto page = std::make_unique<CPageDisplay>();
-    page->setName(QStringLiteral("Weather"));
-    append(std::move(page));
+    append(std::make_unique<CPageDefaultWeather>());
 }
 
 } // namespace raincast

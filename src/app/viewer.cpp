@@ -11,6 +11,8 @@
 #include "persist/page_file.h"
 #include "platform/registry_store.h"
 #include "platform/special_folders.h"
+#include "weather/item_weather.h"
+#include "weather/servers.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
 
@@ -97,6 +99,10 @@ void Viewer::loadSettings() {
     if (!m_options.nmea.isEmpty()) {
         CPositionSource::useForThisRun(m_options.nmea);
     }
+    CServers::setForThisRun(m_options.radarServer, m_options.basemapServer);
+    if (!m_options.siteId.isEmpty()) {
+        CItemWeather::chooseForFirst(m_options.siteId, m_options.product);
+    }
     if (!m_options.pageFile.isEmpty()) {
         CGlobals::settings.useForThisRun(m_options.pageFile);
     }
@@ -120,6 +126,7 @@ void Viewer::createWindow() {
             savePages();
             m_application.clear();
         },
+        [this] { return m_application.caption(); },
     });
     CWindowPlace::restore(*m_window->frame(), m_options.geometry);
     m_window->showNow();

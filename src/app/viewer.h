@@ -3,6 +3,7 @@
 
 #include "app/app_options.h"
 #include "app/exposures.h"
+#include "app/local_server.h"
 #include "app/raincast_app.h"
 #include "gps/position_receiver.h"
 #include "gps/timers.h"
@@ -59,6 +60,7 @@ private:
 
     AppOptions m_options;
     Exposures m_exposures;
+    LocalServer m_localServer;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<PageFile> m_pageFile;
     std::unique_ptr<CMainWindow> m_window;

@@ -28,6 +28,8 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace raincast {
 
@@ -50,6 +52,13 @@ const MenuTableRecord menu(CItemWeather::kMenu, kBar);
 const ItemCatalogueEntry catalogueEntry(
     QStringLiteral("Weather:Radar"), kTypeItemWeather, ItemCatalogueEntry::kRankWeather
 );
+
+/// A site and product that wait for an item to be shown.
+struct Choice {
+    QString siteId;
+    int product;
+};
+std::optional<Choice> choiceForFirst;
 
 /// Whether a page file's text can be a site's id; anything else is no site.
 bool isSiteId(const QString& text) {
@@ -218,7 +227,16 @@ void CItemWeather::windowCreated() {
     show();
 }
 
+void CItemWeather::chooseForFirst(const QString& siteId, int product) {
+    choiceForFirst = Choice{siteId, product};
+}
+
 void CItemWeather::show() {
+    if (const auto choice = std::exchange(choiceForFirst, std::nullopt)) {
+        m_state.product = choice->product;
+        loadBasemaps(choice->siteId, true);
+        return;
+    }
     if (m_state.siteId.isEmpty()) {
         chooseStation({});
         return;
@@ -318,16 +336,6 @@ void CItemWeather::chooseStation(GeoPosition position) {
     raincast::CDlgStation dialog(position, m_state.siteId);
     if (dialog.run(page()->widget()) == Dialog::kOk && !dialog.chosenSite().isEmpty()) {
         loadBasemaps(dialog.chosenSite(), true);
-    }
-}
-
-void CItemWeather::chooseSite(const QString& siteId, int product) {
-    m_state.product = product;
-    m_state.siteId = siteId;
-    m_state.frames.clear();
-    m_state.current = {};
-    if (page() != nullptr && page()->widget() != nullptr) {
-        loadBasemaps(siteId, true);
     }
 }
 

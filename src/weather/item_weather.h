@@ -56,8 +56,9 @@ public:
     [[nodiscard]] const RadarState& state() const { return m_state; }
     [[nodiscard]] const BasemapLayers& layers() const { return m_layers; }
 
-    /// Shows a site as if it was chosen in the station dialog; a product of 0 to 6 as well.
-    void chooseSite(const QString& siteId, int product);
+    /// Gives a site to the radar item that is shown next, as if it was chosen in the station
+    /// dialog, and a product of 0 to 6.
+    static void chooseForFirst(const QString& siteId, int product);
 
 private:
     class View;

@@ -108,7 +108,7 @@ protected:
         test::settle();
     }
     void showSite() {
-        m_item->chooseSite("MUX", 0);
+        CItemWeather::chooseForFirst("MUX", 0);
         showPage();
     }
     /// Saves the page and puts the one that is read back in its place, as another start would.
