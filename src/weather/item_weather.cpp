@@ -258,7 +258,7 @@ void CItemWeather::show() {
 void CItemWeather::loadFrames(bool& needRadar) {
     for (RadarFrame& frame : m_state.frames) {
         if (!frame.bitmap && QFileInfo(frame.path).isFile()) {
-            frame.bitmap = LoadImageFile(frame.path);
+            frame.bitmap = LoadImageFile(frame.path, kMostRadarPixels);
         }
         if (!frame.bitmap) {
             needRadar = true;

@@ -169,14 +169,15 @@ TEST_F(ProgramTest, APictureIsAllThatAScreenshotWrites) {
     EXPECT_EQ(result.status, 0) << result.errors;
     EXPECT_EQ(result.errors, "");
     EXPECT_EQ(QImage(home.path("picture.png")).size(), QSize(300, 200));
-    EXPECT_EQ(namesIn(home.root()), "picture.png run");
+    EXPECT_EQ(namesIn(home.root()), "data picture.png run");
+    EXPECT_EQ(namesIn(home.path("data/Quorvane")), "Temp"); // the image cache
     EXPECT_EQ(namesIn(home.path("run")), "");
 }
 
 TEST_F(ProgramTest, AScreenshotsOwnPageFileIsWritten) {
     const Result result = run({"--screenshot", "picture.png", "--page-file", "mine.cfg"});
     EXPECT_EQ(result.status, 0) << result.errors;
-    EXPECT_EQ(namesIn(home.root()), "mine.cfg picture.png run");
+    EXPECT_EQ(namesIn(home.root()), "data mine.cfg picture.png run");
 }
 
 TEST_F(ProgramTest, AScreenshotNeedsNoDisplayAndStandsApart) {

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/raincast_app.h"
+#include "cancel_dialogs.h"
 #include "display/item.h"
 #include "display/page_display.h"
 #include "paged/page.h"
 #include "support/qt_app.h"
+#include "weather/item_weather.h"
 #include "window/command_set.h"
 
 #include <QMenu>
@@ -23,6 +25,7 @@ public:
 
 class RaincastAppTest : public test::GuiTest {
 protected:
+    const test::CancelDialogs nobody;
     QWidget window;
     QMenu menu;
     CommandSet commands{window};
@@ -37,6 +40,10 @@ TEST_F(RaincastAppTest, ItStartsWithOneWeatherPage) {
     EXPECT_EQ(application.current(), application.pages().front().get());
     EXPECT_EQ(application.current()->name(), "Weather");
     EXPECT_TRUE(application.current()->enabled());
+    const auto* page = dynamic_cast<const CPageDisplay*>(application.current());
+    ASSERT_NE(page, nullptr);
+    ASSERT_EQ(page->items().size(), 1U);
+    EXPECT_NE(dynamic_cast<const CItemWeather*>(page->items()[0].get()), nullptr);
 }
 
 TEST_F(RaincastAppTest, RestoringReplacesWhateverThereWas) {

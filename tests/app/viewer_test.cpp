@@ -6,6 +6,7 @@
 #include "app/temporary_home.h"
 #include "app/viewer.h"
 #include "app/window_place.h"
+#include "cancel_dialogs.h"
 #include "display/item.h"
 #include "display/page_display.h"
 #include "paged/page.h"
@@ -90,8 +91,13 @@ class Pages : public CAppPaged {};
 class ViewerTest : public test::GuiTest {
 protected:
     test::TemporaryHome home;
+    std::optional<test::CancelDialogs> nobody{std::in_place};
 
-    ViewerTest() { forget(); }
+    // Most of these runs are not first ones, which ask for a radar site before their loop.
+    ViewerTest() {
+        forget();
+        writePages(home.pageFile(), {"Weather"});
+    }
     ~ViewerTest() override {
         forget();
         ScreenMetrics::use(std::nullopt);
@@ -106,6 +112,8 @@ protected:
         Modal::forgetEnd();
         Modal::neverAsk(false);
     }
+
+    void forgetPages() { QDir(home.programFolder()).removeRecursively(); }
 
     /// A page file with pages of these names.
     static void writePages(const QString& path, const QStringList& names) {
@@ -139,6 +147,7 @@ protected:
 };
 
 TEST_F(ViewerTest, AFirstStartMakesItsFolderShowsTheWeatherAndSavesBoth) {
+    forgetPages();
     Viewer viewer({});
     inLoop([&] {
         EXPECT_TRUE(QDir(home.programFolder()).exists());
@@ -174,6 +183,7 @@ TEST_F(ViewerTest, PagesAreSavedThenDestroyedThenTheSettingsAreSaved) {
 }
 
 TEST_F(ViewerTest, AConfigFileInAMissingFolderIsNeitherReadNorWritten) {
+    forgetPages();
     const QString path = home.path("missing/pages.cfg");
     {
         auto store = RegistryStore::inStandardFolders();
@@ -266,7 +276,7 @@ TEST_F(ViewerTest, ARequestInADialogCancelsItAndTheOnesBeneath) {
         messageBox(viewer.window()->frame(), QStringLiteral("text"), QStringLiteral("Outer"));
         log.emplace_back("outer ended");
         EXPECT_NE(viewer.window()->frame(), nullptr);
-        EXPECT_FALSE(QFile::exists(home.pageFile()));
+        EXPECT_TRUE(QFile::remove(home.pageFile())); // it is not written before the dialogs end
         messageBox(viewer.window()->frame(), QStringLiteral("text"), QStringLiteral("Too late"));
     });
     EXPECT_EQ(viewer.run(), 0);
@@ -319,6 +329,7 @@ TEST_F(ViewerTest, AnOpenMenuIsNoObstacle) {
 }
 
 TEST_F(ViewerTest, ASecondStartBringsTheFirstToTheFrontAndWritesNothing) {
+    forgetPages();
     bool asked = false;
     SingleInstance first(home.pageFile());
     first.onFront([&asked](const QByteArray&) { asked = true; });
@@ -415,8 +426,16 @@ TEST(ViewerDeathTest, AnExitFromBelowSavesThePages) {
         test::qtApp();
         static const test::TemporaryHome home;
         std::atexit([] { std::_Exit(QFile::exists(home.pageFile()) ? 42 : 43); });
+        // With pages of its own: a first start would ask for a radar site before its loop.
+        Pages pages;
+        pages.append(std::make_unique<TestPage>());
+        QDir().mkpath(home.programFolder());
+        EXPECT_TRUE(PageFile(home.pageFile()).save(pages));
         Viewer viewer({});
-        QTimer::singleShot(0, qApp, [] { std::exit(1); });
+        QTimer::singleShot(0, qApp, [] {
+            QFile::remove(home.pageFile());
+            std::exit(1);
+        });
         static_cast<void>(viewer.run());
     };
     EXPECT_EXIT(dying(), testing::ExitedWithCode(42), "");
