@@ -43,7 +43,8 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
 /// What the line above the time says in so many pixels.
 QString aboutLine(const QFontMetrics& metrics, int width, const PictureTexts& texts) {
     const QString age = texts.status.isEmpty() ? texts.age : QString();
-    const QString both = age.isEmpty() ? texts.about : texts.about + QStringLiteral("  ") + age;
+    const QString gap = age.isEmpty() || texts.about.isEmpty() ? QString() : QStringLiteral("  ");
+    const QString both = texts.about + gap + age;
     return metrics.horizontalAdvance(both) <= width ? both : age;
 }
 

@@ -45,6 +45,28 @@ TEST(AppOptionsTest, TheSizeIsTwoNumbers) {
     EXPECT_EQ(good({"--geometry=1920X1080"}).geometry, QSize(1920, 1080));
 }
 
+TEST(AppOptionsTest, ASiteAndAProductAreKnownByTheirNames) {
+    const AppOptions options = good({"--site", "mux", "--product", "n0v"});
+    EXPECT_EQ(options.siteId, "MUX");
+    EXPECT_EQ(options.product, 5);
+    EXPECT_EQ(good({"--site", "LWX"}).product, 0);
+    EXPECT_TRUE(good({}).siteId.isEmpty());
+    EXPECT_TRUE(answer({"--site", "MUY"}).wrong);
+    EXPECT_TRUE(answer({"--site", "MUX", "--product", "N0X"}).wrong);
+    EXPECT_TRUE(answer({"--product", "N0V"}).wrong);
+}
+
+TEST(AppOptionsTest, ServersAreHosts) {
+    const AppOptions options =
+        good({"--radar-server", "radar.example", "--basemap-server", "127.0.0.1:8155"});
+    EXPECT_EQ(options.radarServer, "radar.example");
+    EXPECT_EQ(options.basemapServer, "127.0.0.1:8155");
+    for (const char* host : {"http://radar.example", "radar.example:", "radar example", "a/b"}) {
+        EXPECT_TRUE(answer({"--radar-server", host}).wrong) << host;
+        EXPECT_TRUE(answer({"--basemap-server", host}).wrong) << host;
+    }
+}
+
 TEST(AppOptionsTest, OddSizesAreComplainedOf) {
     for (const char* size :
          {"240", "x320", "240x", "99x320", "240x99", "240x320x1", "-240x320", "16385x320",

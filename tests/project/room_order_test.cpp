@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Holds the rooms to their one direction of inclusion: each may include those before it in
 // kRooms, never those after.
+#include <QFile>
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -36,12 +36,12 @@ Names allowedFor(const std::string& room) {
 }
 
 Names includedRooms(const fs::path& file) {
-    std::ifstream stream(file);
-    const std::string text(std::istreambuf_iterator<char>(stream), {});
-    static const std::regex include("#include \"([a-z]+)/");
+    QFile source(file);
+    EXPECT_TRUE(source.open(QIODevice::ReadOnly)) << file;
+    static const QRegularExpression include(QStringLiteral("#include \"([a-z]+)/"));
     Names rooms;
-    for (std::sregex_iterator it(text.begin(), text.end(), include), end; it != end; ++it) {
-        rooms.push_back((*it)[1]);
+    for (const auto& match : include.globalMatch(QString::fromUtf8(source.readAll()))) {
+        rooms.push_back(match.captured(1).toStdString());
     }
     return rooms;
 }

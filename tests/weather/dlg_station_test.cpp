@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "dialog_controls.h"
+#include "support/dialog_script.h"
+#include "support/qt_app.h"
+#include "weather/dlg_station.h"
+
+#include <QListWidget>
+
+namespace raincast {
+namespace {
+
+using test::DialogScript;
+
+class DlgStationTest : public test::GuiTest {
+protected:
+    QString choose(GeoPosition position, const QString& current, const DialogScript::Step& step) {
+        DialogScript script;
+        script.expect("Weather Station", step);
+        CDlgStation dialog(position, current);
+        return dialog.run(nullptr) == Dialog::kOk ? dialog.chosenSite() : QString();
+    }
+};
+
+TEST_F(DlgStationTest, AllSitesInTheOrderOfTheirNames) {
+    const QString chosen = choose({}, "MUX", [](QDialog& dialog) {
+        auto* list = dialog.findChild<QListWidget*>();
+        EXPECT_EQ(list->count(), 155);
+        EXPECT_EQ(list->item(0)->text(), QStringLiteral("AK:Bethel"));
+        EXPECT_EQ(list->currentItem()->text(), QStringLiteral("CA:San Francisco Bay Area"));
+        QTest::keyClicks(list, "sterl");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    EXPECT_EQ(chosen, QStringLiteral("LWX"));
+}
+
+TEST_F(DlgStationTest, NearbySitesNearestFirst) {
+    const QString chosen = choose({37.1, -121.8}, {}, [](QDialog& dialog) {
+        auto* list = dialog.findChild<QListWidget*>();
+        EXPECT_LT(list->count(), 20);
+        EXPECT_EQ(list->item(0)->text(), QStringLiteral("CA:San Francisco Bay Area"));
+        EXPECT_TRUE(list->selectedItems().isEmpty());
+        list->setCurrentRow(0);
+        test::press(dialog, "OK");
+    });
+    EXPECT_EQ(chosen, QStringLiteral("MUX"));
+}
+
+TEST_F(DlgStationTest, WithoutASelectionNothingIsChosen) {
+    EXPECT_EQ(
+        choose(
+            {}, "???",
+            [](QDialog& dialog) {
+                EXPECT_TRUE(dialog.findChild<QListWidget*>()->selectedItems().isEmpty());
+                dialog.reject();
+            }
+        ),
+        QString()
+    );
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "support/qt_app.h"
+#include "weather/picture_texts.h"
+
+#include <QFontMetrics>
+#include <QImage>
+#include <QPainter>
+
+namespace raincast {
+namespace {
+
+constexpr QRgb kGround = 0xFF336699;
+const QRect kArea(10, 20, 300, 200);
+
+class PictureTextsTest : public test::GuiTest {
+protected:
+    QImage drawn(const PictureTexts& texts, const QRect& area = kArea) {
+        QImage picture(320, 240, QImage::Format_RGB32);
+        picture.fill(kGround);
+        QPainter painter(&picture);
+        m_height = painter.fontMetrics().height();
+        drawPictureTexts(painter, area, texts);
+        return picture;
+    }
+    /// What is not ground, empty where nothing was drawn.
+    static QRect changed(const QImage& picture, const QRect& within) {
+        QRect result;
+        for (int y = within.top(); y <= within.bottom(); ++y) {
+            for (int x = within.left(); x <= within.right(); ++x) {
+                if (picture.pixel(x, y) != kGround) {
+                    result |= QRect(x, y, 1, 1);
+                }
+            }
+        }
+        return result;
+    }
+
+    int m_height = 0;
+};
+
+TEST_F(PictureTextsTest, NothingIsDrawnWithoutTexts) {
+    EXPECT_TRUE(changed(drawn({}), QRect(0, 0, 320, 240)).isEmpty());
+}
+
+TEST_F(PictureTextsTest, TheTimeStandsAtTheBottomLeft) {
+    const QRect box = changed(drawn({.time = "5:54"}), QRect(0, 0, 320, 240));
+    EXPECT_EQ(box.left(), kArea.left() + 2);
+    EXPECT_EQ(box.bottom(), kArea.bottom());
+    EXPECT_EQ(box.height(), m_height);
+}
+
+TEST_F(PictureTextsTest, TheStatusIsCentredEightPixelsBelowTheTop) {
+    const QRect box = changed(drawn({.status = "one\na longer line\n"}), QRect(0, 0, 320, 240));
+    EXPECT_EQ(box.top(), kArea.top() + 8);
+    EXPECT_NEAR(box.center().x(), kArea.center().x(), 1);
+    EXPECT_GT(box.height(), m_height + m_height / 2);
+}
+
+TEST_F(PictureTextsTest, TheAgeComesFirstWhereThereIsNotRoomForBoth) {
+    const QRect narrow(10, 20, 150, 200);
+    const PictureTexts both{"5:54", "MUX 2019-05-19", "Image is 2 days old", {}};
+    const PictureTexts ageOnly{"5:54", {}, "Image is 2 days old", {}};
+    EXPECT_EQ(drawn(both, narrow), drawn(ageOnly, narrow));
+    const QRect line = changed(drawn(both), QRect(0, 0, 320, 240));
+    EXPECT_EQ(line.height(), 2 * m_height);
+    EXPECT_GT(line.width(), changed(drawn(ageOnly), QRect(0, 0, 320, 240)).width());
+}
+
+TEST_F(PictureTextsTest, WhileThereIsAStatusNoAgeIsTold) {
+    const QRect lower(0, 120, 320, 120);
+    const QRect with = changed(drawn({"5:54", {}, "Image is 2 days old", "Loading...\n"}), lower);
+    EXPECT_EQ(with.height(), m_height);
+}
+
+TEST_F(PictureTextsTest, NothingLeavesTheArea) {
+    const QRect small(100, 100, 30, 30);
+    const QImage picture =
+        drawn({"5:54", "about", "age", "a status that is far too long\n"}, small);
+    EXPECT_TRUE(small.contains(changed(picture, QRect(0, 0, 320, 240))));
+}
+
+TEST_F(PictureTextsTest, TheBarFillsWithTheProgress) {
+    QImage picture(320, 240, QImage::Format_RGB32);
+    picture.fill(kGround);
+    QPainter painter(&picture);
+    drawProgress(painter, kArea, 0, 0);
+    EXPECT_TRUE(changed(picture, QRect(0, 0, 320, 240)).isEmpty());
+    drawProgress(painter, kArea, 1, 2);
+    const QRect bar = changed(picture, QRect(0, 0, 320, 240));
+    EXPECT_EQ(bar.bottom(), kArea.bottom());
+    EXPECT_EQ(bar.width(), kArea.width());
+    EXPECT_LT(bar.height(), 12);
+    EXPECT_NE(picture.pixel(kArea.left() + 10, kArea.bottom()), 0xFFFFFFFF);
+    EXPECT_EQ(picture.pixel(kArea.right() - 10, kArea.bottom()), 0xFFFFFFFF);
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "persist/persistant_data.h"
+#include "platform/registry_store.h"
+#include "weather/servers.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+const QString kKey = QStringLiteral("Software/Quorvane/Raincast_1/CServers");
+
+class ServersTest : public ::testing::Test {
+protected:
+    ~ServersTest() override { CServers::set({CServers::localServer(), CServers::localServer()}); }
+
+    [[nodiscard]] RegistryStore store() const {
+        return {m_folder.filePath("machine.json"), m_folder.filePath("user.json")};
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_F(ServersTest, BothAreAtFirstTheInstalledOne) {
+    EXPECT_EQ(CServers::current().radar, QStringLiteral("127.0.0.1:8155"));
+    EXPECT_EQ(CServers::current().basemap, QStringLiteral("127.0.0.1:8155"));
+}
+
+TEST_F(ServersTest, TheSettingsKeepThem) {
+    CServers::set({"radar.example", "maps.example:8080"});
+    RegistryStore saved = store();
+    ASSERT_TRUE(PersistantData::saveAll(saved, "Raincast_1"));
+    CServers::set({CServers::localServer(), CServers::localServer()});
+    RegistryStore loaded = store();
+    PersistantData::loadAll(loaded, "Raincast_1");
+    EXPECT_EQ(CServers::current().radar, QStringLiteral("radar.example"));
+    EXPECT_EQ(CServers::current().basemap, QStringLiteral("maps.example:8080"));
+}
+
+TEST_F(ServersTest, AStoredTextThatIsNoHostKeepsTheDefault) {
+    RegistryStore written = store();
+    written.setString(RegistryStore::Branch::User, kKey, "radar_server", "http://radar.example/");
+    ASSERT_TRUE(written.save(RegistryStore::Branch::User));
+    RegistryStore loaded = store();
+    PersistantData::loadAll(loaded, "Raincast_1");
+    EXPECT_EQ(CServers::current().radar, CServers::localServer());
+}
+
+struct Row {
+    const char* text;
+    bool isHost;
+};
+
+TEST_F(ServersTest, HostsAreTold) {
+    const Row rows[] = {
+        {"radar.example", true},
+        {"127.0.0.1:8155", true},
+        {"[::1]:80", true},
+        {"[::1]", true},
+        {"a-b_c", true},
+        {"", false},
+        {"radar.example:", false},
+        {":80", false},
+        {"radar.example:123456", false},
+        {"a b", false},
+        {"a/b", false},
+        {"user@host", false},
+        {"a\nb", false},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(CServers::isHost(QString::fromLatin1(row.text)), row.isHost) << row.text;
+    }
+}
+
+} // namespace
+} // namespace raincast
