@@ -45,11 +45,13 @@ std::vector<QRgb> drawnColours(const QImage& picture) {
 QRect shownPart(const QRect& area, const ViewTransform& view, int shift, QSize size) {
     const ImagePixel first = view.toImage({area.left(), area.top()});
     const ImagePixel last = view.toImage({area.right(), area.bottom()});
-    const QRect part(
-        QPoint(first.column >> shift, first.row >> shift),
-        QPoint(last.column >> shift, last.row >> shift)
-    );
-    return part.intersected(QRect(QPoint(0, 0), size));
+    // QRect's own intersection overflows for a view that is far away.
+    return {
+        QPoint(std::max(first.column >> shift, 0), std::max(first.row >> shift, 0)),
+        QPoint(
+            std::min(last.column >> shift, size.width() - 1),
+            std::min(last.row >> shift, size.height() - 1)
+        )};
 }
 
 } // namespace
