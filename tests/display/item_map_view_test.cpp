@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "display/item_map_view.h"
 #include "page_window.h"
-#include "persist/serial_reader.h"
-#include "persist/serial_writer.h"
 #include "support/files.h"
+#include "support/serial_bytes.h"
 
-#include <QBuffer>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -13,6 +11,8 @@
 namespace raincast {
 namespace {
 
+using test::read;
+using test::written;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -473,23 +473,6 @@ TEST_F(ItemMapViewTest, AWildViewAndWildPointsDoNoHarm) {
 
 // --- Page file --------------------------------------------------------------------------------
 
-QByteArray written(const CSerializable& object) {
-    QBuffer file;
-    file.open(QIODevice::WriteOnly);
-    CSerialWriter writer(file);
-    EXPECT_TRUE(object.Write(writer));
-    EXPECT_TRUE(writer.finish());
-    return file.data();
-}
-
-void read(CSerializable& object, const QByteArray& bytes) {
-    CSerialReader reader(
-        {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-         static_cast<std::size_t>(bytes.size())}
-    );
-    EXPECT_TRUE(object.Read(reader));
-}
-
 constexpr qsizetype kItemBytes = 48;
 
 TEST_F(ItemMapViewTest, ItsViewIsARecordBehindTheItems) {
@@ -507,7 +490,7 @@ TEST_F(ItemMapViewTest, ReopensWhereItWasLeft) {
     view->showPixel({300, 275});
     view->character(u'l');
     TestView again;
-    read(again, written(*view));
+    EXPECT_TRUE(read(again, written(*view)));
     EXPECT_EQ(again.view(), view->view());
     EXPECT_EQ(again.rectangle(), view->rectangle());
     EXPECT_TRUE(again.following());
@@ -519,7 +502,7 @@ TEST_F(ItemMapViewTest, AZoomOutOfRangeIsNone) {
     for (const char zoomByte : {'\5', '\x7F', '\xFD'}) {
         bytes[kItemBytes + 8] = zoomByte;
         TestView again;
-        read(again, bytes);
+        EXPECT_TRUE(read(again, bytes));
         EXPECT_EQ(again.view().zoom(), 0);
         EXPECT_EQ(again.view().origin(), origin());
     }
@@ -530,7 +513,7 @@ TEST_F(ItemMapViewTest, AMissingOrCutRecordLeavesItsDefaults) {
     const QByteArray bytes = written(*view);
     for (const qsizetype size : {kItemBytes, kItemBytes + 4, kItemBytes + 10}) {
         TestView again;
-        read(again, bytes.left(size));
+        EXPECT_TRUE(read(again, bytes.left(size)));
         EXPECT_EQ(again.view(), ViewTransform());
         EXPECT_FALSE(again.following());
         EXPECT_EQ(again.rectangle(), view->rectangle());

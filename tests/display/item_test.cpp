@@ -2,10 +2,7 @@
 #include "display/image.h"
 #include "display/item.h"
 #include "page_window.h"
-#include "persist/serial_reader.h"
-#include "persist/serial_writer.h"
-
-#include <QBuffer>
+#include "support/serial_bytes.h"
 
 #include <gmock/gmock.h>
 
@@ -13,24 +10,9 @@ namespace raincast {
 namespace {
 
 using test::NotingItem;
+using test::read;
+using test::written;
 using testing::ElementsAre;
-
-QByteArray written(const CSerializable& object) {
-    QBuffer file;
-    file.open(QIODevice::WriteOnly);
-    CSerialWriter writer(file);
-    EXPECT_TRUE(object.Write(writer));
-    EXPECT_TRUE(writer.finish());
-    return file.data();
-}
-
-bool read(CSerializable& object, const QByteArray& bytes) {
-    CSerialReader reader(
-        {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-         static_cast<std::size_t>(bytes.size())}
-    );
-    return object.Read(reader);
-}
 
 QByteArray number(std::uint32_t value) {
     const auto bytes = toLittleEndian(value);

@@ -4,13 +4,11 @@
 #include "display/page_display.h"
 #include "page_window.h"
 #include "paged/page_type.h"
-#include "persist/serial_reader.h"
-#include "persist/serial_writer.h"
 #include "support/dialog_script.h"
+#include "support/serial_bytes.h"
 #include "window/command_set.h"
 
 #include <QAction>
-#include <QBuffer>
 #include <QListWidget>
 #include <QMenu>
 #include <QPaintEngine>
@@ -71,32 +69,7 @@ protected:
         EXPECT_TRUE(page->command(kAddItem, 0));
     }
 
-    [[nodiscard]] QByteArray saved() const {
-        QBuffer file;
-        file.open(QIODevice::WriteOnly);
-        CSerialWriter writer(file);
-        EXPECT_TRUE(writer.writeObject(*page));
-        EXPECT_TRUE(writer.finish());
-        return file.data();
-    }
-
-    static std::unique_ptr<CSerializable> loaded(const QByteArray& bytes) {
-        CSerialReader reader(
-            {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-             static_cast<std::size_t>(bytes.size())}
-        );
-        std::unique_ptr<CSerializable> object;
-        EXPECT_TRUE(reader.readObject(object));
-        return object;
-    }
-
-    static bool reads(CPageDisplay& target, const QByteArray& bytes) {
-        CSerialReader reader(
-            {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-             static_cast<std::size_t>(bytes.size())}
-        );
-        return target.Read(reader);
-    }
+    [[nodiscard]] QByteArray saved() const { return test::writtenBlock(*page); }
 };
 
 // --- Window -----------------------------------------------------------------------------------
@@ -609,7 +582,7 @@ TEST_F(PageDisplayTest, ComesBackAsItWasSaved) {
     page->setEnabled(false);
     page->addItem(std::make_unique<CPageDisplay::CImage>()).setRectangle({1, 2, 3, 4});
     page->addItem(std::make_unique<CatalogueItem>()).setRectangle({5, 6, 7, 8});
-    const auto object = loaded(saved());
+    const auto object = test::readBlock(saved());
     const auto* const read = dynamic_cast<CPageDisplay*>(object.get());
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(read->name(), QStringLiteral("Radar"));
@@ -626,20 +599,20 @@ TEST_F(PageDisplayTest, ComesBackAsItWasSaved) {
 TEST_F(PageDisplayTest, ACountBelowOneIsAnEmptyPage) {
     for (const char* count : {"\0\0\0\0", "\xFF\xFF\xFF\xFF"}) {
         CPageDisplay read;
-        EXPECT_TRUE(reads(read, QByteArray("\0\0\0\0", 4) + QByteArray(count, 4)));
+        EXPECT_TRUE(test::read(read, QByteArray("\0\0\0\0", 4) + QByteArray(count, 4)));
         EXPECT_TRUE(read.items().empty());
     }
 }
 
 TEST_F(PageDisplayTest, AMissingCountFailsThePage) {
     CPageDisplay read;
-    EXPECT_FALSE(reads(read, QByteArray("\0\0\0\0\1\0", 6)));
+    EXPECT_FALSE(test::read(read, QByteArray("\0\0\0\0\1\0", 6)));
 }
 
 TEST_F(PageDisplayTest, ItemsThatNobodyKnowsAreLeftOut) {
     page->addItem(std::make_unique<NotingItem>()); // written without a number of its own
     page->addItem(std::make_unique<CPageDisplay::CImage>());
-    const auto object = loaded(saved());
+    const auto object = test::readBlock(saved());
     const auto* const read = dynamic_cast<CPageDisplay*>(object.get());
     ASSERT_NE(read, nullptr);
     ASSERT_EQ(read->items().size(), 1U);

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "paged/app_paged.h"
 #include "paged/sample_pages.h"
-#include "persist/serial_reader.h"
-#include "persist/serial_writer.h"
+#include "support/serial_bytes.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QKeyEvent>
 #include <QTest>
 #include <QWheelEvent>
@@ -19,6 +17,7 @@ namespace {
 using test::Log;
 using test::pageLog;
 using test::SamplePage;
+using test::written;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -26,22 +25,7 @@ const SerializableType<SamplePage> sampleType{SamplePage::kTypeId};
 
 class AppPagedTest : public test::PagedTest {
 protected:
-    static QByteArray written(const CAppPaged& application) {
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        CSerialWriter writer(buffer);
-        EXPECT_TRUE(application.Write(writer));
-        EXPECT_TRUE(writer.finish());
-        return buffer.data();
-    }
-
-    bool read(const QByteArray& bytes) {
-        CSerialReader reader(
-            {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-             static_cast<std::size_t>(bytes.size())}
-        );
-        return app.Read(reader);
-    }
+    bool read(const QByteArray& bytes) { return test::read(app, bytes); }
 };
 
 TEST_F(AppPagedTest, SelectingDeactivatesTheOldPageAndActivatesTheNewOne) {
@@ -350,11 +334,7 @@ TEST_F(AppPagedTest, PagesCanBeReadAndWrittenWithoutAWindow) {
     const QByteArray bytes = written(app);
     test::SampleApp bare;
     pageLog().clear();
-    CSerialReader reader(
-        {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-         static_cast<std::size_t>(bytes.size())}
-    );
-    EXPECT_TRUE(bare.Read(reader));
+    EXPECT_TRUE(test::read(bare, bytes));
     EXPECT_EQ(bare.shown(), "-");
     EXPECT_EQ(written(bare), bytes);
     EXPECT_THAT(pageLog(), IsEmpty());

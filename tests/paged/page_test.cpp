@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "paged/page.h"
 #include "paged/sample_pages.h"
-#include "persist/serial_reader.h"
-#include "persist/serial_writer.h"
+#include "support/serial_bytes.h"
 
-#include <QBuffer>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -23,30 +21,18 @@ class PageTest : public test::PagedTest {
 protected:
     SamplePage page{QStringLiteral("Old")};
 
-    bool read(const QByteArray& hex) {
-        const QByteArray bytes = QByteArray::fromHex(hex);
-        CSerialReader reader(
-            {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-             static_cast<std::size_t>(bytes.size())}
-        );
-        return page.Read(reader);
-    }
+    bool read(const QByteArray& hex) { return test::read(page, QByteArray::fromHex(hex)); }
 };
 
 TEST_F(PageTest, ThePagesRecordIsTheNameAndTheFlag) {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    CSerialWriter writer(buffer);
     page.setName(QStringLiteral("A\u00e4"));
     page.setEnabled(false);
-    EXPECT_TRUE(page.Write(writer));
-    EXPECT_TRUE(writer.finish());
     EXPECT_EQ(
-        buffer.data().toHex(), "02000000"
-                               "04000000"
-                               "4100e400"
-                               "01000000"
-                               "00"
+        test::written(page).toHex(), "02000000"
+                                     "04000000"
+                                     "4100e400"
+                                     "01000000"
+                                     "00"
     );
 }
 

@@ -3,8 +3,6 @@
 #include "dialog_controls.h"
 #include "display/page_display.h"
 #include "persist/record_writer.h"
-#include "persist/serial_reader.h"
-#include "persist/serial_writer.h"
 #include "platform/clock.h"
 #include "radar/sites.h"
 #include "support/dialog_script.h"
@@ -13,6 +11,7 @@
 #include "support/http_server.h"
 #include "support/qt_app.h"
 #include "support/scoped_http.h"
+#include "support/serial_bytes.h"
 #include "support/time_zone.h"
 #include "weather/item_weather.h"
 #include "weather/servers.h"
@@ -113,19 +112,9 @@ protected:
     }
     /// Saves the page and puts the one that is read back in its place, as another start would.
     void restart() {
-        QBuffer file;
-        file.open(QIODevice::ReadWrite);
-        CSerialWriter writer(file);
-        ASSERT_TRUE(writer.writeObject(*m_page) && writer.finish());
+        const QByteArray bytes = test::writtenBlock(*m_page);
         m_page->deactivate();
-        const QByteArray bytes = file.data();
-        CSerialReader reader(
-            {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-             static_cast<std::size_t>(bytes.size())}
-        );
-        std::unique_ptr<CSerializable> read;
-        ASSERT_TRUE(reader.readObject(read));
-        auto* page = dynamic_cast<CPageDisplay*>(read.release());
+        auto* page = dynamic_cast<CPageDisplay*>(test::readBlock(bytes).release());
         ASSERT_NE(page, nullptr);
         m_page.reset(page);
         ASSERT_EQ(page->items().size(), 1U);
@@ -411,11 +400,8 @@ TEST_F(ItemWeatherTest, TheCaptionNamesSiteProductAndDate) {
 
 TEST_F(ItemWeatherTest, APageFileIsNotBelieved) {
     // As the item writes itself: its placement, its view, its own record; all but the last as new.
-    QBuffer file;
-    file.open(QIODevice::ReadWrite);
-    CSerialWriter writer(file);
-    ASSERT_TRUE(CItemWeather().CItemMapView::Write(writer));
-    {
+    const QByteArray bytes = test::bytesFrom([](CSerialWriter& writer) {
+        EXPECT_TRUE(CItemWeather().CItemMapView::Write(writer));
         CRecordWriter record(writer);
         record.string(u"../");
         record.bytes(std::array<std::uint8_t, 28>{});
@@ -423,17 +409,11 @@ TEST_F(ItemWeatherTest, APageFileIsNotBelieved) {
         record.string(u"/dev/zero");
         record.string(u"1:00");
         record.string(u"not/absolute");
-        ASSERT_TRUE(record.end());
-    }
-    ASSERT_TRUE(writer.finish());
-    const QByteArray bytes = file.data();
-    CSerialReader reader(
-        {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-         static_cast<std::size_t>(bytes.size())}
-    );
+        return record.end();
+    });
     CItemWeather item;
     const QString folder = item.state().cacheFolder;
-    EXPECT_TRUE(item.Read(reader));
+    EXPECT_TRUE(test::read(item, bytes));
     EXPECT_EQ(item.state().siteId, QString());
     EXPECT_EQ(item.state().frameCount, 6);
     EXPECT_EQ(item.state().cacheFolder, folder);

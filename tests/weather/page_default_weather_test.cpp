@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "display/item.h"
 #include "paged/page_type.h"
-#include "persist/serial_reader.h"
-#include "persist/serial_writer.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
+#include "support/serial_bytes.h"
 #include "weather/item_weather.h"
 #include "weather/page_default_weather.h"
 
-#include <QBuffer>
 #include <QWidget>
 
 #include <algorithm>
@@ -63,22 +61,14 @@ TEST_F(PageDefaultWeatherTest, TheItemFillsThePageInBothDirections) {
 }
 
 TEST_F(PageDefaultWeatherTest, ComesBackAsAPlainPageThatItsItemStillFills) {
-    QBuffer file;
-    file.open(QIODevice::ReadWrite);
+    QByteArray bytes;
     {
         CPageDefaultWeather page;
         show(page);
-        CSerialWriter writer(file);
-        ASSERT_TRUE(writer.writeObject(page) && writer.finish());
+        bytes = test::writtenBlock(page);
         page.deactivate();
     }
-    const QByteArray bytes = file.data();
-    CSerialReader reader(
-        {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-         static_cast<std::size_t>(bytes.size())}
-    );
-    std::unique_ptr<CSerializable> read;
-    ASSERT_TRUE(reader.readObject(read));
+    const auto read = test::readBlock(bytes);
     EXPECT_EQ(dynamic_cast<CPageDefaultWeather*>(read.get()), nullptr);
     auto* page = dynamic_cast<CPageDisplay*>(read.get());
     ASSERT_NE(page, nullptr);
