@@ -16,7 +16,6 @@ namespace raincast {
 
 namespace {
 
-constexpr int kVisibleMargin = 50;
 constexpr int kKeyPan = 32;
 // Where the follow icon's top-left corner lies from the item's bottom-right one.
 constexpr QPoint kFollowIconPlace(-13, -16);
@@ -59,11 +58,7 @@ GeoPosition placeOf(const CDataGPSPosition& fix) {
 
 } // namespace
 
-CItemMapView::CItemMapView(int menuId) : CItem(menuId) {
-    for (COverlayObject* object : COverlayObject::all()) {
-        m_overlays[object];
-    }
-}
+CItemMapView::CItemMapView(int menuId) : CItem(menuId) {}
 
 bool CItemMapView::Read(CSerialReader& reader) {
     if (!CItem::Read(reader)) {
@@ -89,19 +84,7 @@ bool CItemMapView::Write(CSerialWriter& writer) const {
 }
 
 void CItemMapView::draw(QPainter& painter) {
-    for (auto& [object, entry] : m_overlays) {
-        if (entry.points.empty() || !entry.box.meets(m_visible)) {
-            continue;
-        }
-        if (entry.onPage.size() != entry.points.size()) {
-            entry.onPage.clear();
-            std::transform(
-                entry.points.begin(), entry.points.end(), std::back_inserter(entry.onPage),
-                [this](const ImagePixel& pixel) { return m_view.toPage(pixel); }
-            );
-        }
-        object->Draw(painter, m_view, entry.onPage);
-    }
+    m_overlays.draw(painter, m_view, rectangle());
     if (m_following && m_lastFix.valid()) {
         const QPoint corner(rectangle().right, rectangle().bottom);
         drawFollowIcon(painter, corner + kFollowIconPlace);
@@ -220,10 +203,8 @@ void CItemMapView::showPixel(ImagePixel pixel) {
 }
 
 void CItemMapView::geoReferenceChanged() {
-    for (auto& [object, entry] : m_overlays) {
-        layout(*object, entry);
-    }
-    viewChanged();
+    m_overlays.layoutAll(m_geoReference);
+    invalidate();
 }
 
 QRect CItemMapView::area() const {
@@ -243,24 +224,16 @@ void CItemMapView::onPublished(CDataGPSPosition& position) {
 
 void CItemMapView::onPublished(COverlayObject& object) {
     if (object.change() == COverlayObject::Change::removed) {
-        m_overlays.erase(&object);
+        m_overlays.forget(object);
     } else {
-        layout(object, m_overlays[&object]);
+        m_overlays.layout(object, m_geoReference);
     }
     invalidate();
 }
 
-void CItemMapView::layout(COverlayObject& object, Entry& entry) const {
-    entry = {};
-    if (m_geoReference.valid()) {
-        object.Layout(entry.points, m_geoReference);
-        entry.box = Box::around(entry.points);
-    }
-}
-
 void CItemMapView::zoomBy(int step) {
     if (m_view.zoomBy(step, centre())) {
-        viewChanged();
+        invalidate();
     }
 }
 
@@ -272,37 +245,7 @@ void CItemMapView::panBy(int dx, int dy) {
 
 void CItemMapView::place(PagePoint point, ImagePixel pixel) {
     m_view.placeOrigin(point, pixel);
-    viewChanged();
-}
-
-void CItemMapView::viewChanged() {
-    const ImagePixel first = m_view.toImage({rectangle().left, rectangle().top});
-    const ImagePixel last = m_view.toImage({rectangle().right, rectangle().bottom});
-    m_visible = {
-        std::int64_t{first.column} - kVisibleMargin, std::int64_t{first.row} - kVisibleMargin,
-        std::int64_t{last.column} + kVisibleMargin, std::int64_t{last.row} + kVisibleMargin};
-    for (auto& [object, entry] : m_overlays) {
-        entry.onPage.clear();
-    }
     invalidate();
-}
-
-bool CItemMapView::Box::meets(const Box& other) const {
-    return left <= other.right && other.left <= right && top <= other.bottom && other.top <= bottom;
-}
-
-CItemMapView::Box CItemMapView::Box::around(const std::vector<ImagePixel>& points) {
-    if (points.empty()) {
-        return {};
-    }
-    Box box{points[0].column, points[0].row, points[0].column, points[0].row};
-    for (const ImagePixel& point : points) {
-        box.left = std::min<std::int64_t>(box.left, point.column);
-        box.top = std::min<std::int64_t>(box.top, point.row);
-        box.right = std::max<std::int64_t>(box.right, point.column);
-        box.bottom = std::max<std::int64_t>(box.bottom, point.row);
-    }
-    return box;
 }
 
 PagePoint CItemMapView::centre() const {

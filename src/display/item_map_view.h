@@ -2,6 +2,7 @@
 #pragma once
 
 #include "display/item.h"
+#include "display/map_overlays.h"
 #include "geo/geo_reference.h"
 #include "geo/view_transform.h"
 #include "gps/data_gps_position.h"
@@ -9,10 +10,6 @@
 #include "gps/overlay_object.h"
 
 #include <QRect>
-
-#include <cstdint>
-#include <map>
-#include <vector>
 
 namespace raincast {
 
@@ -70,40 +67,19 @@ protected:
     [[nodiscard]] QRect area() const;
 
 private:
-    /// Image pixels, all four edges within. Wide enough for a margin around any pixel.
-    struct Box {
-        std::int64_t left = 0;
-        std::int64_t top = 0;
-        std::int64_t right = 0;
-        std::int64_t bottom = 0;
-
-        [[nodiscard]] bool meets(const Box& other) const;
-        [[nodiscard]] static Box around(const std::vector<ImagePixel>& points);
-    };
-
-    /// An overlay's points, and what is known of them for the present view.
-    struct Entry {
-        std::vector<ImagePixel> points;
-        Box box; ///< around the points
-        std::vector<PagePoint> onPage;
-    };
-
     void onPublished(CDataGPSPosition& position) override;
     void onPublished(COverlayObject& object) override;
 
-    void layout(COverlayObject& object, Entry& entry) const;
     void zoomBy(int step);
     void panBy(int dx, int dy);
     void place(PagePoint point, ImagePixel pixel);
-    void viewChanged();
     [[nodiscard]] PagePoint centre() const;
 
     GeoReference m_geoReference;
     ViewTransform m_view;
-    Box m_visible; ///< image pixels that the item covers, and a margin around
     bool m_following = false;
     CDataGPSPosition m_lastFix;
-    std::map<COverlayObject*, Entry> m_overlays;
+    MapOverlays m_overlays;
     int m_dragX = 0;
     int m_dragY = 0;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "weather/picture_texts.h"
 
+#include "display/text_box.h"
+
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStringList>
@@ -17,15 +19,6 @@ constexpr int kStatusTopMargin = 8;
 constexpr QColor kProgressGround(255, 255, 255);
 constexpr QColor kProgressDone(0, 90, 200);
 
-/// Draws one line on a box of its own.
-void drawLine(QPainter& painter, QPoint topLeft, const QString& line) {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const QRect box(topLeft, QSize(metrics.horizontalAdvance(line), metrics.height()));
-    painter.fillRect(box, Qt::white);
-    painter.setPen(Qt::black);
-    painter.drawText(topLeft + QPoint(0, metrics.ascent()), line);
-}
-
 void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
     const QFontMetrics metrics = painter.fontMetrics();
     const QRect inner =
@@ -34,7 +27,7 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
     for (const QString& line : status.split(u'\n')) {
         if (!line.isEmpty()) {
             const int width = metrics.horizontalAdvance(line);
-            drawLine(painter, {inner.left() + (inner.width() - width) / 2, top}, line);
+            drawTextBox(painter, {inner.left() + (inner.width() - width) / 2, top}, line);
         }
         top += metrics.lineSpacing();
     }
@@ -59,7 +52,7 @@ void drawPictureTexts(QPainter& painter, const QRect& area, const PictureTexts& 
     for (const QString& line : {texts.time, about}) {
         if (!line.isEmpty()) {
             bottom -= metrics.height();
-            drawLine(painter, {area.left() + kLeftMargin, bottom}, line);
+            drawTextBox(painter, {area.left() + kLeftMargin, bottom}, line);
         }
     }
     drawStatus(painter, area, texts.status);
