@@ -1,12 +1,139 @@
 // SPDX-License-Identifier: MIT
 #include "gps/overlay_gps_position.h"
 
+#include "geo/geo_reference.h"
+#include "geo/local_frame.h"
 #include "gps/listener.h"
+#include "persist/persistant_data.h"
+#include "window/screen_metrics.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <cmath>
+#include <utility>
 
 namespace raincast {
 
+namespace {
+
+constexpr float kLeastSpeedKnots = 0.2F;
+constexpr float kMetresPerMinuteAtOneKnot = 30.866667F;
+constexpr float kArrowheadPixels = 5;
+constexpr int kLargeIconWidth = 64;
+
+float minutesShown = COverlayGPSPosition::kUsualVectorScale;
+
+bool isScale(float minutes) {
+    return std::isfinite(minutes) && minutes >= 0;
+}
+
+bool largeIcons() {
+    return ScreenMetrics::current().iconWidth() >= kLargeIconWidth;
+}
+
+GeoPosition endOfTravel(const CDataGPSPosition& position) {
+    const float metres = position.speed * minutesShown * kMetresPerMinuteAtOneKnot;
+    const LocalFrame frame({position.latitude, position.longitude});
+    return frame.fromMetres(LocalFrame::alongBearing(position.course, metres));
+}
+
+// A shaft and two barbs that lean back by 45 degrees.
+void drawArrow(QPainter& painter, const PagePoint& from, const PagePoint& to) {
+    const QPoint tip(to.x, to.y);
+    const float dx = static_cast<float>(to.x) - static_cast<float>(from.x);
+    const float dy = static_cast<float>(to.y) - static_cast<float>(from.y);
+    const float length = std::sqrt(dx * dx + dy * dy);
+    if (length == 0) {
+        return;
+    }
+    const float k = kArrowheadPixels / length;
+    const QPoint left(static_cast<int>((dy + dx) * k), static_cast<int>((dx - dy) * k));
+    const QPoint right(static_cast<int>((dy - dx) * k), static_cast<int>((dy + dx) * k));
+    painter.drawLine(QPoint(from.x, from.y), tip);
+    const QPoint head[] = {
+        {tip.x() - left.x(), tip.y() + left.y()}, tip, {tip.x() + right.x(), tip.y() - right.y()}};
+    painter.drawPolyline(head, 3);
+}
+
+} // namespace
+
+class COverlayGPSPosition::Persistant : public PersistantData {
+public:
+    Persistant() : PersistantData("COverlayGPSPosition") {}
+
+private:
+    // A file may hold any number.
+    void exchange(SettingsExchange& values) override {
+        float minutes = minutesShown;
+        values.binary("vector_scale", minutes);
+        minutesShown = isScale(minutes) ? minutes : kUsualVectorScale;
+    }
+
+    static Persistant s_record;
+};
+
+COverlayGPSPosition::Persistant COverlayGPSPosition::Persistant::s_record;
+
+float COverlayGPSPosition::vectorScale() {
+    return minutesShown;
+}
+
+void COverlayGPSPosition::setVectorScale(float minutes) {
+    if (!isScale(minutes)) {
+        return;
+    }
+    minutesShown = minutes;
+    const std::vector<COverlayObject*> objects = all();
+    for (COverlayObject* object : objects) {
+        if (auto* const position = dynamic_cast<COverlayGPSPosition*>(object)) {
+            position->announceChanged();
+        }
+    }
+}
+
 void COverlayGPSPosition::publish() {
+    std::swap(m_fixIconA, m_fixIconB);
     Listener<CDataGPSPosition>::Notify(*this);
+    announceChanged();
+}
+
+void COverlayGPSPosition::Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference)
+    const {
+    outline.clear();
+    const bool known = valid() || latitude != 0 || longitude != 0;
+    const auto here = geoReference.geoToPixelForDrawing({latitude, longitude});
+    if (!known || !here.ok) {
+        return;
+    }
+    outline.reserve(2);
+    outline.push_back(here.pixel);
+    if (valid() && speed > kLeastSpeedKnots) {
+        const auto there = geoReference.geoToPixelForDrawing(endOfTravel(*this));
+        if (there.ok) {
+            outline.push_back(there.pixel);
+        }
+    }
+}
+
+void COverlayGPSPosition::Draw(
+    QPainter& painter, const ViewTransform& /*view*/, const std::vector<PagePoint>& outline
+) {
+    if (outline.empty()) {
+        return;
+    }
+    const bool large = largeIcons();
+    const int half = positionPictureExtent(large) / 2;
+    const PagePoint& here = outline[0];
+    painter.drawImage(QPoint(here.x - half, here.y - half), mapIconPicture(icon(), large));
+    if (outline.size() > 1) {
+        painter.save();
+        painter.setPen(
+            QPen(QColor(255, 0, 0), large ? 3 : 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin)
+        );
+        drawArrow(painter, here, outline[1]);
+        painter.restore();
+    }
 }
 
 } // namespace raincast

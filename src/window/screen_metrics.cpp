@@ -14,6 +14,8 @@ namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
 constexpr double kTouchMillimetres = 7;
+constexpr double kIconPixels = 32;
+constexpr double kStandardDpi = 96;
 
 std::optional<ScreenMetrics> standInInUse;
 
@@ -57,6 +59,10 @@ ScreenMetrics ScreenMetrics::current() {
 
 void ScreenMetrics::use(const std::optional<ScreenMetrics>& standIn) {
     standInInUse = standIn;
+}
+
+int ScreenMetrics::iconWidth() const {
+    return static_cast<int>(kIconPixels * logPixelsY * devicePixelRatio / kStandardDpi);
 }
 
 int ScreenMetrics::touchHeight() const {

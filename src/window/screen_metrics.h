@@ -26,6 +26,9 @@ struct ScreenMetrics {
     /// their size then.
     [[nodiscard]] bool highResolution() const { return logPixelsY * devicePixelRatio > 120; }
 
+    /// The width of a system icon, in device pixels: 32 at 96 dots per inch.
+    [[nodiscard]] int iconWidth() const;
+
     /// The least height of something that a finger must hit: 7 mm, in logical pixels.
     [[nodiscard]] int touchHeight() const;
 };

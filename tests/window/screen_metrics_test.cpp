@@ -26,6 +26,21 @@ TEST(ScreenMetricsTest, AScreenIsHighlyResolvedAbove120DevicePixelsPerInch) {
     }
 }
 
+TEST(ScreenMetricsTest, ASystemIconGrowsWithTheDotsPerInch) {
+    struct Row {
+        int logPixelsY;
+        double ratio;
+        int width;
+    };
+    const Row rows[] = {{96, 1, 32}, {96, 1.5, 48}, {96, 2, 64}, {191, 1, 63}, {192, 1, 64}};
+    for (const Row& row : rows) {
+        ScreenMetrics screen;
+        screen.logPixelsY = row.logPixelsY;
+        screen.devicePixelRatio = row.ratio;
+        EXPECT_EQ(screen.iconWidth(), row.width) << row.logPixelsY << " x " << row.ratio;
+    }
+}
+
 TEST(ScreenMetricsTest, WithoutAScreenTheDotsPerInchAreMinusOne) {
     EXPECT_EQ(ScreenMetrics().logPixelsY, -1);
 }
