@@ -5,7 +5,7 @@
 #include "app/end_signals.h"
 #include "app/qt_arguments.h"
 #include "app/viewer.h"
-#include "window/touch_style.h"
+#include "window/screen_style.h"
 
 #include <QApplication>
 
@@ -31,7 +31,7 @@ std::unique_ptr<QApplication> makeApplication(QtArguments& arguments) {
     QGuiApplication::setDesktopFileName(QStringLiteral("raincast"));
     // The end of a dialog that opens before the main window is not the end of the program.
     QApplication::setQuitOnLastWindowClosed(false);
-    useTouchStyle();
+    useScreenStyle();
     return application;
 }
 

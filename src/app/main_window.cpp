@@ -7,7 +7,7 @@
 #include "app/globals.h"
 #include "gps/heartbeat.h"
 #include "paged/page_commands.h"
-#include "window/touch_style.h"
+#include "window/screen_style.h"
 
 #include <QAction>
 #include <QApplication>
@@ -78,7 +78,7 @@ QToolBar* makeToolBar(CommandSet& commands) {
 // The menu's title takes the whole height of the line, as the buttons do.
 void fillHeight(QMenuBar& bar, int height) {
     const QString name = QApplication::style()->name();
-    auto* const style = new TouchStyle(QStyleFactory::create(name), height);
+    auto* const style = new ScreenStyle(QStyleFactory::create(name), height);
     style->setParent(&bar);
     bar.setStyle(style);
 }

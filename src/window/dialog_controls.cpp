@@ -3,6 +3,7 @@
 
 #include "window/dialog_template.h"
 #include "window/events.h"
+#include "window/screen_metrics.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScroller>
 #include <QStyle>
 
 #include <algorithm>
@@ -39,6 +41,10 @@ void sendOn(QDialog& dialog, Control* control, int id, Signal signal, int notifi
 QWidget* makeListBox(QDialog& dialog, QWidget& client, int id) {
     auto* list = new QListWidget(&client);
     list->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    if (ScreenMetrics::current().touch) {
+        list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+        QScroller::grabGesture(list->viewport(), QScroller::TouchGesture);
+    }
     sendOn(dialog, list, id, &QListWidget::itemSelectionChanged, selectionChanged);
     sendOn(dialog, list, id, &QListWidget::itemDoubleClicked, doubleClicked);
     return list;

@@ -104,6 +104,14 @@ std::optional<DialogTemplate> findDialogTemplate(int id) {
     return parseDialogTemplate(file.readAll(), id);
 }
 
+std::vector<int> publishedDialogTemplates() {
+    std::vector<int> ids;
+    for (auto* record = DialogTemplateRecord::s_first; record; record = record->m_next) {
+        ids.push_back(record->m_content.id);
+    }
+    return ids;
+}
+
 std::optional<DialogTemplate> parseDialogTemplate(const QByteArray& json, int id) {
     const QJsonObject object = QJsonDocument::fromJson(json).object();
     const auto size = units(object[u"size"], 2);

@@ -57,6 +57,7 @@ public:
 
 private:
     friend std::optional<DialogTemplate> findDialogTemplate(int id);
+    friend std::vector<int> publishedDialogTemplates();
 
     DialogTemplate m_content;
     DialogTemplateRecord* m_next;
@@ -67,6 +68,9 @@ private:
 /// resource module from there on (the caller has made sure of the module, see
 /// requireResourceModule). None if there is no such template or the file is damaged.
 [[nodiscard]] std::optional<DialogTemplate> findDialogTemplate(int id);
+
+/// The identifiers of all published templates, in no order.
+[[nodiscard]] std::vector<int> publishedDialogTemplates();
 
 /// Reads a template from the resource module's form, JSON:
 /// `{"caption": "About", "size": [120, 60], "leastSize": [80, 40],

@@ -73,6 +73,10 @@ void DialogWidget::takeSize(const QSize& clientSize, const QSize& leastSize) {
     const bool resizable = !leastSize.isEmpty();
     m_client->setMinimumSize(resizable ? leastSize : clientSize);
     m_client->resize(clientSize);
+    // The area's own idea of its least height would squeeze the buttons below a low client area.
+    m_scrollArea->setMinimumHeight(
+        std::min(clientSize.height(), m_scrollArea->minimumSizeHint().height())
+    );
     const QSize buttons = m_doneButtons != nullptr ? m_doneButtons->sizeHint() : QSize(0, 0);
     QSize wanted(
         std::max(clientSize.width(), buttons.width()), clientSize.height() + buttons.height()

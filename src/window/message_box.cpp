@@ -5,8 +5,8 @@
 #include "window/screen_metrics.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
-#include <QStyle>
 
 #include <algorithm>
 
@@ -14,8 +14,8 @@ namespace raincast {
 
 namespace {
 
-// A longer line of text is tiring to read.
-constexpr int kWidest = 500;
+// A longer line of text is tiring to read; at this width Qt begins to break lines.
+constexpr int kWidest = 501;
 
 QMessageBox::Icon toQt(MessageIcon icon) {
     switch (icon) {
@@ -35,10 +35,10 @@ void widen(QMessageBox& box) {
     if (label == nullptr) {
         return;
     }
-    const int beside = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box) +
-                       4 * box.style()->pixelMetric(QStyle::PM_LayoutLeftMargin, nullptr, &box);
+    box.ensurePolished();
+    const int text = label->sizeHint().width();
+    const int beside = box.layout()->totalMinimumSize().width() - text;
     const int room = std::min(kWidest, ScreenMetrics::current().available.width()) - beside;
-    const int text = label->fontMetrics().size(0, box.text()).width();
     label->setMinimumWidth(std::clamp(text, 0, std::max(room, 0)));
 }
 

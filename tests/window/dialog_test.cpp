@@ -8,7 +8,7 @@
 #include "window/dialog_widget.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
-#include "window/touch_style.h"
+#include "window/screen_style.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -20,6 +20,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QScroller>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -557,7 +558,7 @@ TEST_F(DialogTest, OnATouchScreenEverythingThatIsHitIsSevenMillimetresHigh) {
     screen.dotsPerMillimetre = 6;
     screen.touch = true;
     ScreenMetrics::use(screen);
-    useTouchStyle();
+    useScreenStyle();
     script.expect(kFormCaption, [](QDialog& open) {
         for (const int id : {Dialog::kOk, Dialog::kCancel, kName, kAnimate, kProduct}) {
             EXPECT_GE(child(open, id)->height(), 42) << id;
@@ -576,6 +577,35 @@ TEST_F(DialogTest, OnATouchScreenEverythingThatIsHitIsSevenMillimetresHigh) {
     };
     EXPECT_EQ(dialog.run(nullptr), 2);
     QApplication::setStyle(QStringLiteral("Fusion"));
+}
+
+TEST_F(DialogTest, OnATouchScreenAFingerScrollsAListAndATapStillChoosesARow) {
+    ScreenMetrics screen = ScreenMetrics::current();
+    screen.touch = true;
+    ScreenMetrics::use(screen);
+    script.expect(kListCaption, [](QDialog& open) {
+        auto& list = static_cast<QListWidget&>(*child(open, kList));
+        QWidget* const rows = list.viewport();
+        static QPointingDevice* const device = QTest::createTouchDevice();
+        const QPoint start(20, rows->height() - 5);
+        QTest::touchEvent(rows, device).press(0, start);
+        for (int y = start.y(); y > 5; y -= 10) {
+            QTest::touchEvent(rows, device).move(0, {20, y});
+        }
+        EXPECT_TRUE(QTest::qWaitFor([&list] { return list.verticalScrollBar()->value() > 0; }));
+        QTest::touchEvent(rows, device).release(0, {20, 5});
+        QScroller::scroller(rows)->stop();
+
+        test::click(*rows, {20, 20});
+        EXPECT_EQ(list.selectedItems(), QList({list.itemAt(20, 20)}));
+    });
+    NotingDialog dialog(kListDialog);
+    dialog.initialising = [](NotingDialog& d) {
+        for (int row = 0; row < 100; ++row) {
+            d.control<QListWidget>(kList)->addItem(QString::number(row));
+        }
+    };
+    EXPECT_EQ(dialog.run(nullptr), 2);
 }
 
 TEST_F(DialogTest, AMissingResourceModuleIsTriedAndToldAtEachRequest) {

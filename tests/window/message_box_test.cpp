@@ -60,6 +60,23 @@ TEST_F(MessageBoxTest, OnANarrowScreenTheTextTakesTheRoomThereIs) {
     messageBox(nullptr, kText, kCaption, MessageIcon::exclamation);
 }
 
+TEST_F(MessageBoxTest, NoTextIsCut) {
+    // From a word to more than a line of the widest box has room for.
+    QString text = QStringLiteral("Failed");
+    for (int words = 1; words < 30; ++words) {
+        script.expect(kCaption, [](QDialog& open) {
+            const auto* label = open.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+            const int height = label->wordWrap() ? label->heightForWidth(label->width())
+                                                 : label->sizeHint().height();
+            EXPECT_TRUE(label->wordWrap() || label->width() >= label->sizeHint().width())
+                << qPrintable(label->text());
+            EXPECT_GE(label->height(), height) << qPrintable(label->text());
+        });
+        messageBox(nullptr, text, kCaption);
+        text += QStringLiteral(" to move");
+    }
+}
+
 TEST_F(MessageBoxTest, NobodyIsAskedWhereNobodyMayBe) {
     Modal::neverAsk(true);
     messageBox(nullptr, kText, kCaption);

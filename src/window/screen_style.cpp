@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "window/touch_style.h"
+#include "window/screen_style.h"
 
 #include "window/screen_metrics.h"
 
@@ -35,9 +35,16 @@ bool isHitByFingers(QStyle::ContentsType type, const QStyleOption* option) {
 
 } // namespace
 
-TouchStyle::TouchStyle(QStyle* base, int height) : QProxyStyle(base), m_height(height) {}
+ScreenStyle::ScreenStyle(QStyle* base, int height) : QProxyStyle(base), m_height(height) {}
 
-QSize TouchStyle::sizeFromContents(
+int ScreenStyle::styleHint(
+    StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* returnData
+) const {
+    return hint == SH_Menu_Scrollable ? 1
+                                      : QProxyStyle::styleHint(hint, option, widget, returnData);
+}
+
+QSize ScreenStyle::sizeFromContents(
     ContentsType type, const QStyleOption* option, const QSize& contents, const QWidget* widget
 ) const {
     QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
@@ -47,12 +54,10 @@ QSize TouchStyle::sizeFromContents(
     return size;
 }
 
-void useTouchStyle() {
+void useScreenStyle() {
     const ScreenMetrics screen = ScreenMetrics::current();
-    if (screen.touch) {
-        QStyle* const base = QStyleFactory::create(QApplication::style()->name());
-        QApplication::setStyle(new TouchStyle(base, screen.touchHeight()));
-    }
+    QStyle* const base = QStyleFactory::create(QApplication::style()->name());
+    QApplication::setStyle(new ScreenStyle(base, screen.touch ? screen.touchHeight() : 0));
 }
 
 } // namespace raincast
