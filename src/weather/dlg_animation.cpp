@@ -19,15 +19,15 @@ enum Control { kAnimate = 1050, kFrames = 1051, kInterval = 1052, kAutoUpdate = 
 const DialogTemplateRecord record{
     {kAnimationDialog,
      QStringLiteral("Animation"),
-     {122, 70},
+     {122, 86},
      {
          {kAnimate, ControlKind::checkBox, QStringLiteral("&Enable Animation"), {4, 4, 114, 14}},
-         {0, ControlKind::label, QStringLiteral("&Number of frames:"), {4, 20, 66, 14}},
-         {kFrames, ControlKind::edit, {}, {72, 20, 20, 14}},
-         {0, ControlKind::label, QStringLiteral("&Minimum frame interval:"), {4, 36, 66, 14}},
-         {kInterval, ControlKind::edit, {}, {72, 36, 20, 14}},
-         {0, ControlKind::label, QStringLiteral("minutes"), {94, 36, 26, 14}},
-         {kAutoUpdate, ControlKind::checkBox, QStringLiteral("&Auto-Update "), {4, 52, 114, 14}},
+         {0, ControlKind::label, QStringLiteral("&Number of frames:"), {4, 20, 62, 14}},
+         {kFrames, ControlKind::edit, {}, {68, 20, 20, 14}},
+         {0, ControlKind::label, QStringLiteral("&Minimum frame interval:"), {4, 36, 114, 14}},
+         {kInterval, ControlKind::edit, {}, {68, 52, 20, 14}},
+         {0, ControlKind::label, QStringLiteral("minutes"), {91, 52, 28, 14}},
+         {kAutoUpdate, ControlKind::checkBox, QStringLiteral("&Auto-Update "), {4, 68, 114, 14}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};

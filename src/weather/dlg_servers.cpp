@@ -18,10 +18,7 @@ const DialogTemplateRecord record{
      QStringLiteral("Servers"),
      {122, 68},
      {
-         {0,
-          ControlKind::label,
-          QStringLiteral("&Radar images (HOST or HOST:PORT):"),
-          {4, 4, 114, 12}},
+         {0, ControlKind::label, QStringLiteral("&Radar images (HOST[:PORT]):"), {4, 4, 114, 12}},
          {kRadarServer, ControlKind::edit, {}, {4, 18, 114, 14}},
          {0, ControlKind::label, QStringLiteral("&Counties and cities:"), {4, 36, 114, 12}},
          {kBasemapServer, ControlKind::edit, {}, {4, 50, 114, 14}},
