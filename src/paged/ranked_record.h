@@ -15,6 +15,8 @@ public:
     RankedRecord(const RankedRecord&) = delete;
     RankedRecord& operator=(const RankedRecord&) = delete;
 
+    [[nodiscard]] int rank() const { return m_rank; }
+
     /// Every record from the lowest rank to the highest, the one registered last first among
     /// equals.
     [[nodiscard]] static std::vector<const Record*> all() {

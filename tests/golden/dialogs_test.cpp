@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+// What every dialog looks like. A new dialog is a row of kDialogs.
+#include "app/app_commands.h"
+#include "golden_test.h"
+#include "paged/dlg_item_type_select.h"
+#include "paged/dlg_pages.h"
+#include "paged/dlg_rename.h"
+#include "paged/global_settings_type.h"
+#include "paged/page_commands.h"
+#include "sample_viewer.h"
+#include "support/dialog_script.h"
+#include "units/dlg_units.h"
+#include "weather/servers.h"
+#include "weather/weather_commands.h"
+#include "weather/weather_dialogs.h"
+#include "window/dialog_template.h"
+
+#include <QMainWindow>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace raincast::test {
+namespace {
+
+struct DialogRow {
+    int dialogTemplate;
+    const char* name;    ///< of its picture
+    const char* caption; ///< of the dialog that opens
+    void (*open)(SampleViewer& viewer);
+};
+
+void PrintTo(const DialogRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+/// Opens a settings dialog by its entry in the "Settings" menu.
+template<int rank>
+void openSettings(SampleViewer& viewer) {
+    for (const auto* type : CAppPaged::GlobalSettingsType::all()) {
+        if (type->rank() == rank) {
+            type->open(&viewer.frame());
+        }
+    }
+}
+
+template<int id>
+void sendTo(SampleViewer& viewer) {
+    viewer.command(id);
+}
+
+void openServers(SampleViewer& viewer) {
+    CServers::set({CServers::localServer(), QStringLiteral("maps.example.org:8080")});
+    openSettings<CAppPaged::GlobalSettingsType::kRankServers>(viewer);
+}
+
+void openRename(SampleViewer& viewer) {
+    CDlgRename(QStringLiteral("Weather")).run(&viewer.frame());
+}
+
+void openPageTypes(SampleViewer& viewer) {
+    viewer.application().addPage(&viewer.frame());
+}
+
+constexpr DialogRow kDialogs[] = {
+    {103, "about", "About Raincast", sendTo<kAppAbout>},
+    {CDlgItemTypeSelect::kTemplate, "item_types", "Select Display Item", sendTo<kAddItem>},
+    {CDlgItemTypeSelect::kTemplate, "page_types", "Select Page Type", openPageTypes},
+    {CDlgItemTypeSelect::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},
+    {CDlgItemTypeSelect::kTemplate, "stations_nearby", "Weather Station", sendTo<kNearbyStations>},
+    {CAppPaged::CDlgPages::kTemplate, "pages", "Pages", sendTo<kPages>},
+    {CDlgRename::kTemplate, "rename", "Rename", openRename},
+    {kAnimationDialog, "animation", "Animation", sendTo<kAnimation>},
+    {kLayersDialog, "layers", "Radar Layers", sendTo<kLayers>},
+    {kStorageDialog, "storage", "Radar Image Storage", sendTo<kStorage>},
+    {CUnits::CDlgUnits::kTemplate, "units", "Units",
+     openSettings<CAppPaged::GlobalSettingsType::kRankUnits>},
+    {kServersDialog, "servers", "Servers", openServers},
+};
+
+class DialogsLook : public GoldenTest, public testing::WithParamInterface<DialogRow> {};
+
+TEST_P(DialogsLook, IsAsItWas) {
+    const DialogRow& row = GetParam();
+    SampleViewer viewer;
+    DialogScript script;
+    script.expect(row.caption, [&row](QDialog& dialog) { look(row.name, dialog); });
+    row.open(viewer);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, DialogsLook, testing::ValuesIn(kDialogs), [](const auto& row) {
+    return std::string(row.param.name);
+});
+
+TEST(DialogRows, EveryDialogHasOne) {
+    for (const int published : publishedDialogTemplates()) {
+        const bool looked = std::any_of(
+            std::begin(kDialogs), std::end(kDialogs),
+            [published](const DialogRow& row) { return row.dialogTemplate == published; }
+        );
+        EXPECT_TRUE(looked) << "Nobody looks at dialog " << published << ": give it a row.";
+    }
+}
+
+} // namespace
+} // namespace raincast::test

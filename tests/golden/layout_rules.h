@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+
+class QWidget;
+
+namespace raincast::test {
+
+/// What is wrong with a window: controls that overlap, texts that are cut, what lies outside and
+/// cannot be scrolled to (up and down, never sideways), a window larger than its screen and, on a
+/// touch screen, what is too low for a finger. One sentence each.
+[[nodiscard]] QStringList complaintsAbout(const QWidget& window);
+
+} // namespace raincast::test

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// What the main window, its menus and message boxes look like.
+#include "../weather/dialog_controls.h"
+#include "golden_test.h"
+#include "sample_viewer.h"
+#include "support/dialog_script.h"
+#include "support/pointer.h"
+#include "weather/weather_commands.h"
+#include "window/message_box.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace raincast::test {
+namespace {
+
+class MainWindowLooks : public GoldenTest {
+protected:
+    /// The menu that opens when its title in the bar is clicked.
+    QMenu* openMenu() {
+        QMenuBar& bar = *viewer.frame().menuBar();
+        click(bar, bar.actionGeometry(bar.actions().constFirst()).center());
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
+    static QAction* entry(const QMenu& menu, const QString& text) {
+        for (QAction* action : menu.actions()) {
+            if (action->text().remove(u'&') == text) {
+                return action;
+            }
+        }
+        ADD_FAILURE() << "no entry " << qPrintable(text);
+        return nullptr;
+    }
+    void lookAtSubmenu(const QString& text, const QString& name) {
+        QMenu* const menu = openMenu();
+        ASSERT_NE(menu, nullptr);
+        menu->setActiveAction(entry(*menu, text));
+        QTest::keyClick(menu, Qt::Key_Right);
+        QWidget* const submenu = QApplication::activePopupWidget();
+        ASSERT_NE(submenu, nullptr);
+        ASSERT_NE(submenu, menu);
+        look(name, *submenu);
+        submenu->close();
+        menu->close();
+    }
+
+    SampleViewer viewer;
+};
+
+TEST_F(MainWindowLooks, WithAWeatherPage) {
+    look("main_window", viewer.frame());
+}
+
+TEST_F(MainWindowLooks, InLayoutMode) {
+    viewer.command(kToggleLayout);
+    QWidget& page = *viewer.page().widget();
+    click(page, QPoint(40, 110) / page.devicePixelRatioF());
+    look("layout_mode", viewer.frame());
+}
+
+TEST_F(MainWindowLooks, WithoutAnyPage) {
+    viewer.application().clear();
+    look("no_pages", viewer.frame());
+}
+
+TEST_F(MainWindowLooks, WithNoneOfItsPagesShown) {
+    viewer.application().select(std::nullopt);
+    look("no_page_shown", viewer.frame());
+}
+
+TEST_F(MainWindowLooks, WithItsMenuOpen) {
+    QMenu* const menu = openMenu();
+    ASSERT_NE(menu, nullptr);
+    look("menu", *menu);
+    menu->close();
+}
+
+TEST_F(MainWindowLooks, WithASubmenuOpen) {
+    lookAtSubmenu("Settings", "menu_settings");
+    lookAtSubmenu("Weather", "menu_weather");
+}
+
+struct BoxRow {
+    const char* name;
+    const char* text;
+    const char* caption;
+    MessageIcon icon;
+};
+
+TEST_F(MainWindowLooks, WithAMessageBox) {
+    const BoxRow rows[] = {
+        {"message_reinstall", "Failed to load Res.dll\nPlease re-install the software", "Error",
+         MessageIcon::none},
+        {"message_folder",
+         "Failed to create folder: /media/someone/A card of a rather long name/Quorvane/Temp",
+         "Error", MessageIcon::none},
+        {"message_fatal", "Window not found in Window::wndProc\n", "Fatal Error",
+         MessageIcon::stop},
+    };
+    for (const BoxRow& row : rows) {
+        DialogScript script;
+        script.expect(row.caption, [&row](QDialog& box) { look(row.name, box); });
+        messageBox(&viewer.frame(), row.text, row.caption, row.icon);
+    }
+}
+
+TEST_F(MainWindowLooks, WithTheComplaintOfADialog) {
+    DialogScript script;
+    script.expect("Animation", [](QDialog& dialog) {
+        check(dialog, "Enable Animation", true);
+        type(dialog, 0, "0");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    script.expect("Raincast", [](QDialog& box) { look("message_animation", box); });
+    viewer.command(kAnimation);
+}
+
+} // namespace
+} // namespace raincast::test

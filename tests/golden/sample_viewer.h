@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "../app/temporary_home.h"
+#include "app/main_window.h"
+#include "app/raincast_app.h"
+#include "display/page_display.h"
+#include "platform/resource_module.h"
+#include "sample_server.h"
+
+class QMainWindow;
+
+namespace raincast::test {
+
+/// A viewer on the screen, of the size that it opens with at a first start: its page "Weather"
+/// shows a radar item and, before it, a texture; two more pages follow, one of them switched off.
+class SampleViewer {
+public:
+    SampleViewer();
+    ~SampleViewer();
+    SampleViewer(const SampleViewer&) = delete;
+    SampleViewer& operator=(const SampleViewer&) = delete;
+
+    [[nodiscard]] QMainWindow& frame() { return *m_window.frame(); }
+    [[nodiscard]] CRaincastApp& application() { return m_application; }
+    /// The page "Weather", while it exists.
+    [[nodiscard]] CPageDisplay& page();
+    /// Has the main window carry out a command, as its menu does.
+    void command(int id);
+
+private:
+    void addPages();
+
+    TemporaryHome m_home;
+    SampleServer m_server;
+    ResourceModule m_resources;
+    CMainWindow m_window;
+    CRaincastApp m_application;
+};
+
+} // namespace raincast::test
