@@ -3,6 +3,7 @@
 // seed is a page file as it lies on disk. The classes are those that register themselves in the
 // rooms that the target is linked with, and the samples of the tests.
 #include "../tests/persist/sample_objects.h"
+#include "gps/mark_manager.h"
 
 #include <QBuffer>
 
@@ -14,21 +15,29 @@ namespace {
 
 using namespace raincast;
 
-/// A page list that takes objects of every class.
+/// A page list that takes objects of every class, and marks.
 class AnyApplication : public CSerializable {
 public:
     ~AnyApplication() override { m_objects.deleteElements(); }
 
     bool Read(CSerialReader& reader) override {
-        return reader.readObjects<CSerializable>(
+        reader.readInto(&m_marks);
+        const bool read = reader.readObjects<CSerializable>(
             CountKind::Unsigned,
             [this](std::unique_ptr<CSerializable> object) { m_objects.push_back(object.release()); }
         );
+        reader.readRest();
+        reader.readInto(nullptr);
+        return read;
     }
-    bool Write(CSerialWriter& writer) const override { return writer.writeObjects(m_objects); }
+    bool Write(CSerialWriter& writer) const override {
+        return writer.writeObjects(m_objects) &&
+               (m_marks.marks().empty() || writer.writeObject(m_marks));
+    }
 
 private:
     CSerializableList m_objects;
+    CMarkManager m_marks;
 };
 
 QByteArray saved(const CSerializable& application) {

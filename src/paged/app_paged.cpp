@@ -175,7 +175,8 @@ bool CAppPaged::Read(CSerialReader& reader) {
         reader.readObjects<Page>(CountKind::Unsigned, [this](std::unique_ptr<Page> page) {
             append(std::move(page));
         });
-    select(0); // none of an empty list
+    reader.readRest(); // a page may wait for a server while it is shown first: all is there by then
+    select(0);         // none of an empty list
     return read;
 }
 

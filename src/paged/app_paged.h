@@ -84,7 +84,8 @@ public:
     /// then.
     void remove(Position position);
 
-    /// Destroys the pages that there are, reads the list and shows its first page, enabled or not.
+    /// Destroys the pages that there are, reads the list and what stands behind it (of which it
+    /// knows nothing: see CSerialReader::readInto), and shows its first page, enabled or not.
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
 

@@ -73,13 +73,34 @@ bool CSerialReader::readObject(std::unique_ptr<CSerializable>& object) {
     return true;
 }
 
+void CSerialReader::readRest() {
+    std::unique_ptr<CSerializable> object;
+    while (!atEnd() && readObject(object)) {
+        if (object != nullptr) {
+            drop(std::move(object));
+        }
+    }
+}
+
 std::unique_ptr<CSerializable> CSerialReader::readBody(std::uint32_t typeId) {
+    if (m_resident != nullptr && m_resident->GetTypeId() == typeId) {
+        readResident();
+        return nullptr;
+    }
     auto object = m_depth <= kMaxDepth ? CSerializable::Type::create(typeId) : nullptr;
     if (object == nullptr || !object->Read(*this)) {
         drop(std::move(object));
         return nullptr;
     }
     return object;
+}
+
+// Its own body may hold a block of its identifier, which is not to be read into it once more.
+void CSerialReader::readResident() {
+    CSerializable* const resident = std::exchange(m_resident, nullptr);
+    const bool whole = resident->Read(*this);
+    m_resident = resident;
+    m_damaged = m_damaged || !whole;
 }
 
 bool CSerialReader::fail() {

@@ -58,9 +58,19 @@ public:
     [[nodiscard]] bool skip(std::uint32_t count);
 
     /// Reads one object block. False when its 8-byte header cannot be read: a loop over objects
-    /// ends there. True otherwise, with `object` null when the block was dropped: an unknown
-    /// identifier, a body that its class rejects, or one nested too deep.
+    /// ends there. True otherwise, with `object` null when the block was dropped (an unknown
+    /// identifier, a body that its class rejects, or one nested too deep) or read into another
+    /// object by readInto().
     [[nodiscard]] bool readObject(std::unique_ptr<CSerializable>& object);
+
+    /// Has an object that is there already read the blocks of its identifier, wherever they stand,
+    /// where another would be created for each. It keeps what it could read even if it rejects a
+    /// body, and is nobody's to take. Borrowed; one such object at a time, null for none.
+    void readInto(CSerializable* resident) { m_resident = resident; }
+
+    /// Reads the object blocks that are left. Only the one of readInto() takes any; all others are
+    /// dropped.
+    void readRest();
 
     /// Reads a count and that many object blocks, and gives each object that is a T to
     /// `take(std::unique_ptr<T>)`; all others are dropped. True once the count was read.
@@ -75,7 +85,7 @@ public:
             if (T* wanted = dynamic_cast<T*>(object.get())) {
                 static_cast<void>(object.release());
                 take(std::unique_ptr<T>(wanted));
-            } else {
+            } else if (object != nullptr) {
                 drop(std::move(object));
             }
         }
@@ -102,6 +112,7 @@ private:
     [[nodiscard]] std::size_t remaining() const { return m_end - m_position; }
     [[nodiscard]] bool readCount(CountKind kind, std::uint32_t& count);
     [[nodiscard]] std::unique_ptr<CSerializable> readBody(std::uint32_t typeId);
+    void readResident();
     bool fail();
     void drop(std::unique_ptr<CSerializable> object);
 
@@ -109,6 +120,7 @@ private:
     std::size_t m_position = 0;
     std::size_t m_end; ///< of the object being read
     int m_depth = 0;
+    CSerializable* m_resident = nullptr;
     bool m_skipped = false;
     bool m_damaged = false;
 };

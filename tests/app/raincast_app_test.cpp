@@ -3,8 +3,10 @@
 #include "cancel_dialogs.h"
 #include "display/item.h"
 #include "display/page_display.h"
+#include "gps/mark_manager.h"
 #include "paged/page.h"
 #include "support/qt_app.h"
+#include "support/serial_bytes.h"
 #include "weather/item_weather.h"
 #include "window/command_set.h"
 
@@ -66,6 +68,169 @@ TEST_F(RaincastAppTest, TheCurrentPagesTroubleIsTheApplications) {
     EXPECT_EQ(application.problem(), "Could not access server.\n");
     application.select(std::nullopt);
     EXPECT_EQ(application.problem(), "");
+}
+
+/// The program's marks, none before a test and none behind it.
+class MarksInThePageFileTest : public RaincastAppTest {
+protected:
+    MarksInThePageFileTest() { marks().clear(); }
+    ~MarksInThePageFileTest() override { marks().clear(); }
+
+    static CMarkManager& marks() { return CMarkManager::instance(); }
+    static void addThree() {
+        marks().add({54.5, 11.25}, QStringLiteral("Harbour"));
+        marks().add({54.75, 11.5}, QStringLiteral("Wreck"));
+        marks().add({-1, 2}, QStringLiteral("Far"));
+    }
+    static std::string names() {
+        QStringList all;
+        for (const COverlayMark& mark : marks().marks()) {
+            all.append(mark.name);
+        }
+        return all.join(u' ').toStdString();
+    }
+    void addPages() {
+        application.append(std::make_unique<CPageDisplay>()).setName("One");
+        application.append(std::make_unique<CPageDisplay>()).setName("Two");
+    }
+    std::string pageNames() const {
+        QStringList all;
+        for (const auto& page : application.pages()) {
+            all.append(page->name());
+        }
+        return all.join(u' ').toStdString();
+    }
+    /// Whether the file was read whole.
+    bool load(const QByteArray& file) {
+        CSerialReader reader(test::bytesOf(file));
+        return application.Read(reader) && reader.whole();
+    }
+};
+
+/// A page that looks how many marks there are when it is shown.
+class Looking : public CPageDisplay {
+public:
+    static constexpr std::uint32_t kTypeId = 9011;
+    static inline std::size_t seen = 0;
+
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeId; }
+    bool activate(QWidget& parent, bool flag) override {
+        seen = CMarkManager::instance().marks().size();
+        return CPageDisplay::activate(parent, flag);
+    }
+};
+
+const SerializableType<Looking> lookingType{Looking::kTypeId};
+
+QByteArray number(std::uint32_t value) {
+    const auto bytes = toLittleEndian(value);
+    return {reinterpret_cast<const char*>(bytes.data()), sizeof value};
+}
+
+TEST_F(MarksInThePageFileTest, TheyStandBehindThePagesAsOneObject) {
+    addPages();
+    const QByteArray pagesAlone = test::written(application);
+    addThree();
+    const QByteArray body = test::written(marks());
+    EXPECT_EQ(
+        test::written(application),
+        pagesAlone + number(21) + number(static_cast<std::uint32_t>(body.size())) + body
+    );
+    marks().clear();
+    EXPECT_EQ(test::written(application), pagesAlone) << "written only when there are any";
+}
+
+TEST_F(MarksInThePageFileTest, TheyComeBackAndAreNotDoubled) {
+    addPages();
+    addThree();
+    const QByteArray file = test::written(application);
+    for (int times = 0; times < 2; ++times) {
+        EXPECT_TRUE(load(file));
+        EXPECT_EQ(pageNames(), "One Two");
+        EXPECT_EQ(names(), "Harbour Wreck Far");
+    }
+    EXPECT_EQ(test::written(application), file);
+}
+
+TEST_F(MarksInThePageFileTest, AFileWithoutMarksHasNone) {
+    addPages();
+    const QByteArray file = test::written(application);
+    addThree();
+    EXPECT_TRUE(load(file));
+    EXPECT_EQ(names(), "");
+}
+
+TEST_F(MarksInThePageFileTest, AReaderThatKnowsOnlyPagesFindsThem) {
+    addPages();
+    addThree();
+    const QByteArray file = test::written(application);
+    marks().clear();
+    class OnlyPages : public CAppPaged {
+    } reader;
+    EXPECT_TRUE(test::read(reader, file));
+    EXPECT_EQ(reader.pages().size(), 2U);
+    EXPECT_EQ(names(), "");
+}
+
+TEST_F(MarksInThePageFileTest, DefaultPagesLeaveThemAlone) {
+    addThree();
+    application.restoreDefaultPages();
+    EXPECT_EQ(names(), "Harbour Wreck Far");
+    application.clear();
+    EXPECT_EQ(names(), "Harbour Wreck Far");
+}
+
+TEST_F(MarksInThePageFileTest, TheyNeedNoPages) {
+    addThree();
+    const QByteArray file = test::written(application);
+    marks().clear();
+    EXPECT_TRUE(load(file));
+    EXPECT_EQ(application.current(), nullptr);
+    EXPECT_EQ(names(), "Harbour Wreck Far");
+}
+
+TEST_F(MarksInThePageFileTest, OfADamagedFileEverythingIsReadThatCanBe) {
+    addPages();
+    const QByteArray pages = test::written(application).mid(4);
+    addThree();
+    const QByteArray block = test::writtenBlock(marks());
+    QByteArray huge = block;
+    huge.replace(8, 4, number(0x7FFFFFFF));
+    QByteArray endless = block;
+    endless.replace(4, 4, number(0xFFFFFFFF));
+    struct Row {
+        const char* what;
+        QByteArray file;
+        const char* pages;
+        const char* names;
+    };
+    const char* const all = "Harbour Wreck Far";
+    const Row rows[] = {
+        {"too many pages counted", number(9) + pages + block, "One Two", all},
+        {"too few pages counted", number(1) + pages + block, "One", all},
+        {"a huge number of marks", number(2) + pages + huge, "One Two", all},
+        {"a block longer than the file", number(2) + pages + endless, "One Two", all},
+        {"the last mark is cut", number(2) + pages + block.chopped(5), "One Two", "Harbour Wreck"},
+        {"half a header", number(2) + pages + block.left(6), "One Two", ""},
+        {"an unknown object before them", number(2) + pages + number(99) + number(0) + block,
+         "One Two", all},
+        {"bytes behind them", number(2) + pages + block + "x", "One Two", all},
+    };
+    for (const Row& row : rows) {
+        EXPECT_FALSE(load(row.file)) << row.what;
+        EXPECT_EQ(pageNames(), row.pages) << row.what;
+        EXPECT_EQ(names(), row.names) << row.what;
+    }
+}
+
+TEST_F(MarksInThePageFileTest, TheyAreThereBeforeThePageIsShown) {
+    application.append(std::make_unique<Looking>());
+    addThree();
+    const QByteArray file = test::written(application);
+    marks().clear();
+    Looking::seen = 0;
+    EXPECT_TRUE(load(file));
+    EXPECT_EQ(Looking::seen, 3U) << "a page may wait for a server when it is first shown";
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "cancel_dialogs.h"
 #include "display/item.h"
 #include "display/page_display.h"
+#include "gps/mark_manager.h"
 #include "paged/page.h"
 #include "persist/page_file.h"
 #include "persist/serial_reader.h"
@@ -222,6 +223,24 @@ TEST_F(ViewerTest, WhatIsReadableOfADamagedPageFileIsShown) {
     });
     EXPECT_EQ(viewer.run(), 0);
     EXPECT_EQ(readFile(home.pageFile() + ".bak"), whole.left(whole.size() - 3));
+}
+
+TEST_F(ViewerTest, MarksAreKeptFromRunToRun) {
+    CMarkManager& marks = CMarkManager::instance();
+    marks.clear();
+    for (std::size_t run = 0; run < 3; ++run) {
+        Viewer viewer({});
+        inLoop([&] {
+            EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
+            EXPECT_EQ(marks.marks().size(), run);
+            marks.add({54.5, 11.25}, QStringLiteral("Harbour"));
+            viewer.requestEnd();
+        });
+        EXPECT_EQ(viewer.run(), 0);
+        Modal::forgetEnd();
+        marks.clear();
+    }
+    EXPECT_EQ(namesInFile(home.pageFile()), QStringList("Weather"));
 }
 
 TEST_F(ViewerTest, TheFirstSubmenuHoldsThePages) {

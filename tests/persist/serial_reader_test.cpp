@@ -236,6 +236,84 @@ TEST(SerialReaderTest, AnObjectLongerThanTheOneAroundItEndsWithIt) {
     EXPECT_EQ(loaded.application.pages[0]->items.size(), 1U);
 }
 
+/// An object that is there already, and takes one byte of each of its blocks.
+class Resident : public CSerializable {
+public:
+    bool Read(CSerialReader& reader) override {
+        std::uint8_t byte = 0;
+        const bool read = reader.readValue(byte);
+        bytes.push_back(byte);
+        std::unique_ptr<CSerializable> inner;
+        while (!reader.atEnd() && reader.readObject(inner)) {
+        }
+        return read && byte != 0;
+    }
+    bool Write(CSerialWriter&) const override { return true; }
+    std::uint32_t GetTypeId() const override { return kSampleItem; }
+    Bytes bytes;
+};
+
+TEST(SerialReaderTest, ABlockIsReadIntoAnObjectThatIsThereAlready) {
+    const Bytes file = join(
+        number(2), kSecondPage, block(kSampleItem, {1}), block(kSampleItem, {2}),
+        block(kSampleItem, {3, 9})
+    );
+    Resident resident;
+    SampleApplication application;
+    CSerialReader reader(file);
+    reader.readInto(&resident);
+    EXPECT_TRUE(application.Read(reader));
+    EXPECT_EQ(application.pages.size(), 1U);
+    EXPECT_EQ(resident.bytes, (Bytes{1})) << "also where a page was expected";
+    EXPECT_TRUE(!reader.atEnd() && !reader.skippedData());
+    reader.readRest();
+    EXPECT_EQ(resident.bytes, (Bytes{1, 2, 3}));
+    EXPECT_TRUE(reader.atEnd());
+    EXPECT_FALSE(reader.whole()) << "a byte was left over";
+}
+
+TEST(SerialReaderTest, WhatIsReadIntoAnObjectCountsAsUnderstood) {
+    const Bytes file = join(number(1), kSecondPage, block(kSampleItem, {1}));
+    for (const bool there : {true, false}) {
+        Resident resident;
+        SampleApplication application;
+        CSerialReader reader(file);
+        reader.readInto(there ? &resident : nullptr);
+        EXPECT_TRUE(application.Read(reader));
+        reader.readRest();
+        EXPECT_EQ(reader.whole(), there);
+        EXPECT_EQ(resident.bytes.size(), there ? 1U : 0U);
+    }
+}
+
+TEST(SerialReaderTest, AnObjectThatRejectsABlockKeepsWhatItRead) {
+    const Bytes file = join(block(kSampleItem, {0}), block(kSampleItem, {7}));
+    Resident resident;
+    CSerialReader reader(file);
+    reader.readInto(&resident);
+    reader.readRest();
+    EXPECT_EQ(resident.bytes, (Bytes{0, 7}));
+    EXPECT_FALSE(reader.whole());
+}
+
+TEST(SerialReaderTest, AnObjectIsNotReadIntoWithinItself) {
+    const Bytes file = block(kSampleItem, join(Bytes{1}, block(kSampleItem, {2})));
+    Resident resident;
+    CSerialReader reader(file);
+    reader.readInto(&resident);
+    reader.readRest();
+    EXPECT_EQ(resident.bytes, (Bytes{1}));
+}
+
+TEST(SerialReaderTest, OfTheRestEverythingElseIsDropped) {
+    const Bytes file = join(kSecondPage, block(99, {1, 2}), block(kSampleRejected, {}), Bytes{1});
+    CSerialReader reader(file);
+    reader.readRest();
+    EXPECT_TRUE(reader.atEnd());
+    EXPECT_FALSE(reader.whole());
+    EXPECT_EQ(SampleRejected::alive, 0);
+}
+
 /// Lists in lists, `depth` of them, the innermost empty.
 Bytes nestedLists(int depth) {
     Bytes file = block(0, number(0));
