@@ -42,15 +42,18 @@ void drawFixB(QPainter& painter) {
     painter.fillPath(disc({0, 0}, 3), kPositionBlue);
 }
 
-// A crossed-out square on its corner.
+// A question mark in a square on its corner: the user was here, and may be elsewhere.
 void drawNoFix(QPainter& painter) {
     QPainterPath square;
-    square.addPolygon(QPolygonF({{0, -6.5}, {6.5, 0}, {0, 6.5}, {-6.5, 0}}));
+    square.addPolygon(QPolygonF({{0, -6.1}, {6.1, 0}, {0, 6.1}, {-6.1, 0}}));
     square.closeSubpath();
-    drawOutlined(painter, square, QColor(215, 215, 215));
-    painter.setPen(QPen(kInk, 1.8, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(QPointF(-2.2, -2.2), QPointF(2.2, 2.2));
-    painter.drawLine(QPointF(-2.2, 2.2), QPointF(2.2, -2.2));
+    drawOutlined(painter, square, QColor(225, 225, 225));
+    QPainterPath question;
+    question.arcMoveTo(QRectF(-1.8, -3.6, 3.6, 3.6), 170);
+    question.arcTo(QRectF(-1.8, -3.6, 3.6, 3.6), 170, -240);
+    question.lineTo(0, 1);
+    painter.strokePath(question, QPen(kInk, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.fillPath(disc({0, 3.2}, 0.9), kInk);
 }
 
 // A pin, its tip in the middle of pixel (7, 25).

@@ -21,6 +21,7 @@ constexpr float kLeastSpeedKnots = 0.2F;
 constexpr float kMetresPerMinuteAtOneKnot = 30.866667F;
 constexpr float kArrowheadPixels = 5;
 constexpr int kLargeIconWidth = 64;
+constexpr QColor kArrowRed(255, 0, 0);
 
 float minutesShown = COverlayGPSPosition::kUsualVectorScale;
 
@@ -38,21 +39,20 @@ GeoPosition endOfTravel(const CDataGPSPosition& position) {
     return frame.fromMetres(LocalFrame::alongBearing(position.course, metres));
 }
 
-// A shaft and two barbs that lean back by 45 degrees.
-void drawArrow(QPainter& painter, const PagePoint& from, const PagePoint& to) {
-    const QPoint tip(to.x, to.y);
-    const float dx = static_cast<float>(to.x) - static_cast<float>(from.x);
-    const float dy = static_cast<float>(to.y) - static_cast<float>(from.y);
+// A shaft and two barbs that lean back by 45 degrees, all in whole pixels. Either end may be as far
+// away as 32 bits reach.
+void drawArrow(QPainter& painter, const QPointF& from, const QPointF& tip) {
+    const auto dx = static_cast<float>(tip.x() - from.x());
+    const auto dy = static_cast<float>(tip.y() - from.y());
     const float length = std::sqrt(dx * dx + dy * dy);
     if (length == 0) {
         return;
     }
     const float k = kArrowheadPixels / length;
-    const QPoint left(static_cast<int>((dy + dx) * k), static_cast<int>((dx - dy) * k));
-    const QPoint right(static_cast<int>((dy - dx) * k), static_cast<int>((dy + dx) * k));
-    painter.drawLine(QPoint(from.x, from.y), tip);
-    const QPoint head[] = {
-        {tip.x() - left.x(), tip.y() + left.y()}, tip, {tip.x() + right.x(), tip.y() - right.y()}};
+    const QPointF head[] = {
+        tip + QPointF(-std::trunc((dy + dx) * k), std::trunc((dx - dy) * k)), tip,
+        tip + QPointF(std::trunc((dy - dx) * k), -std::trunc((dy + dx) * k))};
+    painter.drawLine(from, tip);
     painter.drawPolyline(head, 3);
 }
 
@@ -124,14 +124,12 @@ void COverlayGPSPosition::Draw(
     }
     const bool large = largeIcons();
     const int half = positionPictureExtent(large) / 2;
-    const PagePoint& here = outline[0];
-    painter.drawImage(QPoint(here.x - half, here.y - half), mapIconPicture(icon(), large));
+    const QPointF here(outline[0].x, outline[0].y);
+    painter.drawImage(here - QPointF(half, half), mapIconPicture(icon(), large));
     if (outline.size() > 1) {
         painter.save();
-        painter.setPen(
-            QPen(QColor(255, 0, 0), large ? 3 : 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin)
-        );
-        drawArrow(painter, here, outline[1]);
+        painter.setPen(QPen(kArrowRed, large ? 3 : 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        drawArrow(painter, here, QPointF(outline[1].x, outline[1].y));
         painter.restore();
     }
 }
