@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/exposures.h"
 
+#include "app/end_signals.h"
+#include "gps/navigator_waiting.h"
 #include "net/http_settings.h"
 #include "platform/busy_guard.h"
+#include "window/modal.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -20,14 +23,22 @@ void letThrough() {
     }
 }
 
+// A transfer ends by itself, but others may keep the navigator for as long as they like.
+bool letThroughUntilTheEnd() {
+    letThrough();
+    return !EndSignals::came() && !Modal::endRequested();
+}
+
 } // namespace
 
 Exposures::Exposures() {
     httpHooks().waiting = letThrough;
+    NavigatorWaiting::useHook(letThroughUntilTheEnd);
 }
 
 Exposures::~Exposures() {
     httpHooks().waiting = nullptr;
+    NavigatorWaiting::useHook({});
 }
 
 } // namespace raincast

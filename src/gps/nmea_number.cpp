@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "gps/nmea_number.h"
 
+#include "gps/finite_float.h"
 #include "platform/leading_number.h"
 
 #include <cmath>
-#include <limits>
 
 namespace raincast {
 
@@ -14,8 +14,7 @@ double nmeaDouble(std::string_view text) {
 }
 
 float nmeaFloat(std::string_view text) {
-    const double number = nmeaDouble(text);
-    return std::abs(number) <= std::numeric_limits<float>::max() ? static_cast<float>(number) : 0;
+    return finiteFloat(nmeaDouble(text));
 }
 
 std::int32_t nmeaInt(std::string_view text) {
