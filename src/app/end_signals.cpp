@@ -59,6 +59,7 @@ EndSignals::EndSignals() {
 
 EndSignals::~EndSignals() {
     m_notifier.reset();
+    requested = 0;
     if (ends[0] < 0) {
         return;
     }

@@ -14,7 +14,7 @@ namespace raincast {
 class EndSignals {
 public:
     EndSignals();
-    /// Gives the signals their former meaning back.
+    /// Gives the signals their former meaning back, and forgets those that came.
     ~EndSignals();
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;

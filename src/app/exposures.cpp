@@ -23,21 +23,27 @@ void letThrough() {
     }
 }
 
+bool ending() {
+    return EndSignals::came() || Modal::endRequested();
+}
+
 // A transfer ends by itself, but others may keep the navigator for as long as they like.
 bool letThroughUntilTheEnd() {
     letThrough();
-    return !EndSignals::came() && !Modal::endRequested();
+    return !ending();
 }
 
 } // namespace
 
 Exposures::Exposures() {
     httpHooks().waiting = letThrough;
+    httpHooks().ending = ending;
     NavigatorWaiting::useHook(letThroughUntilTheEnd);
 }
 
 Exposures::~Exposures() {
     httpHooks().waiting = nullptr;
+    httpHooks().ending = nullptr;
     NavigatorWaiting::useHook({});
 }
 

@@ -33,6 +33,9 @@ struct HttpHooks {
     /// Called by a waiting transfer: once before the first byte and at least every 100 ms. It must
     /// only let exposures through; a BusyGuard is active meanwhile.
     std::function<void()> waiting;
+    /// Whether the program is to end: a request that is under way returns first, but no further one
+    /// begins.
+    std::function<bool()> ending;
     /// Called once per request with its URL and its outcome in words: the HTTP status ("200"), the
     /// cause of its failure ("Could not resolve host: radar.example"), or both ("200, end of
     /// response with 512 bytes missing").

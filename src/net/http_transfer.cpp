@@ -79,7 +79,8 @@ bool CHttpTransfer::FetchQuotedStrings(const QString& serverPath, std::set<QStri
 
 // The connection itself is made by the first request, which then settles the state.
 bool CHttpTransfer::Connect() {
-    if (m_connectState == ConnectState::Failed || m_gaveUp) {
+    const bool ending = httpHooks().ending && httpHooks().ending();
+    if (m_connectState == ConnectState::Failed || m_gaveUp || ending) {
         return false;
     }
     if (m_session != nullptr) {

@@ -17,7 +17,8 @@ class HttpSession;
 ///
 /// Failures are plain false, and the caller words them. An object that could not connect, or that
 /// waited for a stalled or endless response once, fails every later request at once: otherwise each
-/// of a radar's frames would cost its own half minute.
+/// of a radar's frames would cost its own half minute. So does every object while the program is to
+/// end.
 class CHttpTransfer {
 public:
     enum class ConnectState {

@@ -72,7 +72,13 @@ TEST_F(EndSignalsTest, NobodyIsCalledOnceTheCallIsTakenBack) {
 TEST_F(EndSignalsTest, TheSignalsGetTheirMeaningBack) {
     static volatile std::sig_atomic_t heard = 0;
     std::signal(SIGTERM, [](int) { heard = 1; });
-    { const EndSignals signals; }
+    {
+        const EndSignals signals;
+        std::raise(SIGTERM);
+        EXPECT_TRUE(EndSignals::came());
+    }
+    EXPECT_FALSE(EndSignals::came());
+    EXPECT_EQ(heard, 0);
     std::raise(SIGTERM);
     EXPECT_EQ(heard, 1);
     std::signal(SIGTERM, SIG_DFL);

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
+#include "app/end_signals.h"
 #include "app/exposures.h"
+#include "gps/navigator_waiting.h"
 #include "net/http_settings.h"
 #include "platform/busy_guard.h"
 #include "support/qt_app.h"
+#include "window/modal.h"
 
 #include <QWidget>
 
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 namespace raincast {
 namespace {
@@ -43,9 +48,38 @@ TEST_F(ExposuresTest, WithoutAGuardNothingGetsThrough) {
     EXPECT_EQ(window.paints, 0);
 }
 
+TEST_F(ExposuresTest, SoDoesAWaitForTheNavigator) {
+    NavigatorWaiting waiting;
+    window.update();
+    while (window.paints == 0) {
+        ASSERT_TRUE(waiting.goesOn());
+    }
+}
+
+TEST_F(ExposuresTest, ARequestToEndEndsAWaitForTheNavigatorAndFurtherTransfers) {
+    EXPECT_FALSE(httpHooks().ending());
+    Modal::requestEnd();
+    EXPECT_TRUE(httpHooks().ending());
+    NavigatorWaiting waiting;
+    while (waiting.goesOn()) {
+    }
+    Modal::forgetEnd();
+    EXPECT_FALSE(httpHooks().ending());
+}
+
+TEST_F(ExposuresTest, SoDoesASignalToEnd) {
+    const EndSignals signals;
+    std::raise(SIGTERM);
+    EXPECT_TRUE(httpHooks().ending());
+    NavigatorWaiting waiting;
+    while (waiting.goesOn()) {
+    }
+}
+
 TEST(ExposuresEndTest, TransfersWaitAloneAfterwards) {
     { const Exposures exposures; }
     EXPECT_FALSE(httpHooks().waiting);
+    EXPECT_FALSE(httpHooks().ending);
 }
 
 } // namespace

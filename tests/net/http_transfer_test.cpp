@@ -551,6 +551,22 @@ TEST_F(HttpTransferTest, AFullDiskLeavesTheOldFileAndNoShortOne) {
     EXPECT_EQ(files(), "old small");
 }
 
+TEST_F(HttpTransferTest, OnceTheProgramIsToEndNoRequestBegins) {
+    HttpServer server;
+    server.serve("/file", "bytes");
+    bool ending = false;
+    httpHooks().ending = [&ending] { return ending; };
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_TRUE(transfer.DownloadToFile("/file", local("first")));
+    ending = true;
+    std::set<QString> strings;
+    EXPECT_FALSE(transfer.DownloadToFile("/file", local("second")));
+    EXPECT_FALSE(transfer.FetchQuotedStrings("/file", strings));
+    EXPECT_EQ(lastOutcome(), "not tried again");
+    EXPECT_TRUE(transfer.DownloadIfAbsent("/file", local("first"))) << "nothing to ask for";
+    EXPECT_EQ(files(), "first");
+}
+
 // The child dies by its own hand as soon as a part of the body is on disk.
 TEST_F(HttpTransferTest, AProgramKilledInTheMiddleLeavesNoHalfFile) {
     FaultServer server(answers::stall(QByteArray(100'000, 'x')));
