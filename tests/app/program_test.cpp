@@ -6,11 +6,14 @@
 
 #include <QImage>
 #include <QJsonDocument>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 
 #include <csignal>
 
@@ -224,6 +227,67 @@ TEST_F(ProgramTest, WithoutAnyDisplayOneSentenceSaysHowToGoOn) {
         EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
         EXPECT_EQ(namesIn(home.root()), "run");
     }
+}
+
+/// The navigator's window, as far as the program can tell.
+class NavigatorWindow {
+public:
+    explicit NavigatorWindow(const test::TemporaryHome& home) {
+        EXPECT_TRUE(m_server.listen(home.path("run/WCE_QVTrekkoMainWnd")));
+    }
+    /// The first client.
+    QLocalSocket& client() {
+        if (m_client == nullptr) {
+            EXPECT_TRUE(
+                QTest::qWaitFor([this] { return m_server.hasPendingConnections(); }, kDeadline)
+            );
+            m_client = m_server.nextPendingConnection();
+        }
+        return *m_client;
+    }
+    QByteArray message() {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return client().bytesAvailable() >= 12; }, kDeadline));
+        return client().read(12).toHex();
+    }
+
+private:
+    QLocalServer m_server;
+    QLocalSocket* m_client = nullptr;
+};
+
+constexpr char kFolderForTheNavigator[] =
+    R"({"Software/Quorvane": {"temp_folder": {"type": "string", "value": "/nonesuch"}}})";
+
+TEST_F(ProgramTest, ANavigatorIsFoundAndAsked) {
+    writeFile(home.userRegistry(), kFolderForTheNavigator);
+    NavigatorWindow navigator(home);
+    QProcess process;
+    start(process, {});
+    EXPECT_EQ(navigator.message(), "000400001000000004800000");
+    navigator.client().write(QByteArray::fromHex("0b000000"));
+    EXPECT_EQ(navigator.message(), "00040000100000001f000000");
+    navigator.client().write(QByteArray::fromHex("0c000000"));
+    EXPECT_EQ(navigator.message(), "000400001000000004800000") << "asked again a second later";
+    end(process, SIGTERM);
+    EXPECT_EQ(finish(process).status, 0) << "though it gets no answer";
+    EXPECT_TRUE(QFile::exists(home.pageFile()));
+}
+
+TEST_F(ProgramTest, ItEndsInGoodOrderWhileAnotherKeepsTheNavigator) {
+    writeFile(home.userRegistry(), kFolderForTheNavigator);
+    const QString mutex = home.path("run/Quorvane-API-mutex");
+    writeFile(mutex, "");
+    QFile other(mutex);
+    ASSERT_TRUE(other.open(QIODevice::ReadOnly));
+    ASSERT_EQ(flock(other.handle(), LOCK_EX), 0);
+    NavigatorWindow navigator(home);
+    QProcess process;
+    start(process, {});
+    navigator.client(); // it links, and waits for the mutex
+    end(process, SIGTERM);
+    EXPECT_EQ(finish(process).status, 0);
+    EXPECT_EQ(navigator.client().bytesAvailable(), 0);
+    EXPECT_TRUE(QFile::exists(home.pageFile()));
 }
 
 TEST_F(ProgramTest, HelpAndVersionNeedNoDisplay) {
