@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "gps/mark_manager.h"
 
+#include "geo/way.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace raincast {
 
 namespace {
 
-constexpr double kDegreesPerRadian = 180 / std::numbers::pi;
 constexpr float kWholeTurn = 360;
 // A little more than half a turn, so that rounding leaves straight back on the side where it is.
 constexpr float kHalfTurn = 180.0001F;
@@ -41,11 +40,6 @@ float relativeTo(float course, float bearing) {
         relative += kWholeTurn;
     }
     return relative;
-}
-
-float bearingBack(float east, float north) {
-    const auto degrees = static_cast<float>(std::atan2(-east, -north) * kDegreesPerRadian);
-    return degrees < 0 ? degrees + kWholeTurn : degrees;
 }
 
 // Built before the first map view, so that it hears of positions before that.
@@ -147,7 +141,7 @@ void CMarkManager::onPublished(CDataGPSPosition& position) {
 }
 
 void CMarkManager::navigate(float course) {
-    const LocalOffset offset = offsetFromTarget();
+    const LocalOffset offset = shortWay(m_target.position(), *m_position);
     const auto east = static_cast<float>(offset.eastMetres);
     const auto north = static_cast<float>(offset.northMetres);
     const float distance = std::sqrt(north * north + east * east);
@@ -161,16 +155,6 @@ void CMarkManager::navigate(float course) {
     m_navigation.crossTrack = crossTrack(offset, distance);
     m_navigating = true;
     Listener<CDataNavigation>::Notify(m_navigation);
-}
-
-// The short way round: a target may lie on the other side of the date line.
-LocalOffset CMarkManager::offsetFromTarget() const {
-    GeoPosition from = *m_position;
-    const double turned = from.longitude - m_target.longitude;
-    if (std::fabs(turned) > kWholeTurn / 2) {
-        from.longitude = m_target.longitude + std::remainder(turned, double{kWholeTurn});
-    }
-    return LocalFrame(m_target.position()).toMetres(from);
 }
 
 float CMarkManager::crossTrack(const LocalOffset& offset, float distance) {

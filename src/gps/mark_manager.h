@@ -75,7 +75,6 @@ private:
 
     void onPublished(CDataGPSPosition& position) override;
     void navigate(float course);
-    [[nodiscard]] LocalOffset offsetFromTarget() const;
     [[nodiscard]] float crossTrack(const LocalOffset& offset, float distance);
     void dropNavigation();
 
