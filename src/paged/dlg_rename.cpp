@@ -23,9 +23,13 @@ const DialogTemplateRecord renameDialog{
 
 } // namespace
 
-CDlgRename::CDlgRename(QString name) : Dialog(kTemplate), m_name(std::move(name)) {}
+CDlgRename::CDlgRename(QString name, QString caption)
+    : Dialog(kTemplate), m_name(std::move(name)), m_caption(std::move(caption)) {}
 
 bool CDlgRename::onInitialise() {
+    if (!m_caption.isEmpty()) {
+        setCaption(m_caption);
+    }
     setText(kName, m_name);
     return true;
 }

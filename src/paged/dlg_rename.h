@@ -12,7 +12,8 @@ class CDlgRename : public Dialog {
 public:
     static constexpr int kTemplate = 115;
 
-    explicit CDlgRename(QString name);
+    /// With an empty caption the dialog reads "Rename".
+    explicit CDlgRename(QString name, QString caption = {});
 
     /// The name: as edited once the dialog ended with kOk, else as given.
     [[nodiscard]] const QString& name() const { return m_name; }
@@ -22,6 +23,7 @@ public:
 
 private:
     QString m_name;
+    QString m_caption;
 };
 
 } // namespace raincast

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "paged/page.h"
 
+#include "paged/one_line.h"
 #include "paged/page_commands.h"
 #include "paged/page_type.h"
 #include "persist/record_reader.h"
@@ -16,19 +17,6 @@
 #include <utility>
 
 namespace raincast {
-
-namespace {
-
-// Longer names come from a damaged file only, and would stall the layout of menus and lists.
-constexpr qsizetype kMostCharacters = MenuMerger::kMostCharacters;
-
-bool breaksLine(QChar unit) {
-    const QChar::Category category = unit.category();
-    return category == QChar::Other_Control || category == QChar::Separator_Line ||
-           category == QChar::Separator_Paragraph;
-}
-
-} // namespace
 
 CAppPaged::Page::Page(const PageType* pageType) : m_pageType(pageType) {}
 
@@ -76,12 +64,7 @@ bool CAppPaged::Page::zoom(int /*steps*/, const QPoint& /*place*/) {
 
 QString CAppPaged::Page::shownName() const {
     const bool named = !m_name.isEmpty() || m_pageType == nullptr;
-    QString shown = named ? m_name : m_pageType->name();
-    if (shown.size() > kMostCharacters) {
-        shown = shown.left(kMostCharacters - 1) + QChar(0x2026);
-    }
-    std::replace_if(shown.begin(), shown.end(), breaksLine, u' ');
-    return shown;
+    return oneLine(named ? m_name : m_pageType->name());
 }
 
 void CAppPaged::Page::addMenu(int menuId) {
