@@ -51,6 +51,11 @@ bool CPageDisplay::CItem::stylusDown(int /*x*/, int /*y*/, Qt::KeyboardModifiers
 
 void CPageDisplay::CItem::stylusMove(int /*x*/, int /*y*/) {}
 void CPageDisplay::CItem::stylusUp(int /*x*/, int /*y*/) {}
+void CPageDisplay::CItem::stylusHeld() {}
+
+std::span<const MenuRow> CPageDisplay::CItem::contextMenu(int /*x*/, int /*y*/) {
+    return {};
+}
 
 QString CPageDisplay::CItem::statusText() const {
     return {};

@@ -3,8 +3,11 @@
 
 #include "display/item_placement.h"
 #include "display/page_display.h"
+#include "window/menu_table.h"
 
 #include <QString>
+
+#include <span>
 
 class QPainter;
 
@@ -46,6 +49,12 @@ public:
     virtual bool stylusDown(int x, int y, Qt::KeyboardModifiers keys);
     virtual void stylusMove(int x, int y);
     virtual void stylusUp(int x, int y);
+    /// A captured press was held still and has become a menu (contextMenu): what little the stylus
+    /// moved meant nothing. Nothing of it comes to the item any more.
+    virtual void stylusHeld();
+    /// The menu for a place: a press was held still there, or the right button went down. What is
+    /// chosen comes as a command. Without rows the item beneath is asked.
+    virtual std::span<const MenuRow> contextMenu(int x, int y);
 
     /// What is wrong with what the item shows, for a person; empty while nothing is.
     [[nodiscard]] virtual QString statusText() const;

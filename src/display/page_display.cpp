@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/page_display.h"
 
+#include "display/context_menu.h"
 #include "display/item.h"
 #include "display/item_catalogue.h"
 #include "display/item_painter.h"
@@ -67,7 +68,8 @@ QString firstText(const CPageDisplay::Items& items, TextOf textOf) {
 } // namespace
 
 CPageDisplay::CPageDisplay(const CAppPaged::PageType* pageType)
-    : Page(pageType != nullptr ? pageType : &blankPage), m_stylus(*this) {
+    : Page(pageType != nullptr ? pageType : &blankPage), m_stylus(*this),
+      m_contextMenu(std::make_unique<ContextMenu>(*this)) {
     addMenu(kMenu);
 }
 
@@ -88,6 +90,7 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     m_layoutMode = false;
     m_selected = nullptr;
     m_stylus.reset();
+    m_contextMenu->reset();
     auto* const window = new QWidget(&parent);
     window->setWindowTitle(shownName());
     window->setCursor(Qt::ArrowCursor);
@@ -295,6 +298,16 @@ void CPageDisplay::onLeftButton(
     m_stylus.down({x, y}, keys);
 }
 
+void CPageDisplay::onCommand(int id, QWidget* /*control*/, int /*notification*/) {
+    m_contextMenu->command(id);
+}
+
+void CPageDisplay::onTimer(int id) {
+    if (id == PageStylus::kHoldTimer) {
+        m_stylus.hold();
+    }
+}
+
 bool CPageDisplay::windowProcedure(QEvent& event) {
     if (const auto step = m_zoomInput.handle(*widget(), event)) {
         zoom(step->steps, step->place);
@@ -323,6 +336,9 @@ void CPageDisplay::pointerEvent(QEvent& event) {
         }
     } else if (event.type() == QEvent::MouseButtonPress) {
         Window::windowProcedure(event);
+        if (mouse.button() == Qt::RightButton) {
+            m_stylus.openMenu({place.x(), place.y()});
+        }
     } else if (mouse.button() == Qt::LeftButton) {
         m_stylus.up({place.x(), place.y()});
     }

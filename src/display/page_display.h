@@ -33,9 +33,10 @@ enum PageDisplayCommand : int {
 /// All places are pixels of the device, from the page's top-left corner.
 class CPageDisplay : public CAppPaged::Page, public Window {
 public:
-    class CItem;  ///< display/item.h
-    class CImage; ///< display/image.h
-    class Type;   ///< "Blank customizable page"
+    class CItem;       ///< display/item.h
+    class CImage;      ///< display/image.h
+    class Type;        ///< "Blank customizable page"
+    class ContextMenu; ///< display/context_menu.h
 
     static const SerializableType<CPageDisplay> cType;
 
@@ -77,6 +78,7 @@ public:
     [[nodiscard]] CItem* selected() const { return m_selected; }
     void select(CItem* item) { m_selected = item; }
     [[nodiscard]] bool layoutMode() const { return m_layoutMode; }
+    [[nodiscard]] ContextMenu& contextMenu() { return *m_contextMenu; }
 
     /// The page's size; empty before it had a window for the first time.
     [[nodiscard]] QSize deviceSize() const { return m_deviceSize; }
@@ -94,6 +96,9 @@ public:
     void onPaint(QPaintDevice& target, const QRegion& exposed) override;
     void onLeftButton(bool doubleClick, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys)
         override;
+    /// A choice of an item's menu.
+    void onCommand(int id, QWidget* control, int notification) override;
+    void onTimer(int id) override;
     bool windowProcedure(QEvent& event) override;
 
 private:
@@ -111,6 +116,7 @@ private:
     bool m_sizing = false; // half of the items have their new places
     CItem* m_selected = nullptr;
     PageStylus m_stylus;
+    std::unique_ptr<ContextMenu> m_contextMenu;
     ZoomInput m_zoomInput;
     BackBuffer m_buffer;
     Items m_items; // last: items may still ask for the rest while they go

@@ -1,24 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "display/page_stylus.h"
 
+#include "display/context_menu.h"
 #include "display/item.h"
 #include "display/layout_geometry.h"
 #include "window/screen_metrics.h"
+
+#include <cstdlib>
 
 namespace raincast {
 
 namespace {
 
 constexpr int kGrip = 12;
+// A finger never rests: what moves less than this, twice that on a high-resolution screen, is held
+// still.
+constexpr int kTremble = 6;
 
 } // namespace
 
 PageStylus::PageStylus(CPageDisplay& page)
     : m_page(page), m_gripSize(ScreenMetrics::current().highResolution() ? 2 * kGrip : kGrip) {}
 
+void PageStylus::reset() {
+    m_drag = Drag::none;
+    endHold();
+}
+
 void PageStylus::down(PagePoint place, Qt::KeyboardModifiers keys) {
     m_last = place;
     m_drag = Drag::none;
+    startHold(place);
     const auto& items = m_page.items();
     for (auto below = items.rbegin(); below != items.rend(); ++below) {
         CPageDisplay::CItem& item = **below;
@@ -43,6 +55,41 @@ void PageStylus::down(PagePoint place, Qt::KeyboardModifiers keys) {
     m_page.select(nullptr);
 }
 
+void PageStylus::startHold(PagePoint place) {
+    m_pressed = place;
+    if (!m_page.layoutMode()) {
+        m_holds = 0;
+        m_page.startTimer(kHoldTimer, kHoldMilliseconds);
+    }
+}
+
+void PageStylus::endHold() {
+    m_holds.reset();
+    m_page.stopTimer(kHoldTimer);
+}
+
+// Short steps instead of one: after a transfer, whose end the timer may see before a lifting that
+// waited as long does, the stylus must be held on for a menu to open.
+void PageStylus::hold() {
+    if (!m_holds || ++*m_holds < kHolds) {
+        return;
+    }
+    endHold();
+    CPageDisplay::CItem* const item = m_drag == Drag::captured ? m_page.selected() : nullptr;
+    if (m_page.contextMenu().open(m_last, CPageDisplay::ContextMenu::By::heldPress)) {
+        m_drag = Drag::none;
+        if (item != nullptr) {
+            item->stylusHeld();
+        }
+    }
+}
+
+void PageStylus::openMenu(PagePoint place) {
+    if (!m_page.layoutMode() && m_drag == Drag::none) {
+        m_page.contextMenu().open(place, CPageDisplay::ContextMenu::By::rightButton);
+    }
+}
+
 PageStylus::Drag PageStylus::layoutDrag(PagePoint place) const {
     const bool onGrip = gripOf(m_page.selected()->rectangle(), m_gripSize).contains(place);
     return onGrip ? Drag::resizes : Drag::moves;
@@ -52,6 +99,10 @@ void PageStylus::move(PagePoint place) {
     const int dx = place.x - m_last.x;
     const int dy = place.y - m_last.y;
     m_last = place;
+    const int tremble = kTremble * m_gripSize / kGrip;
+    if (std::abs(place.x - m_pressed.x) > tremble || std::abs(place.y - m_pressed.y) > tremble) {
+        endHold();
+    }
     CPageDisplay::CItem* const item = m_page.selected();
     if (item == nullptr) {
         return;
@@ -74,6 +125,7 @@ void PageStylus::move(PagePoint place) {
 }
 
 void PageStylus::up(PagePoint place) {
+    endHold();
     CPageDisplay::CItem* const item = m_page.selected();
     if (m_drag == Drag::captured && item != nullptr) {
         item->stylusUp(place.x - item->rectangle().left, place.y - item->rectangle().top);

@@ -20,4 +20,10 @@ QPoint toDevicePixels(const QWidget& widget, const QPointF& scenePosition) {
     return (scenePosition * widget.devicePixelRatioF()).toPoint() - deviceRect(widget).topLeft();
 }
 
+QPoint toScreen(const QWidget& widget, const QPoint& devicePixel) {
+    const QPointF inWindow =
+        QPointF(deviceRect(widget).topLeft() + devicePixel) / widget.devicePixelRatioF();
+    return widget.window()->mapToGlobal(inWindow).toPoint();
+}
+
 } // namespace raincast

@@ -17,4 +17,7 @@ namespace raincast {
 /// position() of a child is rounded to whole logical pixels.)
 [[nodiscard]] QPoint toDevicePixels(const QWidget& widget, const QPointF& scenePosition);
 
+/// The place on the screen, in logical pixels, of a device pixel of a widget.
+[[nodiscard]] QPoint toScreen(const QWidget& widget, const QPoint& devicePixel);
+
 } // namespace raincast

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/page_stylus.h"
 #include "page_window.h"
+#include "platform/busy_guard.h"
 #include "window/screen_metrics.h"
 
 #include <QPointingDevice>
@@ -190,7 +191,8 @@ TEST_F(PageStylusTest, OtherButtonsAndAHoveringPointerDoNothing) {
     mouse(QEvent::MouseMove, 31, 41, Qt::NoButton, Qt::RightButton, {});
     mouse(QEvent::MouseButtonRelease, 31, 41, Qt::RightButton, Qt::NoButton, {});
     mouse(QEvent::MouseMove, 32, 42, Qt::NoButton, Qt::NoButton, {});
-    EXPECT_THAT(log, IsEmpty());
+    mouse(QEvent::MouseButtonPress, 30, 40, Qt::MiddleButton, Qt::MiddleButton, {});
+    EXPECT_THAT(log, ElementsAre(" menu 10,10")) << "which it has not";
 }
 
 TEST_F(PageStylusTest, AnotherButtonDoesNotEndADrag) {
@@ -283,6 +285,172 @@ TEST_F(PageTouchTest, APinchZoomsTheTopmostItemBetweenTheFingers) {
     EXPECT_THAT(log, ElementsAre("above command 40030 0"));
     fingers(QEvent::TouchUpdate, {{110, 120}, {130, 120}});
     EXPECT_THAT(log, ElementsAre("above command 40030 0", "above command 40031 0"));
+}
+
+// --- Held presses and the right button ----------------------------------------------------------
+
+constexpr MenuRow kRows[] = {menuEntry(40999, u"&Choice")};
+
+class PageStylusHoldTest : public PageStylusTest {
+protected:
+    NotingItem& item = add({20, 30, 120, 130});
+
+    PageStylusHoldTest() {
+        item.captures = true;
+        item.menuRows = kRows;
+        showPage();
+        log.clear();
+    }
+    ~PageStylusHoldTest() override {
+        if (openMenu() != nullptr) {
+            openMenu()->close();
+        }
+    }
+};
+
+TEST_F(PageStylusHoldTest, APressThatIsHeldOpensTheItemsMenu) {
+    press(30, 40);
+    EXPECT_TRUE(QTest::qWaitFor([] { return openMenu() != nullptr; }, 20000));
+    EXPECT_THAT(log, ElementsAre(" down 10,10", " menu 10,10", " held"));
+    lift(30, 40);
+    EXPECT_NE(openMenu(), nullptr) << "the finger may go now";
+    EXPECT_EQ(log.size(), 3U) << "and the item hears no more of it";
+    choose(QStringLiteral("Choice"));
+    EXPECT_EQ(log.back(), " command 40999 0");
+    EXPECT_EQ(openMenu(), nullptr);
+}
+
+TEST_F(PageStylusHoldTest, ItTakesAllOfTheTime) {
+    press(30, 40);
+    freezeTimer();
+    hold(PageStylus::kHolds - 1);
+    EXPECT_EQ(openMenu(), nullptr);
+    hold(1);
+    EXPECT_NE(openMenu(), nullptr);
+    EXPECT_EQ(PageStylus::kHolds * PageStylus::kHoldMilliseconds, 600);
+}
+
+TEST_F(PageStylusHoldTest, ATapIsNotHeld) {
+    press(30, 40);
+    freezeTimer();
+    hold(2);
+    lift(30, 40);
+    hold();
+    EXPECT_EQ(openMenu(), nullptr);
+    EXPECT_THAT(log, ElementsAre(" down 10,10", " up 10,10"));
+}
+
+TEST_F(PageStylusHoldTest, AFingerMayTrembleButNotMove) {
+    const int tremble = grip() / 2;
+    press(50, 60);
+    freezeTimer();
+    moveTo(50 + tremble, 60 - tremble);
+    hold();
+    EXPECT_NE(openMenu(), nullptr);
+    openMenu()->close();
+    lift(50, 60);
+    log.clear();
+    press(50, 60);
+    freezeTimer();
+    moveTo(50, 61 + tremble);
+    moveTo(50, 60); // there and back is a way too
+    hold();
+    EXPECT_EQ(openMenu(), nullptr);
+    moveTo(70, 80);
+    lift(70, 80);
+    EXPECT_THAT(
+        log, ElementsAre(
+                 " down 30,30", " move 30," + std::to_string(31 + tremble), " move 30,30",
+                 " move 50,50", " up 50,50"
+             )
+    ) << "it is a drag as ever";
+}
+
+TEST_F(PageStylusHoldTest, WithoutAMenuAHeldPressIsAPress) {
+    item.menuRows = {};
+    press(30, 40);
+    freezeTimer();
+    hold(2 * PageStylus::kHolds);
+    EXPECT_EQ(openMenu(), nullptr);
+    moveTo(31, 40);
+    lift(31, 40);
+    EXPECT_THAT(log, ElementsAre(" down 10,10", " menu 10,10", " move 11,10", " up 11,10"));
+}
+
+TEST_F(PageStylusHoldTest, ATransferKeepsThePressFromBeingHeld) {
+    press(30, 40);
+    freezeTimer();
+    hold(2);
+    {
+        const BusyGuard busy;
+        page->startTimer(PageStylus::kHoldTimer, 0);
+        for (int i = 0; i < 2 * PageStylus::kHolds; ++i) {
+            QCoreApplication::processEvents(); // the timer is due at each
+        }
+        freezeTimer();
+    }
+    hold(PageStylus::kHolds - 3);
+    EXPECT_EQ(openMenu(), nullptr);
+    hold(1);
+    EXPECT_NE(openMenu(), nullptr);
+}
+
+TEST_F(PageStylusHoldTest, InLayoutModePressesMoveItems) {
+    layoutMode();
+    press(50, 60);
+    hold();
+    EXPECT_EQ(openMenu(), nullptr);
+    moveTo(52, 60);
+    lift(52, 60);
+    EXPECT_EQ(item.rectangle(), (PageRectangle{22, 30, 122, 130}));
+    pressRight(50, 60);
+    EXPECT_EQ(openMenu(), nullptr);
+}
+
+TEST_F(PageStylusHoldTest, TheRightButtonOpensTheMenuAtOnce) {
+    pressRight(33, 47);
+    ASSERT_NE(openMenu(), nullptr);
+    EXPECT_THAT(log, ElementsAre(" menu 13,17"));
+    EXPECT_EQ(openMenu()->pos(), toScreen(*page->widget(), {33, 47}));
+    choose(QStringLiteral("Choice"));
+    EXPECT_EQ(log.back(), " command 40999 0");
+}
+
+TEST_F(PageStylusHoldTest, TheRightButtonDoesNotDisturbADrag) {
+    press(30, 40);
+    freezeTimer();
+    mouse(QEvent::MouseButtonPress, 30, 40, Qt::RightButton, Qt::LeftButton | Qt::RightButton, {});
+    EXPECT_EQ(openMenu(), nullptr);
+    lift(30, 40);
+    EXPECT_THAT(log, ElementsAre(" down 10,10", " up 10,10"));
+}
+
+TEST_F(PageStylusHoldTest, AFingerOpensTheMenuToo) {
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    QWidget& window = *page->widget();
+    const QPoint place = window.mapFromGlobal(toScreen(window, {40, 60}));
+    QTest::touchEvent(&window, screen.get()).press(0, place, &window);
+    freezeTimer();
+    hold();
+    ASSERT_NE(openMenu(), nullptr);
+    EXPECT_THAT(
+        log, ElementsAre(testing::StartsWith(" down"), testing::StartsWith(" menu"), " held")
+    );
+    QTest::touchEvent(&window, screen.get()).release(0, place, &window);
+    EXPECT_NE(openMenu(), nullptr) << "until an entry is touched";
+    openMenu()->close();
+    test::settle();
+    log.clear();
+    QTest::touchEvent(&window, screen.get()).press(0, place, &window);
+    freezeTimer();
+    QTest::touchEvent(&window, screen.get())
+        .stationary(0)
+        .press(1, place + QPoint(20, 20), &window);
+    hold();
+    EXPECT_EQ(openMenu(), nullptr) << "two fingers zoom";
+    QTest::touchEvent(&window, screen.get())
+        .release(0, place, &window)
+        .release(1, place + QPoint(20, 20), &window);
 }
 
 } // namespace

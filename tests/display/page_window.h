@@ -4,10 +4,14 @@
 #pragma once
 
 #include "display/item.h"
+#include "support/pointer.h"
 #include "support/qt_app.h"
 #include "window/device_pixels.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QImage>
+#include <QMenu>
 #include <QPainter>
 #include <QScreen>
 #include <QTest>
@@ -39,7 +43,8 @@ public:
     QColor colour;
     QString status;
     QString title;
-    PageRectangle paints{0, 0, 0, 0}; // relative to the item; empty: exactly the item
+    std::span<const MenuRow> menuRows; // of any place
+    PageRectangle paints{0, 0, 0, 0};  // relative to the item; empty: exactly the item
     int draws = 0;
 
     void draw(QPainter& painter) override {
@@ -83,6 +88,11 @@ public:
     }
     void stylusUp(int x, int y) override {
         note("up " + std::to_string(x) + "," + std::to_string(y));
+    }
+    void stylusHeld() override { note("held"); }
+    std::span<const MenuRow> contextMenu(int x, int y) override {
+        note("menu " + std::to_string(x) + "," + std::to_string(y));
+        return menuRows;
     }
     QString statusText() const override { return status; }
     QString caption() const override { return title; }
@@ -159,6 +169,37 @@ protected:
         press(x, y);
         lift(x, y);
     }
+    /// Leaves the present press to synthetic time: it is held for as long as hold() says.
+    void freezeTimer() { page->stopTimer(PageStylus::kHoldTimer); }
+    /// The timer of a held press is due, so many times.
+    void hold(int times = PageStylus::kHolds) {
+        for (int i = 0; i < times; ++i) {
+            TimerEvent due(PageStylus::kHoldTimer);
+            QCoreApplication::sendEvent(page->widget(), &due);
+        }
+        settle();
+    }
+    void pressRight(int x, int y) {
+        mouse(QEvent::MouseButtonPress, x, y, Qt::RightButton, Qt::RightButton, {});
+    }
+    /// The menu that is open, null for none.
+    [[nodiscard]] static QMenu* openMenu() {
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
+    /// Clicks an entry of the menu that is open.
+    static void choose(const QString& text) {
+        QMenu* const menu = openMenu();
+        ASSERT_NE(menu, nullptr);
+        for (QAction* entry : menu->actions()) {
+            if (entry->text().remove(u'&') == text) {
+                click(*menu, menu->actionGeometry(entry).center());
+                settle();
+                return;
+            }
+        }
+        ADD_FAILURE() << "no entry " << qPrintable(text);
+    }
+
     void mouse(
         QEvent::Type type, int x, int y, Qt::MouseButton button, Qt::MouseButtons held,
         Qt::KeyboardModifiers keys

@@ -50,6 +50,12 @@ TEST_F(DevicePixelsTest, APointersPlaceCountsFromTheWidgetsDeviceEdge) {
     EXPECT_EQ(toDevicePixels(*right, scene), expected);
 }
 
+TEST_F(DevicePixelsTest, ADevicePixelHasItsPlaceOnTheScreen) {
+    const QPointF expected = QPointF(deviceRect(*right).topLeft() + QPoint(12, 9)) / ratio;
+    EXPECT_EQ(toScreen(*right, {12, 9}), top.mapToGlobal(expected).toPoint());
+    EXPECT_EQ(toScreen(*left, {0, 0}), top.mapToGlobal(QPoint(0, 0)));
+}
+
 TEST_F(DevicePixelsTest, TheScaleOfTheEntryIsInForce) {
     bool set = false;
     const double wanted = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&set);
