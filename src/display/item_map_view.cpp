@@ -2,6 +2,8 @@
 #include "display/item_map_view.h"
 
 #include "display/follow_icon.h"
+#include "display/map_lines.h"
+#include "display/map_menu.h"
 #include "persist/little_endian.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
@@ -85,6 +87,7 @@ bool CItemMapView::Write(CSerialWriter& writer) const {
 
 void CItemMapView::draw(QPainter& painter) {
     m_overlays.draw(painter, m_view, rectangle());
+    drawMapLines(painter, area(), lines(painter.fontMetrics()));
     if (m_following && m_lastFix.valid()) {
         const QPoint corner(rectangle().right, rectangle().bottom);
         drawFollowIcon(painter, corner + kFollowIconPlace);
@@ -106,7 +109,7 @@ bool CItemMapView::command(int id, int /*notification*/) {
         zoomBy(1);
         return true;
     default:
-        return false;
+        return runMapCommand(*this, id);
     }
 }
 
@@ -143,6 +146,7 @@ bool CItemMapView::character(char16_t unit) {
 bool CItemMapView::stylusDown(int x, int y, Qt::KeyboardModifiers /*keys*/) {
     m_dragX = x;
     m_dragY = y;
+    m_followedBeforeDrag = m_following;
     return true;
 }
 
@@ -156,12 +160,60 @@ void CItemMapView::stylusMove(int x, int y) {
     panBy(dx, dy);
 }
 
+void CItemMapView::stylusHeld() {
+    if (m_followedBeforeDrag && !m_following) {
+        follow();
+    }
+}
+
+std::span<const MenuRow> CItemMapView::contextMenu(int x, int y) {
+    m_menuPlace = positionAt({rectangle().left + x, rectangle().top + y});
+    return m_menuPlace ? std::span<const MenuRow>(kMapPlaceRows) : std::span<const MenuRow>();
+}
+
+// Of several maps on a page it is the first that takes the commands.
+void CItemMapView::menuPopUp(QMenu& menu) {
+    if (firstOnPage()) {
+        prepareMapMenu(*this, menu);
+    }
+}
+
+bool CItemMapView::firstOnPage() const {
+    const auto& items = page()->items();
+    const auto first = std::find_if(items.begin(), items.end(), [](const auto& item) {
+        return dynamic_cast<const CItemMapView*>(item.get()) != nullptr;
+    });
+    return first != items.end() && first->get() == this;
+}
+
 void CItemMapView::follow() {
     m_following = true;
     if (m_lastFix.valid()) {
         m_following = centreOn(placeOf(m_lastFix));
     }
     invalidate();
+}
+
+void CItemMapView::stopFollowing() {
+    m_following = false;
+    invalidate();
+}
+
+std::optional<GeoPosition> CItemMapView::positionAt(PagePoint point) const {
+    const ImagePixel pixel = m_view.toImage(point);
+    const bool onImage = pixel.column >= 0 && pixel.column < m_geoReference.width() &&
+                         pixel.row >= 0 && pixel.row < m_geoReference.height();
+    if (!placed() || !onImage) {
+        return std::nullopt;
+    }
+    // In the pixel's middle: its corner might come back as its neighbour.
+    return m_geoReference.pixelToGeo({pixel.column + 0.5, pixel.row + 0.5});
+}
+
+bool CItemMapView::goTo(GeoPosition position) {
+    const bool shown = centreOn(position);
+    m_following = m_following && !shown;
+    return shown;
 }
 
 bool CItemMapView::centreOn(GeoPosition position) {
@@ -211,15 +263,20 @@ QRect CItemMapView::area() const {
     return rectangle().toRect();
 }
 
+QStringList CItemMapView::lines(const QFontMetrics& metrics) const {
+    return mapLines(m_lastFix, metrics, area().width() - 2 * kMapLinesMargin);
+}
+
+int CItemMapView::linesHeight(const QFontMetrics& metrics) const {
+    return static_cast<int>(lines(metrics).size()) * metrics.height();
+}
+
 void CItemMapView::onPublished(CDataGPSPosition& position) {
     m_lastFix = position;
-    if (!m_following) {
-        return;
-    }
-    if (position.valid()) {
+    if (m_following && position.valid()) {
         m_following = centreOn(placeOf(position));
     }
-    invalidate(); // the icon comes and goes with the fix
+    invalidate(); // the lines and the icon come and go with the fix
 }
 
 void CItemMapView::onPublished(COverlayObject& object) {
@@ -228,6 +285,14 @@ void CItemMapView::onPublished(COverlayObject& object) {
     } else {
         m_overlays.layout(object, m_geoReference);
     }
+    invalidate();
+}
+
+void CItemMapView::onPublished(CDataNavigation& /*navigation*/) {
+    invalidate();
+}
+
+void CItemMapView::onUnitsChanged() {
     invalidate();
 }
 

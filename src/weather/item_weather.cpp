@@ -2,6 +2,7 @@
 #include "weather/item_weather.h"
 
 #include "display/item_catalogue.h"
+#include "display/map_menu.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
 #include "platform/folders.h"
@@ -45,7 +46,7 @@ constexpr MenuRow kEntries[] = {
     menuEntry(kLayers, u"&Layers"),
     menuEntry(kStorage, u"&Storage"),
 };
-constexpr MenuRow kPopUp[] = {subMenu(u"&Weather", kEntries)};
+constexpr MenuRow kPopUp[] = {subMenu(u"&Weather", kEntries), kMapMenu};
 constexpr MenuRow kBar[] = {subMenu(u"", kPopUp)};
 const MenuTableRecord menu(CItemWeather::kMenu, kBar);
 
@@ -184,7 +185,8 @@ void CItemWeather::draw(QPainter& painter) {
          m_basemaps.overlay}
     );
     m_stack.draw(painter, area(), view());
-    drawPictureTexts(painter, area(), texts());
+    const int linesAbove = linesHeight(painter.fontMetrics());
+    drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), texts());
     CItemMapView::draw(painter);
     drawProgress(painter, area(), m_progressDone, m_progressWanted);
 }

@@ -1,48 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "display/item_map_view.h"
-#include "page_window.h"
-#include "support/files.h"
+#include "map_page.h"
 #include "support/serial_bytes.h"
-
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
 namespace raincast {
 namespace {
 
+using test::positionOf;
+using test::publish;
 using test::read;
+using test::TestView;
 using test::written;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-// A view on an image of 600 by 550 pixels of a hundredth of a degree, north up, whose pixel (0, 0)
-// lies at 41 N, 105 W.
-class TestView : public CItemMapView {
-public:
-    TestView() : CItemMapView(0) {}
-
-    using CItemMapView::geoReferenceChanged;
-    using CItemMapView::setView;
-    using CItemMapView::showPixel;
-
-    void placeOnEarth() {
-        const QTemporaryDir folder;
-        const QString file = folder.filePath(QStringLiteral("image.gfw"));
-        writeFile(file, "0.01\n0\n0\n-0.01\n-105.0\n41.0\n");
-        ASSERT_TRUE(geoReference().loadWorldFile(file.toStdString(), 600, 550));
-        geoReferenceChanged();
-    }
-    void takeOffEarth() {
-        geoReference().invalidate();
-        geoReferenceChanged();
-    }
-};
-
-// The middle of an image pixel.
-GeoPosition positionOf(int column, int row) {
-    return {41 - (row + 0.5) / 100, -105 + (column + 0.5) / 100};
-}
 
 // An overlay of given image pixels that notes its drawing.
 class Dots : public COverlayObject {
@@ -73,23 +45,8 @@ private:
     std::vector<ImagePixel> m_pixels;
 };
 
-void publish(int column, int row, int fixType = kFixGps) {
-    CDataGPSPosition position;
-    position.latitude = positionOf(column, row).latitude;
-    position.longitude = positionOf(column, row).longitude;
-    position.fixType = fixType;
-    Listener<CDataGPSPosition>::Notify(position);
-}
-
-class ItemMapViewTest : public test::PageTest {
+class ItemMapViewTest : public test::MapTest {
 protected:
-    ItemMapViewTest() {
-        auto item = std::make_unique<TestView>();
-        view = item.get();
-        page->addItem(std::move(item));
-        view->setRectangle({20, 30, 120, 110}); // its middle is (70, 70)
-    }
-
     [[nodiscard]] ImagePixel origin() const { return view->view().origin(); }
     [[nodiscard]] int zoom() const { return view->view().zoom(); }
     void zoomTo(int wanted) {
@@ -102,8 +59,6 @@ protected:
         QPainter painter(&picture);
         view->draw(painter);
     }
-
-    TestView* view;
 };
 
 // --- The view ---------------------------------------------------------------------------------

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+namespace raincast {
+
+/// Which lines the user wants at the top of maps. His choice is kept in the settings record
+/// "CMapLines" as "show_position" and "show_navigation"; at first he wants both.
+class CMapLines {
+public:
+    enum Line : std::uint8_t { position, navigation };
+
+    [[nodiscard]] static bool shown(Line line);
+    static void show(Line line, bool wanted);
+
+private:
+    class Persistant;
+};
+
+} // namespace raincast

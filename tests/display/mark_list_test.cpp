@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "display/mark_list.h"
+#include "gps/overlay_mark.h"
+#include "units/units.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+namespace raincast {
+namespace {
+
+using testing::ElementsAre;
+
+class MarkListTest : public testing::Test {
+protected:
+    ~MarkListTest() override {
+        CUnits usual;
+        usual.units = CUnits::kMiles;
+        CUnits::setGlobal(usual);
+    }
+    void add(double latitude, double longitude, const char16_t* name) {
+        marks.emplace_back(GeoPosition{latitude, longitude}, QString::fromUtf16(name));
+    }
+    [[nodiscard]] std::vector<std::string> names(const std::optional<GeoPosition>& from) const {
+        std::vector<std::string> found;
+        for (const MarkRow& row : listMarks(marks, from)) {
+            found.push_back(row.mark->name.toStdString());
+        }
+        return found;
+    }
+
+    std::list<COverlayMark> marks;
+};
+
+TEST_F(MarkListTest, TheNearestMarkIsTheFirst) {
+    add(42, -105, u"far");
+    add(41.1, -105, u"near");
+    add(40.5, -105, u"between");
+    EXPECT_THAT(names(GeoPosition{41, -105}), ElementsAre("near", "between", "far"));
+    EXPECT_THAT(names(GeoPosition{42, -105}), ElementsAre("far", "near", "between"));
+}
+
+TEST_F(MarkListTest, MarksAtTheSameDistanceStayInTheirOrder) {
+    for (const char16_t* name : {u"a", u"b", u"c"}) {
+        add(41, -105, name);
+    }
+    EXPECT_THAT(names(GeoPosition{41, -105}), ElementsAre("a", "b", "c"));
+}
+
+TEST_F(MarkListTest, WithoutAPositionTheyStandInTheirOwnOrder) {
+    add(42, -105, u"first");
+    add(-41, 105, u"second");
+    EXPECT_THAT(names(std::nullopt), ElementsAre("first", "second"));
+}
+
+TEST_F(MarkListTest, TheDateLineIsNoBorder) {
+    add(-17, 178, u"west");
+    add(-17, -179.9, u"across");
+    EXPECT_THAT(names(GeoPosition{-17, 179.9}), ElementsAre("across", "west"));
+    EXPECT_NEAR(listMarks(marks, GeoPosition{-17, 179.9})[0].bearingDegrees, 90, 0.01);
+}
+
+TEST_F(MarkListTest, TheWayIsInTheUsersUnits) {
+    add(41, -104.9, u"east");
+    const GeoPosition from{41, -105};
+    EXPECT_EQ(listMarks(marks, from)[0].wayText().toStdString(), "5.2 Mi  090°");
+    CUnits units;
+    units.units = CUnits::kKilometres;
+    CUnits::setGlobal(units);
+    EXPECT_EQ(listMarks(marks, from)[0].wayText().toStdString(), "8.4 km  090°");
+}
+
+TEST_F(MarkListTest, TenThousandMarksAreNoTrouble) {
+    for (int i = 0; i < 10'000; ++i) {
+        add(41 + (i * 7919 % 10'000) / 10'000.0, -105, u"x");
+    }
+    const auto rows = listMarks(marks, GeoPosition{41, -105});
+    ASSERT_EQ(rows.size(), 10'000U);
+    EXPECT_TRUE(std::is_sorted(rows.begin(), rows.end(), [](const auto& one, const auto& other) {
+        return one.distanceMetres < other.distanceMetres;
+    }));
+    EXPECT_NEAR(rows.back().distanceMetres, 111'000, 600);
+    while (!marks.empty()) {
+        marks.pop_back(); // the list of all overlays is searched from its end
+    }
+}
+
+} // namespace
+} // namespace raincast
