@@ -43,6 +43,10 @@ QList<QCommandLineOption> ownOptions() {
         {QStringLiteral("product"),
          QStringLiteral("With --site: N0R (the default), NCR, N0Z, N1P, NTP, N0V or N0S."),
          QStringLiteral("PRODUCT")},
+        {QStringLiteral("welcome"),
+         QStringLiteral("Where no radar site was chosen yet, show this one, animated, instead of "
+                        "asking."),
+         QStringLiteral("SITE")},
     };
 }
 
@@ -132,16 +136,18 @@ std::optional<AppAnswer> readServers(const QCommandLineParser& parser, AppOption
 }
 
 std::optional<AppAnswer> readSite(const QCommandLineParser& parser, AppOptions& result) {
-    const QString site = parser.value(QStringLiteral("site"));
+    result.siteId = parser.value(QStringLiteral("site")).toUpper();
+    result.welcomeSiteId = parser.value(QStringLiteral("welcome")).toUpper();
+    for (const QString& site : {result.siteId, result.welcomeSiteId}) {
+        if (!site.isEmpty() && findRadarSite(site) == nullptr) {
+            return wrong(QStringLiteral("There is no site %1.").arg(site));
+        }
+    }
     const QString product = parser.value(QStringLiteral("product"));
-    if (site.isEmpty()) {
+    if (result.siteId.isEmpty()) {
         return product.isEmpty() ? std::nullopt
                                  : std::optional(wrong(QStringLiteral("--product needs --site.")));
     }
-    if (findRadarSite(site.toUpper()) == nullptr) {
-        return wrong(QStringLiteral("There is no site %1.").arg(site));
-    }
-    result.siteId = site.toUpper();
     if (!product.isEmpty()) {
         const auto index = findRadarProduct(product.toUpper());
         if (!index) {

@@ -19,6 +19,7 @@ struct AppOptions {
     QString basemapServer; ///< the same
     QString siteId;        ///< of the first radar item; empty: its own
     int product = 0;       ///< index into the product table, with a site only
+    QString welcomeSiteId; ///< of the first radar item while it has none; empty: it asks
     /// Qt's own options, to be given to the application object.
     QStringList qtArguments;
 };

@@ -103,6 +103,7 @@ void Viewer::loadSettings() {
     if (!m_options.siteId.isEmpty()) {
         CItemWeather::chooseForFirst(m_options.siteId, m_options.product);
     }
+    CItemWeather::welcome(m_options.welcomeSiteId);
     if (!m_options.pageFile.isEmpty()) {
         CGlobals::settings.useForThisRun(m_options.pageFile);
     }

@@ -60,6 +60,7 @@ struct Choice {
     int product;
 };
 std::optional<Choice> choiceForFirst;
+QString welcomeSite;
 
 /// Whether a page file's text can be a site's id; anything else is no site.
 bool isSiteId(const QString& text) {
@@ -233,10 +234,20 @@ void CItemWeather::chooseForFirst(const QString& siteId, int product) {
     choiceForFirst = Choice{siteId, product};
 }
 
+void CItemWeather::welcome(const QString& siteId) {
+    welcomeSite = siteId;
+}
+
 void CItemWeather::show() {
+    const QString welcomed = std::exchange(welcomeSite, QString());
     if (const auto choice = std::exchange(choiceForFirst, std::nullopt)) {
         m_state.product = choice->product;
         loadBasemaps(choice->siteId, true);
+        return;
+    }
+    if (m_state.siteId.isEmpty() && !welcomed.isEmpty()) {
+        m_state.animate = true;
+        loadBasemaps(welcomed, true);
         return;
     }
     if (m_state.siteId.isEmpty()) {

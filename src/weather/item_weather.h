@@ -60,6 +60,10 @@ public:
     /// dialog, and a product of 0 to 6.
     static void chooseForFirst(const QString& siteId, int product);
 
+    /// Shows a site, animated, in the radar item that is shown next if that has no site yet; nobody
+    /// is asked for one. Both are as if they were chosen in the item's dialogs.
+    static void welcome(const QString& siteId);
+
 private:
     class View;
 

@@ -51,6 +51,10 @@ TEST(AppOptionsTest, ASiteAndAProductAreKnownByTheirNames) {
     EXPECT_EQ(options.product, 5);
     EXPECT_EQ(good({"--site", "LWX"}).product, 0);
     EXPECT_TRUE(good({}).siteId.isEmpty());
+    EXPECT_EQ(good({"--welcome", "tlx"}).welcomeSiteId, "TLX");
+    EXPECT_TRUE(good({"--welcome", "tlx"}).siteId.isEmpty());
+    EXPECT_TRUE(answer({"--welcome", "TLY"}).wrong);
+    EXPECT_TRUE(answer({"--welcome", "TLX", "--product", "N0R"}).wrong);
     EXPECT_TRUE(answer({"--site", "MUY"}).wrong);
     EXPECT_TRUE(answer({"--site", "MUX", "--product", "N0X"}).wrong);
     EXPECT_TRUE(answer({"--product", "N0V"}).wrong);

@@ -191,6 +191,29 @@ TEST_F(ItemWeatherTest, ANewItemAsksForAStation) {
     EXPECT_EQ(m_item->centrePixel(), (ImagePixel{300, 275}));
 }
 
+TEST_F(ItemWeatherTest, AWelcomeShowsMovingWeatherWithoutAQuestion) {
+    CItemWeather::welcome("MUX");
+    showPage(); // would wait for a dialog's end
+    EXPECT_EQ(m_item->state().siteId, "MUX");
+    EXPECT_TRUE(m_item->state().animate);
+    EXPECT_EQ(m_item->state().frames.size(), 3U);
+}
+
+TEST_F(ItemWeatherTest, AWelcomeLeavesWhatWasChosenAlone) {
+    showSite();
+    restart();
+    CItemWeather::welcome("LWX");
+    showPage();
+    EXPECT_EQ(m_item->state().siteId, "MUX");
+    EXPECT_FALSE(m_item->state().animate);
+    // It was for the first item: the next one asks.
+    makePage();
+    DialogScript script;
+    script.expect("Weather Station", [](QDialog& dialog) { dialog.reject(); });
+    showPage();
+    EXPECT_TRUE(m_item->state().siteId.isEmpty());
+}
+
 TEST_F(ItemWeatherTest, WithoutAStationItSaysHowToChooseOne) {
     DialogScript script;
     script.expect("Weather Station", [](QDialog& dialog) { dialog.reject(); });
