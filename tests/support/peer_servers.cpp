@@ -35,14 +35,18 @@ http {
     fastcgi_temp_path fastcgi;
     uwsgi_temp_path uwsgi;
     scgi_temp_path scgi;
+    %2
+}
+)";
+
+constexpr char kPlainServer[] = R"(
     server {
-        listen %2;
+        listen LISTEN;
         location / {
-            root "%3";
+            root "ROOT";
             autoindex on;
         }
     }
-}
 )";
 
 // Its worker would step down to a user who may not read the tests' folders.
@@ -72,7 +76,10 @@ QString NginxServer::program() {
                            : found;
 }
 
-NginxServer::NginxServer(const QString& folder) {
+NginxServer::NginxServer(const QString& folder)
+    : NginxServer(folder, QString::fromLatin1(kPlainServer)) {}
+
+NginxServer::NginxServer(const QString& folder, QString server) {
     keepLoopbackFromProxies();
     int port = 0;
     const int socket = bindLoopback(64, port);
@@ -81,7 +88,8 @@ NginxServer::NginxServer(const QString& folder) {
     if (socket < 0 || !settings.open(QIODevice::WriteOnly)) {
         return;
     }
-    settings.write(QString::fromLatin1(kNginxSettings).arg(userDirective(), host, folder).toUtf8());
+    server.replace(QStringLiteral("LISTEN"), host).replace(QStringLiteral("ROOT"), folder);
+    settings.write(QString::fromLatin1(kNginxSettings).arg(userDirective(), server).toUtf8());
     settings.close();
 
     auto environment = QProcessEnvironment::systemEnvironment();

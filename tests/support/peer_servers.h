@@ -16,6 +16,9 @@ public:
     [[nodiscard]] static QString program();
 
     explicit NginxServer(const QString& folder);
+    /// The same with a "server" block of settings, in which "LISTEN" stands for the address and
+    /// "ROOT" for the folder.
+    NginxServer(const QString& folder, QString server);
     ~NginxServer();
     NginxServer(const NginxServer&) = delete;
     NginxServer& operator=(const NginxServer&) = delete;
