@@ -83,17 +83,37 @@ void measureReal() {
     }
 }
 
+/// Alone: nothing of it is known from another picture.
 void measureSample(Product as) {
-    const SampleWeather weather;
     const FileTime now = fromCalendar({2026, 11, 20, 10, 30});
-    const FileTime time = weather.frameTimes("TLX", as, now).back();
+    const FileTime time = SampleWeather().frameTimes("TLX", as, now).back();
     const Ratio ratio = ratioOf(
-        5, [&] { static_cast<void>(weather.frame("TLX", as, time)); },
+        5, [&] { static_cast<void>(SampleWeather().frame("TLX", as, time)); },
         [] { static_cast<void>(emptyFrame()); }
     );
     std::printf(
         "sample %s %*.1f a second and core\n", std::string(codeOf(as)).c_str(), 31,
         1000 / ratio.firstMilliseconds
+    );
+}
+
+/// As they are published: all products of a site, frame after frame.
+void measureSampleSite() {
+    const FileTime now = fromCalendar({2026, 11, 20, 10, 30});
+    const SampleWeather weather;
+    const auto times = weather.frameTimes("TLX", Product::baseReflectivity, now);
+    auto time = times.begin();
+    const auto allProducts = [&] {
+        for (const Product as : kAllProducts) {
+            static_cast<void>(weather.frame("TLX", as, *time));
+        }
+        ++time;
+    };
+    const Ratio ratio = ratioOf(kPairs, allProducts, [] { static_cast<void>(emptyFrame()); });
+    std::printf(
+        "sample, frame after frame %16.1f a second and core, %5.1f times an empty picture\n",
+        1000 * double(kAllProducts.size()) / ratio.firstMilliseconds,
+        ratio.median / double(kAllProducts.size())
     );
 }
 
@@ -109,5 +129,6 @@ int main() {
     for (const Product as : kAllProducts) {
         measureSample(as);
     }
+    measureSampleSite();
     return 0;
 }

@@ -142,8 +142,8 @@ int Level3Folder::take(const QFileInfo& file, bool isFresh) {
     }
     const PolarScan& scan = *result.scan;
     const FileTime time = scan.time - scan.time % kFileTimePerMinute;
-    const bool isAhead = time > Clock::current().now() + kMostAhead;
-    if (findAntenna(scan.site) == nullptr || isTooOld(time) || isAhead) {
+    if (const QString reason = whyNotShown(scan, time); !reason.isEmpty()) {
+        tellOnce(name, reason);
         return 0;
     }
     int made = 0;
@@ -163,6 +163,25 @@ int Level3Folder::take(const QFileInfo& file, bool isFresh) {
         ++made;
     }
     return made;
+}
+
+/// Empty for a product that is shown.
+QString Level3Folder::whyNotShown(const PolarScan& scan, FileTime time) const {
+    if (findAntenna(scan.site) == nullptr) {
+        return QStringLiteral("is of a site that is none of the tree's");
+    }
+    if (isTooOld(time)) {
+        return QStringLiteral("is older than %1 hours (see --hours)").arg(m_hours);
+    }
+    const bool isAhead = time > Clock::current().now() + kMostAhead;
+    return isAhead ? QStringLiteral("is of a time to come") : QString();
+}
+
+void Level3Folder::tellOnce(const QString& name, const QString& reason) {
+    if (!m_told.contains(reason)) {
+        m_told += reason;
+        m_log(QStringLiteral("%1 %2: not shown, as all others of that kind.").arg(name, reason));
+    }
 }
 
 void Level3Folder::forgetOldFrames() {

@@ -17,12 +17,15 @@ class QFileInfo;
 
 namespace raincast {
 
+struct PolarScan;
+
 /// Frames of the NEXRAD Level III products that somebody else puts into a folder (and the folders
 /// in it): each product is rendered once, and the frame is kept in a store of our own until it is
 /// too old, whatever becomes of the product's file.
 ///
 /// Files whose names begin with a dot are left alone: they are still being written. A file that
-/// cannot be decoded is tried again when it has changed.
+/// cannot be decoded is tried again when it has changed. Why products are left alone that could be
+/// decoded is logged for the first of them only: a feed is full of such.
 class Level3Folder : public FrameSource {
 public:
     /// The store is a folder of this object's alone; the frames that are in it from an earlier run
@@ -58,6 +61,8 @@ private:
 
     void loadStore();
     int take(const QFileInfo& file, bool isFresh);
+    [[nodiscard]] QString whyNotShown(const PolarScan& scan, FileTime time) const;
+    void tellOnce(const QString& name, const QString& reason);
     [[nodiscard]] bool isTooOld(FileTime time) const;
     void forgetOldFrames();
     [[nodiscard]] QString fileOf(const FrameFolder& folder, FileTime time) const;
@@ -67,6 +72,7 @@ private:
     int m_hours;
     ServerLog m_log;
     QHash<QString, Seen> m_seen; ///< the rescanning thread's only
+    QStringList m_told;          ///< the same: why products were not shown
     mutable std::mutex m_mutex;  ///< of what follows
     std::map<Key, std::set<FileTime>> m_times;
     QStringList m_folders;

@@ -14,10 +14,19 @@ namespace {
 
 using namespace raincast;
 
+void sayWhatIsGrave(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+        std::cerr << text.toStdString() << '\n';
+    }
+}
+
 int serve(int argc, char** argv, const ServeOptions& options, StopSignals& signals) {
-    // Qt draws the layers' text; it needs no display for that.
+    // Qt draws the layers' text; it needs no display for that, nor the folders of a user's session,
+    // which it misses aloud in a service.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    const auto handler = qInstallMessageHandler(sayWhatIsGrave);
     const QGuiApplication application(argc, argv);
+    qInstallMessageHandler(handler);
     return static_cast<int>(runServer(options, signals, std::cout));
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "server/publisher.h"
 
+#include "server/antenna_positions.h"
 #include "server/listing_page.h"
 
 #include <QDir>
@@ -9,6 +10,10 @@
 #include <QSaveFile>
 
 #include <algorithm>
+#include <atomic>
+#include <limits>
+#include <map>
+#include <thread>
 
 namespace raincast {
 
@@ -16,6 +21,11 @@ namespace {
 
 // Says which map data the layers were painted from.
 constexpr auto kStampFile = "/.layers";
+
+constexpr std::size_t kFramesOfAnHour = 16;
+constexpr auto kAllFrames = std::numeric_limits<std::size_t>::max();
+
+const std::size_t kMostAtOnce = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 
 QByteArray contentsOf(const QString& path) {
     QFile file(path);
@@ -30,13 +40,42 @@ Publisher::Publisher(
 )
     : m_tree(tree), m_folder(std::move(folder)), m_layerStamp(std::move(layerStamp)),
       m_log(std::move(log)) {
-    for (const QString& site : sites) {
-        m_sites.push_back(site.toStdString());
+    std::map<std::string, std::vector<std::string>> standing;
+    for (const std::string& path : standingPaths()) {
+        standing[findTreeItem(path)->site].push_back(path);
+    }
+    for (const AntennaPosition& antenna : antennaPositions()) {
+        const std::string id(antenna.id);
+        if (sites.isEmpty() || sites.contains(QString::fromStdString(id))) {
+            m_sites.push_back({id, standing[id]});
+        }
     }
 }
 
-bool Publisher::wants(const std::string& site) const {
-    return m_sites.empty() || std::find(m_sites.begin(), m_sites.end(), site) != m_sites.end();
+/// Does a step for all sites, several at once; the first that fails ends it.
+bool Publisher::forEachSite(const std::stop_token& stop, const Step& step) {
+    std::atomic<std::size_t> next = 0;
+    std::atomic<bool> good = true;
+    const auto work = [&] {
+        for (std::size_t i = next++; i < m_sites.size() && good && !stop.stop_requested();
+             i = next++) {
+            if (!step(m_sites[i])) {
+                good = false;
+            }
+        }
+    };
+    {
+        std::vector<std::jthread> workers(std::min<std::size_t>(kMostAtOnce, m_sites.size()));
+        for (std::jthread& worker : workers) {
+            worker = std::jthread(work);
+        }
+    }
+    return good && !stop.stop_requested();
+}
+
+void Publisher::log(const QString& line) {
+    const std::lock_guard lock(m_logMutex);
+    m_log(line);
 }
 
 QString Publisher::fileOf(const std::string& path) const {
@@ -50,7 +89,7 @@ bool Publisher::write(const std::string& path, const QByteArray& bytes) {
     const bool written =
         file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
     if (!written) {
-        m_log(QStringLiteral("Cannot write %1: %2.").arg(name, file.errorString()));
+        log(QStringLiteral("Cannot write %1: %2.").arg(name, file.errorString()));
     }
     return written;
 }
@@ -65,63 +104,88 @@ bool Publisher::put(const std::string& path, Again again) {
     return !answer || contentsOf(name) == answer->body || write(path, answer->body);
 }
 
-bool Publisher::publishFrames(const FrameFolder& folder) {
-    const std::string path = pathOf(folder);
-    const auto names = m_tree.framesIn(folder);
-    // The newest first: at the first start they are what people wait for.
-    for (auto name = names.rbegin(); name != names.rend(); ++name) {
-        if (!put(path + *name, Again::never)) {
-            return false;
+/// The newest `most` frames of all of a site's products. The oldest of them first, and all products
+/// of a time together: what one picture is made of, the next one mostly is made of, too.
+bool Publisher::publishFrames(const Site& site, std::size_t most, const std::stop_token& stop) {
+    std::map<FileTime, std::vector<std::string>> paths;
+    for (const Product product : kAllProducts) {
+        const FrameFolder folder{site.id, product};
+        const auto names = m_tree.framesIn(folder);
+        const auto skipped = names.size() - std::min(most, names.size());
+        std::for_each(
+            names.begin() + static_cast<std::ptrdiff_t>(skipped), names.end(),
+            [&](const std::string& name) {
+                const std::string path = pathOf(folder) + name;
+                paths[findTreeItem(path)->time].push_back(path);
+            }
+        );
+    }
+    for (const auto& [time, frames] : paths) {
+        for (const std::string& path : frames) {
+            if (stop.stop_requested() || !put(path, Again::never)) {
+                return false;
+            }
         }
     }
-    const QByteArray listing = listingPage(path, names);
+    return std::all_of(kAllProducts.begin(), kAllProducts.end(), [&](Product product) {
+        return publishListing({site.id, product});
+    });
+}
+
+/// Lists the frames that are there, then deletes those that the tree no longer has.
+bool Publisher::publishListing(const FrameFolder& folder) {
+    const std::string path = pathOf(folder);
+    QDir dir(fileOf(path));
+    const auto names = m_tree.framesIn(folder);
+    std::vector<std::string> there;
+    QStringList old;
+    for (const QString& file : dir.entryList({QStringLiteral("*.gif")}, QDir::Files, QDir::Name)) {
+        if (const auto name = file.toStdString();
+            std::binary_search(names.begin(), names.end(), name)) {
+            there.push_back(name);
+        } else {
+            old += file;
+        }
+    }
+    const QByteArray listing = listingPage(path, there);
     const std::string index = path + "index.html";
     if (contentsOf(fileOf(index)) != listing && !write(index, listing)) {
         return false;
     }
-    deleteOldFrames(folder, names);
+    for (const QString& file : old) {
+        dir.remove(file);
+    }
     return true;
 }
 
-void Publisher::deleteOldFrames(const FrameFolder& folder, const std::vector<std::string>& names)
-    const {
-    const QDir dir(fileOf(pathOf(folder)));
-    for (const QString& name : dir.entryList({QStringLiteral("*.gif")}, QDir::Files)) {
-        if (!std::binary_search(names.begin(), names.end(), name.toStdString())) {
-            QFile::remove(dir.filePath(name));
-        }
-    }
+bool Publisher::publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop) {
+    return std::all_of(site.standing.begin(), site.standing.end(), [&](const std::string& path) {
+        const bool isLasting = findTreeItem(path)->kind != TreeItem::Kind::warnings;
+        return !stop.stop_requested() && put(path, isLasting ? layersAgain : Again::whenChanged);
+    });
 }
 
-bool Publisher::publishStanding(const std::stop_token& stop) {
-    const QString stampFile = m_folder + QLatin1String(kStampFile);
-    const bool sameData = contentsOf(stampFile) == m_layerStamp;
-    for (const std::string& path : standingPaths()) {
-        const auto item = findTreeItem(path);
-        if (!item || !wants(item->site)) {
-            continue;
-        }
-        const bool isLasting = sameData && item->kind != TreeItem::Kind::warnings;
-        if (stop.stop_requested() || !put(path, isLasting ? Again::never : Again::whenChanged)) {
-            return false;
-        }
-    }
-    return sameData || write(kStampFile, m_layerStamp);
-}
-
-bool Publisher::publish(const std::stop_token& stop) {
-    for (const FrameFolder& folder : allFrameFolders()) {
-        if (wants(folder.site) && (stop.stop_requested() || !publishFrames(folder))) {
-            return false;
-        }
-    }
-    if (!publishStanding(stop)) {
-        return false;
-    }
+bool Publisher::publishPages() {
     const auto home = m_tree.find("/");
     const auto status = m_tree.find("/status");
     return (!home || write("/index.html", home->body)) &&
            (!status || write("/status", status->body));
+}
+
+bool Publisher::publish(const std::stop_token& stop) {
+    const bool sameData = contentsOf(fileOf(kStampFile)) == m_layerStamp;
+    const Again layersAgain = sameData ? Again::never : Again::whenChanged;
+    const auto frames = [&](std::size_t most) {
+        return forEachSite(stop, [&](const Site& site) { return publishFrames(site, most, stop); });
+    };
+    const auto standing = [&] {
+        return forEachSite(stop, [&](const Site& site) {
+            return publishStanding(site, layersAgain, stop);
+        });
+    };
+    return frames(1) && standing() && publishPages() &&
+           (sameData || write(kStampFile, m_layerStamp)) && frames(kFramesOfAnHour) &&
+           frames(kAllFrames) && publishPages();
 }
 
 } // namespace raincast

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <functional>
+#include <mutex>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -25,26 +27,37 @@ public:
     );
 
     /// Brings the folder up to date: writes what is new, then deletes the frames that the tree no
-    /// longer has. False when a file could not be written (the log says which) or it was asked to
-    /// stop.
+    /// longer has. The newest frame of every site and product comes first, then those of the last
+    /// hour, so that a first start, which writes thousands of frames, is soon of use. Works on as
+    /// many sites at once as there are processors, eight at most. False when a file could not be
+    /// written (the log says which) or it was asked to stop.
     [[nodiscard]] bool publish(const std::stop_token& stop = {});
 
 private:
     /// Which of a file that is there already is written again.
     enum class Again { never, whenChanged };
+    struct Site {
+        std::string id;
+        std::vector<std::string> standing; ///< the paths of all that is no frame
+    };
+    /// One step of publishing a site; false when it failed.
+    using Step = std::function<bool(const Site&)>;
 
-    [[nodiscard]] bool wants(const std::string& site) const;
+    bool forEachSite(const std::stop_token& stop, const Step& step);
+    bool publishFrames(const Site& site, std::size_t most, const std::stop_token& stop);
+    bool publishListing(const FrameFolder& folder);
+    bool publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop);
+    bool publishPages();
     bool put(const std::string& path, Again again);
     bool write(const std::string& path, const QByteArray& bytes);
-    bool publishFrames(const FrameFolder& folder);
-    bool publishStanding(const std::stop_token& stop);
-    void deleteOldFrames(const FrameFolder& folder, const std::vector<std::string>& names) const;
+    void log(const QString& line);
     [[nodiscard]] QString fileOf(const std::string& path) const;
 
     const ImageTree& m_tree;
     QString m_folder;
-    std::vector<std::string> m_sites;
+    std::vector<Site> m_sites;
     QByteArray m_layerStamp;
+    std::mutex m_logMutex;
     ServerLog m_log;
 };
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace raincast {
 
@@ -70,17 +71,22 @@ void rasteriseRaster(
 }
 
 /// The places of the pictures that this thread drew last. They cost more than all else, and a
-/// site's products are usually drawn one after the other.
+/// site's products, of two ranges, are usually drawn one after the other.
 const std::vector<PolarPlace>& placesFor(const PolarScan& scan, const ImageGeometry& image) {
-    struct Last {
+    struct Drawn {
         std::array<double, 5> key{};
         std::vector<PolarPlace> places;
     };
-    thread_local Last last;
+    thread_local Drawn last;
+    thread_local Drawn before;
     const std::array key = {
         scan.latitude, scan.longitude, image.degreesPerPixel(), image.latitudeOfRow(0),
         image.longitudeOfColumn(0)};
-    if (last.places.empty() || last.key != key) {
+    const auto isDrawn = [&] { return !last.places.empty() && last.key == key; };
+    if (!isDrawn()) {
+        std::swap(last, before);
+    }
+    if (!isDrawn()) {
         last = {key, placePixels(image, scan.latitude, scan.longitude)};
     }
     return last.places;

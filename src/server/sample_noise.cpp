@@ -2,7 +2,7 @@
 #include "server/sample_noise.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 
 namespace raincast {
 
@@ -18,6 +18,44 @@ double latticeValue(std::uint64_t seed, std::int64_t x, std::int64_t y) {
     return asFraction(mixed(seed ^ place)) * 2 - 1;
 }
 
+/// The greatest whole number that is not above a value.
+std::int64_t wholeBelow(double value) {
+    const auto towardsZero = static_cast<std::int64_t>(value);
+    return towardsZero - (static_cast<double>(towardsZero) > value ? 1 : 0);
+}
+
+/// One square of a lattice with the values at its corners.
+struct Square {
+    std::uint64_t seed = 0;
+    std::int64_t column = 0;
+    std::int64_t row = 0;
+    double upperLeft = 0;
+    double upperRight = 0;
+    double lowerLeft = 0;
+    double lowerRight = 0;
+    bool known = false;
+};
+
+/// Who asks for noise asks for place after place, most of which lie in the square of the one
+/// before.
+const Square& squareAt(std::uint64_t seed, std::int64_t column, std::int64_t row) {
+    // The octaves of a noise have seeds that follow each other: each has an entry of its own.
+    thread_local std::array<Square, 32> lately;
+    Square& square = lately[seed % lately.size()];
+    if (!square.known || square.seed != seed || square.column != column || square.row != row) {
+        square = {
+            seed,
+            column,
+            row,
+            latticeValue(seed, column, row),
+            latticeValue(seed, column + 1, row),
+            latticeValue(seed, column, row + 1),
+            latticeValue(seed, column + 1, row + 1),
+            true};
+    }
+    return square;
+}
+
 } // namespace
 
 double Dice::between(double low, double high) {
@@ -30,17 +68,13 @@ double Dice::around() {
 }
 
 double smoothNoise(std::uint64_t seed, double x, double y) {
-    const double left = std::floor(x);
-    const double top = std::floor(y);
-    const auto column = static_cast<std::int64_t>(left);
-    const auto row = static_cast<std::int64_t>(top);
-    const double upper = easedBetween(
-        latticeValue(seed, column, row), latticeValue(seed, column + 1, row), x - left
-    );
-    const double lower = easedBetween(
-        latticeValue(seed, column, row + 1), latticeValue(seed, column + 1, row + 1), x - left
-    );
-    return easedBetween(upper, lower, y - top);
+    const std::int64_t column = wholeBelow(x);
+    const std::int64_t row = wholeBelow(y);
+    const Square& square = squareAt(seed, column, row);
+    const double right = x - static_cast<double>(column);
+    const double upper = easedBetween(square.upperLeft, square.upperRight, right);
+    const double lower = easedBetween(square.lowerLeft, square.lowerRight, right);
+    return easedBetween(upper, lower, y - static_cast<double>(row));
 }
 
 double fractalNoise(std::uint64_t seed, double x, double y, int octaves) {

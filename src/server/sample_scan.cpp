@@ -62,14 +62,13 @@ void setTables(PolarScan& scan, Coding coding) {
     });
 }
 
-template<typename EchoAt>
-void fillPolar(PolarScan& scan, Coding coding, EchoAt echoAt) {
+void fillPolar(PolarScan& scan, Coding coding, const SampleGrid& values) {
     for (int radial = 0; radial < kRadials; ++radial) {
         scan.radials.push_back({radial * 10, 10});
-        const PlaneVector direction = towards(radial + .5);
-        for (int bin = 0; bin < scan.columns; ++bin) {
-            scan.cells.push_back(coded(coding, echoAt((bin + .5) * scan.cellKm * direction)));
-        }
+    }
+    scan.cells.reserve(values.size());
+    for (const float value : values) {
+        scan.cells.push_back(coded(coding, double(value)));
     }
 }
 
@@ -85,13 +84,34 @@ void fillRaster(PolarScan& scan, Coding coding, double reachKm, EchoAt echoAt) {
     }
 }
 
-/// The radial velocity, in knots, of what the beam sees; `less` is taken from the wind.
-Echo radialKnots(
-    const SampleClimate& climate, const SampleSky& sky, PlaneVector place, PlaneVector less,
-    std::int64_t minute
-) {
-    const double dbz = sky.lowestBeamDbz(place);
-    constexpr double kLeastDbz = -1;
+/// What all products of one radar at one minute have in common.
+struct Volume {
+    SampleClimate climate;
+    std::int64_t minute;
+    SampleMemory& memory;
+
+    [[nodiscard]] SampleMemory::Key key(SampleMemory::Kind kind, int columns) const {
+        return {kind, climate.seed, minute, minute, columns};
+    }
+};
+
+/// What the lowest beam sees, in dBZ.
+SampleGrid lowestBeam(const SampleSky& sky, int columns, double cellKm) {
+    SampleGrid echoes;
+    echoes.reserve(std::size_t{kRadials} * static_cast<std::size_t>(columns));
+    for (int radial = 0; radial < kRadials; ++radial) {
+        const PlaneVector direction = towards(radial + .5);
+        for (int bin = 0; bin < columns; ++bin) {
+            echoes.push_back(static_cast<float>(sky.lowestBeamDbz((bin + .5) * cellKm * direction))
+            );
+        }
+    }
+    return echoes;
+}
+
+/// The velocity away from the radar, in knots, of what the beam sees at a place.
+float radialKnots(const Volume& volume, const SampleSky& sky, PlaneVector place, float dbz) {
+    constexpr float kLeastDbz = -1;
     if (dbz < kLeastDbz) {
         return noEcho();
     }
@@ -102,11 +122,27 @@ Echo radialKnots(
     if (dbz < 14 && sky.rainDbz((range + kUnambiguousKm) * outwards) > 26) {
         return rangeFolded();
     }
-    const PlaneVector motion = sky.isClutter(place) ? -1 * less : sky.windKnots(place) - less;
+    const PlaneVector motion = sky.isClutter(place) ? PlaneVector{} : sky.windKnots(place);
     const auto east = static_cast<std::int64_t>(std::floor(place.east * 2));
     const auto north = static_cast<std::int64_t>(std::floor(place.north * 2));
-    const double jitter = asFraction(mixed(mixed(climate.seed + 51, minute), east * 4000 + north));
-    return motion.dot(outwards) + 4 * (jitter - .5);
+    const double jitter =
+        asFraction(mixed(mixed(volume.climate.seed + 51, volume.minute), east * 4000 + north));
+    return static_cast<float>(motion.dot(outwards) + 4 * (jitter - .5));
+}
+
+SampleGrid radialVelocities(
+    const Volume& volume, const SampleSky& sky, const SampleGrid& echoes, int columns
+) {
+    SampleGrid velocities;
+    velocities.reserve(echoes.size());
+    auto echo = echoes.begin();
+    for (int radial = 0; radial < kRadials; ++radial) {
+        const PlaneVector direction = towards(radial + .5);
+        for (int bin = 0; bin < columns; ++bin) {
+            velocities.push_back(radialKnots(volume, sky, (bin + .5) * direction, *echo++));
+        }
+    }
+    return velocities;
 }
 
 /// A storm total begins anew every six hours, with three hours of rain in it.
@@ -132,37 +168,87 @@ constexpr std::array<Shape, kAllProducts.size()> kShapes = {{
     {1, 230},
 }};
 
-void fillReflectivity(PolarScan& scan, const SampleSky& sky, Coding coding) {
-    if (scan.product == Product::compositeReflectivity) {
-        constexpr double kReachKm = 230;
-        scan.layout = CellLayout::raster;
-        scan.rows = scan.columns;
-        fillRaster(scan, coding, kReachKm, [&](PlaneVector place) {
-            return sky.compositeDbz(place);
-        });
-        return;
-    }
-    fillPolar(scan, coding, [&](PlaneVector place) { return sky.lowestBeamDbz(place); });
+constexpr double kReachKm = 230;
+constexpr double kSecondTripKm = 180; // more: what velocity looks for behind its own reach
+
+void fillLongRange(PolarScan& scan, const Volume& volume, Coding coding) {
+    const SampleSky sky(volume.climate, volume.minute, 2 * kReachKm);
+    fillPolar(scan, coding, lowestBeam(sky, scan.columns, scan.cellKm));
 }
 
-void fillVelocity(
-    PolarScan& scan, const SampleClimate& climate, const SampleSky& sky, std::int64_t minute,
-    Coding coding
-) {
-    const PlaneVector less =
-        scan.product == Product::stormRelativeVelocity ? sky.stormMotionKnots() : PlaneVector{};
-    fillPolar(scan, coding, [&](PlaneVector place) {
-        return radialKnots(climate, sky, place, less, minute);
+void fillComposite(PolarScan& scan, const Volume& volume, Coding coding) {
+    const SampleSky sky(volume.climate, volume.minute, kReachKm);
+    scan.layout = CellLayout::raster;
+    scan.rows = scan.columns;
+    fillRaster(scan, coding, kReachKm, [&](PlaneVector place) { return sky.compositeDbz(place); });
+}
+
+/// The lowest beam's echoes on cells of one kilometre: base reflectivity, and what velocities are
+/// measured of.
+std::shared_ptr<const SampleGrid> baseEchoes(const Volume& volume, int columns) {
+    return volume.memory.get(volume.key(SampleMemory::Kind::echoes, columns), [&] {
+        return lowestBeam(SampleSky(volume.climate, volume.minute, kReachKm), columns, 1);
     });
 }
 
-void fillPrecipitation(
-    PolarScan& scan, const SampleClimate& climate, std::int64_t minute, Coding coding
-) {
-    const std::int64_t begin =
-        scan.product == Product::oneHourPrecipitation ? minute - 60 : totalBegins(climate, minute);
-    const SampleAccumulation fallen(climate, begin, minute, scan.cellKm * scan.columns);
-    fillPolar(scan, coding, [&](PlaneVector place) { return fallen.inchesAt(place); });
+std::shared_ptr<const SampleGrid> baseVelocities(const Volume& volume, int columns) {
+    return volume.memory.get(volume.key(SampleMemory::Kind::velocities, columns), [&] {
+        const SampleSky sky(volume.climate, volume.minute, kReachKm + kSecondTripKm);
+        return radialVelocities(volume, sky, *baseEchoes(volume, columns), columns);
+    });
+}
+
+/// The storms' mean motion taken from each radial.
+SampleGrid stormRelative(const Volume& volume, SampleGrid velocities, int columns) {
+    const PlaneVector motion = stormMotionKnots(volume.climate);
+    auto velocity = velocities.begin();
+    for (int radial = 0; radial < kRadials; ++radial) {
+        const auto less = static_cast<float>(motion.dot(towards(radial + .5)));
+        for (int bin = 0; bin < columns; ++bin) {
+            *velocity++ -= less;
+        }
+    }
+    return velocities;
+}
+
+void fillPrecipitation(PolarScan& scan, const Volume& volume, Coding coding) {
+    const std::int64_t begin = scan.product == Product::oneHourPrecipitation
+                                   ? volume.minute - 60
+                                   : totalBegins(volume.climate, volume.minute);
+    const SampleAccumulation fallen(
+        volume.climate, begin, volume.minute, scan.cellKm * scan.columns, volume.memory
+    );
+    SampleGrid inches;
+    inches.reserve(std::size_t{kRadials} * static_cast<std::size_t>(scan.columns));
+    for (int radial = 0; radial < kRadials; ++radial) {
+        const PlaneVector direction = towards(radial + .5);
+        for (int bin = 0; bin < scan.columns; ++bin) {
+            const PlaneVector place = (bin + .5) * scan.cellKm * direction;
+            inches.push_back(static_cast<float>(fallen.inchesAt(place)));
+        }
+    }
+    fillPolar(scan, coding, inches);
+}
+
+void fill(PolarScan& scan, const Volume& volume, Coding coding) {
+    switch (scan.product) {
+    case Product::baseReflectivity:
+        return fillPolar(scan, coding, *baseEchoes(volume, scan.columns));
+    case Product::compositeReflectivity:
+        return fillComposite(scan, volume, coding);
+    case Product::longRangeReflectivity:
+        return fillLongRange(scan, volume, coding);
+    case Product::oneHourPrecipitation:
+    case Product::totalPrecipitation:
+        return fillPrecipitation(scan, volume, coding);
+    case Product::velocity:
+        return fillPolar(scan, coding, *baseVelocities(volume, scan.columns));
+    case Product::stormRelativeVelocity:
+        break;
+    }
+    fillPolar(
+        scan, coding, stormRelative(volume, *baseVelocities(volume, scan.columns), scan.columns)
+    );
 }
 
 } // namespace
@@ -175,7 +261,8 @@ SampleClimate sampleClimate(std::string_view site) {
     return SampleClimate(seed);
 }
 
-PolarScan sampleScan(const AntennaPosition& antenna, Product product, FileTime time) {
+PolarScan
+sampleScan(const AntennaPosition& antenna, Product product, FileTime time, SampleMemory& memory) {
     const Shape& shape = kShapes[static_cast<std::size_t>(product)];
     PolarScan scan;
     scan.site = antenna.id;
@@ -190,20 +277,8 @@ PolarScan sampleScan(const AntennaPosition& antenna, Product product, FileTime t
 
     const Coding coding = codingOf(quantityOf(product));
     setTables(scan, coding);
-    const SampleClimate climate = sampleClimate(antenna.id);
     const std::int64_t minute = (time - kUnixEpoch) / kFileTimePerMinute;
-    if (quantityOf(product) == Quantity::precipitation) {
-        fillPrecipitation(scan, climate, minute, coding);
-        return scan;
-    }
-    // Velocity looks for second-trip echoes behind its own reach.
-    const bool isVelocity = quantityOf(product) == Quantity::velocity;
-    const SampleSky sky(climate, minute, shape.cellKm * shape.columns + (isVelocity ? 180 : 0));
-    if (isVelocity) {
-        fillVelocity(scan, climate, sky, minute, coding);
-    } else {
-        fillReflectivity(scan, sky, coding);
-    }
+    fill(scan, {sampleClimate(antenna.id), minute, memory}, coding);
     return scan;
 }
 

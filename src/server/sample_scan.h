@@ -3,6 +3,7 @@
 
 #include "server/antenna_positions.h"
 #include "server/polar_scan.h"
+#include "server/sample_memory.h"
 #include "server/sample_storm.h"
 
 namespace raincast {
@@ -12,7 +13,8 @@ namespace raincast {
 
 /// Sample weather as the site's radar would report it: radials of one degree (composite
 /// reflectivity: a raster), cells and reach as in the Level III product that the tree's product was
-/// made of.
-[[nodiscard]] PolarScan sampleScan(const AntennaPosition& antenna, Product product, FileTime time);
+/// made of. What the memory holds changes nothing but the time that it takes.
+[[nodiscard]] PolarScan
+sampleScan(const AntennaPosition& antenna, Product product, FileTime time, SampleMemory& memory);
 
 } // namespace raincast

@@ -4,6 +4,7 @@
 #include "server/sample_noise.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace raincast {
 
@@ -16,6 +17,8 @@ constexpr double kLineAheadKm = 25;    // how far a line reaches
 constexpr double kLineBehindKm = 190;
 constexpr double kMostBendKm = 43;
 constexpr double kClearAirKm = 110; // where clear air's own echo ends
+constexpr double kCellReachKm = 90; // no less than any cell's
+constexpr double kTileKm = 20;
 
 /// The hook of a supercell: a ring around the middle of its rotation that is open ahead, where warm
 /// air flows in and rain is held aloft. `offset` is from that middle, in the storm's frame.
@@ -40,13 +43,17 @@ double lowestBeamHeightKm(double rangeKm) {
     return rangeKm * kSine + rangeKm * rangeKm / (2 * kBentEarthKm);
 }
 
+PlaneVector stormMotionKnots(const SampleClimate& climate) {
+    return kKnotsPerKmAMinute * climate.steeringSpeed * towards(climate.steeringAzimuth);
+}
+
 SampleSky::SampleSky(
     const SampleClimate& climate, std::int64_t minute, double reachKm, Detail detail
 )
     : m_climate(climate), m_minute(static_cast<double>(minute)), m_detail(detail),
       m_lineAhead(towards(climate.lineAzimuth)),
       m_drift(m_minute * climate.steeringSpeed * towards(climate.steeringAzimuth)),
-      m_storms(stormsAt(climate, m_minute, reachKm + 60)) {
+      m_storms(stormsAt(climate, m_minute, reachKm + kCellReachKm)) {
     for (const SampleStorm& storm : m_storms) {
         const double strength = storm.strengthAt(m_minute);
         m_cells.push_back(
@@ -55,6 +62,10 @@ SampleSky::SampleSky(
              storm.sizeKm * (.45 + .55 * strength), storm.rotating && strength > .35, storm.seed}
         );
     }
+    std::copy_if(
+        m_cells.begin(), m_cells.end(), std::back_inserter(m_turning),
+        [](const Cell& cell) { return cell.rotating; }
+    );
     for (const std::int64_t number : climate.linesNear(reachKm + 200, m_minute)) {
         Dice dice(mixed(climate.seed, number));
         m_lines.push_back(
@@ -62,6 +73,38 @@ SampleSky::SampleSky(
              mixed(climate.seed + 77, number)}
         );
     }
+    sortCellsIntoTiles(reachKm);
+}
+
+/// Most places lie in the reach of few cells: each tile of the plane knows which may matter in it.
+void SampleSky::sortCellsIntoTiles(double reachKm) {
+    m_tiles = 2 * static_cast<int>(std::ceil(reachKm / kTileKm));
+    m_cellsOfTile.resize(static_cast<std::size_t>(m_tiles) * static_cast<std::size_t>(m_tiles));
+    for (const Cell& cell : m_cells) {
+        const double reach = kCellReach * kMostWidening * cell.sizeKm;
+        const int left = std::max(tileOf(cell.place.east - reach), 0);
+        const int right = std::min(tileOf(cell.place.east + reach), m_tiles - 1);
+        const int bottom = std::max(tileOf(cell.place.north - reach), 0);
+        const int top = std::min(tileOf(cell.place.north + reach), m_tiles - 1);
+        for (int row = bottom; row <= top; ++row) {
+            for (int column = left; column <= right; ++column) {
+                m_cellsOfTile[static_cast<std::size_t>(row * m_tiles + column)].push_back(cell);
+            }
+        }
+    }
+}
+
+/// The number of the tile that a distance east or north of the antenna lies in.
+int SampleSky::tileOf(double km) const {
+    return static_cast<int>(std::floor(km / kTileKm)) + m_tiles / 2;
+}
+
+/// The cells that a place may lie in the reach of, and perhaps others.
+const std::vector<SampleSky::Cell>& SampleSky::cellsNear(PlaneVector place) const {
+    const int column = tileOf(place.east);
+    const int row = tileOf(place.north);
+    const bool isTiled = column >= 0 && column < m_tiles && row >= 0 && row < m_tiles;
+    return isTiled ? m_cellsOfTile[static_cast<std::size_t>(row * m_tiles + column)] : m_cells;
 }
 
 /// Texture moves with the weather. Two sheets of it at different speeds make it change on the way.
@@ -75,7 +118,7 @@ double SampleSky::textureAt(PlaneVector place) const {
 
 double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) const {
     double most = kNothing;
-    for (const Cell& cell : m_cells) {
+    for (const Cell& cell : cellsNear(place)) {
         const PlaneVector offset = place - cell.place;
         const double size = cell.sizeKm * widening;
         if (offset.dot(offset) > kCellReach * kCellReach * size * size) {
@@ -86,9 +129,13 @@ double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) c
         along *= along > 0 ? .62 : 1.25;
         const double across = offset.dot(cell.ahead.left()) / size;
         const double away = std::sqrt(along * along + across * across) * (1 + .5 * texture);
-        const double core = cell.coreDbz - 30 * std::pow(away, 1.2) + 6 * texture;
         const double skirt = 26 * cell.strength - 13 * away + 8 * texture;
-        double dbz = std::max(core, skirt);
+        double dbz = skirt;
+        // The power is costly, and never less than its base where the core could be outdone.
+        const double coreBelow = cell.coreDbz - 30 * (away > 1 ? away : 0) + 6 * texture;
+        if (coreBelow > skirt) {
+            dbz = std::max(cell.coreDbz - 30 * std::pow(away, 1.2) + 6 * texture, skirt);
+        }
         if (cell.rotating) {
             const PlaneVector toVortex = place - cell.vortex;
             dbz = hookDbz(
@@ -145,8 +192,9 @@ bool SampleSky::mayRain(PlaneVector place) const {
         const double reach = kCellReach * kMostWidening * cell.sizeKm;
         return offset.dot(offset) < reach * reach;
     };
+    const auto& cells = cellsNear(place);
     return std::any_of(m_lines.begin(), m_lines.end(), lineIsNear) ||
-           std::any_of(m_cells.begin(), m_cells.end(), cellIsNear);
+           std::any_of(cells.begin(), cells.end(), cellIsNear);
 }
 
 double SampleSky::rainDbz(PlaneVector place) const {
@@ -196,10 +244,6 @@ double SampleSky::lowestBeamDbz(PlaneVector place) const {
     return std::max({steady, cells, clearAir, clutterDbz(place)});
 }
 
-PlaneVector SampleSky::stormMotionKnots() const {
-    return kKnotsPerKmAMinute * m_climate.steeringSpeed * towards(m_climate.steeringAzimuth);
-}
-
 PlaneVector SampleSky::windKnots(PlaneVector place) const {
     const double height = lowestBeamHeightKm(place.length());
     // Veering with height, as it does where storms live: the line without radial motion bends.
@@ -222,10 +266,7 @@ PlaneVector SampleSky::windKnots(PlaneVector place) const {
         const double outflow = smoothStep(4, -4, cross) * smoothStep(-70, -20, cross) * (1 - up);
         wind = wind + 24 * outflow * m_lineAhead;
     }
-    for (const Cell& cell : m_cells) {
-        if (!cell.rotating) {
-            continue;
-        }
+    for (const Cell& cell : m_turning) {
         const PlaneVector offset = place - cell.vortex;
         const double radius = std::max(offset.length(), .05);
         constexpr double kCoreKm = 3.2;

@@ -38,9 +38,6 @@ public:
     /// The wind where the lowest beam passes, in knots.
     [[nodiscard]] PlaneVector windKnots(PlaneVector place) const;
 
-    /// The mean motion of storms, in knots.
-    [[nodiscard]] PlaneVector stormMotionKnots() const;
-
     [[nodiscard]] const std::vector<SampleStorm>& storms() const { return m_storms; }
 
     static constexpr double kNothing = -30;
@@ -63,6 +60,9 @@ private:
         std::uint64_t seed;
     };
 
+    void sortCellsIntoTiles(double reachKm);
+    [[nodiscard]] int tileOf(double km) const;
+    [[nodiscard]] const std::vector<Cell>& cellsNear(PlaneVector place) const;
     [[nodiscard]] bool mayReach(const Line& line, PlaneVector place) const;
     [[nodiscard]] bool mayRain(PlaneVector place) const;
     [[nodiscard]] double clutterDbz(PlaneVector place) const;
@@ -78,8 +78,14 @@ private:
     PlaneVector m_drift;     ///< how far texture has moved since 1970
     std::vector<SampleStorm> m_storms;
     std::vector<Cell> m_cells;
+    std::vector<Cell> m_turning; ///< the cells that turn the wind
     std::vector<Line> m_lines;
+    int m_tiles = 0; ///< along each edge of the square around the reach
+    std::vector<std::vector<Cell>> m_cellsOfTile;
 };
+
+/// The mean motion of a climate's storms, in knots.
+[[nodiscard]] PlaneVector stormMotionKnots(const SampleClimate& climate);
 
 /// Kilometres above the antenna of the lowest beam's middle, half a degree up, in the standard
 /// atmosphere.

@@ -70,11 +70,11 @@ SampleWeather::frameTimes(std::string_view site, Product /*product*/, FileTime u
 }
 
 std::string SampleWeather::frame(std::string_view site, Product product, FileTime time) const {
-    if (!isFrame(site, time)) {
+    const AntennaPosition* antenna = findAntenna(site);
+    if (antenna == nullptr || !isFrame(site, time)) {
         return {};
     }
-    const auto weather = scan(site, product, time);
-    return weather ? renderFrame(*weather, product) : std::string();
+    return renderFrame(sampleScan(*antenna, product, time, m_memory), product);
 }
 
 std::string SampleWeather::warnings(std::string_view site, Range range, FileTime time) const {
@@ -84,12 +84,6 @@ std::string SampleWeather::warnings(std::string_view site, Range range, FileTime
     }
     const ImageGeometry image(antenna->latitude, antenna->longitude, range);
     return renderWarnings(image, sampleWarnings(*antenna, range, time), true);
-}
-
-std::optional<PolarScan>
-SampleWeather::scan(std::string_view site, Product product, FileTime time) {
-    const AntennaPosition* antenna = findAntenna(site);
-    return antenna != nullptr ? std::optional(sampleScan(*antenna, product, time)) : std::nullopt;
 }
 
 } // namespace raincast

@@ -2,9 +2,7 @@
 #pragma once
 
 #include "server/frame_source.h"
-#include "server/polar_scan.h"
-
-#include <optional>
+#include "server/sample_memory.h"
 
 namespace raincast {
 
@@ -24,13 +22,9 @@ public:
     [[nodiscard]] std::string
     warnings(std::string_view site, Range range, FileTime time) const override;
 
-    /// The scan that a frame is painted from; nothing for a site that is not known. Any minute will
-    /// do, also one without a frame.
-    [[nodiscard]] static std::optional<PolarScan>
-    scan(std::string_view site, Product product, FileTime time);
-
 private:
     int m_hours;
+    mutable SampleMemory m_memory;
 };
 
 } // namespace raincast

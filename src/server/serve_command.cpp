@@ -22,6 +22,7 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <cerrno>
 #include <cstdio>
 #include <ostream>
 
@@ -193,6 +194,14 @@ ServerExit failed(const QString& text) {
     return ServerExit::failed;
 }
 
+ServerExit cannotListen(const ListenAddress& at, int error) {
+    const bool tells = error == EADDRINUSE || error == EADDRNOTAVAIL || error == EACCES;
+    return failed(QStringLiteral("Cannot listen at %1, port %2%3.")
+                      .arg(at.address)
+                      .arg(at.port)
+                      .arg(tells ? QStringLiteral(": ") + qt_error_string(error) : QString()));
+}
+
 } // namespace
 
 ServerExit runServer(const ServeOptions& options, StopSignals& signals, std::ostream& out) {
@@ -208,10 +217,9 @@ ServerExit runServer(const ServeOptions& options, StopSignals& signals, std::ost
     RunningServer server(
         options, options.quiet ? ServerLog([](const QString&) {}) : ServerLog(logToError)
     );
+    errno = 0;
     if (options.listen && !server.listen()) {
-        return failed(QStringLiteral("Cannot listen at %1, port %2.")
-                          .arg(options.listen->address)
-                          .arg(options.listen->port));
+        return cannotListen(*options.listen, errno);
     }
     if (options.once) {
         return server.publishOnce() ? ServerExit::good : ServerExit::failed;

@@ -42,6 +42,18 @@ ServerAnswer wrong(const QString& text) {
     return {text, true};
 }
 
+/// An option that was given, but with nothing in it: a script's variable that is not set must not
+/// make sample weather of a feed.
+QString emptyOption(const QCommandLineParser& parser) {
+    for (const QCommandLineOption& option : options()) {
+        const QString name = option.names().constFirst();
+        if (!option.valueName().isEmpty() && parser.isSet(name) && parser.value(name).isEmpty()) {
+            return name;
+        }
+    }
+    return {};
+}
+
 /// Site ids between commas; nothing and the first that is none in `unknown` otherwise.
 std::optional<QStringList> readSites(const QString& text, QString& unknown) {
     QStringList sites;
@@ -110,21 +122,31 @@ QString helpText(QCommandLineParser& parser) {
 std::variant<ServeOptions, RenderOptions, ServerAnswer>
 readServerOptions(const QStringList& arguments) {
     QCommandLineParser parser;
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
+    const QCommandLineOption help(
+        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")
+    );
+    const QCommandLineOption version(
+        {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version.")
+    );
     parser.addOptions(options());
+    parser.addOptions({help, version});
     parser.addPositionalArgument(
         QStringLiteral("render FILE OUT.gif"), QStringLiteral("Renders one product."),
         QStringLiteral("[render FILE OUT.gif]")
     );
     if (!parser.parse(arguments)) {
-        return wrong(parser.errorText() + u'.');
+        // Some versions of Qt end the sentence, some do not.
+        const QString error = parser.errorText();
+        return wrong(error.endsWith(u'.') ? error : error + u'.');
     }
     if (parser.isSet(help)) {
         return ServerAnswer{helpText(parser), false};
     }
     if (parser.isSet(version)) {
         return ServerAnswer{QStringLiteral("raincast-server " RAINCAST_VERSION "\n"), false};
+    }
+    if (const QString empty = emptyOption(parser); !empty.isEmpty()) {
+        return wrong(QStringLiteral("--%1 takes a value.").arg(empty));
     }
     const QStringList words = parser.positionalArguments();
     if (words.size() == 3 && words[0] == u"render") {

@@ -118,9 +118,13 @@ TEST_F(Level3FolderTest, ForgetsOldFramesAndTheirFiles) {
 
 TEST_F(Level3FolderTest, OldProductsAreIgnoredUnlessAllAreKept) {
     put("a", product(m_second));
+    put("b", product(m_second + 300));
     m_clock.advance(1000 * 60 * kFileTimePerMinute);
     EXPECT_EQ(open()->rescan(), 0);
-    EXPECT_EQ(open(0)->rescan(), 1);
+    // Said once, not for each of thousands.
+    EXPECT_EQ(m_log.count('\n'), 1);
+    EXPECT_THAT(m_log.toStdString(), HasSubstr("older than 4 hours (see --hours)"));
+    EXPECT_EQ(open(0)->rescan(), 2);
 }
 
 TEST_F(Level3FolderTest, ProductsOfTheFutureAreIgnored) {

@@ -3,8 +3,10 @@
 #include "platform/clock.h"
 #include "server/layer_store.h"
 #include "server/publisher.h"
+#include "server/sample_weather.h"
 #include "support/files.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -14,6 +16,7 @@ namespace raincast {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class PublisherTest : public ::testing::Test {
 protected:
@@ -68,6 +71,24 @@ TEST_F(PublisherTest, WritesTheTree) {
     EXPECT_EQ(m_log, QString());
 }
 
+TEST_F(PublisherTest, TheNewestFramesComeFirst) {
+    const FileTime newest = m_clock.now();
+    m_frames.times.insert(newest - 10 * kFileTimePerMinute);
+    ASSERT_TRUE(publish());
+    ASSERT_EQ(m_frames.order.size(), 3U * 7U);
+    for (std::size_t i = 0; i < m_frames.order.size(); ++i) {
+        EXPECT_EQ(m_frames.order[i] == newest, i < 7) << i;
+    }
+}
+
+TEST_F(PublisherTest, AFrameThatIsNotThereIsNotListed) {
+    m_frames.lost.insert(m_clock.now());
+    ASSERT_TRUE(publish());
+    const std::string listing = readFile(file("/ridge/RadarImg/N0R/LWX/index.html")).toStdString();
+    EXPECT_THAT(listing, HasSubstr("\"LWX_20180725_1955_N0R.gif\""));
+    EXPECT_THAT(listing, Not(HasSubstr("LWX_20180725_2000_N0R.gif")));
+}
+
 TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
     ASSERT_TRUE(publish());
     m_frames.picture = "other";
@@ -101,6 +122,17 @@ TEST_F(PublisherTest, AFolderThatCannotBeWrittenToIsLogged) {
     writeFile(m_root, "a file");
     EXPECT_FALSE(publish());
     EXPECT_THAT(m_log.toStdString(), HasSubstr("Cannot write"));
+}
+
+TEST_F(PublisherTest, SeveralSitesAreWrittenAtOnce) {
+    SampleWeather weather(1);
+    const ImageTree tree(weather, m_layers);
+    const QStringList sites{"LWX", "TLX", "MUX", "OKX"};
+    ASSERT_TRUE(Publisher(tree, m_root, sites, "data", [](const QString&) {}).publish());
+    for (const QString& site : sites) {
+        EXPECT_GT(QDir(m_root + "/ridge/RadarImg/N0S/" + site).entryList({"*.gif"}).size(), 8);
+    }
+    EXPECT_FALSE(QDir(m_root + "/ridge/RadarImg/N0S/DIX").exists());
 }
 
 TEST_F(PublisherTest, StopsWhenAsked) {

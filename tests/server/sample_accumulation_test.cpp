@@ -17,9 +17,10 @@ TEST(SampleAccumulationTest, RainFollowsTheRadarsRelation) {
 }
 
 TEST(SampleAccumulationTest, MoreTimeMeansMoreRainEverywhere) {
+    SampleMemory memory;
     const SampleClimate climate = sampleClimate("TLX");
-    const SampleAccumulation shorter(climate, kMinute - 30, kMinute, 60);
-    const SampleAccumulation longer(climate, kMinute - 60, kMinute, 60);
+    const SampleAccumulation shorter(climate, kMinute - 30, kMinute, 60, memory);
+    const SampleAccumulation longer(climate, kMinute - 60, kMinute, 60, memory);
     double sum = 0;
     for (int east = -60; east <= 60; east += 4) {
         for (int north = -60; north <= 60; north += 4) {
@@ -32,10 +33,11 @@ TEST(SampleAccumulationTest, MoreTimeMeansMoreRainEverywhere) {
 }
 
 TEST(SampleAccumulationTest, PartsAddUp) {
+    SampleMemory memory;
     const SampleClimate climate = sampleClimate("TLX");
-    const SampleAccumulation first(climate, kMinute - 33, kMinute - 12, 60);
-    const SampleAccumulation second(climate, kMinute - 12, kMinute, 60);
-    const SampleAccumulation both(climate, kMinute - 33, kMinute, 60);
+    const SampleAccumulation first(climate, kMinute - 33, kMinute - 12, 60, memory);
+    const SampleAccumulation second(climate, kMinute - 12, kMinute, 60, memory);
+    const SampleAccumulation both(climate, kMinute - 33, kMinute, 60, memory);
     for (int east = -58; east <= 58; east += 7) {
         const PlaneVector place{static_cast<double>(east), 11};
         EXPECT_NEAR(first.inchesAt(place) + second.inchesAt(place), both.inchesAt(place), 1e-5);
@@ -43,7 +45,8 @@ TEST(SampleAccumulationTest, PartsAddUp) {
 }
 
 TEST(SampleAccumulationTest, OutsideItsReachNothingFell) {
-    const SampleAccumulation fallen(sampleClimate("TLX"), kMinute - 5, kMinute, 30);
+    SampleMemory memory;
+    const SampleAccumulation fallen(sampleClimate("TLX"), kMinute - 5, kMinute, 30, memory);
     EXPECT_EQ(fallen.inchesAt({31, 0}), 0);
     EXPECT_EQ(fallen.inchesAt({0, -400}), 0);
 }

@@ -3,26 +3,55 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace raincast {
 namespace {
 
-TEST(SampleMarkTest, TheWordStandsSmallInTheLowerLeftCorner) {
-    IndexedPicture picture(600U * 550U, 7);
+IndexedPicture marked(std::uint8_t ground) {
+    IndexedPicture picture(600U * 550U, ground);
     markAsSample(picture, 16, 17);
+    return picture;
+}
+
+int inkIn(const IndexedPicture& picture, int left, int top, int width, int height) {
     int ink = 0;
-    int rim = 0;
-    for (int i = 0; i < 600 * 550; ++i) {
-        const std::uint8_t index = picture[static_cast<std::size_t>(i)];
-        if (index == 7) {
-            continue;
-        }
-        EXPECT_LT(i % 600, 90);
-        EXPECT_GT(i / 600, 520);
-        (index == 16 ? ink : rim) += 1;
+    for (int row = top; row < top + height; ++row) {
+        const auto begin = picture.begin() + row * 600 + left;
+        ink += static_cast<int>(std::count(begin, begin + width, 16));
     }
-    // Dots of two by two pixels: 95 of them make the six letters.
-    EXPECT_EQ(ink, 4 * 95);
-    EXPECT_GT(rim, ink / 2);
+    return ink;
+}
+
+// Dots of two by two pixels: 95 of them make the six letters.
+constexpr int kInkOfWord = 4 * 95;
+
+TEST(SampleMarkTest, TheWordStandsSmallInTheLowerLeftCorner) {
+    const IndexedPicture picture = marked(7);
+    EXPECT_EQ(inkIn(picture, 0, 520, 90, 30), kInkOfWord);
+    EXPECT_EQ(picture[539 * 600 + 14], 16); // its lowest pixels
+    EXPECT_EQ(picture[545 * 600 + 14], 7);
+}
+
+TEST(SampleMarkTest, ASmallWindowOnTheAntennaShowsAWholeWord) {
+    EXPECT_GE(inkIn(marked(7), 300 - 120, 275 - 110, 240, 190), kInkOfWord);
+}
+
+TEST(SampleMarkTest, ASmallWindowAnywhereShowsMostOfAWord) {
+    const IndexedPicture picture = marked(7);
+    for (int left = 0; left + 240 <= 600; left += 10) {
+        for (int top = 0; top + 240 <= 550; top += 10) {
+            EXPECT_GT(inkIn(picture, left, top, 240, 240), kInkOfWord / 2) << left << ' ' << top;
+        }
+    }
+}
+
+TEST(SampleMarkTest, WordsCoverLittleOfThePicture) {
+    const IndexedPicture picture = marked(7);
+    EXPECT_LT(
+        picture.size() - static_cast<std::size_t>(std::count(picture.begin(), picture.end(), 7)),
+        picture.size() / 40
+    );
 }
 
 TEST(SampleMarkTest, ARimSurroundsEveryLetter) {

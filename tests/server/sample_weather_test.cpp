@@ -67,7 +67,6 @@ TEST(SampleWeatherTest, WhatIsNotThereIsEmpty) {
     EXPECT_EQ(weather.warnings("XXX", Range::shortRange, time), "");
     EXPECT_TRUE(weather.frameTimes("XXX", Product::velocity, kNow).empty());
     EXPECT_TRUE(weather.frameTimes("TLX", Product::velocity, 0).empty());
-    EXPECT_FALSE(SampleWeather::scan("XXX", Product::velocity, kNow).has_value());
 }
 
 } // namespace

@@ -96,7 +96,10 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRow{{"--hours", "0"}, "--level3"}, WrongRow{{"--once"}, "--publish"},
         WrongRow{{"--sites", "LWX"}, "--publish"},
         WrongRow{{"--publish", "d", "--sites", "LWX,XXX"}, "no site XXX"},
-        WrongRow{{"--listen", "8155"}, "ADDRESS:PORT"}
+        WrongRow{{"--listen", "8155"}, "ADDRESS:PORT"}, WrongRow{{"--help-all"}, "help-all"},
+        WrongRow{{"--level3", ""}, "--level3 takes a value."},
+        WrongRow{{"--publish="}, "--publish takes a value."},
+        WrongRow{{"--cache", "", "--quiet"}, "--cache takes a value."}
     )
 );
 

@@ -187,7 +187,7 @@ TEST_F(ServerProgramTest, ErrorsAreSaidInOneSentence) {
         {{"--nothing"}, 2, "nothing"},
         {{"--level3", m_folder.filePath("none")}, 1, "is no folder."},
         {{"--roads", m_folder.filePath("none")}, 1, "is no file."},
-        {{"--quiet", "--listen", "192.0.2.1:80"}, 1, "Cannot listen at 192.0.2.1, port 80."},
+        {{"--quiet", "--listen", "192.0.2.1:80"}, 1, "Cannot listen at 192.0.2.1, port 80: "},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(run(row.arguments), row.status);
