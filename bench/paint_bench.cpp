@@ -1,13 +1,20 @@
 // SPDX-License-Identifier: MIT
 // What drawing the full stack costs (fill, layers, blit), at the sizes of handhelds to large
-// screens and at several zooms, against a memcpy of the same buffer.
+// screens and at several zooms, against a memcpy of the same buffer; and what marks add to it.
+#include "display/item_placement.h"
+#include "display/map_overlays.h"
+#include "geo/geo_reference.h"
+#include "gps/mark_manager.h"
 #include "support/ratio.h"
 #include "weather/layer_stack.h"
 
+#include <QGuiApplication>
 #include <QPainter>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <vector>
 
 namespace {
@@ -17,6 +24,7 @@ using namespace raincast;
 const QSize kImage(600, 550);
 constexpr int kFrames = 6;
 constexpr int kPairs = 40;
+constexpr int kMarks = 10000;
 
 Bitmap ground() {
     auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
@@ -69,11 +77,14 @@ public:
         : m_buffer(size, QImage::Format_RGB32), m_screen(size, QImage::Format_RGB32),
           m_plain(static_cast<std::size_t>(m_buffer.sizeInBytes())) {}
 
-    void paint(LayerStack& stack, const ViewTransform& view) {
+    void paint(LayerStack& stack, const ViewTransform& view, MapOverlays* overlays = nullptr) {
         {
             QPainter painter(&m_buffer);
             painter.fillRect(m_buffer.rect(), Qt::white);
             stack.draw(painter, m_buffer.rect(), view);
+            if (overlays != nullptr) {
+                overlays->draw(painter, view, {0, 0, m_buffer.width(), m_buffer.height()});
+            }
         }
         QPainter(&m_screen).drawImage(0, 0, m_buffer);
     }
@@ -128,9 +139,57 @@ void measure(QSize size, int zoom) {
     printRatio(what, ratioOf(kPairs, pan, copy), 4);
 }
 
+/// The image's pixels are a hundredth of a degree; pixel (0, 0) lies at 41 N, 105 W.
+GeoReference placement() {
+    const QTemporaryDir folder;
+    const std::string file = folder.filePath(QStringLiteral("image.gfw")).toStdString();
+    std::ofstream(file) << "0.01\n0\n0\n-0.01\n-105.0\n41.0\n";
+    GeoReference reference;
+    reference.loadWorldFile(file, kImage.width(), kImage.height());
+    return reference;
+}
+
+/// Marks in rows, a pixel apart from each other, from a latitude on northwards.
+void addMarks(double latitude) {
+    for (int i = 0; i < kMarks; ++i) {
+        const int row = i / 100;
+        CMarkManager::instance().add(
+            {latitude + row / 100.0, -105 + i % 100 / 100.0}, QStringLiteral("Mark %1").arg(i)
+        );
+    }
+}
+
+void measureMarks(QSize size, int zoom, double latitude, const char* where, double aim) {
+    LayerStack stack;
+    stack.setLayers({kImage, ground(), frame(0), overlay()});
+    const ViewTransform view(zoom, {0, 0});
+    Page page(size);
+    // Each knows the marks that there were when it was made.
+    MapOverlays without;
+    addMarks(latitude);
+    MapOverlays with;
+    with.layoutAll(placement());
+    const auto plain = [&] { page.paint(stack, view, &without); };
+    const auto marked = [&] { page.paint(stack, view, &with); };
+    char what[80];
+    std::snprintf(
+        what, sizeof what, "%dx%d, zoom %d: repaint with %d marks %s / without", size.width(),
+        size.height(), zoom, kMarks, where
+    );
+    printRatio(what, ratioOf(kPairs, marked, plain), aim);
+    CMarkManager::instance().clear();
+}
+
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // names are text, which needs an application
+    const QGuiApplication application(argc, argv);
+    for (const QSize size : {QSize(240, 320), QSize(1920, 1080)}) {
+        measureMarks(size, 0, 60, "out of view", 2);
+    }
+    measureMarks(QSize(240, 320), 2, 38, "in view", 1000);
+    measureMarks(QSize(240, 320), 0, 40, "in view, with their names", 1000);
     for (const QSize size :
          {QSize(240, 320), QSize(800, 700), QSize(1920, 1080), QSize(3840, 2160)}) {
         for (const int zoom : {-2, 0, 2}) {

@@ -2,6 +2,7 @@
 // What every dialog looks like. A new dialog is a row of kDialogs.
 #include "app/app_commands.h"
 #include "golden_test.h"
+#include "gps/dlg_gps_vector.h"
 #include "paged/dlg_item_type_select.h"
 #include "paged/dlg_pages.h"
 #include "paged/dlg_rename.h"
@@ -76,6 +77,8 @@ constexpr DialogRow kDialogs[] = {
     {kStorageDialog, "storage", "Radar Image Storage", sendTo<kStorage>},
     {CUnits::CDlgUnits::kTemplate, "units", "Units",
      openSettings<CAppPaged::GlobalSettingsType::kRankUnits>},
+    {COverlayGPSPosition::CDlgSetup::kTemplate, "gps_vector", "GPS Vector",
+     openSettings<CAppPaged::GlobalSettingsType::kRankGpsOverlay>},
     {kServersDialog, "servers", "Servers", openServers},
 };
 
