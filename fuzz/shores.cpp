@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Shores and rivers whose tables hold any numbers: reading ends, and what is read can be drawn. The
-// netCDF library itself, which trusts a file's lengths, is not tried (see netcdf_file.h).
+// Shores and rivers whose tables hold any numbers. (The netCDF library, which reads the tables, is
+// tried by the target netcdf.) Reading ends, and what is read can be drawn.
 #include "map_lines.h"
 #include "server/shore_file.h"
 

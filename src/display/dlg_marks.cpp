@@ -57,10 +57,10 @@ const DialogTemplateRecord marksDialog{
      {124, 92}}};
 
 // Rings around a dot.
-QIcon targetIcon(const QWidget& list) {
-    const int extent = list.fontMetrics().ascent();
+QIcon targetIcon(const QListWidget& list) {
+    const int extent = list.iconSize().width();
     const double ratio = list.devicePixelRatioF();
-    QPixmap picture(QSize(extent, extent) * ratio);
+    QPixmap picture(list.iconSize() * ratio);
     picture.setDevicePixelRatio(ratio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
@@ -85,6 +85,8 @@ CDlgMarks::CDlgMarks(const std::optional<GeoPosition>& from, GoTo goTo)
 bool CDlgMarks::onInitialise() {
     list().setItemDelegate(new RowDelegate(&list()));
     list().setUniformItemSizes(true); // there may be thousands
+    const int extent = list().fontMetrics().ascent();
+    list().setIconSize({extent, extent});
     new TypeAhead(list());
     fill();
     updateButtons();
@@ -176,10 +178,7 @@ void CDlgMarks::onOk() {
         end(kOk);
         return;
     }
-    messageBox(
-        widget(), QStringLiteral("\"%1\" is not on this map.").arg(shownMarkName(mark->name)),
-        QStringLiteral("Marks")
-    );
+    messageBox(widget(), QStringLiteral("This mark is not on the map."), QStringLiteral("Marks"));
 }
 
 void CDlgMarks::setTarget() {

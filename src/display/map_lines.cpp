@@ -18,46 +18,45 @@ namespace {
 
 constexpr float kLeastSpeed = 0.2F; // knots: below, the course is chance
 constexpr int kLeastNameCharacters = 4;
-const QString kGap = QStringLiteral("  ");
-
-/// The words for one side and the other.
-struct Sides {
+/// The words of a line of usual length, and of one that must be short.
+struct Words {
     QString left;
     QString right;
+    QString gap; ///< between parts
 
     [[nodiscard]] const QString& of(float value) const { return value < 0 ? left : right; }
 };
 
-const Sides kLongSides{QStringLiteral("left"), QStringLiteral("right")};
-const Sides kShortSides{QStringLiteral("L"), QStringLiteral("R")};
+const Words kLongWords{QStringLiteral("left"), QStringLiteral("right"), QStringLiteral("  ")};
+const Words kShortWords{QStringLiteral("L"), QStringLiteral("R"), QStringLiteral(" ")};
 
 QString degreesText(float degrees) {
     return QString::number(degrees) + QChar(0x00B0);
 }
 
-QString turnText(float relativeBearing, const Sides& sides) {
+QString turnText(float relativeBearing, const Words& words) {
     const float degrees = std::round(std::fabs(relativeBearing));
     return degrees == 0 ? QStringLiteral("ahead")
-                        : sides.of(relativeBearing) + u' ' + degreesText(degrees);
+                        : words.of(relativeBearing) + u' ' + degreesText(degrees);
 }
 
-QString crossTrackText(float crossTrack, const Sides& sides) {
+QString crossTrackText(float crossTrack, const Words& words) {
     const CUnits& units = CUnits::global();
     const QString distance = units.distanceText(std::fabs(crossTrack));
     const bool onTrack = distance == units.distanceText(0);
-    return QStringLiteral("XTE ") + distance + (onTrack ? QString() : u' ' + sides.of(crossTrack));
+    return QStringLiteral("XTE ") + distance + (onTrack ? QString() : u' ' + words.of(crossTrack));
 }
 
 /// What there is to say behind the name.
 QStringList navigationParts(
-    const CDataNavigation& navigation, const CDataGPSPosition& position, const Sides& sides
+    const CDataNavigation& navigation, const CDataGPSPosition& position, const Words& words
 ) {
     QStringList parts{
         CUnits::global().distanceText(navigation.distance), bearingText(navigation.bearing)};
     if (position.speed > kLeastSpeed) {
-        parts += turnText(navigation.relativeBearing, sides);
+        parts += turnText(navigation.relativeBearing, words);
     }
-    parts += crossTrackText(navigation.crossTrack, sides);
+    parts += crossTrackText(navigation.crossTrack, words);
     return parts;
 }
 
@@ -68,21 +67,19 @@ QString navigationLine(
     const QFontMetrics& metrics, int width
 ) {
     const QString name = shownMarkName(navigation.targetName);
-    const auto line = [&](const Sides& sides) {
-        return (name + kGap) + navigationParts(navigation, position, sides).join(kGap);
-    };
-    const QString whole = line(kLongSides);
+    const QString whole = (QStringList(name) + navigationParts(navigation, position, kLongWords))
+                              .join(kLongWords.gap);
     if (metrics.horizontalAdvance(whole) <= width) {
         return whole;
     }
-    QStringList parts = navigationParts(navigation, position, kShortSides);
+    QStringList parts = navigationParts(navigation, position, kShortWords);
     const int least = kLeastNameCharacters * metrics.averageCharWidth();
-    const auto room = [&] { return width - metrics.horizontalAdvance(kGap + parts.join(kGap)); };
+    const auto behindName = [&parts] { return kShortWords.gap + parts.join(kShortWords.gap); };
+    const auto room = [&] { return width - metrics.horizontalAdvance(behindName()); };
     while (parts.size() > 1 && room() < least) {
         parts.removeLast();
     }
-    const QString shortened = metrics.elidedText(name, Qt::ElideRight, std::max(room(), 0));
-    return shortened + kGap + parts.join(kGap);
+    return metrics.elidedText(name, Qt::ElideRight, std::max(room(), 0)) + behindName();
 }
 
 QStringList mapLines(const CDataGPSPosition& position, const QFontMetrics& metrics, int width) {

@@ -63,7 +63,7 @@ void followPosition(CItemMapView& view) {
     view.follow();
     if (!view.following()) {
         messageBox(
-            view.page()->widget(), QStringLiteral("Your position is not on this map."),
+            view.page()->widget(), QStringLiteral("Your position is not on the map."),
             QStringLiteral("Follow Position")
         );
     }

@@ -9,10 +9,8 @@
 
 namespace raincast {
 
-/// A netCDF file, read in pieces. For files that the system's administrator has installed: the
-/// library takes as much memory as a file says it needs, so none from elsewhere may come here. It
-/// is one for the whole process and knows no threads: whoever reads from several must see to it
-/// that one reads at a time.
+/// A netCDF file, read in pieces. The library is one for the whole process and knows no threads:
+/// whoever reads from several must see to it that one reads at a time.
 class NetcdfFile {
 public:
     /// Opens a file to read; see isOpen().

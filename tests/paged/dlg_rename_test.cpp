@@ -64,5 +64,10 @@ TEST_F(DlgRenameTest, AnEmptyNameIsANameToo) {
     EXPECT_EQ(dialog.name(), QString());
 }
 
+TEST_F(DlgRenameTest, ItMayHaveACaptionOfItsOwn) {
+    script.expect(QStringLiteral("Add Mark"));
+    EXPECT_EQ(CDlgRename(QStringLiteral("A"), QStringLiteral("Add Mark")).run(nullptr), 2);
+}
+
 } // namespace
 } // namespace raincast

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The radar item on a real page, fed by a real server.
 #include "dialog_controls.h"
+#include "display/map_lines_setting.h"
+#include "display/map_menu.h"
 #include "display/page_display.h"
+#include "gps/overlay_gps_position.h"
 #include "persist/record_writer.h"
 #include "platform/clock.h"
 #include "radar/sites.h"
@@ -413,6 +416,39 @@ TEST_F(ItemWeatherTest, AStoredViewIsLeftAlone) {
     restart();
     showPage();
     EXPECT_EQ(m_item->view(), before);
+}
+
+// The map's lines have the top; the item's own texts make room for them.
+TEST_F(ItemWeatherTest, TheStatusStandsBelowTheLinesOfTheMap) {
+    const QImage alone = drawn();
+    const int height = QFontMetrics(QFont()).height();
+    COverlayGPSPosition position;
+    position.latitude = 37;
+    position.longitude = -122;
+    position.fixType = kFixGps;
+    position.publish();
+    const QImage below = drawn();
+    const QRect status(0, 8, 300, 3 * height);
+    EXPECT_EQ(below.copy(status.translated(0, height)), alone.copy(status));
+    EXPECT_NE(below.copy(0, 0, 300, height), alone.copy(0, 0, 300, height));
+    CMapLines::show(CMapLines::position, false);
+    EXPECT_EQ(drawn(), alone);
+    CMapLines::show(CMapLines::position, true);
+}
+
+TEST_F(ItemWeatherTest, ItsMenuHasTheMapsEntriesBesideItsOwn) {
+    const auto popUp = MenuTableRecord::find(CItemWeather::kMenu)[0].rows;
+    ASSERT_EQ(popUp.size(), 2U);
+    EXPECT_EQ(popUp[0].rows.size(), 5U);
+    EXPECT_EQ(popUp[1].rows.data(), kMapMenu.rows.data());
+}
+
+TEST_F(ItemWeatherTest, ItTakesTheMapsCommands) {
+    showSite();
+    EXPECT_TRUE(m_page->command(kFollowPosition, clicked));
+    EXPECT_TRUE(m_item->following());
+    EXPECT_TRUE(m_page->command(kFollowPosition, clicked));
+    EXPECT_FALSE(m_item->following());
 }
 
 TEST_F(ItemWeatherTest, TheCaptionNamesSiteProductAndDate) {

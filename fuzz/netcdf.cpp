@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// Files of any bytes where shores and relief should be: reading ends, with nothing or with numbers.
+#include "server/relief_file.h"
+#include "server/shore_file.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cmath>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace raincast;
+    static const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("map.nc"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return 0;
+    }
+    file.write(reinterpret_cast<const char*>(data), static_cast<qint64>(size));
+    file.close();
+    const GeoBox box{34, -98, 36, -96};
+    if (!std::isfinite(readRelief(path, box).heightAt({35, -97}))) {
+        std::abort();
+    }
+    static_cast<void>(readShores(path, box));
+    static_cast<void>(readRivers(path, box));
+    return 0;
+}
