@@ -24,7 +24,6 @@ using namespace raincast;
 const QSize kImage(600, 550);
 constexpr int kFrames = 6;
 constexpr int kPairs = 40;
-constexpr int kMarks = 10000;
 
 Bitmap ground() {
     auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
@@ -150,8 +149,8 @@ GeoReference placement() {
 }
 
 /// Marks in rows, a pixel apart from each other, from a latitude on northwards.
-void addMarks(double latitude) {
-    for (int i = 0; i < kMarks; ++i) {
+void addMarks(int count, double latitude) {
+    for (int i = 0; i < count; ++i) {
         const int row = i / 100;
         CMarkManager::instance().add(
             {latitude + row / 100.0, -105 + i % 100 / 100.0}, QStringLiteral("Mark %1").arg(i)
@@ -159,24 +158,51 @@ void addMarks(double latitude) {
     }
 }
 
-void measureMarks(QSize size, int zoom, double latitude, const char* where, double aim) {
+struct Marks {
+    const char* what;
+    QSize size; ///< of the page
+    int count;
+    double latitude;
+    int zoom;
+    int step; ///< by which the view moves before each repaint
+    double aim;
+};
+
+constexpr Marks kMarks[] = {
+    {"10000 marks out of view", {240, 320}, 10000, 60, 0, 0, 2},
+    {"10000 marks out of view", {1920, 1080}, 10000, 60, 0, 0, 2},
+    {"a move with 10000 marks out of view", {240, 320}, 10000, 60, 0, 4, 10},
+    {"a move with 10000 marks out of view", {1920, 1080}, 10000, 60, 0, 4, 2},
+    {"10000 marks in view", {240, 320}, 10000, 38, 2, 0, 500},
+    {"1000 marks in view with their names", {240, 320}, 1000, 40, 0, 0, 500},
+};
+
+void measure(const Marks& marks) {
     LayerStack stack;
     stack.setLayers({kImage, ground(), frame(0), overlay()});
-    const ViewTransform view(zoom, {0, 0});
-    Page page(size);
+    Page page(marks.size);
     // Each knows the marks that there were when it was made.
     MapOverlays without;
-    addMarks(latitude);
+    addMarks(marks.count, marks.latitude);
     MapOverlays with;
     with.layoutAll(placement());
-    const auto plain = [&] { page.paint(stack, view, &without); };
-    const auto marked = [&] { page.paint(stack, view, &with); };
+    int moves = 0;
+    const auto repaint = [&](MapOverlays& overlays) {
+        const ViewTransform view(marks.zoom, {marks.step * (++moves / 2 % 8), 0});
+        page.paint(stack, view, &overlays);
+    };
     char what[80];
     std::snprintf(
-        what, sizeof what, "%dx%d, zoom %d: repaint with %d marks %s / without", size.width(),
-        size.height(), zoom, kMarks, where
+        what, sizeof what, "%dx%d: repaint, %s / without", marks.size.width(), marks.size.height(),
+        marks.what
     );
-    printRatio(what, ratioOf(kPairs, marked, plain), aim);
+    printRatio(
+        what,
+        ratioOf(
+            kPairs, [&] { repaint(with); }, [&] { repaint(without); }
+        ),
+        marks.aim
+    );
     CMarkManager::instance().clear();
 }
 
@@ -185,11 +211,9 @@ void measureMarks(QSize size, int zoom, double latitude, const char* where, doub
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen"); // names are text, which needs an application
     const QGuiApplication application(argc, argv);
-    for (const QSize size : {QSize(240, 320), QSize(1920, 1080)}) {
-        measureMarks(size, 0, 60, "out of view", 2);
+    for (const Marks& marks : kMarks) {
+        measure(marks);
     }
-    measureMarks(QSize(240, 320), 2, 38, "in view", 1000);
-    measureMarks(QSize(240, 320), 0, 40, "in view, with their names", 1000);
     for (const QSize size :
          {QSize(240, 320), QSize(800, 700), QSize(1920, 1080), QSize(3840, 2160)}) {
         for (const int zoom : {-2, 0, 2}) {

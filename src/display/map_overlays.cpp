@@ -23,26 +23,44 @@ MapOverlays::MapOverlays() {
 
 void MapOverlays::layout(COverlayObject& object, const GeoReference& geoReference) {
     m_entries[&object].layout(object, geoReference);
+    m_seen.reset();
 }
 
 void MapOverlays::layoutAll(const GeoReference& geoReference) {
     for (auto& [object, entry] : m_entries) {
         entry.layout(*object, geoReference);
     }
+    m_seen.reset();
 }
 
 void MapOverlays::forget(COverlayObject& object) {
     m_entries.erase(&object);
+    m_inView.clear();
+    m_seen.reset();
 }
 
-// There may be thousands of which a few are in view: the others must cost next to nothing.
+// There may be thousands of which a few are in view: the others cost nothing until something moves.
 void MapOverlays::draw(QPainter& painter, const ViewTransform& view, const PageRectangle& area) {
     const Box seen = Box::seenIn(area, view);
-    for (auto& [object, entry] : m_entries) {
-        if (!entry.points.empty() && entry.box.meets(seen)) {
-            object->Draw(painter, view, entry.pointsOnPage(view));
+    if (m_seen != seen) {
+        findInView(seen);
+    }
+    for (Entries::value_type* each : m_inView) {
+        each->first->Draw(painter, view, each->second.pointsOnPage(view));
+    }
+}
+
+void MapOverlays::findInView(const Box& seen) {
+    m_inView.clear();
+    for (Entries::value_type& each : m_entries) {
+        if (!each.second.points.empty() && each.second.box.meets(seen)) {
+            m_inView.push_back(&each);
         }
     }
+    std::stable_partition(m_inView.begin(), m_inView.end(), [](const Entries::value_type* each) {
+        return !each->first->onTop();
+    });
+    m_seen = seen;
 }
 
 void MapOverlays::Entry::layout(const COverlayObject& object, const GeoReference& geoReference) {

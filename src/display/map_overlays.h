@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -28,7 +29,8 @@ public:
     void layoutAll(const GeoReference& geoReference);
     void forget(COverlayObject& object);
 
-    /// Draws those that come within 50 image pixels of a rectangle of the page.
+    /// Draws those that come within 50 image pixels of a rectangle of the page; the ones that
+    /// belong on top (COverlayObject::onTop) last.
     void draw(QPainter& painter, const ViewTransform& view, const PageRectangle& area);
 
 private:
@@ -39,6 +41,7 @@ private:
         std::int64_t right = 0;
         std::int64_t bottom = 0;
 
+        friend bool operator==(const Box&, const Box&) = default;
         [[nodiscard]] bool meets(const Box& other) const;
         [[nodiscard]] static Box around(const std::vector<ImagePixel>& points);
         [[nodiscard]] static Box seenIn(const PageRectangle& area, const ViewTransform& view);
@@ -54,7 +57,13 @@ private:
         [[nodiscard]] const std::vector<PagePoint>& pointsOnPage(const ViewTransform& present);
     };
 
-    std::map<COverlayObject*, Entry> m_entries;
+    using Entries = std::map<COverlayObject*, Entry>;
+
+    void findInView(const Box& seen);
+
+    Entries m_entries;
+    std::vector<Entries::value_type*> m_inView; ///< in the order of drawing
+    std::optional<Box> m_seen;                  ///< where m_inView was looked for
 };
 
 } // namespace raincast

@@ -38,6 +38,8 @@ public:
     void Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference) const override;
     void Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline)
         override;
+    /// A mark that is passed does not hide the user.
+    [[nodiscard]] bool onTop() const override { return true; }
 
 private:
     /// Exchanged at every publication; the first one is drawn.

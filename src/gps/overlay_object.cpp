@@ -4,6 +4,7 @@
 #include "gps/listener.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace raincast {
 
@@ -22,7 +23,10 @@ COverlayObject::COverlayObject() {
 }
 
 COverlayObject::~COverlayObject() {
-    std::erase(living(), this);
+    // Of thousands that go, the youngest usually goes first.
+    auto& objects = living();
+    const auto behind = std::find(objects.rbegin(), objects.rend(), this);
+    objects.erase(std::prev(behind.base()));
     m_change = Change::removed;
     Listener<COverlayObject>::Notify(*this);
 }

@@ -31,6 +31,9 @@ public:
     virtual void
     Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline) = 0;
 
+    /// Whether it is drawn over those that are not.
+    [[nodiscard]] virtual bool onTop() const { return false; }
+
     /// What is being announced.
     [[nodiscard]] Change change() const { return m_change; }
 

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 
 #include <deque>
+#include <functional>
+#include <memory>
 
 namespace raincast {
 namespace {
@@ -24,8 +26,13 @@ public:
     void Draw(QPainter&, const ViewTransform&, const std::vector<PagePoint>& points) override {
         ++draws;
         drawn = points;
+        if (drawing) {
+            drawing(*this);
+        }
     }
+    void moveTo(ImagePixel pixel) { m_pixel = pixel; }
 
+    std::function<void(const Dot&)> drawing;
     mutable int layouts = 0;
     int draws = 0;
     std::vector<PagePoint> drawn;
@@ -93,6 +100,62 @@ TEST_F(MapOverlaysTest, WhatIsForgottenIsNotDrawn) {
     overlays.forget(dot);
     draw(overlays);
     EXPECT_EQ(dot.draws, 0);
+}
+
+TEST_F(MapOverlaysTest, WhatMovesOrComesInIsDrawnAtItsNewPlace) {
+    MapOverlays overlays;
+    Dot dot({10, 20});
+    overlays.layout(dot, placed);
+    draw(overlays);
+    dot.moveTo({1000, 20});
+    overlays.layout(dot, placed);
+    draw(overlays);
+    EXPECT_EQ(dot.draws, 1) << "it is out of view";
+    draw(overlays, {0, {950, 0}});
+    EXPECT_THAT(dot.drawn, ElementsAre(PagePoint{50, 20}));
+    Dot other({960, 30});
+    overlays.layout(other, placed);
+    draw(overlays, {0, {950, 0}});
+    EXPECT_THAT(other.drawn, ElementsAre(PagePoint{10, 30}));
+    placed.invalidate();
+    overlays.layoutAll(placed);
+    draw(overlays, {0, {950, 0}});
+    EXPECT_EQ(other.draws, 1);
+}
+
+TEST_F(MapOverlaysTest, WhatIsForgottenBetweenDrawingsIsNotTouched) {
+    MapOverlays overlays;
+    auto dot = std::make_unique<Dot>(ImagePixel{10, 20});
+    Dot other({20, 20});
+    overlays.layout(*dot, placed);
+    overlays.layout(other, placed);
+    draw(overlays);
+    overlays.forget(*dot);
+    dot.reset();
+    draw(overlays);
+    EXPECT_EQ(other.draws, 2);
+}
+
+TEST_F(MapOverlaysTest, WhatBelongsOnTopIsDrawnLast) {
+    struct Top : Dot {
+        using Dot::Dot;
+        bool onTop() const override { return true; }
+    };
+    static std::vector<const Dot*> order;
+    order.clear();
+    std::vector<std::unique_ptr<Dot>> dots;
+    MapOverlays overlays;
+    for (int i = 0; i < 6; ++i) {
+        const ImagePixel pixel{10 * i, 20};
+        dots.push_back(i % 2 == 0 ? std::make_unique<Top>(pixel) : std::make_unique<Dot>(pixel));
+        dots.back()->drawing = [](const Dot& dot) { order.push_back(&dot); };
+        overlays.layout(*dots.back(), placed);
+    }
+    draw(overlays);
+    ASSERT_EQ(order.size(), 6U);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        EXPECT_EQ(order[i]->onTop(), i >= 3) << i;
+    }
 }
 
 TEST_F(MapOverlaysTest, OfTenThousandOverlaysThoseInViewAreDrawn) {
