@@ -88,22 +88,26 @@ void CAppPaged::CDlgPages::fill() {
     updateButtons();
 }
 
-void CAppPaged::CDlgPages::readSelection() {
+int CAppPaged::CDlgPages::selectedRow() const {
     const auto selected = list().selectedItems();
-    if (!selected.isEmpty()) {
-        const auto row = static_cast<Position>(list().row(selected.first()));
-        m_selected = m_application.pages()[row].get();
+    return selected.isEmpty() ? -1 : list().row(selected.first());
+}
+
+void CAppPaged::CDlgPages::readSelection() {
+    const int row = selectedRow();
+    if (row >= 0) {
+        m_selected = m_application.pages()[static_cast<Position>(row)].get();
     }
 }
 
 void CAppPaged::CDlgPages::updateButtons() {
-    const auto position = m_application.positionOf(m_selected);
+    const int row = selectedRow();
     for (const int id : {kShow, kDelete, kRename, kEnable}) {
-        control(id)->setEnabled(position.has_value());
+        control(id)->setEnabled(row >= 0);
     }
-    control<QCheckBox>(kEnable)->setChecked(position && m_selected->enabled());
-    control(kUp)->setEnabled(position && *position > 0);
-    control(kDown)->setEnabled(position && *position + 1 < m_application.pages().size());
+    control<QCheckBox>(kEnable)->setChecked(row >= 0 && m_selected->enabled());
+    control(kUp)->setEnabled(row >= 1);
+    control(kDown)->setEnabled(row < list().count() - 1);
 }
 
 void CAppPaged::CDlgPages::onDialogCommand(int id, QWidget* control, int notification) {

@@ -32,6 +32,8 @@ public:
 private:
     [[nodiscard]] QListWidget& list() const;
     void fill();
+    /// -1 for none.
+    [[nodiscard]] int selectedRow() const;
     void readSelection();
     void updateButtons();
     void edit(int id);

@@ -130,7 +130,7 @@ TEST_F(DlgPagesTest, TheButtonsFollowTheSelection) {
     addPages({u"A", u"B", u"_C"});
     expectPages([](QDialog& open) {
         EXPECT_EQ(selectedRow(open), -1);
-        EXPECT_THAT(enabledButtons(open), ElementsAre(kAdd, kRestoreDefault));
+        EXPECT_THAT(enabledButtons(open), ElementsAre(kDown, kAdd, kRestoreDefault));
         EXPECT_FALSE(static_cast<QCheckBox*>(child(open, kEnable))->isChecked());
         chooseRow(open, 0);
         EXPECT_THAT(
@@ -149,6 +149,23 @@ TEST_F(DlgPagesTest, TheButtonsFollowTheSelection) {
             ElementsAre(kShow, kUp, kRename, kEnable, kDelete, kAdd, kRestoreDefault)
         );
         EXPECT_FALSE(static_cast<QCheckBox*>(child(open, kEnable))->isChecked());
+    });
+    choose(kPages);
+}
+
+TEST_F(DlgPagesTest, ARowThatIsNoLongerSelectedLeavesNothingToShow) {
+    addPages({u"A", u"B"});
+    app.select(0);
+    expectPages([](QDialog& open) {
+        QListWidget& list = listOf(open);
+        const QPoint row = list.visualItemRect(list.item(0)).center();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, row);
+        EXPECT_EQ(selectedRow(open), -1);
+        EXPECT_THAT(enabledButtons(open), ElementsAre(kDown, kAdd, kRestoreDefault));
+        EXPECT_FALSE(static_cast<QCheckBox*>(child(open, kEnable))->isChecked());
+        click(open, kDown); // of the page that was selected last
+        EXPECT_THAT(rows(list), ElementsAre("B", "A"));
+        EXPECT_EQ(selectedRow(open), 1);
     });
     choose(kPages);
 }
