@@ -18,29 +18,17 @@ constexpr milliseconds kHookInterval{90};
 // A server that never ends its headers is cut off here.
 constexpr qint64 kMaxHeaderBytes = qint64{256} << 10;
 
-/// libcurl's own state of the process, for as long as the process lives.
-struct CurlLibrary {
-    CurlLibrary() { curl_global_init(CURL_GLOBAL_DEFAULT); }
-    ~CurlLibrary() { curl_global_cleanup(); }
-    CurlLibrary(const CurlLibrary&) = delete;
-    CurlLibrary& operator=(const CurlLibrary&) = delete;
-};
-
-void startCurl() {
-    static const CurlLibrary library;
-}
-
-CURLM* newMulti() {
-    startCurl();
-    return curl_multi_init();
-}
-
 } // namespace
 
-HttpSession::HttpSession() : m_multi(newMulti()), m_easy(curl_easy_init()) {
+HttpSession::HttpSession(const CurlLibrary* curl) : m_curl(curl) {
+    if (m_curl == nullptr) {
+        return;
+    }
+    m_multi.reset(m_curl->multiInit());
+    m_easy.reset(m_curl->easyInit());
     // A name alone takes that header away: libcurl would say that it accepts anything.
     for (const char* header : {"Pragma: no-cache", "Accept:"}) {
-        curl_slist* longer = curl_slist_append(m_headers.get(), header);
+        curl_slist* longer = m_curl->slistAppend(m_headers.get(), header);
         if (longer != nullptr) {
             static_cast<void>(m_headers.release());
             m_headers.reset(longer);
@@ -55,7 +43,9 @@ HttpSession::~HttpSession() {
 
 template<typename T>
 void HttpSession::set(CURLoption option, T value) {
-    curl_easy_setopt(m_easy.get(), option, value);
+    if (m_easy) {
+        m_curl->easySetopt(m_easy.get(), option, value);
+    }
 }
 
 void HttpSession::setOptions() {
@@ -92,7 +82,7 @@ bool HttpSession::open(const QByteArray& url) {
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(httpLimits().connectTimeout.count()));
     callWaitingHook();
     m_running = true;
-    if (curl_multi_add_handle(m_multi.get(), m_easy.get()) != CURLM_OK) {
+    if (!usable() || m_curl->multiAddHandle(m_multi.get(), m_easy.get()) != CURLM_OK) {
         finish(CURLE_FAILED_INIT);
     }
     waitUntil([this] { return m_headersComplete; });
@@ -141,7 +131,7 @@ size_t HttpSession::onHeader(char* data, size_t, size_t bytes, void* self) {
         return 0;
     }
     long status = 0;
-    curl_easy_getinfo(session.m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    session.m_curl->easyGetinfo(session.m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     const bool blank = line == "\r\n" || line == "\n";
     if (blank && status >= 200 && !session.m_headersComplete) {
         session.m_headersComplete = true;
@@ -185,13 +175,13 @@ void HttpSession::waitUntil(Condition arrived) {
 // Lets libcurl do what it can without waiting.
 void HttpSession::advance() {
     int running = 0;
-    const CURLMcode result = curl_multi_perform(m_multi.get(), &running);
+    const CURLMcode result = m_curl->multiPerform(m_multi.get(), &running);
     if (result != CURLM_OK) {
         finish(CURLE_FAILED_INIT);
         return;
     }
     int left = 0;
-    const CURLMsg* message = curl_multi_info_read(m_multi.get(), &left);
+    const CURLMsg* message = m_curl->multiInfoRead(m_multi.get(), &left);
     if (message != nullptr && message->msg == CURLMSG_DONE) {
         finish(message->data.result);
         return;
@@ -212,7 +202,7 @@ void HttpSession::wait() {
     using std::chrono::duration_cast;
     const auto due = m_lastHook + kHookInterval - steady_clock::now();
     const auto left = std::clamp(duration_cast<milliseconds>(due), milliseconds{0}, kHookInterval);
-    curl_multi_poll(m_multi.get(), nullptr, 0, static_cast<int>(left.count()) + 1, nullptr);
+    m_curl->multiPoll(m_multi.get(), nullptr, 0, static_cast<int>(left.count()) + 1, nullptr);
 }
 
 void HttpSession::callWaitingHook() {
@@ -226,7 +216,9 @@ void HttpSession::callWaitingHook() {
 void HttpSession::finish(CURLcode result) {
     m_running = false;
     m_result = result;
-    curl_multi_remove_handle(m_multi.get(), m_easy.get());
+    if (usable()) {
+        m_curl->multiRemoveHandle(m_multi.get(), m_easy.get());
+    }
     if (httpHooks().finished) {
         httpHooks().finished(QString::fromUtf8(m_url), outcome());
     }
@@ -234,10 +226,12 @@ void HttpSession::finish(CURLcode result) {
 
 QString HttpSession::outcome() const {
     QString cause;
-    if (m_timeout != nullptr) {
+    if (m_curl == nullptr) {
+        cause = QStringLiteral("libcurl is not installed");
+    } else if (m_timeout != nullptr) {
         cause = QString::fromLatin1(m_timeout);
     } else if (m_result != CURLE_OK) {
-        const char* detail = m_error[0] != '\0' ? m_error.data() : curl_easy_strerror(m_result);
+        const char* detail = m_error[0] != '\0' ? m_error.data() : m_curl->easyStrerror(m_result);
         cause = QString::fromLocal8Bit(detail);
     } else if (m_status == 0) {
         cause = QStringLiteral("the response ended within its headers");

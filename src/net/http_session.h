@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/curl_library.h"
 #include "net/http_settings.h"
 #include "net/stall_meter.h"
 
 #include <QByteArray>
 #include <QString>
-
-#include <curl/curl.h>
 
 #include <array>
 #include <memory>
@@ -25,7 +24,8 @@ namespace raincast {
 /// is active and the waiting hook is called; each request is reported to the finished hook once.
 class HttpSession {
 public:
-    HttpSession();
+    /// Without libcurl every request fails at once.
+    explicit HttpSession(const CurlLibrary* curl = CurlLibrary::get());
     ~HttpSession();
     HttpSession(const HttpSession&) = delete;
     HttpSession& operator=(const HttpSession&) = delete;
@@ -57,6 +57,7 @@ private:
     static size_t onBody(char* data, size_t, size_t bytes, void* self);
     static int onConnected(void* self, char*, char*, int, int);
 
+    [[nodiscard]] bool usable() const { return m_multi && m_easy; }
     void setOptions();
     template<typename T>
     void set(CURLoption option, T value);
@@ -69,15 +70,16 @@ private:
     [[nodiscard]] QString outcome() const;
 
     struct EasyDeleter {
-        void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+        void operator()(CURL* easy) const { CurlLibrary::get()->easyCleanup(easy); }
     };
     struct MultiDeleter {
-        void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+        void operator()(CURLM* multi) const { CurlLibrary::get()->multiCleanup(multi); }
     };
     struct ListDeleter {
-        void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+        void operator()(curl_slist* list) const { CurlLibrary::get()->slistFreeAll(list); }
     };
 
+    const CurlLibrary* m_curl;                    ///< null without libcurl
     std::unique_ptr<CURLM, MultiDeleter> m_multi; ///< holds the connection
     std::unique_ptr<curl_slist, ListDeleter> m_headers;
     std::unique_ptr<CURL, EasyDeleter> m_easy;

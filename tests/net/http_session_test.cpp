@@ -59,6 +59,18 @@ private:
     std::optional<std::string> m_old;
 };
 
+TEST_F(HttpSessionTest, WithoutLibcurlEveryRequestFailsAtOnce) {
+    HttpServer server;
+    HttpSession session(nullptr);
+    EXPECT_FALSE(session.open(url(server.host())));
+    EXPECT_EQ(session.status(), 0);
+    EXPECT_TRUE(session.read().isEmpty());
+    EXPECT_EQ(outcome(), "libcurl is not installed");
+    EXPECT_FALSE(session.open(url(server.host())));
+    EXPECT_EQ(m_http.finished.size(), 2U);
+    EXPECT_EQ(server.count(), 0);
+}
+
 TEST_F(HttpSessionTest, ReadsBodiesOneAfterTheOther) {
     HttpServer server;
     const QByteArray large(3'000'000, 'x');
