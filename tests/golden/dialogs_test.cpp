@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // What every dialog looks like. A new dialog is a row of kDialogs.
 #include "app/app_commands.h"
+#include "display/dlg_marks.h"
+#include "display/map_commands.h"
 #include "golden_test.h"
 #include "gps/dlg_gps_vector.h"
+#include "gps/mark_manager.h"
 #include "paged/dlg_item_type_select.h"
 #include "paged/dlg_pages.h"
 #include "paged/dlg_rename.h"
@@ -64,12 +67,23 @@ void openPageTypes(SampleViewer& viewer) {
     viewer.application().addPage(&viewer.frame());
 }
 
+void openMarks(SampleViewer& viewer) {
+    CMarkManager& marks = CMarkManager::instance();
+    marks.add({37.76, -122.51}, QStringLiteral("Ocean Beach"));
+    marks.setTarget(marks.add({37.81, -122.48}, QStringLiteral("Golden Gate, middle of the span")));
+    marks.add({36.6, -121.9}, QStringLiteral("Monterey"));
+    viewer.command(kMarks);
+    marks.clear();
+}
+
 constexpr DialogRow kDialogs[] = {
     {103, "about", "About Raincast", sendTo<kAppAbout>},
     {CDlgItemTypeSelect::kTemplate, "item_types", "Select Display Item", sendTo<kAddItem>},
     {CDlgItemTypeSelect::kTemplate, "page_types", "Select Page Type", openPageTypes},
     {CDlgItemTypeSelect::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},
     {CDlgItemTypeSelect::kTemplate, "stations_nearby", "Weather Station", sendTo<kNearbyStations>},
+    {CDlgMarks::kTemplate, "marks", "Marks", openMarks},
+    {CDlgRename::kTemplate, "add_mark", "Add Mark", sendTo<kAddMark>},
     {CAppPaged::CDlgPages::kTemplate, "pages", "Pages", sendTo<kPages>},
     {CDlgRename::kTemplate, "rename", "Rename", openRename},
     {kAnimationDialog, "animation", "Animation", sendTo<kAnimation>},

@@ -79,7 +79,9 @@ TEST_F(MainWindowLooks, WithItsMenuOpen) {
 
 TEST_F(MainWindowLooks, WithASubmenuOpen) {
     lookAtSubmenu("Settings", "menu_settings");
+    lookAtSubmenu("Layout", "menu_layout");
     lookAtSubmenu("Weather", "menu_weather");
+    lookAtSubmenu("Map", "menu_map");
 }
 
 struct BoxRow {
