@@ -106,7 +106,7 @@ bool NavigatorSocket::awaitBytes() {
     NavigatorWaiting waiting;
     const auto deadline = steady_clock::now() + m_answerLimit;
     pollfd wanted{m_socket.get(), POLLIN, 0};
-    while (steady_clock::now() < deadline && waiting.goesOn()) {
+    while (waiting.goesOn() && steady_clock::now() < deadline) {
         const auto left = ceil<milliseconds>(deadline - steady_clock::now());
         const auto slice = std::clamp(left, milliseconds{0}, NavigatorWaiting::kHookInterval);
         if (::poll(&wanted, 1, static_cast<int>(slice.count())) > 0) {
