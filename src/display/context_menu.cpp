@@ -6,6 +6,7 @@
 #include "window/device_pixels.h"
 
 #include <QMenu>
+#include <QMouseEvent>
 
 namespace raincast {
 
@@ -20,7 +21,7 @@ public:
     bool eventFilter(QObject* menu, QEvent* event) override {
         switch (event->type()) {
         case QEvent::MouseMove:
-            return true;
+            return held(*menu, static_cast<const QMouseEvent&>(*event));
         case QEvent::MouseButtonRelease:
             menu->removeEventFilter(this);
             return true;
@@ -31,6 +32,14 @@ public:
         default:
             return false;
         }
+    }
+
+private:
+    bool held(QObject& menu, const QMouseEvent& move) {
+        if (move.buttons() == Qt::NoButton) {
+            menu.removeEventFilter(this);
+        }
+        return move.buttons() != Qt::NoButton;
     }
 };
 

@@ -22,7 +22,7 @@ std::optional<GeoPosition> placeForMark(const CItemMapView& view) {
     return fix ? fix : view.centreOnImage();
 }
 
-void addMarkAt(CItemMapView& view, const std::optional<GeoPosition>& place) {
+void addMarkAt(CItemMapView& view, std::optional<GeoPosition> place) {
     CMarkManager& manager = CMarkManager::instance();
     const QString proposed = proposedMarkName(manager.marks());
     CDlgRename dialog(proposed, QStringLiteral("Add Mark"));

@@ -21,7 +21,7 @@ inline constexpr MenuRow kMapRows[] = {
     subMenu(u"&Marks", kMarkRows),
 };
 /// The map view's menu, a row for the menus of the items that are map views.
-inline constexpr MenuRow kMapMenu = subMenu(u"Ma&p", kMapRows);
+inline constexpr MenuRow kMapMenu = subMenu(u"&Map", kMapRows);
 
 /// The menu of a place on the map.
 inline constexpr MenuRow kMapPlaceRows[] = {menuEntry(kAddMarkHere, u"&Add Mark Here")};
