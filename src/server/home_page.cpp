@@ -5,7 +5,10 @@
 #include "server/antenna_positions.h"
 #include "server/home_page_text.h"
 #include "server/map_data.h"
+#include "server/nws_colours.h"
 
+#include <QColor>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -132,6 +135,25 @@ QByteArray siteNames() {
     return QJsonDocument(names).toJson(QJsonDocument::Compact);
 }
 
+/// {"N0R": {"unit": "dBZ", "levels": [["#04e9e7", "5"], …]}, …}
+QByteArray scales() {
+    QJsonObject scales;
+    for (const Product product : kAllProducts) {
+        const Quantity quantity = quantityOf(product);
+        QJsonArray levels;
+        for (std::size_t level = 1; level < nwsColours(quantity).size(); ++level) {
+            levels += QJsonArray{
+                QColor(nwsColours(quantity)[level]).name(),
+                QString::fromLatin1(nwsLevelName(product, level))};
+        }
+        const std::string_view code = codeOf(product);
+        scales[QString::fromLatin1(code.data(), static_cast<qsizetype>(code.size()))] = QJsonObject{
+            {QStringLiteral("unit"), QString::fromLatin1(nwsUnit(quantity))},
+            {QStringLiteral("levels"), levels}};
+    }
+    return QJsonDocument(scales).toJson(QJsonDocument::Compact);
+}
+
 } // namespace
 
 QByteArray homePage(const MapData& maps, bool isSample) {
@@ -143,7 +165,8 @@ QByteArray homePage(const MapData& maps, bool isSample) {
         .replace("@STATES@", statePaths(maps))
         .replace("@DOTS@", dots())
         .replace("@LIST@", list())
-        .replace("@SITES@", siteNames());
+        .replace("@SITES@", siteNames())
+        .replace("@SCALES@", scales());
 }
 
 } // namespace raincast

@@ -30,6 +30,9 @@ nav a.on { background: #22588a; border-color: #22588a; color: #fff; }
 #stack img { position: absolute; inset: 0; width: 100%; height: 100%; }
 #stack img.bad { display: none; }
 #time { position: absolute; right: 6px; bottom: 6px; padding: 1px 7px; background: #fffd; font-variant-numeric: tabular-nums; }
+#scale { display: flex; margin-top: 8px; font-size: 11px; font-variant-numeric: tabular-nums; }
+#scale span { flex: 1; border-top: 12px solid; text-align: center; }
+#scale b { font-weight: normal; padding: 9px 0 0 6px; }
 fieldset { border: 0; margin: 10px 0 0; padding: 0; display: flex; flex-wrap: wrap; gap: 4px 16px; }
 label { white-space: nowrap; }
 svg { width: 100%; height: auto; display: block; background: #eef1ee; }
@@ -52,6 +55,7 @@ footer a { color: inherit; }
 <h2><span id="site"></span> <small id="what"></small></h2>
 <nav id="products"></nav>
 <div id="stack"><span id="time"></span></div>
+<div id="scale"></div>
 <fieldset id="layers"></fieldset>
 <noscript><p>Without scripts: each site of the list leads to its newest frames.</p></noscript>
 </section>
@@ -69,6 +73,7 @@ Map data: U.S. Census Bureau (borders), GSHHG by P. Wessel and W. H. F. Smith (s
 <script>
 "use strict";
 const sites = @SITES@;
+const scales = @SCALES@;
 const products = {N0R: "Base reflectivity", NCR: "Composite", N0Z: "Long range", N1P: "1 hour precipitation",
   NTP: "Total precipitation", N0V: "Velocity", N0S: "Storm relative velocity"};
 const layers = {
@@ -138,6 +143,12 @@ function choose() {
   for (const [key, [, , path]] of Object.entries(layers)) if (path) images[key].src = path(site, range);
   byId("site").textContent = `${site} ${sites[site]}`;
   byId("what").textContent = products[product];
+  byId("scale").replaceChildren(...scales[product].levels.map(([colour, text]) => {
+    const level = document.createElement("span");
+    level.style.borderTopColor = colour;
+    level.textContent = text;
+    return level;
+  }), Object.assign(document.createElement("b"), {textContent: scales[product].unit}));
   for (const link of byId("products").children) {
     link.href = `#${site}/${link.dataset.code}`;
     link.className = link.dataset.code === product ? "on" : "";

@@ -64,6 +64,19 @@ std::uint8_t precipitationLevel(std::span<const float> thresholds, float inches)
     return inches > 0 ? thresholdsReached(thresholds, inches) : 0;
 }
 
+QByteArray velocityName(std::size_t level) {
+    constexpr std::size_t kLeastAway = kCalmLevel + 1;
+    constexpr std::size_t kMostTowards = kCalmLevel - 2;
+    if (level == kRangeFoldedLevel) {
+        return "RF";
+    }
+    if (level >= kLeastAway) {
+        return QByteArray::number(double(kSpeedFrom[level - kLeastAway]));
+    }
+    return level <= kMostTowards ? QByteArray::number(-double(kSpeedFrom[kMostTowards - level]))
+                                 : QByteArray(level == kCalmLevel ? "0" : "-1");
+}
+
 } // namespace
 
 const std::array<QRgb, 16>& nwsColours(Quantity quantity) {
@@ -94,6 +107,36 @@ std::uint8_t nwsLevel(Product product, float value) {
                    : precipitationLevel(kStormTotalFrom, value);
     }
     return thresholdsReached(kReflectivityFrom, value);
+}
+
+QByteArray nwsLevelName(Product product, std::size_t level) {
+    switch (quantityOf(product)) {
+    case Quantity::reflectivity:
+        break;
+    case Quantity::velocity:
+        return velocityName(level);
+    case Quantity::precipitation:
+        return QByteArray::number(
+            double(
+                product == Product::oneHourPrecipitation ? kOneHourFrom[level - 1]
+                                                         : kStormTotalFrom[level - 1]
+            ),
+            'g', 3
+        );
+    }
+    return QByteArray::number(double(kReflectivityFrom[level - 1]));
+}
+
+const char* nwsUnit(Quantity quantity) {
+    switch (quantity) {
+    case Quantity::reflectivity:
+        break;
+    case Quantity::velocity:
+        return "knots";
+    case Quantity::precipitation:
+        return "inches";
+    }
+    return "dBZ";
 }
 
 } // namespace raincast

@@ -3,6 +3,7 @@
 
 #include "server/product.h"
 
+#include <QByteArray>
 #include <QRgb>
 
 #include <array>
@@ -23,5 +24,12 @@ namespace raincast {
 /// reached, towards it the least, so that both sides are alike. (A product with 256 levels and its
 /// twin with 16 then look the same.)
 [[nodiscard]] std::uint8_t nwsLevel(Product product, float value);
+
+/// The least value of a level of 1 to 15 as a scale says it, in the product's unit: "5", "0.3",
+/// "-64"; towards the radar the value that is nearest to calm; "RF" for range folded.
+[[nodiscard]] QByteArray nwsLevelName(Product product, std::size_t level);
+
+/// "dBZ", "knots" or "inches".
+[[nodiscard]] const char* nwsUnit(Quantity quantity);
 
 } // namespace raincast

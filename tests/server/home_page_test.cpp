@@ -27,6 +27,12 @@ TEST(HomePageTest, SaysThatItIsSampleWeather) {
     EXPECT_FALSE(homePage(maps, false).contains("Sample weather"));
 }
 
+TEST(HomePageTest, SaysWhatColoursMean) {
+    const QByteArray page = homePage(MapData(MapDataFiles()), true);
+    EXPECT_TRUE(page.contains(R"(["#04e9e7","5"])"));
+    EXPECT_TRUE(page.contains(R"("unit":"knots")"));
+}
+
 TEST(HomePageTest, LeavesNoPlaceEmpty) {
     const QByteArray page = homePage(MapData(MapDataFiles()), true);
     EXPECT_FALSE(QRegularExpression("@[A-Z]+@").match(page).hasMatch());

@@ -69,6 +69,36 @@ TEST(NwsColoursTest, NoEchoHasNoColourAndFoldedVelocityItsOwn) {
     }
 }
 
+TEST(NwsColoursTest, LevelsAreNamedByWhereTheyBegin) {
+    const struct {
+        Product product;
+        std::size_t level;
+        const char* name;
+    } rows[] = {
+        {Product::baseReflectivity, 1, "5"},
+        {Product::longRangeReflectivity, 15, "75"},
+        {Product::oneHourPrecipitation, 1, "0"},
+        {Product::oneHourPrecipitation, 7, "1.25"},
+        {Product::totalPrecipitation, 2, "0.3"},
+        {Product::totalPrecipitation, 15, "15"},
+        {Product::velocity, 1, "-64"},
+        {Product::velocity, 6, "-10"},
+        {Product::velocity, 7, "-1"},
+        {Product::stormRelativeVelocity, 8, "0"},
+        {Product::stormRelativeVelocity, 9, "10"},
+        {Product::velocity, 14, "64"},
+        {Product::velocity, 15, "RF"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(nwsLevelName(row.product, row.level), row.name) << row.level;
+        if (row.level < 15) {
+            const float value = nwsLevelName(row.product, row.level).toFloat();
+            EXPECT_EQ(nwsLevel(row.product, value > 0 || value < 0 ? value : .05F), row.level);
+        }
+    }
+    EXPECT_STREQ(nwsUnit(Quantity::reflectivity), "dBZ");
+}
+
 TEST(RealDataNwsColoursTest, TheTablesAreTheMeasuredOnes) {
     QFile table(qEnvironmentVariable("RAINCAST_TEST_DATA") + "/nws-colours.tsv");
     if (!table.open(QIODevice::ReadOnly)) {
