@@ -3,13 +3,14 @@
 
 #include "radar/site_list.h"
 #include "radar/sites.h"
+#include "units/units.h"
 
 namespace raincast {
 
 namespace {
 
 QString distanceText(std::optional<float> metres) {
-    return metres ? QStringLiteral("%1 km").arg(qRound(*metres / 1000)) : QString();
+    return metres ? CUnits::global().distanceText(*metres) : QString();
 }
 
 } // namespace

@@ -8,9 +8,9 @@
 
 namespace raincast {
 
-/// "Weather Station": the sites within 500 km of a position, nearest first, each with its distance;
-/// all sites in the order of their names at latitude 0, or where none is near. The site in use is
-/// selected at first.
+/// "Weather Station": the sites within 500 km of a position, nearest first, each with its distance
+/// in the user's unit; all sites in the order of their names at latitude 0, or where none is near.
+/// The site in use is selected at first.
 class CDlgStation : public CDlgItemTypeSelect {
 public:
     CDlgStation(GeoPosition position, const QString& currentId);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "dialog_controls.h"
+#include "paged/row_delegate.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
+#include "units/scoped_units.h"
 #include "weather/dlg_station.h"
 
 #include <QListWidget>
@@ -43,6 +45,30 @@ TEST_F(DlgStationTest, NearbySitesNearestFirst) {
         test::press(dialog, "OK");
     });
     EXPECT_EQ(chosen, QStringLiteral("MUX"));
+}
+
+TEST_F(DlgStationTest, DistancesAreInTheUsersUnit) {
+    const struct {
+        CUnits::DistanceUnit unit;
+        const char* first;
+    } rows[] = {
+        {CUnits::kMiles, "1.9 Mi"},
+        {CUnits::kNauticalMiles, "1.6 NM"},
+        {CUnits::kKilometres, "3.0 km"},
+        {CUnits::kMetres, "3022 m"},
+    };
+    for (const auto& row : rows) {
+        const test::ScopedUnits chosen(row.unit);
+        choose({37.1, -121.8}, {}, [&row](QDialog& dialog) {
+            const auto* list = dialog.findChild<QListWidget*>();
+            const QString remark = list->item(0)->data(RowDelegate::kRemarkRole).toString();
+            EXPECT_EQ(remark.toStdString(), row.first);
+        });
+    }
+    choose({}, {}, [](QDialog& dialog) {
+        const auto* list = dialog.findChild<QListWidget*>();
+        EXPECT_EQ(list->item(0)->data(RowDelegate::kRemarkRole).toString(), QString());
+    });
 }
 
 TEST_F(DlgStationTest, WithoutASelectionNothingIsChosen) {
