@@ -59,6 +59,7 @@ Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {}
 
 Viewer::~Viewer() {
     running = nullptr;
+    CPositionSource::setReceiver(nullptr);
     m_application.clear();
 }
 
@@ -75,6 +76,7 @@ int Viewer::run() {
     m_window->showNow();
     openPositionSource();
     const int status = loop();
+    CPositionSource::setReceiver(nullptr);
     m_receiver.use(std::nullopt);
     m_window->destroy();
     running = nullptr;
@@ -159,7 +161,8 @@ void Viewer::openPositionSource() {
     if (!address && !CPositionSource::text().isEmpty()) {
         std::fprintf(stderr, "raincast: No position: %s\n", qPrintable(error));
     }
-    m_receiver.use(address);
+    CPositionSource::setReceiver(&m_receiver);
+    CPositionSource::apply();
 }
 
 int Viewer::loop() {

@@ -33,6 +33,7 @@ void PositionReceiver::use(const std::optional<PositionSourceAddress>& address) 
     m_problem.clear();
     m_nextDelay = kFirstDelay;
     m_state = State::Off;
+    m_address = address;
     if (address) {
         m_source = m_make(*address, m_timers);
         m_state = State::Open;
@@ -74,7 +75,9 @@ QString PositionReceiver::statusText() const {
     case State::Off:
         return QStringLiteral("No position source");
     case State::Open:
-        return QStringLiteral("Open; ") + counters;
+        return m_problem.isEmpty()
+                   ? QStringLiteral("Open; ") + counters
+                   : QStringLiteral("%1; trying again; %2").arg(m_problem, counters);
     case State::Waiting:
         return QStringLiteral("%1; opening it again after %2 s; %3")
             .arg(m_problem, QString::number(m_delay.count()), counters);

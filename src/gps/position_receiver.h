@@ -39,6 +39,9 @@ public:
     /// not be called by those who receive a sentence.
     void use(const std::optional<PositionSourceAddress>& address);
 
+    /// The source in use; none while the state is Off.
+    [[nodiscard]] const std::optional<PositionSourceAddress>& address() const { return m_address; }
+
     [[nodiscard]] State state() const { return m_state; }
 
     /// Why the source broke last, in words; empty while nothing is wrong.
@@ -58,6 +61,7 @@ private:
 
     Timers& m_timers;
     Make m_make;
+    std::optional<PositionSourceAddress> m_address;
     std::optional<NmeaReader> m_reader;
     std::unique_ptr<PositionSource> m_source;
     State m_state = State::Off;

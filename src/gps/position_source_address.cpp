@@ -5,6 +5,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace raincast {
@@ -13,6 +15,13 @@ namespace {
 
 using Address = PositionSourceAddress;
 
+// For messages: nobody reads a text of a thousand characters there.
+QString shortened(QStringView text) {
+    constexpr qsizetype kMost = 60;
+    return text.size() <= kMost ? text.toString()
+                                : text.left(kMost).toString() + QStringLiteral("...");
+}
+
 // Each of these reads what follows the scheme and returns what is wrong, or an empty text.
 
 QString readPort(QStringView text, Address& address) {
@@ -20,7 +29,8 @@ QString readPort(QStringView text, Address& address) {
     const uint port = QLocale::c().toUInt(text, &isNumber);
     const bool inRange = 1 <= port && port <= std::numeric_limits<std::uint16_t>::max();
     if (!isNumber || !inRange) {
-        return QStringLiteral("the port \"%1\" is not a number from 1 to 65535").arg(text);
+        return QStringLiteral("the port \"%1\" is not a number from 1 to 65535")
+            .arg(shortened(text));
     }
     address.port = static_cast<std::uint16_t>(port);
     return {};
@@ -30,16 +40,18 @@ QString readPort(QStringView text, Address& address) {
 QString readHostAndPort(QStringView text, Address& address) {
     const qsizetype bracket = text.startsWith(u'[') ? text.indexOf(u']') : -1;
     if (text.startsWith(u'[') && bracket < 0) {
-        return QStringLiteral("the bracket of the address \"%1\" is not closed").arg(text);
+        return QStringLiteral("the bracket of the address \"%1\" is not closed")
+            .arg(shortened(text));
     }
     const qsizetype colon = text.indexOf(u':', bracket + 1);
     const QStringView host = bracket > 0 ? text.sliced(1, bracket - 1) : text.left(colon);
     if (bracket > 0 && bracket + 1 != (colon < 0 ? text.size() : colon)) {
-        return QStringLiteral("what follows the bracket in \"%1\" is not a port").arg(text);
+        return QStringLiteral("what follows the bracket in \"%1\" is not a port")
+            .arg(shortened(text));
     }
     if (colon >= 0 && text.indexOf(u':', colon + 1) >= 0) {
         return QStringLiteral("\"%1\" has more than one colon (an IPv6 address stands in brackets)")
-            .arg(text);
+            .arg(shortened(text));
     }
     if (!host.isEmpty()) {
         address.host = host.toString();
@@ -62,7 +74,8 @@ QString readSerial(QStringView text, Address& address) {
     bool isNumber = false;
     address.baud = QLocale::c().toInt(speed, &isNumber);
     if (!isNumber || !SerialSource::isSpeed(address.baud)) {
-        return QStringLiteral("\"%1\" is not a speed of serial devices, as 4800 is").arg(speed);
+        return QStringLiteral("\"%1\" is not a speed of serial devices, as 4800 is")
+            .arg(shortened(speed));
     }
     return {};
 }
@@ -101,7 +114,8 @@ QString readFile(QStringView text, Address& address) {
     address.rate = QLocale::c().toDouble(rate, &isNumber);
     // Written so that not-a-number fails as well.
     if (!isNumber || !(address.rate >= 0 && address.rate <= Address::kMaxRate)) {
-        return QStringLiteral("the rate \"%1\" is not a number from 0 to 1000").arg(rate);
+        return QStringLiteral("the rate \"%1\" is not a number from 0 to 1000")
+            .arg(shortened(rate));
     }
     return {};
 }
@@ -120,17 +134,43 @@ const Scheme kSchemes[] = {
     {QLatin1String("file:"), Address::Kind::File, readFile},
 };
 
+const Scheme* findScheme(QStringView text) {
+    const Scheme* const found =
+        std::find_if(std::begin(kSchemes), std::end(kSchemes), [text](const Scheme& scheme) {
+            return text.startsWith(scheme.name);
+        });
+    return found != std::end(kSchemes) ? found : nullptr;
+}
+
 QString read(QStringView text, Address& address) {
-    for (const Scheme& scheme : kSchemes) {
-        if (text.startsWith(scheme.name)) {
-            address.kind = scheme.kind;
-            return scheme.read(text.sliced(scheme.name.size()), address);
-        }
+    const Scheme* const scheme = findScheme(text);
+    if (scheme == nullptr) {
+        return QStringLiteral("it does not start with serial:, tcp:, udp:, gpsd: or file:");
     }
-    return QStringLiteral("it does not start with serial:, tcp:, udp:, gpsd: or file:");
+    address.kind = scheme->kind;
+    return scheme->read(text.sliced(scheme->name.size()), address);
 }
 
 } // namespace
+
+QLatin1String PositionSourceAddress::scheme(Kind kind) {
+    for (const Scheme& scheme : kSchemes) {
+        if (scheme.kind == kind) {
+            return scheme.name;
+        }
+    }
+    return {};
+}
+
+std::optional<PositionSourceAddress::Kind> PositionSourceAddress::kindOf(QStringView text) {
+    const Scheme* const scheme = findScheme(text);
+    return scheme != nullptr ? std::optional(scheme->kind) : std::nullopt;
+}
+
+QString PositionSourceAddress::mistake(QStringView text) {
+    Address address;
+    return read(text, address);
+}
 
 std::optional<PositionSourceAddress>
 PositionSourceAddress::parse(const QString& text, QString* error) {
@@ -140,7 +180,7 @@ PositionSourceAddress::parse(const QString& text, QString* error) {
         return address;
     }
     if (error != nullptr) {
-        *error = QStringLiteral("\"%1\" is no source of positions: %2").arg(text, wrong);
+        *error = QStringLiteral("\"%1\" is no source of positions: %2").arg(shortened(text), wrong);
     }
     return std::nullopt;
 }

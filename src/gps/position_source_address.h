@@ -31,10 +31,19 @@ struct PositionSourceAddress {
     std::uint16_t port = 0; ///< Tcp, Udp, Gpsd
     double rate = 0;        ///< File: 0 to kMaxRate
 
-    /// Reads an address. Empty when it makes no sense: then `error`, if given, says what is wrong
-    /// with which part of the text.
+    /// What an address of a kind begins with, as "serial:".
+    [[nodiscard]] static QLatin1String scheme(Kind kind);
+    /// The kind that the beginning of a text names, whatever follows. Empty if it names none.
+    [[nodiscard]] static std::optional<Kind> kindOf(QStringView text);
+
+    /// Reads an address. Empty when it makes no sense: then `error`, if given, says so, with the
+    /// text and its mistake().
     [[nodiscard]] static std::optional<PositionSourceAddress>
     parse(const QString& text, QString* error = nullptr);
+
+    /// What is wrong with which part of a text, as "the port is missing"; empty for an address.
+    /// Long parts are cut.
+    [[nodiscard]] static QString mistake(QStringView text);
 
     friend bool operator==(const PositionSourceAddress&, const PositionSourceAddress&) = default;
 };

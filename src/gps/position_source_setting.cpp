@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gps/position_source_setting.h"
 
+#include "gps/position_receiver.h"
 #include "persist/persistant_data.h"
 
 namespace raincast {
@@ -9,6 +10,7 @@ namespace {
 
 QString chosen;
 std::optional<QString> forThisRun;
+PositionReceiver* reader = nullptr;
 
 } // namespace
 
@@ -38,10 +40,30 @@ std::optional<PositionSourceAddress> CPositionSource::address(QString* error) {
 void CPositionSource::choose(const QString& text) {
     chosen = text;
     forThisRun.reset();
+    apply();
 }
 
 void CPositionSource::useForThisRun(const QString& text) {
     forThisRun = text;
+}
+
+bool CPositionSource::isForThisRun() {
+    return forThisRun.has_value();
+}
+
+void CPositionSource::setReceiver(PositionReceiver* receiver) {
+    reader = receiver;
+}
+
+PositionReceiver* CPositionSource::receiver() {
+    return reader;
+}
+
+void CPositionSource::apply() {
+    const auto wanted = address();
+    if (reader != nullptr && reader->address() != wanted) {
+        reader->use(wanted);
+    }
 }
 
 } // namespace raincast

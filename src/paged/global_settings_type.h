@@ -17,6 +17,7 @@ public:
     /// The ranks of the program's settings.
     static constexpr int kRankUnits = 10;
     static constexpr int kRankGpsOverlay = 20;
+    static constexpr int kRankGpsSource = 30;
     static constexpr int kRankServers = 40;
 
     /// `name` is the type's own and may be empty; `caption` is what the user reads in the menu, to

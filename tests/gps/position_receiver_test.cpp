@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "gps/fake_source.h"
 #include "gps/manual_timers.h"
 #include "gps/position_receiver.h"
 #include "gps/record_listeners.h"
@@ -11,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <optional>
-#include <utility>
 
 namespace raincast {
 namespace {
@@ -20,41 +20,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using State = PositionReceiver::State;
 
-/// A source that does what the test says.
-class FakeSource : public PositionSource {
-public:
-    void open(Sink& sink) override {
-        ++opens;
-        s_sink = &sink;
-        if (breaksWhenOpened) {
-            std::exchange(s_sink, nullptr)->broken(QStringLiteral("no such device"));
-        }
-    }
-    void close() override { s_sink = nullptr; }
-    ~FakeSource() override {
-        ++ended;
-        s_sink = nullptr;
-    }
-
-    static void send(std::string_view bytes) { s_sink->received(bytes); }
-    static void breakDown() { std::exchange(s_sink, nullptr)->broken(QStringLiteral("unplugged")); }
-    static bool isOpen() { return s_sink != nullptr; }
-
-    static inline int opens = 0;
-    static inline int ended = 0;
-    static inline bool breaksWhenOpened = false;
-
-private:
-    static inline Sink* s_sink = nullptr;
-};
-
 class PositionReceiverTest : public testing::Test {
 protected:
-    PositionReceiverTest() {
-        FakeSource::opens = 0;
-        FakeSource::ended = 0;
-        FakeSource::breaksWhenOpened = false;
-    }
+    PositionReceiverTest() { FakeSource::reset(); }
     static PositionSourceAddress address(const char* text = "gpsd:") {
         return *PositionSourceAddress::parse(QString::fromLatin1(text));
     }
@@ -63,15 +31,15 @@ protected:
 
     ManualTimers timers;
     RecordListener<CNMEA_GPS::VTG> vtg;
-    PositionReceiver receiver{timers, [](const PositionSourceAddress&, Timers&) {
-                                  return std::make_unique<FakeSource>();
-                              }};
+    PositionReceiver receiver{timers, FakeSource::make};
 };
 
 TEST_F(PositionReceiverTest, PublishesWhatComes) {
     EXPECT_EQ(receiver.state(), State::Off);
+    EXPECT_FALSE(receiver.address());
     EXPECT_EQ(status(), "No position source");
     use();
+    EXPECT_EQ(receiver.address(), address());
     EXPECT_EQ(receiver.state(), State::Open);
     FakeSource::send("$GPVTG,1\r\n$GPV");
     FakeSource::send("TG,2\r\n");
@@ -97,6 +65,7 @@ TEST_F(PositionReceiverTest, OpensABrokenSourceAgainForever) {
     EXPECT_EQ(timers.fire(), 30000);
     EXPECT_EQ(receiver.state(), State::Open);
     EXPECT_EQ(receiver.problem(), QStringLiteral("no such device")) << "until a sentence comes";
+    EXPECT_EQ(status(), "no such device; trying again; read 0 bytes");
     FakeSource::send("$GPVTG,1\r\n");
     EXPECT_TRUE(receiver.problem().isEmpty());
     EXPECT_EQ(vtg.records.size(), 1U);

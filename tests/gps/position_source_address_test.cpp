@@ -111,5 +111,39 @@ TEST(PositionSourceAddressTest, SaysWhatIsWrongWithWhichPart) {
     }
 }
 
+TEST(PositionSourceAddressTest, AMessageCutsWhatIsTooLongToRead) {
+    const QString host(100'000, u'x');
+    QString error;
+    EXPECT_FALSE(PositionSourceAddress::parse(QStringLiteral("udp:") + host, &error));
+    EXPECT_LT(error.size(), 250);
+    EXPECT_EQ(
+        PositionSourceAddress::mistake(QStringLiteral("udp:") + host).toStdString(),
+        "the port \"" + std::string(60, 'x') + "...\" is not a number from 1 to 65535"
+    );
+}
+
+TEST(PositionSourceAddressTest, AMistakeIsThatOfParsing) {
+    EXPECT_EQ(PositionSourceAddress::mistake(u"gpsd:"), QString());
+    EXPECT_EQ(PositionSourceAddress::mistake(u"tcp:boat"), QStringLiteral("the port is missing"));
+}
+
+TEST(PositionSourceAddressTest, TheSchemeTellsTheKind) {
+    const struct {
+        Kind kind;
+        const char* scheme;
+    } rows[] = {
+        {Kind::Serial, "serial:"}, {Kind::Tcp, "tcp:"},   {Kind::Udp, "udp:"},
+        {Kind::Gpsd, "gpsd:"},     {Kind::File, "file:"},
+    };
+    for (const auto& row : rows) {
+        const QString scheme = PositionSourceAddress::scheme(row.kind);
+        EXPECT_EQ(scheme.toStdString(), row.scheme);
+        EXPECT_EQ(PositionSourceAddress::kindOf(scheme + "whatever"), row.kind);
+    }
+    EXPECT_FALSE(PositionSourceAddress::kindOf(u""));
+    EXPECT_FALSE(PositionSourceAddress::kindOf(u"tcp"));
+    EXPECT_FALSE(PositionSourceAddress::kindOf(u"http://boat"));
+}
+
 } // namespace
 } // namespace raincast

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "gps/fake_source.h"
+#include "gps/manual_timers.h"
+#include "gps/position_receiver.h"
 #include "gps/position_source_setting.h"
 #include "persist/persistant_data.h"
 #include "platform/registry_store.h"
@@ -79,6 +82,35 @@ TEST_F(PositionSourceSettingTest, ATextThatMakesNoSenseIsSaid) {
         error.toStdString(),
         "\"udp:x\" is no source of positions: the port \"x\" is not a number from 1 to 65535"
     );
+}
+
+TEST_F(PositionSourceSettingTest, TheReceiverReadsWhatIsChosen) {
+    FakeSource::reset();
+    ManualTimers timers;
+    PositionReceiver receiver(timers, FakeSource::make);
+    CPositionSource::useForThisRun(QStringLiteral("gpsd:"));
+    EXPECT_TRUE(CPositionSource::isForThisRun());
+    CPositionSource::setReceiver(&receiver);
+    EXPECT_EQ(CPositionSource::receiver(), &receiver);
+    EXPECT_EQ(FakeSource::opens, 0) << "not before it is told to";
+    CPositionSource::apply();
+    EXPECT_EQ(receiver.address(), PositionSourceAddress::parse(QStringLiteral("gpsd:")));
+
+    CPositionSource::choose(QStringLiteral("udp:10110"));
+    EXPECT_FALSE(CPositionSource::isForThisRun());
+    EXPECT_EQ(receiver.address()->port, 10110);
+    EXPECT_EQ(FakeSource::opens, 2);
+
+    CPositionSource::choose(QStringLiteral("udp:10110"));
+    CPositionSource::apply();
+    EXPECT_EQ(FakeSource::opens, 2) << "what is read already is not disturbed";
+
+    CPositionSource::choose(QStringLiteral("nonsense"));
+    EXPECT_EQ(receiver.state(), PositionReceiver::State::Off);
+
+    CPositionSource::setReceiver(nullptr);
+    CPositionSource::choose(QStringLiteral("udp:10111"));
+    EXPECT_EQ(receiver.state(), PositionReceiver::State::Off);
 }
 
 } // namespace
