@@ -30,7 +30,7 @@ constexpr int kLongestAddress = 1024;
 const DialogTemplateRecord record{
     {CDlgPositionSource::kTemplate,
      QStringLiteral("GPS Source"),
-     {122, 128},
+     {122, 138},
      {
          {0, ControlKind::label, QStringLiteral("&Source:"), {4, 4, 34, 14}},
          {CDlgPositionSource::kKind, ControlKind::comboBox, {}, {40, 4, 78, 14}},
@@ -40,12 +40,13 @@ const DialogTemplateRecord record{
           {4, 21, 34, 14}},
          {CDlgPositionSource::kAddress, ControlKind::edit, {}, {40, 21, 78, 14}},
          {CDlgPositionSource::kExample, ControlKind::label, {}, {4, 37, 114, 22}},
-         {CDlgPositionSource::kInUse, ControlKind::label, {}, {4, 62, 76, 14}},
+         {0, ControlKind::label, QStringLiteral("What arrives:"), {4, 62, 76, 14}},
          {CDlgPositionSource::kTry,
           ControlKind::pushButton,
           QStringLiteral("&Try"),
           {82, 62, 36, 14}},
-         {CDlgPositionSource::kArrivals, ControlKind::label, {}, {4, 79, 114, 46}},
+         {CDlgPositionSource::kInUse, ControlKind::label, {}, {4, 78, 114, 10}},
+         {CDlgPositionSource::kArrivals, ControlKind::label, {}, {4, 89, 114, 46}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};
@@ -133,6 +134,7 @@ bool CDlgPositionSource::onInitialise() {
         m_kinds.add(row.name);
     }
     control<QLineEdit>(kAddress)->setMaxLength(kLongestAddress);
+    control<QLabel>(kArrivals)->setAlignment(Qt::AlignTop); // of much text the beginning is seen
     const QString& address = CPositionSource::text();
     const auto kind = PositionSourceAddress::kindOf(address);
     const int row = rowOf(kind);
@@ -237,9 +239,11 @@ void CDlgPositionSource::showArrivals() {
     }
     const QString source = inUse();
     label->setToolTip(source);
-    label->setText(label->fontMetrics().elidedText(source, Qt::ElideRight, label->width()));
+    label->setText(label->fontMetrics().elidedText(source, Qt::ElideMiddle, label->width()));
     const QString mistake = m_tried ? QString() : mistakeIn(CPositionSource::text());
-    setText(kArrivals, mistake.isEmpty() ? m_watch.text() : asSentence(mistake));
+    const QString arrivals = mistake.isEmpty() ? m_watch.text() : asSentence(mistake);
+    setText(kArrivals, arrivals);
+    control(kArrivals)->setToolTip(arrivals);
 }
 
 } // namespace raincast

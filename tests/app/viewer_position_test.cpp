@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// The source of positions while the viewer runs: chosen in its settings, in use at once, kept.
+#include "app/globals.h"
+#include "app/main_window.h"
+#include "app/temporary_home.h"
+#include "app/viewer.h"
+#include "display/page_display.h"
+#include "gps/position_source_setting.h"
+#include "persist/page_file.h"
+#include "platform/registry_store.h"
+#include "support/dialog_script.h"
+#include "support/qt_app.h"
+#include "window/modal.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace raincast {
+namespace {
+
+constexpr int kDeadline = 30'000; // milliseconds
+const QString kSource = QStringLiteral("GPS Source");
+constexpr char kSentence[] = "$GPRMC,183000,A,4130.000,N,10515.000,W,0,0,150607,,\r\n";
+
+QAction* findEntry(const QMenu& menu, const QString& text) {
+    for (QAction* entry : menu.actions()) {
+        if (entry->text().remove(u'&') == text) {
+            return entry;
+        }
+        QAction* const found = entry->menu() != nullptr ? findEntry(*entry->menu(), text) : nullptr;
+        if (found != nullptr) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+class ViewerPositionTest : public test::GuiTest {
+protected:
+    ViewerPositionTest() {
+        EXPECT_TRUE(server.listen(QHostAddress(QStringLiteral("127.0.0.1"))));
+        // Not a first start, which asks for a radar site before anything else.
+        CGlobals::settings.configFile.clear();
+        CAppPaged pages;
+        pages.append(std::make_unique<CPageDisplay>()).setName(QStringLiteral("Blank"));
+        QDir().mkpath(home.programFolder());
+        EXPECT_TRUE(PageFile(home.pageFile()).save(pages));
+    }
+    ~ViewerPositionTest() override {
+        CGlobals::settings.configFile.clear();
+        CPositionSource::choose(QString());
+        Modal::forgetEnd();
+    }
+
+    QString address() const { return QStringLiteral("tcp:127.0.0.1:%1").arg(server.serverPort()); }
+    bool connects() {
+        if (!QTest::qWaitFor([this] { return server.hasPendingConnections(); }, kDeadline)) {
+            return false;
+        }
+        peer.reset(server.nextPendingConnection());
+        return true;
+    }
+    // What a person does in the dialog, and what he sees of it.
+    void choose(QDialog& dialog) {
+        auto* const kinds = dialog.findChild<QComboBox*>();
+        kinds->setFocus();
+        QTest::keyClicks(kinds, "TCP");
+        QTest::keyClicks(dialog.findChild<QLineEdit*>(), address().mid(4));
+        for (auto* button : dialog.findChildren<QAbstractButton*>()) {
+            if (button->text() == QStringLiteral("&Try")) {
+                QTest::mouseClick(button, Qt::LeftButton);
+            }
+        }
+        ASSERT_TRUE(connects());
+        peer->write(kSentence);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return shows(dialog, u", fix\n41°30.000'N"); }, kDeadline)
+        ) << "the window's heart beats on";
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    }
+    static bool shows(QDialog& dialog, QStringView text) {
+        for (const auto* label : dialog.findChildren<QLabel*>()) {
+            if (label->text().contains(text)) {
+                return true;
+            }
+        }
+        return false;
+    }
+    static void inLoop(std::function<void()> step) { QTimer::singleShot(0, qApp, std::move(step)); }
+    std::optional<QString> saved() const {
+        return RegistryStore::inStandardFolders().string(
+            RegistryStore::Branch::User,
+            QStringLiteral("Software/Quorvane/Raincast_1/CPositionSource"),
+            QStringLiteral("position_source")
+        );
+    }
+
+    test::TemporaryHome home;
+    QTcpServer server;
+    std::unique_ptr<QTcpSocket> peer;
+};
+
+TEST_F(ViewerPositionTest, ASourceThatIsChosenIsInUseAtOnceAndKept) {
+    test::DialogScript script;
+    script.expect(kSource, [this](QDialog& dialog) { choose(dialog); });
+    {
+        Viewer viewer({});
+        inLoop([&] {
+            QAction* const entry =
+                findEntry(*viewer.window()->pageMenu(), QStringLiteral("GPS Source..."));
+            ASSERT_NE(entry, nullptr);
+            entry->trigger();
+            viewer.requestEnd();
+        });
+        EXPECT_EQ(viewer.run(), 0);
+    }
+    EXPECT_EQ(saved(), address());
+    EXPECT_EQ(CPositionSource::receiver(), nullptr);
+    Modal::forgetEnd();
+    CPositionSource::choose(QString());
+
+    Viewer again({});
+    bool connected = false;
+    inLoop([&] {
+        connected = connects();
+        again.requestEnd();
+    });
+    EXPECT_EQ(again.run(), 0);
+    EXPECT_TRUE(connected) << "the next start opens it";
+}
+
+TEST_F(ViewerPositionTest, ASourceForOneRunIsNotKeptByLookingAtIt) {
+    test::DialogScript script;
+    script.expect(kSource, [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+    AppOptions options;
+    options.nmea = address();
+    Viewer viewer(options);
+    inLoop([&] {
+        EXPECT_TRUE(connects());
+        findEntry(*viewer.window()->pageMenu(), QStringLiteral("GPS Source..."))->trigger();
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_EQ(saved(), QString());
+}
+
+} // namespace
+} // namespace raincast
