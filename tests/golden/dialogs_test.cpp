@@ -5,7 +5,12 @@
 #include "display/map_commands.h"
 #include "golden_test.h"
 #include "gps/dlg_gps_vector.h"
+#include "gps/dlg_position_source.h"
+#include "gps/fake_source.h"
+#include "gps/manual_timers.h"
 #include "gps/mark_manager.h"
+#include "gps/position_receiver.h"
+#include "gps/position_source_setting.h"
 #include "paged/dlg_item_type_select.h"
 #include "paged/dlg_pages.h"
 #include "paged/dlg_rename.h"
@@ -59,6 +64,17 @@ void openServers(SampleViewer& viewer) {
     openSettings<CAppPaged::GlobalSettingsType::kRankServers>(viewer);
 }
 
+void openPositionSource(SampleViewer& viewer) {
+    ManualTimers timers;
+    PositionReceiver receiver(timers, FakeSource::make);
+    CPositionSource::setReceiver(&receiver);
+    CPositionSource::choose(QStringLiteral("serial:/dev/ttyUSB0@9600"));
+    FakeSource::send("$GPRMC,183000,A,4130.000,N,10515.000,W,0,0,150607,,\r\n$GPGSV,1\r\n");
+    openSettings<CAppPaged::GlobalSettingsType::kRankGpsSource>(viewer);
+    CPositionSource::setReceiver(nullptr);
+    CPositionSource::choose(QString());
+}
+
 void openRename(SampleViewer& viewer) {
     CDlgRename(QStringLiteral("Weather")).run(&viewer.frame());
 }
@@ -93,6 +109,7 @@ constexpr DialogRow kDialogs[] = {
      openSettings<CAppPaged::GlobalSettingsType::kRankUnits>},
     {COverlayGPSPosition::CDlgSetup::kTemplate, "gps_vector", "GPS Vector",
      openSettings<CAppPaged::GlobalSettingsType::kRankGpsOverlay>},
+    {CDlgPositionSource::kTemplate, "position_source", "GPS Source", openPositionSource},
     {kServersDialog, "servers", "Servers", openServers},
 };
 
