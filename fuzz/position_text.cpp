@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// Whatever a person types: a position that is read lies on the earth, and comes back from every
+// format.
+#include "units/pos_fmt_lat_lon.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+using raincast::CUnits;
+using raincast::GeoPosition;
+using Style = CUnits::PosFmtLatLon::Style;
+
+constexpr double kCoarsest = 0.05 / 3600; // degrees: half of a tenth of a second
+
+void require(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+void requireRoundTrip(const GeoPosition& position, Style style) {
+    const QString text = CUnits::PosFmtLatLon::formatPosition(position, style);
+    GeoPosition again;
+    require(CUnits::PosFmtLatLon::parsePosition(text, again));
+    require(std::abs(again.latitude - position.latitude) < 1.001 * kCoarsest);
+    require(std::abs(again.longitude - position.longitude) < 1.001 * kCoarsest);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto* const bytes = reinterpret_cast<const char*>(data);
+    const QString text = QString::fromUtf8(bytes, static_cast<qsizetype>(size));
+    GeoPosition position;
+    if (CUnits::PosFmtLatLon::parsePosition(text, position)) {
+        require(std::abs(position.latitude) <= 90 && std::abs(position.longitude) <= 360);
+        for (const Style style :
+             {Style::degrees, Style::degreesMinutes, Style::degreesMinutesSeconds,
+              Style::signedDegrees}) {
+            requireRoundTrip(position, style);
+        }
+    }
+    return 0;
+}
