@@ -13,7 +13,6 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QStyleFactory>
 #include <QToolBar>
 
 #include <utility>
@@ -77,8 +76,7 @@ QToolBar* makeToolBar(CommandSet& commands) {
 
 // The menu's title takes the whole height of the line, as the buttons do.
 void fillHeight(QMenuBar& bar, int height) {
-    const QString name = QApplication::style()->name();
-    auto* const style = new ScreenStyle(QStyleFactory::create(name), height);
+    auto* const style = new ScreenStyle(makeDesktopStyle(), height);
     style->setParent(&bar);
     bar.setStyle(style);
 }

@@ -54,10 +54,17 @@ QSize ScreenStyle::sizeFromContents(
     return size;
 }
 
+QStyle* makeDesktopStyle() {
+    // A style over another one has no name of its own.
+    const auto* const over = qobject_cast<const QProxyStyle*>(QApplication::style());
+    const QStyle* const desktop = over != nullptr ? over->baseStyle() : QApplication::style();
+    return QStyleFactory::create(desktop->name());
+}
+
 void useScreenStyle() {
     const ScreenMetrics screen = ScreenMetrics::current();
-    QStyle* const base = QStyleFactory::create(QApplication::style()->name());
-    QApplication::setStyle(new ScreenStyle(base, screen.touch ? screen.touchHeight() : 0));
+    const int height = screen.touch ? screen.touchHeight() : 0;
+    QApplication::setStyle(new ScreenStyle(makeDesktopStyle(), height));
 }
 
 } // namespace raincast

@@ -27,6 +27,9 @@ private:
     int m_height;
 };
 
+/// A new style of the desktop's kind, without what a ScreenStyle adds; the caller's own.
+[[nodiscard]] QStyle* makeDesktopStyle();
+
 /// Puts a ScreenStyle over the application's style.
 void useScreenStyle();
 

@@ -50,6 +50,16 @@ TEST_F(ScreenStyleTest, WithoutATouchScreenControlsKeepTheirHeight) {
     EXPECT_EQ(button.sizeHint().height(), height);
 }
 
+TEST_F(ScreenStyleTest, TheDesktopsStyleIsKnownBelowIt) {
+    QApplication::setStyle(QStringLiteral("Windows"));
+    for (int times = 0; times < 2; ++times) {
+        useScreenStyle();
+        const std::unique_ptr<QStyle> desktop(makeDesktopStyle());
+        ASSERT_NE(desktop, nullptr);
+        EXPECT_EQ(desktop->name(), QStringLiteral("windows"));
+    }
+}
+
 TEST_F(ScreenStyleTest, AMenuThatIsHigherThanTheScreenScrolls) {
     useScreen(false);
     QMenu menu;
