@@ -35,7 +35,7 @@ std::shared_ptr<const SampleGrid> SampleMemory::find(const Key& key) const {
 }
 
 void SampleMemory::keep(const Key& key, std::shared_ptr<const SampleGrid> grid) {
-    const auto bytes = static_cast<qsizetype>(grid->size() * sizeof(float));
+    const auto bytes = static_cast<qsizetype>(grid->size()) * qsizetype{sizeof(float)};
     const std::lock_guard lock(m_mutex);
     m_grids[static_cast<std::size_t>(key.kind)].insert(
         key, new std::shared_ptr<const SampleGrid>(std::move(grid)), bytes

@@ -88,7 +88,7 @@ void SampleSky::sortCellsIntoTiles(double reachKm) {
         const int top = std::min(tileOf(cell.place.north + reach), m_tiles - 1);
         for (int row = bottom; row <= top; ++row) {
             for (int column = left; column <= right; ++column) {
-                m_cellsOfTile[static_cast<std::size_t>(row * m_tiles + column)].push_back(cell);
+                m_cellsOfTile[tileIndex(column, row)].push_back(cell);
             }
         }
     }
@@ -99,12 +99,17 @@ int SampleSky::tileOf(double km) const {
     return static_cast<int>(std::floor(km / kTileKm)) + m_tiles / 2;
 }
 
+std::size_t SampleSky::tileIndex(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_tiles) +
+           static_cast<std::size_t>(column);
+}
+
 /// The cells that a place may lie in the reach of, and perhaps others.
 const std::vector<SampleSky::Cell>& SampleSky::cellsNear(PlaneVector place) const {
     const int column = tileOf(place.east);
     const int row = tileOf(place.north);
     const bool isTiled = column >= 0 && column < m_tiles && row >= 0 && row < m_tiles;
-    return isTiled ? m_cellsOfTile[static_cast<std::size_t>(row * m_tiles + column)] : m_cells;
+    return isTiled ? m_cellsOfTile[tileIndex(column, row)] : m_cells;
 }
 
 /// Texture moves with the weather. Two sheets of it at different speeds make it change on the way.

@@ -62,6 +62,7 @@ private:
 
     void sortCellsIntoTiles(double reachKm);
     [[nodiscard]] int tileOf(double km) const;
+    [[nodiscard]] std::size_t tileIndex(int column, int row) const;
     [[nodiscard]] const std::vector<Cell>& cellsNear(PlaneVector place) const;
     [[nodiscard]] bool mayReach(const Line& line, PlaneVector place) const;
     [[nodiscard]] bool mayRain(PlaneVector place) const;
