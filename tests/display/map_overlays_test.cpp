@@ -43,18 +43,12 @@ private:
 
 class MapOverlaysTest : public testing::Test {
 protected:
-    MapOverlaysTest() {
-        const QTemporaryDir folder;
-        const QString file = folder.filePath(QStringLiteral("image.gfw"));
-        writeFile(file, "0.01\n0\n0\n-0.01\n-105.0\n41.0\n");
-        EXPECT_TRUE(placed.loadWorldFile(file.toStdString(), 600, 550));
-    }
     void draw(MapOverlays& overlays, const ViewTransform& view = {}) {
         QPainter painter(&m_picture);
         overlays.draw(painter, view, {0, 0, 100, 80});
     }
 
-    GeoReference placed;
+    GeoReference placed = test::placedImage();
 
 private:
     QImage m_picture{100, 80, QImage::Format_RGB32};

@@ -6,19 +6,16 @@
 #include "display/map_lines_setting.h"
 #include "display/map_menu.h"
 #include "gps/mark_manager.h"
+#include "gps/placed_image.h"
 #include "page_window.h"
-#include "support/files.h"
 #include "units/units.h"
-
-#include <QTemporaryDir>
 
 namespace raincast::test {
 
 /// A menu with the map view's entries.
 inline constexpr int kMapTestMenu = 9108;
 
-/// A view on an image of 600 by 550 pixels of a hundredth of a degree, north up, whose pixel (0, 0)
-/// lies at 41 N, 105 W.
+/// A view on placedImage(), once it is placed.
 class TestView : public CItemMapView {
 public:
     TestView() : CItemMapView(kMapTestMenu) {}
@@ -28,10 +25,7 @@ public:
     using CItemMapView::showPixel;
 
     void placeOnEarth() {
-        const QTemporaryDir folder;
-        const QString file = folder.filePath(QStringLiteral("image.gfw"));
-        writeFile(file, "0.01\n0\n0\n-0.01\n-105.0\n41.0\n");
-        ASSERT_TRUE(geoReference().loadWorldFile(file.toStdString(), 600, 550));
+        geoReference() = placedImage();
         geoReferenceChanged();
     }
     void takeOffEarth() {
@@ -39,11 +33,6 @@ public:
         geoReferenceChanged();
     }
 };
-
-/// The middle of an image pixel.
-inline GeoPosition positionOf(int column, int row) {
-    return {41 - (row + 0.5) / 100, -105 + (column + 0.5) / 100};
-}
 
 /// A position at the middle of an image pixel.
 inline void publish(int column, int row, int fixType = kFixGps, float speed = 0) {

@@ -4,8 +4,7 @@
 #include "gps/map_icon.h"
 #include "gps/mark_manager.h"
 #include "gps/overlay_gps_position.h"
-#include "gps/placed_image.h"
-#include "page_window.h"
+#include "map_page.h"
 #include "support/serial_bytes.h"
 #include "window/screen_metrics.h"
 
@@ -14,15 +13,12 @@ namespace {
 
 const PageRectangle kPlace{0, 0, 240, 300};
 
-class PlacedView : public CItemMapView {
+class PlacedView : public test::TestView {
 public:
-    PlacedView() : CItemMapView(0) {
-        geoReference() = test::placedImage();
-        geoReferenceChanged();
-    }
+    PlacedView() { placeOnEarth(); }
     void draw(QPainter& painter) override {
         painter.fillRect(area(), QColor(0, 128, 0));
-        CItemMapView::draw(painter);
+        TestView::draw(painter);
     }
 };
 

@@ -132,8 +132,7 @@ TEST_F(OverlayGpsPositionTest, AnArrowThatEndsNowhereIsNone) {
 }
 
 TEST_F(OverlayGpsPositionTest, APositionOffTheMapShowsNothingThoughItsArrowEndsOnIt) {
-    constexpr double kStep = 1e-9;
-    const GeoReference fine = test::placedImage(kStep);
+    const GeoReference fine = test::placedImage(1e9);
     place(0, 0);
     position.latitude = 38; // 3e9 pixels down
     position.course = 0;

@@ -58,7 +58,7 @@ TEST_F(OverlayMarkTest, LiesOnItsPixelOrOffTheMap) {
     EXPECT_THAT(points, ElementsAre(ImagePixel{30, 40}));
 
     const COverlayMark far({-41, -105}, kName);
-    far.Layout(points, test::placedImage(1e-9));
+    far.Layout(points, test::placedImage(1e9));
     EXPECT_THAT(points, IsEmpty());
     COverlayMark drawnFar({-41, -105}, kName);
     EXPECT_EQ(drawn(drawnFar, 0, {}), ground());
