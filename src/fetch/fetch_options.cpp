@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "fetch/fetch_options.h"
 
+#include "platform/number_in_range.h"
 #include "radar/products.h"
 #include "radar/radar_state.h"
+#include "radar/servers.h"
 #include "radar/sites.h"
 
 #include <QCommandLineParser>
@@ -13,8 +15,6 @@ namespace raincast {
 
 namespace {
 
-// Where raincast-server listens.
-constexpr auto kDefaultServer = "127.0.0.1:8155";
 constexpr std::size_t kMostSuggestions = 5;
 
 QList<QCommandLineOption> options() {
@@ -27,7 +27,7 @@ QList<QCommandLineOption> options() {
         {QStringLiteral("cache"), QStringLiteral("The folder that keeps the frames."),
          QStringLiteral("DIR")},
         {QStringLiteral("radar-server"), QStringLiteral("Where the images come from."),
-         QStringLiteral("HOST[:PORT]"), QString::fromLatin1(kDefaultServer)},
+         QStringLiteral("HOST[:PORT]"), QString::fromUtf16(kLocalServer)},
         {QStringLiteral("no-warnings"), QStringLiteral("Do not fetch the warnings image.")},
         {{QStringLiteral("q"), QStringLiteral("quiet")},
          QStringLiteral("Print nothing but the frames and wrong usage.")},
@@ -68,12 +68,6 @@ FetchAnswer unknownProduct(const QString& typed) {
                      .arg(typed, enumeration(nearest)));
 }
 
-std::optional<int> numberIn(const QString& text, int least, int most) {
-    bool good = false;
-    const int number = text.toInt(&good);
-    return good && least <= number && number <= most ? std::optional(number) : std::nullopt;
-}
-
 /// Takes site and product from the words that are no options.
 std::optional<FetchAnswer> readNames(const QStringList& words, FetchOptions& result) {
     if (words.isEmpty() || words.size() > 2) {
@@ -95,11 +89,12 @@ std::optional<FetchAnswer> readNames(const QStringList& words, FetchOptions& res
 }
 
 std::optional<FetchAnswer> readValues(const QCommandLineParser& parser, FetchOptions& result) {
-    const auto frames = numberIn(parser.value(QStringLiteral("frames")), 1, kMostFrames);
+    const auto frames = numberInRange(parser.value(QStringLiteral("frames")), 1, kMostFrames);
     if (!frames) {
         return wrong(QStringLiteral("--frames takes a number from 1 to %1.").arg(kMostFrames));
     }
-    const auto interval = numberIn(parser.value(QStringLiteral("interval")), 1, kMostFrameInterval);
+    const auto interval =
+        numberInRange(parser.value(QStringLiteral("interval")), 1, kMostFrameInterval);
     if (!interval) {
         return wrong(
             QStringLiteral("--interval takes a number from 1 to %1.").arg(kMostFrameInterval)
@@ -139,7 +134,7 @@ std::variant<FetchOptions, FetchAnswer> readFetchOptions(const QStringList& argu
     );
 
     if (!parser.parse(arguments)) {
-        return wrong(parser.errorText() + u'.');
+        return wrong(parser.errorText());
     }
     if (parser.isSet(help)) {
         return FetchAnswer{parser.helpText(), false};

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_animation.h"
 
+#include "platform/number_in_range.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
-
-#include <optional>
 
 namespace raincast {
 
@@ -31,12 +30,6 @@ const DialogTemplateRecord record{
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};
-
-std::optional<int> numberIn(const QString& text, int least, int most) {
-    bool good = false;
-    const int number = text.trimmed().toInt(&good);
-    return good && least <= number && number <= most ? std::optional(number) : std::nullopt;
-}
 
 } // namespace
 
@@ -80,8 +73,8 @@ void CDlgAnimation::onOk() {
 }
 
 bool CDlgAnimation::takeNumbers() {
-    const auto frames = numberIn(text(kFrames), kLeastFrames, kMostFrames);
-    const auto interval = numberIn(text(kInterval), 1, kMostFrameInterval);
+    const auto frames = numberInRange(text(kFrames), kLeastFrames, kMostFrames);
+    const auto interval = numberInRange(text(kInterval), 1, kMostFrameInterval);
     if (!frames || !interval) {
         return false;
     }

@@ -7,7 +7,9 @@
 namespace raincast {
 namespace {
 
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 std::variant<FetchOptions, FetchAnswer> read(QStringList words) {
     words.prepend(QStringLiteral("raincast-fetch"));
@@ -56,6 +58,11 @@ TEST(FetchOptionsTest, EverythingCanBeSaid) {
     EXPECT_FALSE(options.warnings);
     EXPECT_TRUE(options.quiet);
     EXPECT_TRUE(options.verbose);
+}
+
+TEST(FetchOptionsTest, AComplaintEndsInOnePeriod) {
+    EXPECT_THAT(complaintOf({"--nonesuch"}), EndsWith("nonesuch'."));
+    EXPECT_THAT(complaintOf({"MUX", "--frames"}), Not(EndsWith("..")));
 }
 
 TEST(FetchOptionsTest, AnUnknownNameIsToldWithTheNearestOnes) {

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace raincast {
+
+/// Where raincast-server listens unless it is told otherwise, and thus where pictures come from
+/// until somebody names another server.
+inline constexpr char16_t kLocalServer[] = u"127.0.0.1:8155";
+
+/// The servers that pictures come from, each HOST or HOST:PORT.
+struct RadarServers {
+    QString radar;   ///< frames, warnings, world files, topo, rivers and highways
+    QString basemap; ///< counties and cities
+};
+
+} // namespace raincast
