@@ -8,6 +8,7 @@
 #include "radar/composite.h"
 #include "radar/image_file.h"
 #include "radar/products.h"
+#include "radar/radar_view.h"
 
 #include <QFile>
 

@@ -8,6 +8,7 @@
 #include "radar/frame_name.h"
 #include "radar/image_file.h"
 #include "radar/products.h"
+#include "radar/radar_view.h"
 #include "radar/sites.h"
 
 #include <utility>

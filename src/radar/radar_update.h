@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "geo/geo_position.h"
 #include "radar/radar_state.h"
 
 #include <QString>
@@ -11,7 +10,7 @@
 namespace raincast {
 
 class CHttpTransfer;
-class GeoReference;
+class RadarView;
 
 /// Who is told of an update while it runs. All calls come from inside the update, on its thread.
 class RadarUpdateObserver {
@@ -65,27 +64,6 @@ private:
 
     RadarState& m_state;
     RadarUpdateObserver& m_observer;
-};
-
-/// The view on the image for which updates and basemap loads run.
-class RadarView : public RadarUpdateObserver {
-public:
-    /// The radar image's pixel under the view's centre.
-    [[nodiscard]] virtual ImagePixel centrePixel() const = 0;
-    /// The position under the view's centre; latitude and longitude 0 while the image is not
-    /// placed.
-    [[nodiscard]] virtual GeoPosition centrePosition() const = 0;
-    /// What places the image on the earth. A load takes its validity away and gives it back.
-    [[nodiscard]] virtual GeoReference& geoReference() = 0;
-    /// The image is placed anew. `centre` is where the view's centre was before; a longitude of 0
-    /// means that it was nowhere.
-    virtual void geoReferenceChanged(GeoPosition centre) = 0;
-    /// Loads another site's basemaps and then its radar; the result is the update's.
-    virtual bool changeSite(const QString& siteId) = 0;
-    /// Shows or hides that the user has to wait.
-    virtual void showWaiting(bool waiting) = 0;
-    /// A load has put other layers in place.
-    virtual void contentChanged() = 0;
 };
 
 /// What commands and automatic updates call. While the view's centre lies inside the radar image,

@@ -42,7 +42,7 @@ CServers::Persistant persistant;
 } // namespace
 
 QString CServers::localServer() {
-    return QStringLiteral("127.0.0.1:8155");
+    return QString::fromUtf16(kLocalServer);
 }
 
 RadarServers CServers::current() {

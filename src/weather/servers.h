@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/basemaps.h"
+#include "radar/servers.h"
 
 #include <QString>
 

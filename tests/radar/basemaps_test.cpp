@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "geo/geo_reference.h"
 #include "radar/basemaps.h"
+#include "radar/radar_view.h"
 #include "support/files.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"

@@ -2,7 +2,7 @@
 #include "geo/geo_reference.h"
 #include "net/http_transfer.h"
 #include "radar/composite.h"
-#include "radar/radar_update.h"
+#include "radar/radar_view.h"
 #include "support/fault_server.h"
 #include "support/files.h"
 #include "support/full_disk.h"

@@ -4,7 +4,7 @@
 #include "net/http_transfer.h"
 #include "radar/basemaps.h"
 #include "radar/products.h"
-#include "radar/radar_update.h"
+#include "radar/radar_view.h"
 #include "radar/sites.h"
 #include "support/files.h"
 #include "support/level3_maker.h"
