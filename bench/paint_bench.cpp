@@ -79,7 +79,12 @@ public:
     void paint(LayerStack& stack, const ViewTransform& view, MapOverlays* overlays = nullptr) {
         {
             QPainter painter(&m_buffer);
-            painter.fillRect(m_buffer.rect(), Qt::white);
+            // As the page does: what the item covers is not filled before.
+            for (const QRect& open :
+                 QRegion(m_buffer.rect())
+                     .subtracted(LayerStack::imageArea(m_buffer.rect(), view, kImage))) {
+                painter.fillRect(open, Qt::white);
+            }
             stack.draw(painter, m_buffer.rect(), view);
             if (overlays != nullptr) {
                 overlays->draw(painter, view, {0, 0, m_buffer.width(), m_buffer.height()});

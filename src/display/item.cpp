@@ -23,6 +23,10 @@ bool CPageDisplay::CItem::Write(CSerialWriter& writer) const {
     return record.end();
 }
 
+QRect CPageDisplay::CItem::opaqueArea() const {
+    return {};
+}
+
 void CPageDisplay::CItem::windowCreated() {}
 
 void CPageDisplay::CItem::setRectangle(const PageRectangle& rectangle) {

@@ -32,6 +32,9 @@ public:
     /// pixels without a ratio of its own). The painter's state is restored by the page. Not called
     /// while the rectangle is empty.
     virtual void draw(QPainter& painter) = 0;
+    /// The part of the rectangle that the next draw() covers with opaque pixels; the page need not
+    /// fill it before. Empty unless an item knows better.
+    [[nodiscard]] virtual QRect opaqueArea() const;
     /// The page has a window, of its final size, and will be shown.
     virtual void windowCreated();
     /// Gives the item a new rectangle and computes its anchors from it, unless the page's size is

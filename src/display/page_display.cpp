@@ -281,7 +281,13 @@ void CPageDisplay::drawItems() {
     const QWidget& window = *widget();
     QPainter painter(&m_buffer.image());
     painter.setFont(window.font());
-    painter.fillRect(painter.viewport(), window.palette().color(QPalette::Base));
+    QRegion open(painter.viewport());
+    for (const auto& item : m_items) {
+        open -= item->opaqueArea();
+    }
+    for (const QRect& rectangle : open) {
+        painter.fillRect(rectangle, window.palette().color(QPalette::Base));
+    }
     for (const auto& item : m_items) {
         paintItem(painter, *item, window.palette());
         if (m_layoutMode) {

@@ -6,8 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
+#include <utility>
 
 namespace raincast {
 
@@ -15,10 +14,18 @@ namespace {
 
 constexpr QRgb kBlack = 0xFF000000;
 // More than the most frames of an animation.
-constexpr int kMostShrunken = 32;
+constexpr int kMostFramesAtScale = 32;
 
 qint64 keyOf(const Bitmap& bitmap) {
     return bitmap ? bitmap->cacheKey() : 0;
+}
+
+QRgb* lineOf(QImage& picture, int row) {
+    return reinterpret_cast<QRgb*>(picture.scanLine(row));
+}
+
+const QRgb* lineOf(const QImage& picture, int row) {
+    return reinterpret_cast<const QRgb*>(picture.constScanLine(row));
 }
 
 /// `over`, premultiplied, over an opaque or transparent pixel.
@@ -31,6 +38,13 @@ QRgb blended(QRgb over, QRgb under) {
     return channel(24) | channel(16) | channel(8) | channel(0);
 }
 
+void blend(const QRgb* lines, QRgb* to, int first, int end) {
+    for (int column = first; column < end; ++column) {
+        const bool opaque = qAlpha(lines[column]) == 255;
+        to[column] = opaque ? lines[column] : blended(lines[column], to[column]);
+    }
+}
+
 /// The colours of an indexed picture as they are drawn: white is transparent.
 std::vector<QRgb> drawnColours(const QImage& picture) {
     std::vector<QRgb> colours(256, 0);
@@ -41,7 +55,17 @@ std::vector<QRgb> drawnColours(const QImage& picture) {
     return colours;
 }
 
-/// The pixels of the image, shrunken by `shift`, that the page pixels of `area` show.
+/// How many page pixels wide an image pixel is.
+int sideOf(const ViewTransform& view) {
+    return 1 << std::max(-view.zoom(), 0);
+}
+
+QSize sizeAtScale(QSize size, int shift) {
+    const int side = 1 << shift;
+    return {(size.width() + side - 1) / side, (size.height() + side - 1) / side};
+}
+
+/// The pixels of the image, shrunken by `shift` to `size`, that the page pixels of `area` show.
 QRect shownPart(const QRect& area, const ViewTransform& view, int shift, QSize size) {
     const ImagePixel first = view.toImage({area.left(), area.top()});
     const ImagePixel last = view.toImage({area.right(), area.bottom()});
@@ -54,73 +78,79 @@ QRect shownPart(const QRect& area, const ViewTransform& view, int shift, QSize s
         )};
 }
 
+/// Where the first pixel of a part of the shrunken image lies on the page.
+QPoint placeOf(const QRect& part, const ViewTransform& view, int shift) {
+    const PagePoint place = view.toPage({part.left() << shift, part.top() << shift});
+    return {place.x, place.y};
+}
+
+/// The part of the page that a part of the shrunken image takes up.
+QRect pageArea(const QRect& part, QPoint place, int side) {
+    return {place, part.size() * side};
+}
+
+/// Makes each pixel a run of `Side`; known to the compiler, which then writes a run at once.
+template<int Side>
+void widen(const std::vector<QRgb>& pixels, QRgb* to) {
+    for (const QRgb pixel : pixels) {
+        std::fill_n(to, Side, pixel);
+        to += Side;
+    }
+}
+
+/// The picture behind a painter if what is written there shows as if the painter had drawn it: an
+/// opaque one, in which all of `shown` may be drawn. Null otherwise.
+QImage* plainTarget(const QPainter& painter, const QRect& shown) {
+    auto* target = dynamic_cast<QImage*>(painter.device());
+    const bool plain = target != nullptr && target->format() == QImage::Format_RGB32 &&
+                       target->isDetached() && painter.deviceTransform().isIdentity();
+    const bool clipped =
+        painter.hasClipping() && !QRegion(shown).subtracted(painter.clipRegion()).isEmpty();
+    return plain && !clipped ? target : nullptr;
+}
+
 } // namespace
 
 void LayerStack::setLayers(const Layers& layers) {
-    const bool sameLayers = layers.size == m_layers.size && keyOf(layers.ground) == m_groundKey &&
-                            keyOf(layers.overlay) == m_overlayKey;
-    const bool sameEchoes = keyOf(layers.echoes) == m_echoesKey;
-    m_layers = layers;
-    m_groundKey = keyOf(layers.ground);
-    m_overlayKey = keyOf(layers.overlay);
-    m_echoesKey = keyOf(layers.echoes);
-    if (!sameLayers) {
+    if (layers.size != m_layers.size || keyOf(layers.ground) != m_groundKey ||
+        keyOf(layers.overlay) != m_overlayKey) {
         m_shift = -1;
     }
-    if (!sameLayers || !sameEchoes) {
-        m_echoes = {};
-        m_composited = {};
-    }
+    m_groundKey = keyOf(layers.ground);
+    m_overlayKey = keyOf(layers.overlay);
+    m_layers = layers;
+}
+
+QRect LayerStack::imageArea(const QRect& area, const ViewTransform& view, QSize image) {
+    const int shift = std::max(view.zoom(), 0);
+    const QRect part = shownPart(area, view, shift, sizeAtScale(image, shift));
+    return part.isEmpty() ? QRect()
+                          : pageArea(part, placeOf(part, view, shift), sideOf(view)) & area;
 }
 
 void LayerStack::draw(QPainter& painter, const QRect& area, const ViewTransform& view) {
-    if (m_layers.size.isEmpty() || area.isEmpty()) {
+    const QRect visible = area.intersected(painter.viewport());
+    if (m_layers.size.isEmpty() || visible.isEmpty()) {
         return;
     }
     const int shift = std::max(view.zoom(), 0);
-    useScale(shift);
-    const QRect part = shownPart(area, view, shift, m_composite.size());
+    const QRect part = shownPart(visible, view, shift, sizeAtScale(m_layers.size, shift));
     if (part.isEmpty()) {
         return;
     }
-    if (m_echoes.isNull() && m_layers.echoes) {
-        m_echoes = echoesAtScale();
-        m_echoColours = drawnColours(m_echoes);
+    setLayers(Layers(m_layers)); // somebody may have drawn into one
+    useScale(shift);
+    m_echoes = m_layers.echoes ? echoesAtScale() : nullptr;
+    const QPoint place = placeOf(part, view, shift);
+    const QRect shown = pageArea(part, place, sideOf(view)).intersected(visible);
+    QImage* target = isOpaque() ? plainTarget(painter, shown) : nullptr;
+    if (target != nullptr) {
+        drawInto(*target, shown, place, part, sideOf(view));
+        return;
     }
-    for (const QRect& missing : QRegion(part).subtracted(m_composited)) {
-        composite(missing);
-    }
-    m_composited += part;
-
-    const PagePoint place = view.toPage({part.left() << shift, part.top() << shift});
-    const QPoint topLeft(place.x, place.y);
-    if (view.zoom() >= 0) {
-        painter.drawImage(topLeft, m_composite, part);
-    } else {
-        drawBlocks(painter, area, topLeft, part, 1 << -view.zoom());
-    }
-}
-
-/// Draws each pixel of a part of the composite as a block, a row of blocks at a time, so that what
-/// is written is still at hand when it is copied.
-void LayerStack::drawBlocks(
-    QPainter& painter, const QRect& area, QPoint place, const QRect& part, int side
-) const {
-    QImage strip(part.width() * side, side, m_composite.format());
-    for (int row = part.top(); row <= part.bottom(); ++row) {
-        const auto* from =
-            reinterpret_cast<const QRgb*>(m_composite.constScanLine(row)) + part.left();
-        auto* to = reinterpret_cast<QRgb*>(strip.scanLine(0));
-        for (int column = 0; column < part.width(); ++column) {
-            std::fill_n(to + column * side, side, from[column]);
-        }
-        for (int copy = 1; copy < side; ++copy) {
-            std::copy_n(to, strip.width(), reinterpret_cast<QRgb*>(strip.scanLine(copy)));
-        }
-        const QPoint corner = place + QPoint(0, (row - part.top()) * side);
-        const QRect shown = strip.rect().translated(corner).intersected(area);
-        painter.drawImage(shown.topLeft(), strip, shown.translated(-corner));
-    }
+    QImage picture(shown.size(), QImage::Format_ARGB32_Premultiplied);
+    drawInto(picture, picture.rect(), place - shown.topLeft(), part, sideOf(view));
+    painter.drawImage(shown.topLeft(), picture);
 }
 
 /// Brings the pictures that all frames share to a scale.
@@ -129,109 +159,110 @@ void LayerStack::useScale(int shift) {
         return;
     }
     m_shift = shift;
-    m_ground = m_layers.ground ? shrinkGround(*m_layers.ground, shift) : QImage();
     m_lines = m_layers.overlay ? shrinkLines(*m_layers.overlay, shift) : QImage();
-    findSpans();
-    m_echoes = {};
-    m_shrunken.clear();
-    m_shrunken.setMaxCost(kMostShrunken);
-    const int side = 1 << shift;
-    const QSize size(
-        (m_layers.size.width() + side - 1) / side, (m_layers.size.height() + side - 1) / side
-    );
-    const bool opaque = m_layers.ground || m_layers.overlay;
-    m_composite = QImage(size, opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
-    m_composited = {};
+    m_lineSpans = RowSpans::ofColours(m_lines, 0);
+    m_base = makeBase(m_layers.ground ? shrinkGround(*m_layers.ground, shift) : QImage());
+    m_framesAtScale.clear();
+    m_framesAtScale.setMaxCost(kMostFramesAtScale);
 }
 
-void LayerStack::findSpans() {
-    m_spans.assign(static_cast<std::size_t>(m_lines.height()), {});
-    for (int row = 0; row < m_lines.height(); ++row) {
-        const auto* line = reinterpret_cast<const QRgb*>(m_lines.constScanLine(row));
-        const auto* end = line + m_lines.width();
-        for (const auto* at = line; at < end;) {
-            at = std::find_if(at, end, [](QRgb colour) { return colour != 0; });
-            const auto* clear = std::find(at, end, QRgb{0});
-            if (at < clear) {
-                m_spans[static_cast<std::size_t>(row)].push_back(
-                    {static_cast<int>(at - line), static_cast<int>(clear - line)}
-                );
-            }
-            at = clear;
+/// Lines over the ground, or over black.
+QImage LayerStack::makeBase(const QImage& ground) const {
+    if (!isOpaque()) {
+        return {};
+    }
+    QImage base(sizeAtScale(m_layers.size, m_shift), QImage::Format_RGB32);
+    base.fill(kBlack);
+    for (int row = 0; row < base.height(); ++row) {
+        QRgb* to = lineOf(base, row);
+        if (row < ground.height()) {
+            std::copy_n(lineOf(ground, row), std::min(ground.width(), base.width()), to);
+        }
+        for (const RowSpans::Span& span : m_lineSpans.within(row, 0, base.width())) {
+            blend(lineOf(m_lines, row), to, span.first, std::min(span.end, base.width()));
         }
     }
+    return base;
 }
 
-QImage LayerStack::echoesAtScale() {
-    if (m_shift == 0) {
-        return shrinkEchoes(*m_layers.echoes, 0);
-    }
-    if (const QImage* kept = m_shrunken.object(m_echoesKey)) {
+LayerStack::EchoesPointer LayerStack::echoesAtScale() {
+    const qint64 key = keyOf(m_layers.echoes);
+    if (const EchoesPointer* kept = m_framesAtScale.object(key)) {
         return *kept;
     }
-    QImage shrunken = shrinkEchoes(*m_layers.echoes, m_shift);
-    m_shrunken.insert(m_echoesKey, new QImage(shrunken));
-    return shrunken;
+    Echoes echoes;
+    if (m_shift > 0) {
+        echoes.shrunken = shrinkEchoes(*m_layers.echoes, m_shift);
+    }
+    const QImage& picture = m_shift > 0 ? echoes.shrunken : *m_layers.echoes;
+    if (picture.format() == QImage::Format_Indexed8) {
+        echoes.colours = drawnColours(picture);
+        echoes.spans = RowSpans::ofIndices(picture, echoes.colours);
+    } else {
+        echoes.spans = RowSpans::ofColours(picture, m_shift > 0 ? 0 : kTransparentWhite);
+    }
+    auto shared = std::make_shared<const Echoes>(std::move(echoes));
+    m_framesAtScale.insert(key, new EchoesPointer(shared));
+    return shared;
 }
 
-void LayerStack::composite(const QRect& part) {
+/// Draws a part of the image, whose first pixel has its place in the target, each pixel a block of
+/// `side` pixels; nothing of it outside of `shown`.
+void LayerStack::drawInto(
+    QImage& target, const QRect& shown, QPoint place, const QRect& part, int side
+) const {
+    std::vector<QRgb> pixels(static_cast<std::size_t>(part.width()));
+    std::vector<QRgb> blocks(pixels.size() * static_cast<std::size_t>(side));
+    const QRgb* from = blocks.data() + (shown.left() - place.x());
     for (int row = part.top(); row <= part.bottom(); ++row) {
-        compositeLine(row, part.left(), part.right() + 1);
+        const int top = place.y() + (row - part.top()) * side;
+        if (side == 1) {
+            composeRow(lineOf(target, top) + shown.left(), row, part.left(), part.right() + 1);
+            continue;
+        }
+        composeRow(pixels.data(), row, part.left(), part.right() + 1);
+        side == 2 ? widen<2>(pixels, blocks.data()) : widen<4>(pixels, blocks.data());
+        const int end = std::min(top + side, shown.bottom() + 1);
+        for (int y = std::max(top, shown.top()); y < end; ++y) {
+            std::copy_n(from, shown.width(), lineOf(target, y) + shown.left());
+        }
     }
 }
 
-void LayerStack::compositeLine(int row, int first, int end) {
-    auto* to = reinterpret_cast<QRgb*>(m_composite.scanLine(row));
-    const bool opaque = m_composite.format() == QImage::Format_RGB32;
-    int ground = first;
-    if (row < m_ground.height()) {
-        const auto* from = reinterpret_cast<const QRgb*>(m_ground.constScanLine(row));
-        ground = std::clamp(m_ground.width(), first, end);
-        std::copy(from + first, from + ground, to + first);
+/// Puts together the pixels of a row from `first` to `end` - 1.
+void LayerStack::composeRow(QRgb* to, int row, int first, int end) const {
+    if (m_base.isNull()) {
+        std::fill_n(to, end - first, QRgb{0});
+    } else {
+        std::copy_n(lineOf(m_base, row) + first, end - first, to);
     }
-    std::fill(to + ground, to + end, opaque ? kBlack : QRgb{0});
-    drawEchoes(to, row, first, end);
-    drawLines(to, row, first, end);
-}
-
-void LayerStack::drawEchoes(QRgb* to, int row, int first, int end) const {
-    if (row >= m_echoes.height()) {
+    if (!m_echoes) {
         return;
     }
-    end = std::min(end, m_echoes.width());
-    if (m_echoes.format() != QImage::Format_Indexed8) {
-        const auto* from = reinterpret_cast<const QRgb*>(m_echoes.constScanLine(row));
-        for (int column = first; column < end; ++column) {
-            to[column] = from[column] != 0 ? from[column] : to[column];
-        }
-        return;
-    }
-    const uchar* from = m_echoes.constScanLine(row);
-    for (int column = first; column < end;) {
-        // Most of an image is one transparent colour: pass over eight of it at a time.
-        std::uint64_t eight = 0;
-        if (column + 8 <= end && m_echoColours[from[column]] == 0) {
-            std::memcpy(&eight, from + column, sizeof eight);
-            if (eight == from[column] * 0x0101'0101'0101'0101U) {
-                column += 8;
-                continue;
-            }
-        }
-        const QRgb colour = m_echoColours[from[column]];
-        to[column] = colour != 0 ? colour : to[column];
-        ++column;
+    for (const RowSpans::Span& span : m_echoes->spans.within(row, first, end)) {
+        drawSpan(to - first, row, {std::max(span.first, first), std::min(span.end, end)});
     }
 }
 
-void LayerStack::drawLines(QRgb* to, int row, int first, int end) const {
-    if (row >= m_lines.height()) {
-        return;
+/// Draws a run of echoes and the lines over it; `to` is where column 0 would be.
+void LayerStack::drawSpan(QRgb* to, int row, const RowSpans::Span& span) const {
+    const bool zoomedOut = !m_echoes->shrunken.isNull();
+    const QImage& picture = zoomedOut ? m_echoes->shrunken : *m_layers.echoes;
+    if (picture.format() == QImage::Format_Indexed8) {
+        const uchar* indices = picture.constScanLine(row);
+        std::transform(
+            indices + span.first, indices + span.end, to + span.first,
+            [colours = m_echoes->colours.data()](uchar index) { return colours[index]; }
+        );
+    } else {
+        std::copy(
+            lineOf(picture, row) + span.first, lineOf(picture, row) + span.end, to + span.first
+        );
     }
-    const auto* from = reinterpret_cast<const QRgb*>(m_lines.constScanLine(row));
-    for (const Span& span : m_spans[static_cast<std::size_t>(row)]) {
-        for (int column = std::max(span.first, first); column < std::min(span.end, end); ++column) {
-            to[column] = blended(from[column], to[column]);
-        }
+    for (const RowSpans::Span& line : m_lineSpans.within(row, span.first, span.end)) {
+        blend(
+            lineOf(m_lines, row), to, std::max(line.first, span.first), std::min(line.end, span.end)
+        );
     }
 }
 

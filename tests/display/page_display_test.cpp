@@ -247,6 +247,26 @@ TEST_F(PageDisplayTest, ItemsLieAboveEachOtherInTheirOrder) {
     EXPECT_EQ(at(90, 90), page->widget()->palette().color(QPalette::Base));
 }
 
+TEST_F(PageDisplayTest, WhatAnItemCoversIsNotFilledBefore) {
+    class Covering : public NotingItem {
+    public:
+        void draw(QPainter& painter) override {
+            if (++draws == 1) {
+                painter.fillRect(rectangle().toRect(), Qt::red);
+            }
+        }
+        [[nodiscard]] QRect opaqueArea() const override { return {10, 10, 20, 20}; }
+    };
+    page->addItem(std::make_unique<Covering>()).setRectangle({5, 5, 50, 50});
+    showPage();
+    page->refresh();
+    EXPECT_EQ(at(10, 10), QColor(Qt::red));
+    EXPECT_EQ(at(29, 29), QColor(Qt::red));
+    const QColor base = page->widget()->palette().color(QPalette::Base);
+    EXPECT_EQ(at(9, 9), base);
+    EXPECT_EQ(at(30, 30), base);
+}
+
 TEST_F(PageDisplayTest, FrameFillClipAndEdgeReachTheScreen) {
     NotingItem& item = add({20, 30, 60, 70}, Qt::blue);
     item.paints = {-20, -20, 80, 80};

@@ -208,6 +208,72 @@ TEST(LayerStackTest, ALayerSmallerThanTheImageLeavesTheRest) {
     EXPECT_EQ(page.pixel(9, 10), kBlack);
 }
 
+TEST(LayerStackTest, EveryKindOfPainterGetsTheSame) {
+    const LayerStack::Layers layers{kImage, ground(), echoes(1), overlay()};
+    const QSize page(90, 70);
+    const QRect whole(QPoint(0, 0), page);
+    const QRect clip(11, 13, 41, 29);
+    for (const int zoom : {-2, -1, 0, 1}) {
+        ViewTransform view(zoom, {0, 0});
+        view.placeOrigin({45, 35}, {30, 20});
+        LayerStack stack;
+        stack.setLayers(layers);
+        const QImage expected = expectedPage(layers, page, whole, view);
+        EXPECT_EQ(drawn(stack, page, whole, view), expected) << zoom;
+        // One that is drawn through, not into.
+        QImage other(page, QImage::Format_ARGB32_Premultiplied);
+        other.fill(kPage);
+        {
+            QPainter painter(&other);
+            stack.draw(painter, whole, view);
+        }
+        EXPECT_EQ(other.convertToFormat(QImage::Format_RGB32), expected) << zoom;
+        // One that may not draw everywhere.
+        QImage clipped(page, QImage::Format_RGB32);
+        clipped.fill(kPage);
+        {
+            QPainter painter(&clipped);
+            painter.setClipRect(clip);
+            stack.draw(painter, whole, view);
+        }
+        QImage expectedClipped(page, QImage::Format_RGB32);
+        expectedClipped.fill(kPage);
+        QPainter(&expectedClipped).drawImage(clip.topLeft(), expected, clip);
+        EXPECT_EQ(clipped, expectedClipped) << zoom;
+        // Somebody keeps a copy, which is to stay as it is.
+        QImage shared(page, QImage::Format_RGB32);
+        shared.fill(kPage);
+        QPainter painter(&shared);
+        const QImage copy = shared;
+        stack.draw(painter, whole, view);
+        painter.end();
+        EXPECT_EQ(shared, expected) << zoom;
+        EXPECT_EQ(copy.pixel(45, 35), kPage) << zoom;
+    }
+}
+
+TEST(LayerStackTest, TheImagesAreaIsWhatIsDrawn) {
+    const LayerStack::Layers layers{kImage, ground(), echoes(1), nullptr};
+    const QSize page(200, 180);
+    for (int zoom = ViewTransform::kLeastZoom; zoom <= ViewTransform::kMostZoom; ++zoom) {
+        for (const QRect& area : {QRect(QPoint(0, 0), page), QRect(20, 30, 50, 40)}) {
+            ViewTransform view(zoom, {0, 0});
+            view.placeOrigin({60, 50}, {10, 30});
+            LayerStack stack;
+            stack.setLayers(layers);
+            const QImage picture = drawn(stack, page, area, view);
+            QRect changed;
+            for (int y = 0; y < page.height(); ++y) {
+                for (int x = 0; x < page.width(); ++x) {
+                    changed |= picture.pixel(x, y) != kPage ? QRect(x, y, 1, 1) : QRect();
+                }
+            }
+            EXPECT_EQ(LayerStack::imageArea(area, view, kImage), changed) << zoom;
+        }
+    }
+    EXPECT_TRUE(LayerStack::imageArea(QRect(0, 0, 9, 9), ViewTransform(), QSize()).isEmpty());
+}
+
 TEST(LayerStackTest, FarAwayNothingIsDrawn) {
     LayerStack stack;
     stack.setLayers({kImage, ground(), echoes(1), overlay()});

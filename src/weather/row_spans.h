@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+
+#include <cstddef>
+#include <vector>
+
+namespace raincast {
+
+/// The pixels of a picture that are drawn, as runs, row by row: what is transparent costs nothing
+/// when the picture is drawn over another.
+class RowSpans {
+public:
+    /// Columns first to end - 1.
+    struct Span {
+        int first;
+        int end;
+    };
+    struct Range {
+        const Span* from;
+        const Span* to;
+
+        [[nodiscard]] const Span* begin() const { return from; }
+        [[nodiscard]] const Span* end() const { return to; }
+    };
+
+    /// No picture: no row has any.
+    RowSpans() = default;
+    /// Of a picture of 32 bits.
+    [[nodiscard]] static RowSpans ofColours(const QImage& picture, QRgb transparent);
+    /// Of an indexed picture; `colours` has 256 entries, those of transparent indices are 0.
+    [[nodiscard]] static RowSpans
+    ofIndices(const QImage& picture, const std::vector<QRgb>& colours);
+
+    /// Those spans of a row that reach into columns first to end - 1, from left to right, none
+    /// touching another; none for a row that the picture does not have.
+    [[nodiscard]] Range within(int row, int first, int end) const;
+
+private:
+    template<typename Pixel, typename IsDrawn>
+    static RowSpans found(const QImage& picture, IsDrawn isDrawn);
+
+    std::vector<Span> m_spans;
+    std::vector<std::size_t> m_ends; ///< of each row's spans in m_spans
+};
+
+} // namespace raincast
