@@ -3,10 +3,12 @@
 
 #include "geo/local_frame.h"
 #include "platform/busy_guard.h"
+#include "platform/folders.h"
 #include "radar/cache.h"
 #include "radar/sites.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 
 #include <initializer_list>
@@ -32,6 +34,29 @@ void cleanUpSite(const QString& folder, const StorageCleanup& cleanup, bool far)
     }
     // Only an empty folder goes.
     QDir().rmdir(folder);
+}
+
+/// How many files there are below a folder, links counted and not followed.
+int countFiles(const QString& folder) {
+    const auto filter = QDir::Files | QDir::System | QDir::Hidden;
+    QDirIterator files(folder, filter, QDirIterator::Subdirectories);
+    int count = 0;
+    for (; files.hasNext(); files.next()) {
+        ++count;
+    }
+    return count;
+}
+
+/// Moves the whole cache, or nothing.
+bool moveCache(const StorageRequest& request, const QString& target) {
+    if (!request.progress) {
+        return MoveTreeOrBringBack(request.cacheFolder, target);
+    }
+    const int wanted = countFiles(request.cacheFolder);
+    request.progress(0, wanted);
+    return MoveTreeOrBringBack(request.cacheFolder, target, [&](int done) {
+        request.progress(done, wanted);
+    });
 }
 
 StorageResult failure(const StorageRequest& request, const QString& message, const QString& path) {
@@ -77,7 +102,7 @@ StorageResult applyStorage(const StorageRequest& request) {
     if (target == request.cacheFolder) {
         return {target, std::nullopt};
     }
-    if (!MoveTreeOrBringBack(request.cacheFolder, target, request.progress)) {
+    if (!moveCache(request, target)) {
         return failure(request, QStringLiteral("Failed to move data to %1"), target);
     }
     // The next download makes it too, should this fail.

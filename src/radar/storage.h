@@ -2,11 +2,11 @@
 #pragma once
 
 #include "geo/geo_position.h"
-#include "platform/folders.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace raincast {
@@ -19,15 +19,18 @@ struct StorageCleanup {
     bool keepNearbyBasemaps = true; ///< "Keep nearby basemaps"
 };
 
+/// Called while the cache is moved: so many of its files are at their new place.
+using StorageProgress = std::function<void(int done, int wanted)>;
+
 /// What the user asks for with the dialog's OK.
 struct StorageRequest {
     /// Root of the storage card to keep the cache on; none for the internal memory.
     std::optional<QString> card;
     StorageCleanup cleanup;
-    GeoPosition viewCentre; ///< what is near is near to this
-    QString cacheFolder;    ///< the cache root in use
-    QString siteId;         ///< the current site
-    MoveProgress progress;  ///< may be empty
+    GeoPosition viewCentre;   ///< what is near is near to this
+    QString cacheFolder;      ///< the cache root in use
+    QString siteId;           ///< the current site
+    StorageProgress progress; ///< may be empty
 };
 
 /// What has become of it.

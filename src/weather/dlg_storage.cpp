@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 
 #include <utility>
 
@@ -21,12 +22,13 @@ enum Control {
     kKeepRadar = 1072,
     kCleanBasemaps = 1073,
     kKeepBasemaps = 1074,
+    kProgress = 1075,
 };
 
 const DialogTemplateRecord record{
     {kStorageDialog,
      QStringLiteral("Radar Image Storage"),
-     {122, 104},
+     {122, 118},
      {
          {0, ControlKind::label, QStringLiteral("Cache &images on:"), {4, 4, 114, 12}},
          {kPlace, ControlKind::comboBox, {}, {4, 18, 114, 14}},
@@ -46,9 +48,13 @@ const DialogTemplateRecord record{
           ControlKind::checkBox,
           QStringLiteral("&Keep nearby basemaps"),
           {20, 86, 98, 14}},
+         {kProgress, ControlKind::label, {}, {4, 104, 114, 12}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};
+
+// Between two paints of the progress: files are moved faster than anybody reads.
+constexpr qint64 kPaintMilliseconds = 90;
 
 struct CleanupBox {
     int control;
@@ -111,10 +117,26 @@ StorageRequest CDlgStorage::chosen() const {
     return request;
 }
 
+void CDlgStorage::showProgress(int done, int wanted) {
+    setText(kProgress, QStringLiteral("%1 of %2 files moved").arg(done).arg(wanted));
+    control(kProgress)->repaint();
+    if (m_request.progress) {
+        m_request.progress(done, wanted);
+    }
+}
+
 void CDlgStorage::onOk() {
+    StorageRequest request = chosen();
+    request.progress = [this, sincePaint = QElapsedTimer()](int done, int wanted) mutable {
+        if (!sincePaint.isValid() || sincePaint.hasExpired(kPaintMilliseconds) || done == wanted) {
+            sincePaint.start();
+            showProgress(done, wanted);
+        }
+    };
     m_waiting(true);
-    const StorageResult result = applyStorage(chosen());
+    const StorageResult result = applyStorage(request);
     m_waiting(false);
+    setText(kProgress, {});
     if (result.error) {
         messageBox(widget(), *result.error, QStringLiteral("Error"));
         return;

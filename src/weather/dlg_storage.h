@@ -18,8 +18,8 @@ public:
     /// Told before the work begins (true) and after it ended (false).
     using Waiting = std::function<void(bool waiting)>;
 
-    /// `request` says which cache is in use, where the view is and what hears of the progress; the
-    /// user's choices are put into a copy of it.
+    /// `request` says which cache is in use, where the view is and what hears of the progress, at
+    /// most ten times a second; the user's choices are put into a copy of it.
     CDlgStorage(StorageRequest request, Waiting waiting);
 
     bool onInitialise() override;
@@ -31,6 +31,7 @@ public:
 
 private:
     void enableBoxes();
+    void showProgress(int done, int wanted);
     [[nodiscard]] StorageRequest chosen() const;
 
     StorageRequest m_request;

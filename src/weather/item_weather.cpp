@@ -3,6 +3,7 @@
 
 #include "display/item_catalogue.h"
 #include "display/map_menu.h"
+#include "net/http_settings.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
 #include "platform/folders.h"
@@ -11,6 +12,7 @@
 #include "radar/frame_name.h"
 #include "radar/image_file.h"
 #include "radar/products.h"
+#include "radar/radar_view.h"
 #include "radar/sites.h"
 #include "weather/dlg_animation.h"
 #include "weather/dlg_layers.h"
@@ -190,6 +192,12 @@ void CItemWeather::draw(QPainter& painter) {
     drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), texts());
     CItemMapView::draw(painter);
     drawProgress(painter, area(), m_progressDone, m_progressWanted);
+}
+
+QRect CItemWeather::opaqueArea() const {
+    const bool opaque = m_basemaps.topo || m_basemaps.overlay;
+    const QSize size(m_state.imageWidth, m_state.imageHeight);
+    return opaque ? LayerStack::imageArea(area(), view(), size) : QRect();
 }
 
 PictureTexts CItemWeather::texts() const {
@@ -376,13 +384,31 @@ void CItemWeather::editStorage() {
     request.viewCentre = centrePosition();
     request.cacheFolder = m_state.cacheFolder;
     request.siteId = m_state.siteId;
-    request.progress = [this](int /*filesMoved*/) { refresh(); };
+    request.progress = [this](int done, int wanted) {
+        m_viewOfLoads->progress(done, wanted);
+        // As a waiting transfer does: the move may take as long.
+        if (httpHooks().waiting) {
+            httpHooks().waiting();
+        }
+    };
     raincast::CDlgStorage dialog(std::move(request), [this](bool waiting) {
         m_viewOfLoads->showWaiting(waiting);
     });
     dialog.run(page()->widget());
-    m_state.cacheFolder = dialog.cacheFolder();
+    followCache(dialog.cacheFolder());
     invalidate();
+}
+
+/// The cache lies elsewhere now, and the frames' files with it.
+void CItemWeather::followCache(const QString& folder) {
+    const QString before = std::exchange(m_state.cacheFolder, folder) + u'/';
+    const auto follow = [&](RadarFrame& frame) {
+        if (frame.path.startsWith(before)) {
+            frame.path.replace(0, before.size(), folder + u'/');
+        }
+    };
+    std::for_each(m_state.frames.begin(), m_state.frames.end(), follow);
+    follow(m_state.current);
 }
 
 void CItemWeather::Tick() {

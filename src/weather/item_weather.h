@@ -43,6 +43,7 @@ public:
     [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeItemWeather; }
 
     void draw(QPainter& painter) override;
+    [[nodiscard]] QRect opaqueArea() const override;
     /// Loads what is to be shown unless it is there; an item without a site asks for one.
     void windowCreated() override;
     bool command(int id, int notification) override;
@@ -78,6 +79,7 @@ private:
     void editAnimation();
     void editLayers();
     void editStorage();
+    void followCache(const QString& folder);
 
     void readFrames(class CRecordReader& record, std::int32_t count);
     [[nodiscard]] PictureTexts texts() const;

@@ -146,18 +146,18 @@ TEST_F(StorageTest, MovesTheCacheToACard) {
     fillSite("TLX");
     ASSERT_TRUE(QDir().mkpath(at("SD")));
     StorageRequest toCard = request(at("SD"));
-    int moved = 0;
-    bool busy = false;
-    toCard.progress = [&](int files) {
-        moved = files;
-        busy = BusyGuard::active();
+    std::string seen;
+    bool busy = true;
+    toCard.progress = [&](int done, int wanted) {
+        seen += std::to_string(done) + "/" + std::to_string(wanted) + " ";
+        busy = busy && BusyGuard::active();
     };
     const StorageResult result = applyStorage(toCard);
     EXPECT_EQ(result.error, std::nullopt);
     EXPECT_EQ(result.cacheFolder, at("SD/Quorvane/Temp/Weather"));
     EXPECT_EQ(namesIn(result.cacheFolder), "MUX TLX") << "with a folder for the current site";
     EXPECT_FALSE(QFileInfo::exists(cache()));
-    EXPECT_EQ(moved, 8);
+    EXPECT_EQ(seen, "0/8 1/8 2/8 3/8 4/8 5/8 6/8 7/8 8/8 ");
     EXPECT_TRUE(busy);
     EXPECT_FALSE(BusyGuard::active());
 
@@ -185,7 +185,7 @@ TEST_F(StorageTest, CleansUpBeforeItMoves) {
 TEST_F(StorageTest, TheLocationInUseMovesNothing) {
     fillSite("TLX");
     StorageRequest stay = request(std::nullopt);
-    stay.progress = [](int) { ADD_FAILURE() << "moved a file"; };
+    stay.progress = [](int, int) { ADD_FAILURE() << "moved a file"; };
     const StorageResult result = applyStorage(stay);
     EXPECT_EQ(result.error, std::nullopt);
     EXPECT_EQ(result.cacheFolder, cache());
