@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "app/local_server.h"
 
+#include "net/http_settings.h"
+#include "platform/busy_guard.h"
 #include "platform/program_paths.h"
-#include "weather/servers.h"
 
+#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QTcpSocket>
 #include <QUrl>
+
+#include <utility>
 
 namespace raincast {
 
@@ -15,23 +19,19 @@ namespace {
 constexpr int kConnectMilliseconds = 1000;
 constexpr int kStartMilliseconds = 10'000;
 constexpr int kEndMilliseconds = 2000;
-
-bool isWanted() {
-    const RadarServers servers = CServers::current();
-    return servers.radar == CServers::localServer() || servers.basemap == CServers::localServer();
-}
-
-bool isRefused() {
-    const QUrl url(QStringLiteral("http://") + CServers::localServer());
-    QTcpSocket socket;
-    socket.connectToHost(url.host(), static_cast<quint16>(url.port()));
-    return !socket.waitForConnected(kConnectMilliseconds) &&
-           socket.error() == QAbstractSocket::ConnectionRefusedError;
-}
+constexpr int kPaintMilliseconds = 90;
+// A server that does not come up will not do so at the next update either; but two viewers that
+// start at once both try, and only one can have the port.
+constexpr int kMostFailures = 3;
 
 } // namespace
 
-LocalServer::LocalServer() {
+QString LocalServer::installedProgram() {
+    return programFolder() + QStringLiteral("/raincast-server");
+}
+
+LocalServer::LocalServer(QString address, QString program)
+    : m_address(std::move(address)), m_program(std::move(program)) {
     m_server.setStandardErrorFile(QProcess::nullDevice());
     ConnectionManager::use(this);
 }
@@ -45,28 +45,46 @@ LocalServer::~LocalServer() {
 }
 
 bool LocalServer::establish() {
-    if (!m_looked && isWanted()) {
-        m_looked = true;
-        if (isRefused()) {
-            start();
-        }
+    const bool mayStart = m_server.state() == QProcess::NotRunning && m_failures < kMostFailures;
+    if (mayStart && isWanted() && isRefused() && !start()) {
+        ++m_failures;
     }
     return true;
 }
 
+bool LocalServer::isWanted() const {
+    const RadarServers servers = CServers::current();
+    return servers.radar == m_address || servers.basemap == m_address;
+}
+
+bool LocalServer::isRefused() const {
+    const QUrl url(QStringLiteral("http://") + m_address);
+    QTcpSocket socket;
+    socket.connectToHost(url.host(), static_cast<quint16>(url.port()));
+    return !socket.waitForConnected(kConnectMilliseconds) &&
+           socket.error() == QAbstractSocket::ConnectionRefusedError;
+}
+
 /// Waits for the line that the server prints when it listens.
-void LocalServer::start() {
-    const QString program = programFolder() + QStringLiteral("/raincast-server");
-    if (!QFileInfo(program).isExecutable()) {
-        return;
+bool LocalServer::start() {
+    if (!QFileInfo(m_program).isExecutable()) {
+        return false;
     }
+    const BusyGuard busy;
     m_server.start(
-        program, {QStringLiteral("--listen"), CServers::localServer(),
-                  QStringLiteral("--end-with-parent"), QStringLiteral("--quiet")}
+        m_program, {QStringLiteral("--listen"), m_address, QStringLiteral("--end-with-parent"),
+                    QStringLiteral("--quiet")}
     );
-    if (m_server.waitForStarted(kStartMilliseconds)) {
-        m_server.waitForReadyRead(kStartMilliseconds);
+    const QDeadlineTimer deadline(kStartMilliseconds);
+    while (m_server.state() != QProcess::NotRunning && !deadline.hasExpired()) {
+        if (m_server.waitForReadyRead(kPaintMilliseconds)) {
+            return true;
+        }
+        if (httpHooks().waiting) {
+            httpHooks().waiting();
+        }
     }
+    return false;
 }
 
 } // namespace raincast

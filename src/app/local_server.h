@@ -2,31 +2,47 @@
 #pragma once
 
 #include "net/connection.h"
+#include "weather/servers.h"
 
 #include <QProcess>
+#include <QString>
 
 namespace raincast {
 
 /// Starts the radar image server that is installed beside the viewer when it is wanted and not
-/// running, so that a newcomer sees weather without configuring anything: while the servers of the
-/// settings are the installed one, the first transfer that is about to connect finds out whether
-/// anybody listens there, and starts it where nobody does. It ends with the viewer, even one that
-/// is killed.
+/// running, so that a newcomer sees weather without configuring anything: while the settings name
+/// the installed server, a transfer that is about to connect finds out whether anybody listens
+/// there, and starts it where nobody does. (Another viewer may have started it, and may end.) It
+/// ends with the viewer, even one that is killed.
 class LocalServer : public ConnectionManager {
 public:
-    LocalServer();
+    /// Where the installed server is. It may be missing; then nothing is ever started.
+    [[nodiscard]] static QString installedProgram();
+
+    /// `address` is HOST:PORT.
+    explicit LocalServer(
+        QString address = CServers::localServer(), QString program = installedProgram()
+    );
     /// Ends the server that it started.
     ~LocalServer() override;
     LocalServer(const LocalServer&) = delete;
     LocalServer& operator=(const LocalServer&) = delete;
 
+    /// Always true. Lets exposures through while the server starts.
     [[nodiscard]] bool establish() override;
 
-private:
-    void start();
+    /// The server that was started by this object and runs; 0 for none.
+    [[nodiscard]] qint64 processId() const { return m_server.processId(); }
 
+private:
+    [[nodiscard]] bool isWanted() const;
+    [[nodiscard]] bool isRefused() const;
+    [[nodiscard]] bool start();
+
+    QString m_address;
+    QString m_program;
     QProcess m_server;
-    bool m_looked = false; ///< once per run: a server that ends by itself is not started again
+    int m_failures = 0; ///< starts after which nobody listened
 };
 
 } // namespace raincast
