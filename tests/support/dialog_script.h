@@ -3,6 +3,7 @@
 
 #include "window/modal.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QString>
 #include <QTest>
@@ -48,7 +49,9 @@ private:
             dialog.reject();
             return;
         }
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog)) << qPrintable(dialog.windowTitle());
+        // A window over which it is modal counts as active, too; the keyboard is not here yet then.
+        EXPECT_TRUE(QTest::qWaitFor([&dialog] { return QApplication::activeWindow() == &dialog; }))
+            << qPrintable(dialog.windowTitle());
         const Step step = std::move(m_steps.front().second);
         m_steps.pop_front();
         if (step) {

@@ -1,31 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The radar item on a real page, fed by a real server.
-#include "dialog_controls.h"
 #include "display/map_lines_setting.h"
 #include "display/map_menu.h"
-#include "display/page_display.h"
 #include "gps/overlay_gps_position.h"
 #include "persist/record_writer.h"
-#include "platform/clock.h"
 #include "radar/sites.h"
-#include "support/dialog_script.h"
 #include "support/files.h"
-#include "support/gif_maker.h"
-#include "support/http_server.h"
-#include "support/qt_app.h"
-#include "support/scoped_http.h"
 #include "support/serial_bytes.h"
-#include "support/time_zone.h"
-#include "weather/item_weather.h"
-#include "weather/servers.h"
-#include "weather/weather_commands.h"
+#include "weather_page.h"
 
-#include <QBuffer>
-#include <QImageWriter>
 #include <QListWidget>
-#include <QPainter>
-#include <QTemporaryDir>
-#include <QWidget>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,146 +22,9 @@ namespace {
 using test::DialogScript;
 using ::testing::HasSubstr;
 
-const QString kFrames = QStringLiteral("/ridge/RadarImg/N0R/MUX/");
+const QString kFrames = test::framesPath("MUX");
 
-/// All pixels of one colour but for a column of red ones, or transparent where `ground` is 0.
-QByteArray columnGif(int redColumn, int ground = 0) {
-    return makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [=](int column, int) {
-                        return column == redColumn ? 2 : ground;
-                    }});
-}
-
-QByteArray topoJpeg() {
-    QImage image(600, 550, QImage::Format_RGB32);
-    image.fill(qRgb(40, 120, 40));
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    EXPECT_TRUE(QImageWriter(&buffer, "jpeg").write(image));
-    return bytes;
-}
-
-class ItemWeatherTest : public test::GuiTest {
-protected:
-    ItemWeatherTest() : m_clock(fromCalendar({2019, 5, 19, 6, 0})) {
-        Clock::use(&m_clock);
-        qputenv("XDG_DATA_HOME", m_folder.filePath("data").toLocal8Bit());
-        qputenv("RAINCAST_CARD_ROOT", m_folder.filePath("cards").toLocal8Bit());
-        CServers::set({m_server.host(), m_server.host()});
-        publishLayers("MUX");
-        publishFrames({"20190519_0534", "20190519_0544", "20190519_0554"});
-        m_window.resize(300, 280);
-        makePage();
-    }
-    ~ItemWeatherTest() override {
-        m_page->deactivate();
-        CServers::set({CServers::localServer(), CServers::localServer()});
-        qunsetenv("XDG_DATA_HOME");
-        qunsetenv("RAINCAST_CARD_ROOT");
-        Clock::use(nullptr);
-    }
-
-    void publishLayers(const QString& site) {
-        const QString overlays = "/ridge/Overlays/";
-        m_server.serve(
-            overlays + "Cities/Short/" + site + "_City_Short.gfw",
-            "0.009\n0\n0\n-0.009\n-124.6\n39.6\n"
-        );
-        m_server.serve(overlays + "Topo/Short/" + site + "_Topo_Short.jpg", topoJpeg());
-        m_server.serve(overlays + "Rivers/Short/" + site + "_Rivers_Short.gif", columnGif(10));
-        m_server.serve(overlays + "Highways/Short/" + site + "_Highways_Short.gif", columnGif(20));
-        m_server.serve("/weather_radar/basemaps/" + site + "_County_Short.gif", columnGif(30));
-        m_server.serve("/weather_radar/basemaps/" + site + "_City_Short.gif", columnGif(40));
-    }
-    void publishFrames(const QStringList& stamps, const QString& site = "MUX") {
-        const QString folder = "/ridge/RadarImg/N0R/" + site + "/";
-        QByteArray links;
-        for (const QString& stamp : stamps) {
-            const QString name = site + "_" + stamp + "_N0R.gif";
-            links += "\"" + name.toLatin1() + "\" ";
-            m_server.serve(folder + name, columnGif(200 + static_cast<int>(stamps.indexOf(stamp))));
-        }
-        m_server.serve(folder, links);
-    }
-    void makePage() {
-        m_page = std::make_unique<CPageDisplay>();
-        m_item = static_cast<CItemWeather*>(&m_page->addItem(std::make_unique<CItemWeather>()));
-        m_item->setRectangle({0, 0, 300, 280});
-    }
-    /// Shows the page, on which an item with a site loads by itself.
-    void showPage() {
-        test::show(m_window);
-        m_page->activate(m_window, true);
-        test::settle();
-    }
-    void showSite() {
-        CItemWeather::chooseForFirst("MUX", 0);
-        showPage();
-    }
-    /// Saves the page and puts the one that is read back in its place, as another start would.
-    void restart() {
-        const QByteArray bytes = test::writtenBlock(*m_page);
-        m_page->deactivate();
-        auto* page = dynamic_cast<CPageDisplay*>(test::readBlock(bytes).release());
-        ASSERT_NE(page, nullptr);
-        m_page.reset(page);
-        ASSERT_EQ(page->items().size(), 1U);
-        m_item = dynamic_cast<CItemWeather*>(page->items()[0].get());
-        ASSERT_NE(m_item, nullptr);
-    }
-    void editAnimation(int frames, bool autoUpdate = false) {
-        DialogScript script;
-        script.expect("Animation", [=](QDialog& dialog) {
-            test::check(dialog, "Enable Animation", true);
-            test::type(dialog, 0, QString::number(frames));
-            test::check(dialog, "Auto-Update ", autoUpdate);
-            test::press(dialog, "OK");
-        });
-        EXPECT_TRUE(m_item->command(kAnimation, 0));
-    }
-    /// Switches layers off.
-    void editLayers(const QStringList& off) {
-        DialogScript script;
-        script.expect("Radar Layers", [&off](QDialog& dialog) {
-            for (const QString& layer : off) {
-                test::check(dialog, layer, false);
-            }
-            test::press(dialog, "OK");
-        });
-        EXPECT_TRUE(m_item->command(kLayers, 0));
-    }
-    /// Heartbeats at a time, as many as the item needs for one tick.
-    void beatAt(FileTime time) {
-        m_clock.set(time);
-        CHeartbeat::program().Beat(); // the clock jumped: nobody counts
-        for (int i = 0; i < 5; ++i) {
-            CHeartbeat::program().Beat();
-        }
-        test::settle();
-    }
-    void tick() {
-        m_item->Tick();
-        test::settle();
-    }
-    [[nodiscard]] QImage drawn() {
-        QImage picture(300, 280, QImage::Format_RGB32);
-        picture.fill(Qt::white);
-        QPainter painter(&picture);
-        m_item->draw(painter);
-        return picture;
-    }
-    [[nodiscard]] std::string shown() const {
-        return m_item->state().current.timeText.toStdString();
-    }
-
-    const TimeZone m_zone{"UTC0"};
-    const ScopedHttp m_shortWaits;
-    ManualClock m_clock;
-    QTemporaryDir m_folder;
-    HttpServer m_server;
-    QWidget m_window;
-    std::unique_ptr<CPageDisplay> m_page;
-    CItemWeather* m_item = nullptr;
-};
+using ItemWeatherTest = test::WeatherPage;
 
 TEST_F(ItemWeatherTest, ANewItemAsksForAStation) {
     DialogScript script;

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace raincast {
+
+class HttpServer;
+
+/// A made-up image tree, as a radar image server and a basemap server publish it.
+namespace test {
+
+/// All pixels of one colour but for a column of red ones; transparent where `ground` is 0, green
+/// where it is 3.
+[[nodiscard]] QByteArray columnGif(int redColumn, int ground = 0);
+
+/// One even green, qRgb(40, 120, 40) as far as a JPEG keeps it.
+[[nodiscard]] QByteArray topoJpeg();
+
+/// The layers of a site of one range ("Short" or "Long"): an even topo and red columns: rivers at
+/// 10, highways at 20, counties at 30, cities at 40. The image's north-west corner is at 39.6
+/// degrees north, 124.6 west; it covers 0.009 degrees a pixel.
+void publishLayers(HttpServer& server, const QString& site, const QString& range = "Short");
+
+/// Frames of a site by their times, such as "20190519_0554", and the listing that names them. The
+/// n-th frame, counted from 0, has a red column at 200 + n. They take the place of those before.
+void publishFrames(
+    HttpServer& server, const QStringList& stamps, const QString& site,
+    const QString& product = "N0R"
+);
+
+/// Where the listing of a site's frames is.
+[[nodiscard]] QString framesPath(const QString& site, const QString& product = "N0R");
+
+} // namespace test
+} // namespace raincast

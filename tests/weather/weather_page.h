@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "dialog_controls.h"
+#include "display/page_display.h"
+#include "platform/clock.h"
+#include "support/dialog_script.h"
+#include "support/http_server.h"
+#include "support/qt_app.h"
+#include "support/radar_tree.h"
+#include "support/scoped_http.h"
+#include "support/serial_bytes.h"
+#include "support/time_zone.h"
+#include "weather/item_weather.h"
+#include "weather/servers.h"
+#include "weather/weather_commands.h"
+
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast::test {
+
+/// A radar item on a page of 300 by 280 pixels, a server with made-up radar of MUX, a cache of its
+/// own, and a clock that stands at 2019-05-19 6:00.
+class WeatherPage : public GuiTest {
+protected:
+    WeatherPage() : m_clock(fromCalendar({2019, 5, 19, 6, 0})) {
+        Clock::use(&m_clock);
+        qputenv("XDG_DATA_HOME", m_folder.filePath("data").toLocal8Bit());
+        qputenv("RAINCAST_CARD_ROOT", m_folder.filePath("cards").toLocal8Bit());
+        CServers::set({m_server.host(), m_server.host()});
+        publishLayers("MUX");
+        publishFrames({"20190519_0534", "20190519_0544", "20190519_0554"});
+        m_window.resize(300, 280);
+        makePage();
+        CHeartbeat::program().Beat(); // the clock may stand before the last test's
+    }
+    ~WeatherPage() override {
+        m_page->deactivate();
+        CServers::set({CServers::localServer(), CServers::localServer()});
+        qunsetenv("XDG_DATA_HOME");
+        qunsetenv("RAINCAST_CARD_ROOT");
+        Clock::use(nullptr);
+    }
+
+    void publishLayers(const QString& site) { test::publishLayers(m_server, site); }
+    void publishFrames(const QStringList& stamps, const QString& site = "MUX") {
+        test::publishFrames(m_server, stamps, site);
+    }
+    void makePage() {
+        m_page = std::make_unique<CPageDisplay>();
+        m_item = static_cast<CItemWeather*>(&m_page->addItem(std::make_unique<CItemWeather>()));
+        m_item->setRectangle({0, 0, 300, 280});
+    }
+    /// Shows the page, on which an item with a site loads by itself.
+    void showPage() {
+        test::show(m_window);
+        m_page->activate(m_window, true);
+        settle();
+    }
+    void showSite() {
+        CItemWeather::chooseForFirst("MUX", 0);
+        showPage();
+    }
+    /// Saves the page and puts the one that is read back in its place, as another start would.
+    void restart() {
+        const QByteArray bytes = writtenBlock(*m_page);
+        m_page->deactivate();
+        auto* page = dynamic_cast<CPageDisplay*>(readBlock(bytes).release());
+        ASSERT_NE(page, nullptr);
+        m_page.reset(page);
+        ASSERT_EQ(page->items().size(), 1U);
+        m_item = dynamic_cast<CItemWeather*>(page->items()[0].get());
+        ASSERT_NE(m_item, nullptr);
+    }
+    void editAnimation(int frames, bool autoUpdate = false) {
+        DialogScript script;
+        script.expect("Animation", [=](QDialog& dialog) {
+            check(dialog, "Enable Animation", true);
+            type(dialog, 0, QString::number(frames));
+            check(dialog, "Auto-Update ", autoUpdate);
+            press(dialog, "OK");
+        });
+        EXPECT_TRUE(m_item->command(kAnimation, 0));
+    }
+    /// Switches layers off.
+    void editLayers(const QStringList& off) {
+        DialogScript script;
+        script.expect("Radar Layers", [&off](QDialog& dialog) {
+            for (const QString& layer : off) {
+                check(dialog, layer, false);
+            }
+            press(dialog, "OK");
+        });
+        EXPECT_TRUE(m_item->command(kLayers, 0));
+    }
+    /// Heartbeats at a time, as many as the item needs for one tick.
+    void beatAt(FileTime time) {
+        m_clock.set(time);
+        CHeartbeat::program().Beat(); // the clock jumped: nobody counts
+        for (int i = 0; i < 5; ++i) {
+            CHeartbeat::program().Beat();
+        }
+        settle();
+    }
+    void tick() {
+        m_item->Tick();
+        settle();
+    }
+    [[nodiscard]] QImage drawn() {
+        QImage picture(300, 280, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        m_item->draw(painter);
+        return picture;
+    }
+    [[nodiscard]] std::string shown() const {
+        return m_item->state().current.timeText.toStdString();
+    }
+
+    const TimeZone m_zone{"UTC0"};
+    const ScopedHttp m_shortWaits;
+    ManualClock m_clock;
+    QTemporaryDir m_folder;
+    HttpServer m_server;
+    QWidget m_window;
+    std::unique_ptr<CPageDisplay> m_page;
+    CItemWeather* m_item = nullptr;
+};
+
+} // namespace raincast::test
