@@ -22,15 +22,15 @@ enum Control {
     kKeepRadar = 1072,
     kCleanBasemaps = 1073,
     kKeepBasemaps = 1074,
-    kProgress = 1075,
+    kPlaceLabel = 1075,
 };
 
 const DialogTemplateRecord record{
     {kStorageDialog,
      QStringLiteral("Radar Image Storage"),
-     {122, 118},
+     {122, 104},
      {
-         {0, ControlKind::label, QStringLiteral("Cache &images on:"), {4, 4, 114, 12}},
+         {kPlaceLabel, ControlKind::label, QStringLiteral("Cache &images on:"), {4, 4, 114, 12}},
          {kPlace, ControlKind::comboBox, {}, {4, 18, 114, 14}},
          {kCleanFiles,
           ControlKind::checkBox,
@@ -48,7 +48,6 @@ const DialogTemplateRecord record{
           ControlKind::checkBox,
           QStringLiteral("&Keep nearby basemaps"),
           {20, 86, 98, 14}},
-         {kProgress, ControlKind::label, {}, {4, 104, 114, 12}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};
@@ -117,9 +116,10 @@ StorageRequest CDlgStorage::chosen() const {
     return request;
 }
 
+/// In the place of the label: the dialog may cover all of a small screen, the item's bar too.
 void CDlgStorage::showProgress(int done, int wanted) {
-    setText(kProgress, QStringLiteral("%1 of %2 files moved").arg(done).arg(wanted));
-    control(kProgress)->repaint();
+    setText(kPlaceLabel, QStringLiteral("%1 of %2 files moved").arg(done).arg(wanted));
+    control(kPlaceLabel)->repaint();
     if (m_request.progress) {
         m_request.progress(done, wanted);
     }
@@ -133,10 +133,11 @@ void CDlgStorage::onOk() {
             showProgress(done, wanted);
         }
     };
+    const QString label = text(kPlaceLabel);
     m_waiting(true);
     const StorageResult result = applyStorage(request);
     m_waiting(false);
-    setText(kProgress, {});
+    setText(kPlaceLabel, label);
     if (result.error) {
         messageBox(widget(), *result.error, QStringLiteral("Error"));
         return;
