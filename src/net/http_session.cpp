@@ -3,6 +3,9 @@
 
 #include "platform/busy_guard.h"
 
+#include <QString>
+#include <QUrl>
+
 #include <algorithm>
 
 namespace raincast {
@@ -17,6 +20,12 @@ constexpr char kAgent[] = "Quorvane";
 constexpr milliseconds kHookInterval{90};
 // A server that never ends its headers is cut off here.
 constexpr qint64 kMaxHeaderBytes = qint64{256} << 10;
+
+/// Whether a URL's server is this machine.
+bool isOfThisMachine(const QByteArray& url) {
+    const QString host = QUrl(QString::fromUtf8(url)).host();
+    return host == u"localhost" || host == u"::1" || host.startsWith(u"127.");
+}
 
 } // namespace
 
@@ -79,6 +88,8 @@ bool HttpSession::open(const QByteArray& url) {
     m_meter.reset();
     m_error[0] = '\0';
     set(CURLOPT_URL, m_url.constData());
+    // No proxy knows it. Null: the environment's.
+    set(CURLOPT_PROXY, isOfThisMachine(m_url) ? "" : nullptr);
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(httpLimits().connectTimeout.count()));
     callWaitingHook();
     m_running = true;

@@ -20,8 +20,9 @@ namespace raincast {
 ///
 /// Sent with every request: the agent "Quorvane" and "Pragma: no-cache". Redirects are not
 /// followed, cookies neither kept nor sent, and nothing but HTTP and HTTPS is spoken. Proxies come
-/// from the environment (http_proxy, https_proxy, all_proxy, no_proxy). While it waits a BusyGuard
-/// is active and the waiting hook is called; each request is reported to the finished hook once.
+/// from the environment (http_proxy, https_proxy, all_proxy, no_proxy), but not for a server of
+/// this machine. While it waits a BusyGuard is active and the waiting hook is called; each request
+/// is reported to the finished hook once.
 class HttpSession {
 public:
     /// Without libcurl every request fails at once.

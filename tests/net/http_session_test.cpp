@@ -155,6 +155,14 @@ TEST_F(HttpSessionTest, RequestsGoThroughTheEnvironmentsProxy) {
     ASSERT_EQ(proxy.requests().size(), 1U);
     EXPECT_TRUE(proxy.requests()[0].startsWith("GET http://radar.invalid/a HTTP/1.1\r\n"))
         << proxy.requests()[0].constData();
+    // A server of this machine is asked itself, before and after others.
+    FaultServer here(answers::respond(200, "from here"));
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(session.open("http://" + here.host().toUtf8() + "/a"));
+        EXPECT_EQ(readAll(session), "from here");
+        ASSERT_TRUE(session.open("http://radar.invalid/b"));
+        EXPECT_EQ(readAll(session), "by proxy");
+    }
 }
 
 TEST_F(HttpSessionTest, AProxyThatIsNotThereFailsToConnect) {
