@@ -131,11 +131,21 @@ std::vector<MapLine> MapData::borders(const GeoBox& box) const {
 
 std::vector<MapLine> MapData::roads(const GeoBox& box) const {
     const std::lock_guard lock(m_mutex);
+    readRoadsOnce();
+    return linesIn(*m_roads, box);
+}
+
+bool MapData::hasRoads() const {
+    const std::lock_guard lock(m_mutex);
+    readRoadsOnce();
+    return !m_roads->empty();
+}
+
+void MapData::readRoadsOnce() const {
     if (!m_roads) {
         m_roads =
             boxed(m_files.roads.isEmpty() ? std::vector<MapLine>() : readRoads(m_files.roads));
     }
-    return linesIn(*m_roads, box);
 }
 
 std::vector<City> MapData::cities(const GeoBox& box) const {

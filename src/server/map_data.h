@@ -48,6 +48,8 @@ public:
     /// Borders of states (rank 0) and counties (rank 1).
     [[nodiscard]] std::vector<MapLine> borders(const GeoBox& box) const;
     [[nodiscard]] std::vector<MapLine> roads(const GeoBox& box) const;
+    /// Whether the file of roads has any lines that can be read.
+    [[nodiscard]] bool hasRoads() const;
     /// The largest first.
     [[nodiscard]] std::vector<City> cities(const GeoBox& box) const;
 
@@ -60,6 +62,7 @@ private:
     };
     using BoxedLines = std::vector<BoxedLine>;
 
+    void readRoadsOnce() const;
     [[nodiscard]] static BoxedLines boxed(std::vector<MapLine> lines);
     [[nodiscard]] static std::vector<MapLine> linesIn(const BoxedLines& lines, const GeoBox& box);
 

@@ -107,6 +107,10 @@ public:
         for (const QString& line : m_maps.files().missing()) {
             m_log(line);
         }
+        if (!options.roadsFile.isEmpty() && !m_maps.hasRoads()) {
+            m_log(QStringLiteral("The highways layer is empty: %1 has no lines that can be read.")
+                      .arg(options.roadsFile));
+        }
         const QByteArray home = homePage(m_maps, isSample());
         m_tree.addPage("/", "text/html; charset=utf-8", [home] { return home; });
         m_tree.addPage("/status", "application/json", [this] { return statusOfNow(); });

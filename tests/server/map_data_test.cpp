@@ -71,5 +71,16 @@ TEST(MapDataTest, WhatIsMissingHasNothingInIt) {
     EXPECT_THAT(data.cities(kBox), IsEmpty());
 }
 
+TEST(MapDataTest, KnowsWhetherRoadsCanBeRead) {
+    const QTemporaryDir folder;
+    MapDataFiles files;
+    EXPECT_FALSE(MapData(files).hasRoads());
+    files.roads = folder.filePath("roads.json");
+    writeFile(files.roads, "no roads");
+    EXPECT_FALSE(MapData(files).hasRoads());
+    writeFile(files.roads, R"({"type":"LineString","coordinates":[[-97.1,34.9],[-97,35]]})");
+    EXPECT_TRUE(MapData(files).hasRoads());
+}
+
 } // namespace
 } // namespace raincast
