@@ -4,14 +4,13 @@
 #include "display/follow_icon.h"
 #include "display/map_lines.h"
 #include "display/map_menu.h"
-#include "persist/little_endian.h"
+#include "display/view_bytes.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
 
 #include <QPainter>
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 
 namespace raincast {
@@ -21,24 +20,6 @@ namespace {
 constexpr int kKeyPan = 32;
 // Where the follow icon's top-left corner lies from the item's bottom-right one.
 constexpr QPoint kFollowIconPlace(-13, -16);
-
-// Zoom and origin in a page file: three numbers of 32 bits.
-using ViewBytes = std::array<std::uint8_t, 12>;
-
-ViewBytes toBytes(const ViewTransform& view) {
-    ViewBytes bytes{};
-    storeLittleEndian<std::int32_t>(view.zoom(), bytes.data());
-    storeLittleEndian<std::int32_t>(view.origin().column, bytes.data() + 4);
-    storeLittleEndian<std::int32_t>(view.origin().row, bytes.data() + 8);
-    return bytes;
-}
-
-ViewTransform fromBytes(const ViewBytes& bytes) {
-    return {
-        loadLittleEndian<std::int32_t>(bytes.data()),
-        {loadLittleEndian<std::int32_t>(bytes.data() + 4),
-         loadLittleEndian<std::int32_t>(bytes.data() + 8)}};
-}
 
 struct Pan {
     int key;
@@ -67,11 +48,11 @@ bool CItemMapView::Read(CSerialReader& reader) {
         return false;
     }
     CRecordReader record(reader);
-    ViewBytes bytes = toBytes(m_view);
+    ViewBytes bytes = viewToBytes(m_view);
     record.bytes(bytes);
     record.value(m_following);
     record.end();
-    m_view = fromBytes(bytes);
+    m_view = viewFromBytes(bytes);
     return true;
 }
 
@@ -80,7 +61,7 @@ bool CItemMapView::Write(CSerialWriter& writer) const {
         return false;
     }
     CRecordWriter record(writer);
-    record.bytes(toBytes(m_view));
+    record.bytes(viewToBytes(m_view));
     record.value(m_following);
     return record.end();
 }
