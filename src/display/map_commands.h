@@ -11,6 +11,7 @@ enum MapCommand : int {
     kShowPosition = 40923,
     kShowNavigation = 40924,
     kAddMarkHere = 40925, ///< at the place that a held press or the right button chose
+    kGoToPosition = 40926,
 };
 
 } // namespace raincast

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/map_marks.h"
 
+#include "display/dlg_go_to.h"
 #include "display/dlg_marks.h"
 #include "display/item_map_view.h"
 #include "display/mark_names.h"
@@ -57,6 +58,12 @@ void editMarks(CItemMapView& view) {
         goTo = [&view](GeoPosition place) { return view.goTo(place); };
     }
     CDlgMarks(fix ? fix : view.centreOnImage(), goTo).run(view.page()->widget());
+}
+
+void goToPosition(CItemMapView& view) {
+    CDlgGoTo(view.centrePosition(), [&view](GeoPosition place) {
+        return view.goTo(place);
+    }).run(view.page()->widget());
 }
 
 void followPosition(CItemMapView& view) {

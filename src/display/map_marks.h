@@ -20,6 +20,9 @@ void addMarkHere(CItemMapView& view);
 /// Shows the list of marks, nearest to the user or else to the view's centre first.
 void editMarks(CItemMapView& view);
 
+/// Asks for a position and shows it.
+void goToPosition(CItemMapView& view);
+
 /// Has the view follow the user's position, unless that is not on its image.
 void followPosition(CItemMapView& view);
 

@@ -55,6 +55,7 @@ constexpr Command kCommands[] = {
     {kFollowPosition, toggleFollowing,
      [](const View& view) { return view.placed() || view.following(); },
      [](const View& view) { return view.following(); }},
+    {kGoToPosition, goToPosition, [](const View& view) { return view.placed(); }, nullptr},
     {kShowPosition, toggleLine<CMapLines::position>, always, lineIsShown<CMapLines::position>},
     {kShowNavigation, toggleLine<CMapLines::navigation>, always,
      lineIsShown<CMapLines::navigation>},

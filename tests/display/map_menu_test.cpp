@@ -85,8 +85,10 @@ protected:
 
 TEST_F(MapMenuTest, HasItsEntriesInTheMenuOfItsPage) {
     EXPECT_THAT(
-        seen({u"Map"}),
-        ElementsAre("&Follow Position", "Show &Position*", "Show &Navigation*", "&Marks>")
+        seen({u"Map"}), ElementsAre(
+                            "&Follow Position", "&Go to Position...", "Show &Position*",
+                            "Show &Navigation*", "&Marks>"
+                        )
     );
     EXPECT_THAT(seen({u"Map", u"Marks"}), ElementsAre("&Add Mark...", "(&Marks...)"));
 }
@@ -151,14 +153,14 @@ TEST_F(MapMenuTest, FollowingCanBeSwitchedOffWithoutAPlacedImage) {
 TEST_F(MapMenuTest, TheLinesAreSwitchedOffAndOn) {
     click({u"Map"}, u"Show Position");
     EXPECT_FALSE(CMapLines::shown(CMapLines::position));
-    EXPECT_THAT(seen({u"Map"})[1], "Show &Position");
+    EXPECT_THAT(seen({u"Map"})[2], "Show &Position");
     click({u"Map"}, u"Show Navigation");
     EXPECT_FALSE(CMapLines::shown(CMapLines::navigation));
-    EXPECT_THAT(seen({u"Map"})[2], "Show &Navigation");
+    EXPECT_THAT(seen({u"Map"})[3], "Show &Navigation");
     click({u"Map"}, u"Show Position");
     EXPECT_TRUE(CMapLines::shown(CMapLines::position));
     EXPECT_FALSE(CMapLines::shown(CMapLines::navigation));
-    EXPECT_THAT(seen({u"Map"})[1], "Show &Position*");
+    EXPECT_THAT(seen({u"Map"})[2], "Show &Position*");
 }
 
 TEST_F(MapMenuTest, AMarkIsAddedByTheMenu) {
@@ -180,8 +182,10 @@ TEST_F(MapMenuTest, OfTwoMapsTheMenuIsTheFirstOnes) {
     EXPECT_TRUE(view->following());
     EXPECT_FALSE(upper.following());
     EXPECT_THAT(
-        seen({u"Map"}),
-        ElementsAre("&Follow Position*", "Show &Position*", "Show &Navigation*", "&Marks>")
+        seen({u"Map"}), ElementsAre(
+                            "&Follow Position*", "&Go to Position...", "Show &Position*",
+                            "Show &Navigation*", "&Marks>"
+                        )
     );
 }
 

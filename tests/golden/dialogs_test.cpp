@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What every dialog looks like. A new dialog is a row of kDialogs.
 #include "app/app_commands.h"
+#include "display/dlg_go_to.h"
 #include "display/dlg_marks.h"
 #include "display/map_commands.h"
 #include "golden_test.h"
@@ -99,6 +100,7 @@ constexpr DialogRow kDialogs[] = {
     {CDlgItemTypeSelect::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},
     {CDlgItemTypeSelect::kTemplate, "stations_nearby", "Weather Station", sendTo<kNearbyStations>},
     {CDlgMarks::kTemplate, "marks", "Marks", openMarks},
+    {CDlgGoTo::kTemplate, "go_to_position", "Go to Position", sendTo<kGoToPosition>},
     {CDlgRename::kTemplate, "add_mark", "Add Mark", sendTo<kAddMark>},
     {CAppPaged::CDlgPages::kTemplate, "pages", "Pages", sendTo<kPages>},
     {CDlgRename::kTemplate, "rename", "Rename", openRename},
