@@ -120,8 +120,11 @@ std::variant<FetchOptions, FetchAnswer> readFetchOptions(const QStringList& argu
     parser.setApplicationDescription(QStringLiteral(
         "Fetches the newest radar images of a site into the image cache and prints their files."
     ));
-    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption help(
+        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")
+    );
     const QCommandLineOption version = parser.addVersionOption();
+    parser.addOption(help);
     parser.addOptions(options());
     parser.addPositionalArgument(
         QStringLiteral("SITE"),

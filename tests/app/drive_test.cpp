@@ -4,7 +4,6 @@
 // RAINCAST_DRIVE_PICTURES set to a folder, each stage leaves a picture of the window there.
 #include "../golden/sample_server.h"
 #include "app/raincast_app.h"
-#include "app/temporary_home.h"
 #include "display/item_map_view.h"
 #include "display/page_display.h"
 #include "geo/local_frame.h"
@@ -17,6 +16,7 @@
 #include "support/files.h"
 #include "support/http_server.h"
 #include "support/qt_app.h"
+#include "support/temporary_home.h"
 #include "weather/item_weather.h"
 #include "weather/servers.h"
 #include "window/command_set.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/globals.h"
-#include "app/temporary_home.h"
 #include "platform/registry_store.h"
+#include "support/temporary_home.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The server that the viewer starts, at ports of their own: the usual one may be taken here.
 #include "app/local_server.h"
-#include "app/temporary_home.h"
 #include "net/http_transfer.h"
 #include "support/files.h"
 #include "support/http_server.h"
@@ -9,6 +8,7 @@
 #include "support/qt_app.h"
 #include "support/radar_tree.h"
 #include "support/scoped_http.h"
+#include "support/temporary_home.h"
 
 #include <QProcess>
 #include <QTcpSocket>

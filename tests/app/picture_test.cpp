@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Runs the program for a picture of a whole radar stack and compares it, pixel by pixel, with the
 // published files as Qt reads them, laid over each other here.
-#include "app/temporary_home.h"
 #include "support/files.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/qt_app.h"
+#include "support/temporary_home.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Runs the program itself, as a desktop or a script would.
-#include "app/temporary_home.h"
 #include "support/files.h"
 #include "support/qt_app.h"
+#include "support/temporary_home.h"
 
 #include <QImage>
 #include <QJsonDocument>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/single_instance.h"
-#include "app/temporary_home.h"
 #include "platform/busy_guard.h"
 #include "support/files.h"
 #include "support/qt_app.h"
+#include "support/temporary_home.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,7 +3,6 @@
 
 #include "app/globals.h"
 #include "app/main_window.h"
-#include "app/temporary_home.h"
 #include "app/viewer.h"
 #include "app/window_place.h"
 #include "display/item.h"
@@ -16,6 +15,7 @@
 #include "support/qt_app.h"
 #include "support/radar_tree.h"
 #include "support/scoped_http.h"
+#include "support/temporary_home.h"
 #include "support/time_zone.h"
 #include "weather/item_weather.h"
 #include "weather/servers.h"

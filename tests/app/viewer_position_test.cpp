@@ -2,7 +2,6 @@
 // The source of positions while the viewer runs: chosen in its settings, in use at once, kept.
 #include "app/globals.h"
 #include "app/main_window.h"
-#include "app/temporary_home.h"
 #include "app/viewer.h"
 #include "display/page_display.h"
 #include "gps/position_source_setting.h"
@@ -10,6 +9,7 @@
 #include "platform/registry_store.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
+#include "support/temporary_home.h"
 #include "window/modal.h"
 
 #include <QAbstractButton>

@@ -2,6 +2,7 @@
 #include "display/dlg_marks.h"
 #include "map_page.h"
 #include "paged/row_delegate.h"
+#include "support/clean_layout.h"
 #include "support/dialog_script.h"
 #include "window/screen_metrics.h"
 
@@ -312,21 +313,6 @@ TEST_F(DlgMarksTest, TenThousandMarksAreNotSluggish) {
 
 // --- Layout -----------------------------------------------------------------------------------
 
-// Every control in the client area, none on another, no text cut.
-void expectCleanLayout(const QDialog& open) {
-    const QWidget* const area = open.findChild<QScrollArea*>()->widget();
-    const auto controls = area->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    for (const QWidget* one : controls) {
-        EXPECT_TRUE(area->rect().contains(one->geometry())) << qPrintable(one->objectName());
-        for (const QWidget* other : controls) {
-            EXPECT_TRUE(one == other || !one->geometry().intersects(other->geometry()));
-        }
-        if (const auto* push = qobject_cast<const QPushButton*>(one)) {
-            EXPECT_GT(push->width(), push->fontMetrics().horizontalAdvance(push->text()));
-        }
-    }
-}
-
 TEST_F(DlgMarksTest, FitsASmallScreenAndUsesALargeOne) {
     ScreenMetrics screen;
     screen.logPixelsY = 96;
@@ -335,7 +321,7 @@ TEST_F(DlgMarksTest, FitsASmallScreenAndUsesALargeOne) {
     run([](QDialog& open) {
         EXPECT_LE(open.width(), 240);
         EXPECT_LE(open.height(), 320);
-        expectCleanLayout(open);
+        test::expectCleanLayout(open);
         EXPECT_EQ(open.findChild<QScrollArea*>()->verticalScrollBar()->maximum(), 0);
         EXPECT_EQ(open.findChild<QScrollArea*>()->horizontalScrollBar()->maximum(), 0);
         EXPECT_GT(listOf(open).height(), 100);
@@ -348,10 +334,10 @@ TEST_F(DlgMarksTest, FitsASmallScreenAndUsesALargeOne) {
         test::settle();
         EXPECT_EQ(listOf(open).width(), before.width() + 200);
         EXPECT_GE(listOf(open).height(), before.height() + 150);
-        expectCleanLayout(open);
+        test::expectCleanLayout(open);
         open.resize(10, 10);
         test::settle();
-        expectCleanLayout(open);
+        test::expectCleanLayout(open);
     });
 }
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "../app/temporary_home.h"
 #include "app/main_window.h"
 #include "app/raincast_app.h"
 #include "display/page_display.h"
 #include "platform/resource_module.h"
 #include "sample_server.h"
+#include "support/temporary_home.h"
 
 class QMainWindow;
 

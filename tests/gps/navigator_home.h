@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/temporary_home.h"
 #include "platform/registry_store.h"
+#include "support/temporary_home.h"
 
 #include <QByteArray>
 #include <QDir>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "paged/dlg_pages.h"
 #include "paged/sample_pages.h"
+#include "support/clean_layout.h"
 #include "support/dialog_script.h"
 #include "support/pointer.h"
 #include "window/screen_metrics.h"
@@ -454,21 +455,6 @@ TEST_F(DlgPagesTest, TheRequestToEndLeavesBothDialogs) {
     EXPECT_THAT(app.names(), ElementsAre("A"));
 }
 
-// Every control in the client area, none on another, no text cut.
-void expectCleanLayout(const QDialog& open) {
-    const QWidget* const area = open.findChild<QScrollArea*>()->widget();
-    const auto controls = area->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    for (const QWidget* one : controls) {
-        EXPECT_TRUE(area->rect().contains(one->geometry())) << qPrintable(one->objectName());
-        for (const QWidget* other : controls) {
-            EXPECT_TRUE(one == other || !one->geometry().intersects(other->geometry()));
-        }
-        if (const auto* button = qobject_cast<const QPushButton*>(one)) {
-            EXPECT_GT(button->width(), button->fontMetrics().horizontalAdvance(button->text()));
-        }
-    }
-}
-
 TEST_F(DlgPagesTest, ItFitsASmallScreenAndUsesALargeOne) {
     addPages({u"A", u"B"});
     ScreenMetrics screen;
@@ -478,7 +464,7 @@ TEST_F(DlgPagesTest, ItFitsASmallScreenAndUsesALargeOne) {
     expectPages([](QDialog& open) {
         EXPECT_LE(open.width(), 240);
         EXPECT_LE(open.height(), 320);
-        expectCleanLayout(open);
+        test::expectCleanLayout(open);
         EXPECT_EQ(open.findChild<QScrollArea*>()->verticalScrollBar()->maximum(), 0);
         EXPECT_EQ(open.findChild<QScrollArea*>()->horizontalScrollBar()->maximum(), 0);
     });
@@ -497,7 +483,7 @@ TEST_F(DlgPagesTest, ItFitsASmallScreenAndUsesALargeOne) {
         EXPECT_EQ(listOf(open).width(), width + 100);
         EXPECT_EQ(listOf(open).height(), height + 60);
         EXPECT_EQ(child(open, kShow)->width(), buttonWidth);
-        expectCleanLayout(open);
+        test::expectCleanLayout(open);
     });
     choose(kPages);
     QApplication::setFont(usual);

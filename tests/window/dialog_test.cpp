@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/resource_module.h"
+#include "support/clean_layout.h"
 #include "support/dialog_script.h"
 #include "support/pointer.h"
 #include "support/qt_app.h"
@@ -459,29 +460,6 @@ TEST_F(DialogTest, TheMarginFollowsTheScreen) {
     EXPECT_EQ(dialog.run(nullptr), 2);
 }
 
-// No control is cut by its own size, none lies on another, all lie in the client area.
-void expectCleanLayout(const QDialog& open) {
-    const QWidget* const client = open.findChild<QScrollArea*>()->widget();
-    const auto controls = client->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    for (const QWidget* one : controls) {
-        EXPECT_TRUE(client->rect().contains(one->geometry())) << qPrintable(one->objectName());
-        for (const QWidget* other : controls) {
-            EXPECT_TRUE(one == other || !one->geometry().intersects(other->geometry()));
-        }
-        if (const auto* label = qobject_cast<const QLabel*>(one)) {
-            const int height = label->wordWrap() ? label->heightForWidth(label->width())
-                                                 : label->sizeHint().height();
-            EXPECT_GE(label->height(), height) << qPrintable(label->text());
-            EXPECT_TRUE(label->wordWrap() || label->width() >= label->sizeHint().width());
-        } else if (qobject_cast<const QListWidget*>(one) == nullptr) {
-            EXPECT_GE(one->height(), one->sizeHint().height()) << qPrintable(one->objectName());
-        }
-        if (const auto* box = qobject_cast<const QCheckBox*>(one)) {
-            EXPECT_GE(box->width(), box->sizeHint().width());
-        }
-    }
-}
-
 TEST_F(DialogTest, DialogUnitsFollowTheFont) {
     ScreenMetrics screen;
     screen.logPixelsY = 96;
@@ -494,7 +472,7 @@ TEST_F(DialogTest, DialogUnitsFollowTheFont) {
              {std::pair{kFormDialog, kFormCaption},
               std::pair{kTextDialog, QStringLiteral("Text")}}) {
             script.expect(caption, [&](QDialog& open) {
-                expectCleanLayout(open);
+                test::expectCleanLayout(open);
                 small = small.isEmpty() ? open.size() : small;
             });
             EXPECT_EQ(NotingDialog(id).run(nullptr), 2);
@@ -563,7 +541,7 @@ TEST_F(DialogTest, OnATouchScreenEverythingThatIsHitIsSevenMillimetresHigh) {
         for (const int id : {Dialog::kOk, Dialog::kCancel, kName, kAnimate, kProduct}) {
             EXPECT_GE(child(open, id)->height(), 42) << id;
         }
-        expectCleanLayout(open);
+        test::expectCleanLayout(open);
     });
     EXPECT_EQ(NotingDialog(kFormDialog).run(nullptr), 2);
     script.expect(kListCaption, [](QDialog& open) {
