@@ -62,11 +62,13 @@ TEST_F(MainWindowLooks, InLayoutMode) {
 
 TEST_F(MainWindowLooks, WithoutAnyPage) {
     viewer.application().clear();
+    viewer.beat();
     look("no_pages", viewer.frame());
 }
 
 TEST_F(MainWindowLooks, WithNoneOfItsPagesShown) {
     viewer.application().select(std::nullopt);
+    viewer.beat();
     look("no_page_shown", viewer.frame());
 }
 

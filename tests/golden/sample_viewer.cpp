@@ -36,8 +36,12 @@ SampleViewer::SampleViewer()
     show(frame());
     m_application.attach(frame(), *m_window.client(), m_window.commands(), *m_window.pageMenu());
     addPages();
-    m_window.onTimer(CMainWindow::kHeartbeatTimer); // the title follows the page
+    beat();
     settle();
+}
+
+void SampleViewer::beat() {
+    m_window.onTimer(CMainWindow::kHeartbeatTimer);
 }
 
 SampleViewer::~SampleViewer() {

@@ -25,6 +25,8 @@ public:
     [[nodiscard]] CRaincastApp& application() { return m_application; }
     /// The page "Weather", while it exists.
     [[nodiscard]] CPageDisplay& page();
+    /// One beat of the main window's clock: its title catches up with the page.
+    void beat();
     /// Has the main window carry out a command, as its menu does.
     void command(int id);
 
