@@ -6,10 +6,9 @@
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
+#include "support/radar_tree.h"
 #include "support/scoped_http.h"
 
-#include <QBuffer>
-#include <QImageWriter>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -25,22 +24,6 @@ const QString kNoInternet =
     QStringLiteral("Failed to access\nthe internet. Please\ncheck your connection\nsettings.");
 
 constexpr QRgb kRed = 0xFFFF0000;
-
-/// Pixels of one column are red, all others transparent black.
-QByteArray lines(int redColumn) {
-    return makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [=](int column, int) {
-                        return column == redColumn ? 2 : 0;
-                    }});
-}
-
-QByteArray greenJpeg() {
-    QImage image(600, 550, QImage::Format_RGB32);
-    image.fill(qRgb(40, 120, 40));
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    EXPECT_TRUE(QImageWriter(&buffer, "jpeg").write(image));
-    return bytes;
-}
 
 class RecordingView : public RadarView {
 public:
@@ -84,11 +67,11 @@ protected:
         m_radar.serve(
             "/ridge/Overlays/Cities/Short/MUX_City_Short.gfw", "0.009\n0\n0\n-0.009\n-124.6\n39.6\n"
         );
-        m_radar.serve("/ridge/Overlays/Topo/Short/MUX_Topo_Short.jpg", greenJpeg());
-        m_radar.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", lines(10));
-        m_radar.serve("/ridge/Overlays/Highways/Short/MUX_Highways_Short.gif", lines(20));
-        m_basemap.serve("/weather_radar/basemaps/MUX_County_Short.gif", lines(30));
-        m_basemap.serve("/weather_radar/basemaps/MUX_City_Short.gif", lines(40));
+        m_radar.serve("/ridge/Overlays/Topo/Short/MUX_Topo_Short.jpg", test::topoJpeg());
+        m_radar.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", test::columnGif(10));
+        m_radar.serve("/ridge/Overlays/Highways/Short/MUX_Highways_Short.gif", test::columnGif(20));
+        m_basemap.serve("/weather_radar/basemaps/MUX_County_Short.gif", test::columnGif(30));
+        m_basemap.serve("/weather_radar/basemaps/MUX_City_Short.gif", test::columnGif(40));
     }
     bool load(bool updateRadar = false) {
         return LoadBasemaps(
@@ -254,7 +237,7 @@ TEST_F(BasemapsTest, WithTheRadarTheFramesAreDroppedAndFetchedAnew) {
     m_state.frames = {RadarFrame{nullptr, "1:05", "/old"}};
     m_state.current = m_state.frames[0];
     m_radar.serve("/ridge/RadarImg/N0R/MUX/", "\"MUX_20190519_0554_N0R.gif\"");
-    m_radar.serve("/ridge/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif", lines(60));
+    m_radar.serve("/ridge/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif", test::columnGif(60));
     ASSERT_TRUE(load(true));
     ASSERT_EQ(m_state.frames.size(), 1U);
     EXPECT_TRUE(m_state.current.bitmap);
