@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "gps/file_descriptor.h"
 #include "gps/nmea_pace.h"
 #include "gps/position_source.h"
 #include "gps/timers.h"
+#include "platform/file_descriptor.h"
 
 #include <QString>
 

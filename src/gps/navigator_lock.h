@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "gps/file_descriptor.h"
 #include "gps/navigator_port.h"
+#include "platform/file_descriptor.h"
 
 #include <QByteArray>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "gps/file_descriptor.h"
 #include "gps/idle_call.h"
 #include "gps/position_source.h"
+#include "platform/file_descriptor.h"
 
 #include <QString>
 

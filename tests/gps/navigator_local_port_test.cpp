@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "gps/file_descriptor.h"
 #include "gps/navigator_home.h"
 #include "gps/navigator_local_port.h"
 #include "gps/navigator_waiting.h"
 #include "platform/busy_guard.h"
+#include "platform/file_descriptor.h"
 #include "support/files.h"
 
 #include <gmock/gmock.h>
