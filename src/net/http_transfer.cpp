@@ -4,7 +4,7 @@
 #include "net/connection.h"
 #include "net/http_session.h"
 #include "net/quoted_string_scanner.h"
-#include "net/replacing_file.h"
+#include "platform/whole_file.h"
 
 #include <QFileInfo>
 #include <QUrl>
@@ -114,13 +114,13 @@ int CHttpTransfer::StatusCode() const {
 bool CHttpTransfer::ReceiveToFile(const QString& localPath) {
     const int status = StatusCode();
     const bool good = status != 0 && status < kFirstFailingStatus;
-    ReplacingFile file;
+    WholeFile file(Lasting::no);
     const bool created = good && file.open(localPath);
     const auto keep = [&](QByteArrayView piece) { return !good || (created && file.write(piece)); };
     const qint64 limit = good ? httpLimits().fileBytes : kErrorPageBytes;
     const bool written = readBody(*m_session, limit, keep);
     settle();
-    return created && written && file.commit();
+    return created && written && file.commit().has_value();
 }
 
 // Draws the conclusions of the last request, whichever way it went.

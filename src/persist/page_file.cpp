@@ -3,7 +3,7 @@
 
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
-#include "platform/replace_file.h"
+#include "platform/whole_file.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -72,7 +72,7 @@ bool PageFile::keepLoaded() {
         return true;
     }
     const bool replace = m_whole || !QFileInfo::exists(backupPath());
-    if (replace && !replaceFile(backupPath(), m_loaded)) {
+    if (replace && !replaceFile(backupPath(), m_loaded, Lasting::yes)) {
         return false;
     }
     m_keepDue = false;
@@ -90,7 +90,7 @@ bool PageFile::keepUnread() {
         return false;
     }
     const QByteArray bytes = file.readAll();
-    if (bytes.size() != file.size() || !replaceFile(backupPath(), bytes)) {
+    if (bytes.size() != file.size() || !replaceFile(backupPath(), bytes, Lasting::yes)) {
         return false;
     }
     m_absent = false;

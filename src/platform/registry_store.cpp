@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/registry_store.h"
 
-#include "platform/replace_file.h"
+#include "platform/whole_file.h"
 
 #include <QDir>
 #include <QFile>
@@ -155,9 +155,8 @@ bool RegistryStore::save(Branch branch) {
     QJsonObject keys = *stored;
     merge(keys, target.changes);
     if (keys != *stored) {
-        const bool written = QDir().mkpath(QFileInfo(target.path).path()) &&
-                             replaceFile(target.path, QJsonDocument(keys).toJson());
-        if (!written) {
+        const bool made = QDir().mkpath(QFileInfo(target.path).path());
+        if (!made || !replaceFile(target.path, QJsonDocument(keys).toJson(), Lasting::yes)) {
             return false;
         }
     }
@@ -175,27 +174,18 @@ void RegistryStore::moveMachineChangesToUser() {
 /// The keys of a file, none when it is missing or was set aside; null when there is a file that
 /// neither can be read nor be moved out of the way, and that must not be written over.
 std::optional<QJsonObject> RegistryStore::read(File& file) {
-    const QFileInfo info(file.path);
-    if (!info.exists()) {
-        return QJsonObject();
-    }
-    QFile source(file.path);
-    // A pipe or a device would block or never end.
-    if (!info.isFile() || !source.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    const QByteArray bytes = source.read(kMaxSize + 1);
-    if (source.error() != QFileDevice::NoError) {
-        return std::nullopt;
+    using Kind = ReadFailure::Kind;
+    const auto bytes = readWhole(file.path, kMaxSize);
+    if (!bytes && bytes.error().kind != Kind::tooLarge) {
+        return bytes.error().kind == Kind::absent ? std::optional(QJsonObject()) : std::nullopt;
     }
     QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    if (document.isObject() && bytes.size() <= kMaxSize) {
+    const QJsonDocument document = QJsonDocument::fromJson(bytes.value_or(QByteArray()), &error);
+    if (document.isObject()) {
         return document.object();
     }
-    source.close();
     const QString why =
-        error.error == QJsonParseError::NoError
+        !bytes || error.error == QJsonParseError::NoError
             ? QStringLiteral("no JSON object of a sensible size")
             : QStringLiteral("%1 at byte %2").arg(error.errorString()).arg(error.offset);
     return setAside(file, why) ? std::optional(QJsonObject()) : std::nullopt;

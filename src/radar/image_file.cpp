@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image_file.h"
 
+#include "platform/whole_file.h"
 #include "radar/gif_reader.h"
 #include "radar/jpeg_check.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QImageReader>
 
 namespace raincast {
@@ -48,11 +48,8 @@ QImage decodeImage(const QByteArray& bytes, qint64 mostPixels) {
 
 Bitmap LoadImageFile(const QString& path, qint64 mostPixels) {
     const qint64 mostBytes = kMostBytesAPixel * mostPixels + kMostOtherBytes;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > mostBytes) {
-        return nullptr;
-    }
-    QImage image = decodeImage(file.read(mostBytes), mostPixels);
+    const auto bytes = readWhole(path, mostBytes);
+    QImage image = bytes ? decodeImage(*bytes, mostPixels) : QImage();
     return image.isNull() ? nullptr : std::make_shared<QImage>(std::move(image));
 }
 

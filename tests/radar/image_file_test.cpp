@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image_file.h"
 #include "support/gif_maker.h"
+#include "support/little_memory.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -84,6 +85,13 @@ TEST_F(ImageFileTest, AFileOfMoreBytesThanItsPixelsNeedIsNotRead) {
     const QByteArray bytes = makeGif({.screen = {64, 48}});
     EXPECT_TRUE(LoadImageFile(write(bytes + QByteArray(1'000'000, 'x')), 64 * 48));
     EXPECT_FALSE(LoadImageFile(write(bytes + QByteArray(1'100'000, 'x')), 64 * 48));
+}
+
+TEST_F(ImageFileTest, ASmallPictureNeedsLittleMemoryWhateverTheLimitIs) {
+    const QString path = write(makeGif({.screen = {60, 55}}));
+    constexpr rlim_t kLittle = 32'000'000;
+    const LittleMemory memory(kLittle);
+    EXPECT_TRUE(LoadImageFile(path));
 }
 
 TEST_F(ImageFileTest, WhatIsNoImageFails) {
