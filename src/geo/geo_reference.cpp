@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "geo/geo_reference.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <fstream>
@@ -43,10 +44,10 @@ std::optional<WorldFile> readWorldFile(const std::filesystem::path& file) {
 
 std::int32_t truncated(double value) {
     using Limits = std::numeric_limits<std::int32_t>;
-    if (std::isnan(value) || value <= Limits::min()) {
+    if (std::isnan(value)) {
         return Limits::min();
     }
-    return value >= Limits::max() ? Limits::max() : static_cast<std::int32_t>(value);
+    return static_cast<std::int32_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
 }
 
 } // namespace
@@ -60,7 +61,6 @@ bool GeoReference::loadWorldFile(
         return false;
     }
     const auto [w1, w2, w3, w4, w5, w6] = *world;
-    m_origin = {};
     m_width = width;
     m_height = height;
     m_latitude = {{w6, w3, w4}};
@@ -83,19 +83,16 @@ GeoPosition GeoReference::pixelToGeo(ImagePoint point) const {
     const double b = m_longitude.at(point.column, point.row);
     const double column = 2 * point.column - m_column.at(a, b);
     const double row = 2 * point.row - m_row.at(a, b);
-    return {
-        m_latitude.at(column, row) + m_origin.latitude,
-        m_longitude.at(column, row) + m_origin.longitude};
+    return {m_latitude.at(column, row), m_longitude.at(column, row)};
 }
 
 ImagePoint GeoReference::geoToPixel(GeoPosition position) const {
-    const double a = position.latitude - m_origin.latitude;
-    double b = position.longitude - m_origin.longitude;
-    const double fromCentre = b - m_referenceLongitude;
+    double longitude = position.longitude;
+    const double fromCentre = longitude - m_referenceLongitude;
     if (fromCentre * fromCentre > 180.0 * 180.0) {
-        b += fromCentre < 0 ? 360 : -360;
+        longitude += fromCentre < 0 ? 360 : -360;
     }
-    return {m_column.at(a, b), m_row.at(a, b)};
+    return {m_column.at(position.latitude, longitude), m_row.at(position.latitude, longitude)};
 }
 
 GeoReference::Placed GeoReference::geoToPixelInside(GeoPosition position) const {

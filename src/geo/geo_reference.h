@@ -65,13 +65,12 @@ public:
 
 private:
     bool m_valid = false;
-    // Column and row as functions of latitude and longitude less the origin.
+    // Column and row as functions of latitude and longitude.
     CubicPolynomial m_column;
     CubicPolynomial m_row;
-    // Latitude and longitude less the origin as functions of column and row.
+    // Latitude and longitude as functions of column and row.
     CubicPolynomial m_latitude;
     CubicPolynomial m_longitude;
-    GeoPosition m_origin;
     double m_referenceLongitude = 0;
     std::int32_t m_width = 0;
     std::int32_t m_height = 0;

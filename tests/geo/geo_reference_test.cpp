@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <locale>
 #include <string>
 
 namespace raincast {
@@ -83,6 +84,8 @@ TEST_F(GeoReferenceTest, TheSecondNumberMixesTheRowIntoTheLongitude) {
 TEST_F(GeoReferenceTest, TheCentreIsOfWholePixels) {
     ASSERT_TRUE(load("1 0.25 0 -1 0 0", 3, 3));
     EXPECT_DOUBLE_EQ(m_geo.referenceLongitude(), 1.25);
+    ASSERT_TRUE(load("1 0.25 0 -1 0 0", 9, 15));
+    EXPECT_DOUBLE_EQ(m_geo.referenceLongitude(), 5.75);
     ASSERT_TRUE(load("1 0.25 0 -1 0 0", -3, -3));
     EXPECT_DOUBLE_EQ(m_geo.referenceLongitude(), -1.25);
 }
@@ -134,6 +137,17 @@ TEST_F(GeoReferenceTest, ANumberCutAtTheEndOfWhatIsReadCountsAsFarAsItGoes) {
     const std::string blanks(255 - start.size() - 1, ' ');
     ASSERT_TRUE(load(start + blanks + "41"));
     EXPECT_NEAR(m_geo.pixelToGeo({0, 0}).latitude, 4, 1e-9);
+}
+
+TEST_F(GeoReferenceTest, NumbersHaveAPointWhateverTheLocale) {
+    struct Comma : std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+    };
+    const std::locale before = std::locale::global(std::locale(std::locale(), new Comma));
+    const bool loaded = load(kPlains);
+    std::locale::global(before);
+    ASSERT_TRUE(loaded);
+    EXPECT_NEAR(m_geo.pixelToGeo({100, 0}).longitude, -104, 1e-9);
 }
 
 TEST_F(GeoReferenceTest, AFailedLoadKeepsTheCoefficients) {
@@ -224,6 +238,15 @@ TEST_F(GeoReferenceTest, DrawingReachesTwoThousandMillionPixels) {
         EXPECT_EQ(m_geo.geoToPixelForDrawing(position), outside)
             << position.latitude << ' ' << position.longitude;
     }
+}
+
+TEST_F(GeoReferenceTest, DrawingEndsBeforeTwoThousandMillionPixels) {
+    ASSERT_TRUE(load("0.125 0 0 -0.125 0 0")); // numbers without rounding
+    const double most = 2e9 * 0.125;
+    EXPECT_FALSE(m_geo.geoToPixelForDrawing({-most, 0}).ok);
+    EXPECT_FALSE(m_geo.geoToPixelForDrawing({0, most + 360}).ok) << "one turn is taken off";
+    const GeoReference::Placed last{{1'999'999'999, 1'999'999'999}, true};
+    EXPECT_EQ(m_geo.geoToPixelForDrawing({0.125 - most, most - 0.125 + 360}), last);
 }
 
 TEST_F(GeoReferenceTest, DrawingTruncatesTowardsZero) {

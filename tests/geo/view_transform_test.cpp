@@ -19,6 +19,11 @@ struct Row {
     PagePoint back; ///< what the image pixel's page pixel is
 };
 
+TEST(ViewTransformTest, StartsAtTheFirstPixelNotZoomed) {
+    EXPECT_EQ(ViewTransform().zoom(), 0);
+    EXPECT_EQ(ViewTransform().origin(), (ImagePixel{0, 0}));
+}
+
 TEST(ViewTransformTest, MapsByShifts) {
     const Row rows[] = {
         {0, {0, 0}, {10, 20}, {10, 20}, {10, 20}},      {0, {5, -7}, {10, 20}, {15, 13}, {10, 20}},

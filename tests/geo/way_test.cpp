@@ -13,6 +13,10 @@ TEST(ShortWay, IsTheFramesWhereNoDateLineLiesBetween) {
     const GeoPosition position{41.25, -104.5};
     EXPECT_EQ(shortWay(origin, position), LocalFrame(origin).toMetres(position));
     EXPECT_EQ(shortWay(origin, origin), LocalOffset());
+    // A third of the globe: a turn taken off and put on again would round.
+    const GeoPosition west{0, -14.2};
+    const GeoPosition east{0, 124.6};
+    EXPECT_EQ(shortWay(west, east), LocalFrame(west).toMetres(east));
 }
 
 TEST(ShortWay, CrossesTheDateLine) {
