@@ -50,7 +50,7 @@ QString degreesMinutesSecondsText(double degrees) {
     const double allMinutes = (degrees - whole) * 60;
     double minutes = std::floor(allMinutes);
     double seconds = (allMinutes - minutes) * 60;
-    if (seconds >= 59.95) { // "equal" too: it would be written as 60.0
+    if (seconds > 59.95) { // exactly 59.95, which is written as 60.0, is left alone
         seconds = 0;
         minutes += 1;
     }
