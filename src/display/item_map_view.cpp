@@ -67,7 +67,10 @@ bool CItemMapView::Write(CSerialWriter& writer) const {
 }
 
 void CItemMapView::draw(QPainter& painter) {
-    m_overlays.draw(painter, m_view, rectangle());
+    // Their places are those of the image that was placed last.
+    if (placed()) {
+        m_overlays.draw(painter, m_view, rectangle());
+    }
     drawMapLines(painter, area(), lines(painter.fontMetrics()));
     if (m_following && m_lastFix.valid()) {
         const QPoint corner(rectangle().right, rectangle().bottom);

@@ -31,7 +31,8 @@ public:
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
 
-    /// The overlays, the lines at the top and, while following, the follow icon.
+    /// The overlays, while the image is placed; the lines at the top; while following, the follow
+    /// icon.
     void draw(QPainter& painter) override;
     /// Keeps the image pixel at the top-left corner where it is.
     void setRectangle(const PageRectangle& rectangle) override;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "display/follow_icon.h"
 #include "display/item_map_view.h"
 #include "map_page.h"
 #include "support/serial_bytes.h"
@@ -45,6 +46,17 @@ private:
     std::vector<ImagePixel> m_pixels;
 };
 
+// An overlay that covers the whole page.
+class Cover : public COverlayObject {
+public:
+    void Layout(std::vector<ImagePixel>& outline, const GeoReference&) const override {
+        outline = {{300, 275}};
+    }
+    void Draw(QPainter& painter, const ViewTransform&, const std::vector<PagePoint>&) override {
+        painter.fillRect(painter.viewport(), Qt::darkGreen);
+    }
+};
+
 class ItemMapViewTest : public test::MapTest {
 protected:
     [[nodiscard]] ImagePixel origin() const { return view->view().origin(); }
@@ -54,10 +66,12 @@ protected:
             view->command(zoom() > wanted ? kZoomIn : kZoomOut, 0);
         }
     }
-    void draw() {
+    QImage draw() {
         QImage picture(kWidth, kHeight, QImage::Format_RGB32);
+        picture.fill(Qt::white);
         QPainter painter(&picture);
         view->draw(painter);
+        return picture;
     }
 };
 
@@ -94,6 +108,13 @@ TEST_F(ItemMapViewTest, ZoomingEndsAtItsRangeAndIsTakenThere) {
     const ViewTransform farthest = view->view();
     EXPECT_TRUE(view->character(u'-'));
     EXPECT_EQ(view->view(), farthest);
+}
+
+TEST_F(ItemMapViewTest, TheNumbersOfTheZoomCommandsStay) {
+    EXPECT_TRUE(view->command(40030, clicked));
+    EXPECT_EQ(zoom(), -1) << "in";
+    EXPECT_TRUE(view->command(40031, clicked));
+    EXPECT_EQ(zoom(), 0) << "out";
 }
 
 TEST_F(ItemMapViewTest, ZoomedOutTheOriginIsAWholeBlock) {
@@ -324,6 +345,27 @@ TEST_F(ItemMapViewTest, TheIconShowsThatAPositionIsFollowed) {
     EXPECT_EQ(screen(), bare);
 }
 
+TEST_F(ItemMapViewTest, TheIconLiesOverEverythingElseInTheCorner) {
+    Cover cover;
+    view->placeOnEarth();
+    publish(300, 275);
+    const PageRectangle roomy{20, 30, 120, 110};
+    const PageRectangle small{20, 30, 60, 52}; // the line of the position reaches into the corner
+    for (const PageRectangle& place : {roomy, small}) {
+        view->setRectangle(place);
+        view->showPixel({300, 275});
+        view->stopFollowing();
+        cover.announceChanged();
+        QImage expected = draw();
+        {
+            QPainter painter(&expected);
+            drawFollowIcon(painter, {place.right - 13, place.bottom - 16});
+        }
+        view->follow();
+        EXPECT_EQ(draw(), expected) << place.bottom;
+    }
+}
+
 // --- Overlays ---------------------------------------------------------------------------------
 
 TEST_F(ItemMapViewTest, OverlaysAreDrawnAtTheirPlaceOnThePage) {
@@ -387,6 +429,12 @@ TEST_F(ItemMapViewTest, WithoutAGeoReferenceOverlaysAreNotDrawn) {
     view->takeOffEarth();
     draw();
     EXPECT_EQ(dots.draws, 1);
+    dots.announceChanged();
+    draw();
+    EXPECT_EQ(dots.draws, 1);
+    view->placeOnEarth();
+    draw();
+    EXPECT_EQ(dots.draws, 2);
 }
 
 TEST_F(ItemMapViewTest, AnOverlayMoreThanFiftyPixelsOutsideIsNotDrawn) {

@@ -17,6 +17,7 @@ using test::positionOf;
 using test::publish;
 using test::TestView;
 using testing::ElementsAre;
+using testing::Pair;
 
 constexpr MenuRow kPopUp[] = {kMapMenu};
 constexpr MenuRow kBar[] = {subMenu(u"", kPopUp)};
@@ -91,6 +92,24 @@ TEST_F(MapMenuTest, HasItsEntriesInTheMenuOfItsPage) {
                         )
     );
     EXPECT_THAT(seen({u"Map", u"Marks"}), ElementsAre("&Add Mark...", "(&Marks...)"));
+}
+
+TEST_F(MapMenuTest, TheNumbersOfItsCommandsStay) {
+    std::vector<std::pair<int, std::string>> numbers;
+    const std::span<const MenuRow> menus[] = {kMapRows, kMarkRows, kMapPlaceRows};
+    for (const auto rows : menus) {
+        for (const MenuRow& row : rows) {
+            numbers.emplace_back(row.command, QString::fromUtf16(row.text).toStdString());
+        }
+    }
+    EXPECT_THAT(
+        numbers,
+        ElementsAre(
+            Pair(40922, "&Follow Position"), Pair(40926, "&Go to Position..."),
+            Pair(40923, "Show &Position"), Pair(40924, "Show &Navigation"), Pair(0, "&Marks"),
+            Pair(40920, "&Add Mark..."), Pair(40921, "&Marks..."), Pair(40925, "&Add Mark Here")
+        )
+    );
 }
 
 TEST_F(MapMenuTest, WithoutAPlacedImageThereIsNothingToFollowOnAndNoPlaceForAMark) {

@@ -28,10 +28,8 @@ public:
         geoReference() = placedImage();
         geoReferenceChanged();
     }
-    void takeOffEarth() {
-        geoReference().invalidate();
-        geoReferenceChanged();
-    }
+    /// As a load does, which tells nobody when its world file cannot be had.
+    void takeOffEarth() { geoReference().invalidate(); }
 };
 
 /// A position at the middle of an image pixel.

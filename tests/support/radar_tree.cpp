@@ -10,7 +10,38 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace raincast::test {
+
+namespace {
+
+/// The north-west corner of a site's images, in degrees as the world file has them.
+struct Corner {
+    const char* site;
+    const char* longitude;
+    const char* latitude;
+};
+// Each site's own, with the radar near the middle of the image.
+constexpr Corner kCorners[] = {
+    {"DAX", "-124.4", "41.0"}, {"HNX", "-122.2", "38.7"}, {"LWX", "-80.2", "41.4"},
+    {"MUX", "-124.6", "39.6"}, {"RGX", "-122.2", "42.2"},
+};
+
+QByteArray worldFile(const QString& site) {
+    const auto* const corner =
+        std::find_if(std::begin(kCorners), std::end(kCorners), [&site](const Corner& each) {
+            return QLatin1String(each.site) == site;
+        });
+    if (corner == std::end(kCorners)) {
+        ADD_FAILURE() << qPrintable(site) << " has no place on the earth yet";
+        return {};
+    }
+    return QByteArray("0.009\n0\n0\n-0.009\n") + corner->longitude + '\n' + corner->latitude + '\n';
+}
+
+} // namespace
 
 QByteArray columnGif(int redColumn, int ground) {
     return makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [=](int column, int) {
@@ -31,8 +62,7 @@ void publishLayers(HttpServer& server, const QString& site, const QString& range
     const QString overlays = "/ridge/Overlays/";
     const QString end = "_" + range;
     server.serve(
-        overlays + "Cities/" + range + "/" + site + "_City" + end + ".gfw",
-        "0.009\n0\n0\n-0.009\n-124.6\n39.6\n"
+        overlays + "Cities/" + range + "/" + site + "_City" + end + ".gfw", worldFile(site)
     );
     server.serve(overlays + "Topo/" + range + "/" + site + "_Topo" + end + ".jpg", topoJpeg());
     server.serve(

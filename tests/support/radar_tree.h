@@ -20,8 +20,9 @@ namespace test {
 [[nodiscard]] QByteArray topoJpeg();
 
 /// The layers of a site of one range ("Short" or "Long"): an even topo and red columns: rivers at
-/// 10, highways at 20, counties at 30, cities at 40. The image's north-west corner is at 39.6
-/// degrees north, 124.6 west; it covers 0.009 degrees a pixel.
+/// 10, highways at 20, counties at 30, cities at 40. The images of every site have a place of their
+/// own and cover 0.009 degrees a pixel; MUX's have their north-west corner at 39.6 degrees north,
+/// 124.6 west. Sites that have a place: DAX, HNX, LWX, MUX, RGX.
 void publishLayers(HttpServer& server, const QString& site, const QString& range = "Short");
 
 /// Frames of a site by their times, such as "20190519_0554", and the listing that names them. The
