@@ -71,6 +71,11 @@ bool isSiteId(const QString& text) {
            });
 }
 
+/// When a frame was taken, as its file's name has it; 0 if that has no time.
+FileTime timeOf(const RadarFrame& frame) {
+    return frameTime(QFileInfo(frame.path).fileName());
+}
+
 /// Whether a page file's cache root can be used here.
 bool isUsableFolder(const QString& path) {
     return QDir::isAbsolutePath(path) && EnsureFolder(path);
@@ -189,7 +194,9 @@ void CItemWeather::draw(QPainter& painter) {
     );
     m_stack.draw(painter, area(), view());
     const int linesAbove = linesHeight(painter.fontMetrics());
-    drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), texts());
+    const PictureTexts present = texts();
+    drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), present);
+    m_ageShown = present.age;
     CItemMapView::draw(painter);
     drawProgress(painter, area(), m_progressDone, m_progressWanted);
 }
@@ -208,13 +215,30 @@ PictureTexts CItemWeather::texts() const {
     }
     if (m_state.current.bitmap) {
         texts.time = m_state.current.timeText;
+    }
+    if (shownFrame() != nullptr) {
         texts.about = caption();
     }
-    if (!m_state.frames.empty()) {
-        const QString newest = QFileInfo(m_state.frames.back().path).fileName();
-        texts.age = imageAgeText(frameTime(newest), Clock::current().now());
-    }
+    texts.age = ageText();
     return texts;
+}
+
+/// Between two rounds of the animation nothing is on the screen for a moment: what is said of the
+/// picture stays the newest frame's then.
+const RadarFrame* CItemWeather::shownFrame() const {
+    if (m_state.current.bitmap) {
+        return &m_state.current;
+    }
+    const bool loaded = !m_state.frames.empty() && m_state.frames.back().bitmap;
+    return loaded ? &m_state.frames.back() : nullptr;
+}
+
+/// The age of the newest frame, whichever is on the screen.
+QString CItemWeather::ageText() const {
+    if (shownFrame() == nullptr || m_state.frames.empty()) {
+        return {};
+    }
+    return imageAgeText(timeOf(m_state.frames.back()), Clock::current().now());
 }
 
 QString CItemWeather::productText() const {
@@ -226,7 +250,8 @@ QString CItemWeather::caption() const {
         return {};
     }
     QString caption = m_state.siteId + u' ' + productText();
-    const FileTime time = frameTime(QFileInfo(m_state.current.path).fileName());
+    const RadarFrame* const shown = shownFrame();
+    const FileTime time = shown != nullptr ? timeOf(*shown) : 0;
     if (time != 0) {
         const CalendarTime local = toLocalCalendar(time);
         caption += QString::asprintf(" %04d-%02d-%02d", local.year, local.month, local.day);
@@ -265,7 +290,7 @@ void CItemWeather::show() {
     if (geoReference().valid()) {
         return;
     }
-    m_state.status = QStringLiteral("Loading...\n");
+    m_state.status = QStringLiteral("Loading...");
     refresh();
     bool needRadar = m_state.frames.empty();
     loadFrames(needRadar);
@@ -418,9 +443,10 @@ void CItemWeather::Tick() {
         postponeUpdate(m_state, now);
         return;
     }
-    // A page has a window only while it is the one on the screen.
+    // A page has a window only while it is the one on the screen. What stands still is painted
+    // again when the words for its age change, and not for every second of it.
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;
-    if (onScreen && stepAnimation(m_state)) {
+    if (onScreen && (stepAnimation(m_state) || ageText() != m_ageShown)) {
         invalidate();
     }
 }

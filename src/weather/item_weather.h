@@ -51,7 +51,8 @@ public:
     [[nodiscard]] QString statusText() const override { return m_state.status; }
     [[nodiscard]] QString caption() const override;
 
-    /// Every half second: an automatic update that is due, or a step of the animation.
+    /// Every half second: an automatic update that is due, or a step of the animation. The
+    /// picture's age is looked at, too.
     void Tick() override;
 
     [[nodiscard]] const RadarState& state() const { return m_state; }
@@ -83,6 +84,8 @@ private:
 
     void readFrames(class CRecordReader& record, std::int32_t count);
     [[nodiscard]] PictureTexts texts() const;
+    [[nodiscard]] const RadarFrame* shownFrame() const;
+    [[nodiscard]] QString ageText() const;
     [[nodiscard]] QString productText() const;
 
     RadarState m_state;
@@ -91,6 +94,7 @@ private:
     LayerStack m_stack;
     std::unique_ptr<View> m_viewOfLoads;
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
+    QString m_ageShown;        ///< what the picture said of its age when it was painted last
     int m_progressDone = 0;
     int m_progressWanted = 0; ///< 0: nothing is being loaded
 };

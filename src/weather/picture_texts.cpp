@@ -35,10 +35,9 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
 
 /// What the line above the time says in so many pixels.
 QString aboutLine(const QFontMetrics& metrics, int width, const PictureTexts& texts) {
-    const QString age = texts.status.isEmpty() ? texts.age : QString();
-    const QString gap = age.isEmpty() || texts.about.isEmpty() ? QString() : QStringLiteral("  ");
-    const QString both = texts.about + gap + age;
-    return metrics.horizontalAdvance(both) <= width ? both : age;
+    const bool two = !texts.age.isEmpty() && !texts.about.isEmpty();
+    const QString both = texts.about + (two ? QStringLiteral("  ") : QString()) + texts.age;
+    return metrics.horizontalAdvance(both) <= width ? both : texts.age;
 }
 
 } // namespace
@@ -50,8 +49,8 @@ void drawPictureTexts(QPainter& painter, const QRect& area, const PictureTexts& 
     int bottom = area.bottom() + 1;
     const QString about = aboutLine(metrics, area.width() - 2 * kLeftMargin, texts);
     for (const QString& line : {texts.time, about}) {
+        bottom -= metrics.height();
         if (!line.isEmpty()) {
-            bottom -= metrics.height();
             drawTextBox(painter, {area.left() + kLeftMargin, bottom}, line);
         }
     }

@@ -11,9 +11,9 @@ namespace raincast {
 /// The texts over a radar picture, black on white boxes.
 struct PictureTexts {
     QString time = {};   ///< of the frame: a line at the bottom left
-    QString about = {};  ///< site, product and date: on the line above it, where there is room
+    QString about = {};  ///< site, product and date: on the line above that, where there is room
     QString age = {};    ///< on the same line; it comes first when there is not room for both
-    QString status = {}; ///< centred lines at the top; while there is one, no age is drawn
+    QString status = {}; ///< centred lines at the top
 };
 
 /// Draws them into a rectangle of the page; parts that do not fit are cut.

@@ -66,10 +66,14 @@ TEST_F(PictureTextsTest, TheAgeComesFirstWhereThereIsNotRoomForBoth) {
     EXPECT_GT(line.width(), changed(drawn(ageOnly), QRect(0, 0, 320, 240)).width());
 }
 
-TEST_F(PictureTextsTest, WhileThereIsAStatusNoAgeIsTold) {
+TEST_F(PictureTextsTest, TheAgeKeepsItsLineWithoutATimeAndBesideAStatus) {
+    const QRect all(0, 0, 320, 240);
+    const QString age = "Image is 2 days old";
+    const QRect line = changed(drawn({.age = age}), all);
+    EXPECT_EQ(line.height(), m_height);
+    EXPECT_EQ(line.bottom(), kArea.bottom() - m_height) << "above the time's";
     const QRect lower(0, 120, 320, 120);
-    const QRect with = changed(drawn({"5:54", {}, "Image is 2 days old", "Loading...\n"}), lower);
-    EXPECT_EQ(with.height(), m_height);
+    EXPECT_EQ(changed(drawn({.age = age, .status = "Could not"}), lower), line);
 }
 
 TEST_F(PictureTextsTest, NothingLeavesTheArea) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dialog_controls.h"
+#include "display/item.h"
 #include "display/page_display.h"
 #include "platform/clock.h"
 #include "support/dialog_script.h"
@@ -22,7 +23,24 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace raincast::test {
+
+/// An item above the others that sees the page each time it is painted, with all that lies below.
+class Watcher : public CPageDisplay::CItem {
+public:
+    explicit Watcher(std::function<void(const QImage&)> painted) : m_painted(std::move(painted)) {}
+
+    void draw(QPainter& painter) override {
+        const auto* picture = dynamic_cast<const QImage*>(painter.device());
+        ASSERT_NE(picture, nullptr);
+        m_painted(*picture);
+    }
+
+private:
+    std::function<void(const QImage&)> m_painted;
+};
 
 /// A radar item on a page of 300 by 280 pixels, a server with made-up radar of MUX, a cache of its
 /// own, and a clock that stands at 2019-05-19 6:00.
@@ -55,6 +73,11 @@ protected:
         m_page = std::make_unique<CPageDisplay>();
         m_item = static_cast<CItemWeather*>(&m_page->addItem(std::make_unique<CItemWeather>()));
         m_item->setRectangle({0, 0, 300, 280});
+    }
+    /// Calls for every picture of the page that is painted from now on.
+    void watch(std::function<void(const QImage&)> painted) {
+        m_page->addItem(std::make_unique<Watcher>(std::move(painted)))
+            .setRectangle({0, 0, 300, 280});
     }
     /// Shows the page, on which an item with a site loads by itself.
     void showPage() {

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// How old the picture is, as a person sees it who only looks: nothing else has the page painted.
+#include "display/text_box.h"
+#include "weather_page.h"
+
+#include <QFontMetrics>
+
+namespace raincast {
+namespace {
+
+class ItemWeatherAgeTest : public test::WeatherPage {
+protected:
+    void look() {
+        watch([this](const QImage& picture) {
+            ++m_paintings;
+            m_screen = picture.copy();
+        });
+    }
+    /// Lets time pass, ten seconds from tick to tick; the newest frame is of 5:54, it is 6:00
+    /// first.
+    void passTime(int minutes) {
+        for (int step = 0; step < minutes * 6; ++step) {
+            m_clock.advance(10 * kFileTimePerSecond);
+            for (int beat = 0; beat < 5; ++beat) {
+                CHeartbeat::program().Beat();
+            }
+            test::settle();
+        }
+    }
+    /// How often the page is painted while time passes.
+    int paintingsIn(int minutes) {
+        const int before = m_paintings;
+        passTime(minutes);
+        return m_paintings - before;
+    }
+    [[nodiscard]] int height() const { return QFontMetrics(m_window.font()).height(); }
+    /// The n-th line from the bottom of a picture, counted from 0, as far as a text reaches.
+    [[nodiscard]] QImage line(const QImage& picture, int n, const QString& text) const {
+        const int width = QFontMetrics(m_window.font()).horizontalAdvance(text);
+        return picture.copy(2, 280 - (n + 1) * height(), width, height());
+    }
+    [[nodiscard]] QImage written(const QString& text) const {
+        const QFontMetrics metrics(m_window.font());
+        QImage picture(metrics.horizontalAdvance(text), height(), QImage::Format_RGB32);
+        QPainter painter(&picture);
+        painter.setFont(m_window.font());
+        drawTextBox(painter, {0, 0}, text);
+        return picture;
+    }
+    /// Whether a text stands at the beginning of the n-th line from the bottom.
+    [[nodiscard]] bool says(int n, const QString& text) const {
+        return line(m_screen, n, text) == written(text);
+    }
+
+    int m_paintings = 0;
+    QImage m_screen;
+};
+
+TEST_F(ItemWeatherAgeTest, ItAppearsAndGrowsByItselfAndNothingElseIsPainted) {
+    look();
+    showSite();
+    EXPECT_EQ(paintingsIn(14), 0);
+    EXPECT_EQ(paintingsIn(1), 2) << "more than twenty minutes, then twenty-one";
+    EXPECT_TRUE(says(0, "5:54"));
+    EXPECT_TRUE(says(1, "Image is 21 minutes old"));
+    EXPECT_EQ(paintingsIn(5), 5);
+    EXPECT_TRUE(says(1, "Image is 26 minutes old"));
+    passTime(94);
+    EXPECT_TRUE(says(1, "Image is 2 hours old"));
+    EXPECT_EQ(paintingsIn(59), 0);
+    EXPECT_EQ(paintingsIn(1), 1);
+    EXPECT_TRUE(says(1, "Image is 3 hours old"));
+}
+
+TEST_F(ItemWeatherAgeTest, AHiddenPageIsNotPaintedAndTellsItsAgeWhenItIsShown) {
+    look();
+    showSite();
+    m_page->deactivate();
+    EXPECT_EQ(paintingsIn(30), 0);
+    showPage();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return says(1, "Image is 36 minutes old"); }));
+    EXPECT_EQ(paintingsIn(3), 3);
+}
+
+TEST_F(ItemWeatherAgeTest, AFreshPictureHasNone) {
+    look();
+    showSite();
+    passTime(30);
+    publishFrames({"20190519_0630"});
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    test::settle();
+    EXPECT_TRUE(says(0, "6:30"));
+    EXPECT_TRUE(says(1, "MUX Base Reflectivity"));
+    EXPECT_EQ(paintingsIn(5), 0);
+}
+
+// An old picture is no younger because some of its frames are missing.
+TEST_F(ItemWeatherAgeTest, ItIsToldBesideAStatus) {
+    publishFrames({"20190519_0554"});
+    look();
+    showSite();
+    editAnimation(6);
+    EXPECT_EQ(m_item->statusText(), "Could not get\nall images.\n");
+    passTime(30);
+    EXPECT_TRUE(says(1, "Image is 36 minutes old"));
+}
+
+TEST_F(ItemWeatherAgeTest, InTheBlankTickItStaysWhereItIsAndTheTitleKeepsItsDate) {
+    look();
+    showSite();
+    editAnimation(3);
+    m_clock.set(fromCalendar({2019, 5, 19, 6, 30}));
+    tick();
+    const QString age = "Image is 36 minutes old";
+    EXPECT_EQ(shown(), "5:54");
+    EXPECT_TRUE(says(1, age));
+    const QString title = m_item->caption();
+    EXPECT_EQ(title, "MUX Base Reflectivity 2019-05-19");
+    tick();
+    EXPECT_EQ(shown(), "") << "the blank one";
+    EXPECT_TRUE(says(1, age));
+    EXPECT_FALSE(says(0, "5:54"));
+    EXPECT_EQ(m_item->caption(), title);
+    tick();
+    EXPECT_EQ(shown(), "5:34");
+    EXPECT_TRUE(says(1, age)) << "the newest image's, whichever is shown";
+}
+
+} // namespace
+} // namespace raincast
