@@ -39,6 +39,25 @@ TEST_F(ItemWeatherUpdatesTest, SixFramesInTheirRhythm) {
     }
 }
 
+TEST_F(ItemWeatherUpdatesTest, AFrameStandsForFiveBeats) {
+    showSite();
+    editAnimation(3);
+    CHeartbeat::usePhaseSource([] { return 0; }); // the first tick comes with the first beat
+    restart();
+    CHeartbeat::usePhaseSource(nullptr);
+    showPage();
+    m_clock.set(fromCalendar({2019, 5, 19, 6, 0}));
+    std::vector<int> moves;
+    for (int beat = 1; beat <= 16; ++beat) {
+        const std::size_t before = m_item->state().position;
+        CHeartbeat::program().Beat();
+        if (m_item->state().position != before) {
+            moves.push_back(beat);
+        }
+    }
+    EXPECT_THAT(moves, testing::ElementsAre(1, 6, 11));
+}
+
 TEST_F(ItemWeatherUpdatesTest, InTheBlankTickRadarAndTimeAreGoneAndTheMapStays) {
     showSite();
     editAnimation(3);
