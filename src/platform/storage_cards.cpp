@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/storage_cards.h"
 
+#include "platform/whole_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QList>
@@ -11,6 +13,9 @@
 namespace raincast {
 
 namespace {
+
+// A machine has some dozens of mounts, a hundred bytes each.
+constexpr qint64 kMostBytes = qint64{16} * 1024 * 1024;
 
 struct Mount {
     QByteArray point;
@@ -103,8 +108,8 @@ QStringList ListStorageCards() {
         }
         return cards;
     }
-    QFile table(QStringLiteral("/proc/self/mountinfo"));
-    return table.open(QIODevice::ReadOnly) ? storageCardsIn(table.readAll()) : QStringList();
+    const auto table = readWhole(QStringLiteral("/proc/self/mountinfo"), kMostBytes);
+    return table ? storageCardsIn(*table) : QStringList();
 }
 
 } // namespace raincast

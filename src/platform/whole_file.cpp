@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/whole_file.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -23,6 +26,7 @@ namespace {
 
 constexpr mode_t kReadAndWriteForAll = 0666; // less the user's mask
 constexpr mode_t kRights = 07777;
+constexpr qint64 kAbandonedSeconds = 3600;
 constexpr int kMostLinks = 40; // as many as the system follows
 constexpr std::size_t kPiece = std::size_t{16} * 1024;
 
@@ -210,6 +214,17 @@ WholeFile::Result replaceFile(const QString& path, QByteArrayView bytes, Lasting
     file.open(path);
     file.write(bytes);
     return file.commit();
+}
+
+void removeAbandonedFiles(const QString& folder) {
+    const QDateTime hourAgo = QDateTime::currentDateTimeUtc().addSecs(-kAbandonedSeconds);
+    const QStringList pattern{u'*' + QLatin1String(WholeFile::kTemporarySuffix)};
+    const auto hidden = QDir::Files | QDir::Hidden | QDir::NoSymLinks;
+    for (const QFileInfo& file : QDir(folder).entryInfoList(pattern, hidden)) {
+        if (file.lastModified() < hourAgo) {
+            QFile::remove(file.filePath());
+        }
+    }
 }
 
 namespace {

@@ -72,6 +72,10 @@ private:
 [[nodiscard]] WholeFile::Result
 replaceFile(const QString& path, QByteArrayView bytes, Lasting lasting);
 
+/// Removes what killed programs left in a folder: temporary files of WholeFile that nobody has
+/// written to for an hour.
+void removeAbandonedFiles(const QString& folder);
+
 /// Why a file was not read.
 struct ReadFailure {
     enum class Kind {

@@ -268,6 +268,18 @@ TEST_F(WholeFileTest, AFolderThatMayNotBeWrittenIsTold) {
     EXPECT_EQ(files(), "file");
 }
 
+TEST_F(WholeFileTest, WhatKilledProgramsLeftIsRemovedAfterAnHour) {
+    for (const char* name : {"a.gif.part", ".hidden.77-0.part", "a.gif", "part", "fresh.part"}) {
+        writeFile(path(name));
+        backdate(path(name), 3610);
+    }
+    backdate(path("fresh.part"), 3590);
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir("folder.part"));
+    removeAbandonedFiles(m_folder.path());
+    EXPECT_EQ(files(), "a.gif folder.part fresh.part part");
+    removeAbandonedFiles(path("absent"));
+}
+
 class ReadWholeTest : public WholeFileTest {
 protected:
     static ReadFailure failure(const QString& path, qint64 mostBytes = 100) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -24,6 +25,14 @@ inline void writeFile(const QString& path, const QByteArray& bytes = "x") {
 inline QByteArray readFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+/// As if nobody had written to a file for so long.
+inline void backdate(const QString& path, qint64 seconds) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite)) << qPrintable(path);
+    const QDateTime then = QDateTime::currentDateTime().addSecs(-seconds);
+    ASSERT_TRUE(file.setFileTime(then, QFileDevice::FileModificationTime)) << qPrintable(path);
 }
 
 /// The names of everything in a folder, sorted and joined by spaces.
