@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace raincast {
 namespace {
 
@@ -45,21 +47,40 @@ TEST(CityFileTest, UnknownFieldsAreSkipped) {
         protobufText(2, "Town") + protobufText(7, "PPL") + protobufVarint(20 << 3 | 1) +
         QByteArray(8, 'x') + protobufVarint(21 << 3 | 5) + QByteArray(4, 'x') +
         protobufText(22, "more") + protobufVarint(23 << 3) + protobufVarint(300);
-    EXPECT_THAT(readCities(protobufVarint(record.size()) + record), SizeIs(1));
+    const auto cities = readCities(protobufVarint(record.size()) + record);
+    ASSERT_THAT(cities, SizeIs(1));
+    EXPECT_EQ(cities[0].name, "Town");
+}
+
+bool isTown(const City& city) {
+    return city.name == "Town" && city.population == 9 && city.position.latitude == 1e-5 &&
+           city.position.longitude == 1e-5;
 }
 
 TEST(CityFileTest, DamagedBytesEndTheReading) {
-    const QByteArray good = makeCity("Town", "PPL", 9, 1, 1) + makeCity("City", "PPL", 9, 1, 1);
+    const QByteArray town = makeCity("Town", "PPL", 9, 1, 1);
+    const QByteArray good = town + makeCity("City", "PPL", 9, 1, 1);
+    ASSERT_THAT(readCities(good), SizeIs(2));
+    // What comes before the damage is as it was.
     for (qsizetype length = 0; length < good.size(); ++length) {
-        EXPECT_LE(readCities(good.left(length)).size(), 2U);
+        const auto cities = readCities(good.left(length));
+        ASSERT_THAT(cities, SizeIs(length < town.size() ? 0 : 1)) << length;
+        EXPECT_TRUE(cities.empty() || isTown(cities[0])) << length;
     }
-    EXPECT_THAT(readCities(QByteArray(1000, '\xFF')), IsEmpty());
-    EXPECT_THAT(readCities(QByteArray(1000, '\0')), IsEmpty());
     for (qsizetype i = 0; i < good.size(); ++i) {
         QByteArray bad = good;
         bad[i] = static_cast<char>(bad[i] ^ 0x55);
-        EXPECT_LE(readCities(bad).size(), 2U);
+        const auto cities = readCities(bad);
+        ASSERT_LE(cities.size(), 2U) << i;
+        EXPECT_TRUE(i < town.size() || (!cities.empty() && isTown(cities[0]))) << i;
+        for (const City& city : cities) {
+            EXPECT_FALSE(city.name.isEmpty()) << i;
+            EXPECT_LE(std::abs(city.position.latitude), 90) << i;
+            EXPECT_LE(std::abs(city.position.longitude), 180) << i;
+        }
     }
+    EXPECT_THAT(readCities(QByteArray(1000, '\xFF')), IsEmpty());
+    EXPECT_THAT(readCities(QByteArray(1000, '\0')), IsEmpty());
 }
 
 } // namespace

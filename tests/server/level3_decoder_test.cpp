@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace raincast {
@@ -202,7 +203,28 @@ TEST(Level3DecoderTest, DamagedBzip2IsSaid) {
     );
 }
 
-TEST(Level3DecoderTest, EveryCutIsNoticedAndEveryChangedByteSurvived) {
+/// Whether a scan's parts fit each other, so that it may be drawn.
+bool isSound(const PolarScan& scan) {
+    const bool polar = scan.layout == CellLayout::polar;
+    return scan.rows >= 0 && scan.columns >= 0 &&
+           scan.cells.size() ==
+               static_cast<std::size_t>(scan.rows) * static_cast<std::size_t>(scan.columns) &&
+           (!polar || scan.radials.size() == static_cast<std::size_t>(scan.rows)) &&
+           std::all_of(
+               scan.radials.begin(), scan.radials.end(),
+               [](RadialSpan radial) {
+                   return radial.startTenths >= 0 && radial.startTenths < 3600 &&
+                          radial.widthTenths > 0;
+               }
+           ) &&
+           (scan.rows == 0 || scan.cellKm > 0) && std::abs(scan.latitude) <= 90 &&
+           std::abs(scan.longitude) <= 180 &&
+           std::all_of(scan.levels.begin(), scan.levels.end(), [](auto level) {
+               return level < 16;
+           });
+}
+
+TEST(Level3DecoderTest, EveryCutIsNoticedAndWhateverAChangedByteGivesIsSound) {
     for (const bool packed : {false, true}) {
         Level3ToMake product;
         product.packed = packed;
@@ -216,6 +238,7 @@ TEST(Level3DecoderTest, EveryCutIsNoticedAndEveryChangedByteSurvived) {
             changed[size] ^= 0x55;
             const Level3Result other = decodeLevel3(changed);
             EXPECT_NE(other.scan.has_value(), !other.error.empty()) << size;
+            EXPECT_TRUE(!other.scan || isSound(*other.scan)) << size;
         }
     }
 }

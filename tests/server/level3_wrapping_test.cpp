@@ -2,6 +2,7 @@
 #include "server/level3_wrapping.h"
 #include "support/level3_maker.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace raincast {
@@ -80,13 +81,33 @@ TEST(Level3WrappingTest, ADamagedFrameIsNamedWithItsPlace) {
     );
 }
 
-TEST(Level3WrappingTest, AnyBytesWillDo) {
-    for (const std::string& file :
-         {std::string(), std::string("\x01"), std::string("\x01\r\r\n"), std::string("\r\n\r\n"),
-          std::string("SDUS54 KOUN 202016"), std::string("SDUS54 KOUN 202016\r\r\n"),
-          std::string("N0RTLX\r\r\n"), std::string(1000, 'A'), std::string("\x78\x9C")}) {
-        EXPECT_LE(unwrapLevel3(file).bytes.size(), file.size());
+TEST(Level3WrappingTest, WhatIsNoHeadingStays) {
+    const std::string letters(1000, 'A');
+    const struct {
+        std::string file;
+        std::string bytes;
+        std::string awipsId;
+    } rows[] = {
+        {"", "", ""},
+        {"\x01", "", ""},
+        {"\x01\r\r\n", "", ""},
+        {"\r\n\r\n", "\r\n\r\n", ""},
+        {"SDUS54 KOUN 202016", "SDUS54 KOUN 202016", ""},
+        {"SDUS54 KOUN 202016\r\r\n", "", ""},
+        {"SDUS54-KOUN 202016\r\r\n", "SDUS54-KOUN 202016\r\r\n", ""},
+        {"N0RTLX\r\r\n", "", "N0RTLX"},
+        {"n0rtlx\r\r\n", "n0rtlx\r\r\n", ""},
+        {letters, letters, ""},
+    };
+    for (const auto& row : rows) {
+        const Level3Message message = unwrapLevel3(row.file);
+        EXPECT_EQ(message.error, "") << row.file;
+        EXPECT_EQ(message.bytes, row.bytes) << row.file;
+        EXPECT_EQ(message.awipsId, row.awipsId) << row.file;
+        EXPECT_EQ(message.offset, row.file.size() - row.bytes.size()) << row.file;
     }
+    // This is how a zlib stream begins.
+    EXPECT_THAT(unwrapLevel3("x\x9C").error, testing::HasSubstr("at byte 0 is damaged"));
 }
 
 } // namespace

@@ -63,19 +63,72 @@ TEST(SampleSkyTest, GroundClutterLiesNearTheAntennaOnly) {
     EXPECT_EQ(far, 0);
 }
 
+using Echo = double (SampleSky::*)(PlaneVector) const;
+
+/// The strongest echo that stands beside nothing, along lines over the sky in both directions.
+double strongestAtAnEdge(const SampleSky& sky, Echo echo) {
+    constexpr double kReachKm = 226;
+    constexpr double kStepKm = .25;
+    constexpr double kMostOfNothing = SampleSky::kNothing + 3; // composites add as much
+    double strongest = SampleSky::kNothing;
+    const auto lookAlong = [&](PlaneVector from, PlaneVector direction) {
+        double before = (sky.*echo)(from);
+        for (double along = kStepKm; along <= 2 * kReachKm; along += kStepKm) {
+            const double now = (sky.*echo)(from + along * direction);
+            if ((now <= kMostOfNothing) != (before <= kMostOfNothing)) {
+                strongest = std::max({strongest, now, before});
+            }
+            before = now;
+        }
+    };
+    for (double line = -kReachKm; line <= kReachKm; line += 23.7) {
+        lookAlong({-kReachKm, line}, {1, 0});
+        lookAlong({line, -kReachKm}, {0, 1});
+    }
+    return strongest;
+}
+
 TEST(SampleSkyTest, WhatIsSkippedForSpeedIsReallyEmpty) {
-    // The composite looks wider than the rain: whatever rains is within it.
-    const SampleSky sky(sampleClimate("MUX"), kMinute, 230);
-    int raining = 0;
-    for (int east = -230; east <= 230; east += 3) {
-        for (int north = -230; north <= 230; north += 3) {
-            const PlaneVector place{east + .5, north + .5};
-            const double rain = sky.rainDbz(place);
-            EXPECT_LE(rain, sky.compositeDbz(place) + 8);
-            raining += rain > 5 ? 1 : 0;
+    for (const char* site : {"MUX", "TLX", "LWX"}) {
+        for (const int minutes : {0, 100}) {
+            const SampleSky sky(sampleClimate(site), kMinute + minutes, 230);
+            // Where an echo ends, it has grown weaker than any that is drawn or measured.
+            const struct {
+                Echo echo;
+                double weakest;
+            } rows[] = {
+                {&SampleSky::rainDbz, 5},
+                {&SampleSky::compositeDbz, 5},
+                {&SampleSky::lowestBeamDbz, -1}, // velocities are measured of that
+            };
+            for (const auto& row : rows) {
+                const double strongest = strongestAtAnEdge(sky, row.echo);
+                EXPECT_GT(strongest, SampleSky::kNothing) << site;
+                EXPECT_LT(strongest, row.weakest) << site << ", " << minutes << " minutes later";
+            }
         }
     }
-    EXPECT_GT(raining, 500);
+}
+
+TEST(SampleSkyTest, StormsThatAreLeftOutForSpeedDoNotReachThePicture) {
+    for (const char* site : {"MUX", "TLX", "LWX"}) {
+        const SampleSky sky(sampleClimate(site), kMinute, 230);
+        const SampleSky wider(sampleClimate(site), kMinute, 460);
+        EXPECT_GT(wider.storms().size(), sky.storms().size());
+        int raining = 0;
+        for (int east = -228; east <= 228; east += 4) {
+            for (int north = -228; north <= 228; north += 4) {
+                const PlaneVector place{east + .5, north + .5};
+                if (place.length() > 230) {
+                    continue;
+                }
+                EXPECT_EQ(sky.rainDbz(place), wider.rainDbz(place)) << site;
+                EXPECT_EQ(sky.compositeDbz(place), wider.compositeDbz(place)) << site;
+                raining += sky.rainDbz(place) > 5 ? 1 : 0;
+            }
+        }
+        EXPECT_GT(raining, 500) << site;
+    }
 }
 
 } // namespace
