@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "server/layer_store.h"
 
+#include "platform/whole_file.h"
 #include "server/antenna_positions.h"
 #include "server/layer_painter.h"
+#include "server/whole_picture.h"
 
 #include <QDir>
-#include <QFile>
-#include <QSaveFile>
 
 namespace raincast {
 
@@ -14,19 +14,6 @@ namespace {
 
 // Counts the changes of how layers look.
 constexpr auto kStyle = "1";
-
-QByteArray contentsOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void keep(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(bytes);
-        file.commit();
-    }
-}
 
 } // namespace
 
@@ -45,12 +32,13 @@ QByteArray LayerStore::layer(LayerKind layer, std::string_view site, Range range
     }
     const std::lock_guard lock(m_painting[static_cast<std::size_t>(layer)]);
     const QString file = fileOf(layer, site, range);
-    QByteArray bytes = m_folder.isEmpty() ? QByteArray() : contentsOf(file);
+    QByteArray bytes = m_folder.isEmpty() ? QByteArray() : wholePictureIn(file);
     if (bytes.isEmpty()) {
         const ImageGeometry geometry(antenna->latitude, antenna->longitude, range);
         bytes = paintLayer(layer, m_data, geometry, range);
         if (!m_folder.isEmpty() && !bytes.isEmpty()) {
-            keep(file, bytes);
+            // One that is not kept is painted again.
+            static_cast<void>(replaceFile(file, bytes, Lasting::no));
         }
     }
     return bytes;

@@ -2,16 +2,17 @@
 #include "server/level3_folder.h"
 
 #include "platform/clock.h"
+#include "platform/whole_file.h"
 #include "server/antenna_positions.h"
 #include "server/frame_painter.h"
 #include "server/level3_decoder.h"
+#include "server/whole_picture.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -26,18 +27,15 @@ constexpr qint64 kFreshMilliseconds = 30'000;
 // Clocks differ; a frame from farther in the future than this is a wrong one.
 constexpr FileTime kMostAhead = 10 * kFileTimePerMinute;
 
-std::string contentsOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
-}
-
-bool write(const QString& path, const std::string& bytes) {
-    QSaveFile file(path);
-    QDir().mkpath(QFileInfo(path).path());
-    return file.open(QIODevice::WriteOnly) &&
-           file.write(bytes.data(), static_cast<qint64>(bytes.size())) ==
-               static_cast<qint64>(bytes.size()) &&
-           file.commit();
+Level3Result decodeFile(const QString& path) {
+    const auto bytes = readWhole(path, kMostBytes);
+    if (bytes) {
+        return decodeLevel3({bytes->constData(), static_cast<std::size_t>(bytes->size())});
+    }
+    if (bytes.error().kind == ReadFailure::Kind::tooLarge) {
+        return {std::nullopt, "The file is larger than any product."};
+    }
+    return {std::nullopt, "The file cannot be read: " + bytes.error().reason.toStdString() + "."};
 }
 
 QFileInfoList filesIn(const QString& folder, QStringList& folders) {
@@ -64,23 +62,51 @@ QFileInfoList filesIn(const QString& folder, QStringList& folders) {
 
 } // namespace
 
-Level3Folder::Level3Folder(QString folder, QString store, int hours, ServerLog log)
-    : m_folder(std::move(folder)), m_store(std::move(store)), m_hours(hours),
+Level3Folder::Level3Folder(const QString& folder, const QString& store, int hours, ServerLog log)
+    : m_folder(QDir(folder).absolutePath()), m_store(QDir(store).absolutePath()), m_hours(hours),
       m_log(std::move(log)), m_folders{m_folder} {
     loadStore();
 }
 
 void Level3Folder::loadStore() {
-    QDirIterator files(
-        m_store, {QStringLiteral("*.gif")}, QDir::Files, QDirIterator::Subdirectories
+    QDirIterator entries(
+        m_store, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories
     );
-    while (files.hasNext()) {
-        files.next();
+    while (entries.hasNext()) {
+        entries.next();
+        if (entries.fileInfo().isDir()) {
+            removeAbandonedFiles(entries.filePath());
+            continue;
+        }
         const std::string path =
-            "/ridge/RadarImg/" + QDir(m_store).relativeFilePath(files.filePath()).toStdString();
+            "/ridge/RadarImg/" + QDir(m_store).relativeFilePath(entries.filePath()).toStdString();
         const auto item = findTreeItem(path);
         if (item && item->kind == TreeItem::Kind::frame) {
             m_times[{item->site, item->product}].insert(item->time);
+        }
+    }
+}
+
+/// Forgets the frames whose files are not whole, so that their products are rendered again.
+void Level3Folder::dropDamagedFrames(const std::stop_token& stop) {
+    std::map<Key, std::set<FileTime>> all;
+    {
+        const std::lock_guard lock(m_mutex);
+        all = m_times;
+    }
+    for (const auto& [key, times] : all) {
+        for (const FileTime time : times) {
+            if (stop.stop_requested()) {
+                m_isDoubtful = true;
+                return;
+            }
+            const QString file = fileOf({key.first, key.second}, time);
+            if (wholePictureIn(file).isEmpty()) {
+                QFile::remove(file);
+                m_seen.clear();
+                const std::lock_guard lock(m_mutex);
+                m_times[key].erase(time);
+            }
         }
     }
 }
@@ -102,6 +128,9 @@ int Level3Folder::rescan(const std::stop_token& stop) {
         const std::lock_guard lock(m_mutex);
         m_folders = folders;
     }
+    if (m_isDoubtful.exchange(false)) {
+        dropDamagedFrames(stop);
+    }
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     QHash<QString, Seen> seen;
     int frames = 0;
@@ -115,10 +144,15 @@ int Level3Folder::rescan(const std::stop_token& stop) {
             continue;
         }
         const bool isFresh = now - present.changed < kFreshMilliseconds;
-        const int made = take(file, isFresh);
-        frames += std::max(0, made);
+        const Outcome outcome = take(file, isFresh, frames);
+        if (outcome == Outcome::unstored) {
+            // Nor could what follows be stored. Frames that grow too old make room.
+            m_seen.insert(seen);
+            seen = m_seen;
+            break;
+        }
         // What is fresh and fails is tried at every turn, until it is whole or old.
-        if (made >= 0 || !isFresh) {
+        if (outcome == Outcome::done || !isFresh) {
             seen.insert(file.filePath(), present);
         }
     }
@@ -127,42 +161,52 @@ int Level3Folder::rescan(const std::stop_token& stop) {
     return frames;
 }
 
-/// Renders a file; the number of new frames, or -1 when it cannot be decoded.
-int Level3Folder::take(const QFileInfo& file, bool isFresh) {
+/// Renders a file, and counts the frames that it made.
+Level3Folder::Outcome Level3Folder::take(const QFileInfo& file, bool isFresh, int& made) {
     const QString name = QDir(m_folder).relativeFilePath(file.filePath());
-    const Level3Result result =
-        file.size() <= kMostBytes
-            ? decodeLevel3(contentsOf(file.filePath()))
-            : Level3Result{std::nullopt, "The file is larger than any product."};
+    const Level3Result result = decodeFile(file.filePath());
     if (!result.scan) {
         if (!isFresh) {
             m_log(name + QStringLiteral(": ") + QString::fromStdString(result.error));
         }
-        return -1;
+        return Outcome::undecoded;
     }
     const PolarScan& scan = *result.scan;
     const FileTime time = scan.time - scan.time % kFileTimePerMinute;
     if (const QString reason = whyNotShown(scan, time); !reason.isEmpty()) {
         tellOnce(name, reason);
-        return 0;
+        return Outcome::done;
     }
-    int made = 0;
     for (const Product product : publishedAs(scan)) {
-        {
-            const std::lock_guard lock(m_mutex);
-            if (m_times[{scan.site, product}].contains(time)) {
-                continue;
-            }
+        if (isStored({scan.site, product}, time)) {
+            continue;
         }
-        if (!write(fileOf({scan.site, product}, time), renderFrame(scan, product))) {
-            m_log(QStringLiteral("Cannot write to %1.").arg(m_store));
-            return -1;
+        if (!store(fileOf({scan.site, product}, time), renderFrame(scan, product))) {
+            return Outcome::unstored;
         }
         const std::lock_guard lock(m_mutex);
         m_times[{scan.site, product}].insert(time);
         ++made;
     }
-    return made;
+    return Outcome::done;
+}
+
+bool Level3Folder::isStored(const Key& key, FileTime time) const {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_times.find(key);
+    return found != m_times.end() && found->second.contains(time);
+}
+
+/// Writes a file of the store. Why that fails is logged when it begins to, not at every turn.
+bool Level3Folder::store(const QString& file, const std::string& bytes) {
+    QDir().mkpath(QFileInfo(file).path());
+    // What a power cut takes is made again.
+    const auto stored = replaceFile(file, bytes, Lasting::no);
+    if (!stored && !m_cannotStore) {
+        m_log(QStringLiteral("Cannot write to %1: %2.").arg(m_store, stored.error()));
+    }
+    m_cannotStore = !stored;
+    return stored.has_value();
 }
 
 /// Empty for a product that is shown.
@@ -218,14 +262,14 @@ Level3Folder::frameTimes(std::string_view site, Product product, FileTime upTo) 
 
 std::string Level3Folder::frame(std::string_view site, Product product, FileTime time) const {
     const FrameFolder folder{std::string(site), product};
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = m_times.find({folder.site, product});
-        if (found == m_times.end() || !found->second.contains(time)) {
-            return {};
-        }
+    if (!isStored({folder.site, product}, time)) {
+        return {};
     }
-    return contentsOf(fileOf(folder, time));
+    const QByteArray bytes = wholePictureIn(fileOf(folder, time));
+    if (bytes.isEmpty()) {
+        m_isDoubtful = true;
+    }
+    return bytes.toStdString();
 }
 
 std::string Level3Folder::warnings(std::string_view site, Range, FileTime) const {

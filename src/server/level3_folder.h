@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QString>
 
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <set>
@@ -21,7 +22,8 @@ struct PolarScan;
 
 /// Frames of the NEXRAD Level III products that somebody else puts into a folder (and the folders
 /// in it): each product is rendered once, and the frame is kept in a store of our own until it is
-/// too old, whatever becomes of the product's file.
+/// too old, whatever becomes of the product's file. A stored frame whose file is gone or not whole
+/// is made again if its product is still there.
 ///
 /// Files whose names begin with a dot are left alone: they are still being written. A file that
 /// cannot be decoded is tried again when it has changed. Why products are left alone that could be
@@ -29,9 +31,9 @@ struct PolarScan;
 class Level3Folder : public FrameSource {
 public:
     /// The store is a folder of this object's alone; the frames that are in it from an earlier run
-    /// count. Frames older than `hours` before now are deleted and products of that age ignored; 0
-    /// keeps all.
-    Level3Folder(QString folder, QString store, int hours, ServerLog log);
+    /// count. Both are looked for from the present working folder on, for good. Frames older than
+    /// `hours` before now are deleted and products of that age ignored; 0 keeps all.
+    Level3Folder(const QString& folder, const QString& store, int hours, ServerLog log);
 
     /// Looks what is new in the folder and renders it; returns how many frames that gave. For one
     /// thread at a time; the questions below may come from others meanwhile. Ends early when asked
@@ -59,8 +61,17 @@ private:
         friend bool operator==(const Seen&, const Seen&) = default;
     };
 
+    enum class Outcome {
+        done,      ///< rendered, or of no use
+        undecoded, ///< tried again when it has changed
+        unstored,  ///< tried again at the next turn
+    };
+
     void loadStore();
-    int take(const QFileInfo& file, bool isFresh);
+    void dropDamagedFrames(const std::stop_token& stop);
+    Outcome take(const QFileInfo& file, bool isFresh, int& made);
+    [[nodiscard]] bool isStored(const Key& key, FileTime time) const;
+    [[nodiscard]] bool store(const QString& file, const std::string& bytes);
     [[nodiscard]] QString whyNotShown(const PolarScan& scan, FileTime time) const;
     void tellOnce(const QString& name, const QString& reason);
     [[nodiscard]] bool isTooOld(FileTime time) const;
@@ -73,7 +84,10 @@ private:
     ServerLog m_log;
     QHash<QString, Seen> m_seen; ///< the rescanning thread's only
     QStringList m_told;          ///< the same: why products were not shown
-    mutable std::mutex m_mutex;  ///< of what follows
+    bool m_cannotStore = false;  ///< the same: it is known, and was told
+    /// The store is to be looked through: it is from an earlier run, or a file of it was damaged.
+    mutable std::atomic<bool> m_isDoubtful = true;
+    mutable std::mutex m_mutex; ///< of what follows
     std::map<Key, std::set<FileTime>> m_times;
     QStringList m_folders;
 };

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "server/map_data.h"
 
+#include "platform/whole_file.h"
 #include "server/road_file.h"
 #include "server/topojson.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDateTime>
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -53,9 +53,7 @@ QString npmFile(const QString& mapDataFolder, const QString& name) {
 }
 
 QByteArray contentsOf(const QString& path) {
-    QFile file(path);
-    const bool isOpen = !path.isEmpty() && file.open(QIODevice::ReadOnly);
-    return isOpen && file.size() <= kMostBytes ? file.readAll() : QByteArray();
+    return readWhole(path, kMostBytes).value_or(QByteArray());
 }
 
 } // namespace

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "server/publisher.h"
 
+#include "platform/whole_file.h"
 #include "server/antenna_positions.h"
 #include "server/listing_page.h"
+#include "server/whole_picture.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <atomic>
@@ -27,9 +27,11 @@ constexpr auto kAllFrames = std::numeric_limits<std::size_t>::max();
 
 const std::size_t kMostAtOnce = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 
-QByteArray contentsOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+// Far more than any file of the tree has.
+constexpr qint64 kMostBytes = qint64{16} * 1024 * 1024;
+
+bool has(const QString& path, const QByteArray& bytes) {
+    return readWhole(path, kMostBytes) == bytes;
 }
 
 } // namespace
@@ -85,23 +87,28 @@ QString Publisher::fileOf(const std::string& path) const {
 bool Publisher::write(const std::string& path, const QByteArray& bytes) {
     const QString name = fileOf(path);
     QDir().mkpath(QFileInfo(name).path());
-    QSaveFile file(name);
-    const bool written =
-        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    // What a power cut takes is made again.
+    const auto written = replaceFile(name, bytes, Lasting::no);
     if (!written) {
-        log(QStringLiteral("Cannot write %1: %2.").arg(name, file.errorString()));
+        log(QStringLiteral("Cannot write %1: %2.").arg(name, written.error()));
     }
-    return written;
+    return written.has_value();
+}
+
+/// Whether what never changes is there. Pictures tell whether they are whole; anything else is
+/// compared with what it should be.
+bool Publisher::isPublished(const QString& name) const {
+    return m_isSound ? QFileInfo::exists(name) : !wholePictureIn(name).isEmpty();
 }
 
 bool Publisher::put(const std::string& path, Again again) {
     const QString name = fileOf(path);
-    if (again == Again::never && QFileInfo::exists(name)) {
+    if (again == Again::never && isPublished(name)) {
         return true;
     }
     const auto answer = m_tree.find(path);
     // A frame may be gone by the time that its turn comes.
-    return !answer || contentsOf(name) == answer->body || write(path, answer->body);
+    return !answer || has(name, answer->body) || write(path, answer->body);
 }
 
 /// The newest `most` frames of all of a site's products. The oldest of them first, and all products
@@ -149,8 +156,11 @@ bool Publisher::publishListing(const FrameFolder& folder) {
     }
     const QByteArray listing = listingPage(path, there);
     const std::string index = path + "index.html";
-    if (contentsOf(fileOf(index)) != listing && !write(index, listing)) {
+    if (!has(fileOf(index), listing) && !write(index, listing)) {
         return false;
+    }
+    if (!m_isSound) {
+        removeAbandonedFiles(dir.path());
     }
     for (const QString& file : old) {
         dir.remove(file);
@@ -173,7 +183,7 @@ bool Publisher::publishPages() {
 }
 
 bool Publisher::publish(const std::stop_token& stop) {
-    const bool sameData = contentsOf(fileOf(kStampFile)) == m_layerStamp;
+    const bool sameData = has(fileOf(kStampFile), m_layerStamp);
     const Again layersAgain = sameData ? Again::never : Again::whenChanged;
     const auto frames = [&](std::size_t most) {
         return forEachSite(stop, [&](const Site& site) { return publishFrames(site, most, stop); });
@@ -183,9 +193,11 @@ bool Publisher::publish(const std::stop_token& stop) {
             return publishStanding(site, layersAgain, stop);
         });
     };
-    return frames(1) && standing() && publishPages() &&
-           (sameData || write(kStampFile, m_layerStamp)) && frames(kFramesOfAnHour) &&
-           frames(kAllFrames) && publishPages();
+    const bool good = frames(1) && standing() && publishPages() &&
+                      (sameData || write(kStampFile, m_layerStamp)) && frames(kFramesOfAnHour) &&
+                      frames(kAllFrames) && publishPages();
+    m_isSound = m_isSound || good;
+    return good;
 }
 
 } // namespace raincast

@@ -28,8 +28,9 @@ public:
 
     /// Brings the folder up to date: writes what is new, then deletes the frames that the tree no
     /// longer has. The newest frame of every site and product comes first, then those of the last
-    /// hour, so that a first start, which writes thousands of frames, is soon of use. Works on as
-    /// many sites at once as there are processors, eight at most. False when a file could not be
+    /// hour, so that a first start, which writes thousands of frames, is soon of use. What an
+    /// earlier run has left is looked at once: pictures that are not whole are made again. Works on
+    /// as many sites at once as there are processors, eight at most. False when a file could not be
     /// written (the log says which) or it was asked to stop.
     [[nodiscard]] bool publish(const std::stop_token& stop = {});
 
@@ -49,6 +50,7 @@ private:
     bool publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop);
     bool publishPages();
     bool put(const std::string& path, Again again);
+    [[nodiscard]] bool isPublished(const QString& name) const;
     bool write(const std::string& path, const QByteArray& bytes);
     void log(const QString& line);
     [[nodiscard]] QString fileOf(const std::string& path) const;
@@ -57,6 +59,7 @@ private:
     QString m_folder;
     std::vector<Site> m_sites;
     QByteArray m_layerStamp;
+    bool m_isSound = false; ///< all that is there was made by this object, or looked at by it
     std::mutex m_logMutex;
     ServerLog m_log;
 };

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "server/render_command.h"
 
+#include "platform/whole_file.h"
 #include "server/frame_painter.h"
 #include "server/level3_decoder.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include <algorithm>
+#include <array>
 #include <ostream>
+#include <span>
 
 namespace raincast {
 
@@ -17,21 +19,34 @@ namespace {
 // Products have at most some hundred thousand bytes.
 constexpr qint64 kLargestFile = qint64{16} * 1024 * 1024;
 
-std::string worldFileName(const QString& picture) {
+QString worldFileName(const QString& picture) {
     const QFileInfo info(picture);
     const QString suffix = info.suffix();
-    return picture.chopped(suffix.isEmpty() ? 0 : suffix.size() + 1).toStdString() + ".gfw";
+    return picture.chopped(suffix.isEmpty() ? 0 : suffix.size() + 1) + QStringLiteral(".gfw");
 }
 
-bool write(const std::string& name, const std::string& bytes, std::ostream& err) {
-    QSaveFile file(QString::fromStdString(name));
-    const auto size = static_cast<qint64>(bytes.size());
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes.data(), size) == size &&
-        file.commit()) {
-        return true;
-    }
-    err << name << ": cannot be written: " << file.errorString().toStdString() << ".\n";
-    return false;
+struct Output {
+    QString name;
+    std::string bytes;
+    WholeFile file{Lasting::yes};
+};
+
+/// Writes files that belong together: none gets its name before there is room for all.
+bool writeAll(std::span<Output> outputs, std::ostream& err) {
+    const auto prepare = [](Output& output) {
+        return output.file.open(output.name) && output.file.write(output.bytes);
+    };
+    const auto commit = [&err](Output& output) {
+        const auto done = output.file.commit();
+        if (!done) {
+            err << output.name.toStdString()
+                << ": cannot be written: " << done.error().toStdString() << ".\n";
+        }
+        return done.has_value();
+    };
+    const auto failed = std::find_if_not(outputs.begin(), outputs.end(), prepare);
+    return failed == outputs.end() ? std::all_of(outputs.begin(), outputs.end(), commit)
+                                   : commit(*failed);
 }
 
 /// TLX N0R 2013-05-20 20:16 UTC, code 19
@@ -53,22 +68,23 @@ std::string summary(const PolarScan& scan) {
 int renderCommand(
     const std::string& file, const std::string& outFile, std::ostream& out, std::ostream& err
 ) {
-    QFile input(QString::fromStdString(file));
-    if (!input.open(QIODevice::ReadOnly)) {
-        err << file << ": cannot be read: " << input.errorString().toStdString() << ".\n";
+    const auto bytes = readWhole(QString::fromStdString(file), kLargestFile);
+    if (!bytes) {
+        err << file << ": cannot be read: " << bytes.error().reason.toStdString() << ".\n";
         return 1;
     }
-    const QByteArray bytes = input.read(kLargestFile);
     const Level3Result result =
-        decodeLevel3({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+        decodeLevel3({bytes->constData(), static_cast<std::size_t>(bytes->size())});
     if (!result.scan) {
         err << file << ": " << result.error << ".\n";
         return 1;
     }
     const PolarScan& scan = *result.scan;
-    const std::string world = frameGeometry(scan, rangeOf(scan.product)).worldFile();
-    if (!write(outFile, renderFrame(scan, scan.product), err) ||
-        !write(worldFileName(QString::fromStdString(outFile)), world, err)) {
+    const QString name = QString::fromStdString(outFile);
+    std::array outputs{
+        Output{name, renderFrame(scan, scan.product)},
+        Output{worldFileName(name), frameGeometry(scan, rangeOf(scan.product)).worldFile()}};
+    if (!writeAll(outputs, err)) {
         return 1;
     }
     out << summary(scan) << "\n";

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "server/road_file.h"
 
+#include "platform/whole_file.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -102,10 +104,8 @@ std::vector<MapLine> readRoads(const QString& file) {
     if (file.endsWith(u".shp", Qt::CaseInsensitive)) {
         return readShapes(file);
     }
-    QFile text(file);
-    return text.open(QIODevice::ReadOnly) && text.size() <= kMostBytes
-               ? readGeoJsonLines(text.readAll())
-               : std::vector<MapLine>();
+    const auto text = readWhole(file, kMostBytes);
+    return text ? readGeoJsonLines(*text) : std::vector<MapLine>();
 }
 
 } // namespace raincast

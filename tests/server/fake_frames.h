@@ -3,21 +3,36 @@
 
 #include "server/frame_source.h"
 
+#include <QByteArray>
+
 #include <atomic>
 #include <mutex>
 #include <set>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace raincast {
 
-/// Frames that a test sets; each picture's bytes say what it is.
+/// A whole GIF that shows nothing, with a text in it.
+inline QByteArray gifThatSays(const QByteArray& text) {
+    constexpr qsizetype kMost = 255;
+    QByteArray gif("GIF89a\x58\x02\x26\x02\0\0\0", 13);
+    for (qsizetype begin = 0; begin < text.size(); begin += kMost) {
+        const QByteArray piece = text.mid(begin, kMost);
+        gif += "!\xFE" + QByteArray(1, static_cast<char>(piece.size())) + piece + '\0';
+    }
+    return gif + ';';
+}
+
+/// Frames that a test sets; each picture says what it is.
 class FakeFrames : public FrameSource {
 public:
     std::set<FileTime> times;            ///< of every site and product
     std::set<FileTime> lost;             ///< times that are listed but have no frame any more
     mutable std::vector<FileTime> order; ///< in which frames were asked for
     mutable std::atomic<int> made = 0;   ///< pictures so far
-    std::string picture = "GIF89a";      ///< what every picture begins with
+    QByteArray text;                     ///< what every picture begins to say
 
     [[nodiscard]] std::vector<FileTime>
     frameTimes(std::string_view, Product, FileTime upTo) const override {
@@ -28,17 +43,21 @@ public:
         ++made;
         const std::lock_guard lock(m_mutex);
         order.push_back(time);
-        return times.contains(time) && !lost.contains(time)
-                   ? picture + std::string(site) + std::string(codeOf(product))
-                   : std::string();
+        const bool isThere = times.contains(time) && !lost.contains(time);
+        return isThere ? says(site, codeOf(product)) : std::string();
     }
     [[nodiscard]] std::string
     warnings(std::string_view site, Range range, FileTime time) const override {
         ++made;
-        return picture + std::string(site) + std::string(wordOf(range)) + std::to_string(time);
+        return says(site, std::string(wordOf(range)) + std::to_string(time));
     }
 
 private:
+    [[nodiscard]] std::string says(std::string_view site, std::string_view what) const {
+        return gifThatSays(text + std::string(site).c_str() + std::string(what).c_str())
+            .toStdString();
+    }
+
     mutable std::mutex m_mutex;
 };
 

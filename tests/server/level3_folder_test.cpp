@@ -2,9 +2,9 @@
 #include "platform/clock.h"
 #include "server/level3_folder.h"
 #include "support/files.h"
+#include "support/full_disk.h"
 #include "support/level3_maker.h"
 
-#include <QDateTime>
 #include <QImage>
 #include <QTemporaryDir>
 
@@ -43,13 +43,7 @@ protected:
         writeFile(m_feed + '/' + name, bytes);
     }
     /// As if nobody had touched a file for an hour.
-    void age(const QString& name) const {
-        QFile file(m_feed + '/' + name);
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        ASSERT_TRUE(file.setFileTime(
-            QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime
-        ));
-    }
+    void age(const QString& name) const { backdate(m_feed + '/' + name, 3600); }
     [[nodiscard]] std::vector<FileTime> times(const Level3Folder& folder) const {
         return folder.frameTimes("TLX", kN0R, m_clock.now());
     }
@@ -150,6 +144,104 @@ TEST_F(Level3FolderTest, OtherFilesInTheStoreAreNoFrames) {
     writeFile(m_store + "/N0R/TLX/notes.gif");
     writeFile(m_store + "/N0R/TLX/LWX_20130520_2016_N0R.gif");
     EXPECT_THAT(times(*open()), IsEmpty());
+}
+
+TEST_F(Level3FolderTest, AFullDiskKeepsNoCutFrameAndIsTriedAgain) {
+    put("a", product(m_second));
+    put("b", product(m_second + 300));
+    age("a");
+    age("b");
+    const auto folder = open();
+    {
+        const FullDisk disk(1000);
+        EXPECT_EQ(folder->rescan(), 0);
+        EXPECT_EQ(folder->rescan(), 0);
+    }
+    EXPECT_THAT(times(*folder), IsEmpty());
+    EXPECT_EQ(namesIn(m_store + "/N0R/TLX"), "");
+    // Said once, not at every turn.
+    EXPECT_EQ(m_log, QStringLiteral("Cannot write to %1: File too large.\n").arg(m_store));
+    EXPECT_EQ(folder->rescan(), 2);
+    EXPECT_EQ(times(*folder).size(), 2U);
+    // The next full disk is said again.
+    put("c", product(m_second + 600));
+    const FullDisk disk(1000);
+    EXPECT_EQ(folder->rescan(), 0);
+    EXPECT_EQ(m_log.count('\n'), 2);
+}
+
+TEST_F(Level3FolderTest, AStoredFrameOfTheWrongLengthIsMadeAgain) {
+    put("a", product(m_second));
+    EXPECT_EQ(open()->rescan(), 1);
+    const QString stored = m_store + "/N0R/TLX/TLX_20130520_2016_N0R.gif";
+    const QByteArray whole = readFile(stored);
+    for (const QByteArray& wrong : {QByteArray(), whole.first(whole.size() / 2), whole + "more"}) {
+        writeFile(stored, wrong);
+        const auto folder = open();
+        EXPECT_EQ(folder->frame("TLX", kN0R, m_time), "");
+        EXPECT_EQ(folder->rescan(), 1);
+        EXPECT_THAT(times(*folder), ElementsAre(m_time));
+        EXPECT_EQ(folder->frame("TLX", kN0R, m_time), whole.toStdString());
+        EXPECT_EQ(readFile(stored), whole);
+    }
+}
+
+TEST_F(Level3FolderTest, ADamagedFrameWithoutItsProductIsForgotten) {
+    put("a", product(m_second));
+    EXPECT_EQ(open()->rescan(), 1);
+    QFile::remove(m_feed + "/a");
+    writeFile(m_store + "/N0R/TLX/TLX_20130520_2016_N0R.gif", "cut");
+    const auto folder = open();
+    EXPECT_EQ(folder->rescan(), 0);
+    EXPECT_THAT(times(*folder), IsEmpty());
+    EXPECT_EQ(namesIn(m_store + "/N0R/TLX"), "");
+}
+
+TEST_F(Level3FolderTest, AStoreThatIsEmptiedWhileItIsUsedFillsAgain) {
+    put("a", product(m_second));
+    const auto folder = open();
+    EXPECT_EQ(folder->rescan(), 1);
+    ASSERT_TRUE(QDir(m_store).removeRecursively());
+    EXPECT_EQ(folder->frame("TLX", kN0R, m_time), "");
+    EXPECT_EQ(folder->rescan(), 1);
+    EXPECT_NE(folder->frame("TLX", kN0R, m_time), "");
+}
+
+TEST_F(Level3FolderTest, WhatAKilledServerLeftIsRemoved) {
+    const QString left = m_store + "/N0R/TLX/TLX_20130520_2016_N0R.gif.part";
+    writeFile(left);
+    backdate(left, 3700);
+    EXPECT_EQ(open()->rescan(), 0);
+    EXPECT_EQ(namesIn(m_store + "/N0R/TLX"), "");
+}
+
+TEST_F(Level3FolderTest, FoldersNamedFromTheWorkingFolderDoAsWell) {
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(m_temporary.path()));
+    for (const char* start : {"", "./", "../"}) {
+        const QString name = QString(start).startsWith("..")
+                                 ? "../" + QFileInfo(m_temporary.path()).fileName() + '/'
+                                 : QString(start);
+        m_store = name + "store";
+        m_feed = name + "feed";
+        put("a", product(m_second));
+        EXPECT_EQ(open()->rescan(), 1);
+        put("b", "no product");
+        age("b");
+        QFile::remove(m_feed + "/a");
+        // The next run has the frame, and deletes it when it is old.
+        m_log.clear();
+        const auto folder = open(1);
+        EXPECT_EQ(folder->rescan(), 0);
+        EXPECT_THAT(times(*folder), ElementsAre(m_time));
+        EXPECT_NE(folder->frame("TLX", kN0R, m_time), "");
+        EXPECT_TRUE(m_log.startsWith("b: ")) << qPrintable(m_log);
+        m_clock.advance(60 * kFileTimePerMinute);
+        EXPECT_EQ(folder->rescan(), 0);
+        EXPECT_EQ(namesIn(m_store + "/N0R/TLX"), "");
+        m_clock.advance(-60 * kFileTimePerMinute);
+    }
+    ASSERT_TRUE(QDir::setCurrent(before));
 }
 
 TEST_F(Level3FolderTest, OversizedFilesAreNoProducts) {

@@ -40,7 +40,7 @@ protected:
         tree.addPage("/status", "application/json", [] { return QByteArray("{}"); });
         EXPECT_TRUE(Publisher(tree, m_folder.path(), {"LWX"}, "data", [](const QString&) {
                     }).publish());
-        writeFile(m_folder.filePath("ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.Xy1"), "GI");
+        writeFile(m_folder.filePath("ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part"), "GI");
     }
     ~NginxSettingsTest() override { Clock::use(nullptr); }
 
@@ -79,8 +79,8 @@ TEST_F(NginxSettingsTest, ServeAPublishedTree) {
         {"/ridge/RadarImg/N0R/LWX/", "text/html; charset=utf-8", "no-cache",
          "\"LWX_20180725_2000_N0R.gif\""},
         {"/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif", "image/gif", "max-age=86400",
-         "GIF89aLWXN0R"},
-        {"/ridge/Warnings/Short/LWX_Warnings_0.gif", "image/gif", "no-cache", "GIF89aLWX"},
+         "LWXN0R"},
+        {"/ridge/Warnings/Short/LWX_Warnings_0.gif", "image/gif", "no-cache", "LWXShort"},
         {"/ridge/Overlays/Topo/Long/LWX_Topo_Long.jpg", "image/jpeg", "max-age=86400", "JFIF"},
         {"/ridge/Overlays/Cities/Short/LWX_City_Short.gfw", "text/plain; charset=utf-8",
          "max-age=86400", "0.0"},
@@ -95,7 +95,7 @@ TEST_F(NginxSettingsTest, ServeAPublishedTree) {
         EXPECT_THAT(answer->body, HasSubstr(row.text)) << row.path;
     }
     EXPECT_EQ(statusOf("/.layers"), 403);
-    EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.Xy1"), 403);
+    EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part"), 403);
     EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2010_N0R.gif"), 404);
 }
 

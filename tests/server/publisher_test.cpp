@@ -5,6 +5,7 @@
 #include "server/publisher.h"
 #include "server/sample_weather.h"
 #include "support/files.h"
+#include "support/full_disk.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -52,7 +53,9 @@ TEST_F(PublisherTest, WritesTheTree) {
         namesIn(file("/ridge/RadarImg/N0R/LWX")),
         "LWX_20180725_1955_N0R.gif LWX_20180725_2000_N0R.gif index.html"
     );
-    EXPECT_EQ(readFile(file("/ridge/RadarImg/NTP/LWX/LWX_20180725_2000_NTP.gif")), "GIF89aLWXNTP");
+    EXPECT_EQ(
+        readFile(file("/ridge/RadarImg/NTP/LWX/LWX_20180725_2000_NTP.gif")), gifThatSays("LWXNTP")
+    );
     EXPECT_THAT(
         readFile(file("/ridge/RadarImg/N0R/LWX/index.html")).toStdString(),
         HasSubstr("\"LWX_20180725_1955_N0R.gif\"")
@@ -91,7 +94,7 @@ TEST_F(PublisherTest, AFrameThatIsNotThereIsNotListed) {
 
 TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
     ASSERT_TRUE(publish());
-    m_frames.picture = "other";
+    m_frames.text = "other";
     m_frames.times.erase(m_frames.times.begin());
     m_clock.advance(5 * kFileTimePerMinute);
     m_frames.times.insert(m_clock.now());
@@ -102,7 +105,9 @@ TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
         "LWX_20180725_2000_N0R.gif LWX_20180725_2005_N0R.gif index.html"
     );
     // A frame that is there stays as it is; warnings are those of now.
-    EXPECT_EQ(readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")), "GIF89aLWXN0R");
+    EXPECT_EQ(
+        readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")), gifThatSays("LWXN0R")
+    );
     EXPECT_THAT(
         readFile(file("/ridge/Warnings/Short/LWX_Warnings_0.gif")).toStdString(), HasSubstr("other")
     );
@@ -111,17 +116,68 @@ TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
 TEST_F(PublisherTest, LayersAreWrittenAgainWhenTheirDataChange) {
     ASSERT_TRUE(publish());
     const QString topo = file("/ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg");
-    writeFile(topo, "old");
+    const QByteArray old = gifThatSays("old");
+    writeFile(topo, old);
     ASSERT_TRUE(publish());
-    EXPECT_EQ(readFile(topo), "old");
+    EXPECT_EQ(readFile(topo), old);
     ASSERT_TRUE(publish("new data"));
-    EXPECT_NE(readFile(topo), "old");
+    EXPECT_NE(readFile(topo), old);
+}
+
+TEST_F(PublisherTest, AFullDiskLeavesNoCutFile) {
+    m_frames.text = QByteArray(5000, 'x');
+    {
+        const FullDisk disk(4096);
+        EXPECT_FALSE(publish());
+    }
+    EXPECT_THAT(
+        m_log.toStdString(), ::testing::MatchesRegex("Cannot write .*\\.gif: File too large\\.\n")
+    );
+    EXPECT_EQ(namesIn(file("/ridge/RadarImg/N0R/LWX")), "");
+    ASSERT_TRUE(publish());
+    EXPECT_EQ(
+        readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")),
+        gifThatSays(m_frames.text + "LWXN0R")
+    );
+}
+
+TEST_F(PublisherTest, AFileOfTheWrongLengthIsMadeAgain) {
+    ASSERT_TRUE(publish());
+    for (const char* path :
+         {"/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif",
+          "/ridge/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif",
+          "/ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg",
+          "/ridge/Overlays/Cities/Short/LWX_City_Short.gif",
+          "/ridge/Overlays/Cities/Short/LWX_City_Short.gfw",
+          "/weather_radar/basemaps/LWX_City_Long.gif", "/ridge/Warnings/Short/LWX_Warnings_0.gif",
+          "/ridge/RadarImg/N0R/LWX/index.html", "/index.html", "/status"}) {
+        const QByteArray whole = readFile(file(path));
+        for (const QByteArray& wrong : {QByteArray(), whole.chopped(1), whole + "more"}) {
+            writeFile(file(path), wrong);
+            ASSERT_TRUE(publish());
+            EXPECT_EQ(readFile(file(path)), whole) << path << " of " << wrong.size() << " bytes";
+        }
+    }
+}
+
+TEST_F(PublisherTest, WhatAKilledPublisherLeftIsRemoved) {
+    ASSERT_TRUE(publish());
+    const QString old = file("/ridge/RadarImg/N0R/LWX/LWX_20180725_1500_N0R.gif.part");
+    const QString fresh = file("/ridge/RadarImg/N0R/LWX/LWX_20180725_1505_N0R.gif.part");
+    writeFile(old);
+    writeFile(fresh);
+    backdate(old, 61 * 60);
+    backdate(fresh, 59 * 60);
+    ASSERT_TRUE(publish());
+    EXPECT_FALSE(QFile::exists(old));
+    EXPECT_TRUE(QFile::exists(fresh)); // another publisher may be writing it
 }
 
 TEST_F(PublisherTest, AFolderThatCannotBeWrittenToIsLogged) {
     writeFile(m_root, "a file");
     EXPECT_FALSE(publish());
     EXPECT_THAT(m_log.toStdString(), HasSubstr("Cannot write"));
+    EXPECT_THAT(m_log.toStdString(), HasSubstr(": Not a directory.\n"));
 }
 
 TEST_F(PublisherTest, SeveralSitesAreWrittenAtOnce) {

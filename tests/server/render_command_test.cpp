@@ -2,6 +2,8 @@
 #include "radar/image_file.h"
 #include "server/image_geometry.h"
 #include "server/render_command.h"
+#include "support/files.h"
+#include "support/full_disk.h"
 #include "support/level3_maker.h"
 
 #include <QFile>
@@ -79,6 +81,36 @@ TEST_F(RenderCommandTest, FilesThatCannotBeReadOrWrittenAreNamed) {
     write("product", makeLevel3({}));
     EXPECT_EQ(render("product", "no/such/folder.gif"), 1);
     EXPECT_EQ(m_err.str().find(path("no/such/folder.gif") + ": cannot be written: "), 0U);
+}
+
+TEST_F(RenderCommandTest, AFullDiskLeavesTheOldFilesAndSaysWhy) {
+    write("product", makeLevel3({}));
+    write("out.gif", "old");
+    write("out.gfw", "old");
+    for (const rlim_t most : {10, 1000}) { // room for nothing, or for the world file alone
+        const FullDisk disk(most);
+        EXPECT_EQ(render("product", "out.gif"), 1);
+        EXPECT_EQ(m_err.str(), path("out.gif") + ": cannot be written: File too large.\n");
+        EXPECT_EQ(m_out.str(), "");
+    }
+    EXPECT_EQ(read("out.gif"), "old");
+    EXPECT_EQ(read("out.gfw"), "old");
+    EXPECT_EQ(namesIn(m_folder.path()), "out.gfw out.gif product");
+}
+
+TEST_F(RenderCommandTest, APictureWithoutItsWorldFileIsNotWritten) {
+    write("product", makeLevel3({}));
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir("out.gfw"));
+    EXPECT_EQ(render("product", "out.gif"), 1);
+    EXPECT_EQ(m_err.str(), path("out.gfw") + ": cannot be written: Is a directory.\n");
+    EXPECT_EQ(namesIn(m_folder.path()), "out.gfw product");
+}
+
+TEST_F(RenderCommandTest, AFileLargerThanAnyProductIsNotRead) {
+    QFile file(QString::fromStdString(path("product")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(qint64{1} << 40));
+    EXPECT_EQ(render("product", "out.gif"), 1);
+    EXPECT_EQ(m_err.str(), path("product") + ": cannot be read: Larger than 16777216 bytes.\n");
 }
 
 TEST_F(RenderCommandTest, ANameWithoutASuffixGetsOne) {

@@ -7,10 +7,12 @@
 #include "radar/radar_view.h"
 #include "radar/sites.h"
 #include "support/files.h"
+#include "support/full_disk.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
 
 #include <QDeadlineTimer>
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -164,6 +166,48 @@ TEST_F(ServerProgramTest, PublishesOnce) {
     );
     EXPECT_EQ(namesIn(root + "/ridge/RadarImg/N0R/TLX"), "TLX_20130520_2016_N0R.gif index.html");
     EXPECT_EQ(namesIn(root), ".layers index.html ridge status weather_radar");
+}
+
+TEST_F(ServerProgramTest, AFullDiskLeavesNoCutFileAndTheNextRunMendsAll) {
+    const QString root = m_folder.filePath("www");
+    const QString feed = m_folder.filePath("feed");
+    const QString frame = root + "/ridge/RadarImg/N0R/TLX/TLX_20130520_2016_N0R.gif";
+    writeFile(feed + "/product", QByteArray::fromStdString(makeLevel3({})));
+    const QStringList arguments{"--level3", feed,      "--hours", "0",     "--publish",
+                                root,       "--sites", "TLX",     "--once"};
+    {
+        const FullDisk disk(1000); // the program takes it over
+        EXPECT_EQ(run(arguments), 1);
+    }
+    EXPECT_THAT(m_process.readAllStandardError().toStdString(), HasSubstr(": File too large."));
+    EXPECT_FALSE(QFile::exists(frame));
+    EXPECT_EQ(run(arguments), 0);
+    const QByteArray whole = readFile(frame);
+    EXPECT_FALSE(QImage::fromData(whole, "GIF").isNull());
+    // And what some other program has cut.
+    writeFile(frame, whole.first(1000));
+    EXPECT_EQ(run(arguments), 0);
+    EXPECT_EQ(readFile(frame), whole);
+}
+
+TEST_F(ServerProgramTest, KeepsFramesInACacheNamedFromTheWorkingFolder) {
+    const QString product = m_folder.filePath("feed/product");
+    writeFile(product, QByteArray::fromStdString(makeLevel3({})));
+    m_process.setWorkingDirectory(m_folder.path());
+    for (const char* root : {"first", "second"}) {
+        EXPECT_EQ(
+            run(
+                {"--level3", "feed", "--cache", "kept", "--hours", "0", "--publish", root,
+                 "--sites", "TLX", "--once"}
+            ),
+            0
+        );
+        EXPECT_EQ(
+            namesIn(m_folder.filePath(root) + "/ridge/RadarImg/N0R/TLX"),
+            "TLX_20130520_2016_N0R.gif index.html"
+        );
+        QFile::remove(product);
+    }
 }
 
 TEST_F(ServerProgramTest, RendersAProduct) {
