@@ -10,7 +10,6 @@
 #include "window/menu_merger.h"
 
 #include <QMenu>
-#include <QTimer>
 
 #include <algorithm>
 #include <cstdint>
@@ -101,17 +100,8 @@ void CAppPaged::Page::mergeMenus(CommandSet& commands, QMenu& pageMenu) {
     m_merged->merge(pageMenu);
 }
 
-// The menus go once control is back in the event loop: it may be an entry of theirs that was
-// chosen, and their event handlers are then still running.
 void CAppPaged::Page::unmergeMenus() {
-    if (m_merged == nullptr) {
-        return;
-    }
-    m_merged->unmerge();
-    std::shared_ptr<MenuMerger> merged = std::move(m_merged);
-    if (m_pageMenu) {
-        QTimer::singleShot(0, m_pageMenu, [merged = std::move(merged)] {});
-    }
+    m_merged.reset();
     m_commands = nullptr;
     m_pageMenu = nullptr;
 }

@@ -32,12 +32,16 @@ QAction* entryAfter(const QMenu& menu, QAction* entry) {
 
 } // namespace
 
+void MenuMerger::DeleteLater::operator()(QMenu* menu) const {
+    menu->deleteLater();
+}
+
 MenuMerger::~MenuMerger() {
     unmerge();
 }
 
 void MenuMerger::add(std::unique_ptr<QMenu> menu) {
-    m_menus.push_back(std::move(menu));
+    m_menus.emplace_back(menu.release());
 }
 
 void MenuMerger::clear() {

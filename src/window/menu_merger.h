@@ -12,7 +12,9 @@ class QMenu;
 namespace raincast {
 
 /// Puts the entries of other menus into a menu, in the place of a placeholder entry, and takes
-/// them out again. Owns the menus that it was given.
+/// them out again. Owns the menus that it was given; they are destroyed once control is back in the
+/// event loop that runs now, not in one of a dialog: it may be an entry of theirs that was chosen,
+/// and the menu is then still busy with it.
 ///
 /// What is merged of a menu are the entries of its first submenu: its submenus and its commands
 /// (the same actions, so that they are checked and enabled in one place) and separators, at most
@@ -25,7 +27,7 @@ public:
 
     /// `placeholder`: the number of the command whose entry marks the place.
     explicit MenuMerger(int placeholder) : m_placeholder(placeholder) {}
-    /// Unmerges what is merged, then destroys the menus.
+    /// Unmerges what is merged, and has the menus destroyed.
     ~MenuMerger();
     MenuMerger(const MenuMerger&) = delete;
     MenuMerger& operator=(const MenuMerger&) = delete;
@@ -33,7 +35,7 @@ public:
     /// Takes a menu over, after those given before. What is merged already stays as it is until it
     /// is merged anew.
     void add(std::unique_ptr<QMenu> menu);
-    /// Unmerges, and destroys the menus given so far.
+    /// Unmerges, and has the menus given so far destroyed.
     void clear();
 
     /// Merges into the menu, or the submenu of it, that holds the placeholder. Returns whether it
@@ -49,8 +51,12 @@ public:
 private:
     void insertEntries(const QMenu& menu, QAction* before);
 
+    struct DeleteLater {
+        void operator()(QMenu* menu) const;
+    };
+
     int m_placeholder;
-    std::vector<std::unique_ptr<QMenu>> m_menus;
+    std::vector<std::unique_ptr<QMenu, DeleteLater>> m_menus;
     QPointer<QMenu> m_target; // null when not merged
     QPointer<QAction> m_placeholderEntry;
     QPointer<QAction> m_end;                  // where the entries end in the target

@@ -10,6 +10,7 @@ namespace raincast {
 namespace {
 
 using test::DialogScript;
+using test::Hand;
 using ::testing::HasSubstr;
 
 class WalkTest : public test::ViewerHarness {
@@ -128,6 +129,38 @@ TEST_F(WalkTest, AHiddenPageUpdatesItselfAndKeepsItsSiteAndItsFrames) {
         }),
         0
     );
+}
+
+// The new item's entries join the menu whose entry was chosen, and its dialog opens meanwhile.
+TEST_F(WalkTest, ARadarIsPutOnAPageThatHadNone) {
+    for (const Hand hand : {Hand::keys, Hand::mouse}) {
+        QDir(home.programFolder()).removeRecursively();
+        DialogScript script;
+        script.expect("Weather Station");
+        EXPECT_EQ(
+            run([&](Viewer& viewer) {
+                QMenuBar& bar = *viewer.window()->frame()->menuBar();
+                script.expect("Pages", [](QDialog& dialog) { test::press(dialog, "Add..."); });
+                script.expect("Select Page Type", [](QDialog& /*dialog*/) { chooseSite("Blank"); });
+                test::chooseInMenu(bar, {"Menu", "Pages..."}, hand);
+                ASSERT_EQ(viewer.application().pages().size(), 2U);
+
+                script.expect("Select Display Item", [](QDialog& /*dialog*/) {
+                    chooseSite("Radar");
+                });
+                script.expect("Weather Station", [](QDialog& /*dialog*/) {
+                    test::settle(); // long enough for whatever waits for a turn of the event loop
+                    chooseSite("San Fr");
+                });
+                test::chooseInMenu(bar, {"Menu", "Layout", "Add item..."}, hand);
+                EXPECT_EQ(newest(itemOf(viewer, 1)), "MUX_20190519_0554_N0R.gif");
+                script.expect("Radar Layers");
+                test::chooseInMenu(bar, {"Menu", "Weather", "Layers"}, hand);
+                choose(viewer, {"Menu", "Exit"});
+            }),
+            0
+        );
+    }
 }
 
 TEST_F(WalkTest, WhoCancelsTheListOfSitesIsToldHowToGoOn) {

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "paged/page.h"
 #include "paged/sample_pages.h"
+#include "support/menu.h"
 #include "support/serial_bytes.h"
+#include "window/modal.h"
 
+#include <QDialog>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -101,9 +104,13 @@ TEST_F(PageTest, APageHasNoTypeNumberOfItsOwn) {
     EXPECT_FALSE(plain.keyDown(Qt::Key_A));
     EXPECT_FALSE(plain.character(u'a'));
     EXPECT_FALSE(plain.zoom(1, {}));
+    const QByteArray before = test::written(plain);
+    const test::Log entries = test::seenEntries(*menu);
     plain.contentChanged();
     plain.size(1, 1);
     plain.menuPopUp(*menu);
+    EXPECT_EQ(test::written(plain), before);
+    EXPECT_EQ(test::seenEntries(*menu), entries);
 }
 
 TEST_F(PageTest, APageWithoutANameShowsItsTypes) {
@@ -215,6 +222,65 @@ TEST_F(PageMenusTest, AMenuMayGoWhileItsOwnEntryIsBeingHandled) {
     EXPECT_THAT(pageEntries(), IsEmpty());
     test::settle();
     EXPECT_EQ(guard, nullptr);
+}
+
+// What the entry opens runs the event loop while the menu is still busy with the entry.
+TEST_F(PageMenusTest, AMenuThatGoesOutlivesTheDialogOfItsEntry) {
+    class Asking : public SamplePage {
+    public:
+        using SamplePage::SamplePage;
+        QPointer<QMenu> layers;
+        int asked = 0;
+
+        bool command(int id, int) override {
+            removeMenu(kSecondMenu);
+            QDialog dialog;
+            Modal::setHook([this](QDialog& open) {
+                test::settle();
+                EXPECT_NE(layers, nullptr);
+                ++asked;
+                open.reject();
+            });
+            static_cast<void>(Modal::run(dialog));
+            Modal::setHook(nullptr);
+            return id == 40801;
+        }
+    };
+    auto& shown = dynamic_cast<Asking&>(app.append(std::make_unique<Asking>(QStringLiteral("A"))));
+    shown.addMenu(kSecondMenu);
+    app.select(0);
+    shown.layers = entry(QStringLiteral("Layers"))->menu<QMenu*>();
+    test::chooseInMenu(*window.menuBar(), {"Menu", "Layers", "Rivers"});
+    EXPECT_EQ(shown.asked, 1);
+    EXPECT_THAT(pageEntries(), IsEmpty());
+    test::settle();
+    EXPECT_EQ(shown.layers, nullptr);
+}
+
+TEST_F(PageMenusTest, TheEntriesComeBeforeThePageIsShownAndGoBeforeItIsLeft) {
+    class Looking : public SamplePage {
+    public:
+        using SamplePage::SamplePage;
+        std::function<void(const char*)> look;
+
+        bool activate(QWidget& parent, bool flag) override {
+            look("shown");
+            return SamplePage::activate(parent, flag);
+        }
+        void deactivate() override {
+            look("left");
+            SamplePage::deactivate();
+        }
+    };
+    auto& looking = dynamic_cast<Looking&>(app.append(std::make_unique<Looking>("A")));
+    looking.addMenu(kFirstMenu);
+    test::Log seen;
+    looking.look = [&](const char* when) {
+        seen.push_back(when + std::to_string(pageEntries().size()));
+    };
+    app.select(0);
+    app.select(std::nullopt);
+    EXPECT_THAT(seen, ElementsAre("shown2", "left0"));
 }
 
 TEST_F(PageMenusTest, ADestroyedPageTakesItsEntriesAlong) {

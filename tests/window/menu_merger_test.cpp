@@ -191,8 +191,10 @@ TEST_F(MenuMergerTest, DestroyingTheMergerUnmergesAndDestroysItsMenus) {
         merger.add(std::move(menu));
         EXPECT_TRUE(merger.merge(*target));
     }
-    EXPECT_EQ(given, nullptr);
     EXPECT_THAT(texts(*target), ElementsAre("Pages...", "-", "Exit"));
+    EXPECT_NE(given, nullptr) << "it may be busy with an entry of its own";
+    test::settle();
+    EXPECT_EQ(given, nullptr);
 }
 
 TEST_F(MenuMergerTest, ATargetMayGoBeforeTheMerger) {
