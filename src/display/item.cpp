@@ -55,7 +55,7 @@ bool CPageDisplay::CItem::stylusDown(int /*x*/, int /*y*/, Qt::KeyboardModifiers
 
 void CPageDisplay::CItem::stylusMove(int /*x*/, int /*y*/) {}
 void CPageDisplay::CItem::stylusUp(int /*x*/, int /*y*/) {}
-void CPageDisplay::CItem::stylusHeld() {}
+void CPageDisplay::CItem::stylusLost() {}
 
 std::span<const MenuRow> CPageDisplay::CItem::contextMenu(int /*x*/, int /*y*/) {
     return {};

@@ -52,9 +52,10 @@ public:
     virtual bool stylusDown(int x, int y, Qt::KeyboardModifiers keys);
     virtual void stylusMove(int x, int y);
     virtual void stylusUp(int x, int y);
-    /// A captured press was held still and has become a menu (contextMenu): what little the stylus
+    /// A captured press will not be lifted: it was held still and has become a menu (contextMenu),
+    /// a second finger came down, or the system took the touch for itself. What little the stylus
     /// moved meant nothing. Nothing of it comes to the item any more.
-    virtual void stylusHeld();
+    virtual void stylusLost();
     /// The menu for a place: a press was held still there, or the right button went down. What is
     /// chosen comes as a command. Without rows the item beneath is asked.
     virtual std::span<const MenuRow> contextMenu(int x, int y);

@@ -144,7 +144,7 @@ void CItemMapView::stylusMove(int x, int y) {
     panBy(dx, dy);
 }
 
-void CItemMapView::stylusHeld() {
+void CItemMapView::stylusLost() {
     if (m_followedBeforeDrag && !m_following) {
         follow();
     }

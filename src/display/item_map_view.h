@@ -44,7 +44,7 @@ public:
     bool character(char16_t unit) override;
     bool stylusDown(int x, int y, Qt::KeyboardModifiers keys) override;
     void stylusMove(int x, int y) override;
-    void stylusHeld() override;
+    void stylusLost() override;
     std::span<const MenuRow> contextMenu(int x, int y) override;
     void menuPopUp(QMenu& menu) override;
 

@@ -273,8 +273,10 @@ QString CPageDisplay::caption() const {
 
 void CPageDisplay::onPaint(QPaintDevice& target, const QRegion& /*exposed*/) {
     followDeviceSize();
-    drawItems();
-    m_buffer.blit(target);
+    if (!m_buffer.image().isNull()) {
+        drawItems();
+        m_buffer.blit(target);
+    }
 }
 
 void CPageDisplay::drawItems() {
@@ -316,6 +318,9 @@ void CPageDisplay::onTimer(int id) {
 
 bool CPageDisplay::windowProcedure(QEvent& event) {
     if (const auto step = m_zoomInput.handle(*widget(), event)) {
+        if (step->pressLost) {
+            m_stylus.lose();
+        }
         zoom(step->steps, step->place);
         return true;
     }

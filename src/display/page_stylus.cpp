@@ -7,6 +7,7 @@
 #include "window/screen_metrics.h"
 
 #include <cstdlib>
+#include <utility>
 
 namespace raincast {
 
@@ -75,12 +76,16 @@ void PageStylus::hold() {
         return;
     }
     endHold();
-    CPageDisplay::CItem* const item = m_drag == Drag::captured ? m_page.selected() : nullptr;
     if (m_page.contextMenu().open(m_last, CPageDisplay::ContextMenu::By::heldPress)) {
-        m_drag = Drag::none;
-        if (item != nullptr) {
-            item->stylusHeld();
-        }
+        lose();
+    }
+}
+
+void PageStylus::lose() {
+    endHold();
+    const bool captured = std::exchange(m_drag, Drag::none) == Drag::captured;
+    if (CPageDisplay::CItem* const item = captured ? m_page.selected() : nullptr) {
+        item->stylusLost();
     }
 }
 

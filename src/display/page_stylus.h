@@ -30,6 +30,8 @@ public:
     void down(PagePoint place, Qt::KeyboardModifiers keys);
     void move(PagePoint place);
     void up(PagePoint place);
+    /// The press that is under way will not be lifted and is no tap.
+    void lose();
     /// The timer is due.
     void hold();
     /// The right button went down.

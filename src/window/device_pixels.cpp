@@ -4,7 +4,21 @@
 #include <QPointF>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace raincast {
+
+namespace {
+
+// Far outside of any window, and far from where sums of such places would overflow.
+constexpr double kFarthest = 1 << 20;
+
+// What is no number counts as far outside.
+double bounded(double pixels) {
+    return pixels > -kFarthest ? std::min(pixels, kFarthest) : -kFarthest;
+}
+
+} // namespace
 
 QRect deviceRect(const QWidget& widget) {
     const double ratio = widget.devicePixelRatioF();
@@ -17,7 +31,9 @@ QRect deviceRect(const QWidget& widget) {
 }
 
 QPoint toDevicePixels(const QWidget& widget, const QPointF& scenePosition) {
-    return (scenePosition * widget.devicePixelRatioF()).toPoint() - deviceRect(widget).topLeft();
+    const QPointF place = scenePosition * widget.devicePixelRatioF();
+    const QPoint inWindow(qRound(bounded(place.x())), qRound(bounded(place.y())));
+    return inWindow - deviceRect(widget).topLeft();
 }
 
 QPoint toScreen(const QWidget& widget, const QPoint& devicePixel) {

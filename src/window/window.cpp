@@ -97,7 +97,7 @@ bool Window::windowProcedure(QEvent& event) {
         break;
     case event_type::size: {
         const auto& size = static_cast<const SizeEvent&>(event);
-        onSize(size.width(), size.height());
+        onSize(std::max(size.width(), 0), std::max(size.height(), 0));
         break;
     }
     case QEvent::Paint:

@@ -11,6 +11,7 @@
 #include <QWheelEvent>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <utility>
@@ -70,7 +71,8 @@ std::optional<ZoomInput::Step> ZoomInput::handle(QWidget& widget, QEvent& event)
 }
 
 ZoomInput::Step ZoomInput::wheel(const QWidget& widget, const QWheelEvent& event) {
-    const int angle = event.angleDelta().y();
+    constexpr int kMostAngle = kMostSteps * kAnglePerStep;
+    const int angle = std::clamp(event.angleDelta().y(), -kMostAngle, kMostAngle);
     if ((angle > 0) != (m_wheelAngle > 0)) {
         m_wheelAngle = 0; // turned back: what was left over counts no more
     }
@@ -95,7 +97,9 @@ int ZoomInput::takeScale(double factor) {
     if (!(factor > 0) || !std::isfinite(factor)) {
         return 0;
     }
-    m_scale *= factor;
+    // Bounded: the halving below would never reach an end with an infinite product.
+    const double most = std::exp2(kMostSteps);
+    m_scale *= std::clamp(factor, 1 / most, most);
     int steps = 0;
     for (; m_scale >= std::numbers::sqrt2; m_scale /= 2) {
         ++steps;
@@ -107,20 +111,30 @@ int ZoomInput::takeScale(double factor) {
 }
 
 ZoomInput::Step ZoomInput::touch(QWidget& widget, const QTouchEvent& event) {
-    const QEventPoint& first = event.points().first();
     if (event.type() == QEvent::TouchBegin) {
         m_distance = 0;
         m_scale = 1;
-        m_pressed = event.pointCount() == 1;
-        if (m_pressed) {
-            sendMouse(widget, QEvent::MouseButtonPress, first, event);
-        }
-    } else if (m_pressed) {
-        const bool goesOn = event.type() == QEvent::TouchUpdate && event.pointCount() == 1;
-        m_pressed = goesOn;
-        sendMouse(widget, goesOn ? QEvent::MouseMove : QEvent::MouseButtonRelease, first, event);
     }
-    return event.pointCount() == 2 ? pinch(widget, event) : Step{};
+    // A touch that the system takes for itself tells of no fingers at all.
+    if (event.type() != QEvent::TouchCancel && event.pointCount() == 1) {
+        followFinger(widget, event);
+        return {};
+    }
+    Step step = event.pointCount() == 2 ? pinch(widget, event) : Step{};
+    step.pressLost = std::exchange(m_pressed, false);
+    return step;
+}
+
+void ZoomInput::followFinger(QWidget& widget, const QTouchEvent& event) {
+    const QEventPoint& finger = event.points().first();
+    if (event.type() == QEvent::TouchBegin) {
+        m_pressed = true;
+        sendMouse(widget, QEvent::MouseButtonPress, finger, event);
+    } else if (m_pressed) {
+        m_pressed = event.type() == QEvent::TouchUpdate;
+        const auto type = m_pressed ? QEvent::MouseMove : QEvent::MouseButtonRelease;
+        sendMouse(widget, type, finger, event);
+    }
 }
 
 ZoomInput::Step ZoomInput::pinch(const QWidget& widget, const QTouchEvent& event) {

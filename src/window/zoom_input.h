@@ -21,20 +21,26 @@ public:
     struct Step {
         int steps = 0; ///< positive: zoom in, each step by a factor of two; 0: not enough yet
         QPoint place;  ///< of the pointer or between the fingers, in device pixels of the widget
+        bool pressLost = false; ///< the finger that stood for the left button does so no longer
     };
+
+    /// More than any view has levels; an event that asks for more counts as this many.
+    static constexpr int kMostSteps = 16;
 
     /// Makes a widget receive what handle() understands.
     static void enable(QWidget& widget);
 
     /// Takes an event that `widget` got. None if it is none of these inputs; else the event is
-    /// accepted and must go no further. While one finger is down, the widget is sent mouse events;
-    /// a second finger ends that with a release.
+    /// accepted and must go no further. While one finger is down, the widget is sent mouse events.
+    /// A second finger ends that, and so does the system when it takes the touch for itself: no
+    /// release is sent then, which would make it a tap, but the step says that the press is lost.
     [[nodiscard]] std::optional<Step> handle(QWidget& widget, QEvent& event);
 
 private:
     Step wheel(const QWidget& widget, const QWheelEvent& event);
     Step gesture(const QWidget& widget, const QNativeGestureEvent& event);
     Step touch(QWidget& widget, const QTouchEvent& event);
+    void followFinger(QWidget& widget, const QTouchEvent& event);
     Step pinch(const QWidget& widget, const QTouchEvent& event);
     int takeScale(double factor);
 

@@ -108,6 +108,43 @@ TEST_F(PageStylusTest, AnItemLargerThanThePageIsPinnedToTheTopLeft) {
     EXPECT_EQ(item.rectangle(), (PageRectangle{0, 0, 410, 520}));
 }
 
+TEST_F(PageStylusTest, AMovedItemIsPaintedAtItsNewPlace) {
+    add({20, 30, 60, 70});
+    showPage();
+    layoutMode();
+    press(30, 40);
+    const QColor base = page->widget()->palette().color(QPalette::Base);
+    EXPECT_EQ(at(65, 75), base);
+    moveTo(40, 50);
+    EXPECT_EQ(at(65, 75), QColor(Qt::blue));
+    EXPECT_EQ(at(25, 35), base);
+}
+
+TEST_F(PageStylusTest, ATouchThatTheSystemTakesEndsTheDragAndTapsNothing) {
+    static QPointingDevice* const touchScreen = QTest::createTouchDevice();
+    NotingItem& item = add({20, 30, 120, 130});
+    item.captures = true;
+    showPage();
+    log.clear();
+    const auto finger = [&](int x, int y) { return inWindow(x, y).toPoint(); };
+    for (const bool layout : {false, true}) {
+        QTest::touchEvent(&m_window, touchScreen).press(0, finger(60, 60));
+        QTouchEvent taken(QEvent::TouchCancel, touchScreen);
+        QCoreApplication::sendEvent(page->widget(), &taken);
+        QTest::touchEvent(&m_window, touchScreen).move(0, finger(90, 90));
+        hold(); // and it does not become a menu either
+        QTest::touchEvent(&m_window, touchScreen).release(0, finger(90, 90));
+        EXPECT_EQ(item.rectangle(), (PageRectangle{20, 30, 120, 130}));
+        if (!layout) {
+            EXPECT_THAT(log, ElementsAre(testing::StartsWith(" down"), " lost"));
+        } else {
+            EXPECT_THAT(log, IsEmpty());
+        }
+        layoutMode();
+        log.clear();
+    }
+}
+
 TEST_F(PageStylusTest, InLayoutModeItemsAreNotTapped) {
     NotingItem& item = add({20, 30, 120, 130});
     item.captures = true;
@@ -311,7 +348,7 @@ protected:
 TEST_F(PageStylusHoldTest, APressThatIsHeldOpensTheItemsMenu) {
     press(30, 40);
     EXPECT_TRUE(QTest::qWaitFor([] { return openMenu() != nullptr; }, 20000));
-    EXPECT_THAT(log, ElementsAre(" down 10,10", " menu 10,10", " held"));
+    EXPECT_THAT(log, ElementsAre(" down 10,10", " menu 10,10", " lost"));
     lift(30, 40);
     EXPECT_NE(openMenu(), nullptr) << "the finger may go now";
     EXPECT_EQ(log.size(), 3U) << "and the item hears no more of it";
@@ -434,7 +471,7 @@ TEST_F(PageStylusHoldTest, AFingerOpensTheMenuToo) {
     hold();
     ASSERT_NE(openMenu(), nullptr);
     EXPECT_THAT(
-        log, ElementsAre(testing::StartsWith(" down"), testing::StartsWith(" menu"), " held")
+        log, ElementsAre(testing::StartsWith(" down"), testing::StartsWith(" menu"), " lost")
     );
     QTest::touchEvent(&window, screen.get()).release(0, place, &window);
     EXPECT_NE(openMenu(), nullptr) << "until an entry is touched";

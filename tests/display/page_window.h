@@ -89,7 +89,7 @@ public:
     void stylusUp(int x, int y) override {
         note("up " + std::to_string(x) + "," + std::to_string(y));
     }
-    void stylusHeld() override { note("held"); }
+    void stylusLost() override { note("lost"); }
     std::span<const MenuRow> contextMenu(int x, int y) override {
         note("menu " + std::to_string(x) + "," + std::to_string(y));
         return menuRows;

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 namespace raincast {
 namespace {
@@ -48,6 +49,17 @@ TEST_F(DevicePixelsTest, APointersPlaceCountsFromTheWidgetsDeviceEdge) {
         static_cast<int>(std::floor(scene.y() * ratio + 0.5)) - deviceRect(*right).y()
     );
     EXPECT_EQ(toDevicePixels(*right, scene), expected);
+}
+
+TEST_F(DevicePixelsTest, APlaceThatIsNoneLiesFarOutside) {
+    constexpr int kFar = 1 << 20;
+    constexpr double kInfinite = std::numeric_limits<double>::infinity();
+    const QPoint corner = deviceRect(*right).topLeft();
+    for (const double far : {kInfinite, std::numeric_limits<double>::max(), 1e12}) {
+        EXPECT_EQ(toDevicePixels(*right, {far, -far}), QPoint(kFar, -kFar) - corner);
+    }
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(toDevicePixels(*right, {kNone, kNone}), QPoint(-kFar, -kFar) - corner);
 }
 
 TEST_F(DevicePixelsTest, ADevicePixelHasItsPlaceOnTheScreen) {

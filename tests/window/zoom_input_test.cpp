@@ -7,12 +7,14 @@
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QTest>
+#include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWidget>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -30,6 +32,9 @@ public:
         if (const auto step = zoom.handle(*widget(), event)) {
             EXPECT_TRUE(event.isAccepted());
             lastPlace = step->place;
+            if (step->pressLost) {
+                log.push_back("lost");
+            }
             if (step->steps != 0) {
                 log.push_back("zoom " + std::to_string(step->steps));
             }
@@ -72,6 +77,11 @@ protected:
             place, child->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
             Qt::NoScrollPhase, false
         );
+        QCoreApplication::sendEvent(child, &event);
+    }
+
+    void takeTouch(const QPointingDevice& screen) {
+        QTouchEvent event(QEvent::TouchCancel, &screen);
         QCoreApplication::sendEvent(child, &event);
     }
 
@@ -134,14 +144,75 @@ TEST_F(ZoomInputTest, TwoFingersPinchAndNoLongerPress) {
     touch.press(0, {100, 100}).commit();
     touch.stationary(0).press(1, {120, 100}).commit();
     touch.move(0, {90, 100}).move(1, {130, 100}).commit();
-    EXPECT_THAT(window.log, ElementsAre("press", "release 100", "zoom 1"));
+    EXPECT_THAT(window.log, ElementsAre("press", "lost", "zoom 1"));
     const QPoint between = child->mapTo(&top, QPoint(110, 100));
     EXPECT_EQ(window.lastPlace, toDevicePixels(*child, between));
     touch.move(0, {100, 100}).move(1, {120, 100}).commit();
     touch.release(0, {100, 100}).stationary(1).commit();
     touch.move(1, {200, 100}).commit();
     touch.release(1, {200, 100}).commit();
-    EXPECT_THAT(window.log, ElementsAre("press", "release 100", "zoom 1", "zoom -1"));
+    EXPECT_THAT(window.log, ElementsAre("press", "lost", "zoom 1", "zoom -1"));
+}
+
+TEST_F(ZoomInputTest, ATouchThatTheSystemTakesIsNoTap) {
+    static QPointingDevice* const screen = QTest::createTouchDevice();
+    for (int i = 0; i < 2; ++i) {
+        QTest::touchEvent(child, screen).press(0, {10, 20});
+        QTest::touchEvent(child, screen).move(0, {15, 20});
+        takeTouch(*screen);
+        EXPECT_THAT(window.log, ElementsAre("press", "move 15", "lost"));
+        takeTouch(*screen); // of no finger
+        EXPECT_THAT(window.log, ElementsAre("press", "move 15", "lost"));
+        QTest::touchEvent(child, screen).release(0, {15, 20}); // it comes nevertheless
+        EXPECT_THAT(window.log, ElementsAre("press", "move 15", "lost"));
+        window.log.clear();
+    }
+}
+
+TEST_F(ZoomInputTest, ATakenPinchLeavesNothingBehind) {
+    static QPointingDevice* const screen = QTest::createTouchDevice();
+    auto touch = QTest::touchEvent(child, screen, false);
+    touch.press(0, {100, 100}).press(1, {120, 100}).commit();
+    takeTouch(*screen);
+    touch.release(0, {100, 100}).release(1, {120, 100}).commit();
+    touch.press(0, {100, 100}).press(1, {200, 100}).commit();
+    touch.release(0, {100, 100}).release(1, {200, 100}).commit();
+    EXPECT_TRUE(window.log.empty());
+}
+
+TEST_F(ZoomInputTest, TouchesWithoutFingersDoNothing) {
+    static QPointingDevice* const screen = QTest::createTouchDevice();
+    const auto types = {
+        QEvent::TouchBegin, QEvent::TouchUpdate, QEvent::TouchEnd, QEvent::TouchCancel};
+    for (const QEvent::Type first : types) {
+        for (const QEvent::Type second : types) {
+            for (const QEvent::Type type : {first, second}) {
+                QTouchEvent event(type, screen);
+                QCoreApplication::sendEvent(child, &event);
+                EXPECT_TRUE(event.isAccepted());
+            }
+        }
+    }
+    EXPECT_TRUE(window.log.empty());
+}
+
+TEST_F(ZoomInputTest, OneEventIsAFewStepsAtMost) {
+    constexpr int kMost = ZoomInput::kMostSteps;
+    using Limits = std::numeric_limits<int>;
+    turn(60);
+    turn(Limits::max());
+    turn(Limits::min());
+    EXPECT_THAT(
+        window.log, ElementsAre("zoom " + std::to_string(kMost), "zoom " + std::to_string(-kMost))
+    );
+    window.log.clear();
+    pinchPad(Qt::ZoomNativeGesture, 0.2);
+    pinchPad(Qt::ZoomNativeGesture, std::numeric_limits<double>::max());
+    pinchPad(Qt::ZoomNativeGesture, std::numeric_limits<double>::denorm_min() - 1);
+    pinchPad(Qt::ZoomNativeGesture, -1 + 1e-15);
+    EXPECT_THAT(
+        window.log, ElementsAre("zoom " + std::to_string(kMost), "zoom " + std::to_string(-kMost))
+    );
 }
 
 TEST_F(ZoomInputTest, FingersThatComeDownAgainStartAfresh) {
