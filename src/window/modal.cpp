@@ -2,8 +2,10 @@
 #include "window/modal.h"
 
 #include <QDialog>
+#include <QEventLoop>
 #include <QPointer>
 #include <QTimer>
+#include <QWindow>
 
 #include <utility>
 #include <vector>
@@ -11,6 +13,9 @@
 namespace raincast {
 
 namespace {
+
+// Windows that are minimised, or on another desktop, never appear.
+constexpr int kMostMillisecondsToAppear = 1000;
 
 struct State {
     std::vector<QPointer<QDialog>> open; // the innermost at the back
@@ -33,6 +38,38 @@ void cancel(const QPointer<QDialog>& dialog) {
     }
 }
 
+/// Ends a loop when a window is on the screen, or has gone.
+class ExposureWatch : public QObject {
+public:
+    ExposureWatch(QWindow& window, QEventLoop& loop) : m_loop(loop) {
+        window.installEventFilter(this);
+        connect(&window, &QObject::destroyed, &loop, &QEventLoop::quit);
+    }
+
+    bool eventFilter(QObject* window, QEvent* event) override {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(window)->isExposed()) {
+            m_loop.quit();
+        }
+        return false;
+    }
+
+private:
+    QEventLoop& m_loop;
+};
+
+// A window that was only just shown does not know yet where the window manager will place it: a
+// dialog that opened now would be placed over where it is not.
+void awaitPlace(const QWidget* parent) {
+    QWindow* const window = parent != nullptr ? parent->window()->windowHandle() : nullptr;
+    if (window == nullptr || !window->isVisible() || window->isExposed()) {
+        return;
+    }
+    QEventLoop loop;
+    const ExposureWatch watch(*window, loop);
+    QTimer::singleShot(kMostMillisecondsToAppear, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
 } // namespace
 
 int Modal::run(QDialog& dialog) {
@@ -41,6 +78,11 @@ int Modal::run(QDialog& dialog) {
     }
     const QPointer<QDialog> guard = &dialog;
     state().open.emplace_back(guard);
+    awaitPlace(dialog.parentWidget());
+    if (!guard || !asks()) {
+        state().open.pop_back();
+        return kCancelled;
+    }
     QTimer::singleShot(0, &dialog, [&dialog] {
         const Hook hook = state().hook; // it may set another one
         if (hook) {

@@ -15,7 +15,9 @@ public:
     /// What a dialog ends with that was cancelled.
     static constexpr int kCancelled = 2;
 
-    /// Shows a dialog and waits until it ends; returns what QDialog::done was given. Returns
+    /// Shows a dialog and waits until it ends; returns what QDialog::done was given. A parent that
+    /// is only about to appear is waited for, for a second at most, so that the dialog opens over
+    /// it. Returns
     /// kCancelled at once, without showing it, while nobody may be asked, and also if the dialog
     /// is deleted under way.
     [[nodiscard]] static int run(QDialog& dialog);

@@ -3,8 +3,13 @@
 #include "window/modal.h"
 
 #include <QDialog>
+#include <QTimer>
+#include <QWindow>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
 
 namespace raincast {
 namespace {
@@ -48,6 +53,65 @@ TEST_F(ModalTest, ARequestToEndIsRememberedWithoutAnyDialogOpen) {
     EXPECT_EQ(Modal::run(dialog), Modal::kCancelled);
     Modal::forgetEnd();
     EXPECT_TRUE(Modal::asks());
+}
+
+/// Does something at a kind of event of an object, before the object sees it.
+class AtEvent : public QObject {
+public:
+    AtEvent(QObject& watched, QEvent::Type type, std::function<void()> step)
+        : m_type(type), m_step(std::move(step)) {
+        watched.installEventFilter(this);
+    }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == m_type) {
+            m_step();
+        }
+        return false;
+    }
+
+private:
+    QEvent::Type m_type;
+    std::function<void()> m_step;
+};
+
+TEST_F(ModalTest, ItOpensWhenTheWindowBelowItHasAppeared) {
+    QWidget window;
+    window.show();
+    ASSERT_FALSE(window.windowHandle()->isExposed());
+    QDialog dialog(&window);
+    int shown = 0;
+    const AtEvent atShow(dialog, QEvent::Show, [&] {
+        ++shown;
+        EXPECT_TRUE(window.windowHandle()->isExposed());
+    });
+    Modal::setHook([](QDialog& open) { open.done(5); });
+    EXPECT_EQ(Modal::run(dialog), 5);
+    EXPECT_EQ(shown, 1);
+}
+
+TEST_F(ModalTest, ARequestToEndWhileItWaitsKeepsItFromOpening) {
+    QWidget window;
+    window.show();
+    QDialog dialog(&window);
+    const AtEvent atShow(dialog, QEvent::Show, [] { ADD_FAILURE() << "shown"; });
+    const AtEvent atExposure(*window.windowHandle(), QEvent::Expose, [] {
+        EXPECT_EQ(Modal::depth(), 1);
+        Modal::requestEnd();
+    });
+    EXPECT_EQ(Modal::run(dialog), Modal::kCancelled);
+    EXPECT_TRUE(Modal::endRequested());
+    EXPECT_EQ(Modal::depth(), 0);
+}
+
+TEST_F(ModalTest, AWindowThatIsNotShownIsNotWaitedFor) {
+    QWidget window;
+    window.winId(); // there is one, hidden
+    QDialog dialog(&window);
+    int turns = 0;
+    QTimer::singleShot(0, &window, [&turns] { ++turns; });
+    const AtEvent atShow(dialog, QEvent::Show, [&turns] { EXPECT_EQ(turns, 0); });
+    Modal::setHook([](QDialog& open) { open.done(5); });
+    EXPECT_EQ(Modal::run(dialog), 5);
 }
 
 TEST_F(ModalTest, ADialogThatIsDeletedUnderWayCountsAsCancelled) {
