@@ -278,6 +278,9 @@ void CAppPaged::showState() {
     } else if (m_pages.empty()) {
         m_hint->show(QStringLiteral("There are no pages. To add one, choose \"Pages...\" in the "
                                     "menu."));
+    } else if (!nextEnabled()) {
+        m_hint->show(QStringLiteral("No page is shown, and none is enabled. To show or to enable "
+                                    "one, choose \"Pages...\" in the menu."));
     } else {
         m_hint->show(QStringLiteral("No page is shown. Choose one in the menu, or press Page Down "
                                     "for the first one."));

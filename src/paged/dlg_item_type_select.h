@@ -25,8 +25,8 @@ public:
     explicit CDlgItemTypeSelect(QString caption = {});
 
     /// Adds a row, before run(). `remark` stands at the right edge of the row in a second column.
-    /// Of several rows that are to be selected at first the last one is; without any the first row
-    /// has the keyboard but is not selected.
+    /// Of several rows that are to be selected at first the last one is; without any it is the
+    /// first row.
     void
     add(const QString& label, const QVariant& datum = {}, bool select = false,
         const QString& remark = {});

@@ -3,6 +3,7 @@
 
 #include "window/dialog_template.h"
 #include "window/events.h"
+#include "window/row_list.h"
 #include "window/screen_metrics.h"
 
 #include <QCheckBox>
@@ -11,7 +12,6 @@
 #include <QFontMetrics>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QScroller>
 #include <QStyle>
@@ -39,7 +39,7 @@ void sendOn(QDialog& dialog, Control* control, int id, Signal signal, int notifi
 }
 
 QWidget* makeListBox(QDialog& dialog, QWidget& client, int id) {
-    auto* list = new QListWidget(&client);
+    auto* list = new RowList(&client);
     list->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     if (ScreenMetrics::current().touch) {
         list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);

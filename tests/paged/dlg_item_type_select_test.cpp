@@ -46,7 +46,6 @@ TEST_F(DlgItemTypeSelectTest, OkTakesTheSelectedRow) {
     addStations();
     const int result = run([](QDialog& open) {
         EXPECT_EQ(listOf(open).count(), 3);
-        EXPECT_TRUE(listOf(open).selectedItems().isEmpty());
         QListWidget& list = listOf(open);
         test::click(*list.viewport(), list.visualItemRect(list.item(1)).center());
         click(open, 1);
@@ -56,11 +55,29 @@ TEST_F(DlgItemTypeSelectTest, OkTakesTheSelectedRow) {
     EXPECT_EQ(dialog.selectedDatum(), QStringLiteral("INX"));
 }
 
-TEST_F(DlgItemTypeSelectTest, OkWithoutASelectedRowTakesNone) {
+TEST_F(DlgItemTypeSelectTest, TheFirstRowIsSelectedAndEnterTakesIt) {
     addStations();
-    EXPECT_EQ(run([](QDialog& open) { click(open, 1); }), Dialog::kOk);
-    EXPECT_FALSE(dialog.selected());
-    EXPECT_FALSE(dialog.selectedDatum().isValid());
+    const int result = run([](QDialog& open) {
+        EXPECT_TRUE(listOf(open).item(0)->isSelected());
+        QTest::keyClick(open.windowHandle(), Qt::Key_Return);
+    });
+    EXPECT_EQ(result, Dialog::kOk);
+    EXPECT_EQ(dialog.selectedDatum(), QStringLiteral("ICT"));
+}
+
+TEST_F(DlgItemTypeSelectTest, OkWithoutASelectedRowTakesNone) {
+    for (const bool anyRows : {false, true}) {
+        if (anyRows) {
+            addStations();
+        }
+        const int result = run([](QDialog& open) {
+            listOf(open).setCurrentRow(-1);
+            click(open, 1);
+        });
+        EXPECT_EQ(result, Dialog::kOk);
+        EXPECT_FALSE(dialog.selected());
+        EXPECT_FALSE(dialog.selectedDatum().isValid());
+    }
 }
 
 TEST_F(DlgItemTypeSelectTest, CancelTakesNone) {

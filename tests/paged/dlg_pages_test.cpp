@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -130,7 +131,7 @@ TEST_F(DlgPagesTest, ItListsThePagesAndSelectsTheCurrentOne) {
 TEST_F(DlgPagesTest, TheButtonsFollowTheSelection) {
     addPages({u"A", u"B", u"_C"});
     expectPages([](QDialog& open) {
-        EXPECT_EQ(selectedRow(open), -1);
+        listOf(open).setCurrentRow(-1);
         EXPECT_THAT(enabledButtons(open), ElementsAre(kDown, kAdd, kRestoreDefault));
         EXPECT_FALSE(static_cast<QCheckBox*>(child(open, kEnable))->isChecked());
         chooseRow(open, 0);
@@ -154,21 +155,28 @@ TEST_F(DlgPagesTest, TheButtonsFollowTheSelection) {
     choose(kPages);
 }
 
-TEST_F(DlgPagesTest, ARowThatIsNoLongerSelectedLeavesNothingToShow) {
+TEST_F(DlgPagesTest, TheRowWithTheKeyboardIsTheSelectedOne) {
     addPages({u"A", u"B"});
-    app.select(0);
-    expectPages([](QDialog& open) {
+    expectPages([](QDialog& open) { // no page is current
         QListWidget& list = listOf(open);
+        EXPECT_TRUE(list.hasFocus());
+        EXPECT_EQ(selectedRow(open), 0);
+        EXPECT_THAT(
+            enabledButtons(open),
+            ElementsAre(kShow, kDown, kRename, kEnable, kDelete, kAdd, kRestoreDefault)
+        );
+        EXPECT_TRUE(static_cast<QCheckBox*>(child(open, kEnable))->isChecked());
+        // Nor does the control key take the selection away.
         const QPoint row = list.visualItemRect(list.item(0)).center();
-        QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, row);
-        EXPECT_EQ(selectedRow(open), -1);
-        EXPECT_THAT(enabledButtons(open), ElementsAre(kDown, kAdd, kRestoreDefault));
-        EXPECT_FALSE(static_cast<QCheckBox*>(child(open, kEnable))->isChecked());
-        click(open, kDown); // of the page that was selected last
-        EXPECT_THAT(rows(list), ElementsAre("B", "A"));
-        EXPECT_EQ(selectedRow(open), 1);
+        test::click(*list.viewport(), row, Qt::ControlModifier);
+        EXPECT_EQ(selectedRow(open), 0);
+        QTest::keyClick(&list, Qt::Key_Space, Qt::ControlModifier);
+        EXPECT_EQ(selectedRow(open), 0);
+        QTest::keyClick(&list, Qt::Key_Down, Qt::ControlModifier);
+        EXPECT_EQ(list.currentRow(), selectedRow(open));
     });
     choose(kPages);
+    EXPECT_EQ(app.shown(), "-");
 }
 
 TEST_F(DlgPagesTest, ShowShowsTheChosenPageEnabledOrNot) {
@@ -201,16 +209,38 @@ TEST_F(DlgPagesTest, ADoubleClickOrEnterShowsAPageToo) {
     EXPECT_EQ(app.shown(), "A");
 }
 
-TEST_F(DlgPagesTest, EnterWithoutASelectionDoesNothing) {
+TEST_F(DlgPagesTest, EnterShowsTheFirstPageWhereNoneIsCurrent) {
+    addPages({u"A", u"B"});
+    expectPages([](QDialog& open) { QTest::keyClick(open.windowHandle(), Qt::Key_Return); });
+    choose(kPages);
+    EXPECT_EQ(app.shown(), "A");
+}
+
+TEST_F(DlgPagesTest, WithoutASelectionThereIsNothingToShow) {
     addPages({u"A"});
     expectPages([](QDialog& open) {
-        QTest::keyClick(&listOf(open), Qt::Key_Return);
-        EXPECT_TRUE(open.isVisible());
-        sendCommand(open, kShow);
+        listOf(open).setCurrentRow(-1);
+        EXPECT_THAT(enabledButtons(open), ElementsAre(kDown, kAdd, kRestoreDefault));
+        QTest::keyClick(&open, Qt::Key_Return);
         EXPECT_TRUE(open.isVisible());
     });
     choose(kPages);
     EXPECT_EQ(app.shown(), "-");
+}
+
+TEST_F(DlgPagesTest, WhereAllThatIsLeftIsDisabledTheWindowSaysHowToGoOn) {
+    addPages({u"A", u"_B"});
+    app.select(0);
+    expectPages([](QDialog& open) { click(open, kDelete); });
+    choose(kPages);
+    EXPECT_EQ(app.shown(), "-");
+    const auto* hint = client().findChild<QLabel*>();
+    EXPECT_TRUE(hint->text().contains("\"Pages...\"")) << qPrintable(hint->text());
+    EXPECT_FALSE(hint->text().contains("Page Down")) << qPrintable(hint->text());
+    // Enabled again, it can be reached in the menu and with the key.
+    expectPages([](QDialog& open) { click(open, kEnable); });
+    choose(kPages);
+    EXPECT_TRUE(hint->text().contains("Page Down")) << qPrintable(hint->text());
 }
 
 TEST_F(DlgPagesTest, LeavingItSelectsNothingButKeepsTheEdits) {
@@ -410,7 +440,10 @@ TEST_F(DlgPagesTest, WithoutATypeOrAPageTheDialogStaysAndTheListAsWell) {
         EXPECT_THAT(rows(listOf(open)), ElementsAre("A"));
     });
     script.expect(kSelectCaption);
-    script.expect(kSelectCaption, [](QDialog& open) { click(open, 1); });
+    script.expect(kSelectCaption, [](QDialog& open) {
+        open.findChild<QListWidget*>()->setCurrentRow(-1);
+        click(open, 1);
+    });
     script.expect(kSelectCaption, [](QDialog& open) {
         chooseRow(open, 2, kTypes);
         click(open, 1);

@@ -2,7 +2,9 @@
 #include "paged/empty_hint.h"
 #include "paged/sample_pages.h"
 
+#include <QApplication>
 #include <QLabel>
+#include <QPointer>
 
 #include <gtest/gtest.h>
 
@@ -26,6 +28,7 @@ TEST_F(EmptyHintTest, ItSaysHowToAddAPageOrToShowOne) {
     EXPECT_EQ(hint(), QString());
     app.select(std::nullopt);
     EXPECT_TRUE(hint().contains(QStringLiteral("Page Down"))) << qPrintable(hint());
+    EXPECT_FALSE(hint().contains(QStringLiteral("Pages..."))) << qPrintable(hint());
     app.remove(0);
     EXPECT_TRUE(hint().contains(QStringLiteral("add one"))) << qPrintable(hint());
 }
@@ -52,8 +55,14 @@ TEST_F(EmptyHintTest, ItFillsTheClientAreaAndFollowsItsSize) {
 TEST_F(EmptyHintTest, AClientAreaThatIsGoneIsLeftAlone) {
     auto area = std::make_unique<QWidget>();
     EmptyHint emptyHint(*area);
+    const QPointer<QLabel> label = area->findChild<QLabel*>();
+    ASSERT_NE(label, nullptr);
     area.reset();
+    EXPECT_EQ(label, nullptr);
+    const auto others = QApplication::allWidgets().size();
     emptyHint.show(QStringLiteral("text"));
+    emptyHint.fit();
+    EXPECT_EQ(QApplication::allWidgets().size(), others) << "no label of its own on the desktop";
 }
 
 } // namespace

@@ -313,6 +313,7 @@ TEST_F(DialogTest, UsingAControlSendsItsCommandWithWhatHappened) {
     NotingDialog dialog(kListDialog);
     dialog.initialising = [](NotingDialog& d) {
         d.control<QListWidget>(kList)->addItems({QStringLiteral("One"), QStringLiteral("Two")});
+        d.control<QListWidget>(kList)->setCurrentRow(0);
         d.log.clear();
     };
     EXPECT_EQ(dialog.run(nullptr), 2);
@@ -322,6 +323,37 @@ TEST_F(DialogTest, UsingAControlSendsItsCommandWithWhatHappened) {
             "first 1043", "command 1043 1", "first 1038", "command 1038 0", "cancel", "destroy"
         )
     );
+}
+
+TEST_F(DialogTest, OfAListTheRowWithTheKeyboardIsTheSelectedOne) {
+    script.expect(kListCaption, [](QDialog& open) {
+        auto* list = static_cast<QListWidget*>(child(open, kList));
+        ASSERT_TRUE(list->hasFocus());
+        EXPECT_TRUE(list->item(0)->isSelected());
+        for (const auto keys : {Qt::NoModifier, Qt::ControlModifier, Qt::ShiftModifier}) {
+            for (const int row : {2, 2, 0, 1}) {
+                test::click(
+                    *list->viewport(), list->visualItemRect(list->item(row)).center(), keys
+                );
+                EXPECT_EQ(list->currentRow(), row);
+                EXPECT_EQ(list->selectedItems(), QList({list->item(row)}));
+            }
+            for (const auto key : {Qt::Key_Space, Qt::Key_Up, Qt::Key_End, Qt::Key_Space}) {
+                QTest::keyClick(open.windowHandle(), key, keys);
+                EXPECT_EQ(list->selectedItems(), QList({list->currentItem()}));
+            }
+        }
+        // Below the rows there is nothing to press.
+        test::click(*list->viewport(), list->viewport()->rect().bottomLeft() - QPoint(-3, 3));
+        EXPECT_EQ(list->selectedItems(), QList({list->currentItem()}));
+        QTest::keyClick(open.windowHandle(), Qt::Key_Return);
+        EXPECT_FALSE(open.isVisible());
+    });
+    NotingDialog dialog(kListDialog);
+    dialog.initialising = [](NotingDialog& d) {
+        d.control<QListWidget>(kList)->addItems({"One", "Two", "Three"});
+    };
+    EXPECT_EQ(dialog.run(nullptr), 1);
 }
 
 TEST_F(DialogTest, FieldsTellTheirChangesToo) {
