@@ -19,7 +19,6 @@ namespace raincast {
 namespace {
 
 constexpr int kConnectMilliseconds = 1000;
-constexpr int kLockMilliseconds = 5000;
 constexpr int kBusyMilliseconds = 100;
 // Tokens are short; nothing longer is read.
 constexpr qint64 kLongestToken = 1024;
@@ -44,7 +43,8 @@ QString socketFor(const QString& pageFile) {
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString& pageFile) : m_path(socketFor(pageFile)) {}
+SingleInstance::SingleInstance(const QString& pageFile, int turnMilliseconds)
+    : m_path(socketFor(pageFile)), m_turnMilliseconds(turnMilliseconds) {}
 
 SingleInstance::~SingleInstance() = default;
 
@@ -54,7 +54,7 @@ bool SingleInstance::claim(const QByteArray& token) {
     }
     // Of several that start at the same moment one at a time gets here; the others then find it.
     QLockFile lock(m_path + QStringLiteral(".lock"));
-    const bool locked = lock.tryLock(kLockMilliseconds);
+    const bool locked = lock.tryLock(m_turnMilliseconds);
     if (askFirst(token)) {
         return false;
     }

@@ -17,8 +17,11 @@ namespace raincast {
 /// connects to it, asks it to come to the front and ends.
 class SingleInstance {
 public:
+    /// How long one of several that start at the same moment waits for its turn.
+    static constexpr int kTurnMilliseconds = 5000;
+
     /// For a page file, which need not exist.
-    explicit SingleInstance(const QString& pageFile);
+    explicit SingleInstance(const QString& pageFile, int turnMilliseconds = kTurnMilliseconds);
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
@@ -43,6 +46,7 @@ private:
     void comeToFront(const QByteArray& token);
 
     QString m_path;
+    int m_turnMilliseconds;
     std::unique_ptr<QLocalServer> m_server;
     std::function<void(const QByteArray&)> m_front;
 };

@@ -146,8 +146,12 @@ TEST_F(MainWindowTest, ChoosingFullScreenInTheMenuIsTheSame) {
 TEST_F(MainWindowTest, AboutOpensTheBox) {
     test::DialogScript script;
     script.expect(QStringLiteral("Error")); // no resource module beside the tests
-    script.expect(QStringLiteral("About Raincast"));
+    bool shown = false;
+    script.expect(QStringLiteral("About Raincast"), [&](QDialog& dialog) {
+        shown = dialog.isVisible() && dialog.parentWidget() == window.frame();
+    });
     window.commands().action(kAppAbout).trigger();
+    EXPECT_TRUE(shown);
 }
 
 TEST_F(MainWindowTest, ClosingAsksForTheEndAndLeavesTheWindow) {

@@ -7,7 +7,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocalServer>
 #include <QLocalSocket>
+#include <QLockFile>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -16,6 +18,8 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <memory>
+#include <thread>
 
 namespace raincast {
 namespace {
@@ -90,6 +94,31 @@ TEST_F(SingleInstanceTest, ASocketLeftByACrashIsNoObstacle) {
     EXPECT_TRUE(next.claim());
     SingleInstance second(pageFile);
     EXPECT_FALSE(second.claim());
+}
+
+TEST_F(SingleInstanceTest, OfSeveralThatStartTogetherOneAtATimeLooksForTheOthers) {
+    SingleInstance impatient(pageFile, 0);
+    {
+        // Another one is between looking and listening.
+        QLockFile turn(impatient.socketPath() + ".lock");
+        ASSERT_TRUE(turn.tryLock(0));
+        EXPECT_TRUE(impatient.claim());
+        EXPECT_FALSE(QFileInfo::exists(impatient.socketPath())) << "listens out of turn";
+    }
+    SingleInstance next(pageFile, 0);
+    EXPECT_TRUE(next.claim());
+    EXPECT_TRUE(QFileInfo::exists(next.socketPath()));
+}
+
+TEST_F(SingleInstanceTest, WhoWaitedForItsTurnLooksAgain) {
+    SingleInstance waiting(pageFile);
+    auto turn = std::make_unique<QLockFile>(waiting.socketPath() + ".lock");
+    ASSERT_TRUE(turn->tryLock(0));
+    std::thread other([&] { EXPECT_FALSE(waiting.claim()); });
+    QLocalServer listening;
+    EXPECT_TRUE(listening.listen(waiting.socketPath()));
+    turn.reset();
+    other.join();
 }
 
 TEST_F(SingleInstanceTest, TheEndOfTheFirstLeavesThePlaceFree) {

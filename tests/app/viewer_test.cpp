@@ -26,8 +26,10 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenu>
+#include <QSessionManager>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -35,6 +37,7 @@
 #include <cstdlib>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace raincast {
@@ -85,6 +88,23 @@ public:
 };
 
 const SerializableType<TroubledItem> troubledItemType{kTroubledItemType};
+
+/// Stands in for a window manager, which gives a window its place when it appears.
+class Placing : public QObject {
+public:
+    explicit Placing(const QPoint& place) : m_place(place) { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Expose && !std::exchange(m_placed, true)) {
+            static_cast<QWindow*>(watched)->setFramePosition(m_place);
+        }
+        return false;
+    }
+
+private:
+    QPoint m_place;
+    bool m_placed = false;
+};
 
 /// Only what a page file holds.
 class Pages : public CAppPaged {};
@@ -162,6 +182,26 @@ TEST_F(ViewerTest, AFirstStartMakesItsFolderShowsTheWeatherAndSavesBoth) {
     EXPECT_EQ(viewer.run(), 0);
     EXPECT_EQ(savedConfigFile(), home.pageFile());
     EXPECT_EQ(namesInFile(home.pageFile()), QStringList("Weather"));
+}
+
+TEST_F(ViewerTest, AFirstStartAsksForASiteInTheMiddleOfItsWindow) {
+    forgetPages();
+    nobody.reset();
+    // A former run that ended before its loop did would end the first loop of this one.
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
+    const Placing windowManager({120, 90});
+    Viewer viewer({});
+    test::DialogScript script;
+    script.expect(QStringLiteral("Weather Station"), [&](QDialog& dialog) {
+        const QMainWindow& frame = *viewer.window()->frame();
+        EXPECT_EQ(frame.pos(), QPoint(120, 90));
+        EXPECT_TRUE(frame.geometry().contains(dialog.geometry()));
+        const QPoint apart = dialog.geometry().center() - frame.geometry().center();
+        EXPECT_LE(apart.manhattanLength(), 8) << apart.x() << "," << apart.y();
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
 }
 
 TEST_F(ViewerTest, PagesAreSavedThenDestroyedThenTheSettingsAreSaved) {
@@ -272,7 +312,10 @@ TEST_F(ViewerTest, ClosingTheWindowSavesAsExitDoes) {
 TEST_F(ViewerTest, ALogOutSavesAndTheProgramGoesOnUntilItIsEnded) {
     Viewer viewer({});
     inLoop([&] {
-        viewer.saveNow();
+        ASSERT_TRUE(QFile::remove(home.pageFile()));
+        auto* const session = qApp->findChild<QSessionManager*>();
+        ASSERT_NE(session, nullptr);
+        qApp->commitDataRequest(*session); // as the desktop asks
         EXPECT_EQ(namesInFile(home.pageFile()), QStringList("Weather"));
         EXPECT_TRUE(savedConfigFile());
         EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));

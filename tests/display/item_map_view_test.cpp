@@ -401,12 +401,18 @@ TEST_F(ItemMapViewTest, AnOverlayThatChangesIsLaidOutAgainAndThePageIsPainted) {
 
 TEST_F(ItemMapViewTest, AnOverlayThatGoesIsForgotten) {
     view->placeOnEarth();
+    Dots stays({{0, 0}});
+    stays.announceChanged();
     {
-        Dots dots({{0, 0}});
-        dots.announceChanged();
+        Dots goes({{0, 0}});
+        goes.announceChanged();
+        draw();
+        EXPECT_EQ(goes.draws, 1);
     }
-    draw();
+    draw(); // of what is gone nothing may be touched
     view->geoReferenceChanged();
+    EXPECT_EQ(stays.draws, 2);
+    EXPECT_EQ(stays.layouts, 2);
 }
 
 TEST_F(ItemMapViewTest, OverlaysThatExistedBeforeTheViewAreKnown) {

@@ -135,6 +135,14 @@ TEST_F(ItemPainterTest, ASunkenEdgeIsLitFromTheBottomRight) {
     EXPECT_EQ(picture.pixel(frame.right(), frame.top() + 5), 0xFFFF'FFFF);
 }
 
+TEST_F(ItemPainterTest, TheEdgeLiesAboveTheItem) {
+    item.setDecoration(decoration(kStoredFill, raisedOuter, 0, 0));
+    paint();
+    EXPECT_EQ(picture.pixel(place.topLeft()), 0xFFCC'CCCC);
+    EXPECT_EQ(picture.pixel(place.bottomRight()), 0xFF11'1111);
+    expectArea(kItem, place.adjusted(1, 1, -1, -1));
+}
+
 TEST_F(ItemPainterTest, AnEdgeWithOneRingHasItOutermost) {
     item.setDecoration(decoration(kNone, sunkenInner, 2, 0));
     paint();

@@ -122,9 +122,21 @@ TEST_F(ItemTest, DoesNothingByItself) {
     EXPECT_FALSE(item.keyDown(Qt::Key_Left));
     EXPECT_FALSE(item.character(u'+'));
     EXPECT_FALSE(item.stylusDown(1, 1, {}));
+    EXPECT_TRUE(item.contextMenu(1, 1).empty());
     EXPECT_EQ(item.statusText(), QString());
     EXPECT_EQ(item.caption(), QString());
     EXPECT_EQ(item.menuId(), 0);
+    EXPECT_TRUE(item.opaqueArea().isEmpty());
+    // What has no answer leaves the item as it is.
+    const ItemPlacement before = item.placement();
+    QMenu menu;
+    item.windowCreated();
+    item.stylusMove(2, 2);
+    item.stylusUp(2, 2);
+    item.stylusLost();
+    item.menuPopUp(menu);
+    EXPECT_EQ(item.placement(), before);
+    EXPECT_TRUE(menu.isEmpty());
 }
 
 } // namespace

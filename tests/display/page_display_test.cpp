@@ -139,6 +139,10 @@ TEST_F(PageDisplayTest, ADestroyedParentTakesTheWindowAlong) {
     page->size(10, 10);
     page->deactivate();
     test::settle();
+    EXPECT_EQ(page->widget(), nullptr);
+    showPage(); // in another one
+    EXPECT_NE(page->widget(), nullptr);
+    EXPECT_TRUE(page->widget()->isVisible());
 }
 
 TEST_F(PageDisplayTest, TheseTestsRunAtTheRatioThatTheyWereStartedWith) {
@@ -302,6 +306,16 @@ TEST_F(PageDisplayTest, LayoutModeOutlinesTheSelectedItemInRedAndOthersInGreen) 
     EXPECT_EQ(at(100, 30), green);
     page->command(kToggleLayout, 0);
     EXPECT_EQ(at(100, 30), QColor(Qt::blue));
+}
+
+TEST_F(PageDisplayTest, AnOutlineLiesBelowTheItemsAboveIt) {
+    add({20, 30, 60, 70}, Qt::red);
+    add({40, 20, 90, 90}, Qt::blue);
+    showPage();
+    page->command(kToggleLayout, 0);
+    EXPECT_EQ(at(30, 30), QColor(0, 200, 0));
+    EXPECT_EQ(at(50, 30), QColor(Qt::blue));
+    EXPECT_EQ(at(59, 60), QColor(Qt::blue));
 }
 
 TEST_F(PageDisplayTest, ItemsDrawOntoAPictureWhoseTextHasItsSize) {

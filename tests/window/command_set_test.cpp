@@ -153,6 +153,10 @@ TEST_F(CommandSetTest, LookingForWhatIsNotThereFindsNothing) {
     EXPECT_EQ(findCommand(menu, 7), nullptr);
     enableCommand(menu, 7, false);
     checkCommand(menu, 7, true);
+    for (const QAction* entry : menu.actions()) {
+        EXPECT_TRUE(entry->isEnabled());
+        EXPECT_FALSE(entry->isCheckable());
+    }
     EXPECT_EQ(firstSubmenu(QMenu()), nullptr);
 }
 

@@ -78,11 +78,19 @@ TEST_F(MessageBoxTest, NoTextIsCut) {
 }
 
 TEST_F(MessageBoxTest, NobodyIsAskedWhereNobodyMayBe) {
+    int shown = 0;
+    Modal::setHook([&shown](QDialog& open) {
+        ++shown;
+        open.reject();
+    });
+    messageBox(nullptr, kText, kCaption);
+    EXPECT_EQ(shown, 1);
     Modal::neverAsk(true);
     messageBox(nullptr, kText, kCaption);
     Modal::neverAsk(false);
     Modal::requestEnd();
     messageBox(nullptr, kText, kCaption);
+    EXPECT_EQ(shown, 1);
 }
 
 TEST_F(MessageBoxTest, TheRequestToEndClosesIt) {
