@@ -85,8 +85,14 @@ void CPageDisplay::ContextMenu::popUp(std::span<const MenuRow> rows, PagePoint p
 }
 
 void CPageDisplay::ContextMenu::command(int id) {
-    if (m_page.contains(m_item)) {
+    if (m_item != nullptr) {
         m_item->command(id, clicked);
+    }
+}
+
+void CPageDisplay::ContextMenu::forget(const CItem& item) {
+    if (&item == m_item) {
+        m_item = nullptr;
     }
 }
 

@@ -32,6 +32,9 @@ public:
     /// item is gone.
     void command(int id);
 
+    /// An item goes: it gets no command any more.
+    void forget(const CItem& item);
+
     /// The page's window is new: what was open went with the former one.
     void reset();
 

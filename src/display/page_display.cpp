@@ -157,10 +157,18 @@ void CPageDisplay::chooseAndAddItem() {
 void CPageDisplay::deleteSelected() {
     const auto item = takeSelected();
     m_selected = nullptr;
+    if (!item) {
+        return;
+    }
+    itemDeleted(*item);
     const auto needs = [&item](const auto& other) { return other->menuId() == item->menuId(); };
-    if (item && std::none_of(m_items.begin(), m_items.end(), needs)) {
+    if (std::none_of(m_items.begin(), m_items.end(), needs)) {
         removeMenu(item->menuId());
     }
+}
+
+void CPageDisplay::itemDeleted(const CItem& item) {
+    m_contextMenu->forget(item);
 }
 
 void CPageDisplay::bringSelectedToFront() {
@@ -185,12 +193,6 @@ CPageDisplay::CItem& CPageDisplay::addItem(std::unique_ptr<CItem> item) {
     m_items.push_back(std::move(item));
     m_items.back()->attachTo(*this);
     return *m_items.back();
-}
-
-bool CPageDisplay::contains(const CItem* item) const {
-    return std::any_of(m_items.begin(), m_items.end(), [item](const auto& own) {
-        return own.get() == item;
-    });
 }
 
 CPageDisplay::CItem* CPageDisplay::itemAt(PagePoint place) const {

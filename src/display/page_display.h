@@ -69,8 +69,6 @@ public:
     [[nodiscard]] const Items& items() const { return m_items; }
     /// Puts an item on top of the others; its menu joins the page's.
     CItem& addItem(std::unique_ptr<CItem> item);
-    /// Whether an item is (still) one of this page's; it may be gone.
-    [[nodiscard]] bool contains(const CItem* item) const;
     /// The topmost item at a place, null if there is none.
     [[nodiscard]] CItem* itemAt(PagePoint place) const;
 
@@ -100,6 +98,11 @@ public:
     void onCommand(int id, QWidget* control, int notification) override;
     void onTimer(int id) override;
     bool windowProcedure(QEvent& event) override;
+
+protected:
+    /// The user deletes an item, which is off the page already and about to go: whoever remembers
+    /// it must forget it now, since a later one may have its address. Overrides call this one.
+    virtual void itemDeleted(const CItem& item);
 
 private:
     void followDeviceSize();

@@ -5,6 +5,8 @@
 #include "paged/page_type.h"
 #include "weather/item_weather.h"
 
+#include <utility>
+
 namespace raincast {
 
 /// "Weather", as the user adds it.
@@ -29,17 +31,28 @@ const CPageDefaultWeather::Type& weatherType() {
 
 } // namespace
 
-CPageDefaultWeather::CPageDefaultWeather() : CPageDisplay(&weatherType()) {
+CPageDefaultWeather::CPageDefaultWeather()
+    : CPageDefaultWeather(std::make_unique<CItemWeather>()) {}
+
+CPageDefaultWeather::CPageDefaultWeather(std::unique_ptr<CItemWeather> weather)
+    : CPageDisplay(&weatherType()), m_weather(weather.get()) {
     setName(weatherType().name());
-    auto weather = std::make_unique<CItemWeather>();
-    m_weather = weather.get();
     addItem(std::move(weather));
 }
 
+CPageDefaultWeather::~CPageDefaultWeather() = default;
+
 void CPageDefaultWeather::size(int width, int height) {
     CPageDisplay::size(width, height);
-    if (contains(m_weather)) {
+    if (m_weather != nullptr) {
         m_weather->setRectangle({0, 0, deviceSize().width(), deviceSize().height()});
+    }
+}
+
+void CPageDefaultWeather::itemDeleted(const CItem& item) {
+    CPageDisplay::itemDeleted(item);
+    if (&item == m_weather) {
+        m_weather = nullptr;
     }
 }
 

@@ -14,12 +14,18 @@ public:
     class Type;
 
     CPageDefaultWeather();
+    /// With a radar item that is there already.
+    explicit CPageDefaultWeather(std::unique_ptr<CItemWeather> weather);
+    ~CPageDefaultWeather() override;
 
     /// Keeps the radar item, unless it was deleted, as large as the page.
     void size(int width, int height) override;
 
+protected:
+    void itemDeleted(const CItem& item) override;
+
 private:
-    CItemWeather* m_weather; ///< the page's, unless it was deleted
+    CItemWeather* m_weather; ///< the page's; null once it was deleted
 };
 
 } // namespace raincast

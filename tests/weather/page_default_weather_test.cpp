@@ -89,5 +89,48 @@ TEST_F(PageDefaultWeatherTest, ADeletedItemIsNotAddressed) {
     page.deactivate();
 }
 
+/// A radar item in a place of its own, where the next one stands as well.
+class PlacedItem : public CItemWeather {
+public:
+    static void* operator new(std::size_t size) {
+        alignas(CItemWeather) static std::byte place[2 * sizeof(CItemWeather)];
+        EXPECT_LE(size, sizeof(place));
+        return place;
+    }
+    static void operator delete(void* /*place*/) {}
+};
+
+TEST_F(PageDefaultWeatherTest, AnItemAtTheDeletedOnesAddressIsNotTakenForIt) {
+    CPageDefaultWeather page(std::make_unique<PlacedItem>());
+    show(page);
+    const auto* const deleted = page.items()[0].get();
+    page.select(page.items()[0].get());
+    EXPECT_TRUE(page.command(kDeleteItem, 0));
+    CPageDisplay::CItem& added = page.addItem(std::make_unique<PlacedItem>());
+    ASSERT_EQ(&added, deleted);
+    added.setRectangle({10, 20, 110, 140});
+    page.size(240, 320);
+    EXPECT_EQ(added.rectangle(), (PageRectangle{10, 20, 110, 140}));
+    page.deactivate();
+}
+
+TEST_F(PageDefaultWeatherTest, AnotherItemsEndAndANewOrderLeaveTheItemFillingThePage) {
+    CPageDefaultWeather page;
+    show(page);
+    CPageDisplay::CItem* const weather = page.items()[0].get();
+    page.select(&page.addItem(std::make_unique<CItemWeather>()));
+    EXPECT_TRUE(page.command(kDeleteItem, 0));
+    page.select(&page.addItem(std::make_unique<CItemWeather>()));
+    page.select(weather);
+    EXPECT_TRUE(page.command(kBringToFront, 0));
+    EXPECT_EQ(page.items().back().get(), weather);
+    page.select(page.items().front().get());
+    EXPECT_TRUE(page.command(kDeleteItem, 0));
+    weather->setRectangle({10, 20, 110, 140});
+    page.size(240, 320);
+    EXPECT_TRUE(fills(page));
+    page.deactivate();
+}
+
 } // namespace
 } // namespace raincast
