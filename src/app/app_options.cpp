@@ -41,7 +41,9 @@ QList<QCommandLineOption> ownOptions() {
         {QStringLiteral("site"), QStringLiteral("Show this radar site first, such as MUX."),
          QStringLiteral("SITE")},
         {QStringLiteral("product"),
-         QStringLiteral("With --site: N0R (the default), NCR, N0Z, N1P, NTP, N0V or N0S."),
+         QStringLiteral(
+             "With --site, instead of the item's own: N0R, NCR, N0Z, N1P, NTP, N0V or N0S."
+         ),
          QStringLiteral("PRODUCT")},
         {QStringLiteral("welcome"),
          QStringLiteral("Where no radar site was chosen yet, show this one, animated, instead of "

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <variant>
 
 namespace raincast {
@@ -18,7 +19,8 @@ struct AppOptions {
     QString radarServer;   ///< HOST or HOST:PORT; empty: the one of the settings
     QString basemapServer; ///< the same
     QString siteId;        ///< of the first radar item; empty: its own
-    int product = 0;       ///< index into the product table, with a site only
+    /// Index into the product table, with a site only; none: the item's own.
+    std::optional<int> product;
     QString welcomeSiteId; ///< of the first radar item while it has none; empty: it asks
     /// Qt's own options, to be given to the application object.
     QStringList qtArguments;

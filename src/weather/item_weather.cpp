@@ -59,7 +59,7 @@ const ItemCatalogueEntry catalogueEntry(
 /// A site and product that wait for an item to be shown.
 struct Choice {
     QString siteId;
-    int product;
+    std::optional<int> product;
 };
 std::optional<Choice> choiceForFirst;
 QString welcomeSite;
@@ -263,7 +263,7 @@ void CItemWeather::windowCreated() {
     show();
 }
 
-void CItemWeather::chooseForFirst(const QString& siteId, int product) {
+void CItemWeather::chooseForFirst(const QString& siteId, std::optional<int> product) {
     choiceForFirst = Choice{siteId, product};
 }
 
@@ -274,7 +274,7 @@ void CItemWeather::welcome(const QString& siteId) {
 void CItemWeather::show() {
     const QString welcomed = std::exchange(welcomeSite, QString());
     if (const auto choice = std::exchange(choiceForFirst, std::nullopt)) {
-        m_state.product = choice->product;
+        m_state.product = choice->product.value_or(m_state.product);
         loadBasemaps(choice->siteId, true);
         return;
     }

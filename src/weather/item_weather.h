@@ -9,6 +9,7 @@
 #include "weather/layer_stack.h"
 
 #include <memory>
+#include <optional>
 
 namespace raincast {
 
@@ -59,8 +60,8 @@ public:
     [[nodiscard]] const BasemapLayers& layers() const { return m_layers; }
 
     /// Gives a site to the radar item that is shown next, as if it was chosen in the station
-    /// dialog, and a product of 0 to 6.
-    static void chooseForFirst(const QString& siteId, int product);
+    /// dialog, and a product of 0 to 6; with none the item keeps its own.
+    static void chooseForFirst(const QString& siteId, std::optional<int> product);
 
     /// Shows a site, animated, in the radar item that is shown next if that has no site yet; nobody
     /// is asked for one. Both are as if they were chosen in the item's dialogs.

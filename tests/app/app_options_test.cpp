@@ -49,7 +49,8 @@ TEST(AppOptionsTest, ASiteAndAProductAreKnownByTheirNames) {
     const AppOptions options = good({"--site", "mux", "--product", "n0v"});
     EXPECT_EQ(options.siteId, "MUX");
     EXPECT_EQ(options.product, 5);
-    EXPECT_EQ(good({"--site", "LWX"}).product, 0);
+    EXPECT_EQ(good({"--site", "LWX"}).product, std::nullopt);
+    EXPECT_EQ(good({"--site", "LWX", "--product", "N0R"}).product, 0);
     EXPECT_TRUE(good({}).siteId.isEmpty());
     EXPECT_EQ(good({"--welcome", "tlx"}).welcomeSiteId, "TLX");
     EXPECT_TRUE(good({"--welcome", "tlx"}).siteId.isEmpty());

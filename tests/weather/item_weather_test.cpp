@@ -41,6 +41,18 @@ TEST_F(ItemWeatherTest, ANewItemAsksForAStation) {
     EXPECT_EQ(m_item->centrePixel(), (ImagePixel{300, 275}));
 }
 
+TEST_F(ItemWeatherTest, ASiteAloneLeavesTheProductThatWasStored) {
+    test::publishFrames(m_server, {"20190519_0555"}, "MUX", "N0V");
+    CItemWeather::chooseForFirst("MUX", 5);
+    showPage();
+    EXPECT_EQ(m_item->state().product, 5);
+    restart();
+    CItemWeather::chooseForFirst("MUX", std::nullopt);
+    showPage();
+    EXPECT_EQ(m_item->state().product, 5);
+    EXPECT_THAT(m_item->state().current.path.toStdString(), HasSubstr("20190519_0555_N0V"));
+}
+
 TEST_F(ItemWeatherTest, AWelcomeShowsMovingWeatherWithoutAQuestion) {
     CItemWeather::welcome("MUX");
     showPage(); // would wait for a dialog's end
