@@ -23,7 +23,8 @@ void PersistantData::loadAll(RegistryStore& store, const QString& application) {
     exchangeAll(SettingsExchange::Direction::Load, store, application);
 }
 
-bool PersistantData::saveAll(RegistryStore& store, const QString& application) {
+tl::expected<void, QString>
+PersistantData::saveAll(RegistryStore& store, const QString& application) {
     store.addKey(Branch::Machine, rootKey(application));
     store.addKey(Branch::User, rootKey(application));
     exchangeAll(SettingsExchange::Direction::Save, store, application);

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <tl/expected.hpp>
+
 namespace raincast {
 
 class RegistryStore;
@@ -26,10 +28,10 @@ public:
     /// its owner gave it. Only reads the store.
     static void loadAll(RegistryStore& store, const QString& application);
 
-    /// Saves every record, creating the application's key in both branches. True when the user's
-    /// branch is on disk; that the machine's cannot be written is no failure, what was meant for it
-    /// is then the user's.
-    static bool saveAll(RegistryStore& store, const QString& application);
+    /// Saves every record, creating the application's key in both branches. It fails when the
+    /// user's branch cannot be written (RegistryStore::save); that the machine's cannot is no
+    /// failure, what was meant for it is then the user's.
+    static tl::expected<void, QString> saveAll(RegistryStore& store, const QString& application);
 
     /// Says that a value of this record was set for this run only, by an option of the command
     /// line: from now on saving leaves the stored value as it is.

@@ -3,7 +3,6 @@
 
 #include "platform/tree_move.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -45,11 +44,20 @@ bool isDeletable(const fs::directory_entry& entry) {
 
 } // namespace
 
+tl::expected<void, QString> makeFolder(const QString& path) {
+    std::error_code error;
+    fs::create_directories(toPath(path), error);
+    if (error) {
+        return tl::make_unexpected(QString::fromStdString(error.message()));
+    }
+    return {};
+}
+
 bool EnsureFolder(const QString& path) {
     if (path.size() < 2) {
         return QFileInfo(path).isDir();
     }
-    return QDir().mkpath(path);
+    return makeFolder(path).has_value();
 }
 
 bool matchesFilePattern(const QString& name, const QString& pattern) {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <set>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
@@ -12,6 +13,10 @@ namespace raincast {
 /// when that fails, when a file is in the way, and for a path of fewer than two characters that
 /// does not exist.
 [[nodiscard]] bool EnsureFolder(const QString& path);
+
+/// Makes a folder and its missing parents; one that is there is good. The reason of a failure has
+/// no full stop: "Read-only file system".
+[[nodiscard]] tl::expected<void, QString> makeFolder(const QString& path);
 
 /// Whether a file name matches a pattern as a whole: '?' is any one character, '*' any run of them,
 /// "*.*" every name. Letter case does not count.

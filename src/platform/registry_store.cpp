@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/registry_store.h"
 
+#include "platform/folders.h"
 #include "platform/whole_file.h"
 
 #include <QDir>
@@ -11,6 +12,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <limits>
 
@@ -62,9 +64,15 @@ RegistryStore::RegistryStore(const QString& machineFile, const QString& userFile
 
 RegistryStore RegistryStore::inStandardFolders() {
     // The user's folder comes first, then those for everybody.
-    const QStringList folders =
-        QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
-    return {QDir(folders.value(1)).filePath(kFile), QDir(folders.value(0)).filePath(kFile)};
+    QStringList files = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    for (QString& file : files) {
+        file = QDir(file).filePath(kFile);
+    }
+    const QString user = files.takeFirst();
+    const auto there = std::find_if(files.begin(), files.end(), [](const QString& file) {
+        return QFileInfo::exists(file);
+    });
+    return {there != files.end() ? *there : files.value(0), user};
 }
 
 const RegistryStore::File& RegistryStore::file(Branch branch) const {
@@ -146,23 +154,25 @@ void RegistryStore::change(Branch branch, const QString& key, const QJsonObject&
     merge(file(branch).changes, {{key, values}});
 }
 
-bool RegistryStore::save(Branch branch) {
+tl::expected<void, QString> RegistryStore::save(Branch branch) {
     File& target = file(branch);
-    const std::optional<QJsonObject> stored = read(target);
+    const auto stored = read(target);
     if (!stored) {
-        return false;
+        return tl::make_unexpected(stored.error());
     }
     QJsonObject keys = *stored;
     merge(keys, target.changes);
     if (keys != *stored) {
-        const bool made = QDir().mkpath(QFileInfo(target.path).path());
-        if (!made || !replaceFile(target.path, QJsonDocument(keys).toJson(), Lasting::yes)) {
-            return false;
+        const auto written = makeFolder(QFileInfo(target.path).path()).and_then([&] {
+            return replaceFile(target.path, QJsonDocument(keys).toJson(), Lasting::yes);
+        });
+        if (!written) {
+            return written;
         }
     }
     target.keys = keys;
     target.changes = {};
-    return true;
+    return {};
 }
 
 void RegistryStore::moveMachineChangesToUser() {
@@ -171,13 +181,16 @@ void RegistryStore::moveMachineChangesToUser() {
     m_machine.changes = {};
 }
 
-/// The keys of a file, none when it is missing or was set aside; null when there is a file that
+/// The keys of a file, none when it is missing or was set aside. It fails when there is a file that
 /// neither can be read nor be moved out of the way, and that must not be written over.
-std::optional<QJsonObject> RegistryStore::read(File& file) {
+tl::expected<QJsonObject, QString> RegistryStore::read(File& file) {
     using Kind = ReadFailure::Kind;
     const auto bytes = readWhole(file.path, kMaxSize);
-    if (!bytes && bytes.error().kind != Kind::tooLarge) {
-        return bytes.error().kind == Kind::absent ? std::optional(QJsonObject()) : std::nullopt;
+    if (!bytes && bytes.error().kind == Kind::absent) {
+        return QJsonObject();
+    }
+    if (!bytes && bytes.error().kind == Kind::unreadable) {
+        return tl::make_unexpected(bytes.error().reason);
     }
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(bytes.value_or(QByteArray()), &error);
@@ -188,12 +201,14 @@ std::optional<QJsonObject> RegistryStore::read(File& file) {
         !bytes || error.error == QJsonParseError::NoError
             ? QStringLiteral("no JSON object of a sensible size")
             : QStringLiteral("%1 at byte %2").arg(error.errorString()).arg(error.offset);
-    return setAside(file, why) ? std::optional(QJsonObject()) : std::nullopt;
+    return setAside(file, why);
 }
 
-bool RegistryStore::setAside(File& file, const QString& why) {
+/// The file counts as empty once it is out of the way.
+tl::expected<QJsonObject, QString> RegistryStore::setAside(File& file, const QString& why) {
     const QString bad = file.path + QStringLiteral(".bad");
     const bool moved = std::rename(QFile::encodeName(file.path), QFile::encodeName(bad)) == 0;
+    const QString failure = qt_error_string(errno);
     if (!file.complained) {
         file.complained = true;
         std::fprintf(
@@ -202,7 +217,10 @@ bool RegistryStore::setAside(File& file, const QString& why) {
             moved ? qPrintable(bad) : "", moved ? "." : ""
         );
     }
-    return moved;
+    if (!moved) {
+        return tl::make_unexpected(failure);
+    }
+    return QJsonObject();
 }
 
 } // namespace raincast

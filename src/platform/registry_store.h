@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
@@ -30,9 +31,11 @@ public:
     /// Reads both files; a missing one is empty.
     RegistryStore(const QString& machineFile, const QString& userFile);
 
-    /// "Quorvane/registry.json" in the first folder of $XDG_CONFIG_DIRS (machine) and in
-    /// $XDG_CONFIG_HOME (user).
+    /// "Quorvane/registry.json" in $XDG_CONFIG_HOME (user) and in the folders of $XDG_CONFIG_DIRS
+    /// (machine): the first that exists in their order, or else the one of the first folder.
     [[nodiscard]] static RegistryStore inStandardFolders();
+
+    [[nodiscard]] const QString& path(Branch branch) const { return file(branch).path; }
 
     [[nodiscard]] std::optional<std::uint32_t>
     dword(Branch branch, const QString& key, const QString& name) const;
@@ -56,8 +59,9 @@ public:
 
     /// Reads the branch's file again, puts the changes made since the last save into it and
     /// replaces it as a whole, creating its folder; does not touch a file that has them already.
-    /// False leaves the old file as it was, and the changes waiting.
-    [[nodiscard]] bool save(Branch branch);
+    /// A failure leaves the old file as it was, and the changes waiting; the reason has no full
+    /// stop: "Permission denied".
+    [[nodiscard]] tl::expected<void, QString> save(Branch branch);
 
     /// Moves the changes that wait for the machine branch to the user branch: what is to be done
     /// when the machine's file cannot be written.
@@ -76,8 +80,9 @@ private:
     [[nodiscard]] QJsonValue
     value(Branch branch, const QString& key, const QString& name, const char* type) const;
     void change(Branch branch, const QString& key, const QJsonObject& values);
-    [[nodiscard]] static std::optional<QJsonObject> read(File& file);
-    [[nodiscard]] static bool setAside(File& file, const QString& why);
+    [[nodiscard]] static tl::expected<QJsonObject, QString> read(File& file);
+    [[nodiscard]] static tl::expected<QJsonObject, QString>
+    setAside(File& file, const QString& why);
 
     File m_machine;
     File m_user;

@@ -70,7 +70,7 @@ protected:
     QString machineFile() const { return m_folder.filePath(QStringLiteral("machine.json")); }
     QString userFile() const { return m_folder.filePath(QStringLiteral("user.json")); }
     void load() { PersistantData::loadAll(m_store, kApplication); }
-    bool save() { return PersistantData::saveAll(m_store, kApplication); }
+    bool save() { return PersistantData::saveAll(m_store, kApplication).has_value(); }
     static QJsonDocument json(const QString& path) {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll())

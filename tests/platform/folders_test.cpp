@@ -37,6 +37,19 @@ TEST_F(FoldersTest, EnsureFolderFailsWhereNoFolderCanBe) {
     EXPECT_FALSE(EnsureFolder(at(QString(300, u'n')))) << "longer than names may be";
 }
 
+TEST_F(FoldersTest, MakeFolderSaysWhyItCannot) {
+    EXPECT_TRUE(makeFolder(at("Z\u00FCrich/b")));
+    EXPECT_TRUE(QFileInfo(at("Z\u00FCrich/b")).isDir());
+    EXPECT_TRUE(makeFolder(at("Z\u00FCrich/b"))) << "it is there already";
+    writeFile(at("file"));
+    for (const char* name : {"file", "file/below/it"}) {
+        const auto made = makeFolder(at(name));
+        ASSERT_FALSE(made) << name;
+        EXPECT_EQ(made.error(), "Not a directory") << name;
+    }
+    EXPECT_FALSE(makeFolder("/proc/no/such"));
+}
+
 TEST_F(FoldersTest, EnsureFolderTakesALinkToAFolder) {
     ASSERT_TRUE(EnsureFolder(at("real")));
     ASSERT_TRUE(QFile::link(at("real"), at("link")));

@@ -214,7 +214,9 @@ TEST_F(RegistryStoreTest, ASaveThatFailsLeavesTheFileAndTheChanges) {
     store.setString(Branch::User, kKey, kName, QString(100, u'x'));
     {
         const FullDisk disk(50);
-        EXPECT_FALSE(store.save(Branch::User));
+        const auto saved = store.save(Branch::User);
+        ASSERT_FALSE(saved);
+        EXPECT_EQ(saved.error(), "File too large");
     }
     EXPECT_EQ(get(userFile()), before);
     EXPECT_TRUE(store.save(Branch::User));
@@ -225,7 +227,11 @@ TEST_F(RegistryStoreTest, AFolderThatCannotBeMadeFailsTheSave) {
     put(m_folder.filePath(QStringLiteral("machine")), "a file where the folder should be");
     RegistryStore store = open();
     store.setDword(Branch::Machine, kKey, kName, 1);
-    EXPECT_FALSE(store.save(Branch::Machine));
+    const auto saved = store.save(Branch::Machine);
+    ASSERT_FALSE(saved);
+    EXPECT_EQ(saved.error(), "Not a directory");
+    EXPECT_EQ(store.path(Branch::Machine), machineFile());
+    EXPECT_EQ(store.path(Branch::User), userFile());
     store.moveMachineChangesToUser();
     EXPECT_EQ(store.dword(Branch::User, kKey, kName), 1U);
     EXPECT_TRUE(store.save(Branch::User));
@@ -267,7 +273,9 @@ TEST_F(RegistryStoreTest, WhatIsNoFileIsNeitherReadNorReplaced) {
     ASSERT_EQ(mkfifo(qPrintable(userFile()), 0600), 0);
     RegistryStore store = open();
     store.setDword(Branch::User, kKey, kName, 3);
-    EXPECT_FALSE(store.save(Branch::User));
+    const auto saved = store.save(Branch::User);
+    ASSERT_FALSE(saved);
+    EXPECT_EQ(saved.error(), "Not a regular file");
     struct stat status {};
     ASSERT_EQ(stat(qPrintable(userFile()), &status), 0);
     EXPECT_TRUE(S_ISFIFO(status.st_mode));
@@ -288,23 +296,74 @@ TEST_F(RegistryStoreTest, TheClassesRootAsksTheUserBeforeTheMachine) {
     EXPECT_EQ(store.classesString(QStringLiteral("None"), QString()), std::nullopt);
 }
 
-TEST_F(RegistryStoreTest, TheStandardFoldersAreThoseOfTheEnvironment) {
-    const QByteArray user = qgetenv("XDG_CONFIG_HOME");
-    const QByteArray machine = qgetenv("XDG_CONFIG_DIRS");
-    const QByteArray first = QFile::encodeName(m_folder.filePath(QStringLiteral("first")));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_folder.filePath(QStringLiteral("home"))));
-    qputenv("XDG_CONFIG_DIRS", first + ":/second");
+/// Folders of its own in the place of the standard ones: the user's is "home", the machine's are
+/// "first", "second" and "third".
+class StandardFoldersTest : public RegistryStoreTest {
+protected:
+    StandardFoldersTest() {
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_folder.filePath("home")));
+        QByteArrayList folders;
+        for (const char* name : {"first", "second", "third"}) {
+            folders.append(QFile::encodeName(m_folder.filePath(name)));
+        }
+        qputenv("XDG_CONFIG_DIRS", folders.join(':'));
+    }
+    ~StandardFoldersTest() override {
+        m_user.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", m_user);
+        m_machine.isNull() ? qunsetenv("XDG_CONFIG_DIRS") : qputenv("XDG_CONFIG_DIRS", m_machine);
+    }
+
+    QString fileIn(const char* folder) const {
+        return m_folder.filePath(QString::fromLatin1(folder) + "/Quorvane/registry.json");
+    }
+    void putNumber(const char* folder, int number) const {
+        put(fileIn(folder), "{\"Software/Quorvane\":{\"name\":{\"type\":\"dword\",\"value\":" +
+                                QByteArray::number(number) + "}}}");
+    }
+    static std::optional<std::uint32_t> machineNumber() {
+        return RegistryStore::inStandardFolders().dword(Branch::Machine, kKey, kName);
+    }
+
+private:
+    const QByteArray m_user = qgetenv("XDG_CONFIG_HOME");
+    const QByteArray m_machine = qgetenv("XDG_CONFIG_DIRS");
+};
+
+TEST_F(StandardFoldersTest, TheMachinesFileIsTheFirstThatExists) {
+    EXPECT_EQ(machineNumber(), std::nullopt);
+    putNumber("third", 3);
+    EXPECT_EQ(machineNumber(), 3U);
+    putNumber("second", 2);
+    EXPECT_EQ(machineNumber(), 2U);
+    putNumber("first", 1);
+    EXPECT_EQ(machineNumber(), 1U);
+    putNumber("home", 0);
+    EXPECT_EQ(machineNumber(), 1U);
+}
+
+TEST_F(StandardFoldersTest, TheFirstThatExistsCountsAlone) {
+    putNumber("third", 3);
+    put(fileIn("second"), "{}");
+    EXPECT_EQ(machineNumber(), std::nullopt);
+}
+
+TEST_F(StandardFoldersTest, TheMachinesFileIsChangedWhereItIs) {
+    putNumber("second", 2);
+    RegistryStore store = RegistryStore::inStandardFolders();
+    store.setDword(Branch::Machine, kKey, kName, 7);
+    EXPECT_TRUE(store.save(Branch::Machine));
+    EXPECT_FALSE(QFileInfo::exists(fileIn("first")));
+    EXPECT_EQ(machineNumber(), 7U);
+}
+
+TEST_F(StandardFoldersTest, AreThoseOfTheEnvironment) {
     RegistryStore store = RegistryStore::inStandardFolders();
     store.setDword(Branch::Machine, kKey, kName, 1);
     store.setDword(Branch::User, kKey, kName, 2);
     EXPECT_TRUE(store.save(Branch::Machine));
     EXPECT_TRUE(store.save(Branch::User));
-    EXPECT_TRUE(QFileInfo::exists(m_folder.filePath(QStringLiteral("first/Quorvane/registry.json")))
-    );
-    EXPECT_TRUE(QFileInfo::exists(m_folder.filePath(QStringLiteral("home/Quorvane/registry.json")))
-    );
-    user.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", user);
-    machine.isNull() ? qunsetenv("XDG_CONFIG_DIRS") : qputenv("XDG_CONFIG_DIRS", machine);
+    EXPECT_TRUE(QFileInfo::exists(fileIn("first")));
+    EXPECT_TRUE(QFileInfo::exists(fileIn("home")));
 }
 
 } // namespace
