@@ -24,6 +24,7 @@ void CGlobals::Persistant::useForThisRun(const QString& pageFile) {
 
 void CGlobals::Persistant::exchange(SettingsExchange& values) {
     values.string("config_file", configFile);
+    values.string("declined_backup", declinedBackup);
 }
 
 } // namespace raincast

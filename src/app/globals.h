@@ -30,6 +30,7 @@ public:
     void useForThisRun(const QString& pageFile);
 
     QString configFile; ///< "config_file": the full path of the page file; empty until there is one
+    QString declinedBackup; ///< "declined_backup": see PageBackup::decidedAgainst
 
 protected:
     void exchange(SettingsExchange& values) override;

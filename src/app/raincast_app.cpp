@@ -2,7 +2,6 @@
 #include "app/raincast_app.h"
 
 #include "display/page_display.h"
-#include "gps/mark_manager.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
 #include "weather/page_default_weather.h"
@@ -20,17 +19,15 @@ QString CRaincastApp::caption() const {
 }
 
 bool CRaincastApp::Read(CSerialReader& reader) {
-    CMarkManager& marks = CMarkManager::instance();
-    marks.clear(); // as the pages are: a file that is loaded again doubles nothing
-    reader.readInto(&marks);
+    m_marks.clear(); // as the pages are: a file that is loaded again doubles nothing
+    reader.readInto(&m_marks);
     const bool read = CAppPaged::Read(reader);
     reader.readInto(nullptr);
     return read;
 }
 
 bool CRaincastApp::Write(CSerialWriter& writer) const {
-    const CMarkManager& marks = CMarkManager::instance();
-    return CAppPaged::Write(writer) && (marks.marks().empty() || writer.writeObject(marks));
+    return CAppPaged::Write(writer) && (m_marks.marks().empty() || writer.writeObject(m_marks));
 }
 
 void CRaincastApp::createDefaultPages() {

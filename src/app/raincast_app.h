@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "gps/mark_manager.h"
 #include "paged/app_paged.h"
 
 #include <QString>
@@ -11,6 +12,9 @@ namespace raincast {
 /// page file. Default pages leave the marks alone.
 class CRaincastApp : public CAppPaged {
 public:
+    /// The marks are borrowed.
+    explicit CRaincastApp(CMarkManager& marks = CMarkManager::instance()) : m_marks(marks) {}
+
     /// What is wrong with what the current page shows, for a person; empty while nothing is.
     [[nodiscard]] QString problem() const;
     /// What the current page shows, for the window's title; empty for nothing worth naming.
@@ -23,6 +27,9 @@ public:
 
 protected:
     void createDefaultPages() override;
+
+private:
+    CMarkManager& m_marks;
 };
 
 } // namespace raincast

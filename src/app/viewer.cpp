@@ -3,12 +3,12 @@
 
 #include "app/end_signals.h"
 #include "app/globals.h"
+#include "app/log_out.h"
 #include "app/main_window.h"
 #include "app/screenshot.h"
 #include "app/single_instance.h"
 #include "app/window_place.h"
 #include "gps/position_source_setting.h"
-#include "persist/page_file.h"
 #include "platform/registry_store.h"
 #include "platform/special_folders.h"
 #include "weather/item_weather.h"
@@ -18,8 +18,6 @@
 
 #include <QApplication>
 #include <QMainWindow>
-#include <QSessionManager>
-#include <QStandardPaths>
 
 #include <cstdio>
 #include <cstdlib>
@@ -28,14 +26,6 @@
 namespace raincast {
 
 namespace {
-
-const QString kPageFileName = QStringLiteral("/pages.cfg");
-
-/// Where the page file is until somebody says otherwise. Makes nothing.
-QString usualPageFile() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-           QStringLiteral("/Quorvane/Raincast_1") + kPageFileName;
-}
 
 /// What the desktop gave this process so that a window of it may come to the front.
 QByteArray activationToken() {
@@ -78,16 +68,22 @@ int Viewer::run() {
     const int status = loop();
     CPositionSource::setReceiver(nullptr);
     m_receiver.use(std::nullopt);
+    if (m_userIsThere) {
+        Modal::forgetEnd(); // all that was open has ended
+    }
+    CWindowPlace::keep(*m_window->frame());
+    savePages();
     m_window->destroy();
     running = nullptr;
     saveSettings();
-    return status;
+    return !forAPerson() && m_keeper->complained() ? 1 : status;
 }
 
 void Viewer::saveAtExit() {
     running = this;
     static const int registered = std::atexit([] {
         if (Viewer* const viewer = std::exchange(running, nullptr)) {
+            viewer->m_userIsThere = false;
             viewer->savePages();
             viewer->saveSettings();
         }
@@ -116,19 +112,16 @@ bool Viewer::claimPageFile() {
         return true;
     }
     const QString& configured = CGlobals::settings.configFile;
-    m_instance =
-        std::make_unique<SingleInstance>(configured.isEmpty() ? usualPageFile() : configured);
+    m_instance = std::make_unique<SingleInstance>(
+        configured.isEmpty() ? Keeper::usualPageFile() : configured
+    );
     return m_instance->claim(activationToken());
 }
 
 void Viewer::createWindow() {
     m_window = std::make_unique<CMainWindow>(CMainWindow::Callbacks{
-        [this] { requestEnd(); },
-        [this] {
-            CWindowPlace::keep(*m_window->frame());
-            savePages();
-            m_application.clear();
-        },
+        [this] { closedByUser(); },
+        [this] { m_application.clear(); },
         [this] { return m_application.caption(); },
     });
     CWindowPlace::restore(*m_window->frame(), m_options.geometry);
@@ -139,18 +132,18 @@ void Viewer::createWindow() {
     if (m_instance) {
         m_instance->onFront([this](const QByteArray& token) { m_window->bringToFront(token); });
     }
-    QObject::connect(qApp, &QGuiApplication::commitDataRequest, &m_context, [this] { saveNow(); });
+    m_logOut = std::make_unique<LogOut>([this] { saveNow(); });
 }
 
 void Viewer::loadPages() {
     QString& path = CGlobals::settings.configFile;
-    if (path.isEmpty() && forAPerson()) {
-        const QString folder = applicationFolder();
-        path = folder.isEmpty() ? QString() : folder + kPageFileName;
+    if (path.isEmpty() && forAPerson() && !applicationFolder().isEmpty()) {
+        path = Keeper::usualPageFile();
     }
-    m_pageFile = std::make_unique<PageFile>(path.isEmpty() ? usualPageFile() : path);
-    m_pageFile->load(m_application);
-    if (m_application.current() == nullptr) {
+    m_keeper =
+        std::make_unique<Keeper>(m_application, path.isEmpty() ? Keeper::usualPageFile() : path);
+    m_keeper->loadPages(m_window->frame());
+    if (m_application.current() == nullptr && !Modal::endRequested()) {
         m_application.restoreDefaultPages();
     }
 }
@@ -166,8 +159,10 @@ void Viewer::openPositionSource() {
 }
 
 int Viewer::loop() {
-    if (EndSignals::came() || Modal::endRequested()) {
+    if (EndSignals::came()) {
         requestEnd();
+    }
+    if (Modal::endRequested()) {
         return endStatus();
     }
     std::unique_ptr<Screenshot> screenshot;
@@ -176,7 +171,10 @@ int Viewer::loop() {
             *m_window->frame(), m_options.screenshot, [this](bool saved) { pictureTaken(saved); }
         );
     }
-    return QApplication::exec();
+    m_looping = true;
+    const int status = QApplication::exec();
+    m_looping = false;
+    return status;
 }
 
 void Viewer::pictureTaken(bool saved) {
@@ -191,12 +189,30 @@ void Viewer::pictureTaken(bool saved) {
 }
 
 void Viewer::requestEnd() {
+    m_userIsThere = false;
+    end();
+}
+
+// A desktop may close the windows itself when the session ends.
+void Viewer::closedByUser() {
+    m_userIsThere = !m_logOut || !m_logOut->underWay();
+    end();
+}
+
+void Viewer::end() {
     Modal::requestEnd();
     closePopups();
-    QCoreApplication::exit(endStatus());
+    if (m_looping) {
+        QCoreApplication::exit(endStatus());
+    }
+}
+
+Keeper::Audience Viewer::audience() const {
+    return m_userIsThere ? Keeper::Audience::user : Keeper::Audience::nobody;
 }
 
 void Viewer::saveNow() {
+    m_userIsThere = false;
     if (m_window && m_window->frame() != nullptr) {
         CWindowPlace::keep(*m_window->frame());
         savePages();
@@ -206,18 +222,15 @@ void Viewer::saveNow() {
 
 // A run that makes a picture writes nothing that it was not told to write.
 void Viewer::savePages() {
-    if (m_pageFile && (forAPerson() || !m_options.pageFile.isEmpty())) {
-        // There is nobody left to be told of a failure, and the old file is still there.
-        static_cast<void>(m_pageFile->save(m_application));
+    if (m_keeper && (forAPerson() || !m_options.pageFile.isEmpty())) {
+        m_keeper->savePages(audience(), m_window->frame());
     }
 }
 
 void Viewer::saveSettings() {
-    if (!forAPerson()) {
-        return;
+    if (m_keeper && forAPerson()) {
+        m_keeper->saveSettings(audience());
     }
-    RegistryStore store = RegistryStore::inStandardFolders();
-    PersistantData::saveAll(store, CGlobals::application());
 }
 
 } // namespace raincast

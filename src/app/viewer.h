@@ -3,19 +3,18 @@
 
 #include "app/app_options.h"
 #include "app/exposures.h"
+#include "app/keeper.h"
 #include "app/local_server.h"
 #include "app/raincast_app.h"
 #include "gps/position_receiver.h"
 #include "gps/timers.h"
-
-#include <QObject>
 
 #include <memory>
 
 namespace raincast {
 
 class CMainWindow;
-class PageFile;
+class LogOut;
 class SingleInstance;
 
 /// One run of the viewer, from its settings to its settings: loads them, shows the main window with
@@ -34,6 +33,8 @@ public:
 
     /// Asks the run to end, from wherever in it: open dialogs end as cancelled, what waits returns
     /// first; then pages and settings are saved. If the event loop does not run yet it will not.
+    /// What cannot be saved is said on standard error: whoever asks is not the user in front of the
+    /// window, who is asked what to do.
     void requestEnd();
 
     /// Saves pages and settings without ending: the desktop may end the program any moment now.
@@ -55,6 +56,9 @@ private:
     void openPositionSource();
     [[nodiscard]] int loop();
     void pictureTaken(bool saved);
+    void closedByUser();
+    void end();
+    [[nodiscard]] Keeper::Audience audience() const;
     void savePages();
     void saveSettings();
 
@@ -62,12 +66,14 @@ private:
     Exposures m_exposures;
     LocalServer m_localServer;
     std::unique_ptr<SingleInstance> m_instance;
-    std::unique_ptr<PageFile> m_pageFile;
+    std::unique_ptr<Keeper> m_keeper;
+    std::unique_ptr<LogOut> m_logOut;
     std::unique_ptr<CMainWindow> m_window;
     CRaincastApp m_application;
     QtTimers m_timers;
     PositionReceiver m_receiver{m_timers};
-    QObject m_context; ///< of connections: they end with the run
+    bool m_looping = false;
+    bool m_userIsThere = false; ///< to be asked when something cannot be saved
 };
 
 } // namespace raincast

@@ -1,115 +1,149 @@
 // SPDX-License-Identifier: MIT
 #include "persist/page_file.h"
 
-#include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
 #include "platform/whole_file.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include <QBuffer>
 
-#include <algorithm>
-#include <span>
 #include <utility>
 
 namespace raincast {
 
 namespace {
 
-std::span<const std::uint8_t> bytesOf(const QByteArray& array) {
-    return {
-        reinterpret_cast<const std::uint8_t*>(array.constData()),
-        static_cast<std::size_t>(array.size())};
+using Kind = ReadFailure::Kind;
+using Result = tl::expected<void, QString>;
+
+QString tooLarge() {
+    return QStringLiteral("Larger than %1 MiB").arg(PageBytes::kMostBytes / (1024 * 1024));
 }
 
-// A pipe or a device would block or never end.
-bool isForeign(const QString& path) {
-    const QFileInfo info(path);
-    return info.exists() && !info.isFile();
+QString told(const ReadFailure& failure) {
+    return failure.kind == Kind::tooLarge ? tooLarge() : failure.reason;
+}
+
+struct Written {
+    QByteArray bytes;
+    std::size_t pages;
+};
+
+tl::expected<Written, QString> writtenBy(const CSerializable& application) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    CSerialWriter writer(buffer);
+    const bool written = application.Write(writer);
+    if (!writer.finish() || !written) {
+        return tl::make_unexpected(QStringLiteral("A page cannot be written"));
+    }
+    if (buffer.size() > PageBytes::kMostBytes) {
+        return tl::make_unexpected(tooLarge());
+    }
+    return Written{buffer.data(), writer.listedObjects()};
+}
+
+Result noBackup(const QString& reason) {
+    return tl::make_unexpected(QStringLiteral("Its backup cannot be written: ") + reason);
 }
 
 } // namespace
 
-PageFile::PageFile(QString path) : m_path(std::move(path)) {}
+PageFile::PageFile(QString path, const ExaminePages& examine)
+    : m_path(std::move(path)), m_examine(examine),
+      m_backup(m_path + QStringLiteral(".bak"), examine) {}
 
-QString PageFile::backupPath() const {
-    return m_path + QStringLiteral(".bak");
+PageFile::State PageFile::look() {
+    m_saved = false;
+    m_offer.reset();
+    m_reason.clear();
+    m_found = {};
+    auto bytes = readWhole(m_path, PageBytes::kMostBytes);
+    if (!bytes) {
+        const bool absent = bytes.error().kind == Kind::absent;
+        m_state = absent ? State::absent : State::unreadable;
+        m_reason = told(bytes.error());
+        if (absent) {
+            // The .bak file is all there is: no decision against it holds.
+            m_backup.setDecidedAgainst({});
+        }
+        return m_state;
+    }
+    m_found = m_examine(std::move(*bytes));
+    m_state = m_found.whole ? State::whole : State::partly;
+    if (m_state == State::partly) {
+        m_offer = m_backup.offerFor(m_found);
+    }
+    return m_state;
+}
+
+void PageFile::answerOffer(bool use) {
+    m_offer.reset();
+    if (use) {
+        m_found = m_backup.take();
+    } else {
+        m_backup.decline();
+    }
 }
 
 bool PageFile::load(CSerializable& application) {
-    m_whole = false;
-    if (!readBytes()) {
+    if (m_state == State::absent || m_state == State::unreadable) {
         return false;
     }
-    CSerialReader reader(bytesOf(m_loaded));
-    const bool read = application.Read(reader);
-    m_whole = m_whole && read && reader.whole();
-    return read;
+    CSerialReader reader(m_found.span());
+    return application.Read(reader);
 }
 
-/// Fills m_loaded and sets m_whole when that is all there is. False when there is nothing to read.
-bool PageFile::readBytes() {
-    m_loaded.clear();
-    m_keepDue = false;
-    m_unreadable = false;
-    m_absent = !QFileInfo::exists(m_path);
-    if (m_absent) {
-        return false;
+/// What was loaded becomes the .bak file, once.
+Result PageFile::keepFound() {
+    if (!m_found.bytes.isEmpty()) {
+        if (const auto kept = m_backup.keepLoaded(m_found); !kept) {
+            return noBackup(kept.error());
+        }
+        m_found = {};
     }
-    QFile file(m_path);
-    m_unreadable = isForeign(m_path) || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    if (m_unreadable) {
-        return false;
-    }
-    m_loaded = file.read(std::min(file.size(), kMaxSize));
-    m_keepDue = !m_loaded.isEmpty();
-    m_whole = file.error() == QFileDevice::NoError && m_loaded.size() == file.size();
-    return true;
+    return {};
 }
 
-bool PageFile::keepLoaded() {
-    if (!m_keepDue) {
-        return true;
+/// Keeps a file that has come since look() found none.
+Result PageFile::keepLatecomer() {
+    if (m_state != State::absent || m_saved) {
+        return {};
     }
-    const bool replace = m_whole || !QFileInfo::exists(backupPath());
-    if (replace && !replaceFile(backupPath(), m_loaded, Lasting::yes)) {
-        return false;
+    const auto bytes = readWhole(m_path, PageBytes::kMostBytes);
+    if (!bytes && bytes.error().kind != Kind::absent) {
+        return tl::make_unexpected(told(bytes.error()));
     }
-    m_keepDue = false;
-    m_loaded.clear();
-    return true;
+    if (!bytes || bytes->isEmpty()) {
+        return {};
+    }
+    const auto kept = m_backup.keep(m_examine(*bytes));
+    if (!kept) {
+        return noBackup(kept.error());
+    }
+    return *kept
+               ? Result()
+               : tl::make_unexpected(QStringLiteral("Another page file has come there meanwhile"));
 }
 
-/// Keeps a file that has come since load() found none.
-bool PageFile::keepUnread() {
-    QFile file(m_path);
-    if (!m_absent || !file.exists() || file.size() == 0) {
-        return true;
+Result PageFile::save(const CSerializable& application) {
+    if (untouchable()) {
+        return tl::make_unexpected(QStringLiteral("It is left as it is"));
     }
-    if (file.size() > kMaxSize || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return false;
+    const auto written = writtenBy(application);
+    if (!written) {
+        return tl::make_unexpected(written.error());
     }
-    const QByteArray bytes = file.readAll();
-    if (bytes.size() != file.size() || !replaceFile(backupPath(), bytes, Lasting::yes)) {
-        return false;
+    for (const auto keep : {&PageFile::keepFound, &PageFile::keepLatecomer}) {
+        if (const auto kept = (this->*keep)(); !kept) {
+            return kept;
+        }
     }
-    m_absent = false;
-    return true;
-}
-
-bool PageFile::save(const CSerializable& application) {
-    if (m_unreadable || isForeign(m_path) || !keepLoaded() || !keepUnread()) {
-        return false;
+    if (const auto saved = replaceFile(m_path, written->bytes, Lasting::yes); !saved) {
+        return saved;
     }
-    // The writer gathers by itself, so that a failing write is seen at once.
-    QFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
-        return false;
-    }
-    m_absent = false; // what stands there from now on is ours
-    CSerialWriter writer(file);
-    const bool written = application.Write(writer);
-    return writer.finish() && written;
+    m_saved = true; // what stands there from now on is ours
+    m_backup.pagesLeft(written->pages);
+    return {};
 }
 
 } // namespace raincast

@@ -1,58 +1,80 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
+#include "persist/page_backup.h"
+#include "persist/page_bytes.h"
+
 #include <QString>
+
+#include <optional>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
 class CSerializable;
 
-/// The page file on disk during one run of the program: read once at the start, written at the end,
-/// with the state that was loaded kept beside it as "<name>.bak" so that neither a power cut nor a
-/// full disk during a save costs anybody their pages.
+/// The page file on disk during one run of the program: looked at and loaded once at the start,
+/// written at the end, with the state that was loaded kept beside it as "<name>.bak"
+/// (persist/page_backup.h).
 ///
-/// The rule of the .bak file: before the first save after a load, the bytes that were loaded become
-/// the .bak file, replaced as a whole and on disk before the page file is touched. A load that did
-/// not read its file whole (something was cut short, dropped or not understood) leaves an existing
-/// .bak file alone: it is the better of the two. A file that was missing leaves it alone as well;
-/// if one has come by the time of the first save (its disk was mounted late, say), nobody has read
-/// it, and that becomes the .bak file.
+/// A save replaces the file as a whole: whatever happens meanwhile, the old file or the new one is
+/// there. What could not be read is never written over. Neither is a file that was read in part,
+/// while its .bak file could stand in for it, until the user has said which of the two to use.
+///
+/// A file that was missing at the start and has come by the time of the first save (its disk was
+/// mounted late, say) was read by nobody: it becomes the .bak file first, and is not written over
+/// where the .bak file is the better one.
 class PageFile {
 public:
-    /// A file larger than this is no page file of ours; what stands before that size is read.
-    static constexpr qint64 kMaxSize = 64 * 1024 * 1024;
+    enum class State {
+        absent,     ///< nothing is there
+        unreadable, ///< something is there that could not be read, or not to its end
+        partly,     ///< it was empty, cut short, or held something that is not understood
+        whole
+    };
 
-    explicit PageFile(QString path);
+    PageFile(QString path, const ExaminePages& examine);
 
-    /// Reads the file into an object that has no type identifier of its own in the file: the
-    /// application and its page list. The result of its Read, false when there is no file or it
-    /// cannot be read. On false, too, the object may hold what could be read.
+    /// Reads the file, and says what there is to load and to ask. To be called first.
+    State look();
+    [[nodiscard]] State state() const { return m_state; }
+    /// Why it is unreadable: "Permission denied".
+    [[nodiscard]] const QString& reason() const { return m_reason; }
+
+    /// What the user is to be asked: whether to use the .bak file. None if there is nothing to ask.
+    [[nodiscard]] const std::optional<PageBackup::Offer>& offer() const { return m_offer; }
+    /// The answer. With yes, the .bak file is what load() loads.
+    void answerOffer(bool use);
+
+    /// Loads what was found into an object that has no type identifier of its own in the file: the
+    /// application and its page list. The result of its Read, false when there is nothing to read.
+    /// On false, too, the object may hold what could be read.
     bool load(CSerializable& application);
 
-    /// True when the last load read the file whole.
-    [[nodiscard]] bool whole() const { return m_whole; }
+    /// Whether the file is left as it is in this run: it could not be read, or nobody answered.
+    [[nodiscard]] bool untouchable() const {
+        return m_state == State::unreadable || m_offer.has_value();
+    }
 
-    /// Writes the object over the file, from scratch and in place: a write that fails leaves the
-    /// file as far as it got. False then, and also when nothing was written and the old file stays
-    /// as it was: the file cannot be opened, the .bak file that is due cannot be made, or there is
-    /// a file that load() could not read.
-    [[nodiscard]] bool save(const CSerializable& application);
+    /// Replaces the file by the object. After a failure it is what it was; the reason has no full
+    /// stop: "No space left on device". Untouchable, it always fails.
+    [[nodiscard]] tl::expected<void, QString> save(const CSerializable& application);
 
     [[nodiscard]] const QString& path() const { return m_path; }
-    [[nodiscard]] QString backupPath() const;
+    [[nodiscard]] PageBackup& backup() { return m_backup; }
 
 private:
-    [[nodiscard]] bool readBytes();
-    [[nodiscard]] bool keepLoaded();
-    [[nodiscard]] bool keepUnread();
+    [[nodiscard]] tl::expected<void, QString> keepFound();
+    [[nodiscard]] tl::expected<void, QString> keepLatecomer();
 
     QString m_path;
-    QByteArray m_loaded;       ///< what load() found, until it is kept
-    bool m_keepDue = false;    ///< m_loaded is to be kept before the next save
-    bool m_absent = false;     ///< load() found no file, and none was written since
-    bool m_unreadable = false; ///< there is a file, but not one that could be read
-    bool m_whole = false;
+    ExaminePages m_examine;
+    PageBackup m_backup;
+    State m_state = State::absent;
+    QString m_reason;
+    PageBytes m_found; ///< until it is kept
+    std::optional<PageBackup::Offer> m_offer;
+    bool m_saved = false;
 };
 
 } // namespace raincast

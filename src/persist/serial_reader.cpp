@@ -60,7 +60,8 @@ bool CSerialReader::readObject(std::unique_ptr<CSerializable>& object) {
         return false;
     }
     const auto length = loadLittleEndian<std::uint32_t>(header + 4);
-    m_damaged = m_damaged || length > remaining();
+    const bool skippedBefore = std::exchange(m_skipped, false);
+    const bool damagedBefore = std::exchange(m_damaged, length > remaining());
 
     const std::size_t enclosingEnd = m_end;
     m_end = m_position + std::min<std::size_t>(length, remaining());
@@ -70,6 +71,9 @@ bool CSerialReader::readObject(std::unique_ptr<CSerializable>& object) {
     m_skipped = m_skipped || !atEnd();
     m_position = m_end;
     m_end = enclosingEnd;
+    m_objectWhole = !m_skipped && !m_damaged;
+    m_skipped = m_skipped || skippedBefore;
+    m_damaged = m_damaged || damagedBefore;
     return true;
 }
 

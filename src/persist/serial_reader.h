@@ -84,6 +84,7 @@ public:
         for (; count > 0 && readObject(object); --count) {
             if (T* wanted = dynamic_cast<T*>(object.get())) {
                 static_cast<void>(object.release());
+                m_wholeObjects += m_objectWhole && !inObject() ? 1 : 0;
                 take(std::unique_ptr<T>(wanted));
             } else if (object != nullptr) {
                 drop(std::move(object));
@@ -108,6 +109,10 @@ public:
     /// passed over. After a whole file it also means that nothing stands behind its last page.
     [[nodiscard]] bool whole() const { return !m_skipped && !m_damaged && atEnd(); }
 
+    /// How many objects of the lists at top level, which readObjects() gave away, were themselves
+    /// whole: the file's whole pages.
+    [[nodiscard]] std::size_t wholeObjects() const { return m_wholeObjects; }
+
 private:
     [[nodiscard]] std::size_t remaining() const { return m_end - m_position; }
     [[nodiscard]] bool readCount(CountKind kind, std::uint32_t& count);
@@ -123,6 +128,8 @@ private:
     CSerializable* m_resident = nullptr;
     bool m_skipped = false;
     bool m_damaged = false;
+    bool m_objectWhole = false; ///< the object that was read last
+    std::size_t m_wholeObjects = 0;
 };
 
 } // namespace raincast

@@ -54,6 +54,7 @@ public:
                 return false;
             }
         }
+        m_listed += m_reserved == 0 ? static_cast<std::size_t>(objects.size()) : 0;
         return true;
     }
 
@@ -61,6 +62,9 @@ public:
     [[nodiscard]] bool finish();
 
     [[nodiscard]] bool failed() const { return m_failed; }
+
+    /// How many objects the lists at top level have got: the file's pages.
+    [[nodiscard]] std::size_t listedObjects() const { return m_listed; }
 
 private:
     friend class CRecordWriter;
@@ -74,6 +78,7 @@ private:
     QIODevice& m_device;
     QByteArray m_buffer;
     int m_reserved = 0;
+    std::size_t m_listed = 0;
     bool m_failed = false;
 };
 

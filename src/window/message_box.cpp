@@ -42,6 +42,28 @@ void widen(QMessageBox& box) {
     label->setMinimumWidth(std::clamp(text, 0, std::max(room, 0)));
 }
 
+struct Buttons {
+    QMessageBox::StandardButton first;
+    QMessageBox::StandardButton second;
+    QMessageBox::StandardButton escape;
+};
+
+Buttons buttonsOf(Question question) {
+    switch (question) {
+    case Question::yesNo:
+        return {QMessageBox::Yes, QMessageBox::No, QMessageBox::No};
+    case Question::retryDiscard:
+        break;
+    }
+    return {QMessageBox::Retry, QMessageBox::Discard, QMessageBox::Retry};
+}
+
+int run(QMessageBox& box) {
+    box.setTextFormat(Qt::PlainText);
+    widen(box);
+    return Modal::run(box);
+}
+
 } // namespace
 
 void messageBox(QWidget* parent, const QString& text, const QString& caption, MessageIcon icon) {
@@ -49,9 +71,25 @@ void messageBox(QWidget* parent, const QString& text, const QString& caption, Me
         return; // there may be no application yet that a widget could be made for
     }
     QMessageBox box(toQt(icon), caption, text, QMessageBox::Ok, parent);
-    box.setTextFormat(Qt::PlainText);
-    widen(box);
-    static_cast<void>(Modal::run(box));
+    static_cast<void>(run(box));
+}
+
+Answer askQuestion(
+    QWidget* parent, const QString& text, const QString& caption, Question question,
+    MessageIcon icon
+) {
+    if (!Modal::asks()) {
+        return Answer::none;
+    }
+    const Buttons buttons = buttonsOf(question);
+    QMessageBox box(toQt(icon), caption, text, buttons.first | buttons.second, parent);
+    box.setDefaultButton(buttons.first);
+    box.setEscapeButton(buttons.escape);
+    const int result = run(box);
+    if (result == buttons.first || result == buttons.second) {
+        return result == buttons.first ? Answer::first : Answer::second;
+    }
+    return Answer::none;
 }
 
 } // namespace raincast

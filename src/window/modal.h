@@ -32,7 +32,8 @@ public:
     /// open, by force.
     static void requestEnd();
     [[nodiscard]] static bool endRequested();
-    /// Forgets the request, for tests.
+    /// Forgets the request: for what is left to be asked when all that was open has ended, and for
+    /// tests.
     static void forgetEnd();
 
     /// How many dialogs and message boxes are open.

@@ -4,6 +4,7 @@
 #include "support/qt_app.h"
 #include "support/temporary_home.h"
 
+#include <QFileSystemWatcher>
 #include <QImage>
 #include <QJsonDocument>
 #include <QLocalServer>
@@ -14,12 +15,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 
 #include <csignal>
 
 namespace raincast {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -146,6 +149,151 @@ TEST_F(ProgramTest, ACrashedInstanceIsNoObstacleForTheNext) {
     end(next, SIGTERM);
     EXPECT_EQ(finish(next).status, 0);
     EXPECT_TRUE(sockets().isEmpty());
+}
+
+// A program that cannot make any file larger: a full disk.
+void startOnFullDisk(QProcess& process) {
+    process.setChildProcessModifier([] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_FSIZE, &none);
+    });
+}
+
+TEST_F(ProgramTest, ASaveThatFailsAfterASignalIsToldOnStandardErrorAndTheProgramEnds) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        QProcess process;
+        startOnFullDisk(process);
+        start(process, {});
+        awaitFolder();
+        end(process, signal);
+        const Result result = finish(process);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(
+            result.errors, AllOf(
+                               HasSubstr(
+                                   "raincast: The pages and marks cannot be saved in " +
+                                   home.pageFile().toStdString() + ": File too large."
+                               ),
+                               HasSubstr(
+                                   "raincast: The settings cannot be saved in " +
+                                   home.userRegistry().toStdString() + ": File too large."
+                               )
+                           )
+        );
+        EXPECT_EQ(namesIn(home.programFolder()), "");
+        QDir(home.programFolder()).removeRecursively();
+    }
+}
+
+TEST_F(ProgramTest, AHomeThatCannotBeWrittenIsNamedWithTheReason) {
+    // Nobody can make a folder there, root included.
+    environment.insert("XDG_DATA_HOME", "/proc/raincast/data");
+    environment.insert("XDG_CONFIG_HOME", "/proc/raincast/config");
+    QProcess process;
+    start(process, {});
+    awaitSocket();
+    end(process, SIGTERM);
+    const Result result = finish(process);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(
+        result.errors,
+        AllOf(
+            HasSubstr("saved in /proc/raincast/data/Quorvane/Raincast_1/pages.cfg: "),
+            HasSubstr("saved in /proc/raincast/config/Quorvane/registry.json: ")
+        )
+    );
+}
+
+/// A file of radar pages, as another run leaves it.
+QByteArray pagesOfARun(const test::TemporaryHome& home) {
+    const QByteArray bytes = readFile(home.pageFile());
+    QFile::remove(home.pageFile());
+    return bytes;
+}
+
+TEST_F(ProgramTest, UnansweredTheBackupOutlivesAnyNumberOfStarts) {
+    {
+        QProcess process;
+        start(process, {});
+        awaitFolder();
+        end(process, SIGTERM);
+        finish(process);
+    }
+    const QByteArray good = pagesOfARun(home);
+    ASSERT_GT(good.size(), 100);
+    writeFile(home.pageFile() + ".bak", good);
+    // A kill during the save once left this.
+    writeFile(home.pageFile(), {});
+    for (int run = 0; run < 3; ++run) {
+        QProcess process;
+        start(process, {});
+        awaitSocket();
+        end(process, SIGTERM);
+        const Result result = finish(process);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(readFile(home.pageFile()), "");
+        EXPECT_EQ(readFile(home.pageFile() + ".bak"), good);
+    }
+}
+
+TEST_F(ProgramTest, AKillDuringTheSaveLeavesTheOldPagesOrTheNewOnes) {
+    {
+        QProcess process;
+        start(process, {});
+        awaitFolder();
+        end(process, SIGTERM);
+        finish(process);
+    }
+    const QByteArray good = readFile(home.pageFile());
+    ASSERT_GT(good.size(), 100);
+    for (int kills = 1; kills <= 6; ++kills) {
+        QFileSystemWatcher watcher({home.programFolder()});
+        int changes = 0;
+        QProcess process;
+        // With the first changes of the folder it is in the middle of its save, or at its end.
+        QObject::connect(&watcher, &QFileSystemWatcher::directoryChanged, [&] {
+            if (++changes == kills) {
+                process.kill();
+            }
+        });
+        start(process, {});
+        awaitSocket();
+        end(process, SIGTERM);
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&process] { return process.state() == QProcess::NotRunning; }, kDeadline
+        ));
+        EXPECT_EQ(readFile(home.pageFile()), good) << kills;
+        const QByteArray backup = readFile(home.pageFile() + ".bak");
+        EXPECT_TRUE(backup == good || backup == "(none)") << kills;
+    }
+}
+
+TEST_F(ProgramTest, ADiskThatFailsHalfWayThroughThePagesLeavesThem) {
+    const QByteArray good = QByteArray(100'000, 'x');
+    const QByteArray backup = "kept";
+    for (const char* after : {"0", "1", "50000", "99999"}) {
+        writeFile(home.pageFile(), good);
+        writeFile(home.pageFile() + ".bak", backup);
+        environment.insert("LD_PRELOAD", QStringLiteral(BROKEN_DISK_LIBRARY));
+        environment.insert("BROKEN_DISK_FILE", home.pageFile());
+        environment.insert("BROKEN_DISK_AFTER", after);
+        // The library does not come first: it calls on to the sanitizer's read.
+        environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
+        QProcess process;
+        start(process, {});
+        awaitSocket();
+        end(process, SIGTERM);
+        const Result result = finish(process);
+        EXPECT_EQ(
+            result.errors, "raincast: The pages in " + home.pageFile().toStdString() +
+                               " cannot be read: Input/output error. They are left as they are; "
+                               "nothing of this run will be saved.\n"
+        ) << after;
+        EXPECT_EQ(readFile(home.pageFile()), good);
+        EXPECT_EQ(readFile(home.pageFile() + ".bak"), backup);
+        EXPECT_FALSE(QFile::exists(home.userRegistry()));
+    }
 }
 
 TEST_F(ProgramTest, APageFileOfOneRunIsUsedAndNotRemembered) {

@@ -54,6 +54,7 @@ protected:
     /// What a new process would not know.
     static void forgetRun() {
         CGlobals::settings.configFile.clear();
+        CGlobals::settings.declinedBackup.clear();
         CWindowPlace::settings.geometry.clear();
         CServers::set({CServers::localServer(), CServers::localServer()});
         Modal::forgetEnd();
@@ -69,7 +70,9 @@ protected:
             if (Modal::depth() == 0 && !BusyGuard::active()) {
                 timer.stop();
                 step(viewer);
-                viewer.requestEnd(); // whatever a step that failed has left undone
+                if (!Modal::endRequested()) {
+                    viewer.requestEnd(); // whatever a step that failed has left undone
+                }
             }
         });
         timer.start(0);

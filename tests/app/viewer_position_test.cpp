@@ -56,7 +56,7 @@ protected:
         CAppPaged pages;
         pages.append(std::make_unique<CPageDisplay>()).setName(QStringLiteral("Blank"));
         QDir().mkpath(home.programFolder());
-        EXPECT_TRUE(PageFile(home.pageFile()).save(pages));
+        EXPECT_TRUE(PageFile(home.pageFile(), examinePages<CAppPaged>).save(pages));
     }
     ~ViewerPositionTest() override {
         CGlobals::settings.configFile.clear();

@@ -126,6 +126,7 @@ protected:
 
     static void forget() {
         CGlobals::settings.configFile.clear();
+        CGlobals::settings.declinedBackup.clear();
         CWindowPlace::settings.geometry.clear();
         TestPage::shown = nullptr;
         TestPage::gone = nullptr;
@@ -143,7 +144,8 @@ protected:
             pages.append(std::make_unique<TestPage>()).setName(name);
         }
         QDir().mkpath(QFileInfo(path).path());
-        EXPECT_TRUE(PageFile(path).save(pages));
+        QFile::remove(path); // or it would be kept
+        EXPECT_TRUE(PageFile(path, examinePages<Pages>).save(pages));
         TestPage::written = 0;
     }
     static QStringList namesOf(const CAppPaged& application) {
@@ -155,7 +157,9 @@ protected:
     }
     static QStringList namesInFile(const QString& path) {
         Pages pages;
-        PageFile(path).load(pages);
+        PageFile file(path, examinePages<Pages>);
+        file.look();
+        file.load(pages);
         return namesOf(pages);
     }
     /// Does something in the viewer's event loop.
@@ -207,14 +211,16 @@ TEST_F(ViewerTest, AFirstStartAsksForASiteInTheMiddleOfItsWindow) {
 TEST_F(ViewerTest, PagesAreSavedThenDestroyedThenTheSettingsAreSaved) {
     writePages(home.pageFile(), {"One", "Two"});
     std::vector<std::string> log;
-    TestPage::gone = [&] {
-        log.push_back(
-            "gone, written " + std::to_string(TestPage::written) + ", settings " +
-            (QFile::exists(home.userRegistry()) ? "saved" : "not yet")
-        );
-    };
     Viewer viewer({});
-    inLoop([&] { viewer.window()->commands().action(kAppExit).trigger(); });
+    inLoop([&] {
+        TestPage::gone = [&] {
+            log.push_back(
+                "gone, written " + std::to_string(TestPage::written) + ", settings " +
+                (QFile::exists(home.userRegistry()) ? "saved" : "not yet")
+            );
+        };
+        viewer.window()->commands().action(kAppExit).trigger();
+    });
     EXPECT_EQ(viewer.run(), 0);
     EXPECT_THAT(
         log, ElementsAre("gone, written 2, settings not yet", "gone, written 2, settings not yet")
@@ -463,7 +469,7 @@ TEST_F(ViewerTest, WhatAnItemFailedAtFailsThePicture) {
         Pages pages;
         pages.append(std::move(page));
         QDir().mkpath(home.programFolder());
-        ASSERT_TRUE(PageFile(home.pageFile()).save(pages));
+        ASSERT_TRUE(PageFile(home.pageFile(), examinePages<Pages>).save(pages));
     }
     AppOptions options;
     options.screenshot = home.path("picture.png");
@@ -492,7 +498,7 @@ TEST(ViewerDeathTest, AnExitFromBelowSavesThePages) {
         Pages pages;
         pages.append(std::make_unique<TestPage>());
         QDir().mkpath(home.programFolder());
-        EXPECT_TRUE(PageFile(home.pageFile()).save(pages));
+        EXPECT_TRUE(PageFile(home.pageFile(), examinePages<Pages>).save(pages));
         Viewer viewer({});
         QTimer::singleShot(0, qApp, [] {
             QFile::remove(home.pageFile());

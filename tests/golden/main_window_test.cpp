@@ -100,6 +100,10 @@ TEST_F(MainWindowLooks, WithAMessageBox) {
         {"message_folder",
          "Failed to create folder: /media/someone/A card of a rather long name/Quorvane/Temp",
          "Error", MessageIcon::none},
+        {"message_unreadable",
+         "The pages in /home/skipper/.local/share/Quorvane/Raincast_1/pages.cfg cannot be read: "
+         "Input/output error. They are left as they are; nothing of this run will be saved.",
+         "Raincast", MessageIcon::exclamation},
         {"message_fatal", "Window not found in Window::wndProc\n", "Fatal Error",
          MessageIcon::stop},
     };
@@ -107,6 +111,33 @@ TEST_F(MainWindowLooks, WithAMessageBox) {
         DialogScript script;
         script.expect(row.caption, [&row](QDialog& box) { look(row.name, box); });
         messageBox(&viewer.frame(), row.text, row.caption, row.icon);
+    }
+}
+
+struct QuestionRow {
+    const char* name;
+    const char* text;
+    Question question;
+};
+
+// As app/keeper.h asks them, of files whose names nobody chose for a small screen.
+TEST_F(MainWindowLooks, WithAQuestionAboutWhatIsKept) {
+    const QuestionRow rows[] = {
+        {"message_backup",
+         "Some pages could not be read. Use the backup of 2019-05-19 06:00 (12 pages)?",
+         Question::yesNo},
+        {"message_unsaved",
+         "The pages and marks cannot be saved in "
+         "/home/skipper/.local/share/Quorvane/Raincast_1/pages.cfg: Its backup cannot be written: "
+         "No space left on device.\n\nThe settings cannot be saved in "
+         "/home/skipper/.config/Quorvane/registry.json: No space left on device.\n\nDiscard loses "
+         "what this run changed in them.",
+         Question::retryDiscard},
+    };
+    for (const QuestionRow& row : rows) {
+        DialogScript script;
+        script.expect("Raincast", [&row](QDialog& box) { look(row.name, box); });
+        static_cast<void>(askQuestion(&viewer.frame(), row.text, "Raincast", row.question));
     }
 }
 

@@ -11,6 +11,7 @@ struct Loaded {
     SampleApplication application;
     bool read = false;
     bool whole = false;
+    std::size_t wholeObjects = 0;
 
     [[nodiscard]] std::vector<QString> names() const {
         std::vector<QString> all;
@@ -26,6 +27,7 @@ Loaded load(const Bytes& bytes) {
     CSerialReader reader(bytes);
     loaded.read = loaded.application.Read(reader);
     loaded.whole = reader.whole();
+    loaded.wholeObjects = reader.wholeObjects();
     return loaded;
 }
 
@@ -42,6 +44,7 @@ TEST(SerialReaderTest, ReadsTheFormat) {
     const Loaded loaded = load(sampleFile());
     ASSERT_TRUE(loaded.read);
     EXPECT_TRUE(loaded.whole);
+    EXPECT_EQ(loaded.wholeObjects, 2U);
     ASSERT_EQ(loaded.names(), kBoth);
 
     const SamplePage& weather = *loaded.application.pages[0];
@@ -83,51 +86,57 @@ struct Damage {
     const char* what;
     Bytes file;
     Names pages;
+    std::size_t wholePages;
 };
 
-// None of these files is whole; each loads the pages named.
+// None of these files is whole; each loads the pages named, and has so many that are whole.
 std::vector<Damage> damages() {
     const Bytes unknown = block(99, {1, 2, 3});
     const Bytes textOfGigabytes = join(number(2), number(0xFFFFFFFE), Bytes{'X', 0});
     return {
         {"unknown identifier between two pages",
-         join(number(3), kWeatherPage, unknown, kSecondPage), kBoth},
+         join(number(3), kWeatherPage, unknown, kSecondPage), kBoth, 2},
         {"identifier of no class", join(number(3), kWeatherPage, block(kTypeNone, {}), kSecondPage),
-         kBoth},
-        {"an object that is no page", join(number(2), block(kSampleItem, {}), kSecondPage),
-         kSecond},
+         kBoth, 2},
+        {"an object that is no page", join(number(2), block(kSampleItem, {}), kSecondPage), kSecond,
+         1},
         {"a rejected body", join(number(2), block(kSampleRejected, Bytes(50, 7)), kSecondPage),
-         kSecond},
+         kSecond, 1},
         {"a list where a page should be, with an element",
-         join(number(2), block(0, join(number(1), kSecondPage)), kSecondPage), kSecond},
-        {"a page without a body", join(number(2), block(kSamplePage, {}), kSecondPage), kSecond},
+         join(number(2), block(0, join(number(1), kSecondPage)), kSecondPage), kSecond, 1},
+        {"a page without a body", join(number(2), block(kSamplePage, {}), kSecondPage), kSecond, 1},
         {"bytes behind the page's last item",
          join(number(2), block(kSamplePage, join(number(0), number(0), number(0))), kSecondPage),
-         {QString(), QStringLiteral("B")}},
-        {"more pages counted than there are", join(number(3), kWeatherPage, kSecondPage), kBoth},
-        {"four thousand million pages", join(number(0xFFFFFFFF), kWeatherPage, kSecondPage), kBoth},
-        {"fewer pages counted than there are", join(number(1), kWeatherPage, kSecondPage),
-         kWeather},
-        {"zeros behind the count, as a power cut leaves them", Bytes(4096, 0), {}},
-        {"zeros behind a page", join(number(2), kWeatherPage, Bytes(4096, 0)), kWeather},
+         {QString(), QStringLiteral("B")},
+         1},
+        {"more pages counted than there are", join(number(3), kWeatherPage, kSecondPage), kBoth, 2},
+        {"four thousand million pages", join(number(0xFFFFFFFF), kWeatherPage, kSecondPage), kBoth,
+         2},
+        {"fewer pages counted than there are", join(number(1), kWeatherPage, kSecondPage), kWeather,
+         1},
+        {"zeros behind the count, as a power cut leaves them", Bytes(4096, 0), {}, 0},
+        {"zeros behind a page", join(number(2), kWeatherPage, Bytes(4096, 0)), kWeather, 1},
         {"a page longer than the file",
          join(number(2), number(kSamplePage), number(0xFFFFFFFF), number(0), number(0)),
-         {QString()}},
+         {QString()},
+         0},
         {"a negative page length",
          join(number(2), number(kSamplePage), number(0x80000000), number(0), number(0)),
-         {QString()}},
-        {"half a header", join(number(2), kSecondPage, Bytes{0xF2, 0x03, 0, 0, 1}), kSecond},
+         {QString()},
+         0},
+        {"half a header", join(number(2), kSecondPage, Bytes{0xF2, 0x03, 0, 0, 1}), kSecond, 1},
         {"a negative number of items",
          join(number(2), block(kSamplePage, join(number(0), number(0xFFFFFFFF))), kSecondPage),
-         {QString(), QStringLiteral("B")}},
+         {QString(), QStringLiteral("B")},
+         1},
         {"four thousand million fields",
          join(
              number(2), block(kSamplePage, join(number(0xFFFFFFFF), number(0), number(0))),
              kSecondPage
          ),
-         kSecond},
+         kSecond, 1},
         {"text of gigabytes", join(number(2), block(kSamplePage, textOfGigabytes), kSecondPage),
-         kSecond},
+         kSecond, 1},
     };
 }
 
@@ -137,6 +146,7 @@ TEST(SerialReaderTest, KeepsWhatCanBeReadOfADamagedFile) {
         EXPECT_TRUE(loaded.read) << damage.what;
         EXPECT_FALSE(loaded.whole) << damage.what;
         EXPECT_EQ(loaded.names(), damage.pages) << damage.what;
+        EXPECT_EQ(loaded.wholeObjects, damage.wholePages) << damage.what;
     }
     EXPECT_EQ(SampleRejected::alive, 0);
 }
@@ -147,6 +157,7 @@ TEST(SerialReaderTest, AFileCutAtAnyByteKeepsThePagesBeforeTheCut) {
         const Loaded loaded = load({whole.begin(), whole.begin() + static_cast<long>(size)});
         EXPECT_FALSE(loaded.whole) << size;
         EXPECT_EQ(loaded.read, size >= 4) << size;
+        EXPECT_EQ(loaded.wholeObjects, size >= 4 + kWeatherPage.size() ? 1U : 0U) << size;
         if (size >= 4 + kWeatherPage.size()) {
             ASSERT_FALSE(loaded.application.pages.empty()) << size;
             EXPECT_EQ(loaded.names()[0], QStringLiteral("Weather")) << size;

@@ -40,6 +40,7 @@ TEST(SerialWriterTest, WritesTheFormatByteForByte) {
     EXPECT_TRUE(application.Write(writer));
     EXPECT_TRUE(writer.finish());
     EXPECT_EQ(file.data(), toByteArray(sampleFile()));
+    EXPECT_EQ(writer.listedObjects(), 2U); // pages; their items do not count
 }
 
 TEST(SerialWriterTest, WritesAnEmptyListAsItsCount) {

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "app/keeper.h"
+
+#include "app/globals.h"
+#include "app/raincast_app.h"
+#include "app/trial_app.h"
+#include "persist/persistant_data.h"
+#include "platform/folders.h"
+#include "platform/registry_store.h"
+#include "window/message_box.h"
+#include "window/modal.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+namespace raincast {
+
+namespace {
+
+QString lossOf(const char* what, const QString& path, const QString& reason) {
+    return QStringLiteral("The %1 cannot be saved in %2: %3.")
+        .arg(QString::fromLatin1(what), path, reason);
+}
+
+/// The folder of the usual page file is the program's own to make. It was made at the start, unless
+/// that failed, and may be gone since.
+tl::expected<void, QString> makeUsualFolder(const QString& pageFile) {
+    const QString folder = QFileInfo(pageFile).path();
+    return folder == QFileInfo(Keeper::usualPageFile()).path() ? makeFolder(folder)
+                                                               : tl::expected<void, QString>();
+}
+
+QString pagesIn(std::size_t count) {
+    return count == 1 ? QStringLiteral("1 page") : QStringLiteral("%1 pages").arg(count);
+}
+
+} // namespace
+
+QString Keeper::usualPageFile() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Quorvane/Raincast_1/pages.cfg");
+}
+
+Keeper::Keeper(CRaincastApp& application, const QString& pageFile)
+    : m_application(application), m_file(pageFile, examinePages<CTrialApp>) {
+    m_file.backup().setDecidedAgainst(CGlobals::settings.declinedBackup);
+}
+
+void Keeper::loadPages(QWidget* window) {
+    if (m_file.look() == PageFile::State::unreadable) {
+        sayUnreadable(window);
+    } else if (m_file.offer()) {
+        askForBackup(window);
+    }
+    if (Modal::endRequested()) {
+        return; // in the box: nothing was loaded, and nothing may take its place
+    }
+    m_file.load(m_application);
+    m_loaded = true;
+}
+
+void Keeper::sayUnreadable(QWidget* window) {
+    const QString text =
+        QStringLiteral("The pages in %1 cannot be read: %2. They are left as they are; nothing of "
+                       "this run will be saved.")
+            .arg(m_file.path(), m_file.reason());
+    messageBox(window, text, CGlobals::title(), MessageIcon::exclamation);
+    if (!Modal::asks()) {
+        complain(text);
+    }
+}
+
+void Keeper::askForBackup(QWidget* window) {
+    const PageBackup::Offer& offer = *m_file.offer();
+    const QString text =
+        QStringLiteral("Some pages could not be read. Use the backup of %1 (%2)?")
+            .arg(offer.date.toString(QStringLiteral("yyyy-MM-dd HH:mm")), pagesIn(offer.pages));
+    const Answer answer = askQuestion(window, text, CGlobals::title(), Question::yesNo);
+    if (answer != Answer::none || Modal::asks()) {
+        m_file.answerOffer(answer == Answer::first);
+        return;
+    }
+    complain(QStringLiteral("Some pages in %1 could not be read. It is left as it is, and so is "
+                            "its backup of %2.")
+                 .arg(m_file.path(), pagesIn(offer.pages)));
+}
+
+std::optional<QString> Keeper::writePages() {
+    const auto saved =
+        makeUsualFolder(m_file.path()).and_then([this] { return m_file.save(m_application); });
+    CGlobals::settings.declinedBackup = m_file.backup().decidedAgainst();
+    if (saved) {
+        return std::nullopt;
+    }
+    return lossOf("pages and marks", m_file.path(), saved.error());
+}
+
+std::optional<QString> Keeper::writeSettings() {
+    RegistryStore store = RegistryStore::inStandardFolders();
+    const auto saved = PersistantData::saveAll(store, CGlobals::application());
+    if (saved) {
+        return std::nullopt;
+    }
+    return lossOf("settings", store.path(RegistryStore::Branch::User), saved.error());
+}
+
+QStringList Keeper::problemsOf(std::initializer_list<Write> writes) {
+    QStringList problems;
+    for (const Write write : writes) {
+        if (const auto problem = (this->*write)()) {
+            problems.append(*problem);
+        }
+    }
+    return problems;
+}
+
+void Keeper::savePages(Audience audience, QWidget* window) {
+    if (!m_loaded || m_file.untouchable()) {
+        return; // which was said at the start
+    }
+    QStringList problems = problemsOf({&Keeper::writePages});
+    if (!problems.isEmpty() && audience == Audience::user) {
+        // One box for both: what keeps one file from being written often keeps the other as well.
+        problems += problemsOf({&Keeper::writeSettings});
+    }
+    insist(problems, {&Keeper::writePages, &Keeper::writeSettings}, audience, window);
+}
+
+void Keeper::saveSettings(Audience audience) {
+    if (m_file.state() != PageFile::State::unreadable && !m_givenUp) {
+        insist(problemsOf({&Keeper::writeSettings}), {&Keeper::writeSettings}, audience, nullptr);
+    }
+}
+
+/// Goes on trying for as long as the user wants to.
+void Keeper::insist(
+    QStringList problems, std::initializer_list<Write> writes, Audience audience, QWidget* window
+) {
+    while (!problems.isEmpty()) {
+        const QString text = problems.join(QStringLiteral("\n\n"));
+        const Answer answer =
+            audience == Audience::user
+                ? askQuestion(
+                      window,
+                      text + QStringLiteral("\n\nDiscard loses what this run changed in them."),
+                      CGlobals::title(), Question::retryDiscard
+                  )
+                : Answer::none;
+        if (answer != Answer::first) {
+            m_givenUp = answer == Answer::second;
+            if (!m_givenUp) {
+                complain(text + QStringLiteral(" What this run changed in them is lost."));
+            }
+            return;
+        }
+        problems = problemsOf(writes);
+    }
+}
+
+void Keeper::complain(const QString& text) {
+    const QString line = text.simplified();
+    if (!m_complaints.contains(line)) { // a log-out saves, and so does the end that follows
+        m_complaints.append(line);
+        std::fprintf(stderr, "raincast: %s\n", qPrintable(line));
+    }
+}
+
+} // namespace raincast

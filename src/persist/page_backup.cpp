@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "persist/page_backup.h"
+
+#include "platform/whole_file.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+QString fingerprintOf(const QByteArray& bytes) {
+    const QByteArray hash = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+    return QString::fromLatin1(hash.toHex());
+}
+
+} // namespace
+
+PageBackup::PageBackup(QString path, ExaminePages examine)
+    : m_path(std::move(path)), m_examine(std::move(examine)) {}
+
+std::optional<PageBackup::Offer> PageBackup::offerFor(const PageBytes& damaged) {
+    m_offered = {};
+    auto bytes = readWhole(m_path, PageBytes::kMostBytes);
+    if (!bytes || *bytes == damaged.bytes) {
+        return std::nullopt;
+    }
+    PageBytes kept = m_examine(std::move(*bytes));
+    if (kept.wholePages == 0) {
+        return std::nullopt;
+    }
+    m_offered = std::move(kept);
+    return Offer{QFileInfo(m_path).lastModified(), m_offered.wholePages};
+}
+
+PageBytes PageBackup::take() {
+    return std::exchange(m_offered, {});
+}
+
+void PageBackup::decline() {
+    m_decidedAgainst = fingerprintOf(take().bytes);
+}
+
+tl::expected<bool, QString> PageBackup::keep(const PageBytes& pages) {
+    const auto old = readWhole(m_path, PageBytes::kMostBytes);
+    if (!old && old.error().kind != ReadFailure::Kind::absent) {
+        return false;
+    }
+    if (!old || *old != pages.bytes) {
+        if (old && !givesWay(m_examine(*old), pages)) {
+            return false;
+        }
+        if (const auto written = replaceFile(m_path, pages.bytes, Lasting::yes); !written) {
+            return tl::make_unexpected(written.error());
+        }
+    }
+    return true;
+}
+
+tl::expected<bool, QString> PageBackup::keepLoaded(const PageBytes& pages) {
+    const auto kept = keep(pages);
+    if (kept && *kept) {
+        m_held = Held{fingerprintOf(pages.bytes), pages.wholePages};
+    }
+    return kept;
+}
+
+bool PageBackup::givesWay(const PageBytes& old, const PageBytes& pages) const {
+    if (old.wholePages == 0) {
+        return pages.whole || pages.wholePages > 0;
+    }
+    if (!pages.whole || pages.wholePages == 0) {
+        return false;
+    }
+    return pages.wholePages >= old.wholePages || fingerprintOf(old.bytes) == m_decidedAgainst;
+}
+
+void PageBackup::pagesLeft(std::size_t count) {
+    if (m_held && count < m_held->pages) {
+        m_decidedAgainst = m_held->fingerprint;
+    }
+}
+
+} // namespace raincast
