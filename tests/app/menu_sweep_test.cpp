@@ -159,11 +159,14 @@ protected:
         Pages pages;
         if (kind().hasSite) {
             writeFile(home.pageFile(), weatherPage());
-            ASSERT_TRUE(PageFile(home.pageFile()).load(pages));
+            PageFile file(home.pageFile(), examinePages<Pages>);
+            file.look();
+            ASSERT_TRUE(file.load(pages));
+            QFile::remove(home.pageFile());
         }
         kind().write(pages);
         ASSERT_TRUE(QDir().mkpath(home.programFolder()));
-        ASSERT_TRUE(PageFile(home.pageFile()).save(pages));
+        ASSERT_TRUE(PageFile(home.pageFile(), examinePages<Pages>).save(pages));
     }
     /// The page file of a run that shows the radar of MUX.
     const QByteArray& weatherPage() {
