@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     store.setDword(Branch::User, kKey, kName, kNumber);
-    require(store.save(Branch::User));
+    require(store.save(Branch::User).has_value());
     require(RegistryStore(machine, path).dword(Branch::User, kKey, kName) == kNumber);
     return 0;
 }
