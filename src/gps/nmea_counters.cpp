@@ -20,7 +20,10 @@ constexpr Row kSentenceRows[] = {
     {&NmeaCounters::tooLong, " too long"},
     {&NmeaCounters::garbled, " garbled"},
 };
-constexpr Row kJunkRow{&NmeaCounters::junkBytes, " bytes of junk"};
+constexpr Row kOtherRows[] = {
+    {&NmeaCounters::jsonLines, " lines of JSON"},
+    {&NmeaCounters::junkBytes, " bytes of junk"},
+};
 
 } // namespace
 
@@ -44,7 +47,9 @@ std::string NmeaCounters::text() const {
     for (const Row& row : kSentenceRows) {
         append(row);
     }
-    append(kJunkRow);
+    for (const Row& row : kOtherRows) {
+        append(row);
+    }
     return text;
 }
 

@@ -10,7 +10,8 @@ namespace raincast {
 /// counted in exactly one of the rows from `taken` on.
 struct NmeaCounters {
     std::uint64_t bytes = 0;         ///< read in all
-    std::uint64_t junkBytes = 0;     ///< outside of sentences, line ends apart
+    std::uint64_t junkBytes = 0;     ///< outside of sentences and JSON, line ends apart
+    std::uint64_t jsonLines = 0;     ///< of gpsd: its greeting and what it reports
     std::uint64_t taken = 0;         ///< parsed and published
     std::uint64_t otherKinds = 0;    ///< well-formed, of a kind that is not needed here
     std::uint64_t proprietary = 0;   ///< "$P...": of one maker

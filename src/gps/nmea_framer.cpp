@@ -36,27 +36,16 @@ std::size_t textRun(std::string_view input) {
     return length;
 }
 
-// Skips to the next start and returns how many bytes other than line ends were skipped.
-std::size_t skipToStart(std::string_view& input) {
-    std::size_t junk = 0;
-    std::size_t at = 0;
-    while (at < input.size() && classOf(input[at]) != ByteClass::Start) {
-        junk += classOf(input[at]) != ByteClass::LineEnd ? 1 : 0;
-        ++at;
-    }
-    input.remove_prefix(at);
-    return junk;
-}
-
 } // namespace
 
 std::optional<std::string_view> NmeaFramer::next(std::string_view& input) {
     while (true) {
         if (m_length == 0) {
-            m_counters.junkBytes += skipToStart(input);
+            m_gap.skip(input);
             if (input.empty()) {
                 return std::nullopt;
             }
+            m_gap.continueLine();
             m_sentence[m_length++] = input.front();
             input.remove_prefix(1);
         }
@@ -72,13 +61,19 @@ std::optional<std::string_view> NmeaFramer::next(std::string_view& input) {
             input.remove_prefix(1);
             const std::string_view sentence{m_sentence.data(), m_length};
             m_length = 0;
+            m_gap.beginLine();
             return sentence;
         }
-        reset();
+        drop();
     }
 }
 
 void NmeaFramer::reset() {
+    drop();
+    m_gap.beginLine();
+}
+
+void NmeaFramer::drop() {
     if (m_length != 0) {
         ++m_counters.garbled;
         m_length = 0;

@@ -52,8 +52,10 @@ TEST(GpsdTest, IsAskedForItsSentences) {
     peer->write("$GPRMC,093803,A,5213.1439,N,02100.6511,E,000.0,226.0,160305,004.2,E,D*14\r\n");
     ASSERT_TRUE(loop.until([&] { return rmc.records.size() == 1; }));
     EXPECT_NEAR(rmc.records[0].latitude, 52.219065, 1e-12);
-    EXPECT_EQ(receiver.counters().junkBytes, sizeof kVersion - 1 + sizeof kWatching - 1 - 3 * 2U)
-        << "everything but line ends";
+    EXPECT_EQ(receiver.counters().jsonLines, 3U);
+    EXPECT_EQ(receiver.counters().junkBytes, 0U) << "gpsd tells no junk";
+    EXPECT_TRUE(receiver.statusText().endsWith(QStringLiteral(": 1 taken, 3 lines of JSON")))
+        << qPrintable(receiver.statusText());
 }
 
 /// A gpsd of this test's own, which is ended with it.
@@ -125,7 +127,7 @@ TEST(RealDataGpsdTest, ARecordedLogComesThroughGpsd) {
     receiver.use(gpsdAt(gpsd.port())); // before it listens: found at the second or third try
     const auto watched = [&] {
         return receiver.state() == PositionReceiver::State::Open &&
-               receiver.counters().junkBytes > 100;
+               receiver.counters().jsonLines >= 3;
     };
     ASSERT_TRUE(loop.until([&] { return watched() || !gpsd.running(); }));
     ASSERT_TRUE(watched()) << "gpsd ended";
@@ -151,6 +153,7 @@ TEST(RealDataGpsdTest, ARecordedLogComesThroughGpsd) {
     EXPECT_EQ(last.course, 96.86F);
     EXPECT_GT(positions.records.size(), 60U) << "of the log's 74, the first of which it may lose";
     EXPECT_EQ(receiver.counters().wrongChecksum, 0U);
+    EXPECT_EQ(receiver.counters().junkBytes, 0U);
 }
 
 } // namespace

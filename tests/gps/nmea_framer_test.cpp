@@ -53,6 +53,60 @@ TEST_F(NmeaFramerTest, SkipsWhatIsBetweenSentences) {
     EXPECT_EQ(counters.garbled, 0U);
 }
 
+// gpsd's greeting and reports, which may be much longer than a sentence.
+TEST_F(NmeaFramerTest, LinesOfJsonAreNoJunk) {
+    EXPECT_THAT(
+        feed("{\"class\":\"VERSION\",\"rev\":\"$3.22!\"}\r\n$A\r\n{\"class\":\"SKY\"}\n$B\n"),
+        ElementsAre("$A", "$B")
+    );
+    EXPECT_EQ(counters.jsonLines, 2U);
+    const std::string satellites(10'000, 's');
+    EXPECT_THAT(feed("{\"satellites\":\"" + satellites + "\"}\r\n$C\n"), ElementsAre("$C"));
+    EXPECT_EQ(counters.jsonLines, 3U);
+    EXPECT_EQ(counters.junkBytes, 0U);
+    EXPECT_EQ(counters.sentences(), 0U) << "it is not for the framer to count those that are well";
+}
+
+TEST_F(NmeaFramerTest, ALineOfJsonMayComeInPieces) {
+    const std::string line = "{\"class\":\"ERROR\",\"message\":\"no \\\"$X\\\"\"}\r\n$A\n";
+    for (std::size_t cut = 1; cut < line.size() - 1; ++cut) {
+        counters = {};
+        auto sentences = feed(line.substr(0, cut));
+        const auto more = feed(line.substr(cut));
+        sentences.insert(sentences.end(), more.begin(), more.end());
+        EXPECT_THAT(sentences, ElementsAre("$A")) << cut;
+        EXPECT_EQ(counters.jsonLines, 1U) << cut;
+        EXPECT_EQ(counters.junkBytes, 0U) << cut;
+    }
+}
+
+TEST_F(NmeaFramerTest, WhatOnlyLooksLikeJsonIsJunk) {
+    const struct {
+        const char* bytes;
+        unsigned junk;
+    } rows[] = {{"{$A\n", 1},      {"{\r\n$A\n", 1}, {"{x\"\n$A\n", 3}, {"x{\"a\":1}\n$A\n", 8},
+                {" {\"\n$A\n", 3}, {"{{\"\n$A\n", 3}};
+    for (const auto& row : rows) {
+        counters = {};
+        EXPECT_THAT(feed(row.bytes), ElementsAre("$A")) << row.bytes;
+        EXPECT_EQ(counters.jsonLines, 0U) << row.bytes;
+        EXPECT_EQ(counters.junkBytes, row.junk) << row.bytes;
+    }
+}
+
+TEST_F(NmeaFramerTest, AStartOutsideOfAStringEndsALineOfJsonThatWasCut) {
+    EXPECT_THAT(feed("{\"class\":$A\n{\"class\":\"x\"}$B\n"), ElementsAre("$A", "$B"));
+    EXPECT_EQ(counters.jsonLines, 2U);
+    EXPECT_EQ(counters.junkBytes, 0U);
+    // Within one it cannot be told: the line end helps.
+    EXPECT_THAT(feed("{\"class$A\n$B\n"), ElementsAre("$B"));
+    EXPECT_THAT(feed("{\"class"), IsEmpty());
+    framer.reset();
+    EXPECT_THAT(feed("$A\n"), ElementsAre("$A")) << "a new connection";
+    EXPECT_EQ(counters.jsonLines, 4U);
+    EXPECT_EQ(counters.garbled, 0U) << "no sentence";
+}
+
 TEST_F(NmeaFramerTest, AStartWithinASentenceBeginsAnother) {
     EXPECT_THAT(feed("$GPRMC,12$GPGGA,1\n$A!B\n$$$C\n"), ElementsAre("$GPGGA,1", "!B", "$C"));
     EXPECT_EQ(counters.garbled, 4U);
