@@ -2,6 +2,7 @@
 // Whatever a person types: a position that is read lies on the earth, and comes back from every
 // format.
 #include "units/pos_fmt_lat_lon.h"
+#include "units/typed_position.h"
 
 #include <cmath>
 #include <cstdint>
@@ -27,6 +28,14 @@ void requireRoundTrip(const GeoPosition& position, Style style) {
     require(CUnits::PosFmtLatLon::parsePosition(text, again));
     require(std::abs(again.latitude - position.latitude) < 1.001 * kCoarsest);
     require(std::abs(again.longitude - position.longitude) < 1.001 * kCoarsest);
+    const auto typed = raincast::typedPosition(text);
+    require(typed.has_value());
+    require(std::abs(typed->latitude - again.latitude) < 1e-9);
+    require(std::abs(typed->longitude - again.longitude) < 1e-9);
+}
+
+void requireOnEarth(const GeoPosition& position) {
+    require(std::abs(position.latitude) <= 90 && std::abs(position.longitude) <= 360);
 }
 
 } // namespace
@@ -35,8 +44,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto* const bytes = reinterpret_cast<const char*>(data);
     const QString text = QString::fromUtf8(bytes, static_cast<qsizetype>(size));
     GeoPosition position;
+    if (const auto typed = raincast::typedPosition(text)) {
+        requireOnEarth(*typed);
+    }
     if (CUnits::PosFmtLatLon::parsePosition(text, position)) {
-        require(std::abs(position.latitude) <= 90 && std::abs(position.longitude) <= 360);
+        requireOnEarth(position);
         for (const Style style :
              {Style::degrees, Style::degreesMinutes, Style::degreesMinutesSeconds,
               Style::signedDegrees}) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/dlg_go_to.h"
 
+#include "units/typed_position.h"
 #include "units/units.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"
@@ -39,11 +40,11 @@ bool CDlgGoTo::onInitialise() {
 }
 
 void CDlgGoTo::onOk() {
-    GeoPosition position;
-    if (!CUnits::parsePosition(text(kPosition), position)) {
+    const auto position = typedPosition(text(kPosition));
+    if (!position) {
         complain(QStringLiteral("This is no position. Type the latitude first, for example "
                                 "41°30.5'N, 105°15'W or 41.5, -105.25"));
-    } else if (!m_goTo(position)) {
+    } else if (!m_goTo(*position)) {
         complain(QStringLiteral("This position is not on the map."));
     } else {
         Dialog::onOk();

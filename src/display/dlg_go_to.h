@@ -8,8 +8,8 @@
 
 namespace raincast {
 
-/// "Go to Position": takes a position that the user types, in any of the formats that positions are
-/// written in, and has the map go there. Stays open on what is no position or not on the map.
+/// "Go to Position": takes a position that the user types (see typedPosition()), and has the map go
+/// there. Stays open on what is no position or not on the map.
 class CDlgGoTo : public Dialog {
 public:
     static constexpr int kTemplate = 151;

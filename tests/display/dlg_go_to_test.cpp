@@ -88,6 +88,30 @@ TEST_F(DlgGoToTest, StaysOpenOnWhatIsNoPosition) {
     EXPECT_EQ(view->centrePixel(), (ImagePixel{300, 275}));
 }
 
+TEST_F(DlgGoToTest, UnderstandsPositionsAsPeopleWriteThem) {
+    const ImagePixel pixel{125, 150}; // 39.5 N, 103.75 W
+    for (const char16_t* text :
+         {u"39 30, -103 45", u"39 30 N, 103 45 W", u"N39.5, W103.75", u"39.5, \u2212103.75",
+          u"39 30 N 103 45 W", u"39 30 -103 45"}) {
+        view->showPixel({300, 275});
+        expectTyping(QString::fromUtf16(text));
+        go();
+        EXPECT_NEAR(view->centrePixel().column, pixel.column, 1)
+            << QString::fromUtf16(text).toStdString();
+        EXPECT_NEAR(view->centrePixel().row, pixel.row, 1)
+            << QString::fromUtf16(text).toStdString();
+    }
+}
+
+TEST_F(DlgGoToTest, AHalfWithoutANumberIsNeverTakenForZero) {
+    for (const char16_t* text : {u"39.5,", u", -103.75", u"39.5, W", u"39.5", u"N, 103.75 W"}) {
+        expectTyping(QString::fromUtf16(text));
+        expectComplaint(QStringLiteral("no position"));
+        go();
+        EXPECT_EQ(view->centrePixel(), (ImagePixel{300, 275}));
+    }
+}
+
 TEST_F(DlgGoToTest, StaysOpenOnAPositionThatIsNotOnTheMap) {
     expectTyping(QStringLiteral("10, 10"));
     expectComplaint(QStringLiteral("not on the map"));
