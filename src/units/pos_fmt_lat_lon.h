@@ -24,7 +24,8 @@ public:
     [[nodiscard]] static QString formatPosition(const GeoPosition& position, Style style);
 
     /// One coordinate in degrees. `letters` are the hemisphere's of 0 and above and of below 0.
-    /// Rounded minutes and seconds never show as 60. Empty if it is not finite.
+    /// Rounded minutes and seconds do not show as 60, but for 59.95 seconds exactly. Empty if it is
+    /// not finite.
     [[nodiscard]] static QString
     formatCoordinate(double degrees, const char (&letters)[3], Style style);
 
