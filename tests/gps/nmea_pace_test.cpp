@@ -63,6 +63,9 @@ TEST(NmeaPaceTest, ASlowerSentenceIsNotWaitedForTwice) {
 
 TEST(NmeaPaceTest, ATimeThatGoesFarBackStartsAnew) {
     expectWaits(1, {{"$GPRMC,194124", 0}, {"$GPRMC,194111", 0}, {"$GPRMC,194112", 1000}});
+    // Far is more than two seconds.
+    expectWaits(1, {{"$GPRMC,194124", 0}, {"$GPRMC,194122", 0}, {"$GPRMC,194125", 1000}});
+    expectWaits(1, {{"$GPRMC,194124", 0}, {"$GPRMC,194121.999", 0}, {"$GPRMC,194125", 3001}});
 }
 
 TEST(NmeaPaceTest, DamagedTimesDoNotCount) {
