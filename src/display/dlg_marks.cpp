@@ -131,7 +131,7 @@ void CDlgMarks::show(QListWidgetItem& item, const MarkRow& row) const {
     item.setData(
         Qt::AccessibleTextRole, isTarget ? item.text() + QStringLiteral(", target") : item.text()
     );
-    if (m_from) {
+    if (m_from || !row.mark->isPlaced()) {
         item.setData(RowDelegate::kRemarkRole, row.wayText());
     }
 }
@@ -139,8 +139,9 @@ void CDlgMarks::show(QListWidgetItem& item, const MarkRow& row) const {
 void CDlgMarks::updateButtons() {
     const CMarkManager& manager = CMarkManager::instance();
     const COverlayMark* const mark = selected();
-    control(kGoTo)->setEnabled(mark != nullptr && m_goTo);
-    control(kSetTarget)->setEnabled(mark != nullptr && !manager.isTarget(*mark));
+    const bool placed = mark != nullptr && mark->isPlaced();
+    control(kGoTo)->setEnabled(placed && m_goTo);
+    control(kSetTarget)->setEnabled(placed && !manager.isTarget(*mark));
     control(kClearTarget)->setEnabled(manager.hasTarget());
     control(kRename)->setEnabled(mark != nullptr);
     control(kDelete)->setEnabled(mark != nullptr);
@@ -171,7 +172,7 @@ void CDlgMarks::edit(int id) {
 
 void CDlgMarks::onOk() {
     const COverlayMark* const mark = selected();
-    if (mark == nullptr || !m_goTo) {
+    if (mark == nullptr || !mark->isPlaced() || !m_goTo) {
         return;
     }
     if (m_goTo(mark->position())) {

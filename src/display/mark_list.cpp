@@ -8,10 +8,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace raincast {
 
 QString MarkRow::wayText() const {
+    if (!mark->isPlaced()) {
+        return QStringLiteral("not on earth");
+    }
     return CUnits::global().distanceText(distanceMetres) + QStringLiteral("  ") +
            bearingText(bearingDegrees);
 }
@@ -23,7 +27,9 @@ listMarks(const std::list<COverlayMark>& marks, const std::optional<GeoPosition>
     for (const COverlayMark& mark : marks) {
         MarkRow row;
         row.mark = &mark;
-        if (from) {
+        if (!mark.isPlaced()) {
+            row.distanceMetres = std::numeric_limits<double>::infinity();
+        } else if (from) {
             const LocalOffset way = shortWay(mark.position(), *from);
             const auto east = static_cast<float>(way.eastMetres);
             const auto north = static_cast<float>(way.northMetres);

@@ -98,7 +98,7 @@ void CMarkManager::clear() {
 }
 
 void CMarkManager::setTarget(const COverlayMark& mark) {
-    if (placeOf(m_marks, mark) == m_marks.end()) {
+    if (placeOf(m_marks, mark) == m_marks.end() || !mark.isPlaced()) {
         return;
     }
     m_target = mark;

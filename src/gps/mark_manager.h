@@ -34,8 +34,8 @@ public:
     /// In the order in which they came. A mark keeps its address until it is removed.
     [[nodiscard]] const std::list<COverlayMark>& marks() const { return m_marks; }
 
-    /// Adds a mark at the end. What is no place (COverlayMark::isPlace) becomes one: the pole that
-    /// a latitude lies beyond, 0 for what is no number.
+    /// Adds a mark at the end. What is not on the earth is put there: on the pole that a latitude
+    /// lies beyond, at 0 for what is no number.
     COverlayMark& add(const GeoPosition& position, const QString& name);
     /// A mark that is not of this manager changes nothing, here and below.
     void rename(const COverlayMark& mark, const QString& name);
@@ -44,7 +44,8 @@ public:
     void clear();
 
     /// Makes a mark the target: its position and name are copied. The line that the cross-track
-    /// offset is measured from starts anew where the next position is.
+    /// offset is measured from starts anew where the next position is. There is no way to a mark
+    /// that is not placed: it changes nothing.
     void setTarget(const COverlayMark& mark);
     void clearTarget();
     [[nodiscard]] bool hasTarget() const { return m_target.latitude != 0; }
@@ -58,8 +59,8 @@ public:
     /// after it was chosen.
     [[nodiscard]] const CDataNavigation* navigation() const;
 
-    /// Appends the marks that are in the file. False when one or more could not be read, or are at
-    /// no place; all others are there nevertheless.
+    /// Appends the marks that are in the file. False when one or more could not be read; all others
+    /// are there nevertheless.
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
     [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeMarkManager; }

@@ -41,16 +41,16 @@ void COverlayMark::setName(const QString& text) {
     name = text.left(kMostNameUnits);
 }
 
-bool COverlayMark::isPlace(const GeoPosition& position) {
-    return std::fabs(position.latitude) <= kMostLatitude &&
-           std::fabs(position.longitude) <= kMostLongitude;
+// Written so that not-a-number is no place.
+bool COverlayMark::isPlaced() const {
+    return std::fabs(latitude) <= kMostLatitude && std::fabs(longitude) <= kMostLongitude;
 }
 
 void COverlayMark::Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference)
     const {
     outline.clear();
     const auto placed = geoReference.geoToPixelForDrawing(position());
-    if (placed.ok) {
+    if (isPlaced() && placed.ok) {
         outline.push_back(placed.pixel);
     }
 }
@@ -73,15 +73,15 @@ bool COverlayMark::Read(CSerialReader& reader) {
     QString text;
     GeoPosition place;
     record.string(text);
-    const bool placed = record.value(place.latitude) == sizeof(double) &&
-                        record.value(place.longitude) == sizeof(double) && isPlace(place);
+    const bool whole = record.value(place.latitude) == sizeof(double) &&
+                       record.value(place.longitude) == sizeof(double);
     record.end();
-    if (placed) {
+    if (whole) {
         latitude = place.latitude;
         longitude = place.longitude;
-        setName(text);
+        name = text;
     }
-    return placed;
+    return whole;
 }
 
 bool COverlayMark::Write(CSerialWriter& writer) const {

@@ -15,6 +15,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
+#include <limits>
+
 namespace raincast {
 namespace {
 
@@ -150,6 +154,20 @@ TEST_F(MarksInThePageFileTest, TheyComeBackAndAreNotDoubled) {
         EXPECT_EQ(names(), "Harbour Wreck Far");
     }
     EXPECT_EQ(test::written(application), file);
+}
+
+// A file from elsewhere may have them; they are the user's.
+TEST_F(MarksInThePageFileTest, ThoseThatAreOutOfRangeAreSavedAsTheyWere) {
+    addPages();
+    addThree();
+    QByteArray file = test::written(application);
+    const double odd[] = {91, std::nan(""), 1e300, -std::numeric_limits<double>::infinity()};
+    for (const double latitude : odd) {
+        std::memcpy(file.data() + file.size() - 20, &latitude, sizeof latitude); // of the last one
+        EXPECT_TRUE(load(file)) << latitude;
+        EXPECT_EQ(names(), "Harbour Wreck Far") << latitude;
+        EXPECT_EQ(test::written(application), file) << latitude;
+    }
 }
 
 TEST_F(MarksInThePageFileTest, AFileWithoutMarksHasNone) {

@@ -4,6 +4,7 @@
 #include "paged/row_delegate.h"
 #include "support/clean_layout.h"
 #include "support/dialog_script.h"
+#include "support/serial_bytes.h"
 #include "window/screen_metrics.h"
 
 #include <QLineEdit>
@@ -13,6 +14,8 @@
 #include <QScrollBar>
 
 #include <gmock/gmock.h>
+
+#include <cstring>
 
 namespace raincast {
 namespace {
@@ -197,6 +200,30 @@ TEST_F(DlgMarksTest, SaysThatAMarkIsNotOnTheMap) {
         }),
         Dialog::kCancel
     );
+}
+
+// A file of pages may hold such marks, which are the user's to keep or to delete.
+TEST_F(DlgMarksTest, AMarkThatIsNowhereCanBeNamedAndDeleted) {
+    marks.clear();
+    CMarkManager other;
+    other.add({0, 0}, QStringLiteral("Lost"));
+    QByteArray file = test::written(other);
+    const double beyond = 90.5;
+    std::memcpy(file.data() + file.size() - 20, &beyond, sizeof beyond);
+    ASSERT_TRUE(test::read(marks, file));
+    ASSERT_EQ(mark(0).latitude, 90.5);
+    run([this](QDialog& dialog) {
+        EXPECT_THAT(rows(dialog), ElementsAre("[Lost]"));
+        EXPECT_THAT(enabledButtons(dialog), ElementsAre("Rename", "Delete", "Close"));
+        EXPECT_EQ(
+            listOf(dialog).item(0)->data(RowDelegate::kRemarkRole), QStringLiteral("not on earth")
+        );
+        QTest::keyClick(&listOf(dialog), Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_FALSE(gone);
+        press(dialog, u"Delete");
+    });
+    EXPECT_THAT(markNames(), IsEmpty());
 }
 
 TEST_F(DlgMarksTest, TheTargetIsMarkedInTheList) {

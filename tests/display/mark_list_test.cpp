@@ -5,7 +5,8 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
+#include <cmath>
+#include <limits>
 
 namespace raincast {
 namespace {
@@ -52,6 +53,26 @@ TEST_F(MarkListTest, WithoutAPositionTheyStandInTheirOwnOrder) {
     add(42, -105, u"first");
     add(-41, 105, u"second");
     EXPECT_THAT(names(std::nullopt), ElementsAre("first", "second"));
+}
+
+// As a file may hold them.
+TEST_F(MarkListTest, MarksThatAreNowhereComeLastInTheirOrder) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    add(std::nan(""), -105, u"no latitude");
+    add(42, -105, u"far");
+    add(90.5, -105, u"beyond the pole");
+    add(41.1, -105, u"near");
+    add(41, kInfinity, u"no longitude");
+    add(41, 1e300, u"around");
+    EXPECT_THAT(
+        names(GeoPosition{41, -105}),
+        ElementsAre("near", "far", "no latitude", "beyond the pole", "no longitude", "around")
+    );
+    const auto rows = listMarks(marks, GeoPosition{41, -105});
+    EXPECT_EQ(rows[0].wayText().toStdString(), "6.9 Mi  000\u00b0");
+    for (std::size_t i = 2; i < rows.size(); ++i) {
+        EXPECT_EQ(rows[i].wayText().toStdString(), "not on earth") << i;
+    }
 }
 
 TEST_F(MarkListTest, TheDateLineIsNoBorder) {

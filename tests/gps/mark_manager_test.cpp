@@ -145,10 +145,6 @@ TEST_F(MarkManagerTest, OfADamagedBodyEverythingIsReadThatCanBe) {
         {"a huge count", join(number(0x7FFFFFFF), good, last), {"G", "L"}},
         {"a negative count", join(number(0xFFFFFFFF), good), {}},
         {"a mark cut short", join(number(2), last, cut), {"L"}},
-        {"no latitude", join(number(2), markBytes('N', kNoNumber, 0), last), {"L"}},
-        {"no longitude", join(number(2), markBytes('N', 0, -kInfinity), last), {"L"}},
-        {"beyond the pole", join(number(2), markBytes('N', 90.5, 0), last), {"L"}},
-        {"far around", join(number(2), markBytes('N', 0, 1e300), last), {"L"}},
         {"two fields", join(number(2), number(2), two, last), {"L"}},
         {"a short latitude",
          join(number(2), number(3), number(0), number(4), Bytes(4), number8(1), last),
@@ -161,6 +157,42 @@ TEST_F(MarkManagerTest, OfADamagedBodyEverythingIsReadThatCanBe) {
         EXPECT_FALSE(damaged.Read(reader)) << row.what;
         EXPECT_EQ(namesOf(damaged), row.names) << row.what;
     }
+}
+
+// Whatever made them, they are the user's: also the bits of a number that is none.
+TEST_F(MarkManagerTest, MarksOutOfRangeAreKeptByteForByte) {
+    Bytes odd = markBytes('P', 0, 0);
+    const Bytes payload{0x0D, 0xF0, 0xAD, 0x8B, 0xEF, 0xBE, 0xFC, 0x7F};
+    std::copy(payload.begin(), payload.end(), odd.end() - 8);
+    const Bytes file = join(
+        number(7), markBytes('N', kNoNumber, 0), markBytes('I', 0, -kInfinity),
+        markBytes('B', 90.5, 0), markBytes('G', 12, 34), markBytes('F', 0, 1e300), odd,
+        markBytes('Z', -0.0, -360.5)
+    );
+    CSerialReader reader(file);
+    EXPECT_TRUE(manager.Read(reader)) << "nothing is lost";
+    EXPECT_TRUE(reader.whole());
+    EXPECT_THAT(namesOf(manager), ElementsAre("N", "I", "B", "G", "F", "P", "Z"));
+    EXPECT_EQ(bytesIn(saved(manager)), file);
+
+    manager.rename(manager.marks().back(), QStringLiteral("Y"));
+    manager.remove(manager.marks().front());
+    CMarkManager again;
+    const Bytes rest = bytesIn(saved(manager));
+    CSerialReader second(rest);
+    EXPECT_TRUE(again.Read(second));
+    EXPECT_THAT(namesOf(again), ElementsAre("I", "B", "G", "F", "P", "Y"));
+}
+
+TEST_F(MarkManagerTest, AMarkOutOfRangeIsNoTarget) {
+    const Bytes file = join(number(2), markBytes('N', kNoNumber, 0), markBytes('B', 90.5, 0));
+    CSerialReader reader(file);
+    EXPECT_TRUE(manager.Read(reader));
+    for (const COverlayMark& mark : manager.marks()) {
+        manager.setTarget(mark);
+        EXPECT_FALSE(manager.hasTarget());
+    }
+    EXPECT_TRUE(navigation.records.empty());
 }
 
 TEST_F(MarkManagerTest, FieldsOfANewerProgramArePassedOver) {
@@ -187,7 +219,7 @@ TEST_F(MarkManagerTest, AMarkIsAtAPlaceWhateverItIsAddedAt) {
     for (const Row& row : rows) {
         const COverlayMark& mark = manager.add(row.asked, {});
         EXPECT_EQ(mark.position(), row.taken);
-        EXPECT_TRUE(COverlayMark::isPlace(mark.position()));
+        EXPECT_TRUE(mark.isPlaced());
     }
 }
 
@@ -300,6 +332,27 @@ TEST_F(MarkManagerTest, TheRelativeBearingIsTheShorterTurn) {
     }
 }
 
+// Rounding must not turn straight back to the other side, and nothing near it may be turned.
+TEST_F(MarkManagerTest, NearlyStraightBackStaysOnItsSide) {
+    const struct {
+        float course;
+        float relative;
+    } rows[] = {{180, -180},
+                {-180, 180},
+                {180.00005F, -180.00005F},
+                {-180.00005F, 180.00005F},
+                {179.995F, -179.995F},
+                {-179.995F, 179.995F},
+                {180.01F, 179.99F},
+                {-180.01F, -179.99F}};
+    aim();
+    for (const auto& row : rows) {
+        publish(0, -1000, row.course); // the target is straight north
+        ASSERT_LT(std::fabs(manager.navigation()->bearing), 1e-5F);
+        EXPECT_NEAR(manager.navigation()->relativeBearing, row.relative, 3e-5F) << row.course;
+    }
+}
+
 TEST_F(MarkManagerTest, ACourseThatIsNoNumberCountsAsNorth) {
     aim();
     for (const double course : {kNoNumber, kInfinity, -kInfinity}) {
@@ -336,9 +389,10 @@ TEST_F(MarkManagerTest, WithinFiveMetresNoLineStarts) {
     aim();
     publish(3, 3);
     EXPECT_EQ(manager.navigation()->crossTrack, 0);
-    publish(0, -4.9);
+    publish(0, -4.99);
+    publish(2, -1);
     EXPECT_EQ(manager.navigation()->crossTrack, 0);
-    publish(-6, 0); // here it does, eastwards
+    publish(-5.01, 0); // here it does, eastwards
     publish(-6, 2);
     EXPECT_NEAR(manager.navigation()->crossTrack, -2, 0.001);
 }
