@@ -57,8 +57,8 @@ void MapOverlays::findInView(const Box& seen) {
             m_inView.push_back(&each);
         }
     }
-    std::stable_partition(m_inView.begin(), m_inView.end(), [](const Entries::value_type* each) {
-        return !each->first->onTop();
+    std::stable_sort(m_inView.begin(), m_inView.end(), [](const auto* one, const auto* other) {
+        return one->first->layer() < other->first->layer();
     });
     m_seen = seen;
 }

@@ -29,8 +29,8 @@ public:
     void layoutAll(const GeoReference& geoReference);
     void forget(COverlayObject& object);
 
-    /// Draws those that come within 50 image pixels of a rectangle of the page; the ones that
-    /// belong on top (COverlayObject::onTop) last.
+    /// Draws those that come within 50 image pixels of a rectangle of the page, layer by layer
+    /// (COverlayObject::layer).
     void draw(QPainter& painter, const ViewTransform& view, const PageRectangle& area);
 
 private:

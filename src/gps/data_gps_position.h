@@ -19,6 +19,10 @@ enum FixType : std::int32_t {
     kFixManual = 7,
 };
 
+/// A position that none has followed for so long counts as lost: it may be taken for a live one no
+/// longer.
+inline constexpr int kSecondsToLoss = 9;
+
 /// Where the user is and how he moves. Published through Listener<CDataGPSPosition>.
 ///
 /// The numbers are what a receiver sent, of which nothing is certain: always finite, but possibly

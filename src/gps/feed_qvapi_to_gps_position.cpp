@@ -13,6 +13,7 @@ namespace {
 constexpr std::int32_t kBeatsPerSecond = 10;
 constexpr std::uint32_t kTicksBetweenAttempts = 10;
 constexpr std::uint32_t kQuietTicks = 11;
+constexpr std::uint32_t kSilentTicks = kSecondsToLoss;
 
 } // namespace
 
@@ -42,11 +43,15 @@ void CFeedQVAPI_to_GPSPosition::onPublished(CDataGPSPosition& position) {
 
 void CFeedQVAPI_to_GPSPosition::Tick() {
     ++m_ticksSinceOther;
+    ++m_ticksSincePublication;
     if (!m_linked) {
         tryToLink();
     }
     if (m_linked && m_ticksSinceOther >= kQuietTicks) {
         poll();
+    }
+    if (m_position.published().valid() && m_ticksSincePublication >= kSilentTicks) {
+        lose();
     }
 }
 
@@ -86,9 +91,24 @@ void CFeedQVAPI_to_GPSPosition::take(const NavigatorPosition& taken) {
     m_position.course = taken.course;
     m_position.time = fromUnixSeconds(taken.unixSeconds);
     m_position.fixType = placed && taken.valid ? kFixGps : kFixNone;
+    publish();
+}
+
+void CFeedQVAPI_to_GPSPosition::publish() {
     m_publishing = true;
     m_position.publish();
     m_publishing = false;
+    m_ticksSincePublication = 0;
+}
+
+// Listeners know of one position, the latest: another source's is not to be called lost.
+void CFeedQVAPI_to_GPSPosition::lose() {
+    m_position.fixType = kFixNone;
+    if (m_ticksSinceOther <= m_ticksSincePublication) {
+        m_position.drawAsLost();
+    } else {
+        publish();
+    }
 }
 
 } // namespace raincast

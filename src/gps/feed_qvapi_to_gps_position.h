@@ -14,6 +14,9 @@ namespace raincast {
 /// source of this program publishes; while there are such, and for ten seconds after the last, the
 /// navigator is not asked. A navigator that is not there is looked for every eleven seconds; it is
 /// neither started nor ended here.
+///
+/// Nine seconds after the navigator's last position that counts as lost: it is published as one
+/// without a fix, or, when another source has published since, only drawn so.
 class CFeedQVAPI_to_GPSPosition : private Listener<CDataGPSPosition>, private CHeartbeat::Counter {
 public:
     CFeedQVAPI_to_GPSPosition();
@@ -36,11 +39,14 @@ private:
     void unlink();
     void poll();
     void take(const NavigatorPosition& taken);
+    void publish();
+    void lose();
 
     COverlayGPSPosition m_position;
     // Both are large at first: the first tick tries to link, and may poll.
     std::uint32_t m_ticksToAttempt = 10'000;
     std::uint32_t m_ticksSinceOther = 10'000;
+    std::uint32_t m_ticksSincePublication = 0;
     bool m_linked = false;
     bool m_publishing = false;
 };

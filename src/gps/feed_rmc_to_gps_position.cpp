@@ -6,7 +6,7 @@ namespace raincast {
 namespace {
 
 constexpr std::int32_t kBeatsPerSecond = 10;
-constexpr std::uint32_t kSilentTicks = 9;
+constexpr std::uint32_t kSilentTicks = kSecondsToLoss;
 
 } // namespace
 
@@ -55,10 +55,17 @@ void CFeedRMC_to_GPSPosition::onPublished(CNMEA_GPS::VTG& vtg) {
 
 void CFeedRMC_to_GPSPosition::Tick() {
     ++m_ticksSincePublication;
-    if (m_position.valid() && m_ticksSincePublication == kSilentTicks) {
-        m_position.fixType = kFixNone;
-        m_position.publish(); // the count runs on: a loss is announced once
+    // GGA may have said otherwise since: the maps go by what was published.
+    const bool hasFix = m_position.valid() || m_position.published().valid();
+    if (hasFix && m_ticksSincePublication == kSilentTicks) {
+        lose();
     }
+}
+
+// The count runs on: a loss is announced once.
+void CFeedRMC_to_GPSPosition::lose() {
+    m_position.fixType = kFixNone;
+    m_position.publish();
 }
 
 void CFeedRMC_to_GPSPosition::publish() {

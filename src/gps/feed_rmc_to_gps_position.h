@@ -40,6 +40,7 @@ private:
     void onPublished(CNMEA_GPS::VTG& vtg) override;
     void Tick() override;
     void publish();
+    void lose();
 
     COverlayGPSPosition m_position;
     std::uint32_t m_ticksSincePublication = 0;

@@ -93,23 +93,30 @@ void COverlayGPSPosition::setVectorScale(float minutes) {
 }
 
 void COverlayGPSPosition::publish() {
+    m_published = *this;
     std::swap(m_fixIconA, m_fixIconB);
     Listener<CDataGPSPosition>::Notify(*this);
+    announceChanged();
+}
+
+void COverlayGPSPosition::drawAsLost() {
+    m_published.fixType = kFixNone;
     announceChanged();
 }
 
 void COverlayGPSPosition::Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference)
     const {
     outline.clear();
-    const bool known = valid() || latitude != 0 || longitude != 0;
-    const auto here = geoReference.geoToPixelForDrawing({latitude, longitude});
+    const CDataGPSPosition& position = m_published;
+    const bool known = position.valid() || position.latitude != 0 || position.longitude != 0;
+    const auto here = geoReference.geoToPixelForDrawing({position.latitude, position.longitude});
     if (!known || !here.ok) {
         return;
     }
     outline.reserve(2);
     outline.push_back(here.pixel);
-    if (valid() && speed > kLeastSpeedKnots) {
-        const auto there = geoReference.geoToPixelForDrawing(endOfTravel(*this));
+    if (position.valid() && position.speed > kLeastSpeedKnots) {
+        const auto there = geoReference.geoToPixelForDrawing(endOfTravel(position));
         if (there.ok) {
             outline.push_back(there.pixel);
         }

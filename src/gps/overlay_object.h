@@ -17,6 +17,9 @@ class COverlayObject {
 public:
     enum class Change { changed = 0, removed = 2 };
 
+    /// What is drawn over what, from the bottom up.
+    enum class Layer { mark, lostPosition, position };
+
     COverlayObject();
     /// Announces the object as removed; only its address may be used by then.
     virtual ~COverlayObject();
@@ -31,8 +34,8 @@ public:
     virtual void
     Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline) = 0;
 
-    /// Whether it is drawn over those that are not.
-    [[nodiscard]] virtual bool onTop() const { return false; }
+    /// Where it is drawn now; another one takes effect with the next announcement.
+    [[nodiscard]] virtual Layer layer() const { return Layer::mark; }
 
     /// What is being announced.
     [[nodiscard]] Change change() const { return m_change; }

@@ -130,26 +130,34 @@ TEST_F(MapOverlaysTest, WhatIsForgottenBetweenDrawingsIsNotTouched) {
     EXPECT_EQ(other.draws, 2);
 }
 
-TEST_F(MapOverlaysTest, WhatBelongsOnTopIsDrawnLast) {
-    struct Top : Dot {
-        using Dot::Dot;
-        bool onTop() const override { return true; }
+TEST_F(MapOverlaysTest, UpperLayersAreDrawnLast) {
+    using Layer = COverlayObject::Layer;
+    struct Layered : Dot {
+        Layered(ImagePixel pixel, Layer layer) : Dot(pixel), on(layer) {}
+        Layer layer() const override { return on; }
+        Layer on;
     };
-    static std::vector<const Dot*> order;
-    order.clear();
-    std::vector<std::unique_ptr<Dot>> dots;
+    std::vector<Layer> order;
+    std::deque<Layered> dots;
     MapOverlays overlays;
-    for (int i = 0; i < 6; ++i) {
-        const ImagePixel pixel{10 * i, 20};
-        dots.push_back(i % 2 == 0 ? std::make_unique<Top>(pixel) : std::make_unique<Dot>(pixel));
-        dots.back()->drawing = [](const Dot& dot) { order.push_back(&dot); };
-        overlays.layout(*dots.back(), placed);
+    for (int i = 0; i < 9; ++i) {
+        Layered& dot = dots.emplace_back(ImagePixel{10 * i, 20}, static_cast<Layer>(2 - i % 3));
+        dot.drawing = [&order](const Dot& drawn) { order.push_back(drawn.layer()); };
+        overlays.layout(dot, placed);
     }
     draw(overlays);
-    ASSERT_EQ(order.size(), 6U);
+    ASSERT_EQ(order.size(), 9U);
     for (std::size_t i = 0; i < order.size(); ++i) {
-        EXPECT_EQ(order[i]->onTop(), i >= 3) << i;
+        EXPECT_EQ(order[i], static_cast<Layer>(i / 3)) << i;
     }
+    order.clear();
+    for (Layered& dot : dots) {
+        dot.on = &dot == &dots[4] ? Layer::position : Layer::mark;
+        overlays.layout(dot, placed);
+    }
+    draw(overlays);
+    ASSERT_EQ(order.size(), 9U);
+    EXPECT_EQ(order.back(), Layer::position);
 }
 
 TEST_F(MapOverlaysTest, OfTenThousandOverlaysThoseInViewAreDrawn) {

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Marks and positions on map views: what is then on the screen.
 #include "display/item_map_view.h"
+#include "gps/feed_rmc_to_gps_position.h"
 #include "gps/map_icon.h"
 #include "gps/mark_manager.h"
+#include "gps/nmea_reader.h"
 #include "gps/overlay_gps_position.h"
 #include "map_page.h"
 #include "support/serial_bytes.h"
 #include "window/screen_metrics.h"
+
+#include <deque>
 
 namespace raincast {
 namespace {
@@ -62,6 +66,10 @@ protected:
             }
         }
         return ::testing::AssertionSuccess();
+    }
+    QImage screenDrawnAnew() const {
+        page->items()[0]->invalidate();
+        return screen();
     }
     ::testing::AssertionResult showsPinAt(int x, int y) const {
         return shows(mapIconPicture(MapIcon::Mark, false), QPoint(x, y) - COverlayMark::kHotSpot);
@@ -171,6 +179,48 @@ TEST_F(MarksOnMapsTest, APositionIsShownWhereItIs) {
         EXPECT_EQ(at(120, 60), QColor(0, 128, 0));
     }
     EXPECT_EQ(screen(), empty) << "the feed is gone";
+}
+
+// RMC and GGA of a receiver do not agree about the fix, and the map is drawn in between.
+TEST_F(MarksOnMapsTest, IconAndArrowAreOfTheSamePosition) {
+    showPage();
+    const CFeedRMC_to_GPSPosition feed;
+    NmeaReader reader;
+    // Row 90, column 120: 40.095 N, 103.795 W.
+    reader.feed("$GPRMC,120000,A,4005.7000,N,10347.7000,W,360.0,000.0,150607,,,A\n");
+    EXPECT_EQ(feed.position().icon(), MapIcon::FixB);
+    EXPECT_EQ(at(120, 60), QColor(255, 0, 0)) << "the arrow to the north";
+    const QImage fix = screen();
+    reader.feed("$GPGGA,120000,4005.7000,N,10347.7000,W,0,00,,,M,,M,,\n");
+    EXPECT_EQ(screenDrawnAnew(), fix);
+    reader.feed("$GPRMC,120001,V,4005.7000,N,10347.7000,W,360.0,000.0,150607,,,N\n");
+    EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::NoFix));
+    const QImage lost = screen();
+    reader.feed("$GPGGA,120001,4005.7000,N,10347.7000,W,1,08,1.0,10,M,,M,,\n");
+    EXPECT_EQ(screenDrawnAnew(), lost);
+    EXPECT_EQ(at(120, 60), QColor(0, 128, 0));
+}
+
+// A receiver and a navigator on the same boat, and the navigator is not asked any more.
+TEST_F(MarksOnMapsTest, ALivePositionIsDrawnOverALostOne) {
+    showPage();
+    std::deque<COverlayGPSPosition> positions(4); // some of them above others in memory
+    for (COverlayGPSPosition& each : positions) {
+        each.latitude = test::positionOf(120, 90).latitude;
+        each.longitude = test::positionOf(120, 90).longitude;
+        each.fixType = kFixGps;
+        each.publish();
+    }
+    const COverlayMark& mark = marks().add(test::positionOf(120, 90), {});
+    for (COverlayGPSPosition& live : positions) {
+        for (COverlayGPSPosition& each : positions) {
+            each.fixType = &each == &live ? kFixGps : kFixNone;
+            each.publish();
+        }
+        EXPECT_TRUE(showsPositionAt(120, 90, live.icon()));
+    }
+    positions.clear();
+    marks().remove(mark);
 }
 
 TEST_F(MarksOnMapsTest, AnotherLengthOfTheArrowIsShownAtOnce) {

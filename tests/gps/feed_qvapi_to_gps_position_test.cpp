@@ -46,6 +46,10 @@ protected:
         EXPECT_THAT(tick(), Contains("send 32772"));
         EXPECT_TRUE(feed->linked());
     }
+    void linkWithFix() {
+        navigator.position = {43.5, -79.25, 271.5, 6.25, 0, 1'174'653'319, 1, 0, 0};
+        link();
+    }
     Calls publishOther() {
         navigator.takeCalls();
         CDataGPSPosition other;
@@ -190,6 +194,95 @@ TEST_F(FeedQvapiTest, AnyOtherStatusUnlinksFor11Ticks) {
         EXPECT_THAT(tick(10), IsEmpty()) << status;
         EXPECT_THAT(tick(), Contains(kFind)) << status;
     }
+}
+
+// Asked again by the older request, and not understood either.
+TEST_F(FeedQvapiTest, ANavigatorThatUnderstandsNothingIsUnlinked) {
+    link();
+    navigator.answers[32772] = 11;
+    navigator.answers[31] = 11;
+    EXPECT_THAT(tick(), ElementsAre("wait", "send 32772", "release", "wait", "send 31", "release"));
+    EXPECT_FALSE(feed->linked());
+}
+
+TEST_F(FeedQvapiTest, ANavigatorThatFellSilentIsLostAfterNineSeconds) {
+    for (const bool dies : {true, false}) {
+        navigator.answers = {};
+        feed.emplace();
+        linkWithFix();
+        const std::size_t before = positions.records.size();
+        if (dies) {
+            navigator.runs = false;
+        } else {
+            navigator.answers[32772] = 12; // no position at present
+        }
+        tick(8);
+        EXPECT_NE(feed->position().icon(), MapIcon::NoFix) << dies;
+        EXPECT_EQ(positions.records.size(), before);
+        tick();
+        EXPECT_EQ(feed->position().icon(), MapIcon::NoFix) << dies;
+        ASSERT_EQ(positions.records.size(), before + 1) << "maps hear of it, once";
+        EXPECT_EQ(last().fixType, kFixNone);
+        EXPECT_EQ(last().latitude, navigator.position.latitude) << "the last known place";
+        tick(30);
+        EXPECT_EQ(positions.records.size(), before + 1);
+        EXPECT_EQ(feed->linked(), !dies);
+    }
+}
+
+TEST_F(FeedQvapiTest, ANavigatorThatComesBackIsLiveAgain) {
+    linkWithFix();
+    navigator.answers[32772] = 12;
+    tick(12);
+    EXPECT_EQ(feed->position().icon(), MapIcon::NoFix);
+    navigator.answers = {};
+    tick();
+    EXPECT_NE(feed->position().icon(), MapIcon::NoFix);
+    EXPECT_EQ(last().fixType, kFixGps);
+}
+
+TEST_F(FeedQvapiTest, WithoutAFixItsSilenceIsNoNews) {
+    linkWithFix();
+    navigator.position.valid = 0;
+    tick();
+    navigator.answers[32772] = 12;
+    tick(30);
+    EXPECT_EQ(positions.records.size(), 2U);
+}
+
+/// How a map hears of the navigator's picture.
+class PictureChanges : private Listener<COverlayObject> {
+public:
+    explicit PictureChanges(const COverlayObject& object) : m_object(object) {}
+    int count = 0;
+
+private:
+    void onPublished(COverlayObject& object) override { count += &object == &m_object ? 1 : 0; }
+    const COverlayObject& m_object;
+};
+
+// Of two positions the older one would be taken for a second boat.
+TEST_F(FeedQvapiTest, WhileAReceiverPublishesTheNavigatorsPositionIsDrawnAsLost) {
+    CFeedRMC_to_GPSPosition receiver;
+    NmeaReader reader;
+    linkWithFix();
+    const PictureChanges changes(feed->position());
+    for (int second = 1; second < 30; ++second) {
+        reader.feed(kRmc);
+        tick();
+        EXPECT_NE(receiver.position().icon(), MapIcon::NoFix);
+        EXPECT_EQ(feed->position().icon() == MapIcon::NoFix, second >= 9) << second;
+    }
+    EXPECT_EQ(changes.count, 1) << "the maps draw it anew, once";
+    for (const CDataGPSPosition& position : positions.records) {
+        EXPECT_TRUE(position.valid()) << "the user's position is not lost";
+    }
+    tick(7); // the receiver falls silent, and the navigator is asked again
+    EXPECT_NE(receiver.position().icon(), MapIcon::NoFix);
+    tick();
+    EXPECT_EQ(receiver.position().icon(), MapIcon::NoFix);
+    tick(11);
+    EXPECT_NE(feed->position().icon(), MapIcon::NoFix);
 }
 
 TEST_F(FeedQvapiTest, AShortFileUnlinks) {

@@ -15,6 +15,7 @@ namespace {
 constexpr char kRmc[] = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230307,003.1,W\n";
 constexpr char kRmcVoid[] = "$GPRMC,123520,V,4807.038,N,01131.000,E,022.4,084.4,230307,,,N\n";
 constexpr char kGga[] = "$GPGGA,093802,5213.1439,N,02100.6511,E,2,10,0.9,137.2,M,36.2,M,,\n";
+constexpr char kGgaNone[] = "$GPGGA,093803,5213.1439,N,02100.6511,E,0,00,,,M,,M,,\n";
 constexpr char kVtg[] = "$GPVTG,113.02,T,,M,0.142,N,0.263,K,A\n";
 
 class FeedRmcTest : public testing::Test {
@@ -69,6 +70,26 @@ TEST_F(FeedRmcTest, ABetterFixTypeOfGgaIsKept) {
     EXPECT_EQ(last().fixType, kFixGps);
 }
 
+TEST_F(FeedRmcTest, AFixThatGgaDeniesIsNoBetterOne) {
+    reader.feed(kRmc);
+    reader.feed(kGga);
+    reader.feed(kGgaNone);
+    EXPECT_EQ(feed.position().fixType, kFixNone);
+    EXPECT_EQ(published(), 1U);
+    reader.feed(kRmc);
+    EXPECT_EQ(last().fixType, kFixGps) << "RMC leads, and knows of nothing better any more";
+}
+
+TEST_F(FeedRmcTest, RemembersWhatHasCome) {
+    EXPECT_FALSE(feed.rmcSeen());
+    EXPECT_FALSE(feed.ggaSeen());
+    reader.feed(kRmc);
+    EXPECT_TRUE(feed.rmcSeen());
+    EXPECT_FALSE(feed.ggaSeen());
+    reader.feed(kGga);
+    EXPECT_TRUE(feed.ggaSeen()) << "also behind an RMC";
+}
+
 TEST_F(FeedRmcTest, WithoutRmcGgaIsThePosition) {
     reader.feed(kVtg);
     EXPECT_EQ(published(), 0U);
@@ -80,6 +101,26 @@ TEST_F(FeedRmcTest, WithoutRmcGgaIsThePosition) {
     EXPECT_EQ(last().course, 113.02F);
     EXPECT_FALSE(feed.rmcSeen());
     EXPECT_TRUE(feed.ggaSeen());
+}
+
+// Whoever asked first in the notification set its time.
+TEST_F(FeedRmcTest, TheTimeOfAGgaIsThatOfItsNotification) {
+    class Early : private Listener<CNMEA_GPS::GGA> {
+    public:
+        explicit Early(TestClock& clock) : Listener<CNMEA_GPS::GGA>(1), m_clock(clock) {}
+        FileTime time = 0;
+
+    private:
+        void onPublished(CNMEA_GPS::GGA& /*gga*/) override {
+            time = notificationTime();
+            m_clock.advance(kFileTimePerSecond);
+        }
+        TestClock& m_clock;
+    } early(clock);
+    reader.feed(kGga);
+    ASSERT_EQ(published(), 1U);
+    EXPECT_EQ(last().time, early.time);
+    EXPECT_EQ(clock.now(), early.time + kFileTimePerSecond);
 }
 
 TEST_F(FeedRmcTest, OnceRmcHasComeVtgGivesNoMotion) {
@@ -129,6 +170,44 @@ TEST_F(FeedRmcTest, EveryPublicationStartsTheCountAnew) {
     second();
     ASSERT_EQ(published(), 4U) << "a GGA that is not published does not count";
     EXPECT_EQ(last().fixType, kFixNone);
+}
+
+// A receiver whose RMC sentences end: its GGA goes on and tells of a fix, at no place of their own.
+TEST_F(FeedRmcTest, AfterALossGgaAloneShowsNoFixAtTheFrozenPlace) {
+    reader.feed(kRmc);
+    second(9);
+    ASSERT_EQ(published(), 2U);
+    for (int i = 0; i < 30; ++i) {
+        reader.feed(kGga);
+        second();
+        EXPECT_EQ(feed.position().icon(), MapIcon::NoFix) << i;
+    }
+    EXPECT_EQ(published(), 2U) << "lost once";
+    reader.feed(kRmc);
+    EXPECT_EQ(last().fixType, kFixDifferential);
+    EXPECT_NE(feed.position().icon(), MapIcon::NoFix);
+}
+
+TEST_F(FeedRmcTest, AFixThatGgaDeniedIsLostInSilenceAsWell) {
+    reader.feed(kRmc);
+    reader.feed(kGgaNone);
+    second(8);
+    EXPECT_EQ(published(), 1U);
+    EXPECT_NE(feed.position().icon(), MapIcon::NoFix);
+    second();
+    ASSERT_EQ(published(), 2U);
+    EXPECT_EQ(last().fixType, kFixNone);
+    EXPECT_EQ(feed.position().icon(), MapIcon::NoFix);
+    second(30);
+    EXPECT_EQ(published(), 2U);
+}
+
+TEST_F(FeedRmcTest, AFixOfGgaAloneIsNoNewsOnceTheTimeIsOver) {
+    reader.feed(kRmcVoid);
+    second(12);
+    reader.feed(kGga);
+    second(12);
+    EXPECT_EQ(published(), 1U);
 }
 
 TEST_F(FeedRmcTest, WithoutAFixSilenceIsNoNews) {

@@ -176,9 +176,10 @@ TEST_F(NavigatorSimTest, OneThatDiesInMidExchangeIsUnlinkedAndItsSuccessorLinked
     EXPECT_TRUE(sim.awaitEnd());
     tick(11);
     EXPECT_FALSE(feed->linked()) << "the socket that it left is no window";
+    EXPECT_EQ(published(), 2U) << "meanwhile it was lost";
     startSim();
     relink();
-    EXPECT_EQ(published(), 2U);
+    EXPECT_EQ(published(), 3U);
 }
 
 TEST_F(NavigatorSimTest, OneThatIsKilledWhileItHangsIsUnlinked) {

@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <limits>
 
 namespace raincast {
@@ -51,11 +52,18 @@ protected:
         position.longitude = test::positionOf(column, row).longitude;
         position.fixType = kFixGps;
     }
-    std::vector<ImagePixel> outline() const {
+    /// Publishes what was set; twice, which leaves the icon as it was.
+    void show() {
+        position.publish();
+        position.publish();
+    }
+    std::vector<ImagePixel> outlineOn(const GeoReference& on) {
+        show();
         std::vector<ImagePixel> points{{7, 7}};
-        position.Layout(points, image);
+        position.Layout(points, on);
         return points;
     }
+    std::vector<ImagePixel> outline() { return outlineOn(image); }
     QImage drawn(const std::vector<PagePoint>& points) {
         QImage picture = ground();
         QPainter painter(&picture);
@@ -92,10 +100,23 @@ TEST_F(OverlayGpsPositionTest, TheArrowsEndIsWhereTheUserWillBe) {
     EXPECT_EQ(outline().at(1), (ImagePixel{100, 200}));
 }
 
+// On an image of a metre a pixel.
+TEST_F(OverlayGpsPositionTest, AKnotIsThatManyMetresAMinute) {
+    const GeoReference fine = test::placedImage(1e5);
+    place(100, 200); // 38.995 N, where a degree has 111017.18 m
+    position.speed = 360;
+    const auto points = outlineOn(fine);
+    ASSERT_EQ(points.size(), 2U);
+    EXPECT_NEAR(points[0].row, 200500, 1);
+    EXPECT_NEAR(points[1].row, 200500 - 360 * 5 * 30.866667 / 111017.18 * 1e5, 1.5);
+}
+
 TEST_F(OverlayGpsPositionTest, AtTwoTenthsOfAKnotThereIsNoArrow) {
     place(100, 200);
     position.speed = 0.2F;
     EXPECT_EQ(outline().size(), 1U);
+    position.speed = std::nextafter(0.2F, 1.0F);
+    EXPECT_EQ(outline().size(), 2U);
     position.speed = 0.21F;
     EXPECT_EQ(outline().size(), 2U);
     for (const float odd : {0.0F, -5.0F, kNoNumber, -kInfinity}) {
@@ -137,14 +158,11 @@ TEST_F(OverlayGpsPositionTest, APositionOffTheMapShowsNothingThoughItsArrowEndsO
     position.latitude = 38; // 3e9 pixels down
     position.course = 0;
     position.speed = 3 * 110000 / (5 * 30.866667F);
-    std::vector<ImagePixel> points{{7, 7}};
-    position.Layout(points, fine);
-    EXPECT_THAT(points, IsEmpty());
+    EXPECT_THAT(outlineOn(fine), IsEmpty());
     EXPECT_EQ(drawn({}), ground());
 
     position.latitude = 40.5; // 5e8 pixels down
-    position.Layout(points, fine);
-    EXPECT_EQ(points.size(), 1U) << "the end is off the map on the other side";
+    EXPECT_EQ(outlineOn(fine).size(), 1U) << "the end is off the map on the other side";
 }
 
 TEST_F(OverlayGpsPositionTest, APositionNeverKnownShowsNothing) {
@@ -153,19 +171,15 @@ TEST_F(OverlayGpsPositionTest, APositionNeverKnownShowsNothing) {
     writeFile(file, "0.01\n0\n0\n-0.01\n-3.0\n2.75\n"); // the image is around 0 N, 0 E
     GeoReference around;
     ASSERT_TRUE(around.loadWorldFile(file.toStdString(), 600, 550));
-    std::vector<ImagePixel> points;
+    std::vector<ImagePixel> points{{7, 7}};
     position.Layout(points, around);
     EXPECT_THAT(points, IsEmpty());
-    position.publish(); // a receiver that is still looking for satellites
-    position.Layout(points, around);
-    EXPECT_THAT(points, IsEmpty());
+    EXPECT_THAT(outlineOn(around), IsEmpty()) << "a receiver that is still looking for satellites";
     position.fixType = kFixGps;
-    position.Layout(points, around);
-    EXPECT_THAT(points, ElementsAre(ImagePixel{300, 275}));
+    EXPECT_THAT(outlineOn(around), ElementsAre(ImagePixel{300, 275}));
     position.fixType = kFixNone;
     position.latitude = 0.001;
-    position.Layout(points, around);
-    EXPECT_EQ(points.size(), 1U) << "where it was last";
+    EXPECT_EQ(outlineOn(around).size(), 1U) << "where it was last";
 }
 
 TEST_F(OverlayGpsPositionTest, TheFixIconAlternatesStartingWithB) {
@@ -184,21 +198,55 @@ TEST_F(OverlayGpsPositionTest, TheFixIconAlternatesStartingWithB) {
     EXPECT_EQ(static_cast<int>(MapIcon::NoFix), 119);
 }
 
-TEST_F(OverlayGpsPositionTest, PublishingTellsListenersThenMaps) {
+// A feed learns this and that between two publications; a map may be drawn at any time.
+TEST_F(OverlayGpsPositionTest, WhatIsDrawnIsWhatWasPublishedLast) {
+    useScreen(96);
+    place(100, 200);
+    position.speed = 360;
+    show();
+    const auto at = [this] {
+        std::vector<ImagePixel> points;
+        position.Layout(points, image);
+        return points;
+    };
+    const auto published = at();
+    EXPECT_EQ(published.size(), 2U);
+    const QImage picture = drawn({{60, 60}, {60, 20}});
+    position.fixType = kFixNone;
+    position.speed = 0;
+    position.latitude = 40;
+    EXPECT_EQ(at(), published);
+    EXPECT_EQ(position.icon(), MapIcon::FixA);
+    EXPECT_EQ(drawn({{60, 60}, {60, 20}}), picture);
+    COverlayGPSPosition::setVectorScale(10);
+    EXPECT_EQ(at().at(0), published[0]) << "another scale does not publish";
+
+    show();
+    EXPECT_EQ(at().size(), 1U);
+    position.fixType = kFixGps;
+    EXPECT_EQ(position.icon(), MapIcon::NoFix);
+    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::NoFix, false, {60, 60}));
+}
+
+TEST_F(OverlayGpsPositionTest, PublishingChangesTheIconThenTellsListenersThenMaps) {
     class Order : private Listener<CDataGPSPosition>, private Listener<COverlayObject> {
     public:
+        explicit Order(const COverlayGPSPosition& overlay) : m_overlay(overlay) {}
         std::vector<std::string> log;
 
     private:
         void onPublished(CDataGPSPosition& record) override {
             log.push_back("position " + std::to_string(record.satellites));
+            EXPECT_EQ(m_overlay.icon(), MapIcon::FixB);
         }
         void onPublished(COverlayObject& object) override {
             const bool changed = object.change() == COverlayObject::Change::changed;
             log.push_back(changed ? "changed" : "removed");
         }
-    } order;
+        const COverlayGPSPosition& m_overlay;
+    } order(position);
     position.satellites = 7;
+    position.fixType = kFixGps;
     position.publish();
     EXPECT_THAT(order.log, ElementsAre("position 7", "changed"));
 }
@@ -212,6 +260,7 @@ struct Arrow {
 
 TEST_F(OverlayGpsPositionTest, TheArrowheadsBarbsAreTruncatedToWholePixels) {
     position.fixType = kFixGps;
+    show();
     const QPoint middle(60, 60);
     const Arrow rows[] = {
         {middle, {100, 60}, {95, 65}, {95, 55}}, // east
@@ -244,12 +293,14 @@ TEST_F(OverlayGpsPositionTest, TheArrowheadsBarbsAreTruncatedToWholePixels) {
 TEST_F(OverlayGpsPositionTest, PointsThatCoincideGiveNoArrow) {
     useScreen(96);
     position.fixType = kFixGps;
+    show();
     EXPECT_EQ(drawn({{60, 60}, {60, 60}}), withIcon(MapIcon::FixA, false, {60, 60}));
 }
 
 TEST_F(OverlayGpsPositionTest, AnArrowFromOrToFarAwayCrossesThePicture) {
     useScreen(96);
     position.fixType = kFixGps;
+    show();
     constexpr int kLeast = std::numeric_limits<int>::min();
     constexpr int kMost = std::numeric_limits<int>::max();
     const QRgb red = qRgb(255, 0, 0);
