@@ -200,7 +200,6 @@ void CDlgPositionSource::tryIt() {
     if (check()) {
         m_tried = entered();
         m_receiver.use(PositionSourceAddress::parse(*m_tried));
-        m_watch.restart();
         showArrivals();
     }
 }

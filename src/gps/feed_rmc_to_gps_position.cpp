@@ -53,6 +53,15 @@ void CFeedRMC_to_GPSPosition::onPublished(CNMEA_GPS::VTG& vtg) {
     }
 }
 
+void CFeedRMC_to_GPSPosition::onPublished(ReceiverChange& /*change*/) {
+    if (m_position.published().valid()) {
+        lose();
+    }
+    static_cast<CDataGPSPosition&>(m_position) = {};
+    m_rmcSeen = false;
+    m_ggaSeen = false;
+}
+
 void CFeedRMC_to_GPSPosition::Tick() {
     ++m_ticksSincePublication;
     // GGA may have said otherwise since: the maps go by what was published.

@@ -7,18 +7,20 @@
 #include "gps/nmea_rmc.h"
 #include "gps/nmea_vtg.h"
 #include "gps/overlay_gps_position.h"
+#include "gps/receiver_change.h"
 
 #include <cstdint>
 
 namespace raincast {
 
 /// Makes positions of a receiver's sentences. RMC leads: each one is a position. GGA adds altitude,
-/// dilution, satellites and the kind of fix; GGA and VTG give place and motion only as long as no
-/// RMC has ever come. A receiver that falls silent is announced once, nine seconds after its last
-/// position, as a position without a fix.
+/// dilution, satellites and the kind of fix; GGA and VTG give place and motion only as long as the
+/// source has sent no RMC. A receiver that falls silent is announced once, nine seconds after its
+/// last position, as a position without a fix; another source at once, and it starts anew.
 class CFeedRMC_to_GPSPosition : private Listener<CNMEA_GPS::RMC>,
                                 private Listener<CNMEA_GPS::GGA>,
                                 private Listener<CNMEA_GPS::VTG>,
+                                private Listener<ReceiverChange>,
                                 private CHeartbeat::Counter {
 public:
     CFeedRMC_to_GPSPosition();
@@ -26,7 +28,7 @@ public:
     /// What the feed publishes.
     [[nodiscard]] const COverlayGPSPosition& position() const { return m_position; }
 
-    /// Whether such a sentence has ever come.
+    /// Whether such a sentence has come from this source.
     [[nodiscard]] bool rmcSeen() const { return m_rmcSeen; }
     [[nodiscard]] bool ggaSeen() const { return m_ggaSeen; }
 
@@ -38,6 +40,7 @@ private:
     void onPublished(CNMEA_GPS::RMC& rmc) override;
     void onPublished(CNMEA_GPS::GGA& gga) override;
     void onPublished(CNMEA_GPS::VTG& vtg) override;
+    void onPublished(ReceiverChange& change) override;
     void Tick() override;
     void publish();
     void lose();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gps/position_receiver.h"
 
+#include "gps/receiver_change.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -19,21 +21,28 @@ PositionReceiver::PositionReceiver(Timers& timers, Make make)
       m_openAgain(timers.make([this] { m_open.call(); })) {}
 
 PositionReceiver::~PositionReceiver() {
-    use(std::nullopt);
+    close();
 }
 
-void PositionReceiver::use(const std::optional<PositionSourceAddress>& address) {
+void PositionReceiver::close() {
     m_open.cancel();
     m_openAgain->stop();
     if (m_source) {
         m_source->close();
         m_source.reset();
     }
+}
+
+void PositionReceiver::use(const std::optional<PositionSourceAddress>& address) {
+    close();
     m_reader.emplace();
+    m_rmcSeen = false;
     m_problem.clear();
     m_nextDelay = kFirstDelay;
     m_state = State::Off;
     m_address = address;
+    ReceiverChange change;
+    Listener<ReceiverChange>::Notify(change);
     if (address) {
         m_source = m_make(*address, m_timers);
         m_state = State::Open;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "gps/idle_call.h"
+#include "gps/listener.h"
 #include "gps/nmea_reader.h"
+#include "gps/nmea_rmc.h"
 #include "gps/position_source.h"
 #include "gps/position_source_address.h"
 #include "gps/timers.h"
@@ -20,7 +22,7 @@ namespace raincast {
 /// cannot be opened or breaks is opened again after 1, 2, 4, 8, 16 and then every 30 s, for as long
 /// as it is wanted: a device that is plugged in later is found. A sentence that arrives starts the
 /// delays anew.
-class PositionReceiver : private PositionSource::Sink {
+class PositionReceiver : private PositionSource::Sink, private Listener<CNMEA_GPS::RMC> {
 public:
     enum class State {
         Off,     ///< no source is wanted
@@ -35,8 +37,8 @@ public:
     explicit PositionReceiver(Timers& timers, Make make = makePositionSource);
     ~PositionReceiver() override;
 
-    /// Opens this source instead of the one in use, with the counters at 0; none closes it. Must
-    /// not be called by those who receive a sentence.
+    /// Opens this source instead of the one in use, with the counters at 0; none closes it.
+    /// Publishes a ReceiverChange in between. Must not be called by those who receive a sentence.
     void use(const std::optional<PositionSourceAddress>& address);
 
     /// The source in use; none while the state is Off.
@@ -50,6 +52,9 @@ public:
     /// What came of the bytes of this source.
     [[nodiscard]] const NmeaCounters& counters() const { return m_reader->counters(); }
 
+    /// Whether an RMC has come from this source: these lead then, and GGA gives no place.
+    [[nodiscard]] bool rmcSeen() const { return m_rmcSeen; }
+
     /// One line for the user: what the source does, and what was read, dropped and why.
     [[nodiscard]] QString statusText() const;
 
@@ -57,7 +62,9 @@ private:
     void received(std::string_view bytes) override;
     void broken(const QString& why) override;
     void finished() override;
+    void onPublished(CNMEA_GPS::RMC& /*rmc*/) override { m_rmcSeen = true; }
     void open();
+    void close();
 
     Timers& m_timers;
     Make m_make;
@@ -65,6 +72,7 @@ private:
     std::optional<NmeaReader> m_reader;
     std::unique_ptr<PositionSource> m_source;
     State m_state = State::Off;
+    bool m_rmcSeen = false;
     QString m_problem;
     std::chrono::seconds m_delay;
     std::chrono::seconds m_nextDelay;

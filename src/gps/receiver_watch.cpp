@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gps/receiver_watch.h"
 
+#include "gps/data_gps_position.h"
 #include "gps/position_receiver.h"
 #include "units/units.h"
 
@@ -12,7 +13,7 @@ namespace {
 
 constexpr FileTime kWindow = 5 * kFileTimePerSecond;
 constexpr FileTime kLongestGap = 20 * kFileTimePerSecond; // beyond: the computer slept
-constexpr FileTime kFixHolds = 9 * kFileTimePerSecond;
+constexpr FileTime kFixHolds = kSecondsToLoss * kFileTimePerSecond;
 
 QString rateText(double perSecond) {
     if (perSecond == 0) {
@@ -24,20 +25,18 @@ QString rateText(double perSecond) {
 
 } // namespace
 
-void ReceiverWatch::restart() {
+void ReceiverWatch::onPublished(ReceiverChange& /*change*/) {
     m_samples.clear();
     m_fix.reset();
     m_heard = false;
-    m_rmcSeen = false;
 }
 
 void ReceiverWatch::onPublished(CNMEA_GPS::RMC& rmc) {
-    m_rmcSeen = true;
     take(rmc.valid, {rmc.latitude, rmc.longitude});
 }
 
 void ReceiverWatch::onPublished(CNMEA_GPS::GGA& gga) {
-    if (!m_rmcSeen) {
+    if (!m_receiver.rmcSeen()) {
         take(gga.quality != 0, {gga.latitude, gga.longitude});
     }
 }

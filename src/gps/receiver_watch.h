@@ -5,6 +5,7 @@
 #include "gps/listener.h"
 #include "gps/nmea_gga.h"
 #include "gps/nmea_rmc.h"
+#include "gps/receiver_change.h"
 #include "platform/file_time.h"
 
 #include <QString>
@@ -24,16 +25,17 @@ class PositionReceiver;
 ///     ReceiverWatch watch(receiver);
 ///     watch.look(now);   // every second or so
 ///     watch.text();
-class ReceiverWatch : private Listener<CNMEA_GPS::RMC>, private Listener<CNMEA_GPS::GGA> {
+///
+/// When the receiver turns to another source the watch starts anew.
+class ReceiverWatch : private Listener<CNMEA_GPS::RMC>,
+                      private Listener<CNMEA_GPS::GGA>,
+                      private Listener<ReceiverChange> {
 public:
     /// The receiver is borrowed.
     explicit ReceiverWatch(const PositionReceiver& receiver) : m_receiver(receiver) {}
 
     /// Takes note of what has arrived until now, a UTC time.
     void look(FileTime now);
-
-    /// Forgets what has arrived: another source is in use now.
-    void restart();
 
     /// Sentences per second; none until two looks have passed.
     [[nodiscard]] std::optional<double> sentencesPerSecond() const;
@@ -52,6 +54,7 @@ private:
 
     void onPublished(CNMEA_GPS::RMC& rmc) override;
     void onPublished(CNMEA_GPS::GGA& gga) override;
+    void onPublished(ReceiverChange& change) override;
     void take(bool valid, GeoPosition position);
     void lookAtSentences(FileTime now);
     void lookAtFix(FileTime now);
@@ -61,7 +64,6 @@ private:
     std::optional<GeoPosition> m_fix;
     bool m_heard = false;   ///< of a fix since the last look
     FileTime m_fixTime = 0; ///< of the last look that found one
-    bool m_rmcSeen = false; ///< then GGA has no say
 };
 
 } // namespace raincast

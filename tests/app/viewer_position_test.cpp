@@ -4,6 +4,7 @@
 #include "app/main_window.h"
 #include "app/viewer.h"
 #include "display/page_display.h"
+#include "gps/feed_rmc_to_gps_position.h"
 #include "gps/position_source_setting.h"
 #include "persist/page_file.h"
 #include "platform/registry_store.h"
@@ -65,28 +66,32 @@ protected:
     }
 
     QString address() const { return QStringLiteral("tcp:127.0.0.1:%1").arg(server.serverPort()); }
-    bool connects() {
-        if (!QTest::qWaitFor([this] { return server.hasPendingConnections(); }, kDeadline)) {
+    bool connects() { return connects(server); }
+    bool connects(QTcpServer& to) {
+        if (!QTest::qWaitFor([&to] { return to.hasPendingConnections(); }, kDeadline)) {
             return false;
         }
-        peer.reset(server.nextPendingConnection());
+        peer.reset(to.nextPendingConnection());
         return true;
     }
+    void choose(QDialog& dialog) { choose(dialog, server, kSentence, u", fix\n41°30.000'N"); }
     // What a person does in the dialog, and what he sees of it.
-    void choose(QDialog& dialog) {
+    void choose(QDialog& dialog, QTcpServer& from, const char* sentences, QStringView sees) {
         auto* const kinds = dialog.findChild<QComboBox*>();
         kinds->setFocus();
         QTest::keyClicks(kinds, "TCP");
-        QTest::keyClicks(dialog.findChild<QLineEdit*>(), address().mid(4));
+        auto* const address = dialog.findChild<QLineEdit*>();
+        address->selectAll();
+        QTest::keyClicks(address, QStringLiteral("127.0.0.1:%1").arg(from.serverPort()));
         for (auto* button : dialog.findChildren<QAbstractButton*>()) {
             if (button->text() == QStringLiteral("&Try")) {
                 QTest::mouseClick(button, Qt::LeftButton);
             }
         }
-        ASSERT_TRUE(connects());
-        peer->write(kSentence);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return shows(dialog, u", fix\n41°30.000'N"); }, kDeadline)
-        ) << "the window's heart beats on";
+        ASSERT_TRUE(connects(from));
+        peer->write(sentences);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return shows(dialog, sees); }, kDeadline))
+            << "the window's heart beats on";
         QTest::keyClick(&dialog, Qt::Key_Return);
     }
     static bool shows(QDialog& dialog, QStringView text) {
@@ -108,6 +113,7 @@ protected:
 
     test::TemporaryHome home;
     QTcpServer server;
+    QTcpServer other;
     std::unique_ptr<QTcpSocket> peer;
 };
 
@@ -138,6 +144,37 @@ TEST_F(ViewerPositionTest, ASourceThatIsChosenIsInUseAtOnceAndKept) {
     });
     EXPECT_EQ(again.run(), 0);
     EXPECT_TRUE(connected) << "the next start opens it";
+}
+
+// What the dialog calls a fix is a position for the maps, whatever the source before it sent.
+TEST_F(ViewerPositionTest, ASourceOfGgaAndVtgGivesPositionsAfterOneOfRmc) {
+    ASSERT_TRUE(other.listen(QHostAddress(QStringLiteral("127.0.0.1"))));
+    const CDataGPSPosition& drawn = CFeedRMC_to_GPSPosition::program().position().published();
+    test::DialogScript script;
+    Viewer viewer({});
+    const auto openDialog = [&viewer] {
+        findEntry(*viewer.window()->pageMenu(), QStringLiteral("GPS Source..."))->trigger();
+    };
+    inLoop([&] {
+        script.expect(kSource, [this](QDialog& dialog) { choose(dialog); });
+        openDialog();
+        EXPECT_TRUE(drawn.valid());
+        EXPECT_EQ(drawn.latitude, 41.5);
+        script.expect(kSource, [&](QDialog& dialog) {
+            choose(
+                dialog, other,
+                "$GPVTG,90,T,,M,12,N,,K\r\n"
+                "$GPGGA,183000,4230.000,N,10515.000,W,1,8,1.0,10,M,,,,\r\n",
+                u", fix\n42°30.000'N"
+            );
+        });
+        openDialog();
+        EXPECT_TRUE(drawn.valid());
+        EXPECT_EQ(drawn.latitude, 42.5);
+        EXPECT_EQ(drawn.speed, 12);
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
 }
 
 TEST_F(ViewerPositionTest, ASourceForOneRunIsNotKeptByLookingAtIt) {

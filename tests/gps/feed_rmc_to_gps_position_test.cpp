@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "gps/fake_source.h"
 #include "gps/feed_rmc_to_gps_position.h"
 #include "gps/manual_phase.h"
+#include "gps/manual_timers.h"
 #include "gps/nmea_reader.h"
+#include "gps/position_receiver.h"
 #include "gps/record_listeners.h"
 #include "gps/test_clock.h"
 
@@ -213,6 +216,86 @@ TEST_F(FeedRmcTest, AFixOfGgaAloneIsNoNewsOnceTheTimeIsOver) {
 TEST_F(FeedRmcTest, WithoutAFixSilenceIsNoNews) {
     reader.feed(kRmcVoid);
     second(20);
+    EXPECT_EQ(published(), 1U);
+}
+
+/// The feed of a program whose user changes the source.
+class SourceChangeTest : public FeedRmcTest {
+protected:
+    SourceChangeTest() { FakeSource::reset(); }
+    void use(const char* address) {
+        receiver.use(PositionSourceAddress::parse(QString::fromLatin1(address)));
+    }
+
+    ManualTimers timers;
+    PositionReceiver receiver{timers, FakeSource::make};
+};
+
+TEST_F(SourceChangeTest, ASourceOfGgaAndVtgGivesPositionsAfterOneOfRmc) {
+    use("tcp:one:1");
+    FakeSource::send(kRmc);
+    FakeSource::send(kGga);
+    use("tcp:other:1");
+    EXPECT_FALSE(feed.rmcSeen());
+    EXPECT_FALSE(feed.ggaSeen());
+    const std::size_t before = published();
+    FakeSource::send(kVtg);
+    FakeSource::send(kGga);
+    ASSERT_EQ(published(), before + 1);
+    EXPECT_NEAR(last().latitude, 52.219065, 1e-9);
+    EXPECT_EQ(last().speed, 0.142F);
+    EXPECT_EQ(last().fixType, kFixDifferential);
+    EXPECT_NE(feed.position().icon(), MapIcon::NoFix);
+}
+
+TEST_F(SourceChangeTest, NothingOfTheOldSourceIsTakenForTheNewOnes) {
+    use("tcp:one:1");
+    FakeSource::send(kRmc);
+    FakeSource::send(kGga);
+    use("tcp:other:1");
+    FakeSource::send("$GPGGA,093802,5213.1439,N,02100.6511,E,1,,,,M,,M,,\n");
+    EXPECT_EQ(last().speed, 0) << "not the old one's";
+    EXPECT_EQ(last().course, 0);
+    use("tcp:one:1");
+    FakeSource::send(kGga);
+    use("tcp:third:1");
+    FakeSource::send(kRmc);
+    EXPECT_EQ(last().fixType, kFixGps);
+    EXPECT_EQ(last().altitude, 0);
+    EXPECT_EQ(last().satellites, 0);
+    EXPECT_EQ(last().extra1, 400);
+}
+
+TEST_F(SourceChangeTest, WhatTheOldSourceShowedIsLostAtOnceWhereItWas) {
+    use("tcp:one:1");
+    FakeSource::send(kRmc);
+    ASSERT_EQ(published(), 1U);
+    receiver.use(std::nullopt);
+    ASSERT_EQ(published(), 2U);
+    EXPECT_EQ(last().fixType, kFixNone);
+    EXPECT_NEAR(last().latitude, 48.1173, 1e-12);
+    EXPECT_EQ(feed.position().icon(), MapIcon::NoFix);
+    second(30);
+    use("tcp:other:1");
+    EXPECT_EQ(published(), 2U) << "it is lost already";
+}
+
+TEST_F(SourceChangeTest, ASourceThatBreaksIsStillTheSame) {
+    use("tcp:one:1");
+    FakeSource::send(kRmc);
+    FakeSource::breakDown();
+    timers.fire();
+    FakeSource::send(kGga);
+    EXPECT_TRUE(feed.rmcSeen());
+    EXPECT_EQ(published(), 1U);
+}
+
+TEST_F(SourceChangeTest, TheReceiversEndIsNoNews) {
+    {
+        PositionReceiver other(timers, FakeSource::make);
+        other.use(PositionSourceAddress::parse(QStringLiteral("gpsd:")));
+        FakeSource::send(kRmc);
+    }
     EXPECT_EQ(published(), 1U);
 }
 

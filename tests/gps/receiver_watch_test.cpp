@@ -116,11 +116,22 @@ TEST_F(ReceiverWatchTest, GgaTellsOfAFixWhereNoRmcComes) {
     send(kVoid);
     send(kGgaFix);
     EXPECT_FALSE(watch.fix());
-    watch.restart();
+    use();
     send(kGgaFix);
     EXPECT_TRUE(watch.fix());
-    watch.restart();
+    use();
     EXPECT_FALSE(watch.fix());
+}
+
+// The map shows no fix then, either.
+TEST_F(ReceiverWatchTest, GgaTellsOfNoFixWhenAnRmcCameBeforeTheWatch) {
+    send(kValid);
+    ReceiverWatch late(receiver);
+    send(kGgaFix);
+    EXPECT_FALSE(late.fix());
+    use();
+    send(kGgaFix);
+    EXPECT_TRUE(late.fix());
 }
 
 TEST_F(ReceiverWatchTest, ThePositionIsInTheUsersFormat) {
