@@ -130,7 +130,7 @@ std::optional<AppAnswer> readServers(const QCommandLineParser& parser, AppOption
     result.radarServer = parser.value(QStringLiteral("radar-server"));
     result.basemapServer = parser.value(QStringLiteral("basemap-server"));
     for (const QString& host : {result.radarServer, result.basemapServer}) {
-        if (!host.isEmpty() && !CServers::isHost(host)) {
+        if (!host.isEmpty() && !isServer(host)) {
             return wrong(QStringLiteral("\"%1\" is not HOST or HOST:PORT.").arg(host));
         }
     }

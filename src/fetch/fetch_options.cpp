@@ -107,8 +107,9 @@ std::optional<FetchAnswer> readValues(const QCommandLineParser& parser, FetchOpt
     result.warnings = !parser.isSet(QStringLiteral("no-warnings"));
     result.quiet = parser.isSet(QStringLiteral("quiet"));
     result.verbose = parser.isSet(QStringLiteral("verbose"));
-    if (result.radarServer.isEmpty()) {
-        return wrong(QStringLiteral("--radar-server takes HOST or HOST:PORT."));
+    if (!isServer(result.radarServer)) {
+        return wrong(QStringLiteral("--radar-server takes HOST or HOST:PORT, the port 1 to 65535.")
+        );
     }
     return std::nullopt;
 }

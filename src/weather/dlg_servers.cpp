@@ -50,7 +50,7 @@ bool CDlgServers::onInitialise() {
 
 void CDlgServers::onOk() {
     const RadarServers servers{text(kRadarServer).trimmed(), text(kBasemapServer).trimmed()};
-    if (!CServers::isHost(servers.radar) || !CServers::isHost(servers.basemap)) {
+    if (!isServer(servers.radar) || !isServer(servers.basemap)) {
         messageBox(
             widget(),
             QStringLiteral("A server is a host name or address, and if need be a colon and a port"),

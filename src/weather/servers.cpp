@@ -3,8 +3,6 @@
 
 #include "persist/persistant_data.h"
 
-#include <QRegularExpression>
-
 namespace raincast {
 
 /// The settings record. A stored text of another form keeps the default.
@@ -29,7 +27,7 @@ private:
     static void exchangeHost(SettingsExchange& values, const char* name, QString& member) {
         QString host = member;
         values.string(name, host);
-        if (isHost(host)) {
+        if (isServer(host)) {
             member = host;
         }
     }
@@ -56,13 +54,6 @@ void CServers::set(const RadarServers& servers) {
 void CServers::setForThisRun(const QString& radarServer, const QString& basemapServer) {
     persistant.useForThisRun("radar_server", persistant.servers.radar, radarServer);
     persistant.useForThisRun("basemap_server", persistant.servers.basemap, basemapServer);
-}
-
-bool CServers::isHost(const QString& text) {
-    static const QRegularExpression form(
-        QStringLiteral("^([A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\])(:[0-9]{1,5})?$")
-    );
-    return form.match(text).hasMatch();
 }
 
 } // namespace raincast

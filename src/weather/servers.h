@@ -21,9 +21,6 @@ public:
     static void set(const RadarServers& servers);
     /// Uses another server for this run only; empty texts change nothing.
     static void setForThisRun(const QString& radarServer, const QString& basemapServer);
-
-    /// Whether a text has the form HOST or HOST:PORT.
-    [[nodiscard]] static bool isHost(const QString& text);
 };
 
 } // namespace raincast

@@ -87,6 +87,10 @@ TEST(FetchOptionsTest, WrongUsageIsRefused) {
         {"MUX", "--interval", "0"},
         {"MUX", "--interval", "61"},
         {"MUX", "--radar-server", ""},
+        {"MUX", "--radar-server", "http://radar.example"},
+        {"MUX", "--radar-server", "radar.example/ridge"},
+        {"MUX", "--radar-server", "radar.example:0"},
+        {"MUX", "--radar-server", "radar.example:65536"},
         {"MUX", "--no-such-option"},
     };
     for (const QStringList& words : wrong) {

@@ -48,31 +48,5 @@ TEST_F(ServersTest, AStoredTextThatIsNoHostKeepsTheDefault) {
     EXPECT_EQ(CServers::current().radar, CServers::localServer());
 }
 
-struct Row {
-    const char* text;
-    bool isHost;
-};
-
-TEST_F(ServersTest, HostsAreTold) {
-    const Row rows[] = {
-        {"radar.example", true},
-        {"127.0.0.1:8155", true},
-        {"[::1]:80", true},
-        {"[::1]", true},
-        {"a-b_c", true},
-        {"", false},
-        {"radar.example:", false},
-        {":80", false},
-        {"radar.example:123456", false},
-        {"a b", false},
-        {"a/b", false},
-        {"user@host", false},
-        {"a\nb", false},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(CServers::isHost(QString::fromLatin1(row.text)), row.isHost) << row.text;
-    }
-}
-
 } // namespace
 } // namespace raincast
