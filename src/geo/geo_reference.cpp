@@ -16,11 +16,20 @@ namespace raincast {
 
 namespace {
 
-constexpr std::size_t kWorldFileBytes = 255;
 // (2e9)^2: what is nearer than that fits a 32-bit pixel.
 constexpr double kDrawableSquare = 4e18;
 
 using WorldFile = std::array<double, 6>;
+
+std::optional<WorldFile> parseWorldFile(std::string_view text) {
+    std::istringstream numbers{std::string(text.substr(0, GeoReference::kWorldFileBytes))};
+    numbers.imbue(std::locale::classic());
+    WorldFile world{};
+    for (double& number : world) {
+        numbers >> number;
+    }
+    return numbers.fail() ? std::nullopt : std::optional(world);
+}
 
 std::optional<WorldFile> readWorldFile(const std::filesystem::path& file) {
     // A pipe or a device in the file's place could block for ever or never end.
@@ -29,17 +38,10 @@ std::optional<WorldFile> readWorldFile(const std::filesystem::path& file) {
         return std::nullopt;
     }
     std::ifstream stream(file, std::ios::binary);
-    std::string text(kWorldFileBytes, '\0');
+    std::string text(GeoReference::kWorldFileBytes, '\0');
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));
-
-    std::istringstream numbers(text);
-    numbers.imbue(std::locale::classic());
-    WorldFile world{};
-    for (double& number : world) {
-        numbers >> number;
-    }
-    return numbers.fail() ? std::nullopt : std::optional(world);
+    return parseWorldFile(text);
 }
 
 std::int32_t truncated(double value) {
@@ -51,6 +53,10 @@ std::int32_t truncated(double value) {
 }
 
 } // namespace
+
+bool GeoReference::isWorldFile(std::string_view text) {
+    return parseWorldFile(text).has_value();
+}
 
 bool GeoReference::loadWorldFile(
     const std::filesystem::path& file, std::int32_t width, std::int32_t height

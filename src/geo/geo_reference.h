@@ -4,8 +4,10 @@
 #include "geo/cubic_polynomial.h"
 #include "geo/geo_position.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <string_view>
 
 namespace raincast {
 
@@ -22,10 +24,16 @@ public:
         friend bool operator==(const Placed&, const Placed&) = default;
     };
 
+    /// So many bytes of a world file count.
+    static constexpr std::size_t kWorldFileBytes = 255;
+
+    /// Whether a text, of which the first kWorldFileBytes count, is a world file.
+    [[nodiscard]] static bool isWorldFile(std::string_view text);
+
     /// Reads a world file for an image of width x height pixels and returns valid().
     ///
-    /// The file is text of which the first 255 bytes count: six decimal numbers between any white
-    /// space, W1 to W6; what follows them is ignored. Pixel (column x, row y) lies at
+    /// The file is text of which the first kWorldFileBytes count: six decimal numbers between any
+    /// white space, W1 to W6; what follows them is ignored. Pixel (column x, row y) lies at
     ///   longitude = W5 + W1 x + W2 y,  latitude = W6 + W3 x + W4 y.
     /// Numbers have a point for the decimals whatever the process's locale, an optional sign (plus
     /// too) and an optional exponent; hexadecimal numbers, infinities, "nan" and numbers beyond the

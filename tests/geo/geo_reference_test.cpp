@@ -53,6 +53,23 @@ TEST_F(GeoReferenceTest, StartsNotValidWithEverythingAtZero) {
     EXPECT_FALSE(m_geo.geoToPixelInside({41, -105}).ok);
 }
 
+TEST_F(GeoReferenceTest, ATextIsAWorldFileWhenItCanBeLoaded) {
+    const std::string texts[] = {
+        kPlains,
+        std::string(kPlains) + "<html>",
+        "0.01 0 0 -0.01 -105.0",
+        "",
+        "<html>Please log in</html>",
+        "404 not found",
+        std::string(250, ' ') + kPlains,
+    };
+    for (const std::string& text : texts) {
+        EXPECT_EQ(GeoReference::isWorldFile(text), load(text)) << text;
+    }
+    EXPECT_TRUE(GeoReference::isWorldFile(kPlains));
+    EXPECT_FALSE(GeoReference::isWorldFile("<html>Please log in</html>"));
+}
+
 TEST_F(GeoReferenceTest, PlacesAnImageNorthUp) {
     ASSERT_TRUE(load(kPlains));
     EXPECT_TRUE(m_geo.valid());
