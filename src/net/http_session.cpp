@@ -4,9 +4,11 @@
 #include "platform/busy_guard.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 namespace raincast {
 
@@ -93,10 +95,14 @@ bool HttpSession::open(const QByteArray& url) {
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(httpLimits().connectTimeout.count()));
     callWaitingHook();
     m_running = true;
+    m_reported = false;
     if (!usable() || m_curl->multiAddHandle(m_multi.get(), m_easy.get()) != CURLM_OK) {
         finish(CURLE_FAILED_INIT);
     }
     waitUntil([this] { return m_headersComplete; });
+    if (!m_headersComplete) {
+        report({});
+    }
     return m_headersComplete;
 }
 
@@ -108,10 +114,16 @@ QByteArrayView HttpSession::read() {
     return m_piece;
 }
 
-void HttpSession::close() {
+bool HttpSession::bodyIsWhole() const {
+    return m_headersComplete && !m_running && m_arrived.isEmpty() && m_result == CURLE_OK &&
+           m_timeout == nullptr;
+}
+
+void HttpSession::close(const QString& refusal) {
     if (m_running) {
         finish(CURLE_OK);
     }
+    report(refusal);
 }
 
 bool HttpSession::connectingFailed() const {
@@ -230,28 +242,35 @@ void HttpSession::finish(CURLcode result) {
     if (usable()) {
         m_curl->multiRemoveHandle(m_multi.get(), m_easy.get());
     }
-    if (httpHooks().finished) {
-        httpHooks().finished(QString::fromUtf8(m_url), outcome());
-    }
 }
 
-QString HttpSession::outcome() const {
-    QString cause;
+void HttpSession::report(const QString& refusal) {
+    if (std::exchange(m_reported, true) || !httpHooks().finished) {
+        return;
+    }
+    QStringList outcome;
+    if (m_status != 0) {
+        outcome += QString::number(m_status);
+    }
+    outcome += failure();
+    outcome += refusal;
+    outcome.removeAll(QString());
+    httpHooks().finished(QString::fromUtf8(m_url), outcome.join(QStringLiteral(", ")));
+}
+
+/// What went wrong on the way; empty when nothing did.
+QString HttpSession::failure() const {
     if (m_curl == nullptr) {
-        cause = QStringLiteral("libcurl is not installed");
-    } else if (m_timeout != nullptr) {
-        cause = QString::fromLatin1(m_timeout);
-    } else if (m_result != CURLE_OK) {
+        return QStringLiteral("libcurl is not installed");
+    }
+    if (m_timeout != nullptr) {
+        return QString::fromLatin1(m_timeout);
+    }
+    if (m_result != CURLE_OK) {
         const char* detail = m_error[0] != '\0' ? m_error.data() : m_curl->easyStrerror(m_result);
-        cause = QString::fromLocal8Bit(detail);
-    } else if (m_status == 0) {
-        cause = QStringLiteral("the response ended within its headers");
+        return QString::fromLocal8Bit(detail);
     }
-    if (m_status == 0) {
-        return cause;
-    }
-    const QString status = QString::number(m_status);
-    return cause.isEmpty() ? status : status + QStringLiteral(", ") + cause;
+    return m_status == 0 ? QStringLiteral("the response ended within its headers") : QString();
 }
 
 } // namespace raincast

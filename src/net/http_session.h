@@ -22,7 +22,7 @@ namespace raincast {
 /// followed, cookies neither kept nor sent, and nothing but HTTP and HTTPS is spoken. Proxies come
 /// from the environment (http_proxy, https_proxy, all_proxy, no_proxy), but not for a server of
 /// this machine. While it waits a BusyGuard is active and the waiting hook is called; each request
-/// is reported to the finished hook once.
+/// is reported to the finished hook once: when it is closed, or when it fails to open.
 class HttpSession {
 public:
     /// Without libcurl every request fails at once.
@@ -42,9 +42,14 @@ public:
     /// next call. Empty at the body's end, however it ended.
     [[nodiscard]] QByteArrayView read();
 
-    /// Ends the current request, if there is one; a body that was not read to its end costs the
-    /// connection.
-    void close();
+    /// Whether the body was read to its end and nothing of it is missing, as far as the response
+    /// tells.
+    [[nodiscard]] bool bodyIsWhole() const;
+
+    /// Ends the current request, if there is one, and reports it; a body that was not read to its
+    /// end costs the connection. `refusal` says what is wrong with the response in the eyes of who
+    /// asked for it: "no GIF image".
+    void close(const QString& refusal = {});
 
     /// Whether the server could not be reached by the last request: its name (or the proxy's) does
     /// not resolve, the connection was refused, or connecting took too long.
@@ -68,7 +73,8 @@ private:
     void wait();
     void callWaitingHook();
     void finish(CURLcode result);
-    [[nodiscard]] QString outcome() const;
+    void report(const QString& refusal);
+    [[nodiscard]] QString failure() const;
 
     struct EasyDeleter {
         void operator()(CURL* easy) const { CurlLibrary::get()->easyCleanup(easy); }
@@ -91,6 +97,7 @@ private:
     QByteArray m_arrived; ///< of the body, not yet read
     QByteArray m_piece;   ///< what read returned last
     bool m_running = false;
+    bool m_reported = true;
     bool m_connected = false;
     bool m_headersComplete = false;
     const char* m_timeout = nullptr; ///< the limit of time that ended it, in words

@@ -10,8 +10,7 @@ class QString;
 
 namespace raincast {
 
-/// How long and how much a transfer waits for and takes. Ends of a body that are reached by a limit
-/// count as the end of that body.
+/// How long and how much a transfer waits for and takes.
 struct HttpLimits {
     /// To find and reach the server, its name, proxy and TLS handshake included.
     std::chrono::milliseconds connectTimeout{30'000};
@@ -24,8 +23,10 @@ struct HttpLimits {
     std::chrono::milliseconds totalTime{600'000};
     /// Where a listing ends. A year of a radar's scans is about this long.
     qint64 listingBytes = qint64{8} << 20;
-    /// Where a downloaded file ends: far above any image, so that no server fills the disk.
-    qint64 fileBytes = qint64{64} << 20;
+    /// A file that is larger is refused. Published images have up to 100 kB.
+    qint64 fileBytes = qint64{4} << 20;
+    /// What all files of one action of the user may bring together; what goes beyond is refused.
+    qint64 actionBytes = qint64{64} << 20;
 };
 
 /// What the rest of the program does while a transfer waits, and who hears of its results.
@@ -38,7 +39,7 @@ struct HttpHooks {
     std::function<bool()> ending;
     /// Called once per request with its URL and its outcome in words: the HTTP status ("200"), the
     /// cause of its failure ("Could not resolve host: radar.example"), or both ("200, end of
-    /// response with 512 bytes missing").
+    /// response with 512 bytes missing", "200, no GIF image").
     std::function<void(const QString& url, const QString& outcome)> finished;
 };
 

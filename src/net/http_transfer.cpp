@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "net/http_transfer.h"
 
+#include "net/byte_allowance.h"
 #include "net/connection.h"
 #include "net/http_session.h"
 #include "net/quoted_string_scanner.h"
 #include "platform/whole_file.h"
 
-#include <QFileInfo>
 #include <QUrl>
 
 #include <algorithm>
@@ -25,28 +25,17 @@ bool namesPort(const QString& host) {
     return host.mid(host.lastIndexOf(u']') + 1).contains(u':');
 }
 
-// Hands the body to `take`, piece by piece, up to `limit` bytes or until it returns false, and
-// closes the request. Returns whether all that it was given was taken.
-template<typename Take>
-bool readBody(HttpSession& session, qint64 limit, Take take) {
-    bool taken = true;
-    while (limit > 0 && taken) {
-        QByteArrayView piece = session.read();
-        if (piece.isEmpty()) {
-            break;
-        }
-        piece = piece.first(std::min<qint64>(piece.size(), limit));
-        limit -= piece.size();
-        taken = take(piece);
-    }
-    session.close();
-    return taken;
+QByteArrayView firstOf(QByteArrayView bytes, qsizetype most) {
+    return bytes.first(std::min(bytes.size(), most));
 }
 
 } // namespace
 
-CHttpTransfer::CHttpTransfer(QString host, bool useConnectionManager, bool secure)
-    : m_host(std::move(host)), m_useConnectionManager(useConnectionManager), m_secure(secure) {}
+CHttpTransfer::CHttpTransfer(
+    QString host, bool useConnectionManager, bool secure, std::shared_ptr<ByteAllowance> allowance
+)
+    : m_host(std::move(host)), m_useConnectionManager(useConnectionManager), m_secure(secure),
+      m_allowance(allowance ? std::move(allowance) : std::make_shared<ByteAllowance>()) {}
 
 CHttpTransfer::~CHttpTransfer() {
     m_session.reset();
@@ -55,12 +44,14 @@ CHttpTransfer::~CHttpTransfer() {
     }
 }
 
-bool CHttpTransfer::DownloadToFile(const QString& serverPath, const QString& localPath) {
-    return OpenRequest(serverPath, m_secure) && ReceiveToFile(localPath);
-}
-
-bool CHttpTransfer::DownloadIfAbsent(const QString& serverPath, const QString& localPath) {
-    return QFileInfo::exists(localPath) || DownloadToFile(serverPath, localPath);
+bool CHttpTransfer::DownloadToFile(
+    const QString& serverPath, const QString& localPath, const FileKind& kind
+) {
+    m_writeFailure.clear();
+    if (m_allowance->usedUp()) {
+        return refuse(url(serverPath, m_secure));
+    }
+    return OpenRequest(serverPath, m_secure) && ReceiveToFile(localPath, kind);
 }
 
 bool CHttpTransfer::FetchQuotedStrings(const QString& serverPath, std::set<QString>& strings) {
@@ -68,13 +59,18 @@ bool CHttpTransfer::FetchQuotedStrings(const QString& serverPath, std::set<QStri
         return false;
     }
     QuotedStringScanner scanner(strings);
-    const auto scan = [&](QByteArrayView piece) {
+    qint64 left = httpLimits().listingBytes;
+    while (left > 0) {
+        const QByteArrayView piece = firstOf(m_session->read(), left);
+        if (piece.isEmpty()) {
+            break;
+        }
         scanner.scan(piece);
-        return true;
-    };
-    const bool scanned = readBody(*m_session, httpLimits().listingBytes, scan);
+        left -= piece.size();
+    }
+    m_session->close();
     settle();
-    return scanned;
+    return true;
 }
 
 // The connection itself is made by the first request, which then settles the state.
@@ -97,10 +93,7 @@ bool CHttpTransfer::Connect() {
 bool CHttpTransfer::OpenRequest(const QString& serverPath, bool secureFlag) {
     const QByteArray address = url(serverPath, secureFlag);
     if (!Connect()) {
-        if (httpHooks().finished) {
-            httpHooks().finished(QString::fromUtf8(address), QStringLiteral("not tried again"));
-        }
-        return false;
+        return refuse(address);
     }
     const bool answered = m_session->open(address);
     settle();
@@ -111,16 +104,86 @@ int CHttpTransfer::StatusCode() const {
     return m_session->status();
 }
 
-bool CHttpTransfer::ReceiveToFile(const QString& localPath) {
+bool CHttpTransfer::ReceiveToFile(const QString& localPath, const FileKind& kind) {
     const int status = StatusCode();
     const bool good = status != 0 && status < kFirstFailingStatus;
-    WholeFile file(Lasting::no);
-    const bool created = good && file.open(localPath);
-    const auto keep = [&](QByteArrayView piece) { return !good || (created && file.write(piece)); };
-    const qint64 limit = good ? httpLimits().fileBytes : kErrorPageBytes;
-    const bool written = readBody(*m_session, limit, keep);
+    QString refusal;
+    if (good) {
+        refusal = keepBody(localPath, kind);
+    } else {
+        readErrorPage();
+    }
+    m_session->close(refusal);
     settle();
-    return created && written && file.commit().has_value();
+    return good && refusal.isEmpty();
+}
+
+/// Writes the body into the file, or says why not.
+QString CHttpTransfer::keepBody(const QString& localPath, const FileKind& kind) {
+    const auto body = readFile(kind);
+    if (!body) {
+        return body.error();
+    }
+    if (const auto written = replaceFile(localPath, *body, Lasting::no); !written) {
+        m_writeFailure = written.error();
+        return QStringLiteral("not written: ") + m_writeFailure;
+    }
+    return {};
+}
+
+/// The body, or why it is refused: as early as that is known.
+tl::expected<QByteArray, QString> CHttpTransfer::readFile(const FileKind& kind) {
+    QByteArray body;
+    const auto fault = [&](bool ended) -> QString {
+        if (body.size() > httpLimits().fileBytes) {
+            return QStringLiteral("larger than a file may be");
+        }
+        if (m_allowance->usedUp()) {
+            return QStringLiteral("more than one update may bring");
+        }
+        const bool tells = ended || body.size() >= kind.tellingBytes;
+        if (tells && !kind.isOne(firstOf(body, kind.tellingBytes))) {
+            return QStringLiteral("no ") + QLatin1String(kind.name);
+        }
+        return {};
+    };
+    bool ended = false;
+    while (!ended) {
+        const QByteArrayView piece = readPiece();
+        body.append(piece);
+        ended = piece.isEmpty();
+        if (const QString wrong = fault(ended); !wrong.isEmpty()) {
+            return tl::make_unexpected(wrong);
+        }
+    }
+    if (kind.mustBeWhole && !m_session->bodyIsWhole()) {
+        return tl::make_unexpected(QStringLiteral("not whole"));
+    }
+    return body;
+}
+
+void CHttpTransfer::readErrorPage() {
+    for (qint64 left = kErrorPageBytes; left > 0;) {
+        const QByteArrayView piece = readPiece();
+        if (piece.isEmpty()) {
+            return;
+        }
+        left -= piece.size();
+    }
+}
+
+QByteArrayView CHttpTransfer::readPiece() {
+    const QByteArrayView piece = m_session->read();
+    m_allowance->take(piece.size());
+    return piece;
+}
+
+/// Reports a request that is not made; false.
+bool CHttpTransfer::refuse(const QByteArray& address) const {
+    if (httpHooks().finished) {
+        httpHooks().finished(QString::fromUtf8(address), QStringLiteral("not tried again"));
+    }
+    return false;
 }
 
 // Draws the conclusions of the last request, whichever way it went.

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/file_kind.h"
+
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
 #include <set>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
+class ByteAllowance;
 class HttpSession;
 
 /// Fetches files and directory listings from one server, for the length of one user action: make
@@ -18,7 +23,7 @@ class HttpSession;
 /// Failures are plain false, and the caller words them. An object that could not connect, or that
 /// waited for a stalled or endless response once, fails every later request at once: otherwise each
 /// of a radar's frames would cost its own half minute. So does every object while the program is to
-/// end.
+/// end, and for files every object whose action has brought all that it may.
 class CHttpTransfer {
 public:
     enum class ConnectState {
@@ -29,24 +34,31 @@ public:
 
     /// `host` is HOST or HOST:PORT; without a port it is 80, or 443 when `secure`. With
     /// `useConnectionManager` a data connection is asked for before the first request and released
-    /// by the destructor.
-    CHttpTransfer(QString host, bool useConnectionManager, bool secure);
+    /// by the destructor. Objects of one action share an allowance; without one the object has its
+    /// own.
+    CHttpTransfer(
+        QString host, bool useConnectionManager, bool secure,
+        std::shared_ptr<ByteAllowance> allowance = nullptr
+    );
     ~CHttpTransfer();
     CHttpTransfer(const CHttpTransfer&) = delete;
     CHttpTransfer& operator=(const CHttpTransfer&) = delete;
 
     /// Fetches serverPath (absolute, "/ridge/...") into localPath, replacing it. False, with
     /// localPath untouched, when the server cannot be reached or gives no status or one of 300 and
-    /// above, and when the file cannot be created or written in full (a full disk).
+    /// above, when the body is not of the kind or larger than a file may be, and when the file
+    /// cannot be created or written in full (a full disk).
     ///
-    /// A body that breaks off or reaches a limit counts as ended there: the shorter file is kept
-    /// and the result is true. The file gets its name only when the transfer is over, so a program
-    /// killed in the middle leaves none.
-    [[nodiscard]] bool DownloadToFile(const QString& serverPath, const QString& localPath);
+    /// A body that breaks off counts as ended there, unless its kind must be whole: the shorter
+    /// file is kept and the result is true. The file gets its name only when the transfer is over,
+    /// so a program killed in the middle leaves none.
+    [[nodiscard]] bool DownloadToFile(
+        const QString& serverPath, const QString& localPath, const FileKind& kind = kAnyFile
+    );
 
-    /// True at once when anything (an empty file, too) has the name localPath; otherwise
-    /// DownloadToFile.
-    [[nodiscard]] bool DownloadIfAbsent(const QString& serverPath, const QString& localPath);
+    /// Why the last file that was fetched could not be written, in the system's words ("Permission
+    /// denied"); empty when nothing was wrong with the disk.
+    [[nodiscard]] const QString& writeFailure() const { return m_writeFailure; }
 
     /// Fetches serverPath and adds every double-quoted string of the body to `strings`, which is
     /// how a directory listing names its files. The status does not matter: an error page is
@@ -60,8 +72,13 @@ private:
     [[nodiscard]] bool Connect();
     [[nodiscard]] bool OpenRequest(const QString& serverPath, bool secureFlag);
     [[nodiscard]] int StatusCode() const;
-    [[nodiscard]] bool ReceiveToFile(const QString& localPath);
+    [[nodiscard]] bool ReceiveToFile(const QString& localPath, const FileKind& kind);
 
+    [[nodiscard]] QString keepBody(const QString& localPath, const FileKind& kind);
+    [[nodiscard]] tl::expected<QByteArray, QString> readFile(const FileKind& kind);
+    void readErrorPage();
+    [[nodiscard]] QByteArrayView readPiece();
+    bool refuse(const QByteArray& address) const;
     void settle();
     [[nodiscard]] QByteArray url(const QString& serverPath, bool secureFlag) const;
 
@@ -70,7 +87,9 @@ private:
     bool m_secure;
     bool m_connectionRequested = false;
     ConnectState m_connectState = ConnectState::NotYet;
-    bool m_gaveUp = false;                  ///< a request waited to its limit
+    bool m_gaveUp = false;  ///< a request waited to its limit
+    QString m_writeFailure; ///< of the last file
+    std::shared_ptr<ByteAllowance> m_allowance;
     std::unique_ptr<HttpSession> m_session; ///< from the first request on
 };
 

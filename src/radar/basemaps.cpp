@@ -2,152 +2,34 @@
 #include "radar/basemaps.h"
 
 #include "geo/geo_reference.h"
-#include "net/http_transfer.h"
-#include "platform/folders.h"
-#include "radar/cache.h"
-#include "radar/composite.h"
-#include "radar/image_file.h"
-#include "radar/products.h"
+#include "radar/basemap_load.h"
 #include "radar/radar_view.h"
-
-#include <QFile>
-
-#include <algorithm>
-#include <array>
+#include "radar/sites.h"
 
 namespace raincast {
 
 namespace {
 
-// The size of every published radar image and layer.
-constexpr int kImageWidth = 600;
-constexpr int kImageHeight = 550;
+void setStatus(RadarState& state, RadarView& view, const QString& status) {
+    state.status = status;
+    view.statusChanged(status);
+}
 
-enum class Source { radarServer, basemapServer };
-enum class Ground { topo, topoElseOverlay, overlay };
+/// What the user reads when a required layer could not be had.
+QString failureText(const BasemapLoad& load) {
+    const QString cache = load.cacheFailure();
+    return cache.isEmpty() ? QStringLiteral("Failed to access\nthe internet. Please\ncheck your "
+                                            "connection\nsettings.")
+                           : cache;
+}
 
-/// A layer: where its file comes from and what it is drawn onto. They are loaded in this order.
-struct Layer {
-    bool BasemapLayers::*shown;
-    const char* word; ///< in the file's name: BMX_City_Short.gif
-    const char* extension;
-    Source source;
-    const char* folder; ///< on the radar server, below its overlays
-    Ground ground;
-    bool required; ///< without its file the load fails
-};
-
-constexpr std::array<Layer, 5> kLayers = {{
-    {&BasemapLayers::topo, "Topo", "jpg", Source::radarServer, "Topo", Ground::topo, true},
-    {&BasemapLayers::rivers, "Rivers", "gif", Source::radarServer, "Rivers",
-     Ground::topoElseOverlay, true},
-    {&BasemapLayers::counties, "County", "gif", Source::basemapServer, "", Ground::overlay, false},
-    {&BasemapLayers::highways, "Highways", "gif", Source::radarServer, "Highways", Ground::overlay,
-     false},
-    {&BasemapLayers::cities, "City", "gif", Source::basemapServer, "", Ground::overlay, false},
-}};
-
-/// The text file that places all layers of a site and range; it is named like the cities.
-constexpr Layer kWorldFile = {nullptr,  "City",          "gfw", Source::radarServer,
-                              "Cities", Ground::overlay, true};
-
-/// One load: the site's names, the transfers, and what is loaded so far.
-class BasemapLoad {
-public:
-    BasemapLoad(
-        RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-        const RadarServers& servers
-    )
-        : m_state(state), m_shown(shown), m_basemaps(basemaps), m_view(view),
-          m_radar(servers.radar, true, false), m_basemap(servers.basemap, true, false),
-          m_wanted(
-              1 + static_cast<int>(std::count_if(
-                      kLayers.begin(), kLayers.end(),
-                      [&shown](const Layer& layer) { return shown.*layer.shown; }
-                  ))
-          ) {}
-
-    /// Loads world file and layers; false when a required one cannot be had.
-    bool run(GeoPosition centre) {
-        const QString folder = siteCacheFolder(m_state.cacheFolder, m_state.siteId);
-        if (folder.isEmpty()) {
-            return false;
-        }
-        // A folder that cannot be made shows in the downloads, which fail.
-        static_cast<void>(EnsureFolder(folder));
-        m_state.imageWidth = kImageWidth;
-        m_state.imageHeight = kImageHeight;
-        return loadWorldFile(centre) &&
-               std::all_of(kLayers.begin(), kLayers.end(), [this](const Layer& layer) {
-                   return !(m_shown.*layer.shown) || load(layer) || !layer.required;
-               });
+/// A cache that could not be written is told unless something worse is.
+void tellCacheFailure(RadarState& state, RadarView& view, const BasemapLoad& load) {
+    const QString text = load.cacheFailure();
+    if (state.status.isEmpty() && !text.isEmpty()) {
+        setStatus(state, view, text);
     }
-
-    [[nodiscard]] CHttpTransfer& radarTransfer() { return m_radar; }
-
-private:
-    [[nodiscard]] QString range() const { return ProductRange(m_state.product).toString(); }
-    [[nodiscard]] QString fileName(const Layer& layer) const {
-        return QStringLiteral("%1_%2_%3.%4")
-            .arg(
-                m_state.siteId, QLatin1String(layer.word), range(), QLatin1String(layer.extension)
-            );
-    }
-    [[nodiscard]] QString cachedFile(const Layer& layer) const {
-        return siteCacheFolder(m_state.cacheFolder, m_state.siteId) + u'/' + fileName(layer);
-    }
-
-    /// Has the layer's file in the cache.
-    bool fetch(const Layer& layer) {
-        m_view.progress(m_done++, m_wanted);
-        const QString name = fileName(layer);
-        if (layer.source == Source::basemapServer) {
-            return m_basemap.DownloadIfAbsent(
-                QStringLiteral("/weather_radar/basemaps/") + name, cachedFile(layer)
-            );
-        }
-        const QString path = QStringLiteral("/ridge/Overlays/%1/%2/%3")
-                                 .arg(QLatin1String(layer.folder), range(), name);
-        return m_radar.DownloadIfAbsent(path, cachedFile(layer));
-    }
-
-    bool loadWorldFile(GeoPosition centre) {
-        if (!fetch(kWorldFile)) {
-            return false;
-        }
-        m_view.geoReference().loadWorldFile(
-            QFile::encodeName(cachedFile(kWorldFile)).toStdString(), kImageWidth, kImageHeight
-        );
-        m_view.geoReferenceChanged(centre);
-        return true;
-    }
-
-    /// True when the file is there; one that is no picture is a layer that stays away.
-    bool load(const Layer& layer) {
-        if (!fetch(layer)) {
-            return false;
-        }
-        if (layer.ground == Ground::topo) {
-            m_basemaps.topo = LoadImageFile(cachedFile(layer), kMostRadarPixels);
-        } else {
-            const bool ontoTopo = layer.ground == Ground::topoElseOverlay && m_basemaps.topo;
-            static_cast<void>(
-                LoadAndComposite(cachedFile(layer), ontoTopo ? m_basemaps.topo : m_basemaps.overlay)
-            );
-        }
-        m_view.repaint();
-        return true;
-    }
-
-    RadarState& m_state;
-    const BasemapLayers& m_shown;
-    Basemaps& m_basemaps;
-    RadarView& m_view;
-    CHttpTransfer m_radar;
-    CHttpTransfer m_basemap;
-    int m_wanted;
-    int m_done = 0;
-};
+}
 
 } // namespace
 
@@ -155,11 +37,7 @@ bool LoadBasemaps(
     RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
     const RadarServers& servers, const QString& siteId, bool updateRadar
 ) {
-    const auto setStatus = [&](const QString& status) {
-        state.status = status;
-        view.statusChanged(status);
-    };
-    setStatus(QStringLiteral("Loading basemap...\n"));
+    setStatus(state, view, QStringLiteral("Loading basemap...\n"));
     view.repaint();
     const GeoPosition centre = view.centrePosition();
     view.showWaiting(true);
@@ -170,20 +48,21 @@ bool LoadBasemaps(
     }
     basemaps = {};
     view.geoReference().invalidate();
+    state.imageWidth = kRadarImageWidth;
+    state.imageHeight = kRadarImageHeight;
 
     bool complete = false;
     bool result = false;
     {
         BasemapLoad load(state, shown, basemaps, view, servers);
-        complete = load.run(centre);
+        complete = load.loadToFirstFailure(centre);
         if (!complete) {
-            setStatus(QStringLiteral(
-                "Failed to access\nthe internet. Please\ncheck your connection\nsettings."
-            ));
+            setStatus(state, view, failureText(load));
         } else if (updateRadar) {
             result = update.UpdateRadar(load.radarTransfer());
+            tellCacheFailure(state, view, load);
         } else {
-            setStatus({});
+            setStatus(state, view, load.cacheFailure());
             result = true;
         }
     }
@@ -193,6 +72,53 @@ bool LoadBasemaps(
         view.contentChanged();
     }
     return result;
+}
+
+namespace {
+
+/// Loads the layers anew that a load before could not get. Those that are shown stay until then.
+void loadMissing(BasemapLoad& load, const Basemaps& loaded, Basemaps& basemaps, RadarView& view) {
+    load.loadLayers();
+    if (loaded.missing < basemaps.missing) {
+        basemaps = loaded;
+        view.contentChanged();
+    }
+}
+
+} // namespace
+
+bool RequestUpdate(
+    RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
+    const RadarServers& servers
+) {
+    const ImagePixel centre = view.centrePixel();
+    const bool inside = 0 <= centre.column && centre.column < state.imageWidth && 0 <= centre.row &&
+                        centre.row < state.imageHeight;
+    if (!inside) {
+        const GeoPosition position = view.centrePosition();
+        const QStringView nearest = NearestSite(position.latitude, position.longitude);
+        // A world file of nonsense can put the centre nowhere: the site stays then.
+        if (!nearest.isEmpty()) {
+            return LoadBasemaps(state, shown, basemaps, view, servers, nearest.toString(), true);
+        }
+    }
+    view.showWaiting(true);
+    bool updated = false;
+    {
+        Basemaps loaded;
+        BasemapLoad load(state, shown, loaded, view, servers);
+        updated = RadarUpdate(state, view).UpdateRadar(load.radarTransfer());
+        const bool reached =
+            load.radarTransfer().connectState() == CHttpTransfer::ConnectState::Connected;
+        // The radar comes first: a server of layers that does not answer may cost half a minute.
+        if (basemaps.missing > 0 && reached) {
+            loadMissing(load, loaded, basemaps, view);
+            tellCacheFailure(state, view, load);
+        }
+    }
+    view.showWaiting(false);
+    view.repaint();
+    return updated;
 }
 
 } // namespace raincast

@@ -17,6 +17,10 @@ using Bitmap = std::shared_ptr<QImage>;
 /// picture is drawn over another. 253,253,253, the strongest echo, is not.
 inline constexpr QRgb kTransparentWhite = 0xFFFF'FFFF;
 
+/// The size in pixels of every published radar image and map layer.
+inline constexpr int kRadarImageWidth = 600;
+inline constexpr int kRadarImageHeight = 550;
+
 /// The largest picture that is loaded, in pixels; one that claims more fails before any memory is
 /// taken for it.
 inline constexpr qint64 kMostImagePixels = 64'000'000;

@@ -4,12 +4,17 @@
 #include "platform/folders.h"
 #include "platform/special_folders.h"
 #include "platform/storage_cards.h"
+#include "platform/whole_file.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QStringBuilder>
 #include <QStringList>
 
 #include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
 
 namespace raincast {
 
@@ -49,12 +54,34 @@ QString siteCacheFolder(const QString& cacheFolder, QStringView siteId) {
     return cacheFolder.isEmpty() ? QString() : cacheFolder % u'/' % siteId;
 }
 
+QString makeSiteFolder(const QString& cacheFolder, QStringView siteId) {
+    if (cacheFolder.isEmpty()) {
+        return qt_error_string(ENOENT);
+    }
+    const QByteArray name = QFile::encodeName(siteCacheFolder(cacheFolder, siteId));
+    std::error_code error;
+    std::filesystem::create_directories(name.toStdString(), error);
+    return error ? qt_error_string(error.value()) : QString();
+}
+
+QString cacheFailureText(const QString& cacheFolder, const QString& cause) {
+    if (cacheFolder.isEmpty()) {
+        return QStringLiteral("There is no folder\nfor the image cache.\n");
+    }
+    return QStringLiteral("Could not write to\nthe cache folder\n%1:\n%2.\n")
+        .arg(cacheFolder, cause);
+}
+
 void deleteStaleFrames(
     const QString& cacheFolder, QStringView siteId, QStringView productCode,
     const std::set<QString>& listed
 ) {
     const QString pattern = siteId % u"_2*_" % productCode % u".gif";
-    DeleteMatchingExcept(siteCacheFolder(cacheFolder, siteId), pattern, listed);
+    const QString folder = siteCacheFolder(cacheFolder, siteId);
+    DeleteMatchingExcept(folder, pattern, listed);
+    if (!folder.isEmpty()) {
+        removeAbandonedFiles(folder);
+    }
 }
 
 } // namespace raincast

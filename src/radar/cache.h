@@ -30,8 +30,15 @@ namespace raincast {
 /// The folder of one site: ROOT/SSS. Empty without a root.
 [[nodiscard]] QString siteCacheFolder(const QString& cacheFolder, QStringView siteId);
 
-/// Deletes a site's frames of one product that the server no longer lists. Does nothing without a
-/// root.
+/// Makes the folder of a site, with its parents. Says why it cannot be made ("Permission denied");
+/// nothing when it is there. Without a root there is none.
+[[nodiscard]] QString makeSiteFolder(const QString& cacheFolder, QStringView siteId);
+
+/// The status text for a cache that cannot be written, with the cause that was told.
+[[nodiscard]] QString cacheFailureText(const QString& cacheFolder, const QString& cause);
+
+/// Deletes a site's frames of one product that the server no longer lists, and what programs that
+/// were killed more than an hour ago left of files they were writing. Does nothing without a root.
 /// @param listed the names of the server's listing
 void deleteStaleFrames(
     const QString& cacheFolder, QStringView siteId, QStringView productCode,

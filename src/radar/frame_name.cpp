@@ -11,6 +11,7 @@ namespace {
 
 // Every frame's name has this length: BMX_20070615_1830_N0R.gif
 constexpr qsizetype kNameLength = 25;
+constexpr FileTime kMostAhead = 24 * 60 * kFileTimePerMinute;
 
 bool hasFrameForm(const QString& name) {
     return name.size() == kNameLength && name[3] == u'_' && name[4] == u'2';
@@ -58,6 +59,12 @@ FileTime frameTime(const QString& fileName) {
 FileTime newestFrameTime(const std::set<QString>& listing) {
     const auto newest = std::find_if(listing.rbegin(), listing.rend(), hasFrameForm);
     return newest == listing.rend() ? 0 : timeOf(*newest);
+}
+
+void removeFramesAhead(std::set<QString>& listing, FileTime now) {
+    std::erase_if(listing, [now](const QString& name) {
+        return frameTime(name) > now + kMostAhead;
+    });
 }
 
 QString clockText(FileTime time) {

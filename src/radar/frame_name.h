@@ -33,6 +33,11 @@ namespace raincast {
 /// characters, the fourth and fifth "_2"). 0 when there is none, or its digits are no time.
 [[nodiscard]] FileTime newestFrameTime(const std::set<QString>& listing);
 
+/// Takes the frames that are dated more than a day after `now` out of a listing: they are none. A
+/// clock may be wrong, but the search for older frames begins at the newest one, and the next
+/// automatic update is due after it.
+void removeFramesAhead(std::set<QString>& listing, FileTime now);
+
 /// A time on the local clock: "1:05" for 13:05, "12:30", "0:40".
 [[nodiscard]] QString clockText(FileTime time);
 

@@ -2,14 +2,13 @@
 #include "radar/radar_update.h"
 
 #include "net/http_transfer.h"
-#include "platform/folders.h"
+#include "platform/clock.h"
 #include "radar/cache.h"
 #include "radar/composite.h"
+#include "radar/file_kinds.h"
 #include "radar/frame_name.h"
 #include "radar/image_file.h"
 #include "radar/products.h"
-#include "radar/radar_view.h"
-#include "radar/sites.h"
 
 #include <utility>
 
@@ -37,26 +36,37 @@ bool RadarUpdate::UpdateRadar(CHttpTransfer& transfer) {
     if (!transfer.FetchQuotedStrings(listingDirectory(m_state.siteId, productCode()), listing)) {
         return fail(QStringLiteral("Could not access server.\n"));
     }
+    removeFramesAhead(listing, Clock::current().now());
     const FileTime newest = newestFrameTime(listing);
     if (newest == 0) {
         return fail(QStringLiteral("No radar images found on server.\n"));
     }
+    m_writeFailure = makeSiteFolder(m_state.cacheFolder, m_state.siteId);
     const int missing = fetchFrames(transfer, newest, listing);
     if (m_state.frames.empty()) {
-        return fail(QStringLiteral("Could not download\nany radar images.\n"));
+        return fail(outcome(missing));
     }
     if (missing > 0) {
-        setStatus(QStringLiteral("Could not get\nall images.\n"));
+        setStatus(outcome(missing));
     }
     deleteStaleFrames(m_state.cacheFolder, m_state.siteId, productCode(), listing);
     if (m_state.showWarnings) {
         drawWarnings(transfer);
     }
-    if (missing == 0) {
-        setStatus({});
-    }
+    setStatus(outcome(missing));
     m_observer.repaint();
     return true;
+}
+
+/// What the user reads once the frames were fetched, of which so many are missing.
+QString RadarUpdate::outcome(int missing) const {
+    if (!m_writeFailure.isEmpty()) {
+        return cacheFailureText(m_state.cacheFolder, m_writeFailure);
+    }
+    if (m_state.frames.empty()) {
+        return QStringLiteral("Could not download\nany radar images.\n");
+    }
+    return missing > 0 ? QStringLiteral("Could not get\nall images.\n") : QString();
 }
 
 void RadarUpdate::discardFrames() {
@@ -69,8 +79,6 @@ void RadarUpdate::discardFrames() {
 int RadarUpdate::fetchFrames(
     CHttpTransfer& transfer, FileTime newest, const std::set<QString>& listing
 ) {
-    // A folder that cannot be made shows in the downloads, which fail.
-    static_cast<void>(EnsureFolder(siteFolder()));
     const int wanted = m_state.animate ? m_state.frameCount : 1;
     FileTime searchTime = newest + kSearchLead;
     for (int done = 0; done < wanted; ++done) {
@@ -123,11 +131,11 @@ bool RadarUpdate::FetchFrame(
 bool RadarUpdate::loadFrame(CHttpTransfer& transfer, const QString& name, RadarFrame& frame) {
     const QString cached = siteFolder() + u'/' + name;
     const QString path = listingDirectory(m_state.siteId, productCode()) + name;
-    if (!transfer.DownloadIfAbsent(path, cached)) {
-        return false;
-    }
-    frame.bitmap = LoadImageFile(cached, kMostRadarPixels);
-    if (!frame.bitmap) {
+    const auto load = [&] {
+        frame.bitmap = LoadImageFile(cached, kMostRadarPixels);
+        return frame.bitmap != nullptr;
+    };
+    if (!load() && !(fetch(transfer, path, cached) && load())) {
         return false;
     }
     frame.path = cached;
@@ -136,11 +144,20 @@ bool RadarUpdate::loadFrame(CHttpTransfer& transfer, const QString& name, RadarF
     return true;
 }
 
+bool RadarUpdate::fetch(CHttpTransfer& transfer, const QString& path, const QString& cached) {
+    if (!m_writeFailure.isEmpty()) {
+        return false;
+    }
+    const bool fetched = transfer.DownloadToFile(path, cached, kGifFile);
+    m_writeFailure = transfer.writeFailure();
+    return fetched;
+}
+
 /// Burns the present warnings, always fetched anew, into every frame.
 void RadarUpdate::drawWarnings(CHttpTransfer& transfer) {
     const QString cached = siteFolder() + u'/' + warningsFileName(m_state.siteId);
     const QString path = warningsPath(m_state.siteId, ProductRange(m_state.product).toString());
-    if (!transfer.DownloadToFile(path, cached)) {
+    if (!fetch(transfer, path, cached)) {
         return;
     }
     const Bitmap warnings = LoadImageFile(cached, kMostRadarPixels);
@@ -155,8 +172,10 @@ void RadarUpdate::drawWarnings(CHttpTransfer& transfer) {
 }
 
 void RadarUpdate::setStatus(const QString& status) {
-    m_state.status = status;
-    m_observer.statusChanged(status);
+    if (m_state.status != status) {
+        m_state.status = status;
+        m_observer.statusChanged(status);
+    }
 }
 
 bool RadarUpdate::fail(const QString& status) {
@@ -171,29 +190,6 @@ QString RadarUpdate::siteFolder() const {
 
 QString RadarUpdate::productCode() const {
     return ProductCode(m_state.product).toString();
-}
-
-bool RequestUpdate(RadarState& state, RadarView& view, const QString& host) {
-    const ImagePixel centre = view.centrePixel();
-    const bool inside = 0 <= centre.column && centre.column < state.imageWidth && 0 <= centre.row &&
-                        centre.row < state.imageHeight;
-    if (!inside) {
-        const GeoPosition position = view.centrePosition();
-        const QStringView nearest = NearestSite(position.latitude, position.longitude);
-        // A world file of nonsense can put the centre nowhere: the site stays then.
-        if (!nearest.isEmpty()) {
-            return view.changeSite(nearest.toString());
-        }
-    }
-    view.showWaiting(true);
-    bool updated = false;
-    {
-        CHttpTransfer transfer(host, true, false);
-        updated = RadarUpdate(state, view).UpdateRadar(transfer);
-    }
-    view.showWaiting(false);
-    view.repaint();
-    return updated;
 }
 
 } // namespace raincast

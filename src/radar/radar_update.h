@@ -10,7 +10,6 @@
 namespace raincast {
 
 class CHttpTransfer;
-class RadarView;
 
 /// Who is told of an update while it runs. All calls come from inside the update, on its thread.
 class RadarUpdateObserver {
@@ -27,17 +26,20 @@ public:
 
 /// Fills a state's frame list from the radar image server: the newest frame of its site and product
 /// and, with animation on, older ones that lie at least the chosen interval apart. Frames are kept
-/// as files in the cache and not fetched again. Blocks until it is done.
+/// as files in the cache and not fetched again, unless a file turns out to be no picture. Blocks
+/// until it is done.
 ///
-/// State and observer are borrowed; the object keeps nothing of its own and lives for one action.
+/// State and observer are borrowed; the object lives for one action. Once a file could not be
+/// written it fetches no more: what the cache holds is shown.
 class RadarUpdate {
 public:
     RadarUpdate(RadarState& state, RadarUpdateObserver& observer)
         : m_state(state), m_observer(observer) {}
 
     /// The update proper. True when at least the newest frame was obtained. What went wrong stands
-    /// in the state's status text, which stays empty only when every wanted frame was obtained;
-    /// missing warnings are no failure.
+    /// in the state's status text, which stays empty only when every wanted frame was obtained and
+    /// the cache could be written; missing warnings are no failure. A frame that the listing dates
+    /// more than a day ahead is none.
     [[nodiscard]] bool UpdateRadar(CHttpTransfer& transfer);
 
     /// Finds, downloads and loads the newest listed frame that is at least a minute older than
@@ -53,22 +55,20 @@ public:
     void discardFrames();
 
 private:
+    [[nodiscard]] QString outcome(int missing) const;
     void setStatus(const QString& status);
     bool fail(const QString& status);
     int fetchFrames(CHttpTransfer& transfer, FileTime newest, const std::set<QString>& listing);
     void prepend(RadarFrame frame);
     bool loadFrame(CHttpTransfer& transfer, const QString& name, RadarFrame& frame);
+    bool fetch(CHttpTransfer& transfer, const QString& path, const QString& cached);
     void drawWarnings(CHttpTransfer& transfer);
     [[nodiscard]] QString siteFolder() const;
     [[nodiscard]] QString productCode() const;
 
     RadarState& m_state;
     RadarUpdateObserver& m_observer;
+    QString m_writeFailure; ///< why the cache could not be written
 };
-
-/// What commands and automatic updates call. While the view's centre lies inside the radar image,
-/// updates the site that is shown, from the server `host` (HOST or HOST:PORT); otherwise changes to
-/// the site nearest to the centre. With no image loaded yet no point lies inside.
-bool RequestUpdate(RadarState& state, RadarView& view, const QString& host);
 
 } // namespace raincast

@@ -21,8 +21,6 @@ public:
     /// The image is placed anew. `centre` is where the view's centre was before; a longitude of 0
     /// means that it was nowhere.
     virtual void geoReferenceChanged(GeoPosition centre) = 0;
-    /// Loads another site's basemaps and then its radar; the result is the update's.
-    virtual bool changeSite(const QString& siteId) = 0;
     /// Shows or hides that the user has to wait.
     virtual void showWaiting(bool waiting) = 0;
     /// A load has put other layers in place.

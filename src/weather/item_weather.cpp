@@ -108,7 +108,6 @@ public:
         return m_item.CItemMapView::geoReference();
     }
     void geoReferenceChanged(GeoPosition centre) override { m_item.placeImage(centre); }
-    bool changeSite(const QString& siteId) override { return m_item.loadBasemaps(siteId, true); }
     void showWaiting(bool waiting) override {
         if (waiting) {
             QGuiApplication::setOverrideCursor(Qt::WaitCursor);
@@ -340,7 +339,7 @@ bool CItemWeather::requestUpdate() {
     if (!geoReference().valid()) {
         return loadBasemaps(m_state.siteId, true);
     }
-    return RequestUpdate(m_state, *m_viewOfLoads, CServers::current().radar);
+    return RequestUpdate(m_state, m_layers, m_basemaps, *m_viewOfLoads, CServers::current());
 }
 
 bool CItemWeather::wholeImageInView() const {

@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStringList>
+#include <QTextLayout>
 
 #include <algorithm>
 
@@ -19,17 +20,37 @@ constexpr int kStatusTopMargin = 8;
 constexpr QColor kProgressGround(255, 255, 255);
 constexpr QColor kProgressDone(0, 90, 200);
 
+/// A line in pieces that fit a width, broken between words where that is possible: a folder's path
+/// can be long.
+QStringList fittingLines(const QString& line, const QFont& font, int width) {
+    QTextLayout layout(line, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QStringList pieces;
+    layout.beginLayout();
+    for (QTextLine piece = layout.createLine(); piece.isValid(); piece = layout.createLine()) {
+        piece.setLineWidth(width);
+        pieces += line.mid(piece.textStart(), piece.textLength()).trimmed();
+    }
+    layout.endLayout();
+    return pieces;
+}
+
 void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
     const QFontMetrics metrics = painter.fontMetrics();
     const QRect inner =
         area.adjusted(kStatusMargin, kStatusTopMargin, -kStatusMargin, -kStatusMargin);
     int top = inner.top();
     for (const QString& line : status.split(u'\n')) {
-        if (!line.isEmpty()) {
-            const int width = metrics.horizontalAdvance(line);
-            drawTextBox(painter, {inner.left() + (inner.width() - width) / 2, top}, line);
+        if (line.isEmpty()) {
+            top += metrics.lineSpacing();
         }
-        top += metrics.lineSpacing();
+        for (const QString& piece : fittingLines(line, painter.font(), inner.width())) {
+            const int width = metrics.horizontalAdvance(piece);
+            drawTextBox(painter, {inner.left() + (inner.width() - width) / 2, top}, piece);
+            top += metrics.lineSpacing();
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Runs the program itself against a server, as a script would.
 #include "fetch/fetch_command.h"
+#include "support/files.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
@@ -11,6 +12,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cerrno>
 
 namespace raincast {
 namespace {
@@ -38,6 +42,10 @@ protected:
         environment.insert("RAINCAST_CARD_ROOT", m_folder.filePath("cards"));
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_folder.path());
+        process.setChildProcessModifier([this] {
+            const rlimit limit{m_mostBytesOfAFile, m_mostBytesOfAFile};
+            setrlimit(RLIMIT_FSIZE, &limit);
+        });
         process.start(QStringLiteral(RAINCAST_FETCH_PROGRAM), arguments);
         EXPECT_TRUE(process.waitForFinished(kDeadlineMilliseconds));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
@@ -61,6 +69,13 @@ protected:
         return m_folder.filePath("cache/MUX/" + name).toStdString();
     }
 
+    /// What is said of a cache that cannot be written.
+    [[nodiscard]] std::string cacheFailure(int error) const {
+        return "Could not write to\nthe cache folder\n" + m_folder.filePath("cache").toStdString() +
+               ":\n" + qt_error_string(error).toStdString() + ".\n";
+    }
+
+    rlim_t m_mostBytesOfAFile = RLIM_INFINITY; ///< a small one is a full disk
     QTemporaryDir m_folder;
     HttpServer m_server;
 };
@@ -106,6 +121,21 @@ TEST_F(FetchCommandTest, WrongUsageIsStatusTwo) {
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.output, "");
     EXPECT_THAT(result.errors, HasSubstr("There is no site MUY."));
+    EXPECT_EQ(m_server.count(), 0);
+}
+
+TEST_F(FetchCommandTest, AServerIsHostAndPortOnly) {
+    for (const QString& server :
+         {"http://" + m_server.host(), m_server.host() + "/ridge", QStringLiteral("127.0.0.1:0"),
+          QStringLiteral("127.0.0.1:65536"), QStringLiteral("127.0.0.1:"), QStringLiteral("a b")}) {
+        const Result result = run({"MUX", "--radar-server", server, "--cache", "cache"});
+        EXPECT_EQ(result.status, 2) << server.toStdString();
+        EXPECT_EQ(
+            result.errors, "raincast-fetch: --radar-server takes HOST or HOST:PORT, the port 1 to "
+                           "65535.\nTry raincast-fetch --help.\n"
+        );
+        EXPECT_FALSE(QFile::exists(m_folder.filePath("cache"))) << server.toStdString();
+    }
     EXPECT_EQ(m_server.count(), 0);
 }
 
@@ -187,10 +217,57 @@ TEST_F(FetchCommandTest, WithoutAFolderForTheCacheNothingIsAskedFor) {
     EXPECT_EQ(run({"MUX", "--quiet", "--radar-server", m_server.host()}).errors, "");
 }
 
+TEST_F(FetchCommandTest, ACacheFolderThatCannotBeWrittenIsNamed) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    writeFile(m_folder.filePath("cache"), "a file where the folder should be");
+    const Result result = fetch({"MUX"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "Updating radar image...\n" + cacheFailure(ENOTDIR));
+    EXPECT_EQ(fetch({"MUX", "--quiet"}).errors, "");
+
+    ASSERT_TRUE(QFile::remove(m_folder.filePath("cache")));
+    m_mostBytesOfAFile = 10;
+    const Result full = fetch({"MUX", "--verbose"});
+    EXPECT_EQ(full.status, 1);
+    EXPECT_THAT(full.errors, EndsWith(cacheFailure(EFBIG)));
+    EXPECT_THAT(
+        full.errors,
+        HasSubstr("_0554_N0R.gif 200, not written: " + qt_error_string(EFBIG).toStdString())
+    );
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(cached("MUX_20190519_0554_N0R.gif"))));
+}
+
+TEST_F(FetchCommandTest, AnOlderFrameForWantOfRoomIsSomeFrames) {
+    publish({"MUX_20190519_0542_N0R.gif"});
+    EXPECT_EQ(fetch({"MUX"}).status, 0);
+    publish({"MUX_20190519_0542_N0R.gif", "MUX_20190519_0554_N0R.gif"});
+    m_mostBytesOfAFile = 10;
+    const Result result = fetch({"MUX"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.output, cached("MUX_20190519_0542_N0R.gif") + "\t5:42\n");
+    EXPECT_EQ(result.errors, "Updating radar image...\n" + cacheFailure(EFBIG));
+}
+
+TEST_F(FetchCommandTest, ALogInPageIsNoFrame) {
+    publish({"MUX_20190519_0554_N0R.gif"});
+    const QString frame = "/ridge/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif";
+    m_server.serve(frame, "<html>Please log in</html>");
+    const Result result = fetch({"MUX", "--verbose"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr(frame.toStdString() + " 200, no GIF image\n"));
+    EXPECT_THAT(result.errors, EndsWith("Could not download\nany radar images.\n"));
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(cached("MUX_20190519_0554_N0R.gif"))));
+
+    publish({"MUX_20190519_0554_N0R.gif"});
+    EXPECT_EQ(fetch({"MUX"}).status, 0);
+}
+
 TEST_F(FetchCommandTest, QuietSaysNothingOfADefectiveFrame) {
     // A JPEG's start, frame header and end, but no picture.
     const QByteArray defective =
         QByteArray::fromHex("FFD8 FFC0000B080010001001011100 FFDA0008010100003F00 FFD9");
+    writeFile(QString::fromStdString(cached("MUX_20190519_0554_N0R.gif")), defective);
     publish({"MUX_20190519_0554_N0R.gif"});
     m_server.serve("/ridge/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif", defective);
     const Result result = fetch({"MUX", "--quiet"});

@@ -31,6 +31,7 @@ protected:
         for (QByteArrayView piece = session.read(); !piece.isEmpty(); piece = session.read()) {
             body += piece.toByteArray();
         }
+        session.close();
         return body;
     }
     [[nodiscard]] std::string outcome() const {
@@ -87,6 +88,56 @@ TEST_F(HttpSessionTest, ReadsBodiesOneAfterTheOther) {
     EXPECT_EQ(readAll(session), "small");
     EXPECT_TRUE(session.read().isEmpty());
     EXPECT_EQ(server.connections(), 1);
+}
+
+TEST_F(HttpSessionTest, EachRequestIsReportedOnceWhenItIsClosed) {
+    HttpServer server;
+    server.serve("/", "body");
+    {
+        HttpSession session;
+        session.close("nothing was asked for");
+        EXPECT_EQ(m_http.finished.size(), 0U);
+        ASSERT_TRUE(session.open(url(server.host())));
+        while (!session.read().isEmpty()) {
+        }
+        EXPECT_EQ(m_http.finished.size(), 0U);
+        session.close("no picture");
+        EXPECT_EQ(outcome(), "200, no picture");
+        session.close("said already");
+        EXPECT_EQ(m_http.finished.size(), 1U);
+        ASSERT_TRUE(session.open(url(server.host())));
+        ASSERT_TRUE(session.open(url(server.host())));
+        EXPECT_EQ(m_http.finished.size(), 2U);
+    }
+    EXPECT_EQ(m_http.finished.size(), 3U);
+    EXPECT_EQ(outcome(), "200");
+}
+
+TEST_F(HttpSessionTest, ABodyIsWholeWhenAllOfItWasRead) {
+    struct Row {
+        const char* what;
+        FaultServer::Answer answer;
+        bool whole;
+    };
+    const QByteArray digits = "0123456789";
+    const Row rows[] = {
+        {"whole", answers::respond(200, digits), true},
+        {"empty", answers::respond(200, {}), true},
+        {"chunks", answers::chunked(digits, 3), true},
+        {"cut", answers::cut(digits, 5), false},
+        {"chunks that break off", answers::chunked(digits, 3, false), false},
+        {"stalled", answers::stall(digits), false},
+    };
+    ScopedHttp::waitBriefly();
+    for (const Row& row : rows) {
+        const FaultServer server(row.answer);
+        HttpSession session;
+        EXPECT_FALSE(session.bodyIsWhole()) << row.what;
+        ASSERT_TRUE(session.open(url(server.host()))) << row.what;
+        while (!session.read().isEmpty()) {
+        }
+        EXPECT_EQ(session.bodyIsWhole(), row.whole) << row.what;
+    }
 }
 
 TEST_F(HttpSessionTest, AnAbandonedBodyDoesNotReachTheNextRequest) {
@@ -225,8 +276,7 @@ TEST_F(HttpSessionTest, TheHookIsCalledWhileTheServerIsBusy) {
     });
     HttpSession session;
     ASSERT_TRUE(session.open(url(server.host())));
-    while (!session.read().isEmpty()) {
-    }
+    readAll(session);
     EXPECT_GE(calls, 3);
     EXPECT_EQ(outcome(), "200");
 }

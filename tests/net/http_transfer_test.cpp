@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "net/byte_allowance.h"
 #include "net/http_transfer.h"
 #include "support/fault_server.h"
 #include "support/files.h"
@@ -16,6 +17,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 
@@ -108,29 +110,6 @@ TEST_F(HttpTransferTest, ARedirectIsNotFollowed) {
     EXPECT_TRUE(files().empty());
 }
 
-TEST_F(HttpTransferTest, OnlyAnAbsentFileIsFetched) {
-    HttpServer server;
-    server.serve("/a", "new");
-    writeFile(local("empty"), "");
-    CountingConnectionManager manager;
-    {
-        CHttpTransfer transfer(server.host(), true, false);
-        EXPECT_TRUE(transfer.DownloadIfAbsent("/a", local("empty")));
-        EXPECT_TRUE(transfer.DownloadIfAbsent("/a", m_folder.path()));
-        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::NotYet);
-    }
-    EXPECT_EQ(server.count(), 0);
-    EXPECT_EQ(manager.established, 0);
-    EXPECT_EQ(manager.released, 0);
-    EXPECT_EQ(readFile(local("empty")), "");
-
-    CHttpTransfer transfer(server.host(), true, false);
-    EXPECT_TRUE(transfer.DownloadIfAbsent("/a", local("absent")));
-    EXPECT_TRUE(transfer.DownloadIfAbsent("/a", local("absent")));
-    EXPECT_EQ(readFile(local("absent")), "new");
-    EXPECT_EQ(server.count(), 1);
-}
-
 // Listings
 
 TEST_F(HttpTransferTest, AListingGivesItsQuotedStrings) {
@@ -219,7 +198,7 @@ TEST_F(HttpTransferTest, AFailedConnectIsNotTriedAgain) {
         EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Failed);
         Strings strings;
         EXPECT_FALSE(transfer.FetchQuotedStrings("/", strings));
-        EXPECT_FALSE(transfer.DownloadIfAbsent("/a", local()));
+        EXPECT_FALSE(transfer.DownloadToFile("/a", local()));
         EXPECT_EQ(lastOutcome(), "not tried again");
         EXPECT_EQ(manager.established, 1);
     }
@@ -316,21 +295,136 @@ TEST_F(HttpTransferTest, AConnectionResetInTheMiddleKeepsWhatCame) {
     EXPECT_EQ(readFile(local()), "fine");
 }
 
-TEST_F(HttpTransferTest, ABrokenOffFileCountsAsPresent) {
+TEST_F(HttpTransferTest, ABrokenOffFileIsKeptAsItCame) {
     FaultServer server(answers::cut("whole", 2));
     CHttpTransfer transfer(server.host(), true, false);
-    EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
-    EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
+    EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(readFile(local()), "wh");
-    EXPECT_EQ(server.requests().size(), 1U);
 }
 
-TEST_F(HttpTransferTest, ABodyEndsAtItsLimit) {
-    httpLimits().fileBytes = 1000;
-    FaultServer server(answers::respond(200, QByteArray(100'000, 'x')));
+// Kinds
+
+const FileKind kDigits{
+    "digits", 4, [](QByteArrayView first) { return first.size() == 4 && first.front() == '0'; },
+    false};
+
+TEST_F(HttpTransferTest, ABodyOfAnotherKindIsNoFile) {
+    struct Row {
+        const char* what;
+        FaultServer::Answer answer;
+        bool kept;
+        std::string outcome;
+    };
+    const Row rows[] = {
+        {"the kind", answers::respond(200, "0123456789"), true, "200"},
+        {"just what tells", answers::respond(200, "0123"), true, "200"},
+        {"in pieces", answers::chunked("0123456789", 1), true, "200"},
+        {"cut", answers::cut("0123456789", 5), true, "200, "},
+        {"a page", answers::respond(200, "<html>Please log in</html>"), false, "200, no digits"},
+        {"too short to tell", answers::respond(200, "012"), false, "200, no digits"},
+        {"nothing", answers::respond(200, {}), false, "200, no digits"},
+        {"a page without end", answers::hugeListing(100 << 20), false, "200, no digits"},
+        {"cut before it tells", answers::cut("0123456789", 3), false, "no digits"},
+        {"compressed unasked",
+         answers::respond(200, "\x1F\x8B\x08 0123", "Content-Encoding: gzip\r\n"), false,
+         "200, no digits"},
+        {"to another host", answers::redirect(302, "http://127.0.0.1:1/login"), false, "302"},
+    };
+    writeFile(local("old"), "old");
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        const FaultServer server(row.answer);
+        CHttpTransfer transfer(server.host(), true, false);
+        EXPECT_EQ(transfer.DownloadToFile("/", local("new"), kDigits), row.kept);
+        EXPECT_EQ(QFile::exists(local("new")), row.kept);
+        EXPECT_THAT(lastOutcome(), HasSubstr(row.outcome));
+        EXPECT_EQ(transfer.writeFailure(), "");
+        QFile::remove(local("new"));
+        EXPECT_EQ(transfer.DownloadToFile("/", local("old"), kDigits), row.kept);
+        EXPECT_EQ(readFile(local("old")) != "old", row.kept) << "a good file gives way to none";
+        writeFile(local("old"), "old");
+        EXPECT_EQ(files(), "old");
+    }
+}
+
+TEST_F(HttpTransferTest, AKindThatMustBeWholeIsNotKeptInPart) {
+    FileKind whole = kDigits;
+    whole.mustBeWhole = true;
+    ScopedHttp::waitBriefly();
+    FaultServer server(answers::respond(200, "0123456789"));
+    server.on("/cut", answers::cut("0123456789", 9));
+    server.on("/chunks", answers::chunked("0123456789", 3, false));
+    server.on("/stall", answers::stall("0123456789"));
+    CHttpTransfer transfer(server.host(), true, false);
+    EXPECT_TRUE(transfer.DownloadToFile("/", local(), whole));
+    for (const char* path : {"/cut", "/chunks", "/stall"}) {
+        EXPECT_FALSE(transfer.DownloadToFile(path, local(), whole)) << path;
+        EXPECT_THAT(lastOutcome(), testing::EndsWith(", not whole")) << path;
+    }
+    EXPECT_EQ(readFile(local()), "0123456789");
+}
+
+// Limits
+
+TEST_F(HttpTransferTest, TheLimitsAreKnown) {
+    const HttpLimits limits;
+    EXPECT_EQ(limits.connectTimeout, std::chrono::seconds(30));
+    EXPECT_EQ(limits.stallTime, std::chrono::seconds(30));
+    EXPECT_EQ(limits.stallBytesPerSecond, 64);
+    EXPECT_EQ(limits.totalTime, std::chrono::minutes(10));
+    EXPECT_EQ(limits.listingBytes, 8'388'608);
+    EXPECT_EQ(limits.fileBytes, 4'194'304);
+    EXPECT_EQ(limits.actionBytes, 67'108'864);
+}
+
+TEST_F(HttpTransferTest, AFileOfMoreThanFourMebibytesIsRefused) {
+    const QByteArray most(4 << 20, 'x');
+    FaultServer server(answers::respond(200, most));
+    server.on("/more", answers::respond(200, most + 'x'));
+    server.on("/chunks", answers::chunked(most + 'x', 1 << 20));
+    server.on("/endless", answers::hugeListing(qint64{1} << 40));
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
-    EXPECT_EQ(readFile(local()), QByteArray(1000, 'x'));
+    EXPECT_EQ(readFile(local()), most);
+    for (const char* path : {"/more", "/chunks", "/endless"}) {
+        EXPECT_FALSE(transfer.DownloadToFile(path, local("more"))) << path;
+        EXPECT_EQ(lastOutcome(), "200, larger than a file may be") << path;
+    }
+    EXPECT_EQ(files(), "file");
+}
+
+TEST_F(HttpTransferTest, AnActionBringsNoMoreThanItMay) {
+    httpLimits().actionBytes = 25'000;
+    FaultServer server(answers::respond(200, QByteArray(10'000, 'x')));
+    const auto allowance = std::make_shared<ByteAllowance>();
+    CHttpTransfer first(server.host(), true, false, allowance);
+    CHttpTransfer second(server.host(), true, false, allowance);
+    EXPECT_TRUE(first.DownloadToFile("/", local("a")));
+    EXPECT_TRUE(second.DownloadToFile("/", local("b")));
+    EXPECT_FALSE(first.DownloadToFile("/", local("c")));
+    EXPECT_EQ(lastOutcome(), "200, more than one update may bring");
+    EXPECT_EQ(server.requests().size(), 3U);
+    EXPECT_FALSE(second.DownloadToFile("/", local("d")));
+    EXPECT_EQ(lastOutcome(), "not tried again");
+    EXPECT_EQ(server.requests().size(), 3U);
+    EXPECT_EQ(files(), "a b");
+
+    CHttpTransfer next(server.host(), true, false);
+    EXPECT_TRUE(next.DownloadToFile("/", local("c")));
+}
+
+TEST_F(HttpTransferTest, WhatIsRefusedCountsAsBrought) {
+    httpLimits().fileBytes = 1'000;
+    httpLimits().actionBytes = 25'000;
+    FaultServer server(answers::respond(404, QByteArray(5'000, 'x')));
+    server.on("/large", answers::respond(200, QByteArray(2'000, 'x')));
+    CHttpTransfer transfer(server.host(), true, false);
+    int tried = 0;
+    while (tried < 100 && lastOutcome() != "not tried again") {
+        EXPECT_FALSE(transfer.DownloadToFile(tried % 2 == 0 ? "/large" : "/", local()));
+        ++tried;
+    }
+    EXPECT_LT(tried, 12);
 }
 
 // Servers that keep us waiting. Each object then gives up, or every frame of an update would wait
@@ -509,12 +603,15 @@ TEST_F(HttpTransferTest, AFolderThatIsNotThereOrNoFolderFails) {
     HttpServer server;
     server.serve("/", "x");
     writeFile(local(), "a file");
-    CHttpTransfer transfer(server.host(), true, false);
-    EXPECT_FALSE(transfer.DownloadToFile("/", local("absent/file")));
-    EXPECT_FALSE(transfer.DownloadToFile("/", local("file/file")));
-    EXPECT_FALSE(transfer.DownloadToFile("/", m_folder.path()));
-    EXPECT_TRUE(transfer.DownloadToFile("/", local("fine")));
-    EXPECT_EQ(files(), "file fine");
+    const auto failure = [&](const QString& path) {
+        CHttpTransfer transfer(server.host(), true, false);
+        EXPECT_FALSE(transfer.DownloadToFile("/", path));
+        return transfer.writeFailure();
+    };
+    EXPECT_EQ(failure(local("absent/file")), qt_error_string(ENOENT));
+    EXPECT_EQ(failure(local("file/file")), qt_error_string(ENOTDIR));
+    EXPECT_EQ(failure(m_folder.path()), qt_error_string(EISDIR));
+    EXPECT_EQ(files(), "file");
 }
 
 TEST_F(HttpTransferTest, AFolderThatMayNotBeWrittenFails) {
@@ -530,6 +627,7 @@ TEST_F(HttpTransferTest, AFolderThatMayNotBeWrittenFails) {
     }
     CHttpTransfer transfer(server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(transfer.writeFailure(), qt_error_string(EACCES));
     EXPECT_EQ(seteuid(user), 0);
     QFile::setPermissions(m_folder.path(), old);
     EXPECT_TRUE(files().empty());
@@ -544,8 +642,10 @@ TEST_F(HttpTransferTest, AFullDiskLeavesTheOldFileAndNoShortOne) {
     {
         const FullDisk disk(100'000);
         EXPECT_FALSE(transfer.DownloadToFile("/large", local("old")));
-        EXPECT_FALSE(transfer.DownloadIfAbsent("/large", local("new")));
+        EXPECT_EQ(transfer.writeFailure(), qt_error_string(EFBIG));
+        EXPECT_EQ(lastOutcome(), "200, not written: " + qt_error_string(EFBIG).toStdString());
         EXPECT_TRUE(transfer.DownloadToFile("/small", local("small")));
+        EXPECT_EQ(transfer.writeFailure(), "");
     }
     EXPECT_EQ(readFile(local("old")), "old");
     EXPECT_EQ(files(), "old small");
@@ -563,17 +663,17 @@ TEST_F(HttpTransferTest, OnceTheProgramIsToEndNoRequestBegins) {
     EXPECT_FALSE(transfer.DownloadToFile("/file", local("second")));
     EXPECT_FALSE(transfer.FetchQuotedStrings("/file", strings));
     EXPECT_EQ(lastOutcome(), "not tried again");
-    EXPECT_TRUE(transfer.DownloadIfAbsent("/file", local("first"))) << "nothing to ask for";
     EXPECT_EQ(files(), "first");
 }
 
-// The child dies by its own hand as soon as a part of the body is on disk.
+// The child dies by its own hand in the middle of the body.
 TEST_F(HttpTransferTest, AProgramKilledInTheMiddleLeavesNoHalfFile) {
     FaultServer server(answers::stall(QByteArray(100'000, 'x')));
     const pid_t child = fork();
     if (child == 0) {
+        int waits = 0;
         httpHooks().waiting = [&] {
-            if (QFileInfo(local() + ".part").size() > 0) {
+            if (++waits == 3) {
                 kill(getpid(), SIGKILL);
             }
         };
@@ -583,11 +683,12 @@ TEST_F(HttpTransferTest, AProgramKilledInTheMiddleLeavesNoHalfFile) {
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status)) << WEXITSTATUS(status);
-    EXPECT_FALSE(QFileInfo::exists(local()));
+    EXPECT_EQ(files(), "");
 
+    writeFile(local("file.part"), "what one leaves that is killed while it writes");
     server.otherwise(answers::respond(200, "whole"));
     CHttpTransfer transfer(server.host(), false, false);
-    EXPECT_TRUE(transfer.DownloadIfAbsent("/", local()));
+    EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(readFile(local()), "whole");
     EXPECT_EQ(files(), "file");
 }

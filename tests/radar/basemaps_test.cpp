@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "geo/geo_reference.h"
 #include "radar/basemaps.h"
+#include "radar/cache.h"
 #include "radar/radar_view.h"
+#include "support/fault_server.h"
 #include "support/files.h"
+#include "support/full_disk.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
@@ -14,6 +17,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <limits>
+
 namespace raincast {
 namespace {
 
@@ -22,6 +28,22 @@ using ::testing::ElementsAre;
 const QString kLoading = QStringLiteral("Loading basemap...\n");
 const QString kNoInternet =
     QStringLiteral("Failed to access\nthe internet. Please\ncheck your connection\nsettings.");
+
+const QString kFrames = QStringLiteral("/ridge/RadarImg/N0R/MUX/");
+
+/// A file of the tree, and whether a load ends without it.
+struct TreeFile {
+    const char* path;
+    bool required;
+};
+constexpr TreeFile kFiles[] = {
+    {"/ridge/Overlays/Cities/Short/MUX_City_Short.gfw", true},
+    {"/ridge/Overlays/Topo/Short/MUX_Topo_Short.jpg", true},
+    {"/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", true},
+    {"/ridge/Overlays/Highways/Short/MUX_Highways_Short.gif", false},
+    {"/weather_radar/basemaps/MUX_County_Short.gif", false},
+    {"/weather_radar/basemaps/MUX_City_Short.gif", false},
+};
 
 constexpr QRgb kRed = 0xFFFF0000;
 
@@ -35,16 +57,17 @@ public:
         EXPECT_EQ(m_state.status, statuses.back());
     }
     void progress(int done, int wanted) override { steps.emplace_back(done, wanted); }
-    [[nodiscard]] ImagePixel centrePixel() const override { return {}; }
+    [[nodiscard]] ImagePixel centrePixel() const override { return pixel; }
     [[nodiscard]] GeoPosition centrePosition() const override {
-        return m_geoReference.valid() ? GeoPosition{37.5, -121.5} : GeoPosition{};
+        return m_geoReference.valid() ? position : GeoPosition{};
     }
     [[nodiscard]] GeoReference& geoReference() override { return m_geoReference; }
     void geoReferenceChanged(GeoPosition centre) override { centres.push_back(centre); }
-    bool changeSite(const QString& /*siteId*/) override { return false; }
     void showWaiting(bool waiting) override { waits += waiting ? "wait " : "go on "; }
     void contentChanged() override { ++changes; }
 
+    ImagePixel pixel{300, 275};
+    GeoPosition position{37.5, -121.5};
     std::vector<QString> statuses;
     std::vector<std::pair<int, int>> steps;
     std::vector<GeoPosition> centres;
@@ -78,6 +101,32 @@ protected:
             m_state, m_shown, m_basemaps, m_view, {m_radar.host(), m_basemap.host()}, "MUX",
             updateRadar
         );
+    }
+    bool request() {
+        return RequestUpdate(
+            m_state, m_shown, m_basemaps, m_view, {m_radar.host(), m_basemap.host()}
+        );
+    }
+    void publishFrame() {
+        m_radar.serve(kFrames, "\"MUX_20190519_0554_N0R.gif\"");
+        m_radar.serve(kFrames + "MUX_20190519_0554_N0R.gif", test::columnGif(60));
+    }
+    /// The server that has a file of the tree.
+    [[nodiscard]] HttpServer& serverOf(const QString& path) {
+        return path.startsWith("/ridge/") ? m_radar : m_basemap;
+    }
+    [[nodiscard]] QString cached(const QString& path) const {
+        return m_state.cacheFolder + "/MUX/" + path.section(u'/', -1);
+    }
+    void clearCache() { QDir(m_state.cacheFolder).removeRecursively(); }
+    void expectAllLayers(const char* what) {
+        EXPECT_EQ(m_basemaps.missing, 0) << what;
+        ASSERT_TRUE(m_basemaps.topo && m_basemaps.overlay) << what;
+        EXPECT_EQ(topoAt(10), kRed) << what;
+        EXPECT_EQ(qGreen(topoAt(11)), 120) << what;
+        for (const int column : {20, 30, 40}) {
+            EXPECT_EQ(overlayAt(column), kRed) << what << ' ' << column;
+        }
     }
     [[nodiscard]] QRgb topoAt(int column) const { return m_basemaps.topo->pixel(column, 100); }
     [[nodiscard]] QRgb overlayAt(int column) const {
@@ -156,28 +205,126 @@ TEST_F(BasemapsTest, LongRangeProductsHaveLayersOfTheirOwn) {
     EXPECT_EQ(m_radar.count("/ridge/Overlays/Cities/Long/MUX_City_Long.gfw"), 1);
 }
 
-/// What is missing, and what comes of it.
-struct Missing {
-    const char* path;
-    bool onRadarServer;
-    bool required;
-};
-
 TEST_F(BasemapsTest, WorldFileTopoAndRiversAreRequiredAndOthersAreNot) {
-    const Missing rows[] = {
-        {"/ridge/Overlays/Cities/Short/MUX_City_Short.gfw", true, true},
-        {"/ridge/Overlays/Topo/Short/MUX_Topo_Short.jpg", true, true},
-        {"/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", true, true},
-        {"/ridge/Overlays/Highways/Short/MUX_Highways_Short.gif", true, false},
-        {"/weather_radar/basemaps/MUX_County_Short.gif", false, false},
-        {"/weather_radar/basemaps/MUX_City_Short.gif", false, false},
-    };
-    for (const Missing& row : rows) {
-        QDir(m_state.cacheFolder).removeRecursively();
+    for (const TreeFile& file : kFiles) {
+        clearCache();
         publish();
-        (row.onRadarServer ? m_radar : m_basemap).serve(row.path, "gone", 404);
-        EXPECT_EQ(load(), !row.required) << row.path;
-        EXPECT_EQ(m_state.status, row.required ? kNoInternet : QString()) << row.path;
+        serverOf(file.path).serve(file.path, "gone", 404);
+        EXPECT_EQ(load(), !file.required) << file.path;
+        EXPECT_EQ(m_state.status, file.required ? kNoInternet : QString()) << file.path;
+    }
+}
+
+TEST_F(BasemapsTest, ABodyThatIsNotWhatItShouldBeIsADownloadThatFailed) {
+    const QByteArray bodies[] = {
+        "<html>Please log in</html>", "", QByteArray::fromHex("1F8B08") + test::columnGif(10)};
+    for (const TreeFile& file : kFiles) {
+        for (const QByteArray& body : bodies) {
+            SCOPED_TRACE(file.path + (" " + body.left(6).toStdString()));
+            clearCache();
+            publish();
+            serverOf(file.path).serve(file.path, body);
+            EXPECT_EQ(load(), !file.required);
+            EXPECT_EQ(m_state.status, file.required ? kNoInternet : QString());
+            EXPECT_FALSE(QFile::exists(cached(file.path)));
+            publish();
+            ASSERT_TRUE(load());
+            expectAllLayers(file.path);
+        }
+    }
+}
+
+TEST_F(BasemapsTest, APictureOfAnotherKindIsNotKept) {
+    m_radar.serve(kFiles[1].path, test::columnGif(10)); // a GIF for a JPEG
+    EXPECT_FALSE(load());
+    EXPECT_EQ(m_state.status, kNoInternet);
+    publish();
+    m_radar.serve(kFiles[2].path, test::topoJpeg());
+    EXPECT_FALSE(load());
+    EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "MUX_City_Short.gfw MUX_Topo_Short.jpg");
+}
+
+TEST_F(BasemapsTest, ANetworkThatWantsALogInLeavesNothingBehind) {
+    for (const auto& answer :
+         {answers::respond(200, "<html><a href=\"/login\">Please log in</a>"),
+          answers::redirect(302, "http://login.example/")}) {
+        const FaultServer portal(answer);
+        EXPECT_FALSE(LoadBasemaps(
+            m_state, m_shown, m_basemaps, m_view, {portal.host(), portal.host()}, "MUX", true
+        ));
+        EXPECT_EQ(m_state.status, kNoInternet);
+        EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
+        ASSERT_TRUE(load());
+        expectAllLayers("on the next network");
+        clearCache();
+    }
+}
+
+TEST_F(BasemapsTest, ACachedFileThatIsNoneIsFetchedAgain) {
+    const QByteArray defects[] = {
+        "", "<html>Please log in</html>", "GIF89a", test::topoJpeg().first(1000),
+        "0.009\n0\n0\n-0.009\n-124.6\n"};
+    for (const TreeFile& file : kFiles) {
+        for (const QByteArray& defect : defects) {
+            SCOPED_TRACE(file.path + (" " + defect.left(6).toStdString()));
+            writeFile(cached(file.path), defect);
+            const int before = serverOf(file.path).count(file.path);
+            ASSERT_TRUE(load());
+            expectAllLayers(file.path);
+            EXPECT_EQ(serverOf(file.path).count(file.path), before + 1);
+        }
+    }
+}
+
+TEST_F(BasemapsTest, ACachedFileThatIsNoneAndCannotBeHadIsMissing) {
+    for (const TreeFile& file : kFiles) {
+        publish();
+        ASSERT_TRUE(load());
+        writeFile(cached(file.path), "<html>");
+        serverOf(file.path).serve(file.path, "", 503);
+        EXPECT_EQ(load(), !file.required) << file.path;
+        clearCache();
+    }
+}
+
+TEST_F(BasemapsTest, ALayerThatWasCutShortIsMissingUntilTheNextLoad) {
+    const QByteArray whole = test::columnGif(10);
+    m_radar.serve(kFiles[2].path, whole.first(whole.size() / 2));
+    ASSERT_TRUE(load()) << "it came, and nobody knows why it is defective";
+    EXPECT_EQ(m_basemaps.missing, 1);
+    EXPECT_EQ(qGreen(topoAt(10)), 120);
+    publish();
+    ASSERT_TRUE(load());
+    expectAllLayers("whole");
+}
+
+// A number that was cut would place the image elsewhere.
+TEST_F(BasemapsTest, AWorldFileThatBreaksOffIsNotKept) {
+    FaultServer server(answers::cut("0.009\n0\n0\n-0.009\n-124.6\n39.6\n", 28));
+    EXPECT_FALSE(LoadBasemaps(
+        m_state, m_shown, m_basemaps, m_view, {server.host(), m_basemap.host()}, "MUX", false
+    ));
+    EXPECT_EQ(m_state.status, kNoInternet);
+    EXPECT_FALSE(m_view.geoReference().valid());
+    EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
+}
+
+TEST_F(BasemapsTest, AnyOfTheFilesMayBeCachedWithoutTheOthers) {
+    for (const TreeFile& gone : kFiles) {
+        ASSERT_TRUE(load());
+        ASSERT_TRUE(QFile::remove(cached(gone.path)));
+        ASSERT_TRUE(load());
+        expectAllLayers(gone.path);
+        EXPECT_EQ(serverOf(gone.path).count(gone.path), 2) << gone.path;
+    }
+    for (const TreeFile& kept : kFiles) {
+        const QByteArray bytes = readFile(cached(kept.path));
+        clearCache();
+        writeFile(cached(kept.path), bytes);
+        const int before = serverOf(kept.path).count(kept.path);
+        ASSERT_TRUE(load());
+        expectAllLayers(kept.path);
+        EXPECT_EQ(serverOf(kept.path).count(kept.path), before) << kept.path;
     }
 }
 
@@ -205,32 +352,68 @@ TEST_F(BasemapsTest, AServerThatIsAwayTakesThePlacementAway) {
     EXPECT_EQ(m_state.status, kNoInternet);
 }
 
-TEST_F(BasemapsTest, ADefectiveCachedLayerStaysAwayAndIsNotFetchedAgain) {
-    writeFile(m_folder.filePath("cache/MUX/MUX_Topo_Short.jpg"), "no picture");
-    writeFile(m_folder.filePath("cache/MUX/MUX_County_Short.gif"), "");
-    ASSERT_TRUE(load());
-    EXPECT_FALSE(m_basemaps.topo);
-    EXPECT_EQ(overlayAt(10), kRed); // without a topo the rivers are in the overlay
-    EXPECT_EQ(overlayAt(30), kTransparentWhite);
-    EXPECT_EQ(m_radar.count("/ridge/Overlays/Topo/Short/MUX_Topo_Short.jpg"), 0);
-    EXPECT_EQ(m_basemap.count("/weather_radar/basemaps/MUX_County_Short.gif"), 0);
-}
-
 TEST_F(BasemapsTest, WithoutACacheFolderNothingIsAskedFor) {
     m_state.cacheFolder.clear();
     EXPECT_FALSE(load(true));
-    EXPECT_EQ(m_state.status, kNoInternet);
+    EXPECT_EQ(m_state.status, QStringLiteral("There is no folder\nfor the image cache.\n"));
     EXPECT_EQ(m_radar.count() + m_basemap.count(), 0);
     EXPECT_FALSE(m_view.geoReference().valid());
 }
 
-TEST_F(BasemapsTest, ALayerThatClaimsTooMuchStaysAway) {
-    const QByteArray huge = gifThatClaims({8000, 8000});
-    m_radar.serve("/ridge/Overlays/Topo/Short/MUX_Topo_Short.jpg", huge);
-    m_radar.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", huge);
+TEST_F(BasemapsTest, ACacheFolderThatCannotBeMadeIsTheCause) {
+    writeFile(m_state.cacheFolder, "a file where the folder should be");
+    EXPECT_FALSE(load(true));
+    EXPECT_EQ(m_state.status, cacheFailureText(m_state.cacheFolder, qt_error_string(ENOTDIR)));
+    EXPECT_EQ(m_radar.count() + m_basemap.count(), 0);
+}
+
+TEST_F(BasemapsTest, ACacheFolderThatCannotBeWrittenIsTheCause) {
+    publishFrame();
+    for (const TreeFile& file : kFiles) {
+        for (const bool updateRadar : {false, true}) {
+            clearCache();
+            // What is no file is not replaced, whoever asks.
+            ASSERT_TRUE(QDir().mkpath(cached(file.path)));
+            EXPECT_EQ(load(updateRadar), !file.required) << file.path;
+            EXPECT_EQ(
+                m_state.status, cacheFailureText(m_state.cacheFolder, qt_error_string(EISDIR))
+            ) << file.path;
+        }
+    }
+}
+
+TEST_F(BasemapsTest, AFullDiskIsTheCause) {
+    {
+        const FullDisk disk(100);
+        EXPECT_FALSE(load());
+    }
+    EXPECT_EQ(m_state.status, cacheFailureText(m_state.cacheFolder, qt_error_string(EFBIG)));
+    EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "MUX_City_Short.gfw");
     ASSERT_TRUE(load());
-    EXPECT_FALSE(m_basemaps.topo);
+    expectAllLayers("with room");
+}
+
+TEST_F(BasemapsTest, ALayerThatClaimsTooMuchStaysAway) {
+    m_radar.serve(kFiles[2].path, gifThatClaims({8000, 8000}));
+    ASSERT_TRUE(load());
+    EXPECT_EQ(m_basemaps.missing, 1);
+    EXPECT_EQ(m_basemaps.topo->size(), QSize(600, 550));
     EXPECT_EQ(m_basemaps.overlay->size(), QSize(600, 550));
+}
+
+TEST_F(BasemapsTest, AllFilesOfALoadShareWhatItMayBring) {
+    const ScopedHttp http;
+    httpLimits().actionBytes = 60'000;
+    const QByteArray large = test::columnGif(30) + QByteArray(50'000, '\0');
+    m_basemap.serve(kFiles[4].path, large);
+    m_basemap.serve(kFiles[5].path, large);
+    m_shown = {false, false, true, true, true};
+    ASSERT_TRUE(load());
+    EXPECT_EQ(m_basemaps.missing, 1);
+    EXPECT_EQ(
+        namesIn(m_state.cacheFolder + "/MUX"),
+        "MUX_City_Short.gfw MUX_County_Short.gif MUX_Highways_Short.gif"
+    );
 }
 
 TEST_F(BasemapsTest, WithTheRadarTheFramesAreDroppedAndFetchedAnew) {
@@ -254,6 +437,140 @@ TEST_F(BasemapsTest, AFailedUpdateIsTheLoadsResult) {
     EXPECT_EQ(m_state.status, QStringLiteral("No radar images found on server.\n"));
     EXPECT_TRUE(m_basemaps.topo && m_basemaps.overlay);
     EXPECT_EQ(m_view.changes, 1);
+}
+
+// Requests
+
+TEST_F(BasemapsTest, ARequestInsideTheImageUpdatesTheSiteShown) {
+    publishFrame();
+    ASSERT_TRUE(load());
+    const int before = m_basemap.count();
+    m_view.waits.clear();
+    m_view.repaints = 0;
+    for (const ImagePixel inside : {ImagePixel{0, 0}, ImagePixel{599, 549}}) {
+        m_view.pixel = inside;
+        EXPECT_TRUE(request());
+        EXPECT_EQ(m_state.siteId, QStringLiteral("MUX"));
+        EXPECT_EQ(m_state.frames.size(), 1U);
+    }
+    EXPECT_EQ(m_view.waits, "wait go on wait go on ");
+    EXPECT_EQ(m_view.repaints, 2 * 4);
+    EXPECT_EQ(m_basemap.count(), before) << "the layers are there";
+}
+
+TEST_F(BasemapsTest, ARequestOutsideTheImageChangesToTheNearestSite) {
+    test::publishLayers(m_radar, "LWX");
+    test::publishFrames(m_radar, {"20190519_0554"}, "LWX");
+    m_view.position = {38.9, -77.4};
+    for (const ImagePixel outside :
+         {ImagePixel{-1, 0}, ImagePixel{0, -1}, ImagePixel{600, 0}, ImagePixel{0, 550}}) {
+        m_view.pixel = {300, 275};
+        ASSERT_TRUE(load());
+        m_view.pixel = outside;
+        EXPECT_TRUE(request());
+        EXPECT_EQ(m_state.siteId, QStringLiteral("LWX"));
+        EXPECT_EQ(m_state.frames.size(), 1U);
+    }
+    EXPECT_EQ(m_radar.count(kFrames), 0);
+}
+
+TEST_F(BasemapsTest, WithNoImageLoadedNoPointIsInside) {
+    m_view.pixel = {0, 0};
+    EXPECT_FALSE(request());
+    EXPECT_EQ(m_state.siteId, QStringLiteral("JUA")) << "the nearest to nowhere";
+}
+
+TEST_F(BasemapsTest, ACentreThatIsNowhereKeepsTheSite) {
+    publishFrame();
+    ASSERT_TRUE(load());
+    m_view.pixel = {-1, -1};
+    m_view.position = {std::numeric_limits<double>::quiet_NaN(), 0};
+    EXPECT_TRUE(request());
+    EXPECT_EQ(m_state.siteId, QStringLiteral("MUX"));
+    EXPECT_EQ(m_state.frames.size(), 1U);
+}
+
+TEST_F(BasemapsTest, ALayerThatCouldNotBeHadIsTriedAgainByTheNextUpdate) {
+    publishFrame();
+    for (const TreeFile& file : kFiles) {
+        if (file.path == kFiles[0].path) {
+            continue; // without it nothing is placed, and everything is loaded anew
+        }
+        SCOPED_TRACE(file.path);
+        clearCache();
+        publish();
+        serverOf(file.path).serve(file.path, "gone", 404);
+        EXPECT_EQ(load(), !file.required);
+        EXPECT_GE(m_basemaps.missing, 1);
+        publish();
+        m_view.changes = 0;
+        EXPECT_TRUE(request());
+        expectAllLayers(file.path);
+        EXPECT_EQ(m_view.changes, 1);
+        EXPECT_EQ(m_state.status, QString());
+        EXPECT_EQ(m_state.frames.size(), 1U);
+
+        const int before = m_radar.count() + m_basemap.count();
+        EXPECT_TRUE(request());
+        EXPECT_EQ(m_radar.count() + m_basemap.count(), before + 2) << "listing and warnings";
+        EXPECT_EQ(m_view.changes, 1);
+    }
+}
+
+TEST_F(BasemapsTest, AnUpdateAsksForTheLayersBehindOneThatIsMissing) {
+    publishFrame();
+    m_radar.serve(kFiles[1].path, "gone", 404); // topo
+    m_radar.serve(kFiles[2].path, "gone", 404); // rivers
+    EXPECT_FALSE(load(true));
+    EXPECT_EQ(m_basemap.count(), 0);
+    EXPECT_EQ(m_basemaps.missing, 5);
+    EXPECT_TRUE(request());
+    EXPECT_EQ(m_state.frames.size(), 1U) << "the radar does not wait for maps";
+    EXPECT_EQ(m_basemaps.missing, 2);
+    EXPECT_FALSE(m_basemaps.topo);
+    for (const int column : {20, 30, 40}) {
+        EXPECT_EQ(overlayAt(column), kRed) << column;
+    }
+    EXPECT_EQ(m_state.status, QString());
+
+    // What is there stays while the rest is still missing.
+    const Bitmap overlay = m_basemaps.overlay;
+    EXPECT_TRUE(request());
+    EXPECT_EQ(m_basemaps.overlay, overlay);
+    EXPECT_EQ(m_radar.count(kFiles[2].path), 2);
+    publish();
+    EXPECT_TRUE(request());
+    expectAllLayers("at last");
+}
+
+TEST_F(BasemapsTest, AnUpdateFetchesTheRadarBeforeTheMissingLayers) {
+    publishFrame();
+    m_state.showWarnings = false;
+    m_radar.serve(kFiles[3].path, "gone", 404);
+    ASSERT_TRUE(load());
+    const std::size_t before = m_radar.requests().size();
+    EXPECT_TRUE(request());
+    std::vector<QString> paths;
+    for (const auto& asked : m_radar.requests()) {
+        paths.push_back(asked.path);
+    }
+    paths.erase(paths.begin(), paths.begin() + static_cast<std::ptrdiff_t>(before));
+    EXPECT_THAT(paths, ElementsAre(kFrames, kFrames + "MUX_20190519_0554_N0R.gif", kFiles[3].path));
+}
+
+TEST_F(BasemapsTest, WithoutAServerNoLayerIsTried) {
+    m_basemap.serve(kFiles[4].path, "gone", 404);
+    ASSERT_TRUE(load());
+    const Basemaps shown = m_basemaps;
+    const int before = m_basemap.count();
+    const RefusingPort refusing;
+    EXPECT_FALSE(
+        RequestUpdate(m_state, m_shown, m_basemaps, m_view, {refusing.host(), m_basemap.host()})
+    );
+    EXPECT_EQ(m_state.status, QStringLiteral("Could not access server.\n"));
+    EXPECT_EQ(m_basemap.count(), before);
+    EXPECT_EQ(m_basemaps.topo, shown.topo);
+    EXPECT_EQ(m_basemaps.overlay, shown.overlay);
 }
 
 } // namespace

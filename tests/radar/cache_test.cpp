@@ -117,5 +117,29 @@ TEST_F(CacheTest, StaleFramesOfOneSiteAndProductGo) {
     EXPECT_EQ(namesIn(at("cache/MUX")), "MUX_20070615_1830_N0R.gif");
 }
 
+TEST_F(CacheTest, WhatKilledProgramsLeftGoesAfterAnHour) {
+    const QString folder = at("cache/BMX");
+    for (const char* name :
+         {"BMX_20190519_0454_N0R.gif.part", "BMX_City_Short.gfw.part", "BMX_Topo_Short.jpg",
+          "BMX_20190519_0454_NCR.gif.4711-0.part"}) {
+        writeFile(folder + '/' + name);
+        backdate(folder + '/' + name, 3'700);
+    }
+    writeFile(folder + "/BMX_Rivers_Short.gif.part");
+    backdate(folder + "/BMX_Rivers_Short.gif.part", 3'500);
+    deleteStaleFrames(at("cache"), u"BMX", u"N0R", {});
+    EXPECT_EQ(namesIn(folder), "BMX_Rivers_Short.gif.part BMX_Topo_Short.jpg");
+}
+
+TEST_F(CacheTest, WithoutARootNothingIsDeletedWhereTheProgramRuns) {
+    writeFile(at("here/BMX_City_Short.gfw.part"));
+    backdate(at("here/BMX_City_Short.gfw.part"), 3'700);
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(at("here")));
+    deleteStaleFrames("", u"BMX", u"N0R", {});
+    ASSERT_TRUE(QDir::setCurrent(before));
+    EXPECT_EQ(namesIn(at("here")), "BMX_City_Short.gfw.part");
+}
+
 } // namespace
 } // namespace raincast

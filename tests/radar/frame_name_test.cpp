@@ -55,6 +55,20 @@ TEST(FrameNameTest, TheNewestFrameIsTheGreatestNameOfAFramesForm) {
     }
 }
 
+TEST(FrameNameTest, AFrameMoreThanADayAheadIsNone) {
+    const FileTime now = fromCalendar({2007, 6, 15, 12, 0});
+    const std::set<QString> others = {
+        "?C=N;O=D", "BMX_20070615_1200_N0R.gif", "BMX_20071315_1200_N0R.gif", "BMX_City_Short.gif"};
+    std::set<QString> listing = others;
+    listing.insert("BMX_20070616_1200_N0R.gif");
+    std::set<QString> kept = listing;
+    listing.insert({"BMX_20070616_1201_N0R.gif", "BMX_29991231_2359_N0R.gif"});
+    removeFramesAhead(listing, now);
+    EXPECT_EQ(listing, kept);
+    removeFramesAhead(listing, now - 1);
+    EXPECT_EQ(listing, others);
+}
+
 TEST(FrameNameTest, AFilesNameTellsItsTime) {
     EXPECT_EQ(
         frameTime(QStringLiteral("BMX_20070615_1830_N0R.gif")), fromCalendar({2007, 6, 15, 18, 30})

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "geo/geo_reference.h"
 #include "net/http_transfer.h"
+#include "platform/clock.h"
 #include "radar/composite.h"
-#include "radar/radar_view.h"
+#include "radar/radar_update.h"
 #include "support/fault_server.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
+#include "support/radar_tree.h"
 #include "support/scoped_http.h"
 #include "support/time_zone.h"
 
@@ -18,7 +19,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cerrno>
 
 namespace raincast {
 namespace {
@@ -87,6 +88,11 @@ protected:
             m_server.serve(kListing + name, frameGif());
         }
         m_server.serve(kListing, listing + "</body></html>");
+    }
+    /// The status text of a cache that cannot be written.
+    [[nodiscard]] QString cacheFailure(int error) const {
+        return QStringLiteral("Could not write to\nthe cache folder\n%1:\n%2.\n")
+            .arg(m_state.cacheFolder, qt_error_string(error));
     }
     void animate(int frames, int interval) {
         m_state.animate = true;
@@ -237,12 +243,107 @@ TEST_F(RadarUpdateTest, AFrameThatIsNoPictureIsPassedOver) {
     }
 }
 
-TEST_F(RadarUpdateTest, ADefectiveCachedFrameIsNotFetchedAgain) {
+TEST_F(RadarUpdateTest, ABodyThatIsNoGifIsNotKept) {
+    const QByteArray bodies[] = {
+        "", "<html>Please log in</html>", "GIF8", QByteArray::fromHex("1F8B08") + frameGif(),
+        test::topoJpeg()};
+    for (const QByteArray& body : bodies) {
+        publish({"20190519_0554"});
+        m_server.serve(kListing + nameOf("20190519_0554"), body);
+        EXPECT_FALSE(update());
+        EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "") << body.left(20).toStdString();
+
+        publish({"20190519_0554"});
+        EXPECT_TRUE(update());
+        EXPECT_EQ(frameStamps(), QStringList{"20190519_0554"}) << body.left(20).toStdString();
+        QDir(m_state.cacheFolder).removeRecursively();
+    }
+}
+
+TEST_F(RadarUpdateTest, ACachedFrameThatIsNoneIsFetchedAgain) {
     publish({"20190519_0548", "20190519_0554"});
-    writeFile(cached(nameOf("20190519_0554")), "");
+    const QString name = nameOf("20190519_0554");
+    const QByteArray defects[] = {
+        "", "<html>Please log in</html>", frameGif().first(60), gifThatClaims({8000, 8000})};
+    int asked = 0;
+    for (const QByteArray& defect : defects) {
+        writeFile(cached(name), defect);
+        EXPECT_TRUE(update());
+        EXPECT_EQ(frameStamps(), QStringList{"20190519_0554"}) << defect.toStdString();
+        EXPECT_EQ(readFile(cached(name)), frameGif()) << defect.toStdString();
+        EXPECT_EQ(m_server.count(kListing + name), ++asked);
+    }
+    // While it cannot be had, it is passed over.
+    writeFile(cached(name), "<html>");
+    m_server.serve(kListing + name, "gone", 404);
     EXPECT_TRUE(update());
     EXPECT_EQ(frameStamps(), QStringList{"20190519_0548"});
-    EXPECT_EQ(m_server.count(kListing + nameOf("20190519_0554")), 0);
+}
+
+TEST_F(RadarUpdateTest, ANetworkThatWantsALogInLeavesNothingBehind) {
+    m_state.showWarnings = true;
+    m_server.serve(kWarnings, warningsGif());
+    const QByteArray page = "<html><a href=\"http://login.example/?to=/ridge/RadarImg/N0R/MUX/\">";
+    const FaultServer::Answer answersOfPortal[] = {
+        answers::respond(200, page), answers::redirect(302, "http://login.example/"),
+        answers::redirect(307, "http://127.0.0.1:1/")};
+    for (const FaultServer::Answer& answer : answersOfPortal) {
+        publish({"20190519_0554"});
+        const FaultServer portal(answer);
+        EXPECT_FALSE(updateFrom(portal.host()));
+        EXPECT_EQ(m_state.status, kNoImages);
+        EXPECT_EQ(portal.requests().size(), 1U);
+
+        EXPECT_TRUE(update());
+        EXPECT_EQ(m_state.status, QString());
+        EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kWarning);
+        QDir(m_state.cacheFolder).removeRecursively();
+    }
+}
+
+TEST_F(RadarUpdateTest, APageInTheWarningsPlaceLeavesTheOldOnesInTheCache) {
+    publish({"20190519_0554"});
+    m_state.showWarnings = true;
+    m_server.serve(kWarnings, warningsGif());
+    EXPECT_TRUE(update());
+    m_server.serve(kWarnings, "<html>Please log in</html>");
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite) << "they may be old";
+    EXPECT_EQ(readFile(cached("MUX_Warnings_0.gif")), warningsGif());
+}
+
+/// What all files in a folder hold together.
+qint64 bytesIn(const QString& folder) {
+    qint64 sum = 0;
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files)) {
+        sum += file.size();
+    }
+    return sum;
+}
+
+TEST_F(RadarUpdateTest, AnUpdateKeepsNoMoreThanItMay) {
+    const ScopedHttp http;
+    httpLimits().fileBytes = 100'000;
+    httpLimits().actionBytes = 500'000;
+    QStringList stamps;
+    for (int minute = 10; minute < 50; ++minute) {
+        stamps += QStringLiteral("20190519_05%1").arg(minute);
+    }
+    animate(25, 1);
+    publish(stamps);
+    for (const QString& stamp : stamps) {
+        m_server.serve(kListing + nameOf(stamp), "GIF89a" + QByteArray(90'000, '\0'));
+    }
+    EXPECT_FALSE(update());
+    EXPECT_LE(bytesIn(m_state.cacheFolder + "/MUX"), 500'000);
+    EXPECT_EQ(m_server.count(), 1 + 6);
+
+    for (const QString& stamp : stamps) {
+        m_server.serve(kListing + nameOf(stamp), "GIF89a" + QByteArray(100'000, '\0'));
+    }
+    QDir(m_state.cacheFolder).removeRecursively();
+    EXPECT_FALSE(update());
+    EXPECT_EQ(bytesIn(m_state.cacheFolder + "/MUX"), 0);
 }
 
 TEST_F(RadarUpdateTest, TheNextUpdateIsDueEightMinutesAfterTheNewestFrame) {
@@ -304,6 +405,18 @@ TEST_F(RadarUpdateTest, WarningsAreBurntIntoEveryFrameAndFetchedAnewEachTime) {
     EXPECT_EQ(m_server.count(kWarnings), 2);
 }
 
+TEST_F(RadarUpdateTest, WithAFrameMissingStaleFramesGoAndWarningsShowAllTheSame) {
+    publish({"20190519_0554"});
+    m_server.serve(kWarnings, warningsGif());
+    m_state.showWarnings = true;
+    animate(2, 9);
+    writeFile(cached("MUX_20190518_0101_N0R.gif"));
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.status, kNotAll);
+    EXPECT_FALSE(QFile::exists(cached("MUX_20190518_0101_N0R.gif")));
+    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kWarning);
+}
+
 TEST_F(RadarUpdateTest, WarningsShowInTheFrameOnScreenToo) {
     publish({"20190519_0554"});
     m_server.serve(kWarnings, warningsGif());
@@ -359,11 +472,37 @@ TEST_F(RadarUpdateTest, AFailedUpdateLeavesNoFrames) {
     EXPECT_EQ(m_state.status, kNoServer);
 }
 
-TEST_F(RadarUpdateTest, ACacheThatCannotBeWrittenIsTold) {
+TEST_F(RadarUpdateTest, ACacheFolderThatCannotBeMadeIsTold) {
     publish({"20190519_0554"});
     writeFile(m_state.cacheFolder, "a file where the folder should be");
     EXPECT_FALSE(update());
-    EXPECT_EQ(m_state.status, kNoFrame);
+    EXPECT_EQ(m_state.status, cacheFailure(ENOTDIR));
+    EXPECT_THAT(m_recorder.statuses, ElementsAre(kUpdating, cacheFailure(ENOTDIR)));
+    EXPECT_EQ(m_server.count(), 1); // the listing
+}
+
+TEST_F(RadarUpdateTest, ACacheFolderThatCannotBeWrittenIsTold) {
+    publish({"20190519_0554"});
+    // What is no file is not replaced, whoever asks.
+    ASSERT_TRUE(QDir().mkpath(cached(nameOf("20190519_0554"))));
+    EXPECT_FALSE(update());
+    EXPECT_EQ(m_state.status, cacheFailure(EISDIR));
+}
+
+TEST_F(RadarUpdateTest, AFrameThatWasKeptBeforeIsShownWithTheWord) {
+    publish({"20190519_0544", "20190519_0554"});
+    writeFile(cached(nameOf("20190519_0544")), frameGif());
+    m_server.serve(kWarnings, warningsGif());
+    m_state.showWarnings = true;
+    {
+        const FullDisk disk(50);
+        EXPECT_TRUE(update());
+    }
+    EXPECT_EQ(frameStamps(), QStringList{"20190519_0544"});
+    EXPECT_EQ(m_state.status, cacheFailure(EFBIG));
+    EXPECT_EQ(m_server.count(), 2) << "the listing, one frame and no more";
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_state.status, QString());
 }
 
 TEST_F(RadarUpdateTest, WithoutACacheFolderNoFrameIsAskedFor) {
@@ -371,7 +510,7 @@ TEST_F(RadarUpdateTest, WithoutACacheFolderNoFrameIsAskedFor) {
     m_state.cacheFolder.clear();
     m_state.showWarnings = true;
     EXPECT_FALSE(update());
-    EXPECT_EQ(m_state.status, kNoFrame);
+    EXPECT_EQ(m_state.status, QStringLiteral("There is no folder\nfor the image cache.\n"));
     EXPECT_EQ(m_server.count(), 1); // the listing
 }
 
@@ -381,9 +520,29 @@ TEST_F(RadarUpdateTest, AFullDiskIsToldAndLeavesNoHalfFrame) {
         const FullDisk disk(50);
         EXPECT_FALSE(update());
     }
-    EXPECT_EQ(m_state.status, kNoFrame);
+    EXPECT_EQ(m_state.status, cacheFailure(EFBIG));
     EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
     EXPECT_TRUE(update());
+}
+
+TEST_F(RadarUpdateTest, AFrameOfTheFutureIsNone) {
+    const ManualClock clock(fromCalendar({2019, 5, 19, 6, 0}));
+    Clock::use(&clock);
+    publish({"20190519_0554", "20190520_0601", "29991231_2359"});
+    writeFile(cached(nameOf("29991231_2359")), frameGif());
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), QStringList{"20190519_0554"});
+    EXPECT_EQ(m_state.nextUpdate, fromCalendar({2019, 5, 19, 6, 2, 30}));
+    EXPECT_FALSE(QFile::exists(cached(nameOf("29991231_2359")))) << "left by an earlier program";
+
+    publish({"20190520_0600"}); // a clock may be wrong
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), QStringList{"20190520_0600"});
+
+    publish({"29991231_2359"});
+    EXPECT_FALSE(update());
+    EXPECT_EQ(m_state.status, kNoImages);
+    Clock::use(nullptr);
 }
 
 TEST_F(RadarUpdateTest, UnlistedFramesAreNeverAskedFor) {
@@ -469,79 +628,11 @@ TEST_F(RadarUpdateTest, AStalledServerCostsOneWaitForAllFrames) {
         kListing,
         answers::respond(200, "\"MUX_20190519_0554_N0R.gif\" \"MUX_20190519_0548_N0R.gif\"")
     );
-    server.on(kListing + nameOf("20190519_0554"), answers::drip(std::chrono::milliseconds(20)));
+    server.on(kListing + nameOf("20190519_0554"), answers::stall(frameGif().first(50)));
     server.on(kListing + nameOf("20190519_0548"), answers::respond(200, frameGif()));
     EXPECT_FALSE(updateFrom(server.host()));
     EXPECT_EQ(m_state.status, kNoFrame);
     EXPECT_EQ(server.count(kListing + nameOf("20190519_0548")), 0);
-}
-
-/// A view on the image whose centre is anywhere.
-class FixedView : public RadarView {
-public:
-    void statusChanged(const QString& /*status*/) override {}
-    void repaint() override { log += "repaint "; }
-    void progress(int /*done*/, int /*wanted*/) override {}
-    [[nodiscard]] ImagePixel centrePixel() const override { return pixel; }
-    [[nodiscard]] GeoPosition centrePosition() const override { return position; }
-    [[nodiscard]] GeoReference& geoReference() override { return m_geoReference; }
-    void geoReferenceChanged(GeoPosition /*centre*/) override {}
-    void contentChanged() override {}
-    bool changeSite(const QString& siteId) override {
-        log += "site " + siteId.toStdString();
-        return true;
-    }
-    void showWaiting(bool waiting) override { log += waiting ? "wait " : "go on "; }
-
-    ImagePixel pixel{0, 0};
-    GeoPosition position{38.9, -77.4};
-    std::string log;
-
-private:
-    GeoReference m_geoReference;
-};
-
-TEST_F(RadarUpdateTest, ARequestInsideTheImageUpdatesTheSiteShown) {
-    publish({"20190519_0554"});
-    m_state.imageWidth = 600;
-    m_state.imageHeight = 550;
-    for (const ImagePixel inside : {ImagePixel{0, 0}, ImagePixel{599, 549}}) {
-        m_state.imageWidth = 600;
-        m_state.imageHeight = 550;
-        FixedView view;
-        view.pixel = inside;
-        EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
-        EXPECT_EQ(view.log, "wait repaint repaint repaint go on repaint ");
-        EXPECT_EQ(m_state.siteId, QStringLiteral("MUX"));
-    }
-}
-
-TEST_F(RadarUpdateTest, ARequestOutsideTheImageChangesToTheNearestSite) {
-    m_state.imageWidth = 600;
-    m_state.imageHeight = 550;
-    for (const ImagePixel outside :
-         {ImagePixel{-1, 0}, ImagePixel{0, -1}, ImagePixel{600, 0}, ImagePixel{0, 550}}) {
-        FixedView view;
-        view.pixel = outside;
-        EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
-        EXPECT_EQ(view.log, "site LWX");
-    }
-    EXPECT_EQ(m_server.count(), 0);
-}
-
-TEST_F(RadarUpdateTest, WithNoImageLoadedNoPointIsInside) {
-    FixedView view;
-    EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
-    EXPECT_EQ(view.log, "site LWX");
-}
-
-TEST_F(RadarUpdateTest, ACentreThatIsNowhereKeepsTheSite) {
-    publish({"20190519_0554"});
-    FixedView view;
-    view.position = {std::numeric_limits<double>::quiet_NaN(), 0};
-    EXPECT_TRUE(RequestUpdate(m_state, view, m_server.host()));
-    EXPECT_EQ(m_state.siteId, QStringLiteral("MUX"));
-    EXPECT_EQ(m_state.frames.size(), 1U);
 }
 
 /// The published frames of a spring night at San Francisco, thirteen of them.

@@ -37,7 +37,6 @@ public:
     [[nodiscard]] GeoPosition centrePosition() const override { return {}; }
     [[nodiscard]] GeoReference& geoReference() override { return reference; }
     void geoReferenceChanged(GeoPosition) override {}
-    bool changeSite(const QString&) override { return false; }
     void showWaiting(bool) override {}
     void contentChanged() override {}
 

@@ -178,15 +178,21 @@ TEST_F(ItemWeatherLayersTest, ALayerThatMayNotBeMissingEndsTheLoad) {
     EXPECT_EQ(lineAt(20), kRed);
 }
 
-TEST_F(ItemWeatherLayersTest, ADefectiveLayerInTheCacheIsNotFetchedAgain) {
+TEST_F(ItemWeatherLayersTest, ADefectiveLayerInTheCacheStaysAwayUntilItCanBeHad) {
     showSite();
     writeFile(m_item->state().cacheFolder + "/MUX/MUX_Highways_Short.gif", "no picture");
+    const QString highways = kOverlays + "Highways/Short/MUX_Highways_Short.gif";
+    m_server.serve(highways, "", 503);
     restart();
     const int before = m_server.count();
     showPage();
-    EXPECT_EQ(m_server.count(), before);
+    EXPECT_EQ(pathsSince(before), std::vector<std::string>{highways.toStdString()});
     EXPECT_EQ(qGreen(lineAt(20)), 120);
     EXPECT_EQ(lineAt(40), kRed);
+    publishLayers("MUX");
+    restart();
+    showPage();
+    EXPECT_EQ(lineAt(20), kRed);
 }
 
 TEST_F(ItemWeatherLayersTest, WithEverythingCachedNobodyAsksForAConnection) {

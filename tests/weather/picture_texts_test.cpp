@@ -56,6 +56,20 @@ TEST_F(PictureTextsTest, TheStatusIsCentredEightPixelsBelowTheTop) {
     EXPECT_GT(box.height(), m_height + m_height / 2);
 }
 
+TEST_F(PictureTextsTest, AStatusLineThatIsTooWideIsBroken) {
+    const QString path = "/home/user/.local/share/somewhere/deep/below/many/folders/of/long/names";
+    const QImage picture = drawn({.status = "Could not write to\n" + path + "\nend\n"});
+    const QRect box = changed(picture, QRect(0, 0, 320, 240));
+    EXPECT_GE(box.left(), kArea.left() + 3);
+    EXPECT_LE(box.right(), kArea.right() - 3);
+    const int lines = (box.height() + m_height / 2) / m_height;
+    EXPECT_GE(lines, 4);
+    EXPECT_LE(lines, 6);
+    // A line that fits stays one.
+    const QRect one = changed(drawn({.status = "Could not write to\n"}), QRect(0, 0, 320, 240));
+    EXPECT_EQ(one.height(), m_height);
+}
+
 TEST_F(PictureTextsTest, TheAgeComesFirstWhereThereIsNotRoomForBoth) {
     const QRect narrow(10, 20, 150, 200);
     const PictureTexts both{"5:54", "MUX 2019-05-19", "Image is 2 days old", {}};
