@@ -100,12 +100,26 @@ TEST_F(ItemWeatherLoadingTest, AnUpdateShowsEachFrameThatComes) {
     );
 }
 
-TEST_F(ItemWeatherLoadingTest, ALoadThatFailsSaysSoAtOnce) {
-    m_server.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", "", 404);
+// Before anything else is done: what is waited for may be painted much later.
+TEST_F(ItemWeatherLoadingTest, TheEndIsSeenAtOnce) {
     showSite();
-    ASSERT_FALSE(m_seen.empty());
+    editLayers({"Highways"});
+    EXPECT_EQ(m_seen.back(), " 0 TRCYE");
+    m_server.serve(test::framesPath("MUX"), "", 503);
+    m_seen.clear();
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_THAT(
+        m_seen,
+        ElementsAre("Updating radar image...| 0 TRCY", "No radar images found on server.| 0 TRCY")
+    );
+    publishFrames({"20190519_0554"});
+    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_EQ(m_seen.back(), " 0 TRCYE");
+    m_server.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", "", 404);
+    QFile::remove(m_item->state().cacheFolder + "/MUX/MUX_Rivers_Short.gif");
+    editLayers({"Counties"});
     EXPECT_EQ(
-        m_seen.back(), "Failed to access|the internet. Please|check your connection|settings. 0 T"
+        m_seen.back(), "Failed to access|the internet. Please|check your connection|settings. 0 TE"
     );
 }
 
