@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "server/running_server.h"
+
+#include "platform/clock.h"
+#include "server/home_page.h"
+#include "server/level3_folder.h"
+#include "server/level3_watch.h"
+#include "server/sample_weather.h"
+#include "server/status_page.h"
+#include "server/tree_server.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QStandardPaths>
+
+namespace raincast {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kPublish = 30s;
+
+QString cacheFolder(const ServeOptions& options) {
+    return options.cacheFolder.isEmpty()
+               ? QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                     QStringLiteral("/raincast-server")
+               : options.cacheFolder;
+}
+
+/// Each folder of products has a store of frames of its own.
+QString storeFolder(const ServeOptions& options) {
+    const QByteArray folder = QDir(options.level3Folder).absolutePath().toUtf8();
+    return cacheFolder(options) + QStringLiteral("/frames-") +
+           QString::fromLatin1(
+               QCryptographicHash::hash(folder, QCryptographicHash::Sha1).toHex().left(12)
+           );
+}
+
+} // namespace
+
+RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
+    : m_options(options), m_log(std::move(log)), m_started(Clock::current().now()),
+      m_maps(MapDataFiles::find(options.mapDataFolder, options.roadsFile)),
+      m_layers(m_maps, cacheFolder(options) + QStringLiteral("/layers")), m_frames(makeFrames()),
+      m_tree(*m_frames, m_layers),
+      m_publisher(
+          m_tree, options.publishFolder, options.publishSites, m_maps.files().stamp(), m_log
+      ) {
+    logMissingData();
+    const QByteArray home = homePage(m_maps, isSample());
+    m_tree.addPage("/", "text/html; charset=utf-8", [home] { return home; });
+    m_tree.addPage("/status", "application/json", [this] { return statusOfNow(); });
+}
+
+RunningServer::~RunningServer() = default;
+
+void RunningServer::logMissingData() const {
+    for (const QString& line : m_maps.files().missing()) {
+        m_log(line);
+    }
+    if (!m_options.roadsFile.isEmpty() && !m_maps.hasRoads()) {
+        m_log(QStringLiteral("The highways layer is empty: %1 has no lines that can be read.")
+                  .arg(m_options.roadsFile));
+    }
+}
+
+bool RunningServer::listen() {
+    m_server =
+        std::make_unique<TreeServer>([this](std::string_view path) { return m_tree.find(path); });
+    return m_server->start(m_options.listen->address, m_options.listen->port);
+}
+
+bool RunningServer::publishOnce() {
+    if (m_level3 != nullptr) {
+        m_level3->rescan();
+    }
+    return m_publisher.publish();
+}
+
+void RunningServer::work() {
+    if (m_level3 != nullptr) {
+        m_watch = std::make_unique<Level3Watch>(*m_level3);
+    }
+    if (!m_options.publishFolder.isEmpty()) {
+        m_publishing =
+            std::make_unique<PeriodicTask>(kPublish, 0ms, [this](const std::stop_token& stop) {
+                // What could not be written is in the log, and is tried again the next time.
+                static_cast<void>(m_publisher.publish(stop));
+            });
+    }
+}
+
+QString RunningServer::readyLine() const {
+    const QString what = isSample() ? QStringLiteral("sample weather") : m_options.level3Folder;
+    if (!m_server) {
+        return QStringLiteral("Publishing %1 in %2").arg(what, m_options.publishFolder);
+    }
+    const QString& address = m_options.listen->address;
+    return QStringLiteral("Serving %1 at http://%2:%3/")
+        .arg(what, address.contains(u':') ? u'[' + address + u']' : address)
+        .arg(m_server->port());
+}
+
+std::unique_ptr<FrameSource> RunningServer::makeFrames() {
+    if (isSample()) {
+        return std::make_unique<SampleWeather>(m_options.hours);
+    }
+    auto folder = std::make_unique<Level3Folder>(
+        m_options.level3Folder, storeFolder(m_options), m_options.hours, m_log
+    );
+    m_level3 = folder.get();
+    return folder;
+}
+
+QByteArray RunningServer::statusOfNow() const {
+    ServerStatus status{
+        isSample() ? QStringLiteral("sample") : QStringLiteral("level3"), m_started, std::nullopt,
+        m_tree.bytesInMemory()};
+    if (m_server) {
+        status.counts = m_server->counts();
+    }
+    return statusPage(status, *m_frames, m_maps);
+}
+
+} // namespace raincast

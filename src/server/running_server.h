@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/file_time.h"
+#include "server/image_tree.h"
+#include "server/layer_store.h"
+#include "server/map_data.h"
+#include "server/publisher.h"
+#include "server/server_log.h"
+#include "server/server_options.h"
+
+#include <memory>
+
+namespace raincast {
+
+class Level3Folder;
+class Level3Watch;
+class PeriodicTask;
+class TreeServer;
+
+/// Everything that a running server consists of, put together as the options say.
+class RunningServer {
+public:
+    /// Logs which map data are missing. The options are borrowed.
+    RunningServer(const ServeOptions& options, ServerLog log);
+    ~RunningServer();
+    RunningServer(const RunningServer&) = delete;
+    RunningServer& operator=(const RunningServer&) = delete;
+
+    /// Begins to serve at the options' address. False as TreeServer::start().
+    [[nodiscard]] bool listen();
+
+    /// Publishes the tree; false when a file could not be written.
+    [[nodiscard]] bool publishOnce();
+
+    /// Watches the folder of products and publishes, from now on. Needs an event loop.
+    void work();
+
+    /// "Serving sample weather at http://127.0.0.1:8155/"
+    [[nodiscard]] QString readyLine() const;
+
+private:
+    [[nodiscard]] bool isSample() const { return m_options.level3Folder.isEmpty(); }
+    std::unique_ptr<FrameSource> makeFrames();
+    void logMissingData() const;
+    [[nodiscard]] QByteArray statusOfNow() const;
+
+    const ServeOptions& m_options;
+    ServerLog m_log;
+    FileTime m_started;
+    Level3Folder* m_level3 = nullptr;
+    // Each uses those above it.
+    MapData m_maps;
+    LayerStore m_layers;
+    std::unique_ptr<FrameSource> m_frames;
+    ImageTree m_tree;
+    Publisher m_publisher;
+    std::unique_ptr<TreeServer> m_server;
+    std::unique_ptr<Level3Watch> m_watch;
+    std::unique_ptr<PeriodicTask> m_publishing;
+};
+
+} // namespace raincast
