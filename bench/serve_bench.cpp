@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How many frames a second raincast-server hands out beside nginx, which serves the same tree as
-// files, and how much memory the server takes once every site and product has been asked for.
+// files, what a request costs it, and how much memory it takes once every site and product has been
+// asked for.
 #include "radar/products.h"
 #include "radar/sites.h"
 #include "support/loopback.h"
@@ -179,6 +180,31 @@ double memoryOf(qint64 process, const char* field) {
     return pattern.match(QString::fromLatin1(file.readAll())).captured(1).toDouble() / 1024;
 }
 
+/// Processor time that a process has taken, in microseconds.
+double processorTimeOf(qint64 process) {
+    QFile file(QStringLiteral("/proc/%1/stat").arg(process));
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail("The server has ended.");
+    }
+    const QList<QByteArray> fields = file.readAll().split(' ');
+    const double ticks = fields.value(13).toDouble() + fields.value(14).toDouble();
+    return 1e6 * ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+/// What a request costs the server.
+void printCost(const char* what, const Program& server, int port, const std::string& path) {
+    constexpr int kTimes = 10;
+    const double before = processorTimeOf(server.id());
+    for (int i = 0; i < kTimes; ++i) {
+        load(port, path);
+    }
+    constexpr double kRequests = kTimes * kConnections * kRequestsPerConnection;
+    std::printf(
+        "Processor time for %s: %.1f microseconds\n", what,
+        (processorTimeOf(server.id()) - before) / kRequests
+    );
+}
+
 /// Asks once for the newest frame of every site and product.
 void askForEverything(int port) {
     for (const RadarSite& site : radarSites()) {
@@ -238,6 +264,10 @@ int main() {
         1000 * kRequests / ratio.firstMilliseconds, 1000 * kRequests / ratio.secondMilliseconds
     );
     printRatio("raincast-server / nginx, time for a frame", ratio, 4);
+
+    printCost("a frame", server, port, frame);
+    printCost("a listing", server, port, listing);
+    printCost("the status", server, port, "/status");
 
     std::printf("Memory at first: %.0f MB\n", memoryOf(server.id(), "VmRSS"));
     askForEverything(port);

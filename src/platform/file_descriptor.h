@@ -26,6 +26,9 @@ public:
     [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
     [[nodiscard]] int get() const { return m_descriptor; }
 
+    /// Gives it up to somebody else who closes it.
+    [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
+
     void reset() {
         if (isOpen()) {
             ::close(m_descriptor);

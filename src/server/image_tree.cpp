@@ -50,36 +50,46 @@ QByteArray worldFileOf(const TreeItem& item) {
 ImageTree::ImageTree(const FrameSource& frames, const LayerStore& layers)
     : m_frames(frames), m_layers(layers) {}
 
-std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
+void ImageTree::ask(std::string_view path, TreeAsker asker) const {
     if (const auto page = m_pages.find(path); page != m_pages.end()) {
-        return TreeAnswer{page->second.make(), page->second.type, 0};
+        return asker.tell(TreeAnswer{page->second.make(), page->second.type, 0});
     }
     if (path.ends_with('/')) {
-        return findFolder(path);
+        return asker.tell(findFolder(path));
     }
     const auto item = findTreeItem(path);
     if (!item || item->time > Clock::current().now()) {
-        return std::nullopt;
+        return asker.tell(std::nullopt);
     }
-    const QByteArray key = keyOf(path, *item);
-    QByteArray bytes = m_cache.find(key);
-    if (bytes.isNull()) {
-        bytes = makeInPool(*item);
-        if (bytes.isEmpty()) {
-            return std::nullopt;
-        }
-        m_cache.insert(key, bytes);
-    }
-    return TreeAnswer{bytes, typeOf(path), item->kind == TreeItem::Kind::warnings ? 0 : kDay};
+    askForItem(path, *item, std::move(asker));
 }
 
-/// Pictures are made by few threads, however many ask: a thread that paints keeps megabytes of
-/// tables for the next picture, and more threads than processors are no faster.
-QByteArray ImageTree::makeInPool(const TreeItem& item) const {
+void ImageTree::askForItem(std::string_view path, const TreeItem& item, TreeAsker asker) const {
+    const QByteArray key = keyOf(path, item);
+    const char* const type = typeOf(path);
+    const int maxAge = item.kind == TreeItem::Kind::warnings ? 0 : kDay;
+    if (const QByteArray kept = m_cache.find(key); !kept.isNull()) {
+        return asker.tell(TreeAnswer{kept, type, maxAge});
+    }
+    const auto tell = [=, tell = std::move(asker.tell)](const QByteArray& made) {
+        tell(made.isEmpty() ? std::nullopt : std::optional(TreeAnswer{made, type, maxAge}));
+    };
+    const auto makeAndKeep = [this, key, item] {
+        const QByteArray made = make(item);
+        if (!made.isEmpty()) {
+            m_cache.insert(key, made);
+        }
+        return made;
+    };
+    m_makers.make(key, makeAndKeep, {tell, std::move(asker.isWaiting)});
+}
+
+std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
     // Shared: whoever fulfils a promise may still be busy with it when its future is there.
-    const auto made = std::make_shared<std::promise<QByteArray>>();
-    m_painters.start([this, made, &item] { made->set_value(make(item)); });
-    return made->get_future().get();
+    const auto found = std::make_shared<std::promise<std::optional<TreeAnswer>>>();
+    ask(path, {[found](std::optional<TreeAnswer> answer) { found->set_value(std::move(answer)); },
+               [] { return true; }});
+    return found->get_future().get();
 }
 
 QByteArray ImageTree::make(const TreeItem& item) const {

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "server/picture_cache.h"
+#include "server/picture_makers.h"
 #include "server/tree_answer.h"
 #include "server/tree_index.h"
-
-#include <QThreadPool>
 
 #include <functional>
 #include <map>
@@ -25,14 +24,18 @@ public:
     /// Both are borrowed.
     ImageTree(const FrameSource& frames, const LayerStore& layers);
 
-    /// What stands at a path; nothing where the tree has none. A frame of the future is not there
-    /// yet.
+    /// Tells what stands at a path: at once if it is a listing or kept in memory, otherwise when a
+    /// thread has made it. A frame of the future is not there yet.
+    void ask(std::string_view path, TreeAsker asker) const;
+
+    /// The same for who can wait.
     [[nodiscard]] std::optional<TreeAnswer> find(std::string_view path) const;
 
     /// The names of a folder of frames, oldest first.
     [[nodiscard]] std::vector<std::string> framesIn(const FrameFolder& folder) const;
 
-    /// Adds a page beside the tree, "/status" for example; called whenever it is asked for.
+    /// Adds a page beside the tree, "/status" for example; called whenever it is asked for, so it
+    /// must not take long.
     void addPage(std::string path, const char* type, std::function<QByteArray()> page);
 
     /// Bytes of the pictures kept in memory, and the most there may be.
@@ -46,14 +49,14 @@ private:
     };
 
     [[nodiscard]] std::optional<TreeAnswer> findFolder(std::string_view path) const;
+    void askForItem(std::string_view path, const TreeItem& item, TreeAsker asker) const;
     [[nodiscard]] QByteArray make(const TreeItem& item) const;
-    [[nodiscard]] QByteArray makeInPool(const TreeItem& item) const;
 
     const FrameSource& m_frames;
     const LayerStore& m_layers;
     std::map<std::string, Page, std::less<>> m_pages;
     mutable PictureCache m_cache{kMostBytesInMemory};
-    mutable QThreadPool m_painters; ///< as many threads as processors
+    mutable PictureMakers m_makers; ///< last: its threads use the rest
 };
 
 } // namespace raincast

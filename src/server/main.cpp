@@ -54,8 +54,7 @@ auto readArguments(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // Each connection's thread would keep memory of its own from the largest picture it ever made:
-    // with many, several times as much as all pictures that are kept.
+    // Each thread would keep memory of its own from the largest picture it ever made.
     mallopt(M_ARENA_MAX, 2);
     const auto wanted = readArguments(argc, argv);
     if (const auto* const answer = std::get_if<ServerAnswer>(&wanted)) {

@@ -46,11 +46,12 @@ RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
       m_tree(*m_frames, m_layers),
       m_publisher(
           m_tree, options.publishFolder, options.publishSites, m_maps.files().stamp(), m_log
-      ) {
+      ),
+      m_status([this] { return statusOfNow(); }) {
     logMissingData();
     const QByteArray home = homePage(m_maps, isSample());
     m_tree.addPage("/", "text/html; charset=utf-8", [home] { return home; });
-    m_tree.addPage("/status", "application/json", [this] { return statusOfNow(); });
+    m_tree.addPage("/status", "application/json", [this] { return m_status.get(); });
 }
 
 RunningServer::~RunningServer() = default;
@@ -66,8 +67,9 @@ void RunningServer::logMissingData() const {
 }
 
 bool RunningServer::listen() {
-    m_server =
-        std::make_unique<TreeServer>([this](std::string_view path) { return m_tree.find(path); });
+    m_server = std::make_unique<TreeServer>([this](std::string_view path, TreeAsker asker) {
+        m_tree.ask(path, std::move(asker));
+    });
     return m_server->start(m_options.listen->address, m_options.listen->port);
 }
 

@@ -6,6 +6,7 @@
 #include "server/layer_store.h"
 #include "server/map_data.h"
 #include "server/publisher.h"
+#include "server/remembered_page.h"
 #include "server/server_log.h"
 #include "server/server_options.h"
 
@@ -55,6 +56,7 @@ private:
     std::unique_ptr<FrameSource> m_frames;
     ImageTree m_tree;
     Publisher m_publisher;
+    RememberedPage m_status;
     std::unique_ptr<TreeServer> m_server;
     std::unique_ptr<Level3Watch> m_watch;
     std::unique_ptr<PeriodicTask> m_publishing;

@@ -71,6 +71,8 @@ QByteArray statusPage(const ServerStatus& status, const FrameSource& frames, con
         page[QStringLiteral("requests")] = static_cast<qint64>(status.counts->requests);
         page[QStringLiteral("notFound")] = static_cast<qint64>(status.counts->notFound);
         page[QStringLiteral("refusedConnections")] = static_cast<qint64>(status.counts->refused);
+        page[QStringLiteral("displacedConnections")] =
+            static_cast<qint64>(status.counts->displaced);
     }
     return QJsonDocument(page).toJson();
 }

@@ -9,6 +9,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <future>
+#include <thread>
+
 namespace raincast {
 namespace {
 
@@ -65,6 +68,31 @@ TEST_F(ImageTreeTest, MakesAPictureOnce) {
     EXPECT_EQ(body(path), gifThatSays("LWXN0V"));
     EXPECT_EQ(m_frames.made, 1);
     EXPECT_GT(m_tree.bytesInMemory(), 0);
+}
+
+TEST_F(ImageTreeTest, TellsLaterWhatHasToBeMade) {
+    const char* const path = "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif";
+    const auto isTold = [this](const char* asked) {
+        const auto there = std::make_shared<std::promise<std::thread::id>>();
+        const auto tell = [there](const std::optional<TreeAnswer>& answer) {
+            EXPECT_TRUE(answer);
+            there->set_value(std::this_thread::get_id());
+        };
+        m_tree.ask(asked, {tell, [] { return true; }});
+        return there->get_future().get() != std::this_thread::get_id();
+    };
+    EXPECT_TRUE(isTold(path));
+    EXPECT_FALSE(isTold(path));
+    EXPECT_FALSE(isTold("/ridge/RadarImg/N0V/LWX/"));
+}
+
+TEST_F(ImageTreeTest, DoesNotMakeWhatNobodyWaitsFor) {
+    m_tree.ask(
+        "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif",
+        {[](const std::optional<TreeAnswer>&) {}, [] { return false; }}
+    );
+    EXPECT_EQ(body("/ridge/RadarImg/N0S/LWX/LWX_20180725_2000_N0S.gif"), "GIF89aLWXN0S");
+    EXPECT_EQ(m_frames.made, 1);
 }
 
 TEST_F(ImageTreeTest, AFrameThatIsNotThereIsNotFound) {

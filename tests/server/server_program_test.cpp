@@ -6,6 +6,7 @@
 #include "radar/products.h"
 #include "radar/radar_view.h"
 #include "radar/sites.h"
+#include "raw_client.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "support/level3_maker.h"
@@ -67,7 +68,8 @@ protected:
         m_process.start();
         m_ready = readLine();
         const qsizetype colon = m_ready.lastIndexOf(':');
-        m_host = loopbackHost(m_ready.mid(colon + 1).chopped(2).toInt());
+        m_port = m_ready.mid(colon + 1).chopped(2).toInt();
+        m_host = loopbackHost(m_port);
     }
 
     QByteArray readLine() {
@@ -96,6 +98,7 @@ protected:
     QTemporaryDir m_folder;
     QProcess m_process;
     QByteArray m_ready;
+    int m_port = 0;
     QString m_host;
 };
 
@@ -108,6 +111,47 @@ TEST_F(ServerProgramTest, SaysWhenItIsReadyAndEndsOnSigterm) {
     ASSERT_TRUE(m_process.waitForFinished(kDeadline));
     EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(m_process.exitCode(), 0);
+}
+
+// What a proxy does: one connection, over which the requests of many people come.
+TEST_F(ServerProgramTest, ABadRequestEndsItsConnection) {
+    start();
+    const RawClient client(m_port);
+    client.send("GET / HTTP/1.1\r\nbad\r\nGET / HTTP/1.1\r\n\r\nGET / HTTP/1.1\r\n\r\n");
+    const std::string answer = client.readAll();
+    EXPECT_THAT(answer, StartsWith("HTTP/1.1 400"));
+    EXPECT_EQ(answer.find("HTTP/1.1", 1), std::string::npos);
+}
+
+TEST_F(ServerProgramTest, UnderstandsEveryFormOfATarget) {
+    start();
+    for (const char* target : {"/?q?r", "http://radar.home/", "HTTP://127.0.0.1:80/status?a"}) {
+        const RawClient client(m_port);
+        client.send(std::string("GET ") + target + " HTTP/1.1\r\nConnection: close\r\n\r\n");
+        EXPECT_THAT(client.readAll(), StartsWith("HTTP/1.1 200")) << target;
+    }
+}
+
+// Two addresses hold as many connections as there may be: some idle after a request, some that
+// never sent any, some with half a request.
+TEST_F(ServerProgramTest, TwoClientsDoNotKeepOthersOut) {
+    start();
+    std::vector<RawClient> holders;
+    for (int i = 0; i < 64; ++i) {
+        const RawClient& holder = holders.emplace_back(m_port, 2 + i % 2);
+        if (i % 3 == 0) {
+            holder.send("GET /none HTTP/1.1\r\n\r\n");
+            EXPECT_THAT(holder.readUntil("name here."), StartsWith("HTTP/1.1 404"));
+        } else if (i % 3 == 1) {
+            holder.send("GET / HTTP/1.1\r\nX-Slow: ");
+        }
+    }
+    std::vector<RawClient> others;
+    for (int i = 0; i < 20; ++i) {
+        const RawClient& other = others.emplace_back(m_port, 4 + i);
+        other.send("GET /status HTTP/1.1\r\n\r\n");
+        EXPECT_THAT(other.readUntil("\r\n"), StartsWith("HTTP/1.1 200"));
+    }
 }
 
 TEST_F(ServerProgramTest, TheViewersEngineWorksAgainstIt) {

@@ -19,7 +19,7 @@ TEST(StatusPageTest, TellsWhatTheOperatorWantsToKnow) {
     frames.times = {clock.now() - 6 * kFileTimePerMinute, clock.now() + kFileTimePerMinute};
     MapDataFiles files;
     files.roads = "roads.json";
-    const ServerStatus status{"sample", clock.now(), TreeServer::Counts{7, 2, 1}, 42};
+    const ServerStatus status{"sample", clock.now(), TreeServer::Counts{{7, 1, 3}, 2}, 42};
     const QByteArray page = statusPage(status, frames, MapData(files));
     Clock::use(nullptr);
 
@@ -29,6 +29,7 @@ TEST(StatusPageTest, TellsWhatTheOperatorWantsToKnow) {
     EXPECT_EQ(object["requests"], 7);
     EXPECT_EQ(object["notFound"], 2);
     EXPECT_EQ(object["refusedConnections"], 1);
+    EXPECT_EQ(object["displacedConnections"], 3);
     EXPECT_EQ(object["bytesInMemory"], 42);
     EXPECT_EQ(object["mapData"]["highways"], true);
     EXPECT_EQ(object["mapData"]["relief"], false);
