@@ -70,6 +70,20 @@ TEST_F(DlgUnitsTest, TheSettingsMenuOffersItFirst) {
     types.front()->open(nullptr);
 }
 
+TEST_F(DlgUnitsTest, ItsLabelsLeadToTheirLists) {
+    run([](QDialog& dialog) {
+        EXPECT_EQ(dialog.focusWidget(), &box(dialog, 1140)) << "at the start";
+        QTest::keyClick(&dialog, Qt::Key_P, Qt::AltModifier);
+        EXPECT_EQ(dialog.focusWidget(), &box(dialog, 1141));
+        QTest::keyClick(&dialog, Qt::Key_D, Qt::AltModifier);
+        EXPECT_EQ(dialog.focusWidget(), &box(dialog, 1140));
+        EXPECT_EQ(
+            dialog.findChild<QPushButton*>(QString::number(Dialog::kCancel))->text(),
+            QStringLiteral("Cancel")
+        );
+    });
+}
+
 TEST_F(DlgUnitsTest, OffersAllAndSelectsTheChosen) {
     run([](QDialog& dialog) {
         const QComboBox& units = box(dialog, CUnits::CDlgUnits::kUnits);
@@ -93,6 +107,7 @@ TEST_F(DlgUnitsTest, OkTakesBothAndTheSpeedFollows) {
     } choices[] = {
         {"Mi", "mph", "Degrees"}, {"NM", "kts", "Deg,Min,Sec"}, {"km", "km/h", "Deg,Min"},
         {"m", "m/s", "Degrees"},  {"ft", "mph", "Degrees"},     {"yds", "mph", "Deg,Min"},
+        {"Mi", "mph", "Degrees"},
     };
     for (const auto& choice : choices) {
         EXPECT_EQ(

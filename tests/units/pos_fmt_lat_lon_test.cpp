@@ -63,6 +63,7 @@ TEST(PosFmtLatLonTest, WritesOneCoordinate) {
         {kMin, 41.05, "41°03.000'N"},
         {kMin, 41.999995, "42°00.000'N"},
         {kMin, 41 + 59.9994 / 60, "41°59.999'N"},
+        {kMin, 59.9995 / 60, "0°59.999'N"}, // the last: it is just below in binary
         {kMin, 59.99999 / 60, "1°00.000'N"},
         {kMin, -89.9999999, "90°00.000'S"},
         {kSec, -105.25, "105°15'00.0\"S"},
@@ -139,6 +140,7 @@ TEST(PosFmtLatLonTest, ReadsPositions) {
         {"12.5, -0.25", {12.5, -0.25}},
         {"12.5 -0.25", {12.5, -0.25}},
         {"12. -0.25", {12, -0.25}},
+        {"1 2", {1, 2}},
         {"12.5S,0.25W", {-12.5, -0.25}},
         {"12.5s,0.25w", {-12.5, -0.25}},
         {"12.5s 0.25w", {-12.5, -0.25}},
@@ -168,6 +170,17 @@ TEST(PosFmtLatLonTest, ReadsPositions) {
         {"-41°30',1", {-40.5, 1}},  // minutes are added, whatever the sign
         {"41°-30',1", {40.5, 1}},
         {"41deg30'S,1", {41, 1}}, // G is its first letter
+        // The first letter is the hemisphere's, whatever it is.
+        {"41aS,5", {41, 5}},
+        {"41zS,5", {41, 5}},
+        {"41AS,5", {41, 5}},
+        {"41ZS,5", {41, 5}},
+        {"41[S,5", {-41, 5}},
+        {"41{S,5", {-41, 5}},
+        {"41@S,5", {-41, 5}},
+        {"41`S,5", {-41, 5}},
+        {"41DS,5", {-41, 5}}, // D and E are an exponent's
+        {"41eS,5", {-41, 5}},
         {"12,5,7", {12, 5 + 7 * 0.016666666666666666}},
         // Parts without a number are 0.
         {",", {0, 0}},
