@@ -21,8 +21,11 @@ constexpr QColor kProgressGround(255, 255, 255);
 constexpr QColor kProgressDone(0, 90, 200);
 
 /// A line in pieces that fit a width, broken between words where that is possible: a folder's path
-/// can be long.
+/// can be long. One piece at least.
 QStringList fittingLines(const QString& line, const QFont& font, int width) {
+    if (line.isEmpty()) {
+        return {line};
+    }
     QTextLayout layout(line, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -43,12 +46,11 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
         area.adjusted(kStatusMargin, kStatusTopMargin, -kStatusMargin, -kStatusMargin);
     int top = inner.top();
     for (const QString& line : status.split(u'\n')) {
-        if (line.isEmpty()) {
-            top += metrics.lineSpacing();
-        }
         for (const QString& piece : fittingLines(line, painter.font(), inner.width())) {
-            const int width = metrics.horizontalAdvance(piece);
-            drawTextBox(painter, {inner.left() + (inner.width() - width) / 2, top}, piece);
+            if (!piece.isEmpty()) {
+                const int width = metrics.horizontalAdvance(piece);
+                drawTextBox(painter, {inner.left() + (inner.width() - width) / 2, top}, piece);
+            }
             top += metrics.lineSpacing();
         }
     }

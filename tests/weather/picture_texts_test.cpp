@@ -65,6 +65,9 @@ TEST_F(PictureTextsTest, AStatusLineThatIsTooWideIsBroken) {
     const int lines = (box.height() + m_height / 2) / m_height;
     EXPECT_GE(lines, 4);
     EXPECT_LE(lines, 6);
+    // An empty line is as high as any.
+    const QRect apart = changed(drawn({.status = "a\n\nb"}), QRect(0, 0, 320, 240));
+    EXPECT_NEAR(apart.height(), 3 * m_height, 4);
     // A line that fits stays one.
     const QRect one = changed(drawn({.status = "Could not write to\n"}), QRect(0, 0, 320, 240));
     EXPECT_EQ(one.height(), m_height);
