@@ -105,7 +105,8 @@ function(raincast_test room)
         raincast_rooms_up_to(rooms ${room})
     endif()
     add_executable(${room}_tests ${sources})
-    target_link_libraries(${room}_tests PRIVATE ${rooms} test_support test_main ${ARGN})
+    target_link_libraries(${room}_tests PRIVATE ${rooms} test_support test_main ${ARGN}
+        test_options)
     target_precompile_headers(${room}_tests REUSE_FROM test_support)
 
     # Suites named RealData... are an entry of their own, so that their skipping is seen.
