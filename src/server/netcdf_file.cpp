@@ -18,6 +18,11 @@ int variableId(int file, const std::string& name) {
     return nc_inq_varid(file, name.c_str(), &id) == NC_NOERR ? id : -1;
 }
 
+/// Whether a dimension has a part; one of no length is none.
+bool hasPart(std::size_t length, std::size_t first, std::size_t count) {
+    return count > 0 && first < length && count <= length - first;
+}
+
 } // namespace
 
 NetcdfFile::NetcdfFile(const QString& path) {
@@ -35,26 +40,36 @@ NetcdfFile::~NetcdfFile() {
     }
 }
 
-std::size_t NetcdfFile::length(const std::string& variable) const {
+std::vector<std::size_t> NetcdfFile::shape(const std::string& variable) const {
     const int id = variableId(m_id, variable);
-    int dimensions = 0;
-    int dimension = 0;
-    std::size_t result = 0;
-    const bool found = id >= 0 && nc_inq_varndims(m_id, id, &dimensions) == NC_NOERR &&
-                       dimensions == 1 && nc_inq_vardimid(m_id, id, &dimension) == NC_NOERR &&
-                       nc_inq_dimlen(m_id, dimension, &result) == NC_NOERR;
-    return found && result <= kMostValues ? result : 0;
+    int count = 0;
+    if (id < 0 || nc_inq_varndims(m_id, id, &count) != NC_NOERR) {
+        return {};
+    }
+    std::vector<int> dimensions(static_cast<std::size_t>(count));
+    std::vector<std::size_t> lengths(dimensions.size());
+    bool known = nc_inq_vardimid(m_id, id, dimensions.data()) == NC_NOERR;
+    for (std::size_t i = 0; known && i < lengths.size(); ++i) {
+        known = nc_inq_dimlen(m_id, dimensions[i], &lengths[i]) == NC_NOERR;
+    }
+    return known ? lengths : std::vector<std::size_t>();
+}
+
+std::size_t NetcdfFile::length(const std::string& variable) const {
+    const auto lengths = shape(variable);
+    return lengths.size() == 1 && lengths[0] <= kMostValues ? lengths[0] : 0;
 }
 
 std::vector<int>
 NetcdfFile::ints(const std::string& variable, std::size_t first, std::size_t count) const {
-    if (count == 0 || count > kMostValues) {
+    const auto lengths = shape(variable);
+    if (lengths.size() != 1 || !hasPart(lengths[0], first, count) || count > kMostValues) {
         return {};
     }
     std::vector<int> values(count);
-    const int id = variableId(m_id, variable);
     const bool read =
-        id >= 0 && nc_get_vara_int(m_id, id, &first, &count, values.data()) == NC_NOERR;
+        nc_get_vara_int(m_id, variableId(m_id, variable), &first, &count, values.data()) ==
+        NC_NOERR;
     return read ? values : std::vector<int>();
 }
 
@@ -73,15 +88,16 @@ std::vector<float> NetcdfFile::floats(
     const std::string& variable, std::size_t firstRow, std::size_t rows, std::size_t firstColumn,
     std::size_t columns
 ) const {
-    if (rows == 0 || columns == 0 || rows > kMostValues / columns) {
+    const auto lengths = shape(variable);
+    if (lengths.size() != 2 || !hasPart(lengths[0], firstRow, rows) ||
+        !hasPart(lengths[1], firstColumn, columns) || rows > kMostValues / columns) {
         return {};
     }
     std::vector<float> values(rows * columns);
     const std::size_t start[] = {firstRow, firstColumn};
     const std::size_t count[] = {rows, columns};
     const int id = variableId(m_id, variable);
-    const bool read =
-        id >= 0 && nc_get_vara_float(m_id, id, start, count, values.data()) == NC_NOERR;
+    const bool read = nc_get_vara_float(m_id, id, start, count, values.data()) == NC_NOERR;
     return read ? values : std::vector<float>();
 }
 

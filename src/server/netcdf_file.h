@@ -37,6 +37,8 @@ public:
     ) const;
 
 private:
+    /// The lengths of a variable's dimensions; empty when there is no such variable.
+    [[nodiscard]] std::vector<std::size_t> shape(const std::string& variable) const;
     [[nodiscard]] std::size_t length(const std::string& variable) const;
 
     int m_id = -1;

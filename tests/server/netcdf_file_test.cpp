@@ -2,11 +2,14 @@
 #include "netcdf_maker.h"
 #include "server/netcdf_file.h"
 #include "support/files.h"
+#include "support/little_memory.h"
 
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <limits>
 
 namespace raincast {
 namespace {
@@ -51,6 +54,17 @@ TEST_F(NetcdfFileTest, WhatIsNotThereIsEmpty) {
     EXPECT_THAT(file.doubles("none"), IsEmpty());
     EXPECT_THAT(file.floats("grid", 0, 3, 0, 3), IsEmpty());
     EXPECT_THAT(file.floats("none", 0, 1, 0, 1), IsEmpty());
+}
+
+TEST_F(NetcdfFileTest, WhatAFileClaimsTakesNoMemory) {
+    const NetcdfFile file(m_path);
+    constexpr std::size_t kHuge = 90'000'000;
+    const LittleMemory memory(32'000'000);
+    EXPECT_THAT(file.ints("numbers", 0, kHuge), IsEmpty());
+    EXPECT_THAT(file.ints("none", 0, kHuge), IsEmpty());
+    EXPECT_THAT(file.ints("numbers", 1, std::numeric_limits<std::size_t>::max()), IsEmpty());
+    EXPECT_THAT(file.floats("grid", 0, 9000, 0, 9000), IsEmpty());
+    EXPECT_THAT(file.floats("grid", 1, std::numeric_limits<std::size_t>::max(), 0, 1), IsEmpty());
 }
 
 TEST_F(NetcdfFileTest, OtherFilesDoNotOpen) {
