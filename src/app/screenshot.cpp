@@ -2,11 +2,13 @@
 #include "app/screenshot.h"
 
 #include "platform/busy_guard.h"
+#include "platform/whole_file.h"
 #include "window/modal.h"
 
 #include <QBuffer>
 #include <QEvent>
 #include <QFile>
+#include <QFileInfo>
 #include <QPixmap>
 #include <QWidget>
 
@@ -25,16 +27,14 @@ bool save(const QPixmap& picture, const QString& path) {
     if (!buffer.open(QIODevice::WriteOnly) || !picture.save(&buffer, "PNG")) {
         return false;
     }
-    QFile file(path);
-    const auto mode = QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered;
-    if (!file.open(mode)) {
-        return false;
+    // A pipe or a device has nothing to replace.
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile()) {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+               file.write(bytes) == bytes.size();
     }
-    const bool whole = file.write(bytes) == bytes.size();
-    if (!whole) {
-        file.remove(); // half a picture is none
-    }
-    return whole;
+    return replaceFile(path, bytes, Lasting::yes).has_value();
 }
 
 } // namespace

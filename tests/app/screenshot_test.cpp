@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/screenshot.h"
 #include "platform/busy_guard.h"
+#include "platform/file_descriptor.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "support/qt_app.h"
@@ -10,7 +11,9 @@
 #include <QTest>
 #include <QWidget>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <optional>
 
@@ -80,15 +83,31 @@ TEST_F(ScreenshotTest, AFileThatCannotBeWrittenIsTold) {
     EXPECT_EQ(namesIn(folder.path()), "");
 }
 
-TEST_F(ScreenshotTest, AFullDiskLeavesNoHalfPicture) {
+TEST_F(ScreenshotTest, AFullDiskLeavesTheOldPictureAndNoHalfOne) {
     test::show(window);
+    writeFile(folder.filePath("picture.png"), "old");
     const FullDisk disk(50);
     const Screenshot screenshot(window, folder.filePath("picture.png"), [this](bool good) {
         saved = good;
     });
     ASSERT_TRUE(wait());
     EXPECT_EQ(saved, false);
-    EXPECT_EQ(namesIn(folder.path()), "");
+    EXPECT_EQ(namesIn(folder.path()), "picture.png");
+    EXPECT_EQ(readFile(folder.filePath("picture.png")), "old");
+}
+
+TEST_F(ScreenshotTest, APipeIsWrittenInto) {
+    test::show(window);
+    const QString pipe = folder.filePath("pipe");
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const FileDescriptor reader(open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK));
+    const Screenshot screenshot(window, pipe, [this](bool good) { saved = good; });
+    ASSERT_TRUE(wait());
+    EXPECT_EQ(saved, true);
+    QByteArray bytes(65536, '\0');
+    bytes.truncate(read(reader.get(), bytes.data(), static_cast<std::size_t>(bytes.size())));
+    EXPECT_EQ(QImage::fromData(bytes, "PNG").size(), QSize(120, 80));
+    EXPECT_EQ(namesIn(folder.path()), "pipe");
 }
 
 } // namespace
