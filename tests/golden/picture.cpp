@@ -2,11 +2,12 @@
 #include "picture.h"
 
 #include "golden_test.h"
+#include "platform/whole_file.h"
 #include "support/files.h"
 
+#include <QBuffer>
 #include <QLibraryInfo>
 #include <QPainter>
-#include <QSaveFile>
 #include <QVersionNumber>
 
 #include <gtest/gtest.h>
@@ -118,6 +119,12 @@ QImage differences(const QImage& seen, const QImage& kept) {
     return picture;
 }
 
+// Others may be writing the same file just now.
+void save(const QByteArray& bytes, const QString& path) {
+    EXPECT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+    EXPECT_TRUE(replaceFile(path, bytes, Lasting::no)) << qPrintable(path);
+}
+
 // With a palette where that says it all.
 void save(const QImage& picture, const QString& path) {
     QImage kept = picture.convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither);
@@ -125,17 +132,10 @@ void save(const QImage& picture, const QString& path) {
         kept = picture;
     }
     kept.setDevicePixelRatio(1);
-    EXPECT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-    QSaveFile file(path); // others may be writing it just now
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
-    EXPECT_TRUE(kept.save(&file, "PNG", 0) && file.commit()) << qPrintable(path);
-}
-
-void saveText(const QByteArray& text, const QString& path) {
-    EXPECT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-    QSaveFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
-    EXPECT_TRUE(file.write(text) == text.size() && file.commit()) << qPrintable(path);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly) && kept.save(&buffer, "PNG", 0));
+    save(bytes, path);
 }
 
 QByteArray drawnBy() {
@@ -160,8 +160,8 @@ void keep(const Places& kept, const QImage& picture, const QByteArray& descripti
     if (!isSame(picture, readable(QImage(kept.picture)))) {
         save(picture, kept.picture);
     }
-    saveText(description, kept.description);
-    saveText(drawnBy(), kVersionFile);
+    save(description, kept.description);
+    save(drawnBy(), kVersionFile);
 }
 
 void compare(
@@ -175,7 +175,7 @@ void compare(
     }
     const QString difference = QString(seen.picture).replace(".png", ".difference.png");
     save(picture, seen.picture);
-    saveText(description, seen.description);
+    save(description, seen.description);
     save(differences(picture, keptPicture), difference);
     EXPECT_EQ(description.toStdString(), keptDescription.toStdString())
         << "The controls have changed; see " << qPrintable(seen.description);
