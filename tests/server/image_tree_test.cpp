@@ -91,7 +91,7 @@ TEST_F(ImageTreeTest, DoesNotMakeWhatNobodyWaitsFor) {
         "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif",
         {[](const std::optional<TreeAnswer>&) {}, [] { return false; }}
     );
-    EXPECT_EQ(body("/ridge/RadarImg/N0S/LWX/LWX_20180725_2000_N0S.gif"), "GIF89aLWXN0S");
+    EXPECT_EQ(body("/ridge/RadarImg/N0S/LWX/LWX_20180725_2000_N0S.gif"), gifThatSays("LWXN0S"));
     EXPECT_EQ(m_frames.made, 1);
 }
 
