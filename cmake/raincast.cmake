@@ -134,7 +134,7 @@ function(raincast_test room)
             SKIP_RETURN_CODE 77 ENVIRONMENT "${environment};LC_ALL=C.UTF-8")
     endforeach()
     set_tests_properties(${room}.comma PROPERTIES ENVIRONMENT
-        "${environment};LC_ALL=de_DE.UTF-8;LOCPATH=${RAINCAST_LOCALE_DIR};RAINCAST_EXPECT_COMMA=1")
+        "${environment};LC_ALL=de_DE.UTF-8;LANGUAGE=en;LOCPATH=${RAINCAST_LOCALE_DIR};RAINCAST_EXPECT_COMMA=1")
 endfunction()
 
 # raincast_bench(NAME ROOM): bench/NAME_bench.cpp with ROOM and the rooms below it.
