@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // How many frames a second raincast-server hands out beside nginx, which serves the same tree as
-// files, what a request costs it, and how much memory it takes once every site and product has been
-// asked for.
+// files, what a request costs it, and how much memory it takes: once every site and product has
+// been asked for, and after thousands of requests at random.
 #include "radar/products.h"
 #include "radar/sites.h"
+#include "server/tree_index.h"
 #include "support/loopback.h"
 #include "support/ratio.h"
 
@@ -19,6 +20,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -30,6 +32,8 @@ using namespace raincast;
 constexpr int kConnections = 8;
 constexpr int kRequestsPerConnection = 250;
 constexpr int kDeadline = 600'000; // milliseconds
+constexpr int kRandomRequests = 8'000;
+constexpr double kAimMegabytes = 150;
 
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "%s\n", what);
@@ -216,6 +220,45 @@ void askForEverything(int port) {
     }
 }
 
+template<class Values>
+const auto& anyOf(const Values& values, std::mt19937& random) {
+    return values[std::uniform_int_distribution<std::size_t>(0, values.size() - 1)(random)];
+}
+
+/// A frame of any age in two cases of three, else the present warnings, a layer or a world file.
+std::string anyPath(Client& client, std::mt19937& random) {
+    if (random() % 3 == 0) {
+        return anyOf(standingPaths(), random);
+    }
+    const std::string folder = pathOf(anyOf(allFrameFolders(), random));
+    static const QRegularExpression name(QStringLiteral("\"([A-Z]{3}_\\d{8}_\\d{4}_\\w{3}\\.gif)\"")
+    );
+    std::vector<std::string> names;
+    auto found = name.globalMatch(QString::fromStdString(client.get(folder)));
+    while (found.hasNext()) {
+        names.push_back(found.next().captured(1).toStdString());
+    }
+    return names.empty() ? folder : folder + anyOf(names, random);
+}
+
+void askAtRandom(int port) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kConnections; ++i) {
+        threads.emplace_back([port, i] {
+            std::mt19937 random(static_cast<unsigned>(i));
+            for (int asked = 0; asked < kRandomRequests / kConnections;) {
+                Client client(port); // a connection has a limit of requests
+                for (int j = 0; j < 100; ++j, ++asked) {
+                    client.get(anyPath(client, random));
+                }
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
 } // namespace
 
 int main() {
@@ -274,5 +317,11 @@ int main() {
     std::printf(
         "Memory after the newest frames of 155 sites and 7 products: %.0f MB, at most %.0f MB\n",
         memoryOf(server.id(), "VmRSS"), memoryOf(server.id(), "VmHWM")
+    );
+    askAtRandom(port);
+    std::printf(
+        "Memory after %d requests at random: %.0f MB, at most %.0f MB (aim: at most %.0f MB)\n",
+        kRandomRequests, memoryOf(server.id(), "VmRSS"), memoryOf(server.id(), "VmHWM"),
+        kAimMegabytes
     );
 }

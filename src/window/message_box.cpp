@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include <algorithm>
 
@@ -46,16 +47,19 @@ struct Buttons {
     QMessageBox::StandardButton first;
     QMessageBox::StandardButton second;
     QMessageBox::StandardButton escape;
+    // Not every desktop gives its buttons letters for Alt: these are ours.
+    const char* firstText;
+    const char* secondText;
 };
 
 Buttons buttonsOf(Question question) {
     switch (question) {
     case Question::yesNo:
-        return {QMessageBox::Yes, QMessageBox::No, QMessageBox::No};
+        return {QMessageBox::Yes, QMessageBox::No, QMessageBox::No, "&Yes", "&No"};
     case Question::retryDiscard:
         break;
     }
-    return {QMessageBox::Retry, QMessageBox::Discard, QMessageBox::Retry};
+    return {QMessageBox::Retry, QMessageBox::Discard, QMessageBox::Retry, "&Retry", "&Discard"};
 }
 
 int run(QMessageBox& box) {
@@ -83,6 +87,8 @@ Answer askQuestion(
     }
     const Buttons buttons = buttonsOf(question);
     QMessageBox box(toQt(icon), caption, text, buttons.first | buttons.second, parent);
+    box.button(buttons.first)->setText(QString::fromLatin1(buttons.firstText));
+    box.button(buttons.second)->setText(QString::fromLatin1(buttons.secondText));
     box.setDefaultButton(buttons.first);
     box.setEscapeButton(buttons.escape);
     const int result = run(box);

@@ -87,16 +87,24 @@ TEST_F(MessageBoxTest, AQuestionIsAnsweredByItsButtonsAndKeys) {
     const Press presses[] = {
         {Question::yesNo, Qt::Key_Return, Answer::first},
         {Question::yesNo, Qt::Key_Escape, Answer::second},
+        {Question::yesNo, Qt::Key_Y, Answer::first},
+        {Question::yesNo, Qt::Key_N, Answer::second},
         {Question::retryDiscard, Qt::Key_Return, Answer::first},
         {Question::retryDiscard, Qt::Key_Escape, Answer::first},
+        {Question::retryDiscard, Qt::Key_R, Answer::first},
+        {Question::retryDiscard, Qt::Key_D, Answer::second},
     };
     for (const Press& row : presses) {
         script.expect(kCaption, [&row](QDialog& open) {
             const auto& box = static_cast<QMessageBox&>(open);
             EXPECT_EQ(box.text(), kText);
             EXPECT_EQ(box.buttons().size(), 2);
-            QTest::keyClick(&open, Qt::Key(row.key));
-            EXPECT_FALSE(open.isVisible()) << row.key;
+            ASSERT_TRUE(QTest::qWaitForWindowActive(&open));
+            // Its letters are those of the buttons, as the menu's are.
+            const bool letter = row.key < Qt::Key_Escape;
+            QTest::keyClick(&open, Qt::Key(row.key), letter ? Qt::AltModifier : Qt::NoModifier);
+            // A button pressed by its letter is seen to go down first.
+            EXPECT_TRUE(QTest::qWaitFor([&open] { return !open.isVisible(); })) << row.key;
         });
         EXPECT_EQ(askQuestion(nullptr, kText, kCaption, row.question), row.answer) << row.key;
     }
