@@ -14,11 +14,8 @@ constexpr double kWholeTurn = 360;
 } // namespace
 
 LocalOffset shortWay(GeoPosition origin, GeoPosition position) {
-    const double turned = position.longitude - origin.longitude;
-    if (std::fabs(turned) > kWholeTurn / 2) {
-        position.longitude = origin.longitude + std::remainder(turned, kWholeTurn);
-    }
-    return LocalFrame(origin).toMetres(position);
+    const double turned = std::remainder(position.longitude - origin.longitude, kWholeTurn);
+    return LocalFrame(origin).toMetres({position.latitude, origin.longitude + turned});
 }
 
 float bearingBack(float east, float north) {

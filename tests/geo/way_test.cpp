@@ -13,10 +13,11 @@ TEST(ShortWay, IsTheFramesWhereNoDateLineLiesBetween) {
     const GeoPosition position{41.25, -104.5};
     EXPECT_EQ(shortWay(origin, position), LocalFrame(origin).toMetres(position));
     EXPECT_EQ(shortWay(origin, origin), LocalOffset());
-    // A third of the globe: a turn taken off and put on again would round.
-    const GeoPosition west{0, -14.2};
-    const GeoPosition east{0, 124.6};
-    EXPECT_EQ(shortWay(west, east), LocalFrame(west).toMetres(east));
+    for (const double longitude : {124.6, 165.7, -194.1, -150.1}) {
+        const GeoPosition west{0, -14.2};
+        const GeoPosition there{0, longitude};
+        EXPECT_EQ(shortWay(west, there), LocalFrame(west).toMetres(there)) << longitude;
+    }
 }
 
 TEST(ShortWay, CrossesTheDateLine) {
