@@ -223,6 +223,7 @@ TEST_F(PageFileTest, AFileTooLargeIsUnreadable) {
 }
 
 TEST_F(PageFileTest, AFileOfTheLargestSizeIsRead) {
+    EXPECT_EQ(PageBytes::kMostBytes, 67'108'864); // 64 MiB
     put("pages.cfg", kGood);
     ASSERT_TRUE(QFile::resize(path(), PageBytes::kMostBytes));
     PageFile file = fileAt();

@@ -118,6 +118,34 @@ TEST(SerialWriterTest, AFailingWriteStopsTheSave) {
     EXPECT_FALSE(writer.writeObject(SampleItem()));
 }
 
+TEST(SerialWriterTest, BytesGoToTheDeviceOnceSixtyFourKibibytesAreThere) {
+    constexpr qsizetype kSome = 65'536;
+    FullDevice device(1'000'000);
+    CSerialWriter writer(device);
+    EXPECT_TRUE(writer.writeBytes(Bytes(kSome - 1, 1)));
+    EXPECT_EQ(device.taken.size(), 0);
+    EXPECT_TRUE(writer.writeValue(std::uint8_t{2}));
+    EXPECT_EQ(device.taken.size(), kSome);
+    // Not while a count or a length is still to be filled in before them.
+    CRecordWriter record(writer);
+    EXPECT_TRUE(record.bytes(Bytes(kSome, 3)));
+    EXPECT_EQ(device.taken.size(), kSome);
+    EXPECT_TRUE(record.end());
+    EXPECT_TRUE(writer.finish());
+    EXPECT_EQ(device.taken.size(), kSome + 4 + 4 + kSome);
+    EXPECT_EQ(device.calls, 2);
+}
+
+TEST(SerialWriterTest, ATextWhoseLengthHasNoRoomIsRefused) {
+    FullDevice device(1'000'000);
+    CSerialWriter writer(device);
+    const char16_t first = u'x'; // nobody looks at the rest
+    EXPECT_FALSE(writer.writeString(QStringView(&first, qsizetype{1} << 31)));
+    EXPECT_TRUE(writer.failed());
+    EXPECT_FALSE(writer.finish());
+    EXPECT_EQ(device.taken.size(), 0);
+}
+
 TEST(SerialWriterTest, ARecordLeftWithoutItsEndIsClosed) {
     QBuffer file;
     file.open(QIODevice::WriteOnly);
