@@ -18,8 +18,7 @@ QString CGlobals::application() {
 }
 
 void CGlobals::Persistant::useForThisRun(const QString& pageFile) {
-    configFile = pageFile;
-    setForThisRun("config_file");
+    setForThisRun("config_file", configFile, pageFile);
 }
 
 void CGlobals::Persistant::exchange(SettingsExchange& values) {

@@ -94,9 +94,7 @@ void Viewer::saveAtExit() {
 void Viewer::loadSettings() {
     RegistryStore store = RegistryStore::inStandardFolders();
     PersistantData::loadAll(store, CGlobals::application());
-    if (!m_options.nmea.isEmpty()) {
-        CPositionSource::useForThisRun(m_options.nmea);
-    }
+    CPositionSource::useForThisRun(m_options.nmea);
     CServers::setForThisRun(m_options.radarServer, m_options.basemapServer);
     if (!m_options.siteId.isEmpty()) {
         CItemWeather::chooseForFirst(m_options.siteId, m_options.product);

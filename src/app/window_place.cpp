@@ -19,7 +19,7 @@ CWindowPlace::Persistant CWindowPlace::settings;
 
 void CWindowPlace::restore(QWidget& window, const QSize& asked) {
     if (!asked.isEmpty()) {
-        settings.setForThisRun("geometry");
+        settings.setForThisRun("geometry", settings.geometry, settings.geometry);
         window.resize(asked);
         return;
     }

@@ -44,7 +44,7 @@ void CPositionSource::choose(const QString& text) {
 }
 
 void CPositionSource::useForThisRun(const QString& text) {
-    forThisRun = text;
+    forThisRun = text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
 bool CPositionSource::isForThisRun() {

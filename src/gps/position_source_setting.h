@@ -26,7 +26,7 @@ public:
     /// for this run only.
     static void choose(const QString& text);
 
-    /// A source for this run, never saved.
+    /// A source for this run, never saved; an empty text: none but the user's choice.
     static void useForThisRun(const QString& text);
     [[nodiscard]] static bool isForThisRun();
 

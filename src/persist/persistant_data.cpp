@@ -20,6 +20,9 @@ PersistantData::PersistantData(const char* name) : m_name(name), m_next(s_head) 
 }
 
 void PersistantData::loadAll(RegistryStore& store, const QString& application) {
+    for (PersistantData* record = s_head; record != nullptr; record = record->m_next) {
+        record->forgetRun();
+    }
     exchangeAll(SettingsExchange::Direction::Load, store, application);
 }
 
@@ -34,8 +37,19 @@ PersistantData::saveAll(RegistryStore& store, const QString& application) {
     return store.save(Branch::User);
 }
 
-void PersistantData::setForThisRun(const char* value) {
-    m_notSaved.append(QString::fromLatin1(value));
+// The last first, as one member may have been set twice.
+void PersistantData::forgetRun() {
+    for (; !m_forThisRun.empty(); m_forThisRun.pop_back()) {
+        m_forThisRun.back().putBack();
+    }
+}
+
+QStringList PersistantData::notSaved() const {
+    QStringList names;
+    for (const ForThisRun& each : m_forThisRun) {
+        names.append(QString::fromLatin1(each.value));
+    }
+    return names;
 }
 
 void PersistantData::exchangeAll(
@@ -43,7 +57,7 @@ void PersistantData::exchangeAll(
 ) {
     for (PersistantData* record = s_head; record != nullptr; record = record->m_next) {
         const QString key = rootKey(application) + u'/' + QString::fromLatin1(record->m_name);
-        SettingsExchange values(direction, store, key, record->m_notSaved);
+        SettingsExchange values(direction, store, key, record->notSaved());
         record->exchange(values);
     }
 }

@@ -6,7 +6,11 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <tl/expected.hpp>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace raincast {
 
@@ -24,7 +28,8 @@ public:
     PersistantData(const PersistantData&) = delete;
     PersistantData& operator=(const PersistantData&) = delete;
 
-    /// Loads every record, the one constructed last first. What cannot be read keeps the value that
+    /// Begins a run: what the run before set for itself only is as it was before that, and every
+    /// record is loaded, the one constructed last first. What cannot be read keeps the value that
     /// its owner gave it. Only reads the store.
     static void loadAll(RegistryStore& store, const QString& application);
 
@@ -33,9 +38,16 @@ public:
     /// failure, what was meant for it is then the user's.
     static tl::expected<void, QString> saveAll(RegistryStore& store, const QString& application);
 
-    /// Says that a value of this record was set for this run only, by an option of the command
-    /// line: from now on saving leaves the stored value as it is.
-    void setForThisRun(const char* value);
+    /// Sets the member of a value of this record for this run only, as an option of the command
+    /// line asks for: until the next loadAll() saving leaves the stored value as it is, whatever
+    /// becomes of the member. The name is borrowed for the life of the program.
+    template<typename T>
+    void setForThisRun(const char* value, T& member, std::type_identity_t<T> forThisRun) {
+        m_forThisRun.push_back(
+            {value,
+             [&member, before = std::exchange(member, std::move(forThisRun))] { member = before; }}
+        );
+    }
 
 protected:
     /// The name is borrowed for the life of the program.
@@ -46,6 +58,14 @@ protected:
     virtual void exchange(SettingsExchange& values) = 0;
 
 private:
+    /// A value's name, and what gives its member the value that it had before this run.
+    struct ForThisRun {
+        const char* value;
+        std::function<void()> putBack;
+    };
+
+    void forgetRun();
+    [[nodiscard]] QStringList notSaved() const;
     static void exchangeAll(
         SettingsExchange::Direction direction, RegistryStore& store, const QString& application
     );
@@ -54,7 +74,7 @@ private:
 
     const char* const m_name;
     PersistantData* const m_next;
-    QStringList m_notSaved;
+    std::vector<ForThisRun> m_forThisRun;
 };
 
 } // namespace raincast

@@ -14,8 +14,7 @@ public:
 
     void useForThisRun(const char* value, QString& member, const QString& host) {
         if (!host.isEmpty()) {
-            member = host;
-            setForThisRun(value);
+            setForThisRun(value, member, host);
         }
     }
 

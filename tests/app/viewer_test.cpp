@@ -9,6 +9,7 @@
 #include "display/item.h"
 #include "display/page_display.h"
 #include "gps/mark_manager.h"
+#include "gps/position_source_setting.h"
 #include "paged/page.h"
 #include "persist/page_file.h"
 #include "persist/serial_reader.h"
@@ -18,6 +19,7 @@
 #include "support/files.h"
 #include "support/qt_app.h"
 #include "support/temporary_home.h"
+#include "weather/servers.h"
 #include "window/message_box.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
@@ -442,6 +444,46 @@ TEST_F(ViewerTest, TheWindowOpensWhereItWasLeft) {
         viewer.requestEnd();
     });
     EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
+    AppOptions options;
+    options.geometry = QSize(310, 210);
+    options.pageFile = home.path("other.cfg");
+    options.nmea = QStringLiteral("file:") + home.path("missing.nmea");
+    options.radarServer = QStringLiteral("radar.example");
+    writePages(options.pageFile, {"Other"});
+    {
+        Viewer viewer(options);
+        inLoop([&] {
+            EXPECT_EQ(viewer.window()->frame()->size(), options.geometry);
+            EXPECT_EQ(CPositionSource::text(), options.nmea);
+            EXPECT_EQ(CServers::current().radar, options.radarServer);
+            viewer.requestEnd();
+        });
+        EXPECT_EQ(viewer.run(), 0);
+    }
+    Modal::forgetEnd();
+    Viewer viewer({});
+    inLoop([&] {
+        EXPECT_NE(viewer.window()->frame()->size(), options.geometry);
+        EXPECT_EQ(CPositionSource::text(), QString());
+        EXPECT_EQ(CServers::current().radar, CServers::localServer());
+        EXPECT_EQ(CGlobals::settings.configFile, home.pageFile());
+        viewer.requestEnd();
+    });
+    EXPECT_EQ(viewer.run(), 0);
+    const RegistryStore store = RegistryStore::inStandardFolders();
+    const QString root = kKey.section(u'/', 0, -2);
+    const auto saved = [&](const char* record, const char* value) {
+        return store.string(
+            RegistryStore::Branch::User, root + u'/' + QString::fromLatin1(record),
+            QString::fromLatin1(value)
+        );
+    };
+    EXPECT_TRUE(saved("CWindowPlace", "geometry"));
+    EXPECT_EQ(saved("CServers", "radar_server"), CServers::localServer());
+    EXPECT_EQ(saved("CGlobals", "config_file"), home.pageFile());
 }
 
 TEST_F(ViewerTest, APictureIsMadeWithoutAskingOrSavingAnything) {

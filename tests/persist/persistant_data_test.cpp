@@ -210,7 +210,7 @@ TEST_F(PersistantDataTest, AUserBranchThatCannotBeWrittenIsReported) {
 }
 
 struct WithOption : PersistantData {
-    WithOption() : PersistantData("CWithOptionTest") {}
+    explicit WithOption(const char* name) : PersistantData(name) {}
     void exchange(SettingsExchange& values) override {
         values.string("config_file", file);
         values.dword("other", other);
@@ -222,21 +222,38 @@ struct WithOption : PersistantData {
 };
 
 TEST_F(PersistantDataTest, AValueSetForThisRunIsNotSaved) {
-    static WithOption record;
+    static WithOption record("CWithOptionTest");
     const QString key = kRoot + QStringLiteral("/CWithOptionTest");
     const QString name = QStringLiteral("config_file");
     m_store.setString(Branch::User, key, name, QStringLiteral("/stored"));
     load();
     EXPECT_TRUE(record.loading);
     EXPECT_EQ(record.file, QStringLiteral("/stored"));
-    record.file = QStringLiteral("/from the command line");
+    record.setForThisRun("config_file", record.file, QStringLiteral("/from the command line"));
+    EXPECT_EQ(record.file, QStringLiteral("/from the command line"));
     record.other = 2;
-    record.setForThisRun("config_file");
     ASSERT_TRUE(save());
     EXPECT_FALSE(record.loading);
     const RegistryStore again(machineFile(), userFile());
     EXPECT_EQ(again.string(Branch::User, key, name), QStringLiteral("/stored"));
     EXPECT_EQ(again.dword(Branch::User, key, QStringLiteral("other")), 2U);
+}
+
+TEST_F(PersistantDataTest, WhatIsSetForARunEndsWithIt) {
+    static WithOption record("CEndOfRunTest");
+    const QString key = kRoot + QStringLiteral("/CEndOfRunTest");
+    const QString name = QStringLiteral("config_file");
+    load();
+    record.setForThisRun("config_file", record.file, QStringLiteral("/from the command line"));
+    record.setForThisRun("config_file", record.file, QStringLiteral("/and another"));
+    ASSERT_TRUE(save());
+    EXPECT_FALSE(m_store.string(Branch::User, key, name));
+
+    load(); // the next run
+    EXPECT_EQ(record.file, QStringLiteral("/a"));
+    record.file = QStringLiteral("/chosen");
+    ASSERT_TRUE(save());
+    EXPECT_EQ(m_store.string(Branch::User, key, name), QStringLiteral("/chosen"));
 }
 
 } // namespace
