@@ -22,12 +22,14 @@ public:
         const sockaddr_in peer = loopback(1, port);
         EXPECT_EQ(connect(m_socket.get(), generic(peer), sizeof peer), 0);
     }
+    /// Whether this machine has the address ::1.
+    static bool hasIpVersion6() {
+        const sockaddr_in6 self = loopback6(0);
+        return bind(open(AF_INET6).get(), generic(self), sizeof self) == 0;
+    }
     /// To ::1.
     static RawClient overIpVersion6(int port) {
-        sockaddr_in6 peer{};
-        peer.sin6_family = AF_INET6;
-        peer.sin6_port = htons(static_cast<std::uint16_t>(port));
-        peer.sin6_addr = in6addr_loopback;
+        const sockaddr_in6 peer = loopback6(port);
         FileDescriptor socket = open(AF_INET6);
         EXPECT_EQ(connect(socket.get(), generic(peer), sizeof peer), 0);
         return RawClient(std::move(socket));
@@ -98,6 +100,14 @@ private:
         address.sin_family = AF_INET;
         address.sin_port = htons(static_cast<std::uint16_t>(port));
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK - 1 + static_cast<std::uint32_t>(last));
+        return address;
+    }
+
+    static sockaddr_in6 loopback6(int port) {
+        sockaddr_in6 address{};
+        address.sin6_family = AF_INET6;
+        address.sin6_port = htons(static_cast<std::uint16_t>(port));
+        address.sin6_addr = in6addr_loopback;
         return address;
     }
 
