@@ -205,6 +205,20 @@ TEST_F(FeedRmcTest, AFixThatGgaDeniedIsLostInSilenceAsWell) {
     EXPECT_EQ(published(), 2U);
 }
 
+TEST_F(FeedRmcTest, AFixThatOnlyGgaToldOfIsLostInSilenceToo) {
+    reader.feed(kRmcVoid);
+    reader.feed(kGga);
+    second(8);
+    EXPECT_EQ(feed.position().fixType, kFixDifferential);
+    EXPECT_EQ(published(), 1U);
+    second();
+    EXPECT_EQ(feed.position().fixType, kFixNone);
+    ASSERT_EQ(published(), 2U);
+    EXPECT_EQ(last().fixType, kFixNone);
+    reader.feed(kRmc);
+    EXPECT_EQ(last().fixType, kFixGps) << "what GGA said is over";
+}
+
 TEST_F(FeedRmcTest, AFixOfGgaAloneIsNoNewsOnceTheTimeIsOver) {
     reader.feed(kRmcVoid);
     second(12);

@@ -68,7 +68,7 @@ TEST_F(NmeaFramerTest, LinesOfJsonAreNoJunk) {
 }
 
 TEST_F(NmeaFramerTest, ALineOfJsonMayComeInPieces) {
-    const std::string line = "{\"class\":\"ERROR\",\"message\":\"no \\\"$X\\\"\"}\r\n$A\n";
+    const std::string line = "{\"class\":\"ERROR\",\"message\":\"no \\\"$X\\\", \\$Y\"}\r\n$A\n";
     for (std::size_t cut = 1; cut < line.size() - 1; ++cut) {
         counters = {};
         auto sentences = feed(line.substr(0, cut));
