@@ -200,6 +200,13 @@ TEST_F(RadarUpdateTest, TellsWhatItDoes) {
     EXPECT_EQ(m_recorder.repaints, 3);
 }
 
+TEST_F(RadarUpdateTest, AFailureIsShownAsItComes) {
+    publish({});
+    EXPECT_FALSE(update());
+    ASSERT_EQ(m_recorder.statuses.size(), 2U);
+    EXPECT_EQ(m_recorder.repaints, 2) << "at its start, and with what went wrong";
+}
+
 TEST_F(RadarUpdateTest, ASecondUpdateDownloadsNoFrameAgain) {
     publish({"20190519_0544", "20190519_0554"});
     animate(2, 9);
