@@ -59,7 +59,14 @@ TEST(TypedPositionTest, UnderstandsHowPeopleWritePositions) {
         {"N37 22.5 W121 55 00", bay},
         {"37\u00b022.5'N 121\u00b055'W", bay},
         {"37\u00b022.5'N121\u00b055'W", bay},
-        {"N37.2W121.6", {37.2, -121.6}},
+        {"N37.2W121.6", {37.2, -121.6}}, // a letter alone parts them, too
+        {"N37.2E121.6", {37.2, 121.6}},
+        {"n37.2w121.6", {37.2, -121.6}},
+        {"s37.2e121.6", {-37.2, 121.6}},
+        {"37.2N121.6W", {37.2, -121.6}},
+        {"37.2S121.6E", {-37.2, 121.6}},
+        {"37.2n121.6w", {37.2, -121.6}},
+        {"37.2s121.6e", {-37.2, 121.6}},
         {"37-22.5N 121-55W", bay},
         {"37-22.5 -121-55", bay},
         {"41 30 10 20", {41.5, 10 + 20 / 60.0}}, // of several places the one in the middle
@@ -80,8 +87,8 @@ TEST(TypedPositionTest, RefusesWhatIsNoPosition) {
         "5, x", "37 22.5 N,", "nan, inf",
         // More than a position, or what may be one in two ways.
         "37.2, 121.6, 5", "37,2, 121,6", "37.2 121.6, 5", "41 30 10", "41 30 10 20 30",
-        "37.5 22.5, -121", "37 75, -121", "37 22.5 61, -121", "-37.2 S, 121", "N-37.2, 121",
-        "N37.2N, 121", "37.2, -121 -30", "--37, 121",
+        "37.5 22.5, -121", "37 75, -121", "37 60.1, -121", "37 22 60.1, -121", "37 22.5 61, -121",
+        "-37.2 S, 121", "N-37.2, 121", "N37.2N, 121", "37.2, -121 -30", "--37, 121",
         // Hemispheres of the other coordinate: latitude comes first.
         "W121.6, N37.2", "37 E, 121 N", "37 N, 121 S",
         // Beyond the earth.
@@ -101,6 +108,14 @@ TEST(TypedPositionTest, VeryLongTextsAreNoPositionAndTakeNoTime) {
         EXPECT_FALSE(typedPosition(QString(200, filler))) << static_cast<int>(filler);
     }
     EXPECT_FALSE(typedPosition(QStringLiteral("9 ").repeated(90)));
+}
+
+TEST(TypedPositionTest, TwoHundredCharactersAreReadAndNoMore) {
+    const QString most = "37." + QString(194, u'0') + ", 5";
+    ASSERT_EQ(most.size(), 200);
+    EXPECT_EQ(typedPosition(most), (GeoPosition{37, 5}));
+    EXPECT_EQ(typedPosition("  " + most + ' '), (GeoPosition{37, 5})) << "spaces do not count";
+    EXPECT_FALSE(typedPosition('0' + most));
 }
 
 // What a dialog proposes can be accepted as it is.
