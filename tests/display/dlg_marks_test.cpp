@@ -218,7 +218,9 @@ TEST_F(DlgMarksTest, AMarkThatIsNowhereCanBeNamedAndDeleted) {
         EXPECT_EQ(
             listOf(dialog).item(0)->data(RowDelegate::kRemarkRole), QStringLiteral("not on earth")
         );
-        QTest::keyClick(&listOf(dialog), Qt::Key_Return);
+        QListWidget& list = listOf(dialog);
+        QTest::keyClick(&list, Qt::Key_Return);
+        test::doubleClick(*list.viewport(), list.visualItemRect(list.item(0)).center());
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_FALSE(gone);
         press(dialog, u"Delete");
