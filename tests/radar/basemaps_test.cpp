@@ -329,10 +329,14 @@ TEST_F(BasemapsTest, AnyOfTheFilesMayBeCachedWithoutTheOthers) {
 }
 
 TEST_F(BasemapsTest, AFailedLoadKeepsWhatWasLoadedAndUpdatesNoRadar) {
+    m_state.frames = {RadarFrame{nullptr, "1:05", "/old"}};
+    m_state.current = m_state.frames[0];
     m_radar.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", "gone", 404);
     EXPECT_FALSE(load(true));
     EXPECT_TRUE(m_basemaps.topo);
     EXPECT_FALSE(m_basemaps.overlay);
+    EXPECT_TRUE(m_state.frames.empty()) << "they are another site's";
+    EXPECT_EQ(m_state.current.path, QString());
     EXPECT_EQ(m_basemap.count(), 0);
     EXPECT_EQ(m_radar.count("/ridge/RadarImg/N0R/MUX/"), 0);
     EXPECT_EQ(m_view.waits, "wait go on ");
