@@ -148,7 +148,6 @@ void CMarkManager::navigate(float course) {
     if (!std::isfinite(distance)) {
         return; // a position that is not on the earth
     }
-    m_navigation.targetName = m_target.name;
     m_navigation.distance = distance;
     m_navigation.bearing = bearingBack(east, north);
     m_navigation.relativeBearing = relativeTo(course, m_navigation.bearing);

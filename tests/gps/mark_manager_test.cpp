@@ -404,6 +404,12 @@ TEST_F(MarkManagerTest, ChoosingATargetStartsTheLineAnew) {
     EXPECT_NEAR(manager.navigation()->crossTrack, 10, 0.001);
     manager.setTarget(manager.marks().front());
     EXPECT_EQ(manager.navigation(), nullptr) << "until the next position";
+    const CDataNavigation& begun = navigation.records.back();
+    EXPECT_EQ(begun.targetName.toStdString(), "Harbour");
+    EXPECT_EQ(begun.distance, 0);
+    EXPECT_EQ(begun.bearing, 0);
+    EXPECT_EQ(begun.relativeBearing, 0);
+    EXPECT_EQ(begun.crossTrack, 0);
     publish(10, -50);
     EXPECT_EQ(manager.navigation()->crossTrack, 0);
     publish(1, 1);
@@ -428,6 +434,7 @@ TEST_F(MarkManagerTest, ListenersSeeThatTheTargetIsCleared) {
     manager.clearTarget();
     EXPECT_EQ(looking.without, 1);
     EXPECT_FALSE(manager.hasTarget());
+    EXPECT_FALSE(manager.isTarget(manager.marks().front()));
     manager.clearTarget();
     EXPECT_EQ(looking.without, 1) << "there was none";
     publish(0, -90);
