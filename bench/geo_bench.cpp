@@ -2,8 +2,8 @@
 // What placing things on the map costs: one position or point at a time, in nanoseconds.
 #include "geo/geo_reference.h"
 #include "geo/local_frame.h"
-#include "radar/site_list.h"
-#include "radar/sites.h"
+#include "radar/catalogue/site_list.h"
+#include "radar/catalogue/sites.h"
 
 #include <benchmark/benchmark.h>
 

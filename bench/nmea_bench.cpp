@@ -2,8 +2,8 @@
 // How many sentences a core reads in a second: framed, checksums verified, parsed, published and
 // made into positions. A plain memchr line splitter goes over the same bytes in the same run and
 // gives the ratio, which tells more than the absolute figure of one machine.
-#include "gps/feed_rmc_to_gps_position.h"
-#include "gps/nmea_reader.h"
+#include "position/feed_rmc_to_gps_position.h"
+#include "position/nmea/nmea_reader.h"
 
 #include <benchmark/benchmark.h>
 

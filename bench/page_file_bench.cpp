@@ -6,8 +6,8 @@
 // Beside it fread of one field after the other, each into a string of its own, trusting every
 // length: what loading costs without a bound, an object or a registry.
 #include "../tests/persist/sample_objects.h"
+#include "core/whole_file.h"
 #include "persist/page_file.h"
-#include "platform/whole_file.h"
 #include "support/ratio.h"
 
 #include <QFile>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // What drawing the full stack costs (fill, layers, blit), at the sizes of handhelds to large
 // screens and at several zooms, against a memcpy of the same buffer; and what marks add to it.
-#include "display/item_placement.h"
-#include "display/map_overlays.h"
 #include "geo/geo_reference.h"
-#include "gps/mark_manager.h"
+#include "map/map_overlays.h"
+#include "map/mark_manager.h"
+#include "page/item_placement.h"
 #include "support/ratio.h"
 #include "weather/layer_stack.h"
 

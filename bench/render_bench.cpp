@@ -2,10 +2,10 @@
 // Level III products rendered per second and core, beside the writing of the picture alone, which
 // nobody can do without; and the same for sample weather. Products are made here, of the size of
 // real ones; those of the folder RAINCAST_TEST_DATA are measured too where it is there.
-#include "server/frame_painter.h"
-#include "server/image_geometry.h"
-#include "server/level3_decoder.h"
-#include "server/sample_weather.h"
+#include "nexrad/frame_painter.h"
+#include "nexrad/level3_decoder.h"
+#include "radar/catalogue/image_geometry.h"
+#include "sample/sample_weather.h"
 #include "support/level3_maker.h"
 #include "support/ratio.h"
 

@@ -2,9 +2,9 @@
 // How many frames a second raincast-server hands out beside nginx, which serves the same tree as
 // files, what a request costs it, and how much memory it takes: once every site and product has
 // been asked for, and after thousands of requests at random.
-#include "radar/products.h"
-#include "radar/sites.h"
-#include "server/tree_index.h"
+#include "radar/catalogue/products.h"
+#include "radar/catalogue/sites.h"
+#include "radar/catalogue/tree_index.h"
 #include "support/loopback.h"
 #include "support/ratio.h"
 

@@ -4,7 +4,7 @@
 // milliseconds, and bare libcurl within this process, which has nothing to start. Then the whole
 // update, from listing to loaded frames, against bare libcurl and giflib's bare decoding.
 #include "net/http_transfer.h"
-#include "radar/frame_name.h"
+#include "radar/catalogue/frame_name.h"
 #include "radar/radar_update.h"
 #include "support/fault_server.h"
 #include "support/gif_maker.h"

@@ -32,19 +32,27 @@ endif()
 
 # All rooms declared so far, lowest first. A room may include those before it, never those after.
 set_property(GLOBAL PROPERTY RAINCAST_ROOMS "")
+# What the guard of the rooms and the picture of them read: a line "name | folders | rooms that it
+# may include | what it holds" for each.
+set(RAINCAST_ROOMS_FILE "${CMAKE_BINARY_DIR}/rooms.txt")
+file(WRITE "${RAINCAST_ROOMS_FILE}.new" "")
 
-# raincast_room(NAME [ABOVE ROOM] LIBRARY...): every .cpp of src/NAME, but its main.cpp, as an object
-# library. Object libraries, so that self-registering static objects are never dropped by the
-# linker. With ABOVE the room stands beside the main line, on that room and those below it.
+# raincast_room(NAME HOLDS TEXT [FOLDERS FOLDER...] [ABOVE ROOM] [WITHOUT ROOM...]
+#     [LIBRARIES LIBRARY...])
+# Every .cpp of src/NAME and of the folders named, but main.cpp, as an object library. Object
+# libraries, so that self-registering static objects are never dropped by the linker. With ABOVE the
+# room stands beside the main line, on that room and those below it. It includes none of the rooms
+# after WITHOUT, though they stand below it.
 function(raincast_room name)
-    cmake_parse_arguments(PARSE_ARGV 1 room "" "ABOVE" "")
-    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${name}/*.cpp")
+    cmake_parse_arguments(PARSE_ARGV 1 room "" "HOLDS;ABOVE" "FOLDERS;WITHOUT;LIBRARIES")
+    set(patterns "${CMAKE_SOURCE_DIR}/src/${name}/*.cpp")
+    foreach(folder IN LISTS room_FOLDERS)
+        list(APPEND patterns "${CMAKE_SOURCE_DIR}/src/${name}/${folder}/*.cpp")
+    endforeach()
+    file(GLOB sources CONFIGURE_DEPENDS ${patterns})
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
-    if(NOT sources)
-        return()
-    endif()
     add_library(${name} OBJECT ${sources})
-    target_link_libraries(${name} PUBLIC raincast_options ${room_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PUBLIC raincast_options ${room_LIBRARIES})
     if(RAINCAST_CLANG_TIDY)
         set_target_properties(${name} PROPERTIES
             CXX_CLANG_TIDY "${RAINCAST_CLANG_TIDY_PROGRAM};--quiet")
@@ -56,6 +64,17 @@ function(raincast_room name)
         set_property(GLOBAL APPEND PROPERTY RAINCAST_ROOMS ${name})
     endif()
     set_property(GLOBAL PROPERTY RAINCAST_UP_TO_${name} ${below} ${name})
+    if(room_WITHOUT)
+        list(REMOVE_ITEM below ${room_WITHOUT})
+    endif()
+    list(JOIN room_FOLDERS " " folders)
+    list(JOIN below " " below)
+    file(APPEND "${RAINCAST_ROOMS_FILE}.new" "${name} | ${folders} | ${below} | ${room_HOLDS}\n")
+endfunction()
+
+# raincast_rooms_done(): to be called after the last room.
+function(raincast_rooms_done)
+    file(COPY_FILE "${RAINCAST_ROOMS_FILE}.new" "${RAINCAST_ROOMS_FILE}" ONLY_IF_DIFFERENT)
 endfunction()
 
 # raincast_rooms_up_to(OUT NAME): NAME and every room below it, for a target_link_libraries call.
@@ -92,15 +111,12 @@ function(raincast_make_comma_locale)
     endif()
 endfunction()
 
-# raincast_test(ROOM): the tests of tests/ROOM/*_test.cpp as one program and up to three ctest
+# raincast_test(ROOM): the tests below tests/ROOM as one program and up to three ctest
 # entries: ROOM; ROOM.comma, the same under a comma locale; ROOM.real_data, the suites named
 # RealData..., which need the folder RAINCAST_TEST_DATA and show as skipped without it. Any entry
 # shows as skipped when a test of it was skipped and none failed.
 function(raincast_test room)
-    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${room}/*.cpp")
-    if(NOT sources)
-        return()
-    endif()
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${room}/*.cpp")
     if(TARGET ${room})
         raincast_rooms_up_to(rooms ${room})
     endif()

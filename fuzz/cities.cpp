@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Cities of any bytes: reading ends, and every city has a name and lies on the earth.
-#include "server/city_file.h"
+#include "maps/city_file.h"
 
 #include <cmath>
 #include <cstdlib>

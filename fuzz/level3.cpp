@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Level III products from a folder that somebody else fills: whatever the bytes, decoding ends
 // within its limits, says either what is there or what is wrong, and what it gives can be drawn.
-#include "server/image_geometry.h"
-#include "server/level3_decoder.h"
-#include "server/rasteriser.h"
+#include "nexrad/level3_decoder.h"
+#include "nexrad/rasteriser.h"
+#include "radar/catalogue/image_geometry.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/layer_canvas.h"
+#include "maps/layer_canvas.h"
 
 #include <vector>
 

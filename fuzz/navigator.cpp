@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Whatever a navigator answers and leaves in the shared file: its answer is the status, a file that
 // is too short is found out, and the floats that are read are finite.
-#include "gps/feed_qvapi_to_gps_position.h"
-#include "gps/navigator_link.h"
+#include "position/feed_qvapi_to_gps_position.h"
+#include "position/navigator/navigator_link.h"
 
 #include <QFile>
 #include <QString>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Files of any bytes where shores and relief should be: reading ends, with nothing or with numbers.
-#include "server/relief_file.h"
-#include "server/shore_file.h"
+#include "maps/relief_file.h"
+#include "maps/shore_file.h"
 
 #include <QFile>
 #include <QTemporaryDir>

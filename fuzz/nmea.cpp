@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Whatever bytes come, in whatever reads: everything published is finite, every sentence is counted
 // once, and how the bytes were cut into reads makes no difference.
-#include "gps/feed_rmc_to_gps_position.h"
-#include "gps/nmea_pace.h"
-#include "gps/nmea_reader.h"
+#include "position/feed_rmc_to_gps_position.h"
+#include "position/nmea/nmea_pace.h"
+#include "position/nmea/nmea_reader.h"
 
 #include <cmath>
 #include <cstdint>

@@ -3,7 +3,7 @@
 // seed is a page file as it lies on disk. The classes are those that register themselves in the
 // rooms that the target is linked with, and the samples of the tests.
 #include "../tests/persist/sample_objects.h"
-#include "gps/mark_manager.h"
+#include "map/mark_manager.h"
 
 #include <QBuffer>
 

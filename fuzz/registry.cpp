@@ -2,7 +2,7 @@
 // Settings files of any bytes: whatever they hold can be asked for, and a value that is saved over
 // them is there afterwards. Damaged files are complained of on standard error; -close_fd_mask=2
 // keeps that quiet.
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -2,7 +2,7 @@
 // Roads of an operator's own: a GeoJSON text or, after a first byte S and a length of two bytes,
 // the two files of a shapefile. Reading ends, and what is read can be drawn.
 #include "map_lines.h"
-#include "server/road_file.h"
+#include "maps/road_file.h"
 
 #include <QFile>
 #include <QTemporaryDir>

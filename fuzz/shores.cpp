@@ -2,7 +2,7 @@
 // Shores and rivers whose tables hold any numbers. (The netCDF library, which reads the tables, is
 // tried by the target netcdf.) Reading ends, and what is read can be drawn.
 #include "map_lines.h"
-#include "server/shore_file.h"
+#include "maps/shore_file.h"
 
 #include <QTemporaryDir>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Borders of any bytes: reading ends, every line has a rank that is known, and what is read can be
 // drawn.
-#include "server/topojson.h"
+#include "maps/topojson.h"
 
 #include "map_lines.h"
 

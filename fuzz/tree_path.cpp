@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Paths that somebody asks a server for: what is found is of the tree, and stands at that very
 // path.
-#include "server/antenna_positions.h"
-#include "server/tree_index.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "radar/catalogue/tree_index.h"
 
 #include <cstdlib>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_options.h"
 
-#include "gps/position_source_address.h"
-#include "radar/products.h"
-#include "radar/sites.h"
+#include "position/source/position_source_address.h"
+#include "radar/catalogue/products.h"
+#include "radar/catalogue/sites.h"
 #include "weather/servers.h"
 
 #include <QCommandLineParser>

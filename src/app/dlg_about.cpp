@@ -2,7 +2,7 @@
 #include "app/dlg_about.h"
 
 #include "app/drawn_icon.h"
-#include "platform/resource_module.h"
+#include "core/resource_module.h"
 #include "window/dialog_template.h"
 
 #include <QFont>

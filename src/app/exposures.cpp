@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/exposures.h"
 
-#include "app/end_signals.h"
-#include "gps/navigator_waiting.h"
+#include "core/busy_guard.h"
+#include "core/end_signals.h"
 #include "net/http_settings.h"
-#include "platform/busy_guard.h"
+#include "position/navigator/navigator_waiting.h"
 #include "window/modal.h"
 
 #include <QCoreApplication>

@@ -4,9 +4,9 @@
 #include "app/globals.h"
 #include "app/raincast_app.h"
 #include "app/trial_app.h"
+#include "core/folders.h"
 #include "persist/persistant_data.h"
-#include "platform/folders.h"
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 #include "window/message_box.h"
 #include "window/modal.h"
 

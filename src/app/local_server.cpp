@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/local_server.h"
 
+#include "core/busy_guard.h"
+#include "core/program_paths.h"
 #include "net/http_settings.h"
-#include "platform/busy_guard.h"
-#include "platform/program_paths.h"
 
 #include <QDeadlineTimer>
 #include <QFileInfo>

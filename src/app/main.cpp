@@ -2,9 +2,9 @@
 // raincast: the viewer.
 #include "app/app_options.h"
 #include "app/display_guard.h"
-#include "app/end_signals.h"
 #include "app/qt_arguments.h"
 #include "app/viewer.h"
+#include "core/end_signals.h"
 #include "window/screen_style.h"
 
 #include <QApplication>

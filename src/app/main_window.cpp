@@ -5,8 +5,8 @@
 #include "app/dlg_about.h"
 #include "app/drawn_icon.h"
 #include "app/globals.h"
-#include "gps/heartbeat.h"
-#include "paged/page_commands.h"
+#include "core/heartbeat.h"
+#include "page/page_commands.h"
 #include "window/screen_style.h"
 
 #include <QAction>

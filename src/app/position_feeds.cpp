@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The feeds of the program's position: they listen from before the entry point to the end.
-#include "gps/feed_qvapi_to_gps_position.h"
-#include "gps/feed_rmc_to_gps_position.h"
+#include "position/feed_qvapi_to_gps_position.h"
+#include "position/feed_rmc_to_gps_position.h"
 
 namespace raincast {
 

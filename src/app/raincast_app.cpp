@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/raincast_app.h"
 
-#include "display/page_display.h"
+#include "page/page_display.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
 #include "weather/page_default_weather.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "gps/mark_manager.h"
-#include "paged/app_paged.h"
+#include "map/mark_manager.h"
+#include "page/app_paged.h"
 
 #include <QString>
 

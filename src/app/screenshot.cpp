@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/screenshot.h"
 
-#include "platform/busy_guard.h"
-#include "platform/whole_file.h"
+#include "core/busy_guard.h"
+#include "core/whole_file.h"
 #include "window/modal.h"
 
 #include <QBuffer>

@@ -2,7 +2,7 @@
 #include "app/single_instance.h"
 
 #include "app/globals.h"
-#include "platform/busy_guard.h"
+#include "core/busy_guard.h"
 
 #include <QCryptographicHash>
 #include <QLocalServer>

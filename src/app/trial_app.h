@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/raincast_app.h"
-#include "gps/mark_manager.h"
+#include "map/mark_manager.h"
 
 namespace raincast {
 

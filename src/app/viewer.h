@@ -6,8 +6,8 @@
 #include "app/keeper.h"
 #include "app/local_server.h"
 #include "app/raincast_app.h"
-#include "gps/position_receiver.h"
-#include "gps/timers.h"
+#include "core/timers.h"
+#include "position/position_receiver.h"
 
 #include <memory>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "fetch/fetch_options.h"
 
-#include "platform/number_in_range.h"
-#include "radar/products.h"
+#include "core/number_in_range.h"
+#include "radar/catalogue/products.h"
+#include "radar/catalogue/sites.h"
 #include "radar/radar_state.h"
 #include "radar/servers.h"
-#include "radar/sites.h"
 
 #include <QCommandLineParser>
 

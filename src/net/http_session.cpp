@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "net/http_session.h"
 
-#include "platform/busy_guard.h"
+#include "core/busy_guard.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "net/http_transfer.h"
 
+#include "core/whole_file.h"
 #include "net/byte_allowance.h"
 #include "net/connection.h"
 #include "net/http_session.h"
 #include "net/quoted_string_scanner.h"
-#include "platform/whole_file.h"
 
 #include <QUrl>
 

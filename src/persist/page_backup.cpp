@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "persist/page_backup.h"
 
-#include "platform/whole_file.h"
+#include "core/whole_file.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "persist/page_file.h"
 
+#include "core/whole_file.h"
 #include "persist/serial_writer.h"
-#include "platform/whole_file.h"
 
 #include <QBuffer>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "persist/persistant_data.h"
 
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 
 namespace raincast {
 

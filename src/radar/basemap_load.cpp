@@ -4,10 +4,10 @@
 #include "geo/geo_reference.h"
 #include "net/byte_allowance.h"
 #include "radar/cache.h"
-#include "radar/composite.h"
+#include "radar/catalogue/products.h"
 #include "radar/file_kinds.h"
-#include "radar/image_file.h"
-#include "radar/products.h"
+#include "radar/image/composite.h"
+#include "radar/image/image_file.h"
 #include "radar/radar_view.h"
 
 #include <QFile>

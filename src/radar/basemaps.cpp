@@ -3,8 +3,8 @@
 
 #include "geo/geo_reference.h"
 #include "radar/basemap_load.h"
+#include "radar/catalogue/sites.h"
 #include "radar/radar_view.h"
-#include "radar/sites.h"
 
 namespace raincast {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/bitmap.h"
+#include "radar/image/bitmap.h"
 #include "radar/radar_state.h"
 #include "radar/servers.h"
 

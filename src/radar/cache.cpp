@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "radar/cache.h"
 
-#include "platform/folders.h"
-#include "platform/special_folders.h"
-#include "platform/storage_cards.h"
-#include "platform/whole_file.h"
+#include "core/folders.h"
+#include "core/special_folders.h"
+#include "core/storage_cards.h"
+#include "core/whole_file.h"
 
 #include <QFile>
 #include <QFileInfo>

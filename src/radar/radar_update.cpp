@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "radar/radar_update.h"
 
+#include "core/clock.h"
 #include "net/http_transfer.h"
-#include "platform/clock.h"
 #include "radar/cache.h"
-#include "radar/composite.h"
+#include "radar/catalogue/frame_name.h"
+#include "radar/catalogue/products.h"
 #include "radar/file_kinds.h"
-#include "radar/frame_name.h"
-#include "radar/image_file.h"
-#include "radar/products.h"
+#include "radar/image/composite.h"
+#include "radar/image/image_file.h"
 
 #include <utility>
 

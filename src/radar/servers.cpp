@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "radar/servers.h"
 
-#include "platform/number_in_range.h"
+#include "core/number_in_range.h"
 
 #include <QRegularExpression>
 

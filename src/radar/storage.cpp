@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "radar/storage.h"
 
+#include "core/busy_guard.h"
+#include "core/folders.h"
 #include "geo/local_frame.h"
-#include "platform/busy_guard.h"
-#include "platform/folders.h"
 #include "radar/cache.h"
-#include "radar/sites.h"
+#include "radar/catalogue/sites.h"
 
 #include <QDir>
 #include <QDirIterator>

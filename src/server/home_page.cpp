@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "server/home_page.h"
 
-#include "radar/sites.h"
-#include "server/antenna_positions.h"
+#include "maps/map_data.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "radar/catalogue/nws_colours.h"
+#include "radar/catalogue/sites.h"
 #include "server/home_page_text.h"
-#include "server/map_data.h"
-#include "server/nws_colours.h"
 
 #include <QColor>
 #include <QJsonArray>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "server/level3_watch.h"
 
-#include "server/level3_folder.h"
+#include "tree/level3_folder.h"
 
 namespace raincast {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/file_descriptor.h"
+#include "core/file_descriptor.h"
 
 #include <string>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "server/render_command.h"
 
-#include "platform/whole_file.h"
-#include "server/frame_painter.h"
-#include "server/level3_decoder.h"
+#include "core/whole_file.h"
+#include "nexrad/frame_painter.h"
+#include "nexrad/level3_decoder.h"
 
 #include <QFileInfo>
 

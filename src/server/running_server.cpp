@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "server/running_server.h"
 
-#include "platform/clock.h"
+#include "core/clock.h"
+#include "sample/sample_weather.h"
 #include "server/home_page.h"
-#include "server/level3_folder.h"
 #include "server/level3_watch.h"
-#include "server/sample_weather.h"
 #include "server/status_page.h"
 #include "server/tree_server.h"
+#include "tree/level3_folder.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/file_time.h"
-#include "server/image_tree.h"
-#include "server/layer_store.h"
-#include "server/map_data.h"
-#include "server/publisher.h"
+#include "core/file_time.h"
+#include "maps/map_data.h"
 #include "server/remembered_page.h"
-#include "server/server_log.h"
 #include "server/server_options.h"
+#include "tree/image_tree.h"
+#include "tree/layer_store.h"
+#include "tree/publisher.h"
+#include "tree/server_log.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "server/server_options.h"
 
-#include "radar/sites.h"
+#include "radar/catalogue/sites.h"
 
 #include <QCommandLineParser>
 

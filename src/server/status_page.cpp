@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "server/status_page.h"
 
-#include "platform/clock.h"
-#include "server/antenna_positions.h"
-#include "server/frame_source.h"
-#include "server/map_data.h"
+#include "core/clock.h"
+#include "maps/map_data.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "tree/frame_source.h"
 
 #include <QDateTime>
 #include <QJsonArray>

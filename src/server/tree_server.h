@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/tree_answer.h"
 #include "server/web_server.h"
+#include "tree/tree_answer.h"
 
 #include <QString>
 

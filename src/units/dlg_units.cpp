@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "units/dlg_units.h"
 
-#include "paged/global_settings_type.h"
+#include "page/global_settings_type.h"
 #include "units/position_format_type.h"
 #include "window/dialog_template.h"
 

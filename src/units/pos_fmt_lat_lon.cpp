@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "units/pos_fmt_lat_lon.h"
 
-#include "platform/leading_number.h"
+#include "core/leading_number.h"
 
 #include <array>
 #include <charconv>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "paged/ranked_record.h"
+#include "core/ranked_record.h"
 #include "units/units.h"
 
 namespace raincast {

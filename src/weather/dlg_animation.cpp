@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_animation.h"
 
-#include "platform/number_in_range.h"
+#include "core/number_in_range.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"

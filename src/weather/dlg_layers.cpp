@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_layers.h"
 
-#include "radar/products.h"
+#include "radar/catalogue/products.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 

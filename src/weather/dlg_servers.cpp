@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_servers.h"
 
-#include "paged/global_settings_type.h"
+#include "page/global_settings_type.h"
 #include "weather/servers.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"

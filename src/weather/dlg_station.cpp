@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_station.h"
 
-#include "radar/site_list.h"
-#include "radar/sites.h"
+#include "radar/catalogue/site_list.h"
+#include "radar/catalogue/sites.h"
 #include "units/units.h"
 
 namespace raincast {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "geo/geo_position.h"
-#include "paged/dlg_item_type_select.h"
+#include "window/dlg_item_type_select.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_storage.h"
 
-#include "platform/storage_cards.h"
+#include "core/storage_cards.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/file_time.h"
+#include "core/file_time.h"
 
 #include <QString>
 

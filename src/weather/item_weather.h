@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "display/item_map_view.h"
-#include "gps/heartbeat.h"
+#include "core/heartbeat.h"
+#include "map/item_map_view.h"
 #include "persist/type_ids.h"
 #include "radar/basemaps.h"
 #include "radar/radar_state.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "geo/view_transform.h"
-#include "radar/bitmap.h"
+#include "radar/image/bitmap.h"
 #include "weather/row_spans.h"
 
 #include <QCache>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "weather/page_default_weather.h"
 
-#include "display/item.h"
-#include "paged/page_type.h"
+#include "page/item.h"
+#include "page/page_type.h"
 #include "weather/item_weather.h"
 
 #include <utility>

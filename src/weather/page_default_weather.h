@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "display/page_display.h"
+#include "page/page_display.h"
 
 namespace raincast {
 

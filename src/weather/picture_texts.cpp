@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/picture_texts.h"
 
-#include "display/text_box.h"
+#include "map/text_box.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/shrink.h"
 
-#include "radar/bitmap.h"
+#include "radar/image/bitmap.h"
 
 #include <algorithm>
 #include <array>

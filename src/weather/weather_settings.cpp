@@ -2,7 +2,7 @@
 #include "weather/weather_settings.h"
 
 #include "persist/little_endian.h"
-#include "radar/products.h"
+#include "radar/catalogue/products.h"
 
 namespace raincast {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/dialog_template.h"
 
-#include "platform/resource_module.h"
+#include "core/resource_module.h"
 #include "window/message_box.h"
 
 #include <QByteArray>

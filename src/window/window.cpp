@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/window.h"
 
-#include "platform/busy_guard.h"
+#include "core/busy_guard.h"
 #include "window/device_pixels.h"
 #include "window/window_map.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/dlg_about.h"
-#include "platform/resource_module.h"
+#include "core/resource_module.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
 

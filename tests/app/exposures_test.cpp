@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "app/end_signals.h"
 #include "app/exposures.h"
-#include "gps/navigator_waiting.h"
+#include "core/busy_guard.h"
+#include "core/end_signals.h"
 #include "net/http_settings.h"
-#include "platform/busy_guard.h"
+#include "position/navigator/navigator_waiting.h"
 #include "support/qt_app.h"
 #include "window/modal.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/globals.h"
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 #include "support/temporary_home.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 #include "app/trial_app.h"
 #include "app/viewer_harness.h"
 #include "app/window_place.h"
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 #include "support/dialog_script.h"
 #include "support/files.h"
 #include "support/full_disk.h"

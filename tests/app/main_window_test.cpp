@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_commands.h"
 #include "app/main_window.h"
-#include "gps/heartbeat.h"
-#include "paged/page_commands.h"
+#include "core/heartbeat.h"
+#include "page/page_commands.h"
 #include "support/dialog_script.h"
 #include "support/pointer.h"
 #include "support/qt_app.h"

@@ -2,9 +2,9 @@
 // Every entry of every menu, tool button and key of the main window, on every kind of page, chosen
 // with the mouse and with keys; each dialog that opens is cancelled and accepted.
 #include "app/viewer_harness.h"
-#include "display/image.h"
-#include "gps/mark_manager.h"
-#include "paged/page_commands.h"
+#include "map/mark_manager.h"
+#include "page/image.h"
+#include "page/page_commands.h"
 #include "persist/page_file.h"
 #include "persist/serial_writer.h"
 #include "support/any_dialog.h"

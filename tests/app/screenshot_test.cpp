@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/screenshot.h"
-#include "platform/busy_guard.h"
-#include "platform/file_descriptor.h"
+#include "core/busy_guard.h"
+#include "core/file_descriptor.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "support/qt_app.h"

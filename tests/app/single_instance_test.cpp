@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/single_instance.h"
-#include "platform/busy_guard.h"
+#include "core/busy_guard.h"
 #include "support/files.h"
 #include "support/qt_app.h"
 #include "support/temporary_home.h"

@@ -2,7 +2,7 @@
 #include "layout_rules.h"
 
 #include "controls.h"
-#include "paged/row_delegate.h"
+#include "window/row_delegate.h"
 #include "window/screen_metrics.h"
 
 #include <QComboBox>

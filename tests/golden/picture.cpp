@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "picture.h"
 
+#include "core/whole_file.h"
 #include "golden_test.h"
-#include "platform/whole_file.h"
 #include "support/files.h"
 
 #include <QBuffer>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/clock.h"
+#include "core/clock.h"
 #include "support/http_server.h"
 #include "support/time_zone.h"
 

@@ -2,8 +2,8 @@
 #include "sample_viewer.h"
 
 #include "app/window_place.h"
-#include "display/image.h"
-#include "display/item.h"
+#include "page/image.h"
+#include "page/item.h"
 #include "support/qt_app.h"
 #include "weather/item_weather.h"
 #include "window/events.h"

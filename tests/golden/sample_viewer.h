@@ -3,8 +3,8 @@
 
 #include "app/main_window.h"
 #include "app/raincast_app.h"
-#include "display/page_display.h"
-#include "platform/resource_module.h"
+#include "core/resource_module.h"
+#include "page/page_display.h"
 #include "sample_server.h"
 #include "support/temporary_home.h"
 

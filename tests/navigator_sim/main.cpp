@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // navigator-sim: stands in for the companion navigator, for tests and for a look at the viewer.
 #include "navigator_sim/navigator.h"
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

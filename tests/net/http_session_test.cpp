@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "core/busy_guard.h"
 #include "net/http_session.h"
-#include "platform/busy_guard.h"
 #include "support/fault_server.h"
 #include "support/http_server.h"
 #include "support/loopback.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/storage_cards.h"
+#include "core/storage_cards.h"
 #include "radar/cache.h"
 #include "support/files.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "core/clock.h"
 #include "net/http_transfer.h"
-#include "platform/clock.h"
-#include "radar/composite.h"
+#include "radar/image/composite.h"
 #include "radar/radar_update.h"
 #include "support/fault_server.h"
 #include "support/files.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "core/busy_guard.h"
+#include "core/storage_cards.h"
 #include "geo/local_frame.h"
-#include "platform/busy_guard.h"
-#include "platform/storage_cards.h"
-#include "radar/sites.h"
+#include "radar/catalogue/sites.h"
 #include "radar/storage.h"
 #include "support/files.h"
 

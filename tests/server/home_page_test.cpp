@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "radar/sites.h"
+#include "maps/map_data.h"
+#include "radar/catalogue/sites.h"
 #include "server/home_page.h"
-#include "server/map_data.h"
 #include "support/files.h"
 
 #include <QRegularExpression>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The settings that are installed with the server, in the programs that they are for.
-#include "fake_frames.h"
-#include "platform/clock.h"
-#include "server/layer_store.h"
-#include "server/publisher.h"
+#include "core/clock.h"
 #include "support/files.h"
 #include "support/peer_servers.h"
+#include "tree/fake_frames.h"
+#include "tree/layer_store.h"
+#include "tree/publisher.h"
 
 #include <QProcess>
 #include <QStandardPaths>

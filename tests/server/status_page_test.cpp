@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "fake_frames.h"
-#include "platform/clock.h"
-#include "server/map_data.h"
+#include "core/clock.h"
+#include "maps/map_data.h"
 #include "server/status_page.h"
+#include "tree/fake_frames.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "paged/global_settings_type.h"
+#include "page/global_settings_type.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
 #include "units/dlg_units.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "persist/persistant_data.h"
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 #include "units/position_format_type.h"
 #include "units/scoped_units.h"
 #include "units/units.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "dialog_controls.h"
-#include "paged/global_settings_type.h"
+#include "page/global_settings_type.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
 #include "weather/dlg_servers.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "dialog_controls.h"
-#include "paged/row_delegate.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
 #include "units/scoped_units.h"
 #include "weather/dlg_station.h"
+#include "window/row_delegate.h"
 
 #include <QListWidget>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How old the picture is, as a person sees it who only looks: nothing else has the page painted.
-#include "display/text_box.h"
+#include "map/text_box.h"
 #include "weather_page.h"
 
 #include <QFontMetrics>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The numbers of the radar item's commands, typed by hand, and what each of them does.
-#include "paged/row_delegate.h"
 #include "weather_page.h"
 #include "window/menu_table.h"
+#include "window/row_delegate.h"
 
 #include <QListWidget>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The radar item against servers that misbehave: what the window says, that it can be used, and
 // that the next update works.
-#include "platform/busy_guard.h"
+#include "core/busy_guard.h"
 #include "support/fault_server.h"
 #include "support/files.h"
 #include "support/gif_maker.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What lies over the radar (positions, marks) when the image below it changes, goes or stays away.
 #include "geo/geo_reference.h"
-#include "gps/overlay_object.h"
+#include "map/overlay_object.h"
 #include "weather_page.h"
 
 #include <QListWidget>

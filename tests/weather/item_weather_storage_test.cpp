@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The storage dialog of a radar item that is shown: a large cache on its way to a card.
-#include "platform/busy_guard.h"
+#include "core/busy_guard.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "weather_page.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The radar item on a real page, fed by a real server.
-#include "display/map_lines_setting.h"
-#include "display/map_menu.h"
-#include "gps/overlay_gps_position.h"
+#include "map/map_lines_setting.h"
+#include "map/map_menu.h"
+#include "map/overlay_gps_position.h"
 #include "persist/record_writer.h"
-#include "radar/sites.h"
+#include "radar/catalogue/sites.h"
 #include "support/files.h"
 #include "support/serial_bytes.h"
 #include "weather_page.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The radar item under the hands of a person: keys, pointer and position, on a loaded radar.
-#include "gps/data_gps_position.h"
+#include "position/data_gps_position.h"
 #include "support/pointer.h"
 #include "weather_page.h"
 

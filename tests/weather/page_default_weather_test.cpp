@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "display/item.h"
-#include "paged/page_type.h"
+#include "page/item.h"
+#include "page/page_type.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
 #include "support/serial_bytes.h"

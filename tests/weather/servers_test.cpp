@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "persist/persistant_data.h"
-#include "platform/registry_store.h"
+#include "persist/registry_store.h"
 #include "weather/servers.h"
 
 #include <QTemporaryDir>

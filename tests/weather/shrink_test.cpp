@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/bitmap.h"
+#include "radar/image/bitmap.h"
 #include "weather/shrink.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/clock.h"
 #include "dialog_controls.h"
-#include "display/item.h"
-#include "display/page_display.h"
-#include "platform/clock.h"
+#include "page/item.h"
+#include "page/page_display.h"
 #include "support/dialog_script.h"
 #include "support/http_server.h"
 #include "support/qt_app.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/resource_module.h"
+#include "core/resource_module.h"
 #include "support/clean_layout.h"
 #include "support/dialog_script.h"
 #include "support/pointer.h"

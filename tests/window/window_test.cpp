@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/busy_guard.h"
+#include "core/busy_guard.h"
 #include "support/pointer.h"
 #include "support/qt_app.h"
 #include "window/device_pixels.h"

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+#include "app/dlg_position_source.h"
+
+#include "core/clock.h"
+#include "page/global_settings_type.h"
+#include "position/position_receiver.h"
+#include "position/source/position_source_setting.h"
+#include "window/dialog_template.h"
+#include "window/events.h"
+#include "window/message_box.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+using Kind = PositionSourceAddress::Kind;
+
+constexpr std::int32_t kBeatsPerSecond = 10;
+constexpr int kLongestAddress = 1024;
+
+const DialogTemplateRecord record{
+    {CDlgPositionSource::kTemplate,
+     QStringLiteral("GPS Source"),
+     {119, 127},
+     {
+         {0, ControlKind::label, QStringLiteral("&Source:"), {4, 4, 34, 14}},
+         {CDlgPositionSource::kKind, ControlKind::comboBox, {}, {40, 4, 75, 14}},
+         {CDlgPositionSource::kAddressLabel,
+          ControlKind::label,
+          QStringLiteral("&Address:"),
+          {4, 21, 34, 14}},
+         {CDlgPositionSource::kAddress, ControlKind::edit, {}, {40, 21, 75, 14}},
+         {CDlgPositionSource::kExample, ControlKind::label, {}, {4, 36, 111, 18}},
+         {0, ControlKind::label, QStringLiteral("What arrives:"), {4, 56, 70, 14}},
+         {CDlgPositionSource::kTry,
+          ControlKind::pushButton,
+          QStringLiteral("&Try"),
+          {79, 56, 36, 14}},
+         {CDlgPositionSource::kInUse, ControlKind::label, {}, {4, 72, 111, 10}},
+         {CDlgPositionSource::kArrivals, ControlKind::label, {}, {4, 83, 111, 40}},
+         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+     },
+     {}}};
+
+/// What the dialog says about a kind of source.
+struct KindRow {
+    std::optional<Kind> kind;
+    QString name;
+    QString addressLabel;
+    QString example;
+};
+
+const KindRow kKinds[] = {
+    {std::nullopt, QStringLiteral("None"), QStringLiteral("&Address:"),
+     QStringLiteral("Positions are not read")},
+    {Kind::Serial, QStringLiteral("Serial device"), QStringLiteral("&Device:"),
+     QStringLiteral("For example /dev/ttyUSB0, or with a speed /dev/ttyUSB0@9600")},
+    {Kind::Tcp, QStringLiteral("TCP server"), QStringLiteral("&Server:"),
+     QStringLiteral("HOST:PORT, for example 192.168.1.20:10110")},
+    {Kind::Udp, QStringLiteral("UDP port"), QStringLiteral("&Port:"),
+     QStringLiteral("Of this computer, for example 10110")},
+    {Kind::Gpsd, QStringLiteral("gpsd"), QStringLiteral("&Server:"),
+     QStringLiteral("HOST or HOST:PORT. Empty: the gpsd of this computer")},
+    {Kind::File, QStringLiteral("Recorded file"), QStringLiteral("&File:"),
+     QStringLiteral("For example ~/trip.nmea, or faster ~/trip.nmea?rate=10")},
+};
+
+int rowOf(std::optional<Kind> kind) {
+    const auto* const row =
+        std::find_if(std::begin(kKinds), std::end(kKinds), [kind](const KindRow& r) {
+            return r.kind == kind;
+        });
+    return static_cast<int>(row - std::begin(kKinds));
+}
+
+bool isPath(std::optional<Kind> kind) {
+    return kind == Kind::Serial || kind == Kind::File;
+}
+
+QString asSentence(const QString& text) {
+    return text.left(1).toUpper() + text.mid(1) + u'.';
+}
+
+// Empty when there is none.
+QString mistakeIn(const QString& address) {
+    return address.isEmpty() ? QString() : PositionSourceAddress::mistake(address);
+}
+
+// Settings outlive the folder that the program was started in.
+QString mistakeInPath(const QString& address) {
+    const auto parsed = PositionSourceAddress::parse(address);
+    const bool isRelative = parsed && isPath(parsed->kind) && !parsed->path.startsWith(u'/');
+    return isRelative ? QStringLiteral("the path does not start with / or ~/") : QString();
+}
+
+/// Offers the dialog in the "Settings" menu.
+class PositionSourceSettingsType : public CAppPaged::GlobalSettingsType {
+public:
+    PositionSourceSettingsType()
+        : GlobalSettingsType(
+              QStringLiteral("CPositionSource"), QStringLiteral("GPS Source"), kRankGpsSource
+          ) {}
+
+    void open(QWidget* window) const override {
+        if (PositionReceiver* const receiver = CPositionSource::receiver()) {
+            CDlgPositionSource(*receiver).run(window);
+        }
+    }
+};
+
+const PositionSourceSettingsType settingsType;
+
+} // namespace
+
+CDlgPositionSource::CDlgPositionSource(PositionReceiver& receiver)
+    : Dialog(kTemplate), Counter(kBeatsPerSecond), m_receiver(receiver), m_watch(receiver) {}
+
+CDlgPositionSource::~CDlgPositionSource() {
+    CPositionSource::apply();
+}
+
+bool CDlgPositionSource::onInitialise() {
+    m_kinds.attach(*control<QComboBox>(kKind));
+    for (const KindRow& row : kKinds) {
+        m_kinds.add(row.name);
+    }
+    control<QLineEdit>(kAddress)->setMaxLength(kLongestAddress);
+    control<QLabel>(kArrivals)->setAlignment(Qt::AlignTop); // of much text the beginning is seen
+    const QString& address = CPositionSource::text();
+    const auto kind = PositionSourceAddress::kindOf(address);
+    const int row = rowOf(kind);
+    if (kind) {
+        m_typed[row] = address.mid(PositionSourceAddress::scheme(*kind).size());
+    }
+    m_kinds.select(row);
+    selectKind(row);
+    m_watch.look(Clock::current().now());
+    showArrivals();
+    return true;
+}
+
+void CDlgPositionSource::onDialogCommand(int id, QWidget* sender, int notification) {
+    if (id == kKind && notification == selectionChanged) {
+        m_typed[m_kind] = text(kAddress);
+        selectKind(m_kinds.selected());
+    } else if (id == kTry) {
+        tryIt();
+    }
+    Dialog::onDialogCommand(id, sender, notification);
+}
+
+void CDlgPositionSource::selectKind(int kind) {
+    m_kind = kind;
+    const KindRow& row = kKinds[kind];
+    setText(kAddressLabel, row.addressLabel);
+    setText(kAddress, m_typed[kind]);
+    setText(kExample, row.example);
+    control(kAddress)->setEnabled(row.kind.has_value());
+    control(kTry)->setEnabled(row.kind.has_value());
+}
+
+QString CDlgPositionSource::entered() const {
+    const auto kind = kKinds[m_kind].kind;
+    if (!kind) {
+        return {};
+    }
+    QString address = text(kAddress).trimmed();
+    if (isPath(kind) && address.startsWith(QStringLiteral("~/"))) {
+        address.replace(0, 1, QDir::homePath());
+    }
+    return PositionSourceAddress::scheme(*kind) + address;
+}
+
+bool CDlgPositionSource::check() {
+    QString mistake = mistakeIn(entered());
+    if (mistake.isEmpty() && entered() != CPositionSource::text()) {
+        mistake = mistakeInPath(entered());
+    }
+    if (mistake.isEmpty()) {
+        return true;
+    }
+    messageBox(
+        widget(), asSentence(mistake) + QStringLiteral("\n\n") + kKinds[m_kind].example,
+        QStringLiteral("Raincast")
+    );
+    control(kAddress)->setFocus();
+    return false;
+}
+
+void CDlgPositionSource::tryIt() {
+    if (check()) {
+        m_tried = entered();
+        m_receiver.use(PositionSourceAddress::parse(*m_tried));
+        showArrivals();
+    }
+}
+
+void CDlgPositionSource::onOk() {
+    if (!check()) {
+        return;
+    }
+    if (entered() != CPositionSource::text()) {
+        CPositionSource::choose(entered());
+    }
+    Dialog::onOk();
+}
+
+void CDlgPositionSource::Tick() {
+    m_watch.look(CHeartbeat::program().now());
+    showArrivals();
+}
+
+QString CDlgPositionSource::inUse() const {
+    if (m_tried) {
+        return QStringLiteral("On trial: ") + *m_tried;
+    }
+    if (CPositionSource::text().isEmpty()) {
+        return QStringLiteral("None in use");
+    }
+    const bool forThisRun = CPositionSource::isForThisRun();
+    return (forThisRun ? QStringLiteral("For this run: ") : QStringLiteral("In use: ")) +
+           CPositionSource::text();
+}
+
+void CDlgPositionSource::showArrivals() {
+    auto* const label = control<QLabel>(kInUse);
+    if (label == nullptr) {
+        return; // a beat before the dialog is there
+    }
+    const QString source = inUse();
+    label->setToolTip(source);
+    label->setText(label->fontMetrics().elidedText(source, Qt::ElideMiddle, label->width()));
+    const QString mistake = m_tried ? QString() : mistakeIn(CPositionSource::text());
+    const QString arrivals = mistake.isEmpty() ? m_watch.text() : asSentence(mistake);
+    setText(kArrivals, arrivals);
+    control(kArrivals)->setToolTip(arrivals);
+}
+
+} // namespace raincast

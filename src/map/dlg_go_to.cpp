@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "map/dlg_go_to.h"
+
+#include "units/typed_position.h"
+#include "units/units.h"
+#include "window/dialog_template.h"
+#include "window/message_box.h"
+
+#include <QLineEdit>
+
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kPosition = 1070;
+const QString kCaption = QStringLiteral("Go to Position");
+
+const DialogTemplateRecord record{
+    {CDlgGoTo::kTemplate,
+     kCaption,
+     {122, 36},
+     {
+         {0, ControlKind::label, QStringLiteral("&Latitude, longitude:"), {4, 4, 114, 12}},
+         {kPosition, ControlKind::edit, {}, {4, 18, 114, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+     },
+     {}}};
+
+} // namespace
+
+CDlgGoTo::CDlgGoTo(GeoPosition from, GoTo goTo)
+    : Dialog(kTemplate), m_from(from), m_goTo(std::move(goTo)) {}
+
+bool CDlgGoTo::onInitialise() {
+    setText(kPosition, CUnits::global().formatPosition(m_from).trimmed());
+    control<QLineEdit>(kPosition)->selectAll();
+    return true;
+}
+
+void CDlgGoTo::onOk() {
+    const auto position = typedPosition(text(kPosition));
+    if (!position) {
+        complain(QStringLiteral("This is no position. Type the latitude first, for example "
+                                "41°30.5'N, 105°15'W or 41.5, -105.25"));
+    } else if (!m_goTo(*position)) {
+        complain(QStringLiteral("This position is not on the map."));
+    } else {
+        Dialog::onOk();
+    }
+}
+
+void CDlgGoTo::complain(const QString& message) {
+    messageBox(widget(), message, kCaption);
+}
+
+} // namespace raincast

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include "map/dlg_marks.h"
+
+#include "map/mark_manager.h"
+#include "map/mark_names.h"
+#include "window/dialog_template.h"
+#include "window/dlg_rename.h"
+#include "window/message_box.h"
+#include "window/row_delegate.h"
+#include "window/screen_metrics.h"
+#include "window/type_ahead.h"
+
+#include <QIcon>
+#include <QListWidget>
+#include <QPainter>
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+enum Control : int {
+    kGoTo = Dialog::kOk,
+    kClose = Dialog::kCancel,
+    kList = 1060,
+    kSetTarget = 1061,
+    kClearTarget = 1062,
+    kRename = 1063,
+    kDelete = 1064,
+};
+
+// The buttons below the list, row by row, which is the order of the Tab key as well.
+constexpr int kButtons[] = {kGoTo, kSetTarget, kClearTarget, kRename, kDelete, kClose};
+constexpr int kButtonCount = static_cast<int>(std::size(kButtons));
+
+DialogControl button(int id, const QString& text, int column, int row) {
+    const DialogPlace place{2 + 61 * column, 104 + 16 * row, 59, 14};
+    return {id, ControlKind::pushButton, text, place};
+}
+
+const DialogTemplateRecord marksDialog{
+    {CDlgMarks::kTemplate,
+     QStringLiteral("Marks"),
+     {124, 152},
+     {
+         {kList, ControlKind::listBox, {}, {2, 2, 120, 100}},
+         button(kGoTo, QStringLiteral("Go to"), 0, 0),
+         button(kSetTarget, QStringLiteral("Set as Target"), 1, 0),
+         button(kClearTarget, QStringLiteral("Clear Target"), 0, 1),
+         button(kRename, QStringLiteral("Rename"), 1, 1),
+         button(kDelete, QStringLiteral("Delete"), 0, 2),
+         button(kClose, QStringLiteral("Close"), 1, 2),
+     },
+     {124, 92}}};
+
+// Rings around a dot.
+QIcon targetIcon(const QListWidget& list) {
+    const int extent = list.iconSize().width();
+    const double ratio = list.devicePixelRatioF();
+    QPixmap picture(list.iconSize() * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPointF middle(extent / 2.0, extent / 2.0);
+    painter.setPen(QPen(QColor(200, 0, 0), extent / 8.0));
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(middle, 0.4 * extent, 0.4 * extent);
+    painter.setBrush(QColor(200, 0, 0));
+    painter.drawEllipse(middle, 0.1 * extent, 0.1 * extent);
+    painter.end();
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected); // without the selection's tint
+    return icon;
+}
+
+} // namespace
+
+CDlgMarks::CDlgMarks(const std::optional<GeoPosition>& from, GoTo goTo)
+    : Dialog(kTemplate), m_from(from), m_goTo(std::move(goTo)) {}
+
+bool CDlgMarks::onInitialise() {
+    list().setItemDelegate(new RowDelegate(&list()));
+    list().setUniformItemSizes(true); // there may be thousands
+    const int extent = list().fontMetrics().ascent();
+    list().setIconSize({extent, extent});
+    new TypeAhead(list());
+    fill();
+    updateButtons();
+    return true;
+}
+
+QListWidget& CDlgMarks::list() const {
+    return *control<QListWidget>(kList);
+}
+
+int CDlgMarks::currentRow() const {
+    const auto selected = list().selectedItems();
+    return selected.isEmpty() ? -1 : list().row(selected.first());
+}
+
+const COverlayMark* CDlgMarks::selected() const {
+    const int row = currentRow();
+    return row < 0 ? nullptr : m_rows[static_cast<std::size_t>(row)].mark;
+}
+
+void CDlgMarks::fill() {
+    const QSignalBlocker quiet(list());
+    m_rows = listMarks(CMarkManager::instance().marks(), m_from);
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        list().addItem(new QListWidgetItem);
+    }
+    showRows();
+    list().setCurrentRow(m_rows.empty() ? -1 : 0);
+}
+
+void CDlgMarks::showRows() {
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        show(*list().item(static_cast<int>(i)), m_rows[i]);
+    }
+}
+
+void CDlgMarks::show(QListWidgetItem& item, const MarkRow& row) const {
+    item.setText(shownMarkName(row.mark->name));
+    item.setToolTip(item.text());
+    const bool isTarget = CMarkManager::instance().isTarget(*row.mark);
+    item.setIcon(isTarget ? targetIcon(list()) : QIcon());
+    item.setData(
+        Qt::AccessibleTextRole, isTarget ? item.text() + QStringLiteral(", target") : item.text()
+    );
+    if (m_from || !row.mark->isPlaced()) {
+        item.setData(RowDelegate::kRemarkRole, row.wayText());
+    }
+}
+
+void CDlgMarks::updateButtons() {
+    const CMarkManager& manager = CMarkManager::instance();
+    const COverlayMark* const mark = selected();
+    const bool placed = mark != nullptr && mark->isPlaced();
+    control(kGoTo)->setEnabled(placed && m_goTo);
+    control(kSetTarget)->setEnabled(placed && !manager.isTarget(*mark));
+    control(kClearTarget)->setEnabled(manager.hasTarget());
+    control(kRename)->setEnabled(mark != nullptr);
+    control(kDelete)->setEnabled(mark != nullptr);
+}
+
+void CDlgMarks::onDialogCommand(int id, QWidget* control, int notification) {
+    if (id == kList && notification == doubleClicked) {
+        onOk();
+        return;
+    }
+    edit(id);
+    Dialog::onDialogCommand(id, control, notification);
+}
+
+void CDlgMarks::edit(int id) {
+    static constexpr std::pair<int, void (CDlgMarks::*)()> kEdits[] = {
+        {kList, &CDlgMarks::updateButtons},
+        {kSetTarget, &CDlgMarks::setTarget},
+        {kClearTarget, &CDlgMarks::clearTarget},
+        {kRename, &CDlgMarks::rename},
+        {kDelete, &CDlgMarks::deleteMark}};
+    for (const auto& [command, operation] : kEdits) {
+        if (command == id) {
+            (this->*operation)();
+        }
+    }
+}
+
+void CDlgMarks::onOk() {
+    const COverlayMark* const mark = selected();
+    if (mark == nullptr || !mark->isPlaced() || !m_goTo) {
+        return;
+    }
+    if (m_goTo(mark->position())) {
+        end(kOk);
+        return;
+    }
+    messageBox(widget(), QStringLiteral("This mark is not on the map."), QStringLiteral("Marks"));
+}
+
+void CDlgMarks::setTarget() {
+    if (const COverlayMark* const mark = selected()) {
+        CMarkManager::instance().setTarget(*mark);
+        showRows();
+        updateButtons();
+    }
+}
+
+void CDlgMarks::clearTarget() {
+    CMarkManager::instance().clearTarget();
+    showRows();
+    updateButtons();
+}
+
+void CDlgMarks::rename() {
+    const COverlayMark* const mark = selected();
+    if (mark == nullptr) {
+        return;
+    }
+    CDlgRename dialog(mark->name);
+    if (dialog.run(widget()) == kOk && !dialog.name().trimmed().isEmpty()) {
+        CMarkManager::instance().rename(*mark, dialog.name().trimmed());
+        showRows();
+    }
+}
+
+void CDlgMarks::deleteMark() {
+    const int row = currentRow();
+    if (row < 0) {
+        return;
+    }
+    CMarkManager::instance().remove(*selected());
+    {
+        const QSignalBlocker quiet(list());
+        m_rows.erase(m_rows.begin() + row);
+        delete list().takeItem(row);
+        list().setCurrentRow(std::min(row, list().count() - 1));
+    }
+    updateButtons();
+}
+
+// As many buttons in a row as have room, all of one size, and the list above them.
+void CDlgMarks::onSize(int width, int height) {
+    const int margin = dialogMargin(ScreenMetrics::current().logPixelsY);
+    const QSize least = control(kSetTarget)->sizeHint();
+    const int columns = 3 * (least.width() + margin) + margin <= width ? 3 : 2;
+    const int rows = kButtonCount / columns;
+    const int buttonHeight = control(kGoTo)->height();
+    const int buttonWidth = (width - margin) / columns - margin;
+    const int top = height - rows * (buttonHeight + margin);
+    for (int i = 0; i < kButtonCount; ++i) {
+        const QPoint place(
+            margin + i % columns * (buttonWidth + margin),
+            top + i / columns * (buttonHeight + margin)
+        );
+        control(kButtons[i])->setGeometry({place, QSize(buttonWidth, buttonHeight)});
+    }
+    list().setGeometry(margin, margin, width - 2 * margin, top - 2 * margin);
+}
+
+} // namespace raincast

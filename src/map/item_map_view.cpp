@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: MIT
+#include "map/item_map_view.h"
+
+#include "map/follow_icon.h"
+#include "map/map_lines.h"
+#include "map/map_menu.h"
+#include "map/view_bytes.h"
+#include "persist/record_reader.h"
+#include "persist/record_writer.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <iterator>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kKeyPan = 32;
+// Where the follow icon's top-left corner lies from the item's bottom-right one.
+constexpr QPoint kFollowIconPlace(-13, -16);
+
+struct Pan {
+    int key;
+    int dx;
+    int dy;
+};
+
+// The picture moves away from where the user wants to look.
+constexpr Pan kPans[] = {
+    {Qt::Key_Left, kKeyPan, 0},
+    {Qt::Key_Up, 0, kKeyPan},
+    {Qt::Key_Right, -kKeyPan, 0},
+    {Qt::Key_Down, 0, -kKeyPan},
+};
+
+GeoPosition placeOf(const CDataGPSPosition& fix) {
+    return {fix.latitude, fix.longitude};
+}
+
+} // namespace
+
+CItemMapView::CItemMapView(int menuId) : CItem(menuId) {}
+
+bool CItemMapView::Read(CSerialReader& reader) {
+    if (!CItem::Read(reader)) {
+        return false;
+    }
+    CRecordReader record(reader);
+    ViewBytes bytes = viewToBytes(m_view);
+    record.bytes(bytes);
+    record.value(m_following);
+    record.end();
+    m_view = viewFromBytes(bytes);
+    return true;
+}
+
+bool CItemMapView::Write(CSerialWriter& writer) const {
+    if (!CItem::Write(writer)) {
+        return false;
+    }
+    CRecordWriter record(writer);
+    record.bytes(viewToBytes(m_view));
+    record.value(m_following);
+    return record.end();
+}
+
+void CItemMapView::draw(QPainter& painter) {
+    // Their places are those of the image that was placed last.
+    if (placed()) {
+        m_overlays.draw(painter, m_view, rectangle());
+    }
+    drawMapLines(painter, area(), lines(painter.fontMetrics()));
+    if (m_following && m_lastFix.valid()) {
+        const QPoint corner(rectangle().right, rectangle().bottom);
+        drawFollowIcon(painter, corner + kFollowIconPlace);
+    }
+}
+
+void CItemMapView::setRectangle(const PageRectangle& newRectangle) {
+    const ImagePixel pixel = m_view.toImage({rectangle().left, rectangle().top});
+    CItem::setRectangle(newRectangle);
+    place({newRectangle.left, newRectangle.top}, pixel);
+}
+
+bool CItemMapView::command(int id, int /*notification*/) {
+    switch (id) {
+    case kZoomIn:
+        zoomBy(-1);
+        return true;
+    case kZoomOut:
+        zoomBy(1);
+        return true;
+    default:
+        return runMapCommand(*this, id);
+    }
+}
+
+bool CItemMapView::keyDown(int key) {
+    const auto pan = std::find_if(std::begin(kPans), std::end(kPans), [key](const Pan& each) {
+        return each.key == key;
+    });
+    if (pan == std::end(kPans)) {
+        return false;
+    }
+    panBy(pan->dx, pan->dy);
+    return true;
+}
+
+bool CItemMapView::character(char16_t unit) {
+    switch (unit) {
+    case u'+':
+    case u'=':
+        zoomBy(-1);
+        return true;
+    case u'-':
+    case u'_':
+        zoomBy(1);
+        return true;
+    case u'L':
+    case u'l':
+        follow();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CItemMapView::stylusDown(int x, int y, Qt::KeyboardModifiers /*keys*/) {
+    m_dragX = x;
+    m_dragY = y;
+    m_followedBeforeDrag = m_following;
+    return true;
+}
+
+// Zoomed in, the image moves by whole image pixels; what is left over counts in the next move.
+void CItemMapView::stylusMove(int x, int y) {
+    const int block = 1 << std::max(-m_view.zoom(), 0);
+    const int dx = (x - m_dragX) & -block;
+    const int dy = (y - m_dragY) & -block;
+    m_dragX += dx;
+    m_dragY += dy;
+    panBy(dx, dy);
+}
+
+void CItemMapView::stylusLost() {
+    if (m_followedBeforeDrag && !m_following) {
+        follow();
+    }
+}
+
+std::span<const MenuRow> CItemMapView::contextMenu(int x, int y) {
+    m_menuPlace = positionAt({rectangle().left + x, rectangle().top + y});
+    return m_menuPlace ? std::span<const MenuRow>(kMapPlaceRows) : std::span<const MenuRow>();
+}
+
+// Of several maps on a page it is the first that takes the commands.
+void CItemMapView::menuPopUp(QMenu& menu) {
+    if (firstOnPage()) {
+        prepareMapMenu(*this, menu);
+    }
+}
+
+bool CItemMapView::firstOnPage() const {
+    const auto& items = page()->items();
+    const auto first = std::find_if(items.begin(), items.end(), [](const auto& item) {
+        return dynamic_cast<const CItemMapView*>(item.get()) != nullptr;
+    });
+    return first != items.end() && first->get() == this;
+}
+
+void CItemMapView::follow() {
+    m_following = true;
+    if (m_lastFix.valid()) {
+        m_following = centreOn(placeOf(m_lastFix));
+    }
+    invalidate();
+}
+
+void CItemMapView::stopFollowing() {
+    m_following = false;
+    invalidate();
+}
+
+std::optional<GeoPosition> CItemMapView::positionAt(PagePoint point) const {
+    const ImagePixel pixel = m_view.toImage(point);
+    const bool onImage = pixel.column >= 0 && pixel.column < m_geoReference.width() &&
+                         pixel.row >= 0 && pixel.row < m_geoReference.height();
+    if (!placed() || !onImage) {
+        return std::nullopt;
+    }
+    // In the pixel's middle: its corner might come back as its neighbour.
+    return m_geoReference.pixelToGeo({pixel.column + 0.5, pixel.row + 0.5});
+}
+
+bool CItemMapView::goTo(GeoPosition position) {
+    const bool shown = centreOn(position);
+    m_following = m_following && !shown;
+    return shown;
+}
+
+bool CItemMapView::centreOn(GeoPosition position) {
+    invalidate();
+    if (!m_geoReference.valid()) {
+        return false;
+    }
+    const auto placed = m_geoReference.geoToPixelInside(position);
+    if (placed.ok) {
+        showPixel(placed.pixel);
+    }
+    return placed.ok;
+}
+
+GeoPosition CItemMapView::centrePosition() const {
+    if (!m_geoReference.valid()) {
+        return {};
+    }
+    const ImagePixel pixel = centrePixel();
+    return m_geoReference.pixelToGeo(
+        {static_cast<double>(pixel.column), static_cast<double>(pixel.row)}
+    );
+}
+
+ImagePixel CItemMapView::centrePixel() const {
+    return m_view.toImage(centre());
+}
+
+bool CItemMapView::setView(ImagePixel pixel, GeoPosition fallback) {
+    showPixel(pixel);
+    const bool byFix = m_following && m_lastFix.valid();
+    const bool centred = centreOn(byFix ? placeOf(m_lastFix) : fallback);
+    m_following = m_following && centred;
+    return centred;
+}
+
+void CItemMapView::showPixel(ImagePixel pixel) {
+    place(centre(), pixel);
+}
+
+void CItemMapView::geoReferenceChanged() {
+    m_overlays.layoutAll(m_geoReference);
+    invalidate();
+}
+
+QRect CItemMapView::area() const {
+    return rectangle().toRect();
+}
+
+QStringList CItemMapView::lines(const QFontMetrics& metrics) const {
+    return mapLines(m_lastFix, metrics, area().width() - 2 * kMapLinesMargin);
+}
+
+int CItemMapView::linesHeight(const QFontMetrics& metrics) const {
+    return static_cast<int>(lines(metrics).size()) * metrics.height();
+}
+
+void CItemMapView::onPublished(CDataGPSPosition& position) {
+    m_lastFix = position;
+    if (m_following && position.valid()) {
+        m_following = centreOn(placeOf(position));
+    }
+    invalidate(); // the lines and the icon come and go with the fix
+}
+
+void CItemMapView::onPublished(COverlayObject& object) {
+    if (object.change() == COverlayObject::Change::removed) {
+        m_overlays.forget(object);
+    } else {
+        m_overlays.layout(object, m_geoReference);
+    }
+    invalidate();
+}
+
+void CItemMapView::onPublished(CDataNavigation& /*navigation*/) {
+    invalidate();
+}
+
+void CItemMapView::onUnitsChanged() {
+    invalidate();
+}
+
+void CItemMapView::zoomBy(int step) {
+    if (m_view.zoomBy(step, centre())) {
+        invalidate();
+    }
+}
+
+// Moves the picture by page pixels, as a person does: following ends.
+void CItemMapView::panBy(int dx, int dy) {
+    m_following = false;
+    place({dx, dy}, m_view.origin());
+}
+
+void CItemMapView::place(PagePoint point, ImagePixel pixel) {
+    m_view.placeOrigin(point, pixel);
+    invalidate();
+}
+
+PagePoint CItemMapView::centre() const {
+    return {(rectangle().left + rectangle().right) / 2, (rectangle().top + rectangle().bottom) / 2};
+}
+
+} // namespace raincast

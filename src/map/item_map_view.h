@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/listener.h"
+#include "geo/geo_reference.h"
+#include "geo/view_transform.h"
+#include "map/map_overlays.h"
+#include "map/navigation_record.h"
+#include "map/overlay_object.h"
+#include "page/item.h"
+#include "position/data_gps_position.h"
+#include "units/units_change_listener.h"
+
+#include <QRect>
+#include <QStringList>
+
+#include <optional>
+
+class QFontMetrics;
+
+namespace raincast {
+
+/// An item that shows part of a geo-referenced image: it zooms, pans, follows the user's position
+/// and draws the overlays. The image itself is the subclass's, which also fills the geo-reference.
+class CItemMapView : public CPageDisplay::CItem,
+                     private Listener<CDataGPSPosition>,
+                     private Listener<COverlayObject>,
+                     private Listener<CDataNavigation>,
+                     private CUnits::ChangeListener {
+public:
+    [[nodiscard]] bool Read(CSerialReader& reader) override;
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+
+    /// The overlays, while the image is placed; the lines at the top; while following, the follow
+    /// icon.
+    void draw(QPainter& painter) override;
+    /// Keeps the image pixel at the top-left corner where it is.
+    void setRectangle(const PageRectangle& rectangle) override;
+    /// Zooms in and out, and what else the map's menu offers (display/map_menu.h).
+    bool command(int id, int notification) override;
+    /// The arrow keys pan.
+    bool keyDown(int key) override;
+    /// "+" and "-" zoom (or "=" and "_"), "L" follows.
+    bool character(char16_t unit) override;
+    bool stylusDown(int x, int y, Qt::KeyboardModifiers keys) override;
+    void stylusMove(int x, int y) override;
+    void stylusLost() override;
+    std::span<const MenuRow> contextMenu(int x, int y) override;
+    void menuPopUp(QMenu& menu) override;
+
+    [[nodiscard]] const ViewTransform& view() const { return m_view; }
+    /// Whether the user's position is kept in the middle. Any pan, drag or failed centring ends it.
+    [[nodiscard]] bool following() const { return m_following; }
+    /// Follows, and shows the last position at once if it has a fix.
+    void follow();
+    void stopFollowing();
+    /// The last position that was heard of, with or without a fix.
+    [[nodiscard]] const CDataGPSPosition& lastFix() const { return m_lastFix; }
+
+    /// Whether the image has its place on the earth: without one there are no positions.
+    [[nodiscard]] bool placed() const { return m_geoReference.valid(); }
+    /// The position in the middle of the pixel under a point of the page; none outside of the
+    /// image.
+    [[nodiscard]] std::optional<GeoPosition> positionAt(PagePoint point) const;
+    [[nodiscard]] std::optional<GeoPosition> centreOnImage() const { return positionAt(centre()); }
+    /// The position that the menu of a place was opened for last.
+    [[nodiscard]] const std::optional<GeoPosition>& menuPlace() const { return m_menuPlace; }
+    /// Puts a position in the middle because the user wants to look there: following ends. False,
+    /// and nothing changes, as with centreOn().
+    bool goTo(GeoPosition position);
+
+    /// Puts a position in the middle; false, and nothing moves, when the image is not placed or the
+    /// position is outside of it.
+    bool centreOn(GeoPosition position);
+    /// The position in the middle; (0, 0) while the image is not placed.
+    [[nodiscard]] GeoPosition centrePosition() const;
+    /// The image pixel in the middle.
+    [[nodiscard]] ImagePixel centrePixel() const;
+
+protected:
+    explicit CItemMapView(int menuId);
+
+    /// Puts an image pixel in the middle and then, if it can be, the last position while
+    /// following, else the fallback. False when that failed; following has ended then.
+    bool setView(ImagePixel pixel, GeoPosition fallback);
+    /// Puts an image pixel in the middle.
+    void showPixel(ImagePixel pixel);
+
+    [[nodiscard]] GeoReference& geoReference() { return m_geoReference; }
+    [[nodiscard]] const GeoReference& geoReference() const { return m_geoReference; }
+    /// To be called when the geo-reference was changed: the overlays take their new places.
+    void geoReferenceChanged();
+
+    /// The item's rectangle for painters and hit tests.
+    [[nodiscard]] QRect area() const;
+    /// The height of the lines that stand at the area's top at present.
+    [[nodiscard]] int linesHeight(const QFontMetrics& metrics) const;
+
+private:
+    void onPublished(CDataGPSPosition& position) override;
+    void onPublished(COverlayObject& object) override;
+    void onPublished(CDataNavigation& navigation) override;
+    void onUnitsChanged() override;
+
+    [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;
+    [[nodiscard]] bool firstOnPage() const;
+    void zoomBy(int step);
+    void panBy(int dx, int dy);
+    void place(PagePoint point, ImagePixel pixel);
+    [[nodiscard]] PagePoint centre() const;
+
+    GeoReference m_geoReference;
+    ViewTransform m_view;
+    bool m_following = false;
+    CDataGPSPosition m_lastFix;
+    MapOverlays m_overlays;
+    int m_dragX = 0;
+    int m_dragY = 0;
+    bool m_followedBeforeDrag = false;
+    std::optional<GeoPosition> m_menuPlace;
+};
+
+} // namespace raincast

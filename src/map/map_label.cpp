@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "map/map_label.h"
+
+#include <QCache>
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QStaticText>
+#include <QString>
+#include <QtMath>
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+constexpr QColor kHalo(255, 255, 240);
+constexpr int kMostUnits = 40;       // of a text; a name in a file may be of any length
+constexpr int kKeptBytes = 16 << 20; // of pictures of texts: some thousand names
+constexpr double kStandardDpi = 96;
+constexpr double kMetresPerInch = 0.0254;
+
+QString oneShortLine(const QString& text) {
+    const QString line = text.left(4 * kMostUnits).simplified();
+    return line.size() <= kMostUnits ? line : line.left(kMostUnits - 1) + QChar(0x2026);
+}
+
+int haloWidth(const QPaintDevice& device) {
+    return std::max(1, qRound(device.logicalDpiY() / kStandardDpi));
+}
+
+// The text once in each direction, and then the text itself. It is laid out once for all of them.
+void drawInHalo(QPainter& painter, const QPoint& topLeft, int halo, const QStaticText& text) {
+    painter.setPen(kHalo);
+    for (int dy = -halo; dy <= halo; dy += halo) {
+        for (int dx = -halo; dx <= halo; dx += halo) {
+            painter.drawStaticText(topLeft + QPoint(dx, dy), text);
+        }
+    }
+    painter.setPen(Qt::black);
+    painter.drawStaticText(topLeft, text);
+}
+
+QImage pictureOf(const QString& line, const QFont& font, const QPaintDevice& device) {
+    QStaticText text(line);
+    text.setTextFormat(Qt::PlainText);
+    text.prepare(QTransform(), font);
+    const int halo = haloWidth(device);
+    const QSize size(qCeil(text.size().width()), qCeil(text.size().height()));
+    QImage picture(size + QSize(4 * halo, 2 * halo), QImage::Format_ARGB32_Premultiplied);
+    picture.setDotsPerMeterX(qRound(device.logicalDpiX() / kMetresPerInch));
+    picture.setDotsPerMeterY(qRound(device.logicalDpiY() / kMetresPerInch));
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setFont(font);
+    drawInHalo(painter, {2 * halo, halo}, halo, text);
+    return picture;
+}
+
+} // namespace
+
+void drawMapLabel(QPainter& painter, const QPoint& leftMiddle, const QString& text) {
+    // Drawing a text in its halo takes its time, and a map is drawn again at every move.
+    static QCache<QString, QImage> pictures(kKeptBytes);
+    const QString line = oneShortLine(text);
+    if (line.isEmpty()) {
+        return;
+    }
+    const QPaintDevice& device = *painter.device();
+    const QString key =
+        QString::number(device.logicalDpiY()) + u' ' + painter.font().key() + u' ' + line;
+    QImage picture;
+    if (const QImage* const kept = pictures.object(key)) {
+        picture = *kept;
+    } else {
+        picture = pictureOf(line, painter.font(), device);
+        pictures.insert(key, new QImage(picture), static_cast<int>(picture.sizeInBytes()));
+    }
+    painter.drawImage(leftMiddle - QPoint(0, picture.height() / 2), picture);
+}
+
+} // namespace raincast

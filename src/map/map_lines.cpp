@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "map/map_lines.h"
+
+#include "map/map_lines_setting.h"
+#include "map/mark_manager.h"
+#include "map/mark_names.h"
+#include "map/text_box.h"
+#include "units/units.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <cmath>
+
+namespace raincast {
+
+namespace {
+
+constexpr float kLeastSpeed = 0.2F; // knots: below, the course is chance
+constexpr int kLeastNameCharacters = 4;
+/// The words of a line of usual length, and of one that must be short.
+struct Words {
+    QString left;
+    QString right;
+    QString gap; ///< between parts
+
+    [[nodiscard]] const QString& of(float value) const { return value < 0 ? left : right; }
+};
+
+const Words kLongWords{QStringLiteral("left"), QStringLiteral("right"), QStringLiteral("  ")};
+const Words kShortWords{QStringLiteral("L"), QStringLiteral("R"), QStringLiteral(" ")};
+
+QString degreesText(float degrees) {
+    return QString::number(degrees) + QChar(0x00B0);
+}
+
+QString turnText(float relativeBearing, const Words& words) {
+    const float degrees = std::round(std::fabs(relativeBearing));
+    return degrees == 0 ? QStringLiteral("ahead")
+                        : words.of(relativeBearing) + u' ' + degreesText(degrees);
+}
+
+QString crossTrackText(float crossTrack, const Words& words) {
+    const CUnits& units = CUnits::global();
+    const QString distance = units.distanceText(std::fabs(crossTrack));
+    const bool onTrack = distance == units.distanceText(0);
+    return QStringLiteral("XTE ") + distance + (onTrack ? QString() : u' ' + words.of(crossTrack));
+}
+
+/// What there is to say behind the name.
+QStringList navigationParts(
+    const CDataNavigation& navigation, const CDataGPSPosition& position, const Words& words
+) {
+    QStringList parts{
+        CUnits::global().distanceText(navigation.distance), bearingText(navigation.bearing)};
+    if (position.speed > kLeastSpeed) {
+        parts += turnText(navigation.relativeBearing, words);
+    }
+    parts += crossTrackText(navigation.crossTrack, words);
+    return parts;
+}
+
+} // namespace
+
+QString navigationLine(
+    const CDataNavigation& navigation, const CDataGPSPosition& position,
+    const QFontMetrics& metrics, int width
+) {
+    const QString name = shownMarkName(navigation.targetName);
+    const QString whole = (QStringList(name) + navigationParts(navigation, position, kLongWords))
+                              .join(kLongWords.gap);
+    if (metrics.horizontalAdvance(whole) <= width) {
+        return whole;
+    }
+    QStringList parts = navigationParts(navigation, position, kShortWords);
+    const int least = kLeastNameCharacters * metrics.averageCharWidth();
+    const auto behindName = [&parts] { return kShortWords.gap + parts.join(kShortWords.gap); };
+    const auto room = [&] { return width - metrics.horizontalAdvance(behindName()); };
+    while (parts.size() > 1 && room() < least) {
+        parts.removeLast();
+    }
+    return metrics.elidedText(name, Qt::ElideRight, std::max(room(), 0)) + behindName();
+}
+
+QStringList mapLines(const CDataGPSPosition& position, const QFontMetrics& metrics, int width) {
+    QStringList lines;
+    if (!position.valid()) {
+        return lines;
+    }
+    const CDataNavigation* const navigation = CMarkManager::instance().navigation();
+    if (navigation != nullptr && CMapLines::shown(CMapLines::navigation)) {
+        lines += navigationLine(*navigation, position, metrics, width);
+    }
+    if (CMapLines::shown(CMapLines::position)) {
+        lines += CUnits::global().formatPosition({position.latitude, position.longitude});
+    }
+    lines.removeAll(QString());
+    return lines;
+}
+
+void drawMapLines(QPainter& painter, const QRect& area, const QStringList& lines) {
+    painter.save();
+    painter.setClipRect(area, Qt::IntersectClip);
+    QPoint place = area.topLeft() + QPoint(kMapLinesMargin, 0);
+    for (const QString& line : lines) {
+        drawTextBox(painter, place, line);
+        place.ry() += painter.fontMetrics().height();
+    }
+    painter.restore();
+}
+
+} // namespace raincast

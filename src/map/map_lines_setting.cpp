@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "map/map_lines_setting.h"
+
+#include "persist/persistant_data.h"
+
+namespace raincast {
+
+namespace {
+
+std::uint32_t choice[] = {1, 1}; // by CMapLines::Line
+
+} // namespace
+
+class CMapLines::Persistant : public PersistantData {
+public:
+    Persistant() : PersistantData("CMapLines") {}
+
+private:
+    void exchange(SettingsExchange& values) override {
+        values.dword("show_position", choice[position]);
+        values.dword("show_navigation", choice[navigation]);
+    }
+
+    static Persistant s_record;
+};
+
+CMapLines::Persistant CMapLines::Persistant::s_record;
+
+bool CMapLines::shown(Line line) {
+    return choice[line] != 0;
+}
+
+void CMapLines::show(Line line, bool wanted) {
+    choice[line] = wanted ? 1 : 0;
+}
+
+} // namespace raincast

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "map/map_marks.h"
+
+#include "map/dlg_go_to.h"
+#include "map/dlg_marks.h"
+#include "map/item_map_view.h"
+#include "map/mark_manager.h"
+#include "map/mark_names.h"
+#include "window/dlg_rename.h"
+#include "window/message_box.h"
+
+namespace raincast {
+
+namespace {
+
+std::optional<GeoPosition> fixOf(const CItemMapView& view) {
+    const CDataGPSPosition& fix = view.lastFix();
+    return fix.valid() ? std::optional(GeoPosition{fix.latitude, fix.longitude}) : std::nullopt;
+}
+
+std::optional<GeoPosition> placeForMark(const CItemMapView& view) {
+    const auto fix = view.following() ? fixOf(view) : std::nullopt;
+    return fix ? fix : view.centreOnImage();
+}
+
+void addMarkAt(CItemMapView& view, std::optional<GeoPosition> place) {
+    CMarkManager& manager = CMarkManager::instance();
+    const QString proposed = proposedMarkName(manager.marks());
+    CDlgRename dialog(proposed, QStringLiteral("Add Mark"));
+    if (place && dialog.run(view.page()->widget()) == Dialog::kOk) {
+        const QString name = dialog.name().trimmed();
+        manager.add(*place, name.isEmpty() ? proposed : name);
+    }
+}
+
+} // namespace
+
+bool canAddMark(const CItemMapView& view) {
+    return placeForMark(view).has_value();
+}
+
+void addMark(CItemMapView& view) {
+    addMarkAt(view, placeForMark(view));
+}
+
+void addMarkHere(CItemMapView& view) {
+    addMarkAt(view, view.menuPlace());
+}
+
+bool hasMarks(const CItemMapView& /*view*/) {
+    return !CMarkManager::instance().marks().empty();
+}
+
+void editMarks(CItemMapView& view) {
+    const auto fix = fixOf(view);
+    CDlgMarks::GoTo goTo;
+    if (view.placed()) {
+        goTo = [&view](GeoPosition place) { return view.goTo(place); };
+    }
+    CDlgMarks(fix ? fix : view.centreOnImage(), goTo).run(view.page()->widget());
+}
+
+void goToPosition(CItemMapView& view) {
+    CDlgGoTo(view.centrePosition(), [&view](GeoPosition place) {
+        return view.goTo(place);
+    }).run(view.page()->widget());
+}
+
+void followPosition(CItemMapView& view) {
+    view.follow();
+    if (!view.following()) {
+        messageBox(
+            view.page()->widget(), QStringLiteral("Your position is not on the map."),
+            QStringLiteral("Follow Position")
+        );
+    }
+}
+
+} // namespace raincast

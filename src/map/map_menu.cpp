@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "map/map_menu.h"
+
+#include "map/item_map_view.h"
+#include "map/map_lines_setting.h"
+#include "map/map_marks.h"
+#include "window/command_set.h"
+
+#include <QMenu>
+
+#include <algorithm>
+#include <iterator>
+
+namespace raincast {
+
+namespace {
+
+using View = CItemMapView;
+
+/// What a command of the map view does, and when.
+struct Command {
+    int id;
+    void (*run)(View& view);
+    bool (*enabled)(const View& view);
+    bool (*checked)(const View& view); ///< null for one that is never checked
+};
+
+bool always(const View& /*view*/) {
+    return true;
+}
+
+template<CMapLines::Line line>
+void toggleLine(View& view) {
+    CMapLines::show(line, !CMapLines::shown(line));
+    view.invalidate();
+}
+
+template<CMapLines::Line line>
+bool lineIsShown(const View& /*view*/) {
+    return CMapLines::shown(line);
+}
+
+void toggleFollowing(View& view) {
+    if (view.following()) {
+        view.stopFollowing();
+    } else {
+        followPosition(view);
+    }
+}
+
+constexpr Command kCommands[] = {
+    {kAddMark, addMark, canAddMark, nullptr},
+    {kAddMarkHere, addMarkHere, always, nullptr},
+    {kMarks, editMarks, hasMarks, nullptr},
+    {kFollowPosition, toggleFollowing,
+     [](const View& view) { return view.placed() || view.following(); },
+     [](const View& view) { return view.following(); }},
+    {kGoToPosition, goToPosition, [](const View& view) { return view.placed(); }, nullptr},
+    {kShowPosition, toggleLine<CMapLines::position>, always, lineIsShown<CMapLines::position>},
+    {kShowNavigation, toggleLine<CMapLines::navigation>, always,
+     lineIsShown<CMapLines::navigation>},
+};
+
+} // namespace
+
+bool runMapCommand(CItemMapView& view, int command) {
+    const auto* const found =
+        std::find_if(std::begin(kCommands), std::end(kCommands), [command](const Command& each) {
+            return each.id == command;
+        });
+    if (found == std::end(kCommands)) {
+        return false;
+    }
+    if (found->enabled(view)) {
+        found->run(view);
+    }
+    return true;
+}
+
+void prepareMapMenu(const CItemMapView& view, QMenu& menu) {
+    for (const Command& command : kCommands) {
+        enableCommand(menu, command.id, command.enabled(view));
+        if (command.checked != nullptr) {
+            checkCommand(menu, command.id, command.checked(view));
+        }
+    }
+}
+
+} // namespace raincast

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/listener.h"
+#include "geo/local_frame.h"
+#include "map/navigation_record.h"
+#include "map/overlay_mark.h"
+#include "persist/serializable.h"
+#include "position/data_gps_position.h"
+
+#include <list>
+#include <optional>
+
+namespace raincast {
+
+/// The user's marks, and the way to one of them. The marks are overlays, which map views show; they
+/// are kept in the page file, behind the pages.
+///
+/// One mark can be the target: every position with a fix then gives the way to it, which is
+/// published through Listener<CDataNavigation>. The manager is told of positions before any map
+/// view, so that a map view which hears of a position finds the way from there.
+class CMarkManager : public CSerializable, private Listener<CDataGPSPosition> {
+public:
+    static const SerializableType<CMarkManager> cType;
+
+    /// The program's, which lives as long as it.
+    [[nodiscard]] static CMarkManager& instance();
+
+    CMarkManager() = default;
+    ~CMarkManager() override;
+    CMarkManager(const CMarkManager&) = delete;
+    CMarkManager& operator=(const CMarkManager&) = delete;
+
+    /// In the order in which they came. A mark keeps its address until it is removed.
+    [[nodiscard]] const std::list<COverlayMark>& marks() const { return m_marks; }
+
+    /// Adds a mark at the end. What is not on the earth is put there: on the pole that a latitude
+    /// lies beyond, at 0 for what is no number.
+    COverlayMark& add(const GeoPosition& position, const QString& name);
+    /// A mark that is not of this manager changes nothing, here and below.
+    void rename(const COverlayMark& mark, const QString& name);
+    void remove(const COverlayMark& mark);
+    /// Removes all of them.
+    void clear();
+
+    /// Makes a mark the target: its position and name are copied. The line that the cross-track
+    /// offset is measured from starts anew where the next position is. There is no way to a mark
+    /// that is not placed: it changes nothing.
+    void setTarget(const COverlayMark& mark);
+    void clearTarget();
+    [[nodiscard]] bool hasTarget() const { return m_target.latitude != 0; }
+    [[nodiscard]] bool isTarget(const COverlayMark& mark) const { return m_targetMark == &mark; }
+    /// The target, of the latitude 0 while there is none.
+    [[nodiscard]] const CDataMark& target() const { return m_target; }
+
+    /// Where the user was at the last fix; none before the first.
+    [[nodiscard]] const std::optional<GeoPosition>& currentPosition() const { return m_position; }
+    /// The way to the target from there; null without a target, and before the first fix that came
+    /// after it was chosen.
+    [[nodiscard]] const CDataNavigation* navigation() const;
+
+    /// Appends the marks that are in the file. False when one or more could not be read; all others
+    /// are there nevertheless.
+    [[nodiscard]] bool Read(CSerialReader& reader) override;
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeMarkManager; }
+
+private:
+    /// The line through the target that cross-track offsets are measured from: where the user was
+    /// when it was drawn, seen from the target, and the unit normal.
+    struct StartLine {
+        std::optional<LocalOffset> reference;
+        float normalNorth = 0; ///< less the north offset, over the distance
+        float normalEast = 0;  ///< the east offset, over the distance
+    };
+
+    void onPublished(CDataGPSPosition& position) override;
+    void navigate(float course);
+    [[nodiscard]] float crossTrack(const LocalOffset& offset, float distance);
+    void dropNavigation();
+
+    std::list<COverlayMark> m_marks;
+    CDataMark m_target;
+    const COverlayMark* m_targetMark = nullptr; ///< whose copy m_target is
+    StartLine m_startLine;
+    std::optional<GeoPosition> m_position;
+    CDataNavigation m_navigation;
+    bool m_navigating = false; ///< m_navigation holds
+};
+
+} // namespace raincast

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "map/data_mark.h"
+#include "map/overlay_object.h"
+#include "persist/serializable.h"
+
+#include <QPoint>
+
+namespace raincast {
+
+/// A mark on the map: a pin, with its name beside it unless the view is zoomed out. One that a file
+/// has beyond the earth is kept as it is and drawn nowhere.
+class COverlayMark : public CDataMark, public COverlayObject, public CSerializable {
+public:
+    static const SerializableType<COverlayMark> cType;
+
+    /// The pixel of the pin's picture that lies on the spot.
+    static constexpr QPoint kHotSpot{7, 25};
+
+    COverlayMark() = default;
+    COverlayMark(const GeoPosition& position, const QString& name);
+    /// Position and name; the copy is an overlay of its own, which nobody was told of.
+    COverlayMark(const COverlayMark& other);
+    COverlayMark& operator=(const COverlayMark&) = delete;
+
+    /// Takes a name that was typed; what is beyond 1000 UTF-16 units of it is left off.
+    void setName(const QString& text);
+
+    /// Whether it is on the earth: 90 degrees of latitude at most, 360 of longitude.
+    [[nodiscard]] bool isPlaced() const;
+
+    void Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference) const override;
+    void Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline)
+        override;
+
+    /// One record: name, latitude, longitude. Whatever these are, Write gives back the same bytes.
+    /// False for a mark that lacks one of them; it is left as it was then.
+    [[nodiscard]] bool Read(CSerialReader& reader) override;
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeOverlayMark; }
+};
+
+} // namespace raincast

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "maps/layer_canvas.h"
+
+#include <QPainter>
+
+namespace raincast {
+
+LayerCanvas::LayerCanvas(const ImageGeometry& geometry)
+    : m_geometry(geometry),
+      m_image(kFrameWidth, kFrameHeight, QImage::Format_ARGB32_Premultiplied) {
+    m_image.fill(Qt::transparent);
+}
+
+GeoBox LayerCanvas::box() const {
+    constexpr double kMargin = 4;
+    return {
+        m_geometry.latitudeOfRow(kFrameHeight + kMargin), m_geometry.longitudeOfColumn(-kMargin),
+        m_geometry.latitudeOfRow(-kMargin), m_geometry.longitudeOfColumn(kFrameWidth + kMargin)};
+}
+
+QPointF LayerCanvas::at(GeoPosition position) const {
+    return {
+        m_geometry.columnOfLongitude(position.longitude) + 0.5,
+        m_geometry.rowOfLatitude(position.latitude) + 0.5};
+}
+
+QPolygonF LayerCanvas::at(const std::vector<GeoPosition>& points) const {
+    QPolygonF result;
+    result.reserve(static_cast<qsizetype>(points.size()));
+    for (const GeoPosition& point : points) {
+        result += at(point);
+    }
+    return result;
+}
+
+void LayerCanvas::stroke(const std::vector<QPolygonF>& lines, QColor colour, double width) {
+    QPainter painter(&m_image);
+    painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    for (const QPolygonF& line : lines) {
+        painter.drawPolyline(line);
+    }
+}
+
+} // namespace raincast

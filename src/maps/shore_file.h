@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "maps/map_line.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace raincast {
+
+/// A stretch of shore inside one bin. It keeps land (or water) on one side; where it crosses the
+/// bin's border is told by its first and last point.
+struct ShorePiece {
+    int level = 0; ///< 1 land in the sea, 2 lake, 3 island in a lake, 4 pond on such an island
+    bool closed = false; ///< a whole shore; otherwise it runs from border to border
+    std::vector<GeoPosition> points;
+};
+
+/// One degree by one degree of the world's shores.
+struct ShoreBin {
+    GeoBox box;
+    bool landAtSouthWest = false; ///< what the south-west corner is
+    std::vector<ShorePiece> pieces;
+};
+
+// The two files of the GSHHG data (Wessel and Smith, "A Global Self-consistent, Hierarchical,
+// High-resolution Shoreline Database") in their binned netCDF form. Both functions give nothing
+// where the file is absent or damaged. Not for several threads at once.
+
+/// The bins that overlap a box.
+[[nodiscard]] std::vector<ShoreBin> readShores(const QString& file, const GeoBox& box);
+
+/// The rivers of the bins that overlap a box. Ranks: 0 broad rivers, 1 to 4 rivers from major to
+/// minor, 5 to 7 those that fall dry, 8 to 10 canals.
+[[nodiscard]] std::vector<MapLine> readRivers(const QString& file, const GeoBox& box);
+
+/// The shore of a bin as rings whose even-odd filling is its land. Pieces that end at the border
+/// are closed along it, away from the south-west corner.
+[[nodiscard]] std::vector<std::vector<GeoPosition>> landRings(const ShoreBin& bin);
+
+} // namespace raincast

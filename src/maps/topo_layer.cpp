@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "maps/topo_layer.h"
+
+#include "maps/layer_canvas.h"
+#include "maps/map_data.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace raincast {
+
+namespace {
+
+constexpr double kMetresPerDegree = 111'195;
+constexpr double kDegree = 3.14159265358979323846 / 180;
+
+// Slopes look this much steeper than they are: over hundreds of kilometres true ones are flat.
+constexpr double kExaggeration = 18;
+constexpr double kContrast = 0.23;
+
+struct Tint {
+    double metres;
+    double red;
+    double green;
+    double blue;
+};
+
+constexpr std::array kLand = {
+    Tint{0, 186, 193, 172},    Tint{150, 193, 197, 174},  Tint{500, 205, 201, 174},
+    Tint{1000, 202, 192, 166}, Tint{2000, 190, 177, 157}, Tint{3000, 184, 175, 165},
+    Tint{4500, 206, 203, 200},
+};
+constexpr std::array kWater = {
+    Tint{-6000, 118, 143, 164},
+    Tint{-2000, 134, 160, 179},
+    Tint{-150, 152, 177, 192},
+    Tint{0, 162, 186, 198},
+};
+
+template<std::size_t N>
+Tint tintOf(const std::array<Tint, N>& scale, double metres) {
+    const double m = std::clamp(metres, scale.front().metres, scale.back().metres);
+    const auto above = std::find_if(scale.begin() + 1, scale.end() - 1, [m](const Tint& tint) {
+        return m <= tint.metres;
+    });
+    const Tint& a = *(above - 1);
+    const Tint& b = *above;
+    const double t = (m - a.metres) / (b.metres - a.metres);
+    return {
+        m, a.red + t * (b.red - a.red), a.green + t * (b.green - a.green),
+        a.blue + t * (b.blue - a.blue)};
+}
+
+/// White where there is land. Where no shores are known, the sea is what lies below its level.
+QImage landMask(const std::vector<ShoreBin>& bins, const LayerCanvas& canvas) {
+    QImage mask(kFrameWidth, kFrameHeight, QImage::Format_Grayscale8);
+    mask.fill(Qt::black);
+    QPainter painter(&mask);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    for (const ShoreBin& bin : bins) {
+        QPainterPath land;
+        for (const auto& ring : landRings(bin)) {
+            land.addPolygon(canvas.at(ring));
+            land.closeSubpath();
+        }
+        painter.drawPath(land);
+    }
+    return mask;
+}
+
+/// Heights at the centres of all pixels and of those one beyond each edge.
+class Heights {
+public:
+    Heights(const ReliefGrid& relief, const ImageGeometry& geometry) : m_values(kWidth * kHeight) {
+        for (int row = -1; row <= kFrameHeight; ++row) {
+            for (int column = -1; column <= kFrameWidth; ++column) {
+                m_values[index(row, column)] = relief.heightAt(
+                    {geometry.latitudeOfRow(row), geometry.longitudeOfColumn(column)}
+                );
+            }
+        }
+    }
+
+    [[nodiscard]] double at(int row, int column) const { return m_values[index(row, column)]; }
+
+    /// How much lighter (above 1) or darker a pixel's slope is than level ground.
+    [[nodiscard]] double light(int row, int column, double metresAcross, double metresDown) const {
+        const double east = (land(row, column + 1) - land(row, column - 1)) / (2 * metresAcross);
+        const double south = (land(row + 1, column) - land(row - 1, column)) / (2 * metresDown);
+        // The light comes from the north-west: what rises to the south-east faces it.
+        const double facing = (east + south) * kExaggeration / std::sqrt(2.0);
+        return 1 + kContrast * facing / std::sqrt(1 + facing * facing);
+    }
+
+private:
+    static constexpr std::size_t kWidth = kFrameWidth + 2;
+    static constexpr std::size_t kHeight = kFrameHeight + 2;
+
+    static std::size_t index(int row, int column) {
+        return static_cast<std::size_t>(row + 1) * kWidth + static_cast<std::size_t>(column + 1);
+    }
+    [[nodiscard]] double land(int row, int column) const { return std::max(0.0, at(row, column)); }
+
+    std::vector<double> m_values;
+};
+
+QRgb colourOf(const Tint& tint, double light) {
+    const auto part = [light](double value) {
+        return static_cast<int>(std::clamp(std::lround(value * light), 0L, 250L));
+    };
+    return qRgb(part(tint.red), part(tint.green), part(tint.blue));
+}
+
+} // namespace
+
+QImage paintTopo(const MapData& data, const ImageGeometry& geometry) {
+    LayerCanvas canvas(geometry);
+    const auto shores = data.shores(canvas.box());
+    const QImage mask = landMask(shores, canvas);
+    const ReliefGrid relief = data.relief(canvas.box());
+    const Heights heights(relief, geometry);
+    // Without any data all is land.
+    const bool knowsShores = !shores.empty();
+    const double down = geometry.degreesPerPixel() * kMetresPerDegree;
+    QImage picture(kFrameWidth, kFrameHeight, QImage::Format_RGB32);
+    for (int row = 0; row < kFrameHeight; ++row) {
+        const double across = down * std::cos(geometry.latitudeOfRow(row) * kDegree);
+        auto* const line = reinterpret_cast<QRgb*>(picture.scanLine(row));
+        const auto* const land = mask.constScanLine(row);
+        for (int column = 0; column < kFrameWidth; ++column) {
+            const double height = heights.at(row, column);
+            const bool isLand = knowsShores ? land[column] != 0 : height >= 0;
+            line[column] =
+                isLand ? colourOf(tintOf(kLand, height), heights.light(row, column, across, down))
+                       : colourOf(tintOf(kWater, height), 1);
+        }
+    }
+    return picture;
+}
+
+} // namespace raincast

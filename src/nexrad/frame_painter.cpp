@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "nexrad/frame_painter.h"
+
+#include "radar/catalogue/antenna_positions.h"
+#include "radar/catalogue/nws_colours.h"
+#include "radar/image/gif_writer.h"
+#include "radar/image/sample_mark.h"
+
+#include <algorithm>
+#include <array>
+
+namespace raincast {
+
+namespace {
+
+// Behind the 16 levels.
+constexpr std::uint8_t kInk = 16;
+constexpr std::uint8_t kRim = 17;
+constexpr QRgb kInkColour = 0xFF303030;
+constexpr QRgb kRimColour = 0xFFE8E8E8;
+
+} // namespace
+
+ImageGeometry frameGeometry(const PolarScan& scan, Range range) {
+    // The layers of a known site are placed by the tree's own position of its antenna, so its
+    // frames must be too; what the product says may be some hundred metres off.
+    const AntennaPosition* known = findAntenna(scan.site);
+    return known != nullptr ? ImageGeometry(known->latitude, known->longitude, range)
+                            : ImageGeometry(scan.latitude, scan.longitude, range);
+}
+
+std::string renderFrame(const PolarScan& scan, Product as) {
+    IndexedPicture picture = rasterise(scan, frameGeometry(scan, rangeOf(as)));
+    std::array<QRgb, 18> colours{};
+    const auto& levels = nwsColours(quantityOf(as));
+    std::copy(levels.begin(), levels.end(), colours.begin());
+    colours[kInk] = kInkColour;
+    colours[kRim] = kRimColour;
+    if (scan.sample) {
+        markAsSample(picture, kInk, kRim);
+    }
+    return writeGif(picture, colours);
+}
+
+std::string emptyFrame() {
+    const IndexedPicture picture(std::size_t{kFrameWidth} * kFrameHeight, 0);
+    return writeGif(picture, nwsColours(Quantity::reflectivity));
+}
+
+} // namespace raincast

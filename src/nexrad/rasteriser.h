@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "nexrad/polar_scan.h"
+#include "radar/catalogue/image_geometry.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace raincast {
+
+/// A picture of 600 × 550 bytes, row by row; what they mean is their palette's matter.
+using IndexedPicture = std::vector<std::uint8_t>;
+
+/// The colour level (0 to 15) of every pixel: that of the cell under its centre, as
+/// scan_placement.h places it; 0 beside all cells. A scan whose tables do not fit its cells (rows ×
+/// columns, a radial for each row) is a scan without cells.
+[[nodiscard]] IndexedPicture rasterise(const PolarScan& scan, const ImageGeometry& image);
+
+} // namespace raincast

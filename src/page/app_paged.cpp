@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: MIT
+#include "page/app_paged.h"
+
+#include "page/dlg_pages.h"
+#include "page/empty_hint.h"
+#include "page/page.h"
+#include "page/page_commands.h"
+#include "page/page_menu.h"
+#include "page/page_type.h"
+#include "persist/serial_reader.h"
+#include "persist/serial_writer.h"
+#include "window/command_set.h"
+#include "window/dlg_item_type_select.h"
+#include "window/zoom_input.h"
+
+#include <QKeyEvent>
+#include <QMenu>
+
+#include <algorithm>
+#include <utility>
+
+namespace raincast {
+
+CAppPaged::CAppPaged() = default;
+
+CAppPaged::~CAppPaged() {
+    clear();
+}
+
+void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, QMenu& pageMenu) {
+    m_client = &client;
+    m_commands = &commands;
+    m_menu = &pageMenu;
+    m_pageMenu = std::make_unique<PageMenu>(*this, pageMenu);
+    m_hint = std::make_unique<EmptyHint>(client);
+    m_zoomInput = std::make_unique<ZoomInput>();
+    Window::attach(window, &client);
+}
+
+auto CAppPaged::positionOf(const Page* page) const -> std::optional<Position> {
+    const auto found = std::find_if(m_pages.begin(), m_pages.end(), [page](const auto& other) {
+        return other.get() == page;
+    });
+    return found == m_pages.end() ? std::nullopt : std::optional<Position>(found - m_pages.begin());
+}
+
+CAppPaged::Page& CAppPaged::append(std::unique_ptr<Page> page) {
+    return *m_pages.emplace_back(std::move(page));
+}
+
+void CAppPaged::select(std::optional<Position> position) {
+    deactivateCurrent();
+    if (!position || *position >= m_pages.size() || !m_client) {
+        showState();
+        return;
+    }
+    m_current = m_pages[*position].get();
+    if (m_menu) {
+        m_current->mergeMenus(*m_commands, *m_menu);
+    }
+    m_current->m_active = true;
+    showState();
+    m_current->activate(*m_client, true);
+}
+
+void CAppPaged::deactivateCurrent() {
+    if (Page* const page = std::exchange(m_current, nullptr)) {
+        page->unmergeMenus();
+        page->m_active = false;
+        page->deactivate();
+    }
+}
+
+auto CAppPaged::nextEnabled() const -> std::optional<Position> {
+    const auto current = positionOf(m_current);
+    for (Position next = current ? *current + 1 : 0; next < m_pages.size(); ++next) {
+        if (m_pages[next]->enabled()) {
+            return next;
+        }
+    }
+    return std::nullopt;
+}
+
+auto CAppPaged::previousEnabled() const -> std::optional<Position> {
+    for (Position previous = positionOf(m_current).value_or(0); previous > 0; --previous) {
+        if (m_pages[previous - 1]->enabled()) {
+            return previous - 1;
+        }
+    }
+    return std::nullopt;
+}
+
+void CAppPaged::nextPage() {
+    if (const auto next = nextEnabled()) {
+        select(next);
+    }
+}
+
+void CAppPaged::previousPage() {
+    if (const auto previous = previousEnabled()) {
+        select(previous);
+    }
+}
+
+void CAppPaged::nextEnabledWithWrap() {
+    if (nextEnabled()) {
+        nextPage();
+        return;
+    }
+    const auto first = std::find_if(m_pages.begin(), m_pages.end(), [](const auto& page) {
+        return page->enabled();
+    });
+    if (first != m_pages.end() && first->get() != m_current) {
+        select(static_cast<Position>(first - m_pages.begin()));
+    }
+}
+
+void CAppPaged::clear() {
+    select(std::nullopt);
+    m_pages.clear();
+    showState();
+}
+
+void CAppPaged::createDefaultPages() {}
+
+void CAppPaged::restoreDefaultPages() {
+    clear();
+    createDefaultPages();
+    nextEnabledWithWrap();
+}
+
+bool CAppPaged::addPage(QWidget* parent) {
+    CDlgItemTypeSelect dialog(QStringLiteral("Select Page Type"));
+    std::vector<const PageType*> types;
+    for (const PageType* type : PageType::all()) {
+        if (!type->name().isEmpty()) {
+            dialog.add(type->name());
+            types.push_back(type);
+        }
+    }
+    const int result = dialog.run(parent);
+    if (result != Dialog::kOk || !dialog.selected()) {
+        return false;
+    }
+    auto page = types[static_cast<std::size_t>(*dialog.selected())]->create(widget());
+    if (page == nullptr) {
+        return false;
+    }
+    append(std::move(page));
+    select(m_pages.size() - 1);
+    return true;
+}
+
+void CAppPaged::swapWithNext(Position position) {
+    if (position < m_pages.size() && position + 1 < m_pages.size()) {
+        std::swap(m_pages[position], m_pages[position + 1]);
+        showState();
+    }
+}
+
+void CAppPaged::remove(Position position) {
+    if (position >= m_pages.size()) {
+        return;
+    }
+    if (m_pages[position].get() == m_current) {
+        select(std::nullopt);
+    }
+    m_pages.erase(m_pages.begin() + static_cast<std::ptrdiff_t>(position));
+    showState();
+}
+
+bool CAppPaged::Read(CSerialReader& reader) {
+    clear();
+    const bool read =
+        reader.readObjects<Page>(CountKind::Unsigned, [this](std::unique_ptr<Page> page) {
+            append(std::move(page));
+        });
+    reader.readRest(); // a page may wait for a server while it is shown first: all is there by then
+    select(0);         // none of an empty list
+    return read;
+}
+
+bool CAppPaged::Write(CSerialWriter& writer) const {
+    return writer.writeObjects(m_pages);
+}
+
+void CAppPaged::onCommand(int id, QWidget* /*control*/, int notification) {
+    if (m_current != nullptr && m_current->command(id, notification)) {
+        return;
+    }
+    switch (id) {
+    case kPreviousPage:
+        previousPage();
+        break;
+    case kNextPage:
+        nextPage();
+        break;
+    case kPages:
+        runPagesDialog();
+        break;
+    default:
+        break;
+    }
+}
+
+void CAppPaged::runPagesDialog() {
+    CDlgPages dialog(*this);
+    if (dialog.run(widget()) == Dialog::kOk) {
+        select(positionOf(dialog.selectedPage()));
+    } else if (dialog.pageWanted()) {
+        addPage(widget());
+    }
+    showState();
+}
+
+void CAppPaged::onSize(int width, int height) {
+    m_hint->fit();
+    if (m_current != nullptr) {
+        m_current->size(width, height);
+    }
+}
+
+void CAppPaged::onKey(int key) {
+    if (key == Qt::Key_PageUp) {
+        previousPage();
+    } else if (key == Qt::Key_PageDown) {
+        nextPage();
+    } else if (m_current != nullptr) {
+        m_current->keyDown(key);
+    }
+}
+
+void CAppPaged::onMenuPopup(QMenu& menu) {
+    m_pageMenu->update();
+    if (m_current != nullptr) {
+        m_current->menuPopUp(menu);
+    }
+}
+
+// A page's window has its own wheel and fingers; what it leaves comes here.
+bool CAppPaged::onZoom(QEvent& event) {
+    const bool zooms = event.type() == QEvent::Wheel || event.type() == QEvent::NativeGesture;
+    const auto step =
+        zooms && m_current != nullptr ? m_zoomInput->handle(*m_client, event) : std::nullopt;
+    return step && step->steps != 0 && m_current->zoom(step->steps, step->place);
+}
+
+bool CAppPaged::windowProcedure(QEvent& event) {
+    switch (static_cast<int>(event.type())) {
+    case QEvent::KeyPress:
+        onKey(static_cast<const QKeyEvent&>(event).key());
+        break;
+    case event_type::character:
+        if (m_current != nullptr) {
+            m_current->character(static_cast<const CharacterEvent&>(event).unit());
+        }
+        break;
+    case event_type::menuPopup:
+        onMenuPopup(static_cast<const MenuPopupEvent&>(event).menu());
+        break;
+    case QEvent::Wheel:
+    case QEvent::NativeGesture:
+        return onZoom(event);
+    default:
+        break;
+    }
+    return Window::windowProcedure(event);
+}
+
+// Which pages there are to go to and, where there is nothing to see, how to go on.
+void CAppPaged::showState() {
+    if (m_hint == nullptr) {
+        return;
+    }
+    m_pageMenu->updateCycling();
+    if (m_current != nullptr) {
+        m_hint->show({});
+    } else if (m_pages.empty()) {
+        m_hint->show(QStringLiteral("There are no pages. To add one, choose \"Pages...\" in the "
+                                    "menu."));
+    } else if (!nextEnabled()) {
+        m_hint->show(QStringLiteral("No page is shown, and none is enabled. To show or to enable "
+                                    "one, choose \"Pages...\" in the menu."));
+    } else {
+        m_hint->show(QStringLiteral("No page is shown. Choose one in the menu, or press Page Down "
+                                    "for the first one."));
+    }
+}
+
+} // namespace raincast

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "page/back_buffer.h"
+
+#include <QPainter>
+#include <QTransform>
+#include <QWidget>
+
+namespace raincast {
+
+namespace {
+
+constexpr double kMetresPerInch = 0.0254;
+
+} // namespace
+
+void BackBuffer::fit(const QWidget& window, const QSize& deviceSize) {
+    const double dotsPerInch = window.logicalDpiY() * window.devicePixelRatioF();
+    const int dotsPerMetre = qRound(dotsPerInch / kMetresPerInch);
+    if (m_image.size() != deviceSize) {
+        m_image = QImage(deviceSize, QImage::Format_RGB32);
+    }
+    if (m_image.dotsPerMeterY() != dotsPerMetre) {
+        m_image.setDotsPerMeterX(dotsPerMetre);
+        m_image.setDotsPerMeterY(dotsPerMetre);
+    }
+}
+
+void BackBuffer::blit(QPaintDevice& target) const {
+    if (m_image.isNull()) {
+        return;
+    }
+    QPainter painter(&target);
+    // At a fractional ratio the window's corner lies between pixels for the painter; the copy
+    // starts at the pixel that it is rounded to.
+    const QTransform toDevice = painter.deviceTransform();
+    const QPoint corner = toDevice.map(QPointF(0, 0)).toPoint();
+    painter.setWorldTransform(
+        QTransform::fromTranslate(corner.x(), corner.y()) * toDevice.inverted()
+    );
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(0, 0, m_image);
+}
+
+} // namespace raincast

@@ -1,0 +1,360 @@
+// SPDX-License-Identifier: MIT
+#include "page/page_display.h"
+
+#include "page/context_menu.h"
+#include "page/item.h"
+#include "page/item_catalogue.h"
+#include "page/item_painter.h"
+#include "page/page_type.h"
+#include "persist/serial_reader.h"
+#include "persist/serial_writer.h"
+#include "window/command_set.h"
+#include "window/device_pixels.h"
+#include "window/menu_table.h"
+
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <utility>
+
+namespace raincast {
+
+const SerializableType<CPageDisplay> CPageDisplay::cType{kTypePageDisplay};
+
+class CPageDisplay::Type : public CAppPaged::PageType {
+public:
+    Type() : PageType(QStringLiteral("Blank customizable page"), kRankBlankPage) {}
+    [[nodiscard]] std::unique_ptr<CAppPaged::Page> create(QWidget* /*window*/) const override {
+        return std::make_unique<CPageDisplay>(this);
+    }
+};
+
+namespace {
+
+const CPageDisplay::Type blankPage;
+
+constexpr MenuRow layoutRows[] = {
+    menuEntry(kToggleLayout, u"&Layout mode"),
+    menuEntry(kAddItem, u"&Add item..."),
+    menuEntry(kDeleteItem, u"&Delete item"),
+    menuEntry(kBringToFront, u"&Bring to front"),
+};
+constexpr MenuRow popupRows[] = {subMenu(u"&Layout", layoutRows)};
+constexpr MenuRow barRows[] = {subMenu(u"page", popupRows)};
+const MenuTableRecord layoutMenu{CPageDisplay::kMenu, barRows};
+
+// Offers something to items in their order until one takes it.
+template<typename Offer>
+bool offer(const CPageDisplay::Items& items, Offer taken) {
+    return std::any_of(items.begin(), items.end(), [&taken](const auto& item) {
+        return taken(*item);
+    });
+}
+
+// The first text, from the top, that is not empty.
+template<typename TextOf>
+QString firstText(const CPageDisplay::Items& items, TextOf textOf) {
+    for (auto item = items.rbegin(); item != items.rend(); ++item) {
+        const QString text = textOf(**item);
+        if (!text.isEmpty()) {
+            return text;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+CPageDisplay::CPageDisplay(const CAppPaged::PageType* pageType)
+    : Page(pageType != nullptr ? pageType : &blankPage), m_stylus(*this),
+      m_contextMenu(std::make_unique<ContextMenu>(*this)) {
+    addMenu(kMenu);
+}
+
+CPageDisplay::~CPageDisplay() = default;
+
+bool CPageDisplay::Read(CSerialReader& reader) {
+    return Page::Read(reader) &&
+           reader.readObjects<CItem>(CountKind::Signed, [this](std::unique_ptr<CItem> item) {
+               addItem(std::move(item));
+           });
+}
+
+bool CPageDisplay::Write(CSerialWriter& writer) const {
+    return Page::Write(writer) && writer.writeObjects(m_items);
+}
+
+bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
+    m_layoutMode = false;
+    m_selected = nullptr;
+    m_stylus.reset();
+    m_contextMenu->reset();
+    auto* const window = new QWidget(&parent);
+    window->setWindowTitle(shownName());
+    window->setCursor(Qt::ArrowCursor);
+    // Painting covers everything; an erased background would flicker.
+    window->setAttribute(Qt::WA_OpaquePaintEvent);
+    window->setAttribute(Qt::WA_NoSystemBackground);
+    ZoomInput::enable(*window);
+    attach(*window, nullptr, SecondPress::press);
+    size(parent.width(), parent.height());
+    window->show();
+    for (const auto& item : m_items) {
+        item->windowCreated();
+    }
+    return true;
+}
+
+void CPageDisplay::deactivate() {
+    if (QWidget* const window = widget()) {
+        destroyWindow(*window);
+    }
+    m_buffer.release();
+}
+
+bool CPageDisplay::command(int id, int notification) {
+    if (offer(m_items, [=](CItem& item) { return item.command(id, notification); })) {
+        return true;
+    }
+    switch (id) {
+    case kToggleLayout:
+        toggleLayout();
+        break;
+    case kAddItem:
+        chooseAndAddItem();
+        return true;
+    case kDeleteItem:
+        deleteSelected();
+        break;
+    case kBringToFront:
+        bringSelectedToFront();
+        break;
+    default:
+        return false;
+    }
+    invalidate();
+    return true;
+}
+
+void CPageDisplay::toggleLayout() {
+    m_layoutMode = !m_layoutMode;
+}
+
+void CPageDisplay::chooseAndAddItem() {
+    auto chosen = selectDisplayItem(widget());
+    if (!chosen) {
+        return;
+    }
+    CItem& item = addItem(std::move(chosen));
+    item.setRectangle(item.rectangle());
+    m_layoutMode = true;
+    // Last: a new item may show a dialog of its own.
+    item.windowCreated();
+}
+
+void CPageDisplay::deleteSelected() {
+    const auto item = takeSelected();
+    m_selected = nullptr;
+    if (!item) {
+        return;
+    }
+    itemDeleted(*item);
+    const auto needs = [&item](const auto& other) { return other->menuId() == item->menuId(); };
+    if (std::none_of(m_items.begin(), m_items.end(), needs)) {
+        removeMenu(item->menuId());
+    }
+}
+
+void CPageDisplay::itemDeleted(const CItem& item) {
+    m_contextMenu->forget(item);
+}
+
+void CPageDisplay::bringSelectedToFront() {
+    if (auto item = takeSelected()) {
+        m_items.push_back(std::move(item));
+    }
+}
+
+std::unique_ptr<CPageDisplay::CItem> CPageDisplay::takeSelected() {
+    const auto found = std::find_if(m_items.begin(), m_items.end(), [this](const auto& item) {
+        return item.get() == m_selected;
+    });
+    if (found == m_items.end()) {
+        return nullptr;
+    }
+    auto item = std::move(*found);
+    m_items.erase(found);
+    return item;
+}
+
+CPageDisplay::CItem& CPageDisplay::addItem(std::unique_ptr<CItem> item) {
+    m_items.push_back(std::move(item));
+    m_items.back()->attachTo(*this);
+    return *m_items.back();
+}
+
+CPageDisplay::CItem* CPageDisplay::itemAt(PagePoint place) const {
+    const auto found = std::find_if(m_items.rbegin(), m_items.rend(), [place](const auto& item) {
+        return item->rectangle().contains(place);
+    });
+    return found != m_items.rend() ? found->get() : nullptr;
+}
+
+void CPageDisplay::size(int width, int height) {
+    if (QWidget* const window = widget()) {
+        window->setGeometry(0, 0, width, height);
+        followDeviceSize();
+        invalidate();
+    }
+}
+
+// The size in device pixels changes with the window's, and with its place and its screen alone.
+void CPageDisplay::followDeviceSize() {
+    const QSize present = deviceRect(*widget()).size();
+    m_buffer.fit(*widget(), present);
+    if (present == m_deviceSize) {
+        return;
+    }
+    m_deviceSize = present;
+    m_sizing = true;
+    for (const auto& item : m_items) {
+        item->followPageSize();
+    }
+    m_sizing = false;
+}
+
+bool CPageDisplay::keyDown(int key) {
+    return offer(m_items, [key](CItem& item) { return item.keyDown(key); });
+}
+
+bool CPageDisplay::character(char16_t unit) {
+    return offer(m_items, [unit](CItem& item) { return item.character(unit); });
+}
+
+void CPageDisplay::menuPopUp(QMenu& menu) {
+    checkCommand(menu, kToggleLayout, m_layoutMode);
+    enableCommand(menu, kDeleteItem, m_selected != nullptr);
+    enableCommand(menu, kBringToFront, m_selected != nullptr);
+    for (const auto& item : m_items) {
+        item->menuPopUp(menu);
+    }
+}
+
+bool CPageDisplay::zoom(int steps, const QPoint& place) {
+    CItem* const item = itemAt({place.x(), place.y()});
+    bool taken = false;
+    for (int step = 0; item != nullptr && step < std::abs(steps); ++step) {
+        taken = item->command(steps > 0 ? kZoomIn : kZoomOut, clicked);
+    }
+    return taken;
+}
+
+void CPageDisplay::invalidate() {
+    if (QWidget* const window = widget()) {
+        window->update();
+    }
+}
+
+void CPageDisplay::refresh() {
+    if (QWidget* const window = widget(); window != nullptr && !m_sizing) {
+        window->repaint();
+    } else {
+        invalidate();
+    }
+}
+
+QString CPageDisplay::statusText() const {
+    return firstText(m_items, [](const CItem& item) { return item.statusText(); });
+}
+
+QString CPageDisplay::caption() const {
+    return firstText(m_items, [](const CItem& item) { return item.caption(); });
+}
+
+void CPageDisplay::onPaint(QPaintDevice& target, const QRegion& /*exposed*/) {
+    followDeviceSize();
+    if (!m_buffer.image().isNull()) {
+        drawItems();
+        m_buffer.blit(target);
+    }
+}
+
+void CPageDisplay::drawItems() {
+    const QWidget& window = *widget();
+    QPainter painter(&m_buffer.image());
+    painter.setFont(window.font());
+    QRegion open(painter.viewport());
+    for (const auto& item : m_items) {
+        open -= item->opaqueArea();
+    }
+    for (const QRect& rectangle : open) {
+        painter.fillRect(rectangle, window.palette().color(QPalette::Base));
+    }
+    for (const auto& item : m_items) {
+        paintItem(painter, *item, window.palette());
+        if (m_layoutMode) {
+            paintLayoutMarks(
+                painter, item->rectangle(), item.get() == m_selected, m_stylus.gripSize()
+            );
+        }
+    }
+}
+
+void CPageDisplay::onLeftButton(
+    bool /*doubleClick*/, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys
+) {
+    m_stylus.down({x, y}, keys);
+}
+
+void CPageDisplay::onCommand(int id, QWidget* /*control*/, int /*notification*/) {
+    m_contextMenu->command(id);
+}
+
+void CPageDisplay::onTimer(int id) {
+    if (id == PageStylus::kHoldTimer) {
+        m_stylus.hold();
+    }
+}
+
+bool CPageDisplay::windowProcedure(QEvent& event) {
+    if (const auto step = m_zoomInput.handle(*widget(), event)) {
+        if (step->pressLost) {
+            m_stylus.lose();
+        }
+        zoom(step->steps, step->place);
+        return true;
+    }
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+        pointerEvent(event);
+        // The pointer's events end here: those that the widget leaves alone would climb to the
+        // main window.
+        event.accept();
+        return true;
+    default:
+        return Window::windowProcedure(event);
+    }
+}
+
+void CPageDisplay::pointerEvent(QEvent& event) {
+    const auto& mouse = static_cast<const QMouseEvent&>(event);
+    const QPoint place = toDevicePixels(*widget(), mouse.scenePosition());
+    if (event.type() == QEvent::MouseMove) {
+        if (mouse.buttons().testFlag(Qt::LeftButton)) {
+            m_stylus.move({place.x(), place.y()});
+        }
+    } else if (event.type() == QEvent::MouseButtonPress) {
+        Window::windowProcedure(event);
+        if (mouse.button() == Qt::RightButton) {
+            m_stylus.openMenu({place.x(), place.y()});
+        }
+    } else if (mouse.button() == Qt::LeftButton) {
+        m_stylus.up({place.x(), place.y()});
+    }
+}
+
+} // namespace raincast

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "page/back_buffer.h"
+#include "page/page.h"
+#include "page/page_stylus.h"
+#include "window/window.h"
+#include "window/zoom_input.h"
+
+#include <QSize>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+#include <vector>
+
+namespace raincast {
+
+/// The commands that the page has beside its items'.
+enum PageDisplayCommand : int {
+    kToggleLayout = 40017,
+    kAddItem = 40018,
+    kDeleteItem = 40019,
+    kBringToFront = 40021,
+    kZoomIn = 40030,  ///< an item's: what the wheel and a pinch stand for
+    kZoomOut = 40031, ///< an item's
+};
+
+/// A page that the user fills with items, one above the other: it lays them out, paints them
+/// through one off-screen picture, and hands them taps, keys and commands. In layout mode the
+/// stylus moves and resizes the items instead.
+///
+/// All places are pixels of the device, from the page's top-left corner.
+class CPageDisplay : public CAppPaged::Page, public Window {
+public:
+    class CItem;       ///< display/item.h
+    class CImage;      ///< display/image.h
+    class Type;        ///< "Blank customizable page"
+    class ContextMenu; ///< display/context_menu.h
+
+    static const SerializableType<CPageDisplay> cType;
+
+    /// The number of the page's own menu.
+    static constexpr int kMenu = 107;
+
+    /// Without a type of its own the page is a blank one.
+    explicit CPageDisplay(const CAppPaged::PageType* pageType = nullptr);
+    ~CPageDisplay() override;
+
+    /// The page's record, then the items in their stacking order.
+    [[nodiscard]] bool Read(CSerialReader& reader) override;
+    [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypePageDisplay; }
+
+    /// Makes the page's window in `parent`, in browse mode, and then tells every item.
+    bool activate(QWidget& parent, bool flag) override;
+    void deactivate() override;
+    /// Offers the command to the items, the bottom one first, before the page takes its own.
+    bool command(int id, int notification) override;
+    void size(int width, int height) override;
+    bool keyDown(int key) override;
+    bool character(char16_t unit) override;
+    void menuPopUp(QMenu& menu) override;
+    /// Becomes as many zoom commands for the topmost item at that place.
+    bool zoom(int steps, const QPoint& place) override;
+
+    /// The items, the bottom one first.
+    using Items = std::vector<std::unique_ptr<CItem>>;
+    [[nodiscard]] const Items& items() const { return m_items; }
+    /// Puts an item on top of the others; its menu joins the page's.
+    CItem& addItem(std::unique_ptr<CItem> item);
+    /// The topmost item at a place, null if there is none.
+    [[nodiscard]] CItem* itemAt(PagePoint place) const;
+
+    /// The item that the stylus chose last; null for none.
+    [[nodiscard]] CItem* selected() const { return m_selected; }
+    void select(CItem* item) { m_selected = item; }
+    [[nodiscard]] bool layoutMode() const { return m_layoutMode; }
+    [[nodiscard]] ContextMenu& contextMenu() { return *m_contextMenu; }
+
+    /// The page's size; empty before it had a window for the first time.
+    [[nodiscard]] QSize deviceSize() const { return m_deviceSize; }
+
+    /// Has the page painted: when the event loop comes to it, or at once.
+    void invalidate();
+    void refresh();
+
+    /// What is wrong with what the page shows, empty while nothing is: the first item's that has
+    /// something to say, from the top.
+    [[nodiscard]] QString statusText() const;
+    /// What the page shows, found in the same way.
+    [[nodiscard]] QString caption() const;
+
+    void onPaint(QPaintDevice& target, const QRegion& exposed) override;
+    void onLeftButton(bool doubleClick, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys)
+        override;
+    /// A choice of an item's menu.
+    void onCommand(int id, QWidget* control, int notification) override;
+    void onTimer(int id) override;
+    bool windowProcedure(QEvent& event) override;
+
+protected:
+    /// The user deletes an item, which is off the page already and about to go: whoever remembers
+    /// it must forget it now, since a later one may have its address. Overrides call this one.
+    virtual void itemDeleted(const CItem& item);
+
+private:
+    void followDeviceSize();
+    void drawItems();
+    void pointerEvent(QEvent& event);
+    void toggleLayout();
+    void chooseAndAddItem();
+    void deleteSelected();
+    void bringSelectedToFront();
+    [[nodiscard]] std::unique_ptr<CItem> takeSelected();
+
+    QSize m_deviceSize;
+    bool m_layoutMode = false;
+    bool m_sizing = false; // half of the items have their new places
+    CItem* m_selected = nullptr;
+    PageStylus m_stylus;
+    std::unique_ptr<ContextMenu> m_contextMenu;
+    ZoomInput m_zoomInput;
+    BackBuffer m_buffer;
+    Items m_items; // last: items may still ask for the rest while they go
+};
+
+} // namespace raincast

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/heartbeat.h"
+#include "core/listener.h"
+#include "map/overlay_gps_position.h"
+#include "position/nmea/nmea_gga.h"
+#include "position/nmea/nmea_rmc.h"
+#include "position/nmea/nmea_vtg.h"
+#include "position/receiver_change.h"
+
+#include <cstdint>
+
+namespace raincast {
+
+/// Makes positions of a receiver's sentences. RMC leads: each one is a position. GGA adds altitude,
+/// dilution, satellites and the kind of fix; GGA and VTG give place and motion only as long as the
+/// source has sent no RMC. A receiver that falls silent is announced once, nine seconds after its
+/// last position, as a position without a fix; another source at once, and it starts anew.
+class CFeedRMC_to_GPSPosition : private Listener<CNMEA_GPS::RMC>,
+                                private Listener<CNMEA_GPS::GGA>,
+                                private Listener<CNMEA_GPS::VTG>,
+                                private Listener<ReceiverChange>,
+                                private CHeartbeat::Counter {
+public:
+    CFeedRMC_to_GPSPosition();
+
+    /// What the feed publishes.
+    [[nodiscard]] const COverlayGPSPosition& position() const { return m_position; }
+
+    /// Whether such a sentence has come from this source.
+    [[nodiscard]] bool rmcSeen() const { return m_rmcSeen; }
+    [[nodiscard]] bool ggaSeen() const { return m_ggaSeen; }
+
+    /// The one that feeds the program, made at the first call; it lives until the program ends.
+    static CFeedRMC_to_GPSPosition& program();
+
+private:
+    using CHeartbeat::Counter::onPublished;
+    void onPublished(CNMEA_GPS::RMC& rmc) override;
+    void onPublished(CNMEA_GPS::GGA& gga) override;
+    void onPublished(CNMEA_GPS::VTG& vtg) override;
+    void onPublished(ReceiverChange& change) override;
+    void Tick() override;
+    void publish();
+    void lose();
+
+    COverlayGPSPosition m_position;
+    std::uint32_t m_ticksSincePublication = 0;
+    bool m_rmcSeen = false;
+    bool m_ggaSeen = false;
+};
+
+} // namespace raincast

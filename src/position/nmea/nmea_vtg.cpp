@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "position/nmea/nmea_vtg.h"
+
+#include "position/nmea/nmea_fields.h"
+#include "position/nmea/nmea_number.h"
+
+#include <array>
+
+namespace raincast::CNMEA_GPS {
+
+namespace {
+
+const VTG::Type type;
+
+} // namespace
+
+// GPVTG,113.02,T,,M,0.142,N,0.263,K,A
+bool VTG::Parse(std::string_view text) {
+    enum : std::size_t { Course = 1, Speed = 5, Count };
+    std::array<std::string_view, Count> fields;
+    splitNmeaFields(text, fields);
+
+    course = nmeaFloat(fields[Course]);
+    speed = nmeaFloat(fields[Speed]);
+    return true;
+}
+
+} // namespace raincast::CNMEA_GPS

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "radar/catalogue/frame_name.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+// Every frame's name has this length: BMX_20070615_1830_N0R.gif
+constexpr qsizetype kNameLength = 25;
+constexpr FileTime kMostAhead = 24 * 60 * kFileTimePerMinute;
+
+bool hasFrameForm(const QString& name) {
+    return name.size() == kNameLength && name[3] == u'_' && name[4] == u'2';
+}
+
+/// The time in a name of a frame's form; 0 when its digits are no time.
+FileTime timeOf(const QString& name) {
+    static const QRegularExpression pattern(
+        QStringLiteral("^(\\d{4})(\\d\\d)(\\d\\d)_(\\d\\d)(\\d\\d)")
+    );
+    const auto match = pattern.match(name.sliced(4));
+    if (!match.hasMatch()) {
+        return 0;
+    }
+    const auto field = [&match](int number) { return match.capturedView(number).toInt(); };
+    return fromCalendar({field(1), field(2), field(3), field(4), field(5)});
+}
+
+} // namespace
+
+QString listingDirectory(const QString& siteId, const QString& product) {
+    return QStringLiteral("/ridge/RadarImg/%1/%2/").arg(product, siteId);
+}
+
+QString frameFileName(const QString& siteId, FileTime time, const QString& product) {
+    const CalendarTime utc = toCalendar(time);
+    const QString stamp = QString::asprintf(
+        "_%4d%02d%02d_%02d%02d_", utc.year, utc.month, utc.day, utc.hour, utc.minute
+    );
+    return siteId + stamp + product + QStringLiteral(".gif");
+}
+
+QString warningsFileName(const QString& siteId) {
+    return siteId + QStringLiteral("_Warnings_0.gif");
+}
+
+QString warningsPath(const QString& siteId, const QString& range) {
+    return QStringLiteral("/ridge/Warnings/%1/%2").arg(range, warningsFileName(siteId));
+}
+
+FileTime frameTime(const QString& fileName) {
+    return hasFrameForm(fileName) ? timeOf(fileName) : 0;
+}
+
+FileTime newestFrameTime(const std::set<QString>& listing) {
+    const auto newest = std::find_if(listing.rbegin(), listing.rend(), hasFrameForm);
+    return newest == listing.rend() ? 0 : timeOf(*newest);
+}
+
+void removeFramesAhead(std::set<QString>& listing, FileTime now) {
+    std::erase_if(listing, [now](const QString& name) {
+        return frameTime(name) > now + kMostAhead;
+    });
+}
+
+QString clockText(FileTime time) {
+    const CalendarTime local = toLocalCalendar(time);
+    const int hour = local.hour > 12 ? local.hour - 12 : local.hour;
+    return QString::asprintf("%d:%02d", hour, local.minute);
+}
+
+} // namespace raincast

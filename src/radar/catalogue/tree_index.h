@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/file_time.h"
+#include "radar/catalogue/product.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The names of the image tree:
+//
+//   /ridge/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif  a frame; its time is UTC, to the minute
+//   /ridge/Warnings/Short/LWX_Warnings_0.gif           the present warnings
+//   /ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg      layers, each with its world file (.gfw)
+//   /ridge/Overlays/Cities/Short/LWX_City_Short.gfw
+//   /weather_radar/basemaps/LWX_County_Short.gif       the layers of the basemap server
+//
+// A path stands for something only if it is one of these, letter for letter: nothing that a client
+// sends ever becomes the name of a file.
+namespace raincast {
+
+/// The map layers, each a picture of the size of a frame.
+enum class LayerKind { topo, rivers, highways, counties, cities };
+
+inline constexpr std::array kAllLayers = {
+    LayerKind::topo, LayerKind::rivers, LayerKind::highways, LayerKind::counties,
+    LayerKind::cities};
+
+/// What a path of the tree stands for. `product` and `time` are a frame's only, `layer` a layer's.
+struct TreeItem {
+    enum class Kind { frame, warnings, layer, worldFile };
+
+    Kind kind;
+    std::string site;
+    Range range = Range::shortRange;
+    LayerKind layer = LayerKind::topo;
+    Product product = Product::baseReflectivity;
+    FileTime time = 0;
+
+    friend bool operator==(const TreeItem&, const TreeItem&) = default;
+};
+
+/// What a path stands for; nothing for any other text. A frame need not exist for its path to have
+/// the right form.
+[[nodiscard]] std::optional<TreeItem> findTreeItem(std::string_view path);
+
+/// A folder of frames.
+struct FrameFolder {
+    std::string site;
+    Product product;
+
+    friend bool operator==(const FrameFolder&, const FrameFolder&) = default;
+};
+
+/// "/ridge/RadarImg/N0R/LWX/"
+[[nodiscard]] std::string pathOf(const FrameFolder& folder);
+[[nodiscard]] std::optional<FrameFolder> findFrameFolder(std::string_view path);
+/// All of them, 7 products times 155 sites.
+[[nodiscard]] const std::vector<FrameFolder>& allFrameFolders();
+
+/// "LWX_20180725_1924_N0R.gif"
+[[nodiscard]] std::string frameName(const FrameFolder& folder, FileTime time);
+
+/// The paths of everything that every site has at any time (warnings, layers, world files), sorted.
+[[nodiscard]] const std::vector<std::string>& standingPaths();
+
+/// The names in a folder of the tree other than a folder of frames, sorted, folders with "/" at
+/// their end; empty when there is no such folder. The folder's path ends in "/".
+[[nodiscard]] std::vector<std::string> namesInFolder(std::string_view folder);
+
+/// "topo", "rivers", "highways", "counties", "cities"
+[[nodiscard]] std::string_view nameOf(LayerKind layer);
+
+} // namespace raincast

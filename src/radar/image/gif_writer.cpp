@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "radar/image/gif_writer.h"
+
+#include <gif_lib.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <memory>
+
+namespace raincast {
+
+namespace {
+
+struct FreeColours {
+    void operator()(ColorMapObject* map) const { GifFreeMapObject(map); }
+};
+using ColourMap = std::unique_ptr<ColorMapObject, FreeColours>;
+
+int append(GifFileType* gif, const GifByteType* bytes, int count) {
+    static_cast<std::string*>(gif->UserData)->append(bytes, bytes + count);
+    return count;
+}
+
+/// A GIF's table has a power of two entries; those that are left over are black and not used.
+ColourMap colourMap(std::span<const QRgb> colours) {
+    std::array<GifColorType, 256> entries{};
+    std::transform(colours.begin(), colours.end(), entries.begin(), [](QRgb colour) {
+        const auto part = [](int value) { return static_cast<GifByteType>(value); };
+        return GifColorType{part(qRed(colour)), part(qGreen(colour)), part(qBlue(colour))};
+    });
+    return ColourMap(
+        GifMakeMapObject(static_cast<int>(std::bit_ceil(colours.size())), entries.data())
+    );
+}
+
+bool writeHead(GifFileType* gif, const ColorMapObject* map) {
+    GraphicsControlBlock control{};
+    control.TransparentColor = 0;
+    std::array<GifByteType, 4> extension{};
+    EGifGCBToExtension(&control, extension.data());
+    EGifSetGifVersion(gif, true);
+    return EGifPutScreenDesc(gif, kFrameWidth, kFrameHeight, map->BitsPerPixel, 0, map) == GIF_OK &&
+           EGifPutExtension(
+               gif, GRAPHICS_EXT_FUNC_CODE, static_cast<int>(extension.size()), extension.data()
+           ) == GIF_OK &&
+           EGifPutImageDesc(gif, 0, 0, kFrameWidth, kFrameHeight, false, nullptr) == GIF_OK;
+}
+
+bool writeRows(GifFileType* gif, IndexedPicture picture) {
+    // The library does not change the pixels but takes a pointer that could.
+    for (std::size_t row = 0; row < kFrameHeight; ++row) {
+        if (EGifPutLine(gif, picture.data() + row * kFrameWidth, kFrameWidth) != GIF_OK) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::string writeGif(const IndexedPicture& picture, std::span<const QRgb> colours) {
+    std::string bytes;
+    const ColourMap map = colourMap(colours);
+    GifFileType* gif = map ? EGifOpen(&bytes, append, nullptr) : nullptr;
+    if (gif == nullptr) {
+        return {};
+    }
+    const bool written = writeHead(gif, map.get()) && writeRows(gif, picture);
+    const bool closed = EGifCloseFile(gif, nullptr) == GIF_OK;
+    return written && closed ? bytes : std::string();
+}
+
+} // namespace raincast

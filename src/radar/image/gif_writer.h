@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "nexrad/rasteriser.h"
+
+#include <QRgb>
+
+#include <span>
+#include <string>
+
+namespace raincast {
+
+/// The bytes of a GIF (89a) of 600 × 550 pixels. Index 0 is transparent; every index in the picture
+/// must be one of the 2 to 256 colours. Empty only when there is no memory.
+[[nodiscard]] std::string writeGif(const IndexedPicture& picture, std::span<const QRgb> colours);
+
+} // namespace raincast

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "radar/image/bitmap.h"
+
+#include <QString>
+
+namespace raincast {
+
+/// Loads a GIF (87a, 89a; the first image of several) or a JPEG; the file's content decides which.
+/// GIF pixels stay one byte each where the image covers its screen, as every published radar image
+/// does. Transparent pixels come out white whatever colour their palette entry has: published
+/// overlays use black as the transparent colour.
+///
+/// Null when the file cannot be read, is of another kind, defective, cut off or has more
+/// than `mostPixels` pixels. A GIF whose first image is whole loads although its trailer is
+/// missing; a JPEG needs its end marker and not more scans than pictures have.
+[[nodiscard]] Bitmap LoadImageFile(const QString& path, qint64 mostPixels = kMostImagePixels);
+
+/// The same from the file's bytes. A null image on failure.
+[[nodiscard]] QImage decodeImage(const QByteArray& bytes, qint64 mostPixels = kMostImagePixels);
+
+} // namespace raincast

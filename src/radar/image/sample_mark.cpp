@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "radar/image/sample_mark.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kLetterHeight = 7;
+constexpr std::array<std::string_view, kLetterHeight> kWord = {
+    " ###   ###  #   # ####  #     #####", "#   # #   # ## ## #   # #     #    ",
+    "#     #   # # # # #   # #     #    ", " ###  ##### # # # ####  #     #### ",
+    "    # #   # #   # #     #     #    ", "#   # #   # #   # #     #     #    ",
+    " ###  #   # #   # #     ##### #####",
+};
+constexpr int kScale = 2; // pixels for each dot of a letter
+constexpr int kRim = 1;   // pixels around each letter
+
+struct Corner {
+    int left;
+    int top;
+};
+
+// However a window of 240 by 240 pixels looks at the picture, most of a word is in it.
+constexpr std::array kWords = {
+    Corner{100, 80},  Corner{430, 80},  Corner{265, 200}, Corner{70, 310},
+    Corner{460, 310}, Corner{265, 420}, Corner{10, 526},  Corner{520, 526},
+};
+
+void fill(IndexedPicture& picture, int left, int top, int size, std::uint8_t index) {
+    for (int row = top; row < top + size; ++row) {
+        const auto begin = picture.begin() + std::ptrdiff_t{row} * kFrameWidth + left;
+        std::fill(begin, begin + size, index);
+    }
+}
+
+/// Every dot of the word as a square, `margin` pixels larger on each side than the dot.
+void drawWord(IndexedPicture& picture, const Corner& corner, int margin, std::uint8_t index) {
+    int top = corner.top - margin;
+    for (const std::string_view line : kWord) {
+        int left = corner.left - margin;
+        for (const char dot : line) {
+            if (dot == '#') {
+                fill(picture, left, top, kScale + 2 * margin, index);
+            }
+            left += kScale;
+        }
+        top += kScale;
+    }
+}
+
+} // namespace
+
+void markAsSample(IndexedPicture& picture, std::uint8_t ink, std::uint8_t rim) {
+    for (const Corner& corner : kWords) {
+        drawWord(picture, corner, kRim, rim);
+        drawWord(picture, corner, 0, ink);
+    }
+}
+
+} // namespace raincast

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/file_time.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "tree/warnings_painter.h"
+
+#include <vector>
+
+namespace raincast {
+
+/// The warnings that hold at a site at a time, for the strongest storms of its sample weather: each
+/// stands for 45 minutes from where its storm was when it was issued to where it would go.
+[[nodiscard]] std::vector<WarningPolygon>
+sampleWarnings(const AntennaPosition& antenna, Range range, FileTime time);
+
+} // namespace raincast

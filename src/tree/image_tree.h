@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "radar/catalogue/tree_index.h"
+#include "tree/picture_makers.h"
+#include "tree/picture_cache.h"
+#include "tree/tree_answer.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string_view>
+
+namespace raincast {
+
+class FrameSource;
+class LayerStore;
+
+/// The image tree: the file or listing of any of its paths, made when it is asked for. What was
+/// made lately is kept in memory, up to a bound. May be asked from several threads at once; the
+/// time is that of Clock::current().
+class ImageTree {
+public:
+    /// Both are borrowed.
+    ImageTree(const FrameSource& frames, const LayerStore& layers);
+
+    /// Tells what stands at a path: at once if it is a listing or kept in memory, otherwise when a
+    /// thread has made it. A frame of the future is not there yet.
+    void ask(std::string_view path, TreeAsker asker) const;
+
+    /// The same for who can wait.
+    [[nodiscard]] std::optional<TreeAnswer> find(std::string_view path) const;
+
+    /// The names of a folder of frames, oldest first.
+    [[nodiscard]] std::vector<std::string> framesIn(const FrameFolder& folder) const;
+
+    /// Adds a page beside the tree, "/status" for example; called whenever it is asked for, so it
+    /// must not take long.
+    void addPage(std::string path, const char* type, std::function<QByteArray()> page);
+
+    /// Bytes of the pictures kept in memory, and the most there may be.
+    [[nodiscard]] qsizetype bytesInMemory() const { return m_cache.bytes(); }
+    static constexpr qsizetype kMostBytesInMemory = 48 * 1024 * 1024;
+
+private:
+    struct Page {
+        const char* type;
+        std::function<QByteArray()> make;
+    };
+
+    [[nodiscard]] std::optional<TreeAnswer> findFolder(std::string_view path) const;
+    void askForItem(std::string_view path, const TreeItem& item, TreeAsker asker) const;
+    [[nodiscard]] QByteArray make(const TreeItem& item) const;
+
+    const FrameSource& m_frames;
+    const LayerStore& m_layers;
+    std::map<std::string, Page, std::less<>> m_pages;
+    mutable PictureCache m_cache{kMostBytesInMemory};
+    mutable PictureMakers m_makers; ///< last: its threads use the rest
+};
+
+} // namespace raincast

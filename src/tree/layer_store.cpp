@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include "tree/layer_store.h"
+
+#include "core/whole_file.h"
+#include "maps/layer_painter.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "tree/whole_picture.h"
+
+#include <QDir>
+
+namespace raincast {
+
+namespace {
+
+// Counts the changes of how layers look.
+constexpr auto kStyle = "1";
+
+} // namespace
+
+LayerStore::LayerStore(const MapData& data, const QString& folder) : m_data(data) {
+    if (!folder.isEmpty()) {
+        m_folder = folder + u'/' + QLatin1String(kStyle) + u'-' +
+                   QString::fromLatin1(data.files().stamp());
+        QDir().mkpath(m_folder);
+    }
+}
+
+QByteArray LayerStore::layer(LayerKind layer, std::string_view site, Range range) const {
+    const AntennaPosition* const antenna = findAntenna(site);
+    if (antenna == nullptr) {
+        return {};
+    }
+    const std::lock_guard lock(m_painting[static_cast<std::size_t>(layer)]);
+    const QString file = fileOf(layer, site, range);
+    QByteArray bytes = m_folder.isEmpty() ? QByteArray() : wholePictureIn(file);
+    if (bytes.isEmpty()) {
+        const ImageGeometry geometry(antenna->latitude, antenna->longitude, range);
+        bytes = paintLayer(layer, m_data, geometry, range);
+        if (!m_folder.isEmpty() && !bytes.isEmpty()) {
+            // One that is not kept is painted again.
+            static_cast<void>(replaceFile(file, bytes, Lasting::no));
+        }
+    }
+    return bytes;
+}
+
+QString LayerStore::fileOf(LayerKind layer, std::string_view site, Range range) const {
+    const auto text = [](std::string_view name) {
+        return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+    };
+    return m_folder + u'/' + text(site) + u'_' + text(nameOf(layer)) + u'_' + text(wordOf(range));
+}
+
+} // namespace raincast

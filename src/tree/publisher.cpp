@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#include "tree/publisher.h"
+
+#include "core/whole_file.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "tree/listing_page.h"
+#include "tree/whole_picture.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <atomic>
+#include <limits>
+#include <map>
+#include <thread>
+
+namespace raincast {
+
+namespace {
+
+// Says which map data the layers were painted from.
+constexpr auto kStampFile = "/.layers";
+
+constexpr std::size_t kFramesOfAnHour = 16;
+constexpr auto kAllFrames = std::numeric_limits<std::size_t>::max();
+
+const std::size_t kMostAtOnce = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+
+// Far more than any file of the tree has.
+constexpr qint64 kMostBytes = qint64{16} * 1024 * 1024;
+
+bool has(const QString& path, const QByteArray& bytes) {
+    return readWhole(path, kMostBytes) == bytes;
+}
+
+} // namespace
+
+Publisher::Publisher(
+    const ImageTree& tree, QString folder, const QStringList& sites, QByteArray layerStamp,
+    ServerLog log
+)
+    : m_tree(tree), m_folder(std::move(folder)), m_layerStamp(std::move(layerStamp)),
+      m_log(std::move(log)) {
+    std::map<std::string, std::vector<std::string>> standing;
+    for (const std::string& path : standingPaths()) {
+        standing[findTreeItem(path)->site].push_back(path);
+    }
+    for (const AntennaPosition& antenna : antennaPositions()) {
+        const std::string id(antenna.id);
+        if (sites.isEmpty() || sites.contains(QString::fromStdString(id))) {
+            m_sites.push_back({id, standing[id]});
+        }
+    }
+}
+
+/// Does a step for all sites, several at once; the first that fails ends it.
+bool Publisher::forEachSite(const std::stop_token& stop, const Step& step) {
+    std::atomic<std::size_t> next = 0;
+    std::atomic<bool> good = true;
+    const auto work = [&] {
+        for (std::size_t i = next++; i < m_sites.size() && good && !stop.stop_requested();
+             i = next++) {
+            if (!step(m_sites[i])) {
+                good = false;
+            }
+        }
+    };
+    {
+        std::vector<std::jthread> workers(std::min<std::size_t>(kMostAtOnce, m_sites.size()));
+        for (std::jthread& worker : workers) {
+            worker = std::jthread(work);
+        }
+    }
+    return good && !stop.stop_requested();
+}
+
+void Publisher::log(const QString& line) {
+    const std::lock_guard lock(m_logMutex);
+    m_log(line);
+}
+
+QString Publisher::fileOf(const std::string& path) const {
+    return m_folder + QString::fromStdString(path);
+}
+
+bool Publisher::write(const std::string& path, const QByteArray& bytes) {
+    const QString name = fileOf(path);
+    QDir().mkpath(QFileInfo(name).path());
+    // What a power cut takes is made again.
+    const auto written = replaceFile(name, bytes, Lasting::no);
+    if (!written) {
+        log(QStringLiteral("Cannot write %1: %2.").arg(name, written.error()));
+    }
+    return written.has_value();
+}
+
+/// Whether what never changes is there. Pictures tell whether they are whole; anything else is
+/// compared with what it should be.
+bool Publisher::isPublished(const QString& name) const {
+    return m_isSound ? QFileInfo::exists(name) : !wholePictureIn(name).isEmpty();
+}
+
+bool Publisher::put(const std::string& path, Again again) {
+    const QString name = fileOf(path);
+    if (again == Again::never && isPublished(name)) {
+        return true;
+    }
+    const auto answer = m_tree.find(path);
+    // A frame may be gone by the time that its turn comes.
+    return !answer || has(name, answer->body) || write(path, answer->body);
+}
+
+/// The newest `most` frames of all of a site's products. The oldest of them first, and all products
+/// of a time together: what one picture is made of, the next one mostly is made of, too.
+bool Publisher::publishFrames(const Site& site, std::size_t most, const std::stop_token& stop) {
+    std::map<FileTime, std::vector<std::string>> paths;
+    for (const Product product : kAllProducts) {
+        const FrameFolder folder{site.id, product};
+        const auto names = m_tree.framesIn(folder);
+        const auto skipped = names.size() - std::min(most, names.size());
+        std::for_each(
+            names.begin() + static_cast<std::ptrdiff_t>(skipped), names.end(),
+            [&](const std::string& name) {
+                const std::string path = pathOf(folder) + name;
+                paths[findTreeItem(path)->time].push_back(path);
+            }
+        );
+    }
+    for (const auto& [time, frames] : paths) {
+        for (const std::string& path : frames) {
+            if (stop.stop_requested() || !put(path, Again::never)) {
+                return false;
+            }
+        }
+    }
+    return std::all_of(kAllProducts.begin(), kAllProducts.end(), [&](Product product) {
+        return publishListing({site.id, product});
+    });
+}
+
+/// Lists the frames that are there, then deletes those that the tree no longer has.
+bool Publisher::publishListing(const FrameFolder& folder) {
+    const std::string path = pathOf(folder);
+    QDir dir(fileOf(path));
+    const auto names = m_tree.framesIn(folder);
+    std::vector<std::string> there;
+    QStringList old;
+    for (const QString& file : dir.entryList({QStringLiteral("*.gif")}, QDir::Files, QDir::Name)) {
+        if (const auto name = file.toStdString();
+            std::binary_search(names.begin(), names.end(), name)) {
+            there.push_back(name);
+        } else {
+            old += file;
+        }
+    }
+    const QByteArray listing = listingPage(path, there);
+    const std::string index = path + "index.html";
+    if (!has(fileOf(index), listing) && !write(index, listing)) {
+        return false;
+    }
+    if (!m_isSound) {
+        removeAbandonedFiles(dir.path());
+    }
+    for (const QString& file : old) {
+        dir.remove(file);
+    }
+    return true;
+}
+
+bool Publisher::publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop) {
+    return std::all_of(site.standing.begin(), site.standing.end(), [&](const std::string& path) {
+        const bool isLasting = findTreeItem(path)->kind != TreeItem::Kind::warnings;
+        return !stop.stop_requested() && put(path, isLasting ? layersAgain : Again::whenChanged);
+    });
+}
+
+bool Publisher::publishPages() {
+    const auto home = m_tree.find("/");
+    const auto status = m_tree.find("/status");
+    return (!home || write("/index.html", home->body)) &&
+           (!status || write("/status", status->body));
+}
+
+bool Publisher::publish(const std::stop_token& stop) {
+    const bool sameData = has(fileOf(kStampFile), m_layerStamp);
+    const Again layersAgain = sameData ? Again::never : Again::whenChanged;
+    const auto frames = [&](std::size_t most) {
+        return forEachSite(stop, [&](const Site& site) { return publishFrames(site, most, stop); });
+    };
+    const auto standing = [&] {
+        return forEachSite(stop, [&](const Site& site) {
+            return publishStanding(site, layersAgain, stop);
+        });
+    };
+    const bool good = frames(1) && standing() && publishPages() &&
+                      (sameData || write(kStampFile, m_layerStamp)) && frames(kFramesOfAnHour) &&
+                      frames(kAllFrames) && publishPages();
+    m_isSound = m_isSound || good;
+    return good;
+}
+
+} // namespace raincast

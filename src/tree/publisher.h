@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tree/image_tree.h"
+#include "tree/server_log.h"
+
+#include <QString>
+
+#include <functional>
+#include <mutex>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace raincast {
+
+/// Writes the image tree as plain files, for a web server, a content network or object storage to
+/// serve. Every file gets its name only when it is whole, and a folder's listing (its index.html)
+/// names a frame only when the frame is there: whoever reads at any moment finds a good tree.
+class Publisher {
+public:
+    /// `sites` are those that are written; all when empty. `layerStamp` tells when the layers have
+    /// to be written again. The tree is borrowed.
+    Publisher(
+        const ImageTree& tree, QString folder, const QStringList& sites, QByteArray layerStamp,
+        ServerLog log
+    );
+
+    /// Brings the folder up to date: writes what is new, then deletes the frames that the tree no
+    /// longer has. The newest frame of every site and product comes first, then those of the last
+    /// hour, so that a first start, which writes thousands of frames, is soon of use. What an
+    /// earlier run has left is looked at once: pictures that are not whole are made again. Works on
+    /// as many sites at once as there are processors, eight at most. False when a file could not be
+    /// written (the log says which) or it was asked to stop.
+    [[nodiscard]] bool publish(const std::stop_token& stop = {});
+
+private:
+    /// Which of a file that is there already is written again.
+    enum class Again { never, whenChanged };
+    struct Site {
+        std::string id;
+        std::vector<std::string> standing; ///< the paths of all that is no frame
+    };
+    /// One step of publishing a site; false when it failed.
+    using Step = std::function<bool(const Site&)>;
+
+    bool forEachSite(const std::stop_token& stop, const Step& step);
+    bool publishFrames(const Site& site, std::size_t most, const std::stop_token& stop);
+    bool publishListing(const FrameFolder& folder);
+    bool publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop);
+    bool publishPages();
+    bool put(const std::string& path, Again again);
+    [[nodiscard]] bool isPublished(const QString& name) const;
+    bool write(const std::string& path, const QByteArray& bytes);
+    void log(const QString& line);
+    [[nodiscard]] QString fileOf(const std::string& path) const;
+
+    const ImageTree& m_tree;
+    QString m_folder;
+    std::vector<Site> m_sites;
+    QByteArray m_layerStamp;
+    bool m_isSound = false; ///< all that is there was made by this object, or looked at by it
+    std::mutex m_logMutex;
+    ServerLog m_log;
+};
+
+} // namespace raincast

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "maps/relief_file.h"
+#include "netcdf_maker.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+TEST(ReliefGridTest, GoesThroughItsPoints) {
+    const ReliefGrid grid({40, -100}, 0.5, 2, 3, {1, 2, 3, 4, 5, 6});
+    EXPECT_NEAR(grid.heightAt({40, -100}), 1, 1e-9);
+    EXPECT_NEAR(grid.heightAt({40, -99.5}), 2, 1e-9);
+    EXPECT_NEAR(grid.heightAt({40.5, -99}), 6, 1e-9);
+}
+
+TEST(ReliefGridTest, IsSmoothBetweenThem) {
+    // A plane stays a plane.
+    std::vector<float> plane;
+    for (int row = 0; row < 6; ++row) {
+        for (int column = 0; column < 6; ++column) {
+            plane.push_back(static_cast<float>(100 * row + 10 * column));
+        }
+    }
+    const ReliefGrid grid({0, 0}, 1, 6, 6, plane);
+    EXPECT_NEAR(grid.heightAt({2.5, 2.25}), 272.5, 1e-6);
+}
+
+TEST(ReliefGridTest, BeyondItsEdgeIsTheEdge) {
+    const ReliefGrid grid({40, -100}, 0.5, 2, 2, {1, 1, 7, 7});
+    EXPECT_NEAR(grid.heightAt({60, -100}), 7, 1e-9);
+    EXPECT_NEAR(grid.heightAt({-90, 1e9}), 1, 1e-9);
+    EXPECT_EQ(ReliefGrid().heightAt({1, 2}), 0);
+}
+
+TEST(ReliefGridTest, GapsAreSeaLevel) {
+    const ReliefGrid grid({0, 0}, 1, 2, 2, {-1e34F, -1e34F, -1e34F, -1e34F});
+    EXPECT_EQ(grid.heightAt({0.5, 0.5}), 0);
+}
+
+class ReliefFileTest : public ::testing::Test {
+protected:
+    QTemporaryDir m_folder;
+    QString m_path = m_folder.filePath("relief.nc");
+};
+
+TEST_F(ReliefFileTest, ReadsThePartAroundABox) {
+    std::vector<double> longitudes;
+    std::vector<double> latitudes;
+    std::vector<float> heights;
+    for (int i = 0; i < 36; ++i) {
+        longitudes.push_back(10 * i);
+    }
+    for (int i = -9; i <= 9; ++i) {
+        latitudes.push_back(10 * i);
+        for (int j = 0; j < 36; ++j) {
+            heights.push_back(static_cast<float>(100 * i + j));
+        }
+    }
+    {
+        const NetcdfMaker maker(m_path);
+        maker.doubles("ETOPO05_X", longitudes);
+        maker.doubles("ETOPO05_Y", latitudes);
+        maker.floats("ROSE", latitudes.size(), heights);
+    }
+    const ReliefGrid grid = readRelief(m_path, {35, -105, 45, -95});
+    ASSERT_FALSE(grid.isEmpty());
+    EXPECT_NEAR(grid.heightAt({40, -100}), 400 + 26, 1e-3);
+    const ReliefGrid east = readRelief(m_path, {5, 140, 15, 150});
+    EXPECT_NEAR(east.heightAt({10, 140}), 100 + 14, 1e-3);
+}
+
+TEST_F(ReliefFileTest, OtherFilesAreEmpty) {
+    { NetcdfMaker(m_path).doubles("ETOPO05_X", {0, 1, 2}); }
+    EXPECT_TRUE(readRelief(m_path, {0, 0, 1, 1}).isEmpty());
+    EXPECT_TRUE(readRelief(m_folder.filePath("none"), {0, 0, 1, 1}).isEmpty());
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "radar/image/bitmap.h"
+#include "radar/image/gif_writer.h"
+#include "radar/image/image_file.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace raincast {
+namespace {
+
+QImage decoded(const std::string& gif) {
+    return decodeImage(QByteArray::fromStdString(gif), kMostImagePixels);
+}
+
+TEST(GifWriterTest, PicturesComeBackAsTheyWere) {
+    const std::array<QRgb, 5> colours = {
+        kTransparentWhite, 0xFF04E9E7, 0xFFFDFDFD, 0xFF0300F4, 0xFF000000};
+    IndexedPicture picture(600U * 550U);
+    for (std::size_t i = 0; i < picture.size(); ++i) {
+        picture[i] = static_cast<std::uint8_t>(i * i / 7 % colours.size());
+    }
+    const QImage image = decoded(writeGif(picture, colours));
+    ASSERT_EQ(image.size(), QSize(600, 550));
+    ASSERT_EQ(image.format(), QImage::Format_Indexed8);
+    for (const int index : {0, 1, 599, 600, 123'456, 329'999}) {
+        EXPECT_EQ(
+            image.pixel(index % 600, index / 600), colours[picture[static_cast<std::size_t>(index)]]
+        ) << index;
+    }
+}
+
+TEST(GifWriterTest, TheGroundIsTransparentAndTheVersionKnowsThat) {
+    const std::array<QRgb, 2> colours = {kTransparentWhite, 0xFF000000};
+    const std::string gif = writeGif(IndexedPicture(600U * 550U, 0), colours);
+    EXPECT_EQ(gif.substr(0, 6), "GIF89a");
+    // Behind the head (13 bytes) and two colours: extension, control, 4 bytes, transparency on.
+    EXPECT_EQ(gif.substr(13 + 6, 3), "\x21\xF9\x04");
+    EXPECT_EQ(gif[13 + 6 + 3] & 1, 1);
+    EXPECT_EQ(gif[13 + 6 + 6], 0);
+    EXPECT_EQ(gif.back(), ';');
+}
+
+} // namespace
+} // namespace raincast

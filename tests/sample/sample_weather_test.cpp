@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "radar/catalogue/antenna_positions.h"
+#include "radar/image/bitmap.h"
+#include "radar/image/image_file.h"
+#include "sample/sample_weather.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace raincast {
+namespace {
+
+const FileTime kNow = fromCalendar({2026, 11, 20, 10, 30, 20});
+
+TEST(SampleWeatherTest, FramesFollowEachOtherEveryFourToSixMinutes) {
+    const SampleWeather weather;
+    for (const AntennaPosition& antenna : antennaPositions()) {
+        const auto times = weather.frameTimes(antenna.id, Product::velocity, kNow);
+        ASSERT_GT(times.size(), 40U) << antenna.id;
+        EXPECT_LE(times.back(), kNow);
+        EXPECT_GT(times.back(), kNow - 6 * kFileTimePerMinute);
+        EXPECT_GT(times.front(), kNow - 241 * kFileTimePerMinute);
+        for (std::size_t i = 1; i < times.size(); ++i) {
+            const FileTime gap = times[i] - times[i - 1];
+            EXPECT_GE(gap, 4 * kFileTimePerMinute) << antenna.id;
+            EXPECT_LE(gap, 6 * kFileTimePerMinute) << antenna.id;
+            EXPECT_EQ(times[i] % kFileTimePerMinute, 0);
+        }
+    }
+}
+
+TEST(SampleWeatherTest, ListingsAgreeWhateverTheMomentTheyAreAskedAt) {
+    const SampleWeather weather(2);
+    const auto now = weather.frameTimes("TLX", Product::velocity, kNow);
+    const auto later =
+        weather.frameTimes("TLX", Product::baseReflectivity, kNow + 30 * kFileTimePerMinute);
+    for (const FileTime time : now) {
+        const bool stillListed = time > kNow - 90 * kFileTimePerMinute;
+        const bool found = std::find(later.begin(), later.end(), time) != later.end();
+        EXPECT_EQ(found, stillListed);
+    }
+}
+
+TEST(SampleWeatherTest, AFrameIsAMarkedPictureThatIsTheSameEveryTime) {
+    const SampleWeather weather;
+    const FileTime time = weather.frameTimes("TLX", Product::baseReflectivity, kNow).back();
+    const std::string frame = weather.frame("TLX", Product::baseReflectivity, time);
+    EXPECT_EQ(SampleWeather(9).frame("TLX", Product::baseReflectivity, time), frame);
+    const QImage image = decodeImage(QByteArray::fromStdString(frame), kMostImagePixels);
+    ASSERT_EQ(image.size(), QSize(600, 550));
+    EXPECT_NE(image.pixel(12, 532), kTransparentWhite);
+    const QImage warnings = decodeImage(
+        QByteArray::fromStdString(weather.warnings("TLX", Range::shortRange, time)),
+        kMostImagePixels
+    );
+    ASSERT_EQ(warnings.size(), QSize(600, 550));
+    EXPECT_NE(warnings.pixel(12, 532), kTransparentWhite);
+}
+
+TEST(SampleWeatherTest, WhatIsNotThereIsEmpty) {
+    const SampleWeather weather;
+    const FileTime time = weather.frameTimes("TLX", Product::velocity, kNow).back();
+    EXPECT_EQ(weather.frame("TLX", Product::velocity, time + kFileTimePerMinute), "");
+    EXPECT_EQ(weather.frame("TLX", Product::velocity, time + kFileTimePerSecond), "");
+    EXPECT_EQ(weather.frame("XXX", Product::velocity, time), "");
+    EXPECT_EQ(weather.warnings("XXX", Range::shortRange, time), "");
+    EXPECT_TRUE(weather.frameTimes("XXX", Product::velocity, kNow).empty());
+    EXPECT_TRUE(weather.frameTimes("TLX", Product::velocity, 0).empty());
+}
+
+} // namespace
+} // namespace raincast

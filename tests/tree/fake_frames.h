@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tree/frame_source.h"
+
+#include <QByteArray>
+
+#include <atomic>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace raincast {
+
+/// A whole GIF that shows nothing, with a text in it.
+inline QByteArray gifThatSays(const QByteArray& text) {
+    constexpr qsizetype kMost = 255;
+    QByteArray gif("GIF89a\x58\x02\x26\x02\0\0\0", 13);
+    for (qsizetype begin = 0; begin < text.size(); begin += kMost) {
+        const QByteArray piece = text.mid(begin, kMost);
+        gif += "!\xFE" + QByteArray(1, static_cast<char>(piece.size())) + piece + '\0';
+    }
+    return gif + ';';
+}
+
+/// Frames that a test sets; each picture says what it is.
+class FakeFrames : public FrameSource {
+public:
+    std::set<FileTime> times;            ///< of every site and product
+    std::set<FileTime> lost;             ///< times that are listed but have no frame any more
+    mutable std::vector<FileTime> order; ///< in which frames were asked for
+    mutable std::atomic<int> made = 0;   ///< pictures so far
+    QByteArray text;                     ///< what every picture begins to say
+
+    [[nodiscard]] std::vector<FileTime>
+    frameTimes(std::string_view, Product, FileTime upTo) const override {
+        return {times.begin(), times.upper_bound(upTo)};
+    }
+    [[nodiscard]] std::string
+    frame(std::string_view site, Product product, FileTime time) const override {
+        ++made;
+        const std::lock_guard lock(m_mutex);
+        order.push_back(time);
+        const bool isThere = times.contains(time) && !lost.contains(time);
+        return isThere ? says(site, codeOf(product)) : std::string();
+    }
+    [[nodiscard]] std::string
+    warnings(std::string_view site, Range range, FileTime time) const override {
+        ++made;
+        return says(site, std::string(wordOf(range)) + std::to_string(time));
+    }
+
+private:
+    [[nodiscard]] std::string says(std::string_view site, std::string_view what) const {
+        return gifThatSays(text + std::string(site).c_str() + std::string(what).c_str())
+            .toStdString();
+    }
+
+    mutable std::mutex m_mutex;
+};
+
+} // namespace raincast

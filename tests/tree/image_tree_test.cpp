@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include "core/clock.h"
+#include "fake_frames.h"
+#include "tree/image_tree.h"
+#include "tree/layer_store.h"
+
+#include <QImage>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <thread>
+
+namespace raincast {
+namespace {
+
+using ::testing::ElementsAre;
+
+class ImageTreeTest : public ::testing::Test {
+protected:
+    ImageTreeTest() : m_clock(fromCalendar({2018, 7, 25, 20, 0, 30})) {
+        Clock::use(&m_clock);
+        for (const int minute : {0, 5, 55}) {
+            m_frames.times.insert(fromCalendar({2018, 7, 25, minute == 55 ? 19 : 20, minute}));
+        }
+    }
+    ~ImageTreeTest() override { Clock::use(nullptr); }
+
+    [[nodiscard]] QByteArray body(const char* path) const {
+        const auto answer = m_tree.find(path);
+        return answer ? answer->body : QByteArray("(none)");
+    }
+
+    ManualClock m_clock;
+    FakeFrames m_frames;
+    MapData m_maps{MapDataFiles()};
+    LayerStore m_layers{m_maps, QString()};
+    ImageTree m_tree{m_frames, m_layers};
+};
+
+TEST_F(ImageTreeTest, ListsFramesUpToNow) {
+    const auto listing = m_tree.find("/ridge/RadarImg/N0R/LWX/");
+    ASSERT_TRUE(listing);
+    EXPECT_EQ(listing->maxAgeSeconds, 0);
+    EXPECT_TRUE(listing->body.contains("\"LWX_20180725_1955_N0R.gif\""));
+    EXPECT_TRUE(listing->body.contains("\"LWX_20180725_2000_N0R.gif\""));
+    EXPECT_FALSE(listing->body.contains("2005"));
+    EXPECT_THAT(
+        m_tree.framesIn({"LWX", Product::baseReflectivity}),
+        ElementsAre("LWX_20180725_1955_N0R.gif", "LWX_20180725_2000_N0R.gif")
+    );
+}
+
+TEST_F(ImageTreeTest, FramesOfTheFutureAreNotThereYet) {
+    const char* const path = "/ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif";
+    EXPECT_FALSE(m_tree.find(path));
+    m_clock.advance(5 * kFileTimePerMinute);
+    EXPECT_EQ(body(path), gifThatSays("LWXN0R"));
+}
+
+TEST_F(ImageTreeTest, MakesAPictureOnce) {
+    const char* const path = "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif";
+    const auto answer = m_tree.find(path);
+    ASSERT_TRUE(answer);
+    EXPECT_STREQ(answer->type, "image/gif");
+    EXPECT_GT(answer->maxAgeSeconds, 0);
+    EXPECT_EQ(body(path), gifThatSays("LWXN0V"));
+    EXPECT_EQ(m_frames.made, 1);
+    EXPECT_GT(m_tree.bytesInMemory(), 0);
+}
+
+TEST_F(ImageTreeTest, TellsLaterWhatHasToBeMade) {
+    const char* const path = "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif";
+    const auto isTold = [this](const char* asked) {
+        const auto there = std::make_shared<std::promise<std::thread::id>>();
+        const auto tell = [there](const std::optional<TreeAnswer>& answer) {
+            EXPECT_TRUE(answer);
+            there->set_value(std::this_thread::get_id());
+        };
+        m_tree.ask(asked, {tell, [] { return true; }});
+        return there->get_future().get() != std::this_thread::get_id();
+    };
+    EXPECT_TRUE(isTold(path));
+    EXPECT_FALSE(isTold(path));
+    EXPECT_FALSE(isTold("/ridge/RadarImg/N0V/LWX/"));
+}
+
+TEST_F(ImageTreeTest, DoesNotMakeWhatNobodyWaitsFor) {
+    m_tree.ask(
+        "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif",
+        {[](const std::optional<TreeAnswer>&) {}, [] { return false; }}
+    );
+    EXPECT_EQ(body("/ridge/RadarImg/N0S/LWX/LWX_20180725_2000_N0S.gif"), gifThatSays("LWXN0S"));
+    EXPECT_EQ(m_frames.made, 1);
+}
+
+TEST_F(ImageTreeTest, AFrameThatIsNotThereIsNotFound) {
+    EXPECT_FALSE(m_tree.find("/ridge/RadarImg/N0R/LWX/LWX_20180725_1956_N0R.gif"));
+}
+
+TEST_F(ImageTreeTest, WarningsAreThoseOfTheMinute) {
+    const char* const path = "/ridge/Warnings/Short/LWX_Warnings_0.gif";
+    const QByteArray first = body(path);
+    EXPECT_EQ(body(path), first);
+    EXPECT_EQ(m_frames.made, 1);
+    EXPECT_EQ(m_tree.find(path)->maxAgeSeconds, 0);
+    m_clock.advance(kFileTimePerMinute);
+    EXPECT_NE(body(path), first);
+}
+
+TEST_F(ImageTreeTest, WorldFilesPlaceTheAntennaInTheMiddle) {
+    const QByteArray text = body("/ridge/Overlays/Cities/Short/LWX_City_Short.gfw");
+    const auto lines = text.split('\n');
+    ASSERT_GE(lines.size(), 6);
+    const double step = lines[0].toDouble();
+    EXPECT_NEAR(step, 0.009253, 1e-5);
+    EXPECT_NEAR(lines[4].toDouble() + 299.5 * step, -77.47, 0.02);
+    EXPECT_NEAR(lines[5].toDouble() - 274.5 * step, 38.97, 0.02);
+    EXPECT_LT(text.size(), 256);
+}
+
+TEST_F(ImageTreeTest, LayersAreThereWithoutAnyData) {
+    const QByteArray topo = body("/ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg");
+    EXPECT_EQ(QImage::fromData(topo, "JPG").size(), QSize(600, 550));
+    const QByteArray rivers = body("/ridge/Overlays/Rivers/Long/LWX_Rivers_Long.gif");
+    EXPECT_EQ(QImage::fromData(rivers, "GIF").size(), QSize(600, 550));
+}
+
+TEST_F(ImageTreeTest, ListsOtherFolders) {
+    EXPECT_TRUE(body("/ridge/").contains("\"RadarImg/\""));
+    EXPECT_EQ(body("/ridge/Nothing/"), "(none)");
+    EXPECT_EQ(body("/ridge/RadarImg/N0R/ZZZ/"), "(none)");
+}
+
+TEST_F(ImageTreeTest, AddedPagesAreMadeEachTime) {
+    int times = 0;
+    m_tree.addPage("/status", "application/json", [&times] { return QByteArray::number(++times); });
+    EXPECT_EQ(body("/status"), "1");
+    EXPECT_EQ(body("/status"), "2");
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "tree/picture_cache.h"
+
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+TEST(PictureCacheTest, KeepsWhatFits) {
+    PictureCache cache(100);
+    cache.insert("a", "aaaa");
+    EXPECT_EQ(cache.find("a"), "aaaa");
+    EXPECT_EQ(cache.bytes(), 4);
+    EXPECT_TRUE(cache.find("b").isNull());
+}
+
+TEST(PictureCacheTest, ForgetsWhatWasNotAskedForLongest) {
+    PictureCache cache(100);
+    cache.insert("a", QByteArray(40, 'a'));
+    cache.insert("b", QByteArray(40, 'b'));
+    EXPECT_FALSE(cache.find("a").isNull());
+    cache.insert("c", QByteArray(40, 'c'));
+    EXPECT_FALSE(cache.find("a").isNull());
+    EXPECT_TRUE(cache.find("b").isNull());
+    EXPECT_FALSE(cache.find("c").isNull());
+    EXPECT_LE(cache.bytes(), 100);
+}
+
+TEST(PictureCacheTest, DoesNotKeepWhatIsLargerThanItself) {
+    PictureCache cache(10);
+    cache.insert("a", "aaa");
+    cache.insert("b", QByteArray(11, 'b'));
+    EXPECT_TRUE(cache.find("b").isNull());
+    EXPECT_EQ(cache.find("a"), "aaa");
+}
+
+} // namespace
+} // namespace raincast

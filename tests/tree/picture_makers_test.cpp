@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "tree/picture_makers.h"
+
+#include <QThread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <optional>
+#include <thread>
+
+namespace raincast {
+namespace {
+
+using ::testing::Each;
+using ::testing::SizeIs;
+
+class PictureMakersTest : public ::testing::Test {
+protected:
+    PictureMakers::Waiter waiter(bool isWaiting = true) {
+        return {
+            [this](const QByteArray& picture) {
+                const std::lock_guard lock(m_mutex);
+                m_told.push_back(picture);
+            },
+            [isWaiting] { return isWaiting; }};
+    }
+
+    /// Keeps all threads busy until release().
+    void holdThreads() {
+        for (int i = 0; i < QThread::idealThreadCount(); ++i) {
+            m_makers->make(
+                "held" + QByteArray::number(i),
+                [this] {
+                    m_released.wait();
+                    return QByteArray("held");
+                },
+                {[](const QByteArray&) {}, [] { return true; }}
+            );
+        }
+    }
+    void release() { m_release.set_value(); }
+    /// Waits for all.
+    void finish() { m_makers.reset(); }
+
+    std::promise<void> m_release;
+    std::shared_future<void> m_released = m_release.get_future().share();
+    std::mutex m_mutex;
+    std::vector<QByteArray> m_told;
+    std::optional<PictureMakers> m_makers{std::in_place};
+};
+
+TEST_F(PictureMakersTest, MakesAPictureInAnotherThread) {
+    const auto here = std::this_thread::get_id();
+    std::thread::id there = here;
+    m_makers->make(
+        "a",
+        [&there] {
+            there = std::this_thread::get_id();
+            return QByteArray("picture");
+        },
+        waiter()
+    );
+    finish();
+    EXPECT_EQ(m_told, std::vector<QByteArray>{"picture"});
+    EXPECT_TRUE(there != here);
+}
+
+TEST_F(PictureMakersTest, MakesOnceWhatManyWaitFor) {
+    int made = 0;
+    holdThreads();
+    for (int i = 0; i < 5; ++i) {
+        m_makers->make(
+            "a", [&made] { return QByteArray::number(++made); }, waiter(i == 3)
+        );
+    }
+    release();
+    finish();
+    EXPECT_EQ(made, 1);
+    EXPECT_THAT(m_told, ::testing::AllOf(SizeIs(5), Each(QByteArray("1"))));
+}
+
+TEST_F(PictureMakersTest, DoesNotMakeWhatNobodyWaitsForAnyMore) {
+    int made = 0;
+    const auto make = [&made] { return QByteArray::number(++made); };
+    holdThreads();
+    m_makers->make("a", make, waiter(false));
+    m_makers->make("a", make, waiter(false));
+    m_makers->make("b", make, waiter(true));
+    release();
+    finish();
+    EXPECT_EQ(made, 1);
+    EXPECT_THAT(m_told, SizeIs(1));
+}
+
+TEST_F(PictureMakersTest, MakesAgainWhatIsAskedForAgain) {
+    int made = 0;
+    for (int i = 1; i <= 2; ++i) {
+        std::promise<void> told;
+        m_makers->make(
+            "a", [&made] { return QByteArray::number(++made); },
+            {[&told](const QByteArray&) { told.set_value(); }, [] { return true; }}
+        );
+        told.get_future().wait();
+        EXPECT_EQ(made, i);
+    }
+}
+
+} // namespace
+} // namespace raincast

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#include "core/clock.h"
+#include "fake_frames.h"
+#include "sample/sample_weather.h"
+#include "support/files.h"
+#include "support/full_disk.h"
+#include "tree/layer_store.h"
+#include "tree/publisher.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class PublisherTest : public ::testing::Test {
+protected:
+    PublisherTest() : m_clock(fromCalendar({2018, 7, 25, 20, 0})) {
+        Clock::use(&m_clock);
+        m_frames.times = {m_clock.now() - 5 * kFileTimePerMinute, m_clock.now()};
+        m_tree.addPage("/", "text/html", [] { return QByteArray("home"); });
+        m_tree.addPage("/status", "application/json", [] { return QByteArray("{}"); });
+    }
+    ~PublisherTest() override { Clock::use(nullptr); }
+
+    bool publish(const QByteArray& stamp = "data") {
+        Publisher publisher(m_tree, m_root, {"LWX"}, stamp, [this](const QString& line) {
+            m_log += line + '\n';
+        });
+        return publisher.publish();
+    }
+    [[nodiscard]] QString file(const char* path) const { return m_root + path; }
+
+    ManualClock m_clock;
+    QTemporaryDir m_folder;
+    QString m_root = m_folder.filePath("www");
+    QString m_log;
+    FakeFrames m_frames;
+    MapData m_maps{MapDataFiles()};
+    LayerStore m_layers{m_maps, QString()};
+    ImageTree m_tree{m_frames, m_layers};
+};
+
+TEST_F(PublisherTest, WritesTheTree) {
+    ASSERT_TRUE(publish());
+    EXPECT_EQ(
+        namesIn(file("/ridge/RadarImg/N0R/LWX")),
+        "LWX_20180725_1955_N0R.gif LWX_20180725_2000_N0R.gif index.html"
+    );
+    EXPECT_EQ(
+        readFile(file("/ridge/RadarImg/NTP/LWX/LWX_20180725_2000_NTP.gif")), gifThatSays("LWXNTP")
+    );
+    EXPECT_THAT(
+        readFile(file("/ridge/RadarImg/N0R/LWX/index.html")).toStdString(),
+        HasSubstr("\"LWX_20180725_1955_N0R.gif\"")
+    );
+    EXPECT_EQ(
+        namesIn(file("/ridge/Overlays/Cities/Short")), "LWX_City_Short.gfw LWX_City_Short.gif"
+    );
+    EXPECT_EQ(namesIn(file("/ridge/Overlays/Topo/Long")), "LWX_Topo_Long.gfw LWX_Topo_Long.jpg");
+    EXPECT_EQ(
+        namesIn(file("/weather_radar/basemaps")),
+        "LWX_City_Long.gif LWX_City_Short.gif LWX_County_Long.gif LWX_County_Short.gif"
+    );
+    EXPECT_EQ(namesIn(file("/ridge/Warnings/Short")), "LWX_Warnings_0.gif");
+    EXPECT_EQ(readFile(file("/index.html")), "home");
+    EXPECT_EQ(readFile(file("/status")), "{}");
+    EXPECT_EQ(m_log, QString());
+}
+
+TEST_F(PublisherTest, TheNewestFramesComeFirst) {
+    const FileTime newest = m_clock.now();
+    m_frames.times.insert(newest - 10 * kFileTimePerMinute);
+    ASSERT_TRUE(publish());
+    ASSERT_EQ(m_frames.order.size(), 3U * 7U);
+    for (std::size_t i = 0; i < m_frames.order.size(); ++i) {
+        EXPECT_EQ(m_frames.order[i] == newest, i < 7) << i;
+    }
+}
+
+TEST_F(PublisherTest, AFrameThatIsNotThereIsNotListed) {
+    m_frames.lost.insert(m_clock.now());
+    ASSERT_TRUE(publish());
+    const std::string listing = readFile(file("/ridge/RadarImg/N0R/LWX/index.html")).toStdString();
+    EXPECT_THAT(listing, HasSubstr("\"LWX_20180725_1955_N0R.gif\""));
+    EXPECT_THAT(listing, Not(HasSubstr("LWX_20180725_2000_N0R.gif")));
+}
+
+TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
+    ASSERT_TRUE(publish());
+    m_frames.text = "other";
+    m_frames.times.erase(m_frames.times.begin());
+    m_clock.advance(5 * kFileTimePerMinute);
+    m_frames.times.insert(m_clock.now());
+    ImageTree fresh(m_frames, m_layers);
+    ASSERT_TRUE(Publisher(fresh, m_root, {"LWX"}, "data", [](const QString&) {}).publish());
+    EXPECT_EQ(
+        namesIn(file("/ridge/RadarImg/N0R/LWX")),
+        "LWX_20180725_2000_N0R.gif LWX_20180725_2005_N0R.gif index.html"
+    );
+    // A frame that is there stays as it is; warnings are those of now.
+    EXPECT_EQ(
+        readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")), gifThatSays("LWXN0R")
+    );
+    EXPECT_THAT(
+        readFile(file("/ridge/Warnings/Short/LWX_Warnings_0.gif")).toStdString(), HasSubstr("other")
+    );
+}
+
+TEST_F(PublisherTest, LayersAreWrittenAgainWhenTheirDataChange) {
+    ASSERT_TRUE(publish());
+    const QString topo = file("/ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg");
+    const QByteArray old = gifThatSays("old");
+    writeFile(topo, old);
+    ASSERT_TRUE(publish());
+    EXPECT_EQ(readFile(topo), old);
+    ASSERT_TRUE(publish("new data"));
+    EXPECT_NE(readFile(topo), old);
+}
+
+TEST_F(PublisherTest, AFullDiskLeavesNoCutFile) {
+    m_frames.text = QByteArray(5000, 'x');
+    {
+        const FullDisk disk(4096);
+        EXPECT_FALSE(publish());
+    }
+    EXPECT_THAT(
+        m_log.toStdString(), ::testing::MatchesRegex("Cannot write .*\\.gif: File too large\\.\n")
+    );
+    EXPECT_EQ(namesIn(file("/ridge/RadarImg/N0R/LWX")), "");
+    ASSERT_TRUE(publish());
+    EXPECT_EQ(
+        readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")),
+        gifThatSays(m_frames.text + "LWXN0R")
+    );
+}
+
+TEST_F(PublisherTest, AFileOfTheWrongLengthIsMadeAgain) {
+    ASSERT_TRUE(publish());
+    for (const char* path :
+         {"/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif",
+          "/ridge/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif",
+          "/ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg",
+          "/ridge/Overlays/Cities/Short/LWX_City_Short.gif",
+          "/ridge/Overlays/Cities/Short/LWX_City_Short.gfw",
+          "/weather_radar/basemaps/LWX_City_Long.gif", "/ridge/Warnings/Short/LWX_Warnings_0.gif",
+          "/ridge/RadarImg/N0R/LWX/index.html", "/index.html", "/status"}) {
+        const QByteArray whole = readFile(file(path));
+        for (const QByteArray& wrong : {QByteArray(), whole.chopped(1), whole + "more"}) {
+            writeFile(file(path), wrong);
+            ASSERT_TRUE(publish());
+            EXPECT_EQ(readFile(file(path)), whole) << path << " of " << wrong.size() << " bytes";
+        }
+    }
+}
+
+TEST_F(PublisherTest, WhatAKilledPublisherLeftIsRemoved) {
+    ASSERT_TRUE(publish());
+    const QString old = file("/ridge/RadarImg/N0R/LWX/LWX_20180725_1500_N0R.gif.part");
+    const QString fresh = file("/ridge/RadarImg/N0R/LWX/LWX_20180725_1505_N0R.gif.part");
+    writeFile(old);
+    writeFile(fresh);
+    backdate(old, 61 * 60);
+    backdate(fresh, 59 * 60);
+    ASSERT_TRUE(publish());
+    EXPECT_FALSE(QFile::exists(old));
+    EXPECT_TRUE(QFile::exists(fresh)); // another publisher may be writing it
+}
+
+TEST_F(PublisherTest, AFolderThatCannotBeWrittenToIsLogged) {
+    writeFile(m_root, "a file");
+    EXPECT_FALSE(publish());
+    EXPECT_THAT(m_log.toStdString(), HasSubstr("Cannot write"));
+    EXPECT_THAT(m_log.toStdString(), HasSubstr(": Not a directory.\n"));
+}
+
+TEST_F(PublisherTest, SeveralSitesAreWrittenAtOnce) {
+    SampleWeather weather(1);
+    const ImageTree tree(weather, m_layers);
+    const QStringList sites{"LWX", "TLX", "MUX", "OKX"};
+    ASSERT_TRUE(Publisher(tree, m_root, sites, "data", [](const QString&) {}).publish());
+    for (const QString& site : sites) {
+        EXPECT_GT(QDir(m_root + "/ridge/RadarImg/N0S/" + site).entryList({"*.gif"}).size(), 8);
+    }
+    EXPECT_FALSE(QDir(m_root + "/ridge/RadarImg/N0S/DIX").exists());
+}
+
+TEST_F(PublisherTest, StopsWhenAsked) {
+    std::stop_source stop;
+    stop.request_stop();
+    Publisher publisher(m_tree, m_root, {"LWX"}, "data", [](const QString&) {});
+    EXPECT_FALSE(publisher.publish(stop.get_token()));
+    EXPECT_EQ(m_frames.made, 0);
+}
+
+} // namespace
+} // namespace raincast
