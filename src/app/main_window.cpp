@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/main_window.h"
 
-#include "app/app_commands.h"
 #include "app/dlg_about.h"
 #include "app/drawn_icon.h"
 #include "app/globals.h"
 #include "core/heartbeat.h"
-#include "page/page_commands.h"
+#include "window/commands.h"
 #include "window/screen_style.h"
 
 #include <QAction>
@@ -33,17 +32,17 @@ constexpr MenuRow kMenuRows[] = {
     menuEntry(kPageListPlace, u"-"),
     menuSeparator(),
     subMenu(u"&Settings", kSettingsRows),
-    menuEntry(kAppFullScreen, u"&Full screen"),
-    menuEntry(kAppAbout, u"&About..."),
-    menuEntry(kAppExit, u"E&xit"),
+    menuEntry(kFullScreen, u"&Full screen"),
+    menuEntry(kAbout, u"&About..."),
+    menuEntry(kExit, u"E&xit"),
 };
 
 constexpr MenuRow kBarRows[] = {subMenu(u"&Menu", kMenuRows)};
 
 constexpr AcceleratorRow kKeys[] = {
-    {"F5", kAppUpdate},
-    {"F11", kAppFullScreen},
-    {"Ctrl+Q", kAppExit},
+    {"F5", kUpdate},
+    {"F11", kFullScreen},
+    {"Ctrl+Q", kExit},
 };
 
 struct Tool {
@@ -53,9 +52,9 @@ struct Tool {
 };
 
 constexpr Tool kTools[] = {
-    {kAppZoomIn, u"Zoom in", zoomInIcon},
-    {kAppZoomOut, u"Zoom out", zoomOutIcon},
-    {kAppUpdate, u"Update", updateIcon},
+    {kZoomIn, u"Zoom in", zoomInIcon},
+    {kZoomOut, u"Zoom out", zoomOutIcon},
+    {kUpdate, u"Update", updateIcon},
 };
 
 // At the end of the menu's line: a small screen has no room for a line of buttons of their own.
@@ -107,7 +106,7 @@ void CMainWindow::makeBar() {
     bar.setNativeMenuBar(false);
     m_commands.fill(bar, kBarRows);
     m_commands.addKeys(kKeys);
-    m_commands.action(kAppFullScreen).setCheckable(true);
+    m_commands.action(kFullScreen).setCheckable(true);
     QToolBar* const tools = makeToolBar(m_commands);
     bar.setCornerWidget(tools);
     fillHeight(bar, tools->sizeHint().height());
@@ -151,13 +150,13 @@ void CMainWindow::destroy() {
 
 void CMainWindow::onCommand(int id, QWidget* /*control*/, int /*notification*/) {
     switch (id) {
-    case kAppExit:
+    case kExit:
         m_callbacks.endRequested();
         break;
-    case kAppAbout:
+    case kAbout:
         CDlgAbout::show(m_frame);
         break;
-    case kAppFullScreen:
+    case kFullScreen:
         toggleFullScreen();
         break;
     default: // the page's
@@ -197,7 +196,7 @@ bool CMainWindow::windowProcedure(QEvent& event) {
         return true;
     }
     if (event.type() == QEvent::WindowStateChange) {
-        m_commands.action(kAppFullScreen).setChecked(m_frame->isFullScreen());
+        m_commands.action(kFullScreen).setChecked(m_frame->isFullScreen());
     }
     return Window::windowProcedure(event);
 }

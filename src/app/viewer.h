@@ -5,6 +5,7 @@
 #include "app/exposures.h"
 #include "app/keeper.h"
 #include "app/local_server.h"
+#include "app/position_feeds.h"
 #include "app/raincast_app.h"
 #include "core/timers.h"
 #include "position/position_receiver.h"
@@ -43,6 +44,7 @@ public:
     /// Null before run() and once the window is destroyed.
     [[nodiscard]] CMainWindow* window() const { return m_window.get(); }
     [[nodiscard]] const CRaincastApp& application() const { return m_application; }
+    [[nodiscard]] const PositionFeeds& feeds() const { return m_feeds; }
 
 private:
     [[nodiscard]] bool forAPerson() const { return m_options.screenshot.isEmpty(); }
@@ -65,6 +67,7 @@ private:
     AppOptions m_options;
     Exposures m_exposures;
     LocalServer m_localServer;
+    PositionFeeds m_feeds;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<Keeper> m_keeper;
     std::unique_ptr<LogOut> m_logOut;

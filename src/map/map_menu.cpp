@@ -18,7 +18,7 @@ namespace {
 using View = CItemMapView;
 
 /// What a command of the map view does, and when.
-struct Command {
+struct MapCommand {
     int id;
     void (*run)(View& view);
     bool (*enabled)(const View& view);
@@ -48,7 +48,7 @@ void toggleFollowing(View& view) {
     }
 }
 
-constexpr Command kCommands[] = {
+constexpr MapCommand kCommands[] = {
     {kAddMark, addMark, canAddMark, nullptr},
     {kAddMarkHere, addMarkHere, always, nullptr},
     {kMarks, editMarks, hasMarks, nullptr},
@@ -65,7 +65,7 @@ constexpr Command kCommands[] = {
 
 bool runMapCommand(CItemMapView& view, int command) {
     const auto* const found =
-        std::find_if(std::begin(kCommands), std::end(kCommands), [command](const Command& each) {
+        std::find_if(std::begin(kCommands), std::end(kCommands), [command](const MapCommand& each) {
             return each.id == command;
         });
     if (found == std::end(kCommands)) {
@@ -78,7 +78,7 @@ bool runMapCommand(CItemMapView& view, int command) {
 }
 
 void prepareMapMenu(const CItemMapView& view, QMenu& menu) {
-    for (const Command& command : kCommands) {
+    for (const MapCommand& command : kCommands) {
         enableCommand(menu, command.id, command.enabled(view));
         if (command.checked != nullptr) {
             checkCommand(menu, command.id, command.checked(view));

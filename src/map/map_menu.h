@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "map/map_commands.h"
+#include "window/commands.h"
 #include "window/menu_table.h"
 
 class QMenu;

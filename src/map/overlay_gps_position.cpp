@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "map/overlay_gps_position.h"
 
-#include "core/listener.h"
 #include "geo/geo_reference.h"
 #include "geo/local_frame.h"
 #include "persist/persistant_data.h"
@@ -93,21 +92,20 @@ void COverlayGPSPosition::setVectorScale(float minutes) {
 }
 
 void COverlayGPSPosition::publish() {
-    m_published = *this;
     std::swap(m_fixIconA, m_fixIconB);
-    Listener<CDataGPSPosition>::Notify(*this);
+    PublishedPosition::publish();
     announceChanged();
 }
 
 void COverlayGPSPosition::drawAsLost() {
-    m_published.fixType = kFixNone;
+    PublishedPosition::drawAsLost();
     announceChanged();
 }
 
 void COverlayGPSPosition::Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference)
     const {
     outline.clear();
-    const CDataGPSPosition& position = m_published;
+    const CDataGPSPosition& position = published();
     const bool known = position.valid() || position.latitude != 0 || position.longitude != 0;
     const auto here = geoReference.geoToPixelForDrawing({position.latitude, position.longitude});
     if (!known || !here.ok) {

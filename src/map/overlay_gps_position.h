@@ -3,21 +3,19 @@
 
 #include "map/map_icon.h"
 #include "map/overlay_object.h"
-#include "position/data_gps_position.h"
+#include "position/published_position.h"
 
 namespace raincast {
 
-/// The user's position as each feed owns one, the way it is made known, and its picture on maps: an
-/// icon that changes with every position that comes in, another one without a fix, and, when
-/// moving, a red arrow to where the user will be in a number of minutes.
+/// The position that a feed publishes through, and its picture on maps: an icon that changes with
+/// every position that comes in, another one without a fix, and, when moving, a red arrow to where
+/// the user will be in a number of minutes.
 ///
 /// The picture is that of the position that was published last, whatever the feed has learnt since:
 /// so icon, arrow and place, and the lines that listeners write, tell the same.
-///
-/// Feeds are static objects: nothing here needs the window system before something is drawn.
-class COverlayGPSPosition : public CDataGPSPosition, public COverlayObject {
+class COverlayGPSPosition : public PublishedPosition, public COverlayObject {
 public:
-    class CDlgSetup; ///< gps/dlg_gps_vector.h
+    class CDlgSetup; ///< map/dlg_gps_vector.h
     class SettingsType;
     class Persistant;
 
@@ -29,19 +27,12 @@ public:
     /// Sets them; maps show it at once. Anything but a finite number of 0 or more changes nothing.
     static void setVectorScale(float minutes);
 
-    /// Makes the present values known to every Listener<CDataGPSPosition>, then to the maps. Feeds
-    /// call it after setting the values.
-    void publish();
-
-    /// What was published last, and is drawn.
-    [[nodiscard]] const CDataGPSPosition& published() const { return m_published; }
-
-    /// Has maps draw what was published last as lost, without telling listeners: for a feed whose
-    /// position is no longer the user's, as another one publishes now.
-    void drawAsLost();
+    /// Changes the icon, tells listeners, then the maps.
+    void publish() override;
+    void drawAsLost() override;
 
     /// The icon that is drawn now.
-    [[nodiscard]] MapIcon icon() const { return m_published.valid() ? m_fixIconA : MapIcon::NoFix; }
+    [[nodiscard]] MapIcon icon() const { return published().valid() ? m_fixIconA : MapIcon::NoFix; }
 
     /// The position and, when moving with a fix, the arrow's end. Nothing as long as no position is
     /// known, which is to say without a fix at latitude and longitude 0.
@@ -50,11 +41,10 @@ public:
         override;
     /// A mark that is passed does not hide the user, nor does the place where he was lost.
     [[nodiscard]] Layer layer() const override {
-        return m_published.valid() ? Layer::position : Layer::lostPosition;
+        return published().valid() ? Layer::position : Layer::lostPosition;
     }
 
 private:
-    CDataGPSPosition m_published;
     /// Exchanged at every publication; the first one is drawn.
     MapIcon m_fixIconA = MapIcon::FixA;
     MapIcon m_fixIconB = MapIcon::FixB;

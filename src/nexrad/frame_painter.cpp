@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/frame_painter.h"
 
+#include "nexrad/rasteriser.h"
 #include "radar/catalogue/antenna_positions.h"
 #include "radar/catalogue/nws_colours.h"
 #include "radar/image/gif_writer.h"

@@ -3,14 +3,9 @@
 
 #include "nexrad/polar_scan.h"
 #include "radar/catalogue/image_geometry.h"
-
-#include <cstdint>
-#include <vector>
+#include "radar/image/indexed_picture.h"
 
 namespace raincast {
-
-/// A picture of 600 × 550 bytes, row by row; what they mean is their palette's matter.
-using IndexedPicture = std::vector<std::uint8_t>;
 
 /// The colour level (0 to 15) of every pixel: that of the cell under its centre, as
 /// scan_placement.h places it; 0 beside all cells. A scan whose tables do not fit its cells (rows ×

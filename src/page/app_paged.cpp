@@ -4,12 +4,12 @@
 #include "page/dlg_pages.h"
 #include "page/empty_hint.h"
 #include "page/page.h"
-#include "page/page_commands.h"
 #include "page/page_menu.h"
 #include "page/page_type.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
 #include "window/command_set.h"
+#include "window/commands.h"
 #include "window/dlg_item_type_select.h"
 #include "window/zoom_input.h"
 

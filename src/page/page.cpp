@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "page/page.h"
 
-#include "page/page_commands.h"
 #include "page/page_type.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
 #include "window/command_set.h"
+#include "window/commands.h"
 #include "window/menu_merger.h"
 #include "window/one_line.h"
 

@@ -4,6 +4,7 @@
 #include "page/back_buffer.h"
 #include "page/page.h"
 #include "page/page_stylus.h"
+#include "window/commands.h"
 #include "window/window.h"
 #include "window/zoom_input.h"
 
@@ -15,16 +16,6 @@
 #include <vector>
 
 namespace raincast {
-
-/// The commands that the page has beside its items'.
-enum PageDisplayCommand : int {
-    kToggleLayout = 40017,
-    kAddItem = 40018,
-    kDeleteItem = 40019,
-    kBringToFront = 40021,
-    kZoomIn = 40030,  ///< an item's: what the wheel and a pinch stand for
-    kZoomOut = 40031, ///< an item's
-};
 
 /// A page that the user fills with items, one above the other: it lays them out, paints them
 /// through one off-screen picture, and hands them taps, keys and commands. In layout mode the

@@ -3,8 +3,8 @@
 
 #include "page/global_settings_type.h"
 #include "page/page.h"
-#include "page/page_commands.h"
 #include "window/command_set.h"
+#include "window/commands.h"
 
 #include <QAction>
 #include <QActionGroup>

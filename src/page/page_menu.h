@@ -15,7 +15,7 @@ class QObject;
 namespace raincast {
 
 /// The application's own part of the page menu: the enabled pages, the current one marked, and the
-/// settings dialogs, each at the place that its entry of PageCommand marks; previous and next page
+/// settings dialogs, each at the place that its entry of MenuPlace marks; previous and next page
 /// greyed where there is none.
 class PageMenu {
 public:

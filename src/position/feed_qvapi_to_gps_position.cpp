@@ -17,17 +17,13 @@ constexpr std::uint32_t kSilentTicks = kSecondsToLoss;
 
 } // namespace
 
-CFeedQVAPI_to_GPSPosition::CFeedQVAPI_to_GPSPosition() : Counter(kBeatsPerSecond) {}
+CFeedQVAPI_to_GPSPosition::CFeedQVAPI_to_GPSPosition(PublishedPosition& position)
+    : Counter(kBeatsPerSecond), m_position(position) {}
 
 CFeedQVAPI_to_GPSPosition::~CFeedQVAPI_to_GPSPosition() {
     if (m_linked) {
         DisconnectNavigator(false);
     }
-}
-
-CFeedQVAPI_to_GPSPosition& CFeedQVAPI_to_GPSPosition::program() {
-    static CFeedQVAPI_to_GPSPosition feed;
-    return feed;
 }
 
 void CFeedQVAPI_to_GPSPosition::onPublished(CDataGPSPosition& position) {

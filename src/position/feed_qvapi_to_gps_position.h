@@ -3,8 +3,8 @@
 
 #include "core/heartbeat.h"
 #include "core/listener.h"
-#include "map/overlay_gps_position.h"
 #include "position/navigator/navigator_position.h"
+#include "position/published_position.h"
 
 #include <cstdint>
 
@@ -19,17 +19,15 @@ namespace raincast {
 /// without a fix, or, when another source has published since, only drawn so.
 class CFeedQVAPI_to_GPSPosition : private Listener<CDataGPSPosition>, private CHeartbeat::Counter {
 public:
-    CFeedQVAPI_to_GPSPosition();
+    /// The position that it publishes through is borrowed.
+    explicit CFeedQVAPI_to_GPSPosition(PublishedPosition& position);
     ~CFeedQVAPI_to_GPSPosition() override;
 
     /// What the feed publishes.
-    [[nodiscard]] const COverlayGPSPosition& position() const { return m_position; }
+    [[nodiscard]] const PublishedPosition& position() const { return m_position; }
 
     /// Whether there is a link to the navigator.
     [[nodiscard]] bool linked() const { return m_linked; }
-
-    /// The one that feeds the program, made at the first call; it lives until the program ends.
-    static CFeedQVAPI_to_GPSPosition& program();
 
 private:
     using CHeartbeat::Counter::onPublished;
@@ -42,7 +40,7 @@ private:
     void publish();
     void lose();
 
-    COverlayGPSPosition m_position;
+    PublishedPosition& m_position;
     // Both are large at first: the first tick tries to link, and may poll.
     std::uint32_t m_ticksToAttempt = 10'000;
     std::uint32_t m_ticksSinceOther = 10'000;

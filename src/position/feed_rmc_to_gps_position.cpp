@@ -10,12 +10,8 @@ constexpr std::uint32_t kSilentTicks = kSecondsToLoss;
 
 } // namespace
 
-CFeedRMC_to_GPSPosition::CFeedRMC_to_GPSPosition() : Counter(kBeatsPerSecond) {}
-
-CFeedRMC_to_GPSPosition& CFeedRMC_to_GPSPosition::program() {
-    static CFeedRMC_to_GPSPosition feed;
-    return feed;
-}
+CFeedRMC_to_GPSPosition::CFeedRMC_to_GPSPosition(PublishedPosition& position)
+    : Counter(kBeatsPerSecond), m_position(position) {}
 
 void CFeedRMC_to_GPSPosition::onPublished(CNMEA_GPS::RMC& rmc) {
     m_position.latitude = rmc.latitude;

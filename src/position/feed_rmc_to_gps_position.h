@@ -3,10 +3,10 @@
 
 #include "core/heartbeat.h"
 #include "core/listener.h"
-#include "map/overlay_gps_position.h"
 #include "position/nmea/nmea_gga.h"
 #include "position/nmea/nmea_rmc.h"
 #include "position/nmea/nmea_vtg.h"
+#include "position/published_position.h"
 #include "position/receiver_change.h"
 
 #include <cstdint>
@@ -23,17 +23,15 @@ class CFeedRMC_to_GPSPosition : private Listener<CNMEA_GPS::RMC>,
                                 private Listener<ReceiverChange>,
                                 private CHeartbeat::Counter {
 public:
-    CFeedRMC_to_GPSPosition();
+    /// The position that it publishes through is borrowed.
+    explicit CFeedRMC_to_GPSPosition(PublishedPosition& position);
 
     /// What the feed publishes.
-    [[nodiscard]] const COverlayGPSPosition& position() const { return m_position; }
+    [[nodiscard]] const PublishedPosition& position() const { return m_position; }
 
     /// Whether such a sentence has come from this source.
     [[nodiscard]] bool rmcSeen() const { return m_rmcSeen; }
     [[nodiscard]] bool ggaSeen() const { return m_ggaSeen; }
-
-    /// The one that feeds the program, made at the first call; it lives until the program ends.
-    static CFeedRMC_to_GPSPosition& program();
 
 private:
     using CHeartbeat::Counter::onPublished;
@@ -45,7 +43,7 @@ private:
     void publish();
     void lose();
 
-    COverlayGPSPosition m_position;
+    PublishedPosition& m_position;
     std::uint32_t m_ticksSincePublication = 0;
     bool m_rmcSeen = false;
     bool m_ggaSeen = false;

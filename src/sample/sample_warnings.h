@@ -3,7 +3,7 @@
 
 #include "core/file_time.h"
 #include "radar/catalogue/antenna_positions.h"
-#include "tree/warnings_painter.h"
+#include "tree/warning_polygon.h"
 
 #include <vector>
 

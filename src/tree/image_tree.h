@@ -2,8 +2,8 @@
 #pragma once
 
 #include "radar/catalogue/tree_index.h"
-#include "tree/picture_makers.h"
 #include "tree/picture_cache.h"
+#include "tree/picture_makers.h"
 #include "tree/tree_answer.h"
 
 #include <functional>

@@ -21,8 +21,8 @@
 #include "weather/image_age.h"
 #include "weather/picture_texts.h"
 #include "weather/servers.h"
-#include "weather/weather_commands.h"
 #include "weather/weather_settings.h"
+#include "window/commands.h"
 #include "window/menu_table.h"
 
 #include <QDir>
@@ -356,7 +356,7 @@ bool CItemWeather::command(int id, int notification) {
     case kAllStations:
         chooseStation({});
         return true;
-    case kUpdateRadar:
+    case kUpdate:
         if (m_state.siteId.isEmpty()) {
             chooseStation({});
         } else {

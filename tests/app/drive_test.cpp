@@ -3,14 +3,13 @@
 // it, a mark that is approached and passed, and a receiver that falls silent. With
 // RAINCAST_DRIVE_PICTURES set to a folder, each stage leaves a picture of the window there.
 #include "../golden/sample_server.h"
+#include "app/position_feeds.h"
 #include "app/raincast_app.h"
 #include "geo/local_frame.h"
 #include "map/item_map_view.h"
 #include "map/map_icon.h"
 #include "map/mark_manager.h"
-#include "map/overlay_gps_position.h"
 #include "page/page_display.h"
-#include "position/feed_rmc_to_gps_position.h"
 #include "position/position_receiver.h"
 #include "support/files.h"
 #include "support/http_server.h"
@@ -122,7 +121,7 @@ protected:
         const auto& page = dynamic_cast<const CPageDisplay&>(*m_application.current());
         return dynamic_cast<CItemMapView&>(*page.items().front());
     }
-    const CDataGPSPosition& fix() const { return CFeedRMC_to_GPSPosition::program().position(); }
+    const CDataGPSPosition& fix() const { return m_feeds.received(); }
 
     /// The whole page as it is on the screen, kept as a picture of the drive.
     QImage look(const char* name) {
@@ -202,6 +201,7 @@ private:
     CHeartbeat m_heartbeat; // not the program's, which would see the clock jump when this ends
     QWidget m_window;
     QMenu m_menu;
+    PositionFeeds m_feeds;
     CommandSet m_commands{m_window};
     CRaincastApp m_application;
     ManualTimers m_timers;
@@ -215,13 +215,13 @@ void Drive::replay() {
     start();
     playUntil(1);
     QImage screen = look("start");
-    EXPECT_TRUE(showsPosition(screen, CFeedRMC_to_GPSPosition::program().position().icon()));
+    EXPECT_TRUE(showsPosition(screen, m_feeds.received().icon()));
     EXPECT_TRUE(showsArrow(screen));
 
     marks.setTarget(marks.add(kMark, QStringLiteral("Storm Point")));
     playUntil(100);
     screen = look("under-way");
-    EXPECT_TRUE(showsPosition(screen, CFeedRMC_to_GPSPosition::program().position().icon()));
+    EXPECT_TRUE(showsPosition(screen, m_feeds.received().icon()));
     EXPECT_TRUE(
         shows(screen, mapIconPicture(MapIcon::Mark, false), pixelOf(kMark) - COverlayMark::kHotSpot)
     );
@@ -238,7 +238,7 @@ void Drive::replay() {
     const QPoint middle = pixelOf({fix().latitude, fix().longitude});
     EXPECT_NEAR(middle.x(), screen.width() / 2, 1);
     EXPECT_NEAR(middle.y(), screen.height() / 2, 1);
-    EXPECT_TRUE(showsPosition(screen, CFeedRMC_to_GPSPosition::program().position().icon()))
+    EXPECT_TRUE(showsPosition(screen, m_feeds.received().icon()))
         << "on top of the mark that is passed";
 
     playUntil(390);
@@ -262,7 +262,7 @@ void Drive::replay() {
 
     playUntil(500);
     screen = look("found-again");
-    EXPECT_TRUE(showsPosition(screen, CFeedRMC_to_GPSPosition::program().position().icon()));
+    EXPECT_TRUE(showsPosition(screen, m_feeds.received().icon()));
     EXPECT_NEAR(pixelOf({fix().latitude, fix().longitude}).x(), screen.width() / 2, 1);
     for (int zoom = 0; zoom < 2; ++zoom) {
         press(Qt::Key_Plus);

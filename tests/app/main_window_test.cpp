@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "app/app_commands.h"
 #include "app/main_window.h"
 #include "core/heartbeat.h"
-#include "page/page_commands.h"
 #include "support/dialog_script.h"
 #include "support/pointer.h"
 #include "support/qt_app.h"
+#include "window/commands.h"
 
 #include <QAction>
 #include <QApplication>
@@ -101,7 +100,7 @@ TEST_F(MainWindowTest, TheFirstMenuHoldsThePageCommandsAndTheProgramsOwn) {
     EXPECT_THAT(
         entries, ElementsAre(
                      kPageEntriesPlace, 0, 40004, 40005, 40009, 0, kPageListPlace, 0, 0,
-                     kAppFullScreen, 40029, 40010
+                     kFullScreen, 40029, 40010
                  )
     );
     EXPECT_NE(findCommand(*window.pageMenu(), kSettingsPlace), nullptr);
@@ -111,7 +110,7 @@ TEST_F(MainWindowTest, KeysAreCommands) {
     QTest::keyClick(window.frame(), Qt::Key_F5);
     QTest::keyClick(window.frame(), Qt::Key_F11);
     QTest::keyClick(window.frame(), Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_THAT(application.commands, ElementsAre(kAppUpdate, kAppFullScreen, kAppExit));
+    EXPECT_THAT(application.commands, ElementsAre(kUpdate, kFullScreen, kExit));
     EXPECT_EQ(endRequests, 1);
 }
 
@@ -120,11 +119,11 @@ TEST_F(MainWindowTest, EveryMenuEntryIsReachedByKeys) {
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
     QTest::keyClick(menu, Qt::Key_X);
-    EXPECT_THAT(application.commands, ElementsAre(kAppExit));
+    EXPECT_THAT(application.commands, ElementsAre(kExit));
 }
 
 TEST_F(MainWindowTest, F11FillsTheScreenAndGoesBack) {
-    const QAction& entry = window.commands().action(kAppFullScreen);
+    const QAction& entry = window.commands().action(kFullScreen);
     QTest::keyClick(window.frame(), Qt::Key_F11);
     test::settle();
     EXPECT_TRUE(window.frame()->isFullScreen());
@@ -137,10 +136,10 @@ TEST_F(MainWindowTest, F11FillsTheScreenAndGoesBack) {
 }
 
 TEST_F(MainWindowTest, ChoosingFullScreenInTheMenuIsTheSame) {
-    window.commands().action(kAppFullScreen).trigger();
+    window.commands().action(kFullScreen).trigger();
     test::settle();
     EXPECT_TRUE(window.frame()->isFullScreen());
-    EXPECT_TRUE(window.commands().action(kAppFullScreen).isChecked());
+    EXPECT_TRUE(window.commands().action(kFullScreen).isChecked());
 }
 
 TEST_F(MainWindowTest, AboutOpensTheBox) {
@@ -150,7 +149,7 @@ TEST_F(MainWindowTest, AboutOpensTheBox) {
     script.expect(QStringLiteral("About Raincast"), [&](QDialog& dialog) {
         shown = dialog.isVisible() && dialog.parentWidget() == window.frame();
     });
-    window.commands().action(kAppAbout).trigger();
+    window.commands().action(kAbout).trigger();
     EXPECT_TRUE(shown);
 }
 
@@ -210,7 +209,7 @@ TEST_F(MainWindowTest, AnOpenDialogComesToTheFrontWithTheWindow) {
         window.bringToFront({});
         EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
     });
-    window.commands().action(kAppAbout).trigger();
+    window.commands().action(kAbout).trigger();
 }
 
 // On the smallest screen the menu and all buttons are there, and nothing is cut.

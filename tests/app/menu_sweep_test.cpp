@@ -4,7 +4,6 @@
 #include "app/viewer_harness.h"
 #include "map/mark_manager.h"
 #include "page/image.h"
-#include "page/page_commands.h"
 #include "persist/page_file.h"
 #include "persist/serial_writer.h"
 #include "support/any_dialog.h"
@@ -12,6 +11,7 @@
 #include "support/files.h"
 #include "support/pointer.h"
 #include "weather/dialog_controls.h"
+#include "window/commands.h"
 
 #include <QBuffer>
 #include <QToolBar>

@@ -6,7 +6,6 @@
 #include "page/page_display.h"
 #include "persist/page_file.h"
 #include "persist/registry_store.h"
-#include "position/feed_rmc_to_gps_position.h"
 #include "position/source/position_source_setting.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
@@ -149,9 +148,9 @@ TEST_F(ViewerPositionTest, ASourceThatIsChosenIsInUseAtOnceAndKept) {
 // What the dialog calls a fix is a position for the maps, whatever the source before it sent.
 TEST_F(ViewerPositionTest, ASourceOfGgaAndVtgGivesPositionsAfterOneOfRmc) {
     ASSERT_TRUE(other.listen(QHostAddress(QStringLiteral("127.0.0.1"))));
-    const CDataGPSPosition& drawn = CFeedRMC_to_GPSPosition::program().position().published();
     test::DialogScript script;
     Viewer viewer({});
+    const CDataGPSPosition& drawn = viewer.feeds().received().published();
     const auto openDialog = [&viewer] {
         findEntry(*viewer.window()->pageMenu(), QStringLiteral("GPS Source..."))->trigger();
     };

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "app/app_commands.h"
 #include "app/globals.h"
 #include "app/main_window.h"
 #include "app/single_instance.h"
@@ -20,6 +19,7 @@
 #include "support/qt_app.h"
 #include "support/temporary_home.h"
 #include "weather/servers.h"
+#include "window/commands.h"
 #include "window/message_box.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
@@ -183,7 +183,7 @@ TEST_F(ViewerTest, AFirstStartMakesItsFolderShowsTheWeatherAndSavesBoth) {
         EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
         ASSERT_NE(viewer.application().current(), nullptr);
         EXPECT_TRUE(viewer.window()->frame()->isVisible());
-        viewer.window()->commands().action(kAppExit).trigger();
+        viewer.window()->commands().action(kExit).trigger();
     });
     EXPECT_EQ(viewer.run(), 0);
     EXPECT_EQ(savedConfigFile(), home.pageFile());
@@ -221,7 +221,7 @@ TEST_F(ViewerTest, PagesAreSavedThenDestroyedThenTheSettingsAreSaved) {
                 (QFile::exists(home.userRegistry()) ? "saved" : "not yet")
             );
         };
-        viewer.window()->commands().action(kAppExit).trigger();
+        viewer.window()->commands().action(kExit).trigger();
     });
     EXPECT_EQ(viewer.run(), 0);
     EXPECT_THAT(

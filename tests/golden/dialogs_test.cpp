@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What every dialog looks like. A new dialog is a row of kDialogs.
-#include "app/app_commands.h"
 #include "app/dlg_position_source.h"
 #include "golden_test.h"
 #include "map/dlg_go_to.h"
 #include "map/dlg_gps_vector.h"
 #include "map/dlg_marks.h"
-#include "map/map_commands.h"
 #include "map/mark_manager.h"
 #include "page/dlg_pages.h"
 #include "page/global_settings_type.h"
-#include "page/page_commands.h"
 #include "position/position_receiver.h"
 #include "position/source/position_source_setting.h"
 #include "sample_viewer.h"
@@ -19,8 +16,8 @@
 #include "support/manual_timers.h"
 #include "units/dlg_units.h"
 #include "weather/servers.h"
-#include "weather/weather_commands.h"
 #include "weather/weather_dialogs.h"
+#include "window/commands.h"
 #include "window/dialog_template.h"
 #include "window/dlg_item_type_select.h"
 #include "window/dlg_rename.h"
@@ -94,7 +91,7 @@ void openMarks(SampleViewer& viewer) {
 }
 
 constexpr DialogRow kDialogs[] = {
-    {103, "about", "About Raincast", sendTo<kAppAbout>},
+    {103, "about", "About Raincast", sendTo<kAbout>},
     {CDlgItemTypeSelect::kTemplate, "item_types", "Select Display Item", sendTo<kAddItem>},
     {CDlgItemTypeSelect::kTemplate, "page_types", "Select Page Type", openPageTypes},
     {CDlgItemTypeSelect::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},

@@ -5,7 +5,7 @@
 #include "sample_viewer.h"
 #include "support/dialog_script.h"
 #include "support/pointer.h"
-#include "weather/weather_commands.h"
+#include "window/commands.h"
 #include "window/message_box.h"
 
 #include <QApplication>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Going to a position that the user types, from the map's command to the map.
 #include "map/dlg_go_to.h"
-#include "map/map_commands.h"
 #include "map_page.h"
 #include "support/dialog_script.h"
 #include "units/position_format_type.h"
+#include "window/commands.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -184,11 +184,12 @@ TEST_F(MarksOnMapsTest, APositionIsShownWhereItIs) {
 // RMC and GGA of a receiver do not agree about the fix, and the map is drawn in between.
 TEST_F(MarksOnMapsTest, IconAndArrowAreOfTheSamePosition) {
     showPage();
-    const CFeedRMC_to_GPSPosition feed;
+    COverlayGPSPosition position;
+    const CFeedRMC_to_GPSPosition feed(position);
     NmeaReader reader;
     // Row 90, column 120: 40.095 N, 103.795 W.
     reader.feed("$GPRMC,120000,A,4005.7000,N,10347.7000,W,360.0,000.0,150607,,,A\n");
-    EXPECT_EQ(feed.position().icon(), MapIcon::FixB);
+    EXPECT_EQ(position.icon(), MapIcon::FixB);
     EXPECT_EQ(at(120, 60), QColor(255, 0, 0)) << "the arrow to the north";
     const QImage fix = screen();
     reader.feed("$GPGGA,120000,4005.7000,N,10347.7000,W,0,00,,,M,,M,,\n");

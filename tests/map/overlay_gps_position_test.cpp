@@ -251,6 +251,25 @@ TEST_F(OverlayGpsPositionTest, PublishingChangesTheIconThenTellsListenersThenMap
     EXPECT_THAT(order.log, ElementsAre("position 7", "changed"));
 }
 
+// Listeners know of one position, the user's: another one is drawn as lost without their hearing.
+TEST_F(OverlayGpsPositionTest, APositionThatIsDrawnAsLostIsNewsForMapsAlone) {
+    place(100, 200);
+    position.publish();
+    class Counting : private Listener<CDataGPSPosition>, private Listener<COverlayObject> {
+    public:
+        int positions = 0;
+        int pictures = 0;
+
+    private:
+        void onPublished(CDataGPSPosition& /*record*/) override { ++positions; }
+        void onPublished(COverlayObject& /*object*/) override { ++pictures; }
+    } const counting;
+    position.drawAsLost();
+    EXPECT_EQ(position.icon(), MapIcon::NoFix);
+    EXPECT_EQ(counting.positions, 0);
+    EXPECT_EQ(counting.pictures, 1);
+}
+
 struct Arrow {
     QPoint from;
     QPoint tip;

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "page/page.h"
-#include "page/page_commands.h"
 #include "page/page_type.h"
 #include "support/qt_app.h"
 #include "window/command_set.h"
+#include "window/commands.h"
 
 #include <QMainWindow>
 #include <QMenu>

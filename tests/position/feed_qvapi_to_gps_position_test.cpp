@@ -30,6 +30,18 @@ const Calls kGet{"wait", "send 32772", "release"};
 const Calls kSet{"wait", "send 32", "release"};
 constexpr char kRmc[] = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230307,003.1,W\n";
 
+/// A position that is shown somewhere.
+class ShownPosition : public PublishedPosition {
+public:
+    int lost = 0;
+
+private:
+    void drawAsLost() override {
+        PublishedPosition::drawAsLost();
+        ++lost;
+    }
+};
+
 class FeedQvapiTest : public testing::Test {
 protected:
     /// What the navigator's port is asked in so many ticks of the feed.
@@ -65,7 +77,8 @@ protected:
     CHeartbeat heartbeat;
     FakeNavigator navigator;
     RecordListener<CDataGPSPosition> positions;
-    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place};
+    ShownPosition shown;
+    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, shown};
 };
 
 TEST_F(FeedQvapiTest, AnAbsentNavigatorIsLookedForAtOnceAndThenAtEvery11thTick) {
@@ -184,7 +197,7 @@ TEST_F(FeedQvapiTest, AnOlderNavigatorIsAskedAgainInASecondTransaction) {
 
 TEST_F(FeedQvapiTest, AnyOtherStatusUnlinksFor11Ticks) {
     for (const std::uint32_t status : {1U, 4U, 8U, 99U}) {
-        feed.emplace();
+        feed.emplace(shown);
         navigator.answers = {};
         link();
         navigator.answers[32772] = status;
@@ -208,7 +221,7 @@ TEST_F(FeedQvapiTest, ANavigatorThatUnderstandsNothingIsUnlinked) {
 TEST_F(FeedQvapiTest, ANavigatorThatFellSilentIsLostAfterNineSeconds) {
     for (const bool dies : {true, false}) {
         navigator.answers = {};
-        feed.emplace();
+        feed.emplace(shown);
         linkWithFix();
         const std::size_t before = positions.records.size();
         if (dies) {
@@ -217,10 +230,10 @@ TEST_F(FeedQvapiTest, ANavigatorThatFellSilentIsLostAfterNineSeconds) {
             navigator.answers[32772] = 12; // no position at present
         }
         tick(8);
-        EXPECT_NE(feed->position().icon(), MapIcon::NoFix) << dies;
+        EXPECT_TRUE(shown.published().valid()) << dies;
         EXPECT_EQ(positions.records.size(), before);
         tick();
-        EXPECT_EQ(feed->position().icon(), MapIcon::NoFix) << dies;
+        EXPECT_FALSE(shown.published().valid()) << dies;
         ASSERT_EQ(positions.records.size(), before + 1) << "maps hear of it, once";
         EXPECT_EQ(last().fixType, kFixNone);
         EXPECT_EQ(last().latitude, navigator.position.latitude) << "the last known place";
@@ -234,10 +247,10 @@ TEST_F(FeedQvapiTest, ANavigatorThatComesBackIsLiveAgain) {
     linkWithFix();
     navigator.answers[32772] = 12;
     tick(12);
-    EXPECT_EQ(feed->position().icon(), MapIcon::NoFix);
+    EXPECT_FALSE(shown.published().valid());
     navigator.answers = {};
     tick();
-    EXPECT_NE(feed->position().icon(), MapIcon::NoFix);
+    EXPECT_TRUE(shown.published().valid());
     EXPECT_EQ(last().fixType, kFixGps);
 }
 
@@ -250,39 +263,28 @@ TEST_F(FeedQvapiTest, WithoutAFixItsSilenceIsNoNews) {
     EXPECT_EQ(positions.records.size(), 2U);
 }
 
-/// How a map hears of the navigator's picture.
-class PictureChanges : private Listener<COverlayObject> {
-public:
-    explicit PictureChanges(const COverlayObject& object) : m_object(object) {}
-    int count = 0;
-
-private:
-    void onPublished(COverlayObject& object) override { count += &object == &m_object ? 1 : 0; }
-    const COverlayObject& m_object;
-};
-
 // Of two positions the older one would be taken for a second boat.
 TEST_F(FeedQvapiTest, WhileAReceiverPublishesTheNavigatorsPositionIsDrawnAsLost) {
-    CFeedRMC_to_GPSPosition receiver;
+    PublishedPosition received;
+    CFeedRMC_to_GPSPosition receiver(received);
     NmeaReader reader;
     linkWithFix();
-    const PictureChanges changes(feed->position());
     for (int second = 1; second < 30; ++second) {
         reader.feed(kRmc);
         tick();
-        EXPECT_NE(receiver.position().icon(), MapIcon::NoFix);
-        EXPECT_EQ(feed->position().icon() == MapIcon::NoFix, second >= 9) << second;
+        EXPECT_TRUE(received.published().valid());
+        EXPECT_EQ(shown.published().valid(), second < 9) << second;
     }
-    EXPECT_EQ(changes.count, 1) << "the maps draw it anew, once";
+    EXPECT_EQ(shown.lost, 1) << "the maps draw it anew, once";
     for (const CDataGPSPosition& position : positions.records) {
         EXPECT_TRUE(position.valid()) << "the user's position is not lost";
     }
     tick(7); // the receiver falls silent, and the navigator is asked again
-    EXPECT_NE(receiver.position().icon(), MapIcon::NoFix);
+    EXPECT_TRUE(received.published().valid());
     tick();
-    EXPECT_EQ(receiver.position().icon(), MapIcon::NoFix);
+    EXPECT_FALSE(received.published().valid());
     tick(11);
-    EXPECT_NE(feed->position().icon(), MapIcon::NoFix);
+    EXPECT_TRUE(shown.published().valid());
 }
 
 TEST_F(FeedQvapiTest, AShortFileUnlinks) {
@@ -318,7 +320,8 @@ TEST_F(FeedQvapiTest, WhatAnotherSourcePublishesIsToldAndItsOwnIsNotEchoed) {
 }
 
 TEST_F(FeedQvapiTest, TheReceiversSentencesAreTold) {
-    CFeedRMC_to_GPSPosition receiver;
+    PublishedPosition received;
+    CFeedRMC_to_GPSPosition receiver(received);
     NmeaReader reader;
     link();
     navigator.takeCalls();
@@ -392,7 +395,7 @@ TEST_F(FeedQvapiTest, ItsEndUnlinksAndClosesNothing) {
     EXPECT_FALSE(NavigatorLink::program().window);
     EXPECT_THAT(navigator.takeCalls(), IsEmpty());
     // Nor does an unlinked one touch another's link.
-    feed.emplace();
+    feed.emplace(shown);
     ASSERT_EQ(ConnectNavigator(false), kNavigatorSuccess);
     feed.reset();
     EXPECT_TRUE(NavigatorLink::program().window);

@@ -10,8 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 namespace raincast {
 namespace {
 
@@ -36,7 +34,8 @@ protected:
     ManualPhase phase{9}; // the tenth beat
     CHeartbeat heartbeat;
     RecordListener<CDataGPSPosition> positions;
-    CFeedRMC_to_GPSPosition feed;
+    PublishedPosition position;
+    CFeedRMC_to_GPSPosition feed{position};
     NmeaReader reader;
 };
 
@@ -77,7 +76,7 @@ TEST_F(FeedRmcTest, AFixThatGgaDeniesIsNoBetterOne) {
     reader.feed(kRmc);
     reader.feed(kGga);
     reader.feed(kGgaNone);
-    EXPECT_EQ(feed.position().fixType, kFixNone);
+    EXPECT_EQ(position.fixType, kFixNone);
     EXPECT_EQ(published(), 1U);
     reader.feed(kRmc);
     EXPECT_EQ(last().fixType, kFixGps) << "RMC leads, and knows of nothing better any more";
@@ -133,26 +132,26 @@ TEST_F(FeedRmcTest, OnceRmcHasComeVtgGivesNoMotion) {
     second(20);
     reader.feed(kVtg);
     reader.feed(kGga);
-    EXPECT_EQ(feed.position().speed, 22.4F);
-    EXPECT_EQ(feed.position().course, 84.4F);
-    EXPECT_NEAR(feed.position().latitude, 48.1173, 1e-12);
+    EXPECT_EQ(position.speed, 22.4F);
+    EXPECT_EQ(position.course, 84.4F);
+    EXPECT_NEAR(position.latitude, 48.1173, 1e-12);
     EXPECT_EQ(published(), 2U);
 }
 
 TEST_F(FeedRmcTest, QualitiesOfGga) {
     reader.feed("$GPGGA,,,,,,3,,,,,,,\n");
-    EXPECT_EQ(feed.position().fixType, kFixPrecise);
+    EXPECT_EQ(position.fixType, kFixPrecise);
     reader.feed("$GPGGA,,,,,,9,,,,,,,\n");
-    EXPECT_EQ(feed.position().fixType, kFixPrecise);
+    EXPECT_EQ(position.fixType, kFixPrecise);
     reader.feed("$GPGGA,,,,,,0,,,,,,,\n");
-    EXPECT_EQ(feed.position().fixType, kFixNone);
+    EXPECT_EQ(position.fixType, kFixNone);
 }
 
 TEST_F(FeedRmcTest, ASilentReceiverIsAnnouncedOnceAfterNineSeconds) {
     reader.feed(kRmc);
     second(8);
     EXPECT_EQ(published(), 1U);
-    EXPECT_TRUE(feed.position().valid());
+    EXPECT_TRUE(position.valid());
     second();
     ASSERT_EQ(published(), 2U);
     EXPECT_EQ(last().fixType, kFixNone);
@@ -183,12 +182,12 @@ TEST_F(FeedRmcTest, AfterALossGgaAloneShowsNoFixAtTheFrozenPlace) {
     for (int i = 0; i < 30; ++i) {
         reader.feed(kGga);
         second();
-        EXPECT_EQ(feed.position().icon(), MapIcon::NoFix) << i;
+        EXPECT_FALSE(position.published().valid()) << i;
     }
     EXPECT_EQ(published(), 2U) << "lost once";
     reader.feed(kRmc);
     EXPECT_EQ(last().fixType, kFixDifferential);
-    EXPECT_NE(feed.position().icon(), MapIcon::NoFix);
+    EXPECT_TRUE(position.published().valid());
 }
 
 TEST_F(FeedRmcTest, AFixThatGgaDeniedIsLostInSilenceAsWell) {
@@ -196,11 +195,11 @@ TEST_F(FeedRmcTest, AFixThatGgaDeniedIsLostInSilenceAsWell) {
     reader.feed(kGgaNone);
     second(8);
     EXPECT_EQ(published(), 1U);
-    EXPECT_NE(feed.position().icon(), MapIcon::NoFix);
+    EXPECT_TRUE(position.published().valid());
     second();
     ASSERT_EQ(published(), 2U);
     EXPECT_EQ(last().fixType, kFixNone);
-    EXPECT_EQ(feed.position().icon(), MapIcon::NoFix);
+    EXPECT_FALSE(position.published().valid());
     second(30);
     EXPECT_EQ(published(), 2U);
 }
@@ -259,7 +258,7 @@ TEST_F(SourceChangeTest, ASourceOfGgaAndVtgGivesPositionsAfterOneOfRmc) {
     EXPECT_NEAR(last().latitude, 52.219065, 1e-9);
     EXPECT_EQ(last().speed, 0.142F);
     EXPECT_EQ(last().fixType, kFixDifferential);
-    EXPECT_NE(feed.position().icon(), MapIcon::NoFix);
+    EXPECT_TRUE(position.published().valid());
 }
 
 TEST_F(SourceChangeTest, NothingOfTheOldSourceIsTakenForTheNewOnes) {
@@ -288,7 +287,7 @@ TEST_F(SourceChangeTest, WhatTheOldSourceShowedIsLostAtOnceWhereItWas) {
     ASSERT_EQ(published(), 2U);
     EXPECT_EQ(last().fixType, kFixNone);
     EXPECT_NEAR(last().latitude, 48.1173, 1e-12);
-    EXPECT_EQ(feed.position().icon(), MapIcon::NoFix);
+    EXPECT_FALSE(position.published().valid());
     second(30);
     use("tcp:other:1");
     EXPECT_EQ(published(), 2U) << "it is lost already";
@@ -311,23 +310,6 @@ TEST_F(SourceChangeTest, TheReceiversEndIsNoNews) {
         FakeSource::send(kRmc);
     }
     EXPECT_EQ(published(), 1U);
-}
-
-// In a process of its own: it stays until the process ends, which it must survive as well.
-TEST(FeedRmcDeathTest, TheProgramsOwnFeedLivesUntilTheEnd) {
-    const auto run = [] {
-        RecordListener<CDataGPSPosition> positions;
-        NmeaReader reader;
-        reader.feed(kRmc);
-        const std::size_t before = positions.records.size();
-        CFeedRMC_to_GPSPosition::program();
-        CFeedRMC_to_GPSPosition::program();
-        reader.feed(kRmc);
-        std::exit(before == 0 && positions.records.size() == 1 ? 0 : 1);
-    };
-    // Not forked: other tests may have left threads of Qt's.
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -58,14 +58,14 @@ protected:
     }
     void expectNextUpdateWorks(const char* what) {
         useServer(m_server.host());
-        EXPECT_TRUE(m_item->command(kUpdateRadar, 0)) << what;
+        EXPECT_TRUE(m_item->command(kUpdate, 0)) << what;
         EXPECT_EQ(m_item->statusText(), QString()) << what;
         EXPECT_EQ(shown(), "5:54") << what;
         EXPECT_EQ(writtenAtTop(), 0) << what;
     }
     void updateFrom(const QString& host) {
         useServer(host);
-        EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+        EXPECT_TRUE(m_item->command(kUpdate, 0));
     }
 };
 
@@ -141,10 +141,10 @@ TEST_F(ItemWeatherFaultsTest, AFrameThatIsGarbageOnTheServerGivesWayToTheNextOne
     showSite();
     publishFrames({"20190519_0554", "20190519_0604"});
     m_server.serve(kFrames + "MUX_20190519_0604_N0R.gif", "GIF89a and garbage");
-    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_TRUE(m_item->command(kUpdate, 0));
     EXPECT_EQ(shown(), "5:54") << "the one before";
     publishFrames({"20190519_0554", "20190519_0604", "20190519_0610"});
-    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_TRUE(m_item->command(kUpdate, 0));
     EXPECT_EQ(shown(), "6:10");
 }
 

@@ -122,7 +122,7 @@ TEST_F(ItemWeatherOverlaysTest, TheyLieOverTheTexts) {
         return all;
     }()) << "the time's line, or the date's";
     m_server.serve(test::framesPath("MUX"), "", 503);
-    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_TRUE(m_item->command(kUpdate, 0));
     ASSERT_NE(m_item->statusText(), QString());
     const Flag overStatus(at(150, 20));
     const QImage status = drawn().copy(135, 8, 30, 25);

@@ -111,7 +111,7 @@ TEST_F(ItemWeatherStorageTest, AMoveThatFailsHalfWayLosesNothing) {
     EXPECT_EQ(m_item->state().cacheFolder, m_before);
     EXPECT_TRUE(filesIn(card()).empty());
     // The radar goes on.
-    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_TRUE(m_item->command(kUpdate, 0));
     EXPECT_EQ(m_item->statusText(), QString());
     EXPECT_EQ(shown(), "5:54");
 }
@@ -142,7 +142,7 @@ TEST_F(ItemWeatherStorageTest, CleaningLeavesWhatIsShownAndTheNextUpdateFetchesI
     EXPECT_TRUE(m_item->command(kStorage, 0));
     EXPECT_EQ(drawn().pixel(202 - 150, 150), 0xFFFF0000);
     EXPECT_EQ(QDir(m_before + "/MUX").entryList({"MUX_2*"}), QStringList());
-    EXPECT_TRUE(m_item->command(kUpdateRadar, 0));
+    EXPECT_TRUE(m_item->command(kUpdate, 0));
     EXPECT_EQ(QDir(m_before + "/MUX").entryList({"MUX_2*"}).size(), 1);
 }
 

@@ -14,7 +14,7 @@
 #include "support/time_zone.h"
 #include "weather/item_weather.h"
 #include "weather/servers.h"
-#include "weather/weather_commands.h"
+#include "window/commands.h"
 
 #include <QPainter>
 #include <QTemporaryDir>

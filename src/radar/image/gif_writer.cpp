@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image/gif_writer.h"
 
+#include "radar/catalogue/image_geometry.h"
+
 #include <gif_lib.h>
 
 #include <algorithm>

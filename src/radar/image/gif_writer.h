@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "nexrad/rasteriser.h"
+#include "radar/image/indexed_picture.h"
 
 #include <QRgb>
 

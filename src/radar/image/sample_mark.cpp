@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image/sample_mark.h"
 
+#include "radar/catalogue/image_geometry.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>

@@ -106,7 +106,8 @@ protected:
     CHeartbeat heartbeat;
     RecordListener<CDataGPSPosition> positions;
     Talk sim;
-    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place};
+    PublishedPosition position;
+    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, position};
 };
 
 TEST_F(NavigatorSimTest, PositionsComeFromTheNavigator) {

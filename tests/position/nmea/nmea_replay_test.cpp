@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Whole logs of receivers, from their bytes to the positions that are published.
-#include "map/placed_image.h"
 #include "position/feed_rmc_to_gps_position.h"
 #include "position/nmea/nmea_reader.h"
 #include "support/record_listeners.h"
+#include "support/recorded_logs.h"
 #include "support/test_clock.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -46,7 +42,8 @@ void expectReplay(const Expected& expected, std::string_view log) {
     const RecordListener<CNMEA_GPS::GGA> gga;
     const RecordListener<CNMEA_GPS::VTG> vtg;
     const RecordListener<CDataGPSPosition> positions;
-    const CFeedRMC_to_GPSPosition feed;
+    PublishedPosition position;
+    const CFeedRMC_to_GPSPosition feed(position);
     NmeaReader reader;
     constexpr std::size_t kReadSize = 37;
     for (std::size_t at = 0; at < log.size(); at += kReadSize) {
@@ -311,91 +308,13 @@ const Expected kRecorded[] = {
      7},
 };
 
-std::filesystem::path recordedLogs() {
-    const char* data = std::getenv("RAINCAST_TEST_DATA");
-    return std::filesystem::path(data != nullptr ? data : "") / "nmea";
-}
-
-std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 TEST(RealDataNmeaTest, RecordedLogsGiveTheirPositions) {
-    if (!std::filesystem::is_directory(recordedLogs())) {
-        GTEST_SKIP() << "no folder " << recordedLogs();
+    if (!std::filesystem::is_directory(test::recordedLogs())) {
+        GTEST_SKIP() << "no folder " << test::recordedLogs();
     }
     for (const Expected& expected : kRecorded) {
-        expectReplay(expected, contentOf(recordedLogs() / expected.name));
+        expectReplay(expected, test::logIn(test::recordedLogs() / expected.name));
     }
-}
-
-/// The picture of a position as a map keeps it: laid out whenever it is announced.
-class Map : private Listener<COverlayObject> {
-public:
-    std::vector<ImagePixel> outline;
-
-private:
-    void onPublished(COverlayObject& object) override { object.Layout(outline, m_image); }
-
-    const GeoReference m_image = test::placedImage();
-};
-
-struct Pictures {
-    int disagreements = 0;  ///< the feed's own fix is another than the published one: by GGA
-    int contradictions = 0; ///< icon, arrow and published position do not tell the same
-
-    friend bool operator==(const Pictures&, const Pictures&) = default;
-};
-
-/// Replays a log and looks at the map behind every line, where it may be drawn at any time.
-Pictures picturesOf(std::string_view log) {
-    const TestClock clock;
-    const CFeedRMC_to_GPSPosition feed;
-    const Map map;
-    const RecordListener<CDataGPSPosition> positions;
-    NmeaReader reader;
-    Pictures count;
-    while (!log.empty()) {
-        const std::string_view line = log.substr(0, log.find('\n') + 1);
-        reader.feed(line.empty() ? log : line);
-        log.remove_prefix(line.empty() ? log.size() : line.size());
-        const bool fix = !positions.records.empty() && positions.records.back().valid();
-        const bool drawnAsFix = feed.position().icon() != MapIcon::NoFix;
-        const bool hasArrow = map.outline.size() > 1;
-        count.disagreements += feed.position().valid() != fix ? 1 : 0;
-        count.contradictions += drawnAsFix != fix || (hasArrow && !drawnAsFix) ? 1 : 0;
-    }
-    return count;
-}
-
-// As receivers do: a fix by RMC that GGA calls none, and the other way round.
-TEST(NmeaReplayTest, WhatIsDrawnNeverContradictsItself) {
-    const std::string fix = "$GPRMC,093802,A,5213.1439,N,02100.6511,E,7.25,226.0,160305,,,A\r\n";
-    const std::string lost = "$GPRMC,093803,V,5213.1439,N,02100.6511,E,7.25,226.0,160305,,,N\r\n";
-    const std::string ggaFix = "$GPGGA,093803,5213.1439,N,02100.6511,E,1,09,1.0,137,M,36,M,,\r\n";
-    const std::string ggaNone = "$GPGGA,093803,5213.1439,N,02100.6511,E,0,00,,,M,,M,,\r\n";
-    EXPECT_EQ(picturesOf(fix + ggaNone + fix + ggaFix), (Pictures{1, 0}));
-    EXPECT_EQ(picturesOf(lost + ggaFix + ggaNone + fix), (Pictures{1, 0}));
-}
-
-// All logs that there are: more of them need only be put into the folder.
-TEST(RealDataNmeaTest, WhatIsDrawnNeverContradictsItself) {
-    if (!std::filesystem::is_directory(recordedLogs())) {
-        GTEST_SKIP() << "no folder " << recordedLogs();
-    }
-    int logs = 0;
-    int disagreeing = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(recordedLogs())) {
-        const Pictures count = picturesOf(contentOf(entry.path()));
-        EXPECT_EQ(count.contradictions, 0) << entry.path().filename();
-        ++logs;
-        disagreeing += count.disagreements != 0 ? 1 : 0;
-    }
-    EXPECT_GT(disagreeing, 0) << "none of " << logs << " logs shows what this is about";
-    RecordProperty("logs", logs);
-    RecordProperty("disagreeing", disagreeing);
 }
 
 } // namespace

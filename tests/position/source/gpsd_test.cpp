@@ -121,7 +121,8 @@ TEST(RealDataGpsdTest, ARecordedLogComesThroughGpsd) {
     EventLoop loop;
     QtTimers timers;
     Gpsd gpsd;
-    const CFeedRMC_to_GPSPosition feed;
+    PublishedPosition position;
+    const CFeedRMC_to_GPSPosition feed(position);
     const RecordListener<CDataGPSPosition> positions;
     PositionReceiver receiver(timers);
     receiver.use(gpsdAt(gpsd.port())); // before it listens: found at the second or third try

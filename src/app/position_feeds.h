@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "map/overlay_gps_position.h"
+#include "position/feed_qvapi_to_gps_position.h"
+#include "position/feed_rmc_to_gps_position.h"
+
+namespace raincast {
+
+/// Where the user's position comes from, for as long as the viewer runs, and what maps show of it.
+class PositionFeeds {
+public:
+    /// The position of the receiver's sentences.
+    [[nodiscard]] const COverlayGPSPosition& received() const { return m_received; }
+
+private:
+    COverlayGPSPosition m_received;
+    COverlayGPSPosition m_navigated;
+    CFeedRMC_to_GPSPosition m_receiverFeed{m_received};
+    CFeedQVAPI_to_GPSPosition m_navigatorFeed{m_navigated};
+};
+
+} // namespace raincast

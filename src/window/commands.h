@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace raincast {
+
+/// The numbers of all commands of menus, tool buttons and keys, each with one meaning. Those below
+/// 40900 are the handheld's. A number is never used again for another command.
+enum Command : int {
+    // Pages
+    kPreviousPage = 40004,
+    kNextPage = 40005,
+    kPages = 40009,
+    // A page's layout
+    kToggleLayout = 40017,
+    kAddItem = 40018,
+    kDeleteItem = 40019,
+    kBringToFront = 40021,
+    // The program
+    kExit = 40010,
+    kAbout = 40029,
+    kFullScreen = 40910,
+    // For the item that understands them: the tool buttons, the wheel and a pinch
+    kZoomIn = 40030,
+    kZoomOut = 40031,
+    kUpdate = 40032,
+    // Radar
+    kNearbyStations = 40028,
+    kAnimation = 40033,
+    kLayers = 40034,
+    kStorage = 40035,
+    kAllStations = 40044,
+    // Maps
+    kAddMark = 40920,
+    kMarks = 40921,
+    kFollowPosition = 40922,
+    kShowPosition = 40923,
+    kShowNavigation = 40924,
+    kAddMarkHere = 40925, ///< at the place that a held press or the right button chose
+    kGoToPosition = 40926,
+};
+
+/// Numbers in the page menu that are no commands: their entries mark the places where the program
+/// puts entries of its own.
+enum MenuPlace : int {
+    kPageEntriesPlace = 40900, ///< the current page's own commands
+    kPageListPlace = 40901,    ///< the enabled pages, to choose one
+    kSettingsPlace = 40902,    ///< the settings dialogs; usually in a submenu
+};
+
+} // namespace raincast
