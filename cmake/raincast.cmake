@@ -10,8 +10,7 @@ target_compile_options(raincast_options INTERFACE
 # GCC 12's -O2 sees overlaps and overflows inside std::string and std::vector that are not there
 # (GCC bugs 105329, 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    target_compile_options(raincast_options INTERFACE -Wno-restrict -Wno-stringop-overflow
-        -Wno-unknown-warning-option) # for clang-tidy, which is given the same options
+    target_compile_options(raincast_options INTERFACE -Wno-restrict -Wno-stringop-overflow)
 endif()
 target_compile_definitions(raincast_options INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_DISABLE_DEPRECATED_BEFORE=0x060400
@@ -24,10 +23,6 @@ if(RAINCAST_SANITIZE)
 endif()
 if(RAINCAST_FUZZ)
     target_compile_options(raincast_options INTERFACE -fsanitize=fuzzer-no-link)
-endif()
-
-if(RAINCAST_CLANG_TIDY)
-    find_program(RAINCAST_CLANG_TIDY_PROGRAM NAMES clang-tidy-14 clang-tidy REQUIRED)
 endif()
 
 # All rooms declared so far, lowest first. A room may include those before it, never those after.
@@ -53,10 +48,6 @@ function(raincast_room name)
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     add_library(${name} OBJECT ${sources})
     target_link_libraries(${name} PUBLIC raincast_options ${room_LIBRARIES})
-    if(RAINCAST_CLANG_TIDY)
-        set_target_properties(${name} PROPERTIES
-            CXX_CLANG_TIDY "${RAINCAST_CLANG_TIDY_PROGRAM};--quiet")
-    endif()
     if(room_ABOVE)
         raincast_rooms_up_to(below ${room_ABOVE})
     else()
