@@ -40,7 +40,7 @@ public:
 
 void check(const QByteArray& file, std::uint32_t answer) {
     NavigatorPosition position;
-    const NavigatorStatus status = GetNavigatorPosition(position);
+    const NavigatorStatus status = getNavigatorPosition(position);
     if (answer != kNavigatorSuccess) {
         require(status == answer);
         return;

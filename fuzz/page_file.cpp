@@ -23,7 +23,7 @@ public:
     bool Read(CSerialReader& reader) override {
         reader.readInto(&m_marks);
         const bool read = reader.readObjects<CSerializable>(
-            CountKind::Unsigned,
+            CountKind::unsignedCount,
             [this](std::unique_ptr<CSerializable> object) { m_objects.push_back(object.release()); }
         );
         reader.readRest();

@@ -32,9 +32,9 @@ void require(bool condition) {
 void askForEverything(const RegistryStore& store, const QJsonObject& keys) {
     for (auto key = keys.begin(); key != keys.end(); ++key) {
         for (const QString& name : key.value().toObject().keys()) {
-            static_cast<void>(store.dword(Branch::User, key.key(), name));
-            static_cast<void>(store.binary(Branch::User, key.key(), name));
-            static_cast<void>(store.string(Branch::User, key.key(), name));
+            static_cast<void>(store.dword(Branch::user, key.key(), name));
+            static_cast<void>(store.binary(Branch::user, key.key(), name));
+            static_cast<void>(store.string(Branch::user, key.key(), name));
         }
     }
 }
@@ -55,8 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size % kSavedOneIn != 0) {
         return 0;
     }
-    store.setDword(Branch::User, kKey, kName, kNumber);
-    require(store.save(Branch::User).has_value());
-    require(RegistryStore(machine, path).dword(Branch::User, kKey, kName) == kNumber);
+    store.setDword(Branch::user, kKey, kName, kNumber);
+    require(store.save(Branch::user).has_value());
+    require(RegistryStore(machine, path).dword(Branch::user, kKey, kName) == kNumber);
     return 0;
 }

@@ -4,7 +4,7 @@
 #include "position/source/position_source_address.h"
 #include "radar/catalogue/products.h"
 #include "radar/catalogue/sites.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

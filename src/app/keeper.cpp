@@ -44,7 +44,7 @@ QString Keeper::usualPageFile() {
 }
 
 Keeper::Keeper(CRaincastApp& application, const QString& pageFile)
-    : m_application(application), m_file(pageFile, examinePages<CTrialApp>) {
+    : m_application(application), m_file(pageFile, examinePages<TrialApp>) {
     m_file.backup().setDecidedAgainst(CGlobals::settings.declinedBackup);
 }
 
@@ -103,7 +103,7 @@ std::optional<QString> Keeper::writeSettings() {
     if (saved) {
         return std::nullopt;
     }
-    return lossOf("settings", store.path(RegistryStore::Branch::User), saved.error());
+    return lossOf("settings", store.path(RegistryStore::Branch::user), saved.error());
 }
 
 QStringList Keeper::problemsOf(std::initializer_list<Write> writes) {

@@ -53,7 +53,7 @@ bool LocalServer::establish() {
 }
 
 bool LocalServer::isWanted() const {
-    const RadarServers servers = CServers::current();
+    const RadarServers servers = ServersSetting::current();
     return servers.radar == m_address || servers.basemap == m_address;
 }
 

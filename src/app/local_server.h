@@ -2,7 +2,7 @@
 #pragma once
 
 #include "net/connection.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 
 #include <QProcess>
 #include <QString>
@@ -21,7 +21,7 @@ public:
 
     /// `address` is HOST:PORT.
     explicit LocalServer(
-        QString address = CServers::localServer(), QString program = installedProgram()
+        QString address = ServersSetting::localServer(), QString program = installedProgram()
     );
     /// Ends the server that it started.
     ~LocalServer() override;

@@ -82,7 +82,7 @@ void fillHeight(QMenuBar& bar, int height) {
 
 } // namespace
 
-CMainWindow::CMainWindow(Callbacks callbacks)
+MainWindow::MainWindow(Callbacks callbacks)
     : m_callbacks(std::move(callbacks)), m_frame(new QMainWindow), m_commands(*m_frame) {
     m_frame->setWindowTitle(CGlobals::title());
     m_frame->setWindowIcon(programIcon());
@@ -96,11 +96,11 @@ CMainWindow::CMainWindow(Callbacks callbacks)
     startTimer(kHeartbeatTimer, kHeartbeatMilliseconds);
 }
 
-CMainWindow::~CMainWindow() {
+MainWindow::~MainWindow() {
     destroy();
 }
 
-void CMainWindow::makeBar() {
+void MainWindow::makeBar() {
     QMenuBar& bar = *m_frame->menuBar();
     // A bar that the desktop shows elsewhere would take the buttons' line away.
     bar.setNativeMenuBar(false);
@@ -112,20 +112,20 @@ void CMainWindow::makeBar() {
     fillHeight(bar, tools->sizeHint().height());
 }
 
-QWidget* CMainWindow::client() const {
+QWidget* MainWindow::client() const {
     return m_frame ? m_frame->centralWidget() : nullptr;
 }
 
-QMenu* CMainWindow::pageMenu() const {
+QMenu* MainWindow::pageMenu() const {
     return m_frame ? firstSubmenu(*m_frame->menuBar()) : nullptr;
 }
 
-void CMainWindow::showNow() {
+void MainWindow::showNow() {
     m_frame->show();
     m_frame->repaint();
 }
 
-void CMainWindow::bringToFront(const QByteArray& token) {
+void MainWindow::bringToFront(const QByteArray& token) {
     if (!m_frame) {
         return;
     }
@@ -142,13 +142,13 @@ void CMainWindow::bringToFront(const QByteArray& token) {
     front.activateWindow();
 }
 
-void CMainWindow::destroy() {
+void MainWindow::destroy() {
     if (m_frame) {
         destroyWindow(*m_frame);
     }
 }
 
-void CMainWindow::onCommand(int id, QWidget* /*control*/, int /*notification*/) {
+void MainWindow::onCommand(int id, QWidget* /*control*/, int /*notification*/) {
     switch (id) {
     case kExit:
         m_callbacks.endRequested();
@@ -164,17 +164,17 @@ void CMainWindow::onCommand(int id, QWidget* /*control*/, int /*notification*/) 
     }
 }
 
-void CMainWindow::followCaption() {
+void MainWindow::followCaption() {
     const QString caption = m_callbacks.caption ? m_callbacks.caption() : QString();
     const QString title = CGlobals::title();
     m_frame->setWindowTitle(caption.isEmpty() ? title : caption + QStringLiteral(" - ") + title);
 }
 
-void CMainWindow::toggleFullScreen() {
+void MainWindow::toggleFullScreen() {
     m_frame->setWindowState(m_frame->windowState() ^ Qt::WindowFullScreen);
 }
 
-void CMainWindow::onTimer(int id) {
+void MainWindow::onTimer(int id) {
     if (id == kHeartbeatTimer) {
         CHeartbeat::program().Beat();
         if (m_frame) {
@@ -183,12 +183,12 @@ void CMainWindow::onTimer(int id) {
     }
 }
 
-void CMainWindow::onDestroy() {
+void MainWindow::onDestroy() {
     m_callbacks.destroyed();
     m_frame->setMenuBar(nullptr);
 }
 
-bool CMainWindow::windowProcedure(QEvent& event) {
+bool MainWindow::windowProcedure(QEvent& event) {
     if (event.type() == QEvent::Close) {
         // Hiding the window is not enough: it is destroyed when all that is under way has returned.
         event.ignore();

@@ -17,7 +17,7 @@ namespace raincast {
 /// The program's one top-level window: its bar with the menu and the tool buttons, its keys, and
 /// the timer that beats the heartbeat. What it shows is the business of the object that is attached
 /// to it after this one (CAppPaged), which is asked first.
-class CMainWindow : public Window {
+class MainWindow : public Window {
 public:
     static constexpr int kHeartbeatTimer = 943;
     static constexpr int kHeartbeatMilliseconds = 100;
@@ -32,8 +32,8 @@ public:
     };
 
     /// Makes the window, without showing it, and starts its timer.
-    explicit CMainWindow(Callbacks callbacks);
-    ~CMainWindow() override;
+    explicit MainWindow(Callbacks callbacks);
+    ~MainWindow() override;
 
     /// Null once destroyed; so is the menu.
     [[nodiscard]] QMainWindow* frame() const { return m_frame; }

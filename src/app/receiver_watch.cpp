@@ -88,7 +88,7 @@ std::optional<double> ReceiverWatch::sentencesPerSecond() const {
 QString ReceiverWatch::text() const {
     QStringList lines;
     const auto rate = sentencesPerSecond();
-    if (rate && m_receiver.state() != PositionReceiver::State::Off) {
+    if (rate && m_receiver.state() != PositionReceiver::State::off) {
         lines += rateText(*rate) + (m_fix ? QStringLiteral(", fix") : QStringLiteral(", no fix"));
     }
     if (m_fix) {

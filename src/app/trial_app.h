@@ -11,9 +11,9 @@ struct OwnMarks {
 };
 
 /// An application to try page files on: it is in no window, and has marks of its own.
-class CTrialApp : private OwnMarks, public CRaincastApp {
+class TrialApp : private OwnMarks, public CRaincastApp {
 public:
-    CTrialApp() : CRaincastApp(OwnMarks::marks) {}
+    TrialApp() : CRaincastApp(OwnMarks::marks) {}
 };
 
 } // namespace raincast

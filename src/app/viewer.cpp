@@ -12,7 +12,7 @@
 #include "persist/registry_store.h"
 #include "position/source/position_source_setting.h"
 #include "weather/item_weather.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
 
@@ -49,7 +49,7 @@ Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {}
 
 Viewer::~Viewer() {
     running = nullptr;
-    CPositionSource::setReceiver(nullptr);
+    PositionSourceSetting::setReceiver(nullptr);
     m_application.clear();
 }
 
@@ -66,12 +66,12 @@ int Viewer::run() {
     m_window->showNow();
     openPositionSource();
     const int status = loop();
-    CPositionSource::setReceiver(nullptr);
+    PositionSourceSetting::setReceiver(nullptr);
     m_receiver.use(std::nullopt);
     if (m_userIsThere) {
         Modal::forgetEnd(); // all that was open has ended
     }
-    CWindowPlace::keep(*m_window->frame());
+    WindowPlace::keep(*m_window->frame());
     savePages();
     m_window->destroy();
     running = nullptr;
@@ -94,8 +94,8 @@ void Viewer::saveAtExit() {
 void Viewer::loadSettings() {
     RegistryStore store = RegistryStore::inStandardFolders();
     PersistantData::loadAll(store, CGlobals::application());
-    CPositionSource::useForThisRun(m_options.nmea);
-    CServers::setForThisRun(m_options.radarServer, m_options.basemapServer);
+    PositionSourceSetting::useForThisRun(m_options.nmea);
+    ServersSetting::setForThisRun(m_options.radarServer, m_options.basemapServer);
     if (!m_options.siteId.isEmpty()) {
         CItemWeather::chooseForFirst(m_options.siteId, m_options.product);
     }
@@ -117,12 +117,12 @@ bool Viewer::claimPageFile() {
 }
 
 void Viewer::createWindow() {
-    m_window = std::make_unique<CMainWindow>(CMainWindow::Callbacks{
+    m_window = std::make_unique<MainWindow>(MainWindow::Callbacks{
         [this] { closedByUser(); },
         [this] { m_application.clear(); },
         [this] { return m_application.caption(); },
     });
-    CWindowPlace::restore(*m_window->frame(), m_options.geometry);
+    WindowPlace::restore(*m_window->frame(), m_options.geometry);
     m_window->showNow();
     m_application.attach(
         *m_window->frame(), *m_window->client(), m_window->commands(), *m_window->pageMenu()
@@ -148,12 +148,12 @@ void Viewer::loadPages() {
 
 void Viewer::openPositionSource() {
     QString error;
-    const auto address = CPositionSource::address(&error);
-    if (!address && !CPositionSource::text().isEmpty()) {
+    const auto address = PositionSourceSetting::address(&error);
+    if (!address && !PositionSourceSetting::text().isEmpty()) {
         std::fprintf(stderr, "raincast: No position: %s\n", qPrintable(error));
     }
-    CPositionSource::setReceiver(&m_receiver);
-    CPositionSource::apply();
+    PositionSourceSetting::setReceiver(&m_receiver);
+    PositionSourceSetting::apply();
 }
 
 int Viewer::loop() {
@@ -212,7 +212,7 @@ Keeper::Audience Viewer::audience() const {
 void Viewer::saveNow() {
     m_userIsThere = false;
     if (m_window && m_window->frame() != nullptr) {
-        CWindowPlace::keep(*m_window->frame());
+        WindowPlace::keep(*m_window->frame());
         savePages();
         saveSettings();
     }

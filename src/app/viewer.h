@@ -14,7 +14,7 @@
 
 namespace raincast {
 
-class CMainWindow;
+class MainWindow;
 class LogOut;
 class SingleInstance;
 
@@ -42,7 +42,7 @@ public:
     void saveNow();
 
     /// Null before run() and once the window is destroyed.
-    [[nodiscard]] CMainWindow* window() const { return m_window.get(); }
+    [[nodiscard]] MainWindow* window() const { return m_window.get(); }
     [[nodiscard]] const CRaincastApp& application() const { return m_application; }
     [[nodiscard]] const PositionFeeds& feeds() const { return m_feeds; }
 
@@ -71,7 +71,7 @@ private:
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<Keeper> m_keeper;
     std::unique_ptr<LogOut> m_logOut;
-    std::unique_ptr<CMainWindow> m_window;
+    std::unique_ptr<MainWindow> m_window;
     CRaincastApp m_application;
     QtTimers m_timers;
     PositionReceiver m_receiver{m_timers};

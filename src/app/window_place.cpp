@@ -15,9 +15,9 @@ constexpr QSize kLeastSize(100, 100);
 
 } // namespace
 
-CWindowPlace::Persistant CWindowPlace::settings;
+WindowPlace::Persistant WindowPlace::settings;
 
-void CWindowPlace::restore(QWidget& window, const QSize& asked) {
+void WindowPlace::restore(QWidget& window, const QSize& asked) {
     if (!asked.isEmpty()) {
         settings.setForThisRun("geometry", settings.geometry, settings.geometry);
         window.resize(asked);
@@ -30,11 +30,11 @@ void CWindowPlace::restore(QWidget& window, const QSize& asked) {
     }
 }
 
-void CWindowPlace::keep(const QWidget& window) {
+void WindowPlace::keep(const QWidget& window) {
     settings.geometry = QString::fromLatin1(window.saveGeometry().toBase64());
 }
 
-void CWindowPlace::Persistant::exchange(SettingsExchange& values) {
+void WindowPlace::Persistant::exchange(SettingsExchange& values) {
     values.string("geometry", geometry);
 }
 

@@ -11,7 +11,7 @@ class QWidget;
 namespace raincast {
 
 /// Where the main window was left: its size, its place and whether it filled the screen.
-class CWindowPlace {
+class WindowPlace {
 public:
     class Persistant;
 
@@ -27,7 +27,7 @@ public:
 };
 
 /// The settings record "CWindowPlace".
-class CWindowPlace::Persistant : public PersistantData {
+class WindowPlace::Persistant : public PersistantData {
 public:
     Persistant() : PersistantData("CWindowPlace") {}
 

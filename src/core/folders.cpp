@@ -90,7 +90,7 @@ bool MoveTree(const QString& source, const QString& destination, const MoveProgr
     return TreeMove(progress).run(toPath(source), toPath(destination));
 }
 
-bool MoveTreeOrBringBack(
+bool moveTreeOrBringBack(
     const QString& source, const QString& destination, const MoveProgress& progress
 ) {
     TreeMove move(progress);

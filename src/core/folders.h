@@ -49,7 +49,7 @@ MoveTree(const QString& source, const QString& destination, const MoveProgress& 
 /// As MoveTree, but a move that fails brings back what it had moved, as far as that is possible:
 /// what was at the destination before stays there, but a file that was replaced stays replaced, by
 /// a copy of the one that is back at the source.
-[[nodiscard]] bool MoveTreeOrBringBack(
+[[nodiscard]] bool moveTreeOrBringBack(
     const QString& source, const QString& destination, const MoveProgress& progress = {}
 );
 

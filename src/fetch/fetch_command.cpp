@@ -54,7 +54,7 @@ FetchExit fetch(const FetchOptions& options, const FetchStreams& streams) {
         if (!options.quiet) {
             streams.report << "There is no folder for the image cache.\n";
         }
-        return FetchExit::NoFrame;
+        return FetchExit::noFrame;
     }
     bool updated = false;
     {
@@ -68,19 +68,19 @@ FetchExit fetch(const FetchOptions& options, const FetchStreams& streams) {
     }
     streams.frames.flush();
     if (!updated) {
-        return FetchExit::NoFrame;
+        return FetchExit::noFrame;
     }
-    return state.status.isEmpty() ? FetchExit::AllFrames : FetchExit::SomeFrames;
+    return state.status.isEmpty() ? FetchExit::allFrames : FetchExit::someFrames;
 }
 
 FetchExit answer(const FetchAnswer& answer, const FetchStreams& streams) {
     if (!answer.wrongUsage) {
         streams.frames << answer.text.toStdString();
-        return FetchExit::AllFrames;
+        return FetchExit::allFrames;
     }
     streams.report << "raincast-fetch: " << answer.text.toStdString()
                    << "\nTry raincast-fetch --help.\n";
-    return FetchExit::WrongUsage;
+    return FetchExit::wrongUsage;
 }
 
 } // namespace

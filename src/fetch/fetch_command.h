@@ -9,10 +9,10 @@ namespace raincast {
 
 /// What raincast-fetch ends with.
 enum class FetchExit {
-    AllFrames = 0,
-    NoFrame = 1,
-    WrongUsage = 2,
-    SomeFrames = 3,
+    allFrames = 0,
+    noFrame = 1,
+    wrongUsage = 2,
+    someFrames = 3,
 };
 
 /// The streams that raincast-fetch writes to; borrowed.

@@ -21,5 +21,5 @@ int main(int argc, char** argv) {
         raincast::runFetch(QCoreApplication::arguments(), {std::cout, std::cerr, isTerminal});
     // What could not be told is no success for whoever reads it. A full disk shows in the flush.
     return std::cout.flush().good() ? static_cast<int>(result)
-                                    : static_cast<int>(raincast::FetchExit::NoFrame);
+                                    : static_cast<int>(raincast::FetchExit::noFrame);
 }

@@ -272,7 +272,7 @@ void CItemMapView::onPublished(COverlayObject& object) {
     invalidate();
 }
 
-void CItemMapView::onPublished(CDataNavigation& /*navigation*/) {
+void CItemMapView::onPublished(NavigationData& /*navigation*/) {
     invalidate();
 }
 

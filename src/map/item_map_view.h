@@ -5,7 +5,7 @@
 #include "geo/geo_reference.h"
 #include "geo/view_transform.h"
 #include "map/map_overlays.h"
-#include "map/navigation_record.h"
+#include "map/navigation_data.h"
 #include "map/overlay_object.h"
 #include "page/item.h"
 #include "position/data_gps_position.h"
@@ -25,7 +25,7 @@ namespace raincast {
 class CItemMapView : public CPageDisplay::CItem,
                      private Listener<CDataGPSPosition>,
                      private Listener<COverlayObject>,
-                     private Listener<CDataNavigation>,
+                     private Listener<NavigationData>,
                      private CUnits::ChangeListener {
 public:
     [[nodiscard]] bool Read(CSerialReader& reader) override;
@@ -99,7 +99,7 @@ protected:
 private:
     void onPublished(CDataGPSPosition& position) override;
     void onPublished(COverlayObject& object) override;
-    void onPublished(CDataNavigation& navigation) override;
+    void onPublished(NavigationData& navigation) override;
     void onUnitsChanged() override;
 
     [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;

@@ -81,8 +81,8 @@ QImage positionPicture(MapIcon icon, bool large) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(extent / 2.0, extent / 2.0);
     painter.scale(scale, scale);
-    const auto draw = icon == MapIcon::FixA   ? drawFixA
-                      : icon == MapIcon::FixB ? drawFixB
+    const auto draw = icon == MapIcon::fixA   ? drawFixA
+                      : icon == MapIcon::fixB ? drawFixB
                                               : drawNoFix;
     draw(painter);
     return picture;
@@ -102,7 +102,7 @@ const QImage& mapIconPicture(MapIcon icon, bool large) {
     static std::map<std::pair<MapIcon, bool>, QImage> pictures;
     QImage& picture = pictures[{icon, large}];
     if (picture.isNull()) {
-        picture = icon == MapIcon::Mark ? markPicture() : positionPicture(icon, large);
+        picture = icon == MapIcon::mark ? markPicture() : positionPicture(icon, large);
     }
     return picture;
 }

@@ -7,7 +7,7 @@ namespace raincast {
 
 /// The pictures that are drawn on maps. The numbers are those of the program's resources: never
 /// given to another picture.
-enum class MapIcon { NoFix = 119, FixB = 120, FixA = 121, Mark = 123 };
+enum class MapIcon { noFix = 119, fixB = 120, fixA = 121, mark = 123 };
 
 /// The picture of a position's icon is this wide and high, the position at (half, half); the icon
 /// itself fills the middle 16 (32) pixels.

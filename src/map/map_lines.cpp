@@ -49,7 +49,7 @@ QString crossTrackText(float crossTrack, const Words& words) {
 
 /// What there is to say behind the name.
 QStringList navigationParts(
-    const CDataNavigation& navigation, const CDataGPSPosition& position, const Words& words
+    const NavigationData& navigation, const CDataGPSPosition& position, const Words& words
 ) {
     QStringList parts{
         CUnits::global().distanceText(navigation.distance), bearingText(navigation.bearing)};
@@ -63,8 +63,8 @@ QStringList navigationParts(
 } // namespace
 
 QString navigationLine(
-    const CDataNavigation& navigation, const CDataGPSPosition& position,
-    const QFontMetrics& metrics, int width
+    const NavigationData& navigation, const CDataGPSPosition& position, const QFontMetrics& metrics,
+    int width
 ) {
     const QString name = shownMarkName(navigation.targetName);
     const QString whole = (QStringList(name) + navigationParts(navigation, position, kLongWords))
@@ -87,11 +87,11 @@ QStringList mapLines(const CDataGPSPosition& position, const QFontMetrics& metri
     if (!position.valid()) {
         return lines;
     }
-    const CDataNavigation* const navigation = CMarkManager::instance().navigation();
-    if (navigation != nullptr && CMapLines::shown(CMapLines::navigation)) {
+    const NavigationData* const navigation = CMarkManager::instance().navigation();
+    if (navigation != nullptr && MapLinesSetting::shown(MapLinesSetting::navigation)) {
         lines += navigationLine(*navigation, position, metrics, width);
     }
-    if (CMapLines::shown(CMapLines::position)) {
+    if (MapLinesSetting::shown(MapLinesSetting::position)) {
         lines += CUnits::global().formatPosition({position.latitude, position.longitude});
     }
     lines.removeAll(QString());

@@ -10,7 +10,7 @@ class QRect;
 namespace raincast {
 
 struct CDataGPSPosition;
-struct CDataNavigation;
+struct NavigationData;
 
 /// The way to the target as a line of at most so many pixels: "Harbour  3.2 Mi  045°  right 12°
 /// XTE 0.05 Mi left", in the user's units. The last two are where the target lies from the
@@ -20,8 +20,8 @@ struct CDataNavigation;
 /// Without room the words get shorter, then the name; at last parts are left out from the end. A
 /// distance is never cut.
 [[nodiscard]] QString navigationLine(
-    const CDataNavigation& navigation, const CDataGPSPosition& position,
-    const QFontMetrics& metrics, int width
+    const NavigationData& navigation, const CDataGPSPosition& position, const QFontMetrics& metrics,
+    int width
 );
 
 /// The lines of a map view for a position, from the top: the way to the target, then the position;

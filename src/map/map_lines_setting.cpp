@@ -7,11 +7,11 @@ namespace raincast {
 
 namespace {
 
-std::uint32_t choice[] = {1, 1}; // by CMapLines::Line
+std::uint32_t choice[] = {1, 1}; // by MapLinesSetting::Line
 
 } // namespace
 
-class CMapLines::Persistant : public PersistantData {
+class MapLinesSetting::Persistant : public PersistantData {
 public:
     Persistant() : PersistantData("CMapLines") {}
 
@@ -24,13 +24,13 @@ private:
     static Persistant s_record;
 };
 
-CMapLines::Persistant CMapLines::Persistant::s_record;
+MapLinesSetting::Persistant MapLinesSetting::Persistant::s_record;
 
-bool CMapLines::shown(Line line) {
+bool MapLinesSetting::shown(Line line) {
     return choice[line] != 0;
 }
 
-void CMapLines::show(Line line, bool wanted) {
+void MapLinesSetting::show(Line line, bool wanted) {
     choice[line] = wanted ? 1 : 0;
 }
 

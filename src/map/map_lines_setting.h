@@ -7,7 +7,7 @@ namespace raincast {
 
 /// Which lines the user wants at the top of maps. His choice is kept in the settings record
 /// "CMapLines" as "show_position" and "show_navigation"; at first he wants both.
-class CMapLines {
+class MapLinesSetting {
 public:
     enum Line : std::uint8_t { position, navigation };
 

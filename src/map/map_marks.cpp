@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "map/map_marks.h"
 
-#include "map/dlg_go_to.h"
-#include "map/dlg_marks.h"
+#include "map/go_to_dialog.h"
 #include "map/item_map_view.h"
 #include "map/mark_manager.h"
 #include "map/mark_names.h"
+#include "map/marks_dialog.h"
 #include "window/dlg_rename.h"
 #include "window/message_box.h"
 
@@ -53,15 +53,15 @@ bool hasMarks(const CItemMapView& /*view*/) {
 
 void editMarks(CItemMapView& view) {
     const auto fix = fixOf(view);
-    CDlgMarks::GoTo goTo;
+    MarksDialog::GoTo goTo;
     if (view.placed()) {
         goTo = [&view](GeoPosition place) { return view.goTo(place); };
     }
-    CDlgMarks(fix ? fix : view.centreOnImage(), goTo).run(view.page()->widget());
+    MarksDialog(fix ? fix : view.centreOnImage(), goTo).run(view.page()->widget());
 }
 
 void goToPosition(CItemMapView& view) {
-    CDlgGoTo(view.centrePosition(), [&view](GeoPosition place) {
+    GoToDialog(view.centrePosition(), [&view](GeoPosition place) {
         return view.goTo(place);
     }).run(view.page()->widget());
 }

@@ -29,15 +29,15 @@ bool always(const View& /*view*/) {
     return true;
 }
 
-template<CMapLines::Line line>
+template<MapLinesSetting::Line line>
 void toggleLine(View& view) {
-    CMapLines::show(line, !CMapLines::shown(line));
+    MapLinesSetting::show(line, !MapLinesSetting::shown(line));
     view.invalidate();
 }
 
-template<CMapLines::Line line>
+template<MapLinesSetting::Line line>
 bool lineIsShown(const View& /*view*/) {
-    return CMapLines::shown(line);
+    return MapLinesSetting::shown(line);
 }
 
 void toggleFollowing(View& view) {
@@ -56,9 +56,10 @@ constexpr MapCommand kCommands[] = {
      [](const View& view) { return view.placed() || view.following(); },
      [](const View& view) { return view.following(); }},
     {kGoToPosition, goToPosition, [](const View& view) { return view.placed(); }, nullptr},
-    {kShowPosition, toggleLine<CMapLines::position>, always, lineIsShown<CMapLines::position>},
-    {kShowNavigation, toggleLine<CMapLines::navigation>, always,
-     lineIsShown<CMapLines::navigation>},
+    {kShowPosition, toggleLine<MapLinesSetting::position>, always,
+     lineIsShown<MapLinesSetting::position>},
+    {kShowNavigation, toggleLine<MapLinesSetting::navigation>, always,
+     lineIsShown<MapLinesSetting::navigation>},
 };
 
 } // namespace

@@ -74,7 +74,7 @@ void CMarkManager::rename(const COverlayMark& mark, const QString& name) {
     if (isTarget(mark)) {
         m_target.name = place->name;
         m_navigation.targetName = place->name;
-        Listener<CDataNavigation>::Notify(m_navigation);
+        Listener<NavigationData>::Notify(m_navigation);
     }
     place->announceChanged();
 }
@@ -122,10 +122,10 @@ void CMarkManager::dropNavigation() {
     m_startLine = {};
     m_navigating = false;
     m_navigation = {m_target.name, 0, 0, 0, 0};
-    Listener<CDataNavigation>::Notify(m_navigation);
+    Listener<NavigationData>::Notify(m_navigation);
 }
 
-const CDataNavigation* CMarkManager::navigation() const {
+const NavigationData* CMarkManager::navigation() const {
     return m_navigating ? &m_navigation : nullptr;
 }
 
@@ -153,7 +153,7 @@ void CMarkManager::navigate(float course) {
     m_navigation.relativeBearing = relativeTo(course, m_navigation.bearing);
     m_navigation.crossTrack = crossTrack(offset, distance);
     m_navigating = true;
-    Listener<CDataNavigation>::Notify(m_navigation);
+    Listener<NavigationData>::Notify(m_navigation);
 }
 
 float CMarkManager::crossTrack(const LocalOffset& offset, float distance) {

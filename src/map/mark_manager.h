@@ -3,7 +3,7 @@
 
 #include "core/listener.h"
 #include "geo/local_frame.h"
-#include "map/navigation_record.h"
+#include "map/navigation_data.h"
 #include "map/overlay_mark.h"
 #include "persist/serializable.h"
 #include "position/data_gps_position.h"
@@ -17,7 +17,7 @@ namespace raincast {
 /// are kept in the page file, behind the pages.
 ///
 /// One mark can be the target: every position with a fix then gives the way to it, which is
-/// published through Listener<CDataNavigation>. The manager is told of positions before any map
+/// published through Listener<NavigationData>. The manager is told of positions before any map
 /// view, so that a map view which hears of a position finds the way from there.
 class CMarkManager : public CSerializable, private Listener<CDataGPSPosition> {
 public:
@@ -51,13 +51,13 @@ public:
     [[nodiscard]] bool hasTarget() const { return m_target.latitude != 0; }
     [[nodiscard]] bool isTarget(const COverlayMark& mark) const { return m_targetMark == &mark; }
     /// The target, of the latitude 0 while there is none.
-    [[nodiscard]] const CDataMark& target() const { return m_target; }
+    [[nodiscard]] const MarkData& target() const { return m_target; }
 
     /// Where the user was at the last fix; none before the first.
     [[nodiscard]] const std::optional<GeoPosition>& currentPosition() const { return m_position; }
     /// The way to the target from there; null without a target, and before the first fix that came
     /// after it was chosen.
-    [[nodiscard]] const CDataNavigation* navigation() const;
+    [[nodiscard]] const NavigationData* navigation() const;
 
     /// Appends the marks that are in the file. False when one or more could not be read; all others
     /// are there nevertheless.
@@ -80,11 +80,11 @@ private:
     void dropNavigation();
 
     std::list<COverlayMark> m_marks;
-    CDataMark m_target;
+    MarkData m_target;
     const COverlayMark* m_targetMark = nullptr; ///< whose copy m_target is
     StartLine m_startLine;
     std::optional<GeoPosition> m_position;
-    CDataNavigation m_navigation;
+    NavigationData m_navigation;
     bool m_navigating = false; ///< m_navigation holds
 };
 

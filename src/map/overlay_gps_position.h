@@ -32,7 +32,7 @@ public:
     void drawAsLost() override;
 
     /// The icon that is drawn now.
-    [[nodiscard]] MapIcon icon() const { return published().valid() ? m_fixIconA : MapIcon::NoFix; }
+    [[nodiscard]] MapIcon icon() const { return published().valid() ? m_fixIconA : MapIcon::noFix; }
 
     /// The position and, when moving with a fix, the arrow's end. Nothing as long as no position is
     /// known, which is to say without a fix at latitude and longitude 0.
@@ -46,8 +46,8 @@ public:
 
 private:
     /// Exchanged at every publication; the first one is drawn.
-    MapIcon m_fixIconA = MapIcon::FixA;
-    MapIcon m_fixIconB = MapIcon::FixB;
+    MapIcon m_fixIconA = MapIcon::fixA;
+    MapIcon m_fixIconB = MapIcon::fixB;
 };
 
 } // namespace raincast

@@ -35,7 +35,7 @@ COverlayMark::COverlayMark(const GeoPosition& position, const QString& text) {
 }
 
 COverlayMark::COverlayMark(const COverlayMark& other)
-    : CDataMark(other), COverlayObject(), CSerializable(other) {}
+    : MarkData(other), COverlayObject(), CSerializable(other) {}
 
 void COverlayMark::setName(const QString& text) {
     name = text.left(kMostNameUnits);
@@ -62,7 +62,7 @@ void COverlayMark::Draw(
         return;
     }
     const QPoint spot(outline[0].x, outline[0].y);
-    painter.drawImage(spot - kHotSpot, mapIconPicture(MapIcon::Mark, false));
+    painter.drawImage(spot - kHotSpot, mapIconPicture(MapIcon::mark, false));
     if (view.zoom() <= kMostZoomWithNames) {
         drawMapLabel(painter, spot + kNamePlace, name);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "map/data_mark.h"
+#include "map/mark_data.h"
 #include "map/overlay_object.h"
 #include "persist/serializable.h"
 
@@ -11,7 +11,7 @@ namespace raincast {
 
 /// A mark on the map: a pin, with its name beside it unless the view is zoomed out. One that a file
 /// has beyond the earth is kept as it is and drawn nowhere.
-class COverlayMark : public CDataMark, public COverlayObject, public CSerializable {
+class COverlayMark : public MarkData, public COverlayObject, public CSerializable {
 public:
     static const SerializableType<COverlayMark> cType;
 

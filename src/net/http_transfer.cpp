@@ -76,7 +76,7 @@ bool CHttpTransfer::FetchQuotedStrings(const QString& serverPath, std::set<QStri
 // The connection itself is made by the first request, which then settles the state.
 bool CHttpTransfer::Connect() {
     const bool ending = httpHooks().ending && httpHooks().ending();
-    if (m_connectState == ConnectState::Failed || m_gaveUp || ending) {
+    if (m_connectState == ConnectState::failed || m_gaveUp || ending) {
         return false;
     }
     if (m_session != nullptr) {
@@ -188,9 +188,9 @@ bool CHttpTransfer::refuse(const QByteArray& address) const {
 
 // Draws the conclusions of the last request, whichever way it went.
 void CHttpTransfer::settle() {
-    if (m_connectState == ConnectState::NotYet) {
+    if (m_connectState == ConnectState::notYet) {
         m_connectState =
-            m_session->connectingFailed() ? ConnectState::Failed : ConnectState::Connected;
+            m_session->connectingFailed() ? ConnectState::failed : ConnectState::connected;
     }
     m_gaveUp = m_gaveUp || m_session->timedOut();
 }

@@ -27,9 +27,9 @@ class HttpSession;
 class CHttpTransfer {
 public:
     enum class ConnectState {
-        NotYet = 0,
-        Connected = 1,
-        Failed = 2, ///< stays: this object tries no more
+        notYet = 0,
+        connected = 1,
+        failed = 2, ///< stays: this object tries no more
     };
 
     /// `host` is HOST or HOST:PORT; without a port it is 80, or 443 when `secure`. With
@@ -86,7 +86,7 @@ private:
     bool m_useConnectionManager;
     bool m_secure;
     bool m_connectionRequested = false;
-    ConnectState m_connectState = ConnectState::NotYet;
+    ConnectState m_connectState = ConnectState::notYet;
     bool m_gaveUp = false;  ///< a request waited to its limit
     QString m_writeFailure; ///< of the last file
     std::shared_ptr<ByteAllowance> m_allowance;

@@ -172,7 +172,7 @@ void CAppPaged::remove(Position position) {
 bool CAppPaged::Read(CSerialReader& reader) {
     clear();
     const bool read =
-        reader.readObjects<Page>(CountKind::Unsigned, [this](std::unique_ptr<Page> page) {
+        reader.readObjects<Page>(CountKind::unsignedCount, [this](std::unique_ptr<Page> page) {
             append(std::move(page));
         });
     reader.readRest(); // a page may wait for a server while it is shown first: all is there by then

@@ -77,7 +77,7 @@ CPageDisplay::~CPageDisplay() = default;
 
 bool CPageDisplay::Read(CSerialReader& reader) {
     return Page::Read(reader) &&
-           reader.readObjects<CItem>(CountKind::Signed, [this](std::unique_ptr<CItem> item) {
+           reader.readObjects<CItem>(CountKind::signedCount, [this](std::unique_ptr<CItem> item) {
                addItem(std::move(item));
            });
 }

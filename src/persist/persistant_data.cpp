@@ -23,18 +23,18 @@ void PersistantData::loadAll(RegistryStore& store, const QString& application) {
     for (PersistantData* record = s_head; record != nullptr; record = record->m_next) {
         record->forgetRun();
     }
-    exchangeAll(SettingsExchange::Direction::Load, store, application);
+    exchangeAll(SettingsExchange::Direction::load, store, application);
 }
 
 tl::expected<void, QString>
 PersistantData::saveAll(RegistryStore& store, const QString& application) {
-    store.addKey(Branch::Machine, rootKey(application));
-    store.addKey(Branch::User, rootKey(application));
-    exchangeAll(SettingsExchange::Direction::Save, store, application);
-    if (!store.save(Branch::Machine)) {
+    store.addKey(Branch::machine, rootKey(application));
+    store.addKey(Branch::user, rootKey(application));
+    exchangeAll(SettingsExchange::Direction::save, store, application);
+    if (!store.save(Branch::machine)) {
         store.moveMachineChangesToUser();
     }
-    return store.save(Branch::User);
+    return store.save(Branch::user);
 }
 
 // The last first, as one member may have been set twice.

@@ -76,11 +76,11 @@ RegistryStore RegistryStore::inStandardFolders() {
 }
 
 const RegistryStore::File& RegistryStore::file(Branch branch) const {
-    return branch == Branch::Machine ? m_machine : m_user;
+    return branch == Branch::machine ? m_machine : m_user;
 }
 
 RegistryStore::File& RegistryStore::file(Branch branch) {
-    return branch == Branch::Machine ? m_machine : m_user;
+    return branch == Branch::machine ? m_machine : m_user;
 }
 
 QJsonValue RegistryStore::value(
@@ -123,8 +123,8 @@ RegistryStore::string(Branch branch, const QString& key, const QString& name) co
 }
 
 std::optional<QString> RegistryStore::classesString(const QString& key, const QString& name) const {
-    const auto ofUser = string(Branch::User, kClassesRoot + key, name);
-    return ofUser ? ofUser : string(Branch::Machine, kClassesRoot + key, name);
+    const auto ofUser = string(Branch::user, kClassesRoot + key, name);
+    return ofUser ? ofUser : string(Branch::machine, kClassesRoot + key, name);
 }
 
 void RegistryStore::setDword(

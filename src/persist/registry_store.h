@@ -23,7 +23,7 @@ namespace raincast {
 /// error, and counts as empty. No operation here asks or waits.
 class RegistryStore {
 public:
-    enum class Branch { Machine, User };
+    enum class Branch { machine, user };
 
     /// A file larger than this is as good as damaged.
     static constexpr qint64 kMaxSize = 16 * 1024 * 1024;

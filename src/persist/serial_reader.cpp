@@ -46,7 +46,7 @@ bool CSerialReader::readCount(CountKind kind, std::uint32_t& count) {
     if (!readValue(count)) {
         return false;
     }
-    if (kind == CountKind::Signed && static_cast<std::int32_t>(count) < 0) {
+    if (kind == CountKind::signedCount && static_cast<std::int32_t>(count) < 0) {
         m_damaged = true;
         count = 0;
     }

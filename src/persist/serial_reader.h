@@ -15,7 +15,7 @@ class QString;
 namespace raincast {
 
 /// How a list's element count is to be understood. A negative signed count names no elements.
-enum class CountKind { Unsigned, Signed };
+enum class CountKind { unsignedCount, signedCount };
 
 /// Reads the page file's stream from bytes in memory, through a cursor that never leaves the object
 /// being read: a class can consume less than its body or try to consume more, reading resumes at

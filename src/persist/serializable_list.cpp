@@ -10,7 +10,7 @@ const SerializableType<CSerializableList> CSerializableList::cType{kTypeSerializ
 
 bool CSerializableList::Read(CSerialReader& reader) {
     return reader.readObjects<CSerializable>(
-        CountKind::Signed,
+        CountKind::signedCount,
         [this](std::unique_ptr<CSerializable> object) { push_back(object.release()); }
     );
 }

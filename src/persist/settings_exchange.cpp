@@ -17,10 +17,10 @@ template<typename Read, typename Write>
 void SettingsExchange::exchange(const char* name, bool machineWide, Read read, Write write) {
     const QString valueName = QString::fromLatin1(name);
     if (loading()) {
-        read(Branch::Machine, valueName);
-        read(Branch::User, valueName);
+        read(Branch::machine, valueName);
+        read(Branch::user, valueName);
     } else if (!m_notSaved.contains(valueName)) {
-        write(machineWide ? Branch::Machine : Branch::User, valueName);
+        write(machineWide ? Branch::machine : Branch::user, valueName);
     }
 }
 

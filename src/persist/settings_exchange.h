@@ -24,7 +24,7 @@ class RegistryStore;
 /// cannot be written.
 class SettingsExchange {
 public:
-    enum class Direction { Load, Save };
+    enum class Direction { load, save };
 
     /// For the record whose values stand under a key; the values named in `notSaved` are loaded
     /// only. The store is borrowed.
@@ -34,7 +34,7 @@ public:
         : m_direction(direction), m_store(store), m_key(std::move(key)),
           m_notSaved(std::move(notSaved)) {}
 
-    [[nodiscard]] bool loading() const { return m_direction == Direction::Load; }
+    [[nodiscard]] bool loading() const { return m_direction == Direction::load; }
 
     /// A number of 32 bits. A stored one that needs more leaves the member as it is.
     void dword(const char* name, std::uint32_t& member, bool machineWide = false);

@@ -32,7 +32,7 @@ void CFeedQVAPI_to_GPSPosition::onPublished(CDataGPSPosition& position) {
     }
     m_ticksSinceOther = 0;
     // Nobody publishes while the program is busy; should somebody, he is not held up.
-    if (m_linked && !BusyGuard::active() && SetNavigatorPosition(position) == kNavigatorGone) {
+    if (m_linked && !BusyGuard::active() && setNavigatorPosition(position) == kNavigatorGone) {
         unlink();
     }
 }
@@ -68,7 +68,7 @@ void CFeedQVAPI_to_GPSPosition::unlink() {
 
 void CFeedQVAPI_to_GPSPosition::poll() {
     NavigatorPosition taken;
-    const NavigatorStatus status = GetNavigatorPosition(taken);
+    const NavigatorStatus status = getNavigatorPosition(taken);
     if (status == kNavigatorSuccess) {
         take(taken);
     } else if (status != kNavigatorNoPosition) {

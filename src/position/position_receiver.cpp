@@ -39,19 +39,19 @@ void PositionReceiver::use(const std::optional<PositionSourceAddress>& address) 
     m_rmcSeen = false;
     m_problem.clear();
     m_nextDelay = kFirstDelay;
-    m_state = State::Off;
+    m_state = State::off;
     m_address = address;
     ReceiverChange change;
     Listener<ReceiverChange>::Notify(change);
     if (address) {
         m_source = m_make(*address, m_timers);
-        m_state = State::Open;
+        m_state = State::open;
         m_open.call();
     }
 }
 
 void PositionReceiver::open() {
-    m_state = State::Open;
+    m_state = State::open;
     m_reader->reset();
     m_source->open(*this);
 }
@@ -66,7 +66,7 @@ void PositionReceiver::received(std::string_view bytes) {
 }
 
 void PositionReceiver::broken(const QString& why) {
-    m_state = State::Waiting;
+    m_state = State::waiting;
     m_problem = why;
     m_delay = m_nextDelay;
     m_nextDelay = std::min(2 * m_delay, kLongestDelay);
@@ -74,23 +74,23 @@ void PositionReceiver::broken(const QString& why) {
 }
 
 void PositionReceiver::finished() {
-    m_state = State::Finished;
+    m_state = State::finished;
     m_problem.clear();
 }
 
 QString PositionReceiver::statusText() const {
     const QString counters = QString::fromStdString(m_reader->counters().text());
     switch (m_state) {
-    case State::Off:
+    case State::off:
         return QStringLiteral("No position source");
-    case State::Open:
+    case State::open:
         return m_problem.isEmpty()
                    ? QStringLiteral("Open; ") + counters
                    : QStringLiteral("%1; trying again; %2").arg(m_problem, counters);
-    case State::Waiting:
+    case State::waiting:
         return QStringLiteral("%1; opening it again after %2 s; %3")
             .arg(m_problem, QString::number(m_delay.count()), counters);
-    case State::Finished:
+    case State::finished:
         return QStringLiteral("Finished; ") + counters;
     }
     return {};

@@ -25,10 +25,10 @@ namespace raincast {
 class PositionReceiver : private PositionSource::Sink, private Listener<CNMEA_GPS::RMC> {
 public:
     enum class State {
-        Off,     ///< no source is wanted
-        Open,    ///< being opened, or read
-        Waiting, ///< to open it again; problem() says why
-        Finished ///< a recorded file has been played to its end
+        off,     ///< no source is wanted
+        open,    ///< being opened, or read
+        waiting, ///< to open it again; problem() says why
+        finished ///< a recorded file has been played to its end
     };
     using Make = std::function<
         std::unique_ptr<PositionSource>(const PositionSourceAddress& address, Timers& timers)>;
@@ -71,7 +71,7 @@ private:
     std::optional<PositionSourceAddress> m_address;
     std::optional<NmeaReader> m_reader;
     std::unique_ptr<PositionSource> m_source;
-    State m_state = State::Off;
+    State m_state = State::off;
     bool m_rmcSeen = false;
     QString m_problem;
     std::chrono::seconds m_delay;

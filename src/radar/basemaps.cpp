@@ -109,7 +109,7 @@ bool RequestUpdate(
         BasemapLoad load(state, shown, loaded, view, servers);
         updated = RadarUpdate(state, view).UpdateRadar(load.radarTransfer());
         const bool reached =
-            load.radarTransfer().connectState() == CHttpTransfer::ConnectState::Connected;
+            load.radarTransfer().connectState() == CHttpTransfer::ConnectState::connected;
         // The radar comes first: a server of layers that does not answer may cost half a minute.
         if (basemaps.missing > 0 && reached) {
             loadMissing(load, loaded, basemaps, view);

@@ -50,11 +50,11 @@ int countFiles(const QString& folder) {
 /// Moves the whole cache, or nothing.
 bool moveCache(const StorageRequest& request, const QString& target) {
     if (!request.progress) {
-        return MoveTreeOrBringBack(request.cacheFolder, target);
+        return moveTreeOrBringBack(request.cacheFolder, target);
     }
     const int wanted = countFiles(request.cacheFolder);
     request.progress(0, wanted);
-    return MoveTreeOrBringBack(request.cacheFolder, target, [&](int done) {
+    return moveTreeOrBringBack(request.cacheFolder, target, [&](int done) {
         request.progress(done, wanted);
     });
 }

@@ -20,7 +20,7 @@
 #include "weather/dlg_storage.h"
 #include "weather/image_age.h"
 #include "weather/picture_texts.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "weather/weather_settings.h"
 #include "window/commands.h"
 #include "window/menu_table.h"
@@ -314,7 +314,8 @@ void CItemWeather::loadFrames(bool& needRadar) {
 
 bool CItemWeather::loadBasemaps(const QString& siteId, bool updateRadar) {
     return LoadBasemaps(
-        m_state, m_layers, m_basemaps, *m_viewOfLoads, CServers::current(), siteId, updateRadar
+        m_state, m_layers, m_basemaps, *m_viewOfLoads, ServersSetting::current(), siteId,
+        updateRadar
     );
 }
 
@@ -339,7 +340,7 @@ bool CItemWeather::requestUpdate() {
     if (!geoReference().valid()) {
         return loadBasemaps(m_state.siteId, true);
     }
-    return RequestUpdate(m_state, m_layers, m_basemaps, *m_viewOfLoads, CServers::current());
+    return RequestUpdate(m_state, m_layers, m_basemaps, *m_viewOfLoads, ServersSetting::current());
 }
 
 bool CItemWeather::wholeImageInView() const {

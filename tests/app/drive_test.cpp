@@ -17,7 +17,7 @@
 #include "support/qt_app.h"
 #include "support/temporary_home.h"
 #include "weather/item_weather.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "window/command_set.h"
 #include "window/screen_metrics.h"
 
@@ -223,7 +223,7 @@ void Drive::replay() {
     screen = look("under-way");
     EXPECT_TRUE(showsPosition(screen, m_feeds.received().icon()));
     EXPECT_TRUE(
-        shows(screen, mapIconPicture(MapIcon::Mark, false), pixelOf(kMark) - COverlayMark::kHotSpot)
+        shows(screen, mapIconPicture(MapIcon::mark, false), pixelOf(kMark) - COverlayMark::kHotSpot)
     );
     ASSERT_NE(marks.navigation(), nullptr);
     EXPECT_NEAR(marks.navigation()->distance, 300 * kMetresPerSecond, 50);
@@ -256,7 +256,7 @@ void Drive::replay() {
     silence(1);
     EXPECT_FALSE(fix().valid());
     screen = look("silent");
-    EXPECT_TRUE(showsPosition(screen, MapIcon::NoFix));
+    EXPECT_TRUE(showsPosition(screen, MapIcon::noFix));
     EXPECT_FALSE(showsArrow(screen));
     EXPECT_TRUE(view().following()) << "it goes on when there is a fix again";
 
@@ -286,7 +286,9 @@ TEST_F(DriveTest, OverSampleWeather) {
 
 class RealDataDrive : public Drive {
 protected:
-    ~RealDataDrive() override { CServers::set({CServers::localServer(), CServers::localServer()}); }
+    ~RealDataDrive() override {
+        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+    }
 
     HttpServer m_server;
 };
@@ -298,7 +300,7 @@ TEST_F(RealDataDrive, OverPublishedPictures) {
         GTEST_SKIP() << "no folder " << qPrintable(tree);
     }
     m_server.serveFolder(tree);
-    CServers::set({m_server.host(), m_server.host()});
+    ServersSetting::set({m_server.host(), m_server.host()});
     placeImages(readFile(tree + "/ridge/Overlays/Cities/Short/MUX_City_Short.gfw"));
     replay();
 }

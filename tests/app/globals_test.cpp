@@ -22,8 +22,8 @@ TEST(GlobalsTest, ThePageFilesPathIsTheUsersSetting) {
     }
     CGlobals::settings.configFile.clear();
     auto store = RegistryStore::inStandardFolders();
-    EXPECT_EQ(store.string(Branch::User, kKey, kConfigFile), "/somewhere/pages.cfg");
-    EXPECT_EQ(store.string(Branch::Machine, kKey, kConfigFile), std::nullopt);
+    EXPECT_EQ(store.string(Branch::user, kKey, kConfigFile), "/somewhere/pages.cfg");
+    EXPECT_EQ(store.string(Branch::machine, kKey, kConfigFile), std::nullopt);
     PersistantData::loadAll(store, CGlobals::application());
     EXPECT_EQ(CGlobals::settings.configFile, "/somewhere/pages.cfg");
     CGlobals::settings.configFile.clear();

@@ -334,7 +334,7 @@ TEST_F(DamagedPagesTest, LookingAtAFileLeavesTheMarksAlone) {
     CMarkManager& marks = CMarkManager::instance();
     marks.clear();
     marks.add({54.5, 11.25}, QStringLiteral("Harbour"));
-    EXPECT_EQ(examinePages<CTrialApp>(whole).wholePages, 3U);
+    EXPECT_EQ(examinePages<TrialApp>(whole).wholePages, 3U);
     EXPECT_EQ(marks.marks().size(), 1U);
     marks.clear();
 }

@@ -66,12 +66,12 @@ protected:
         useServers(address, address);
     }
     ~LocalServerTest() override {
-        useServers(CServers::localServer(), CServers::localServer());
+        useServers(ServersSetting::localServer(), ServersSetting::localServer());
         qunsetenv("XDG_CACHE_HOME");
     }
 
     static void useServers(const QString& radar, const QString& basemap) {
-        CServers::set({radar, basemap});
+        ServersSetting::set({radar, basemap});
     }
     /// What a listing holds; nothing without a server.
     static std::optional<std::set<QString>> listingFrom(const QString& host) {
@@ -174,7 +174,7 @@ TEST(LocalServerDeathTest, AKilledViewerTakesItAlong) {
     const QString address = loopbackHost(qEnvironmentVariableIntValue(kPortVariable));
     const auto dying = [&address] {
         test::qtApp();
-        CServers::set({address, address});
+        ServersSetting::set({address, address});
         LocalServer server(address, kProgram);
         static_cast<void>(server.establish());
         // A busy machine may take longer to start it than the viewer waits.

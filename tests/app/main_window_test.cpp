@@ -47,7 +47,7 @@ class MainWindowTest : public test::GuiTest {
 protected:
     int endRequests = 0;
     std::vector<std::string> log;
-    CMainWindow window{CMainWindow::Callbacks{
+    MainWindow window{MainWindow::Callbacks{
         [this] { ++endRequests; },
         [this] {
             log.push_back(window.pageMenu() != nullptr ? "destroyed, menu lives" : "no menu");
@@ -173,10 +173,10 @@ TEST_F(MainWindowTest, TheTimerBeatsTheHeartbeat) {
     Counter counter;
     CHeartbeat::program().Beat(); // a test before this one may have left another time
     counter.ticks = 0;
-    TimerEvent other(CMainWindow::kHeartbeatTimer + 1);
+    TimerEvent other(MainWindow::kHeartbeatTimer + 1);
     QCoreApplication::sendEvent(window.frame(), &other);
     EXPECT_EQ(counter.ticks, 0);
-    TimerEvent due(CMainWindow::kHeartbeatTimer);
+    TimerEvent due(MainWindow::kHeartbeatTimer);
     QCoreApplication::sendEvent(window.frame(), &due);
     EXPECT_EQ(counter.ticks, 1);
     EXPECT_TRUE(QTest::qWaitFor([&counter] { return counter.ticks >= 3; }));

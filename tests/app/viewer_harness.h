@@ -18,7 +18,7 @@
 #include "support/temporary_home.h"
 #include "support/time_zone.h"
 #include "weather/item_weather.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "window/modal.h"
 
 #include <QApplication>
@@ -55,8 +55,8 @@ protected:
     static void forgetRun() {
         CGlobals::settings.configFile.clear();
         CGlobals::settings.declinedBackup.clear();
-        CWindowPlace::settings.geometry.clear();
-        CServers::set({CServers::localServer(), CServers::localServer()});
+        WindowPlace::settings.geometry.clear();
+        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
         Modal::forgetEnd();
         Modal::neverAsk(false);
     }

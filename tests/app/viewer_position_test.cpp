@@ -60,7 +60,7 @@ protected:
     }
     ~ViewerPositionTest() override {
         CGlobals::settings.configFile.clear();
-        CPositionSource::choose(QString());
+        PositionSourceSetting::choose(QString());
         Modal::forgetEnd();
     }
 
@@ -104,8 +104,8 @@ protected:
     static void inLoop(std::function<void()> step) { QTimer::singleShot(0, qApp, std::move(step)); }
     std::optional<QString> saved() const {
         return RegistryStore::inStandardFolders().string(
-            RegistryStore::Branch::User,
-            QStringLiteral("Software/Quorvane/Raincast_1/CPositionSource"),
+            RegistryStore::Branch::user,
+            QStringLiteral("Software/Quorvane/Raincast_1/PositionSourceSetting"),
             QStringLiteral("position_source")
         );
     }
@@ -131,9 +131,9 @@ TEST_F(ViewerPositionTest, ASourceThatIsChosenIsInUseAtOnceAndKept) {
         EXPECT_EQ(viewer.run(), 0);
     }
     EXPECT_EQ(saved(), address());
-    EXPECT_EQ(CPositionSource::receiver(), nullptr);
+    EXPECT_EQ(PositionSourceSetting::receiver(), nullptr);
     Modal::forgetEnd();
-    CPositionSource::choose(QString());
+    PositionSourceSetting::choose(QString());
 
     Viewer again({});
     bool connected = false;

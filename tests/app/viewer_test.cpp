@@ -129,7 +129,7 @@ protected:
     static void forget() {
         CGlobals::settings.configFile.clear();
         CGlobals::settings.declinedBackup.clear();
-        CWindowPlace::settings.geometry.clear();
+        WindowPlace::settings.geometry.clear();
         TestPage::shown = nullptr;
         TestPage::gone = nullptr;
         TestPage::written = 0;
@@ -168,7 +168,7 @@ protected:
     static void inLoop(std::function<void()> step) { QTimer::singleShot(0, qApp, std::move(step)); }
     std::optional<QString> savedConfigFile() const {
         return RegistryStore::inStandardFolders().string(
-            RegistryStore::Branch::User, kKey, QStringLiteral("config_file")
+            RegistryStore::Branch::user, kKey, QStringLiteral("config_file")
         );
     }
 };
@@ -236,8 +236,8 @@ TEST_F(ViewerTest, AConfigFileInAMissingFolderIsNeitherReadNorWritten) {
     const QString path = home.path("missing/pages.cfg");
     {
         auto store = RegistryStore::inStandardFolders();
-        store.setString(RegistryStore::Branch::User, kKey, "config_file", path);
-        ASSERT_TRUE(store.save(RegistryStore::Branch::User));
+        store.setString(RegistryStore::Branch::user, kKey, "config_file", path);
+        ASSERT_TRUE(store.save(RegistryStore::Branch::user));
     }
     Viewer viewer({});
     inLoop([&] {

@@ -169,7 +169,7 @@ protected:
         EXPECT_NE(item.centrePixel(), before) << "the map is moved as before";
     }
     static std::vector<QWidget*> windowsOf(Viewer& viewer) {
-        CMainWindow& window = *viewer.window();
+        MainWindow& window = *viewer.window();
         auto& page = dynamic_cast<CPageDisplay&>(*viewer.application().current());
         return {window.frame(), window.client(), page.widget()};
     }

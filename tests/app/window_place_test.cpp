@@ -12,9 +12,9 @@ namespace {
 
 class WindowPlaceTest : public test::GuiTest {
 protected:
-    WindowPlaceTest() { CWindowPlace::settings.geometry.clear(); }
+    WindowPlaceTest() { WindowPlace::settings.geometry.clear(); }
     ~WindowPlaceTest() override {
-        CWindowPlace::settings.geometry.clear();
+        WindowPlace::settings.geometry.clear();
         ScreenMetrics::use(std::nullopt);
     }
     static void screenOf(const QSize& room) {
@@ -35,7 +35,7 @@ TEST_F(WindowPlaceTest, TheFirstSizeIsASquareOfTheScreensRoomAtMost) {
     for (const Row& row : rows) {
         screenOf(row.screen);
         QWidget window;
-        CWindowPlace::restore(window, {});
+        WindowPlace::restore(window, {});
         EXPECT_EQ(window.size(), row.window);
     }
 }
@@ -44,10 +44,10 @@ TEST_F(WindowPlaceTest, SizeAndPlaceAreFoundAgain) {
     QWidget left;
     left.setGeometry(30, 40, 333, 222);
     test::show(left);
-    CWindowPlace::keep(left);
+    WindowPlace::keep(left);
 
     QWidget window;
-    CWindowPlace::restore(window, {});
+    WindowPlace::restore(window, {});
     EXPECT_EQ(window.geometry(), QRect(30, 40, 333, 222));
     EXPECT_FALSE(window.isFullScreen());
 }
@@ -58,10 +58,10 @@ TEST_F(WindowPlaceTest, AFullScreenIsFoundAgainAndLeadsBackToTheFormerSize) {
     test::show(left);
     left.setWindowState(Qt::WindowFullScreen);
     test::settle();
-    CWindowPlace::keep(left);
+    WindowPlace::keep(left);
 
     QWidget window;
-    CWindowPlace::restore(window, {});
+    WindowPlace::restore(window, {});
     test::show(window);
     EXPECT_TRUE(window.isFullScreen());
     window.setWindowState(Qt::WindowNoState);
@@ -72,9 +72,9 @@ TEST_F(WindowPlaceTest, AFullScreenIsFoundAgainAndLeadsBackToTheFormerSize) {
 TEST_F(WindowPlaceTest, ADamagedPlaceCountsAsNone) {
     screenOf({1920, 1080});
     for (const char* text : {"AAAA", "%%%%", "AdnQywADAAA"}) {
-        CWindowPlace::settings.geometry = QString::fromLatin1(text);
+        WindowPlace::settings.geometry = QString::fromLatin1(text);
         QWidget window;
-        CWindowPlace::restore(window, {});
+        WindowPlace::restore(window, {});
         EXPECT_EQ(window.size(), QSize(640, 640)) << text;
     }
 }

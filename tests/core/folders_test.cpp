@@ -189,7 +189,7 @@ TEST_F(FoldersTest, MoveTreeOrBringBackUndoesWhatItDid) {
     writeFile(at("old/MUX/1"), "three");
     writeFile(at("new/BMX/9"), "there before");
     writeFile(at("new/MUX"), "in the way");
-    EXPECT_FALSE(MoveTreeOrBringBack(at("old"), at("new")));
+    EXPECT_FALSE(moveTreeOrBringBack(at("old"), at("new")));
     EXPECT_EQ(namesIn(at("old")), "BMX MUX");
     EXPECT_EQ(namesIn(at("old/BMX")), "1 2");
     EXPECT_EQ(readFile(at("old/BMX/1")), "one");
@@ -198,7 +198,7 @@ TEST_F(FoldersTest, MoveTreeOrBringBackUndoesWhatItDid) {
     EXPECT_EQ(namesIn(at("new/BMX")), "9");
 
     ASSERT_TRUE(QFile::remove(at("new/MUX")));
-    EXPECT_TRUE(MoveTreeOrBringBack(at("old"), at("new")));
+    EXPECT_TRUE(moveTreeOrBringBack(at("old"), at("new")));
     EXPECT_EQ(namesIn(at("new/BMX")), "1 2 9");
 }
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // What every dialog looks like. A new dialog is a row of kDialogs.
-#include "app/dlg_position_source.h"
+#include "app/position_source_dialog.h"
 #include "golden_test.h"
-#include "map/dlg_go_to.h"
 #include "map/dlg_gps_vector.h"
-#include "map/dlg_marks.h"
+#include "map/go_to_dialog.h"
 #include "map/mark_manager.h"
+#include "map/marks_dialog.h"
 #include "page/dlg_pages.h"
 #include "page/global_settings_type.h"
 #include "position/position_receiver.h"
@@ -15,7 +15,7 @@
 #include "support/fake_source.h"
 #include "support/manual_timers.h"
 #include "units/dlg_units.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "weather/weather_dialogs.h"
 #include "window/commands.h"
 #include "window/dialog_template.h"
@@ -58,19 +58,19 @@ void sendTo(SampleViewer& viewer) {
 }
 
 void openServers(SampleViewer& viewer) {
-    CServers::set({CServers::localServer(), QStringLiteral("maps.example.org:8080")});
+    ServersSetting::set({ServersSetting::localServer(), QStringLiteral("maps.example.org:8080")});
     openSettings<CAppPaged::GlobalSettingsType::kRankServers>(viewer);
 }
 
 void openPositionSource(SampleViewer& viewer) {
     ManualTimers timers;
     PositionReceiver receiver(timers, FakeSource::make);
-    CPositionSource::setReceiver(&receiver);
-    CPositionSource::choose(QStringLiteral("serial:/dev/ttyUSB0@9600"));
+    PositionSourceSetting::setReceiver(&receiver);
+    PositionSourceSetting::choose(QStringLiteral("serial:/dev/ttyUSB0@9600"));
     FakeSource::send("$GPRMC,183000,A,4130.000,N,10515.000,W,0,0,150607,,\r\n$GPGSV,1\r\n");
     openSettings<CAppPaged::GlobalSettingsType::kRankGpsSource>(viewer);
-    CPositionSource::setReceiver(nullptr);
-    CPositionSource::choose(QString());
+    PositionSourceSetting::setReceiver(nullptr);
+    PositionSourceSetting::choose(QString());
 }
 
 void openRename(SampleViewer& viewer) {
@@ -96,8 +96,8 @@ constexpr DialogRow kDialogs[] = {
     {CDlgItemTypeSelect::kTemplate, "page_types", "Select Page Type", openPageTypes},
     {CDlgItemTypeSelect::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},
     {CDlgItemTypeSelect::kTemplate, "stations_nearby", "Weather Station", sendTo<kNearbyStations>},
-    {CDlgMarks::kTemplate, "marks", "Marks", openMarks},
-    {CDlgGoTo::kTemplate, "go_to_position", "Go to Position", sendTo<kGoToPosition>},
+    {MarksDialog::kTemplate, "marks", "Marks", openMarks},
+    {GoToDialog::kTemplate, "go_to_position", "Go to Position", sendTo<kGoToPosition>},
     {CDlgRename::kTemplate, "add_mark", "Add Mark", sendTo<kAddMark>},
     {CAppPaged::CDlgPages::kTemplate, "pages", "Pages", sendTo<kPages>},
     {CDlgRename::kTemplate, "rename", "Rename", openRename},
@@ -108,7 +108,7 @@ constexpr DialogRow kDialogs[] = {
      openSettings<CAppPaged::GlobalSettingsType::kRankUnits>},
     {COverlayGPSPosition::CDlgSetup::kTemplate, "gps_vector", "GPS Vector",
      openSettings<CAppPaged::GlobalSettingsType::kRankGpsOverlay>},
-    {CDlgPositionSource::kTemplate, "position_source", "GPS Source", openPositionSource},
+    {PositionSourceDialog::kTemplate, "position_source", "GPS Source", openPositionSource},
     {kServersDialog, "servers", "Servers", openServers},
 };
 

@@ -2,7 +2,7 @@
 #include "sample_server.h"
 
 #include "support/gif_maker.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -98,14 +98,14 @@ std::vector<Published> publishedFiles() {
 SampleServer::SampleServer() : m_clock(fromCalendar({2019, 5, 19, 6, 0})) {
     static const std::vector<Published> files = publishedFiles(); // they take a while to make
     Clock::use(&m_clock);
-    CServers::set({m_server.host(), m_server.host()});
+    ServersSetting::set({m_server.host(), m_server.host()});
     for (const Published& file : files) {
         m_server.serve(file.path, file.body);
     }
 }
 
 SampleServer::~SampleServer() {
-    CServers::set({CServers::localServer(), CServers::localServer()});
+    ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
     Clock::use(nullptr);
 }
 

@@ -31,8 +31,8 @@ SampleViewer::SampleViewer()
           {[] {}, [this] { m_application.clear(); }, [this] { return m_application.caption(); }}
       ) {
     ResourceModule::use(&m_resources);
-    CWindowPlace::settings.geometry.clear();
-    CWindowPlace::restore(frame(), {});
+    WindowPlace::settings.geometry.clear();
+    WindowPlace::restore(frame(), {});
     show(frame());
     m_application.attach(frame(), *m_window.client(), m_window.commands(), *m_window.pageMenu());
     addPages();
@@ -41,7 +41,7 @@ SampleViewer::SampleViewer()
 }
 
 void SampleViewer::beat() {
-    m_window.onTimer(CMainWindow::kHeartbeatTimer);
+    m_window.onTimer(MainWindow::kHeartbeatTimer);
 }
 
 SampleViewer::~SampleViewer() {

@@ -36,7 +36,7 @@ private:
     TemporaryHome m_home;
     SampleServer m_server;
     ResourceModule m_resources;
-    CMainWindow m_window;
+    MainWindow m_window;
     CRaincastApp m_application;
 };
 

@@ -50,7 +50,7 @@ Pictures picturesOf(std::string_view log) {
         reader.feed(line.empty() ? log : line);
         log.remove_prefix(line.empty() ? log.size() : line.size());
         const bool fix = !positions.records.empty() && positions.records.back().valid();
-        const bool drawnAsFix = position.icon() != MapIcon::NoFix;
+        const bool drawnAsFix = position.icon() != MapIcon::noFix;
         const bool hasArrow = map.outline.size() > 1;
         count.disagreements += position.valid() != fix ? 1 : 0;
         count.contradictions += drawnAsFix != fix || (hasArrow && !drawnAsFix) ? 1 : 0;

@@ -12,8 +12,8 @@
 namespace raincast {
 namespace {
 
-constexpr MapIcon kAll[] = {MapIcon::FixA, MapIcon::FixB, MapIcon::NoFix, MapIcon::Mark};
-constexpr MapIcon kPositions[] = {MapIcon::FixA, MapIcon::FixB, MapIcon::NoFix};
+constexpr MapIcon kAll[] = {MapIcon::fixA, MapIcon::fixB, MapIcon::noFix, MapIcon::mark};
+constexpr MapIcon kPositions[] = {MapIcon::fixA, MapIcon::fixB, MapIcon::noFix};
 
 /// Colours of radar pictures and of maps.
 const QColor kGrounds[] = {Qt::white,      Qt::black,      {0, 236, 236},  {0, 0, 246},
@@ -61,9 +61,9 @@ TEST(MapIconTest, PositionPicturesHaveTheirIconInTheMiddle) {
 }
 
 TEST(MapIconTest, TheMarksTipIsOnTheSpot) {
-    const QImage& picture = mapIconPicture(MapIcon::Mark, false);
-    EXPECT_EQ(&mapIconPicture(MapIcon::Mark, true), &mapIconPicture(MapIcon::Mark, true));
-    EXPECT_EQ(mapIconPicture(MapIcon::Mark, true), picture);
+    const QImage& picture = mapIconPicture(MapIcon::mark, false);
+    EXPECT_EQ(&mapIconPicture(MapIcon::mark, true), &mapIconPicture(MapIcon::mark, true));
+    EXPECT_EQ(mapIconPicture(MapIcon::mark, true), picture);
     ASSERT_TRUE(picture.rect().contains(7, 25));
     EXPECT_EQ(qAlpha(picture.pixel(7, 25)), 255);
     EXPECT_LT(qGray(picture.pixel(7, 25)), 60);
@@ -90,7 +90,7 @@ TEST(MapIconTest, EveryIconStandsOutFromEveryGround) {
                         different += std::abs(qGray(image.pixel(x, y)) - shade) > 80 ? 1 : 0;
                     }
                 }
-                EXPECT_GT(different, large && icon != MapIcon::Mark ? 200 : 50)
+                EXPECT_GT(different, large && icon != MapIcon::mark ? 200 : 50)
                     << qPrintable(ground.name()) << " " << static_cast<int>(icon);
             }
         }

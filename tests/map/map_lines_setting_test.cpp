@@ -12,8 +12,8 @@ namespace {
 class MapLinesSettingTest : public testing::Test {
 protected:
     ~MapLinesSettingTest() override {
-        CMapLines::show(CMapLines::position, true);
-        CMapLines::show(CMapLines::navigation, true);
+        MapLinesSetting::show(MapLinesSetting::position, true);
+        MapLinesSetting::show(MapLinesSetting::navigation, true);
     }
     [[nodiscard]] RegistryStore store() const {
         return {m_folder.filePath("machine.json"), m_folder.filePath("user.json")};
@@ -23,34 +23,34 @@ protected:
 };
 
 TEST_F(MapLinesSettingTest, BothLinesAreWantedAtFirst) {
-    EXPECT_TRUE(CMapLines::shown(CMapLines::position));
-    EXPECT_TRUE(CMapLines::shown(CMapLines::navigation));
+    EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::position));
+    EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::navigation));
     RegistryStore empty = store();
     PersistantData::loadAll(empty, QStringLiteral("Test"));
-    EXPECT_TRUE(CMapLines::shown(CMapLines::position));
-    EXPECT_TRUE(CMapLines::shown(CMapLines::navigation));
+    EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::position));
+    EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::navigation));
 }
 
 TEST_F(MapLinesSettingTest, TheChoiceIsKept) {
-    CMapLines::show(CMapLines::navigation, false);
+    MapLinesSetting::show(MapLinesSetting::navigation, false);
     {
         RegistryStore saved = store();
         EXPECT_TRUE(PersistantData::saveAll(saved, QStringLiteral("Test")));
     }
-    CMapLines::show(CMapLines::navigation, true);
-    CMapLines::show(CMapLines::position, false);
+    MapLinesSetting::show(MapLinesSetting::navigation, true);
+    MapLinesSetting::show(MapLinesSetting::position, false);
     RegistryStore loaded = store();
     PersistantData::loadAll(loaded, QStringLiteral("Test"));
-    EXPECT_FALSE(CMapLines::shown(CMapLines::navigation));
-    EXPECT_TRUE(CMapLines::shown(CMapLines::position));
+    EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::navigation));
+    EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::position));
 }
 
 TEST_F(MapLinesSettingTest, EachLineIsAValueOfTheRecord) {
-    CMapLines::show(CMapLines::position, false);
+    MapLinesSetting::show(MapLinesSetting::position, false);
     RegistryStore saved = store();
     EXPECT_TRUE(PersistantData::saveAll(saved, QStringLiteral("Test")));
     const QByteArray file = readFile(m_folder.filePath("user.json"));
-    EXPECT_TRUE(file.contains("Test/CMapLines\"")) << file.toStdString();
+    EXPECT_TRUE(file.contains("Test/MapLinesSetting\"")) << file.toStdString();
     EXPECT_TRUE(file.contains("\"show_position\""));
     EXPECT_TRUE(file.contains("\"show_navigation\""));
 }

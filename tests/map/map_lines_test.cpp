@@ -31,7 +31,7 @@ protected:
 
     const QFont m_font;
     const QFontMetrics metrics{m_font};
-    CDataNavigation navigation{QStringLiteral("Harbour"), 5149.9F, 44.7F, 12.4F, -80.5F};
+    NavigationData navigation{QStringLiteral("Harbour"), 5149.9F, 44.7F, 12.4F, -80.5F};
     CDataGPSPosition position;
 };
 
@@ -193,11 +193,11 @@ TEST_F(MapLinesTest, OtherUnitsAreShownAtOnce) {
 TEST_F(MapLinesTest, EachLineIsShownAsTheUserWants) {
     marks.setTarget(addMark(400, 275, QStringLiteral("Harbour")));
     publish(300, 275);
-    CMapLines::show(CMapLines::position, false);
+    MapLinesSetting::show(MapLinesSetting::position, false);
     EXPECT_THAT(lines(), ElementsAre(testing::StartsWith("Harbour")));
-    CMapLines::show(CMapLines::navigation, false);
+    MapLinesSetting::show(MapLinesSetting::navigation, false);
     EXPECT_THAT(lines(), IsEmpty());
-    CMapLines::show(CMapLines::position, true);
+    MapLinesSetting::show(MapLinesSetting::position, true);
     EXPECT_THAT(lines(), ElementsAre(testing::StartsWith("38°")));
 }
 

@@ -171,14 +171,14 @@ TEST_F(MapMenuTest, FollowingCanBeSwitchedOffWithoutAPlacedImage) {
 
 TEST_F(MapMenuTest, TheLinesAreSwitchedOffAndOn) {
     click({u"Map"}, u"Show Position");
-    EXPECT_FALSE(CMapLines::shown(CMapLines::position));
+    EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::position));
     EXPECT_THAT(seen({u"Map"})[2], "Show &Position");
     click({u"Map"}, u"Show Navigation");
-    EXPECT_FALSE(CMapLines::shown(CMapLines::navigation));
+    EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::navigation));
     EXPECT_THAT(seen({u"Map"})[3], "Show &Navigation");
     click({u"Map"}, u"Show Position");
-    EXPECT_TRUE(CMapLines::shown(CMapLines::position));
-    EXPECT_FALSE(CMapLines::shown(CMapLines::navigation));
+    EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::position));
+    EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::navigation));
     EXPECT_THAT(seen({u"Map"})[2], "Show &Position*");
 }
 

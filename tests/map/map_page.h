@@ -53,8 +53,8 @@ struct SharedMapState {
     ~SharedMapState() {
         marks.clear();
         use(CUnits::kMiles);
-        CMapLines::show(CMapLines::position, true);
-        CMapLines::show(CMapLines::navigation, true);
+        MapLinesSetting::show(MapLinesSetting::position, true);
+        MapLinesSetting::show(MapLinesSetting::navigation, true);
     }
 
     static void use(CUnits::DistanceUnit unit) {

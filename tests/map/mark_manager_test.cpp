@@ -85,7 +85,7 @@ protected:
     void aim() { manager.setTarget(addHarbour()); }
 
     CMarkManager manager;
-    RecordListener<CDataNavigation> navigation;
+    RecordListener<NavigationData> navigation;
 };
 
 TEST_F(MarkManagerTest, ThreeMarksComeBackInOrderAndTwiceMakeSix) {
@@ -419,13 +419,13 @@ TEST_F(MarkManagerTest, ChoosingATargetStartsTheLineAnew) {
 TEST_F(MarkManagerTest, ListenersSeeThatTheTargetIsCleared) {
     aim();
     publish(0, -100);
-    class Looking : private Listener<CDataNavigation> {
+    class Looking : private Listener<NavigationData> {
     public:
         explicit Looking(CMarkManager& manager) : m_manager(manager) {}
         int without = 0;
 
     private:
-        void onPublished(CDataNavigation& record) override {
+        void onPublished(NavigationData& record) override {
             EXPECT_TRUE(record.targetName.isEmpty());
             without += m_manager.navigation() == nullptr ? 1 : 0;
         }

@@ -72,7 +72,7 @@ protected:
         return screen();
     }
     ::testing::AssertionResult showsPinAt(int x, int y) const {
-        return shows(mapIconPicture(MapIcon::Mark, false), QPoint(x, y) - COverlayMark::kHotSpot);
+        return shows(mapIconPicture(MapIcon::mark, false), QPoint(x, y) - COverlayMark::kHotSpot);
     }
     ::testing::AssertionResult showsPositionAt(int x, int y, MapIcon icon) const {
         const bool large = ScreenMetrics::current().iconWidth() >= 64;
@@ -166,16 +166,16 @@ TEST_F(MarksOnMapsTest, APositionIsShownWhereItIs) {
         position.longitude = test::positionOf(120, 90).longitude;
         position.fixType = kFixGps;
         position.publish();
-        EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::FixB));
+        EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::fixB));
         position.publish();
-        EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::FixA));
+        EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::fixA));
         EXPECT_EQ(at(120, 60), QColor(0, 128, 0));
         position.speed = 360;
         position.publish();
         EXPECT_EQ(at(120, 60), QColor(255, 0, 0)) << "the arrow to the north";
         position.fixType = kFixNone;
         position.publish();
-        EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::NoFix));
+        EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::noFix));
         EXPECT_EQ(at(120, 60), QColor(0, 128, 0));
     }
     EXPECT_EQ(screen(), empty) << "the feed is gone";
@@ -189,13 +189,13 @@ TEST_F(MarksOnMapsTest, IconAndArrowAreOfTheSamePosition) {
     NmeaReader reader;
     // Row 90, column 120: 40.095 N, 103.795 W.
     reader.feed("$GPRMC,120000,A,4005.7000,N,10347.7000,W,360.0,000.0,150607,,,A\n");
-    EXPECT_EQ(position.icon(), MapIcon::FixB);
+    EXPECT_EQ(position.icon(), MapIcon::fixB);
     EXPECT_EQ(at(120, 60), QColor(255, 0, 0)) << "the arrow to the north";
     const QImage fix = screen();
     reader.feed("$GPGGA,120000,4005.7000,N,10347.7000,W,0,00,,,M,,M,,\n");
     EXPECT_EQ(screenDrawnAnew(), fix);
     reader.feed("$GPRMC,120001,V,4005.7000,N,10347.7000,W,360.0,000.0,150607,,,N\n");
-    EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::NoFix));
+    EXPECT_TRUE(showsPositionAt(120, 90, MapIcon::noFix));
     const QImage lost = screen();
     reader.feed("$GPGGA,120001,4005.7000,N,10347.7000,W,1,08,1.0,10,M,,M,,\n");
     EXPECT_EQ(screenDrawnAnew(), lost);

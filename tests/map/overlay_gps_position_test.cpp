@@ -130,7 +130,7 @@ TEST_F(OverlayGpsPositionTest, WithoutAFixThereIsNoArrowWhateverTheSpeed) {
     position.speed = 360;
     position.fixType = kFixNone;
     EXPECT_THAT(outline(), ElementsAre(ImagePixel{100, 200}));
-    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::NoFix, false, {60, 60}));
+    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::noFix, false, {60, 60}));
 }
 
 TEST_F(OverlayGpsPositionTest, AnArrowThatEndsNowhereIsNone) {
@@ -185,17 +185,17 @@ TEST_F(OverlayGpsPositionTest, APositionNeverKnownShowsNothing) {
 TEST_F(OverlayGpsPositionTest, TheFixIconAlternatesStartingWithB) {
     useScreen(96);
     position.fixType = kFixGps;
-    for (const MapIcon icon : {MapIcon::FixB, MapIcon::FixA, MapIcon::FixB}) {
+    for (const MapIcon icon : {MapIcon::fixB, MapIcon::fixA, MapIcon::fixB}) {
         position.publish();
         EXPECT_EQ(position.icon(), icon);
         EXPECT_EQ(drawn({{60, 60}}), withIcon(icon, false, {60, 60}));
     }
     position.fixType = kFixNone;
     position.publish();
-    EXPECT_EQ(position.icon(), MapIcon::NoFix);
-    EXPECT_EQ(static_cast<int>(MapIcon::FixA), 121);
-    EXPECT_EQ(static_cast<int>(MapIcon::FixB), 120);
-    EXPECT_EQ(static_cast<int>(MapIcon::NoFix), 119);
+    EXPECT_EQ(position.icon(), MapIcon::noFix);
+    EXPECT_EQ(static_cast<int>(MapIcon::fixA), 121);
+    EXPECT_EQ(static_cast<int>(MapIcon::fixB), 120);
+    EXPECT_EQ(static_cast<int>(MapIcon::noFix), 119);
 }
 
 // A feed learns this and that between two publications; a map may be drawn at any time.
@@ -216,7 +216,7 @@ TEST_F(OverlayGpsPositionTest, WhatIsDrawnIsWhatWasPublishedLast) {
     position.speed = 0;
     position.latitude = 40;
     EXPECT_EQ(at(), published);
-    EXPECT_EQ(position.icon(), MapIcon::FixA);
+    EXPECT_EQ(position.icon(), MapIcon::fixA);
     EXPECT_EQ(drawn({{60, 60}, {60, 20}}), picture);
     COverlayGPSPosition::setVectorScale(10);
     EXPECT_EQ(at().at(0), published[0]) << "another scale does not publish";
@@ -224,8 +224,8 @@ TEST_F(OverlayGpsPositionTest, WhatIsDrawnIsWhatWasPublishedLast) {
     show();
     EXPECT_EQ(at().size(), 1U);
     position.fixType = kFixGps;
-    EXPECT_EQ(position.icon(), MapIcon::NoFix);
-    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::NoFix, false, {60, 60}));
+    EXPECT_EQ(position.icon(), MapIcon::noFix);
+    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::noFix, false, {60, 60}));
 }
 
 TEST_F(OverlayGpsPositionTest, PublishingChangesTheIconThenTellsListenersThenMaps) {
@@ -237,7 +237,7 @@ TEST_F(OverlayGpsPositionTest, PublishingChangesTheIconThenTellsListenersThenMap
     private:
         void onPublished(CDataGPSPosition& record) override {
             log.push_back("position " + std::to_string(record.satellites));
-            EXPECT_EQ(m_overlay.icon(), MapIcon::FixB);
+            EXPECT_EQ(m_overlay.icon(), MapIcon::fixB);
         }
         void onPublished(COverlayObject& object) override {
             const bool changed = object.change() == COverlayObject::Change::changed;
@@ -265,7 +265,7 @@ TEST_F(OverlayGpsPositionTest, APositionThatIsDrawnAsLostIsNewsForMapsAlone) {
         void onPublished(COverlayObject& /*object*/) override { ++pictures; }
     } const counting;
     position.drawAsLost();
-    EXPECT_EQ(position.icon(), MapIcon::NoFix);
+    EXPECT_EQ(position.icon(), MapIcon::noFix);
     EXPECT_EQ(counting.positions, 0);
     EXPECT_EQ(counting.pictures, 1);
 }
@@ -295,7 +295,7 @@ TEST_F(OverlayGpsPositionTest, TheArrowheadsBarbsAreTruncatedToWholePixels) {
     for (const bool large : {false, true}) {
         useScreen(large ? 192 : 191);
         for (const Arrow& row : rows) {
-            QImage expected = withIcon(MapIcon::FixA, large, row.from);
+            QImage expected = withIcon(MapIcon::fixA, large, row.from);
             QPainter painter(&expected);
             painter.setPen(
                 QPen(QColor(255, 0, 0), large ? 3 : 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin)
@@ -313,7 +313,7 @@ TEST_F(OverlayGpsPositionTest, PointsThatCoincideGiveNoArrow) {
     useScreen(96);
     position.fixType = kFixGps;
     show();
-    EXPECT_EQ(drawn({{60, 60}, {60, 60}}), withIcon(MapIcon::FixA, false, {60, 60}));
+    EXPECT_EQ(drawn({{60, 60}, {60, 60}}), withIcon(MapIcon::fixA, false, {60, 60}));
 }
 
 TEST_F(OverlayGpsPositionTest, AnArrowFromOrToFarAwayCrossesThePicture) {
@@ -334,9 +334,9 @@ TEST_F(OverlayGpsPositionTest, AnArrowFromOrToFarAwayCrossesThePicture) {
 TEST_F(OverlayGpsPositionTest, IconsDoubleWhereSystemIconsAre64PixelsWide) {
     position.fixType = kFixNone;
     useScreen(96, 2);
-    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::NoFix, true, {60, 60}));
+    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::noFix, true, {60, 60}));
     useScreen(96, 1.75);
-    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::NoFix, false, {60, 60}));
+    EXPECT_EQ(drawn({{60, 60}}), withIcon(MapIcon::noFix, false, {60, 60}));
 }
 
 TEST_F(OverlayGpsPositionTest, AnotherScaleIsSeenAtOnce) {
@@ -378,8 +378,8 @@ protected:
     }
     void put(const QByteArray& hex) const {
         RegistryStore registry = store();
-        registry.setBinary(RegistryStore::Branch::User, kKey, kName, QByteArray::fromHex(hex));
-        ASSERT_TRUE(registry.save(RegistryStore::Branch::User));
+        registry.setBinary(RegistryStore::Branch::user, kKey, kName, QByteArray::fromHex(hex));
+        ASSERT_TRUE(registry.save(RegistryStore::Branch::user));
     }
 
     const QString kKey = QStringLiteral("Software/Quorvane/Raincast_1/COverlayGPSPosition");
@@ -393,7 +393,7 @@ TEST_F(VectorScaleTest, IsFourBytesInTheSettings) {
     COverlayGPSPosition::setVectorScale(12);
     RegistryStore registry = store();
     ASSERT_TRUE(PersistantData::saveAll(registry, QStringLiteral("Raincast_1")));
-    const auto saved = store().binary(RegistryStore::Branch::User, kKey, kName);
+    const auto saved = store().binary(RegistryStore::Branch::user, kKey, kName);
     ASSERT_TRUE(saved);
     EXPECT_EQ(saved->toHex(), "00004041");
     COverlayGPSPosition::setVectorScale(3);

@@ -37,7 +37,7 @@ protected:
     static QImage pinAt(QPoint tip) {
         QImage picture = ground();
         QPainter painter(&picture);
-        painter.drawImage(tip - QPoint(7, 25), mapIconPicture(MapIcon::Mark, false));
+        painter.drawImage(tip - QPoint(7, 25), mapIconPicture(MapIcon::mark, false));
         return picture;
     }
 

@@ -37,12 +37,12 @@ QString sharedFolder(const QCommandLineParser& options) {
     RegistryStore store = RegistryStore::inStandardFolders();
     const QString named = options.value("folder");
     if (named.isEmpty()) {
-        return store.string(RegistryStore::Branch::User, kKey, kFolderValue)
+        return store.string(RegistryStore::Branch::user, kKey, kFolderValue)
             .value_or(qEnvironmentVariable("XDG_RUNTIME_DIR"));
     }
     if (options.isSet("register")) {
-        store.setString(RegistryStore::Branch::User, kKey, kFolderValue, named);
-        if (!store.save(RegistryStore::Branch::User)) {
+        store.setString(RegistryStore::Branch::user, kKey, kFolderValue, named);
+        if (!store.save(RegistryStore::Branch::user)) {
             return {};
         }
     }

@@ -75,7 +75,7 @@ TEST_F(HttpTransferTest, EveryStatusFrom300OnFailsAndTouchesNoFile) {
         CHttpTransfer transfer(server.host(), true, false);
         EXPECT_FALSE(transfer.DownloadToFile(path, local()));
         EXPECT_FALSE(QFileInfo::exists(local()));
-        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
+        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::connected);
         EXPECT_EQ(lastOutcome().substr(0, 3), std::to_string(status));
     }
     EXPECT_TRUE(files().empty());
@@ -195,7 +195,7 @@ TEST_F(HttpTransferTest, AFailedConnectIsNotTriedAgain) {
         CHttpTransfer transfer(port.host(), true, false);
         EXPECT_FALSE(transfer.DownloadToFile("/a", local()));
         EXPECT_THAT(lastOutcome(), HasSubstr("connect to server"));
-        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Failed);
+        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::failed);
         Strings strings;
         EXPECT_FALSE(transfer.FetchQuotedStrings("/", strings));
         EXPECT_FALSE(transfer.DownloadToFile("/a", local()));
@@ -267,7 +267,7 @@ TEST_F(HttpTransferTest, EachFaultOfAServerHasItsOutcome) {
         EXPECT_EQ(m_http.finished.size(), 1U);
 
         // None of them spoils the object.
-        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
+        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::connected);
         EXPECT_TRUE(transfer.DownloadToFile("/", local()));
         EXPECT_EQ(readFile(local()), "fine");
         QFile::remove(local());
@@ -448,7 +448,7 @@ TEST_F(HttpTransferTest, AStalledBodyEndsThereAndIsTheLast) {
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(readFile(local()), "half a fra");
     EXPECT_EQ(lastOutcome(), "200, the server stalled");
-    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
+    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::connected);
     expectGivenUp(transfer, server, local("other"));
     EXPECT_EQ(files(), "file");
 }
@@ -473,7 +473,7 @@ TEST_F(HttpTransferTest, AResponseWithoutEndEndsAtItsTime) {
     EXPECT_GT(readFile(local()).size(), 0);
     EXPECT_LT(readFile(local()).size(), 200);
     EXPECT_EQ(lastOutcome(), "200, the response took too long");
-    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Connected);
+    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::connected);
     expectGivenUp(transfer, server, local("other"));
 }
 
@@ -502,7 +502,7 @@ TEST_F(HttpTransferTest, ConnectingThatTakesTooLongHasFailed) {
     const DeafPort port;
     CHttpTransfer transfer(port.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
-    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Failed);
+    EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::failed);
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(lastOutcome(), "not tried again");
 }
@@ -515,7 +515,7 @@ TEST_F(HttpTransferTest, AnUnknownHostHasFailed) {
         CHttpTransfer transfer(host, true, false);
         Strings strings;
         EXPECT_FALSE(transfer.FetchQuotedStrings("/ridge/", strings));
-        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::Failed);
+        EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::failed);
     }
 }
 

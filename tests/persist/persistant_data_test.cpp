@@ -133,46 +133,46 @@ TEST_F(PersistantDataTest, TheRecordConstructedLastComesFirst) {
 }
 
 TEST_F(PersistantDataTest, TheUsersValueWinsAndTheMachinesIsTheDefault) {
-    m_store.setDword(Branch::Machine, kUnitsKey, kUnits, 1);
-    m_store.setDword(Branch::User, kUnitsKey, kUnits, 2);
-    m_store.setString(Branch::Machine, kUnitsKey, kFormat, QStringLiteral("Min"));
+    m_store.setDword(Branch::machine, kUnitsKey, kUnits, 1);
+    m_store.setDword(Branch::user, kUnitsKey, kUnits, 2);
+    m_store.setString(Branch::machine, kUnitsKey, kFormat, QStringLiteral("Min"));
     load();
     EXPECT_EQ(units.units, 2U);
     EXPECT_EQ(units.format, QStringLiteral("Min"));
 }
 
 TEST_F(PersistantDataTest, TheBranchesOfABlockLieOverEachOther) {
-    m_store.setBinary(Branch::Machine, kUnitsKey, kData, QByteArray("\x0A\x0B\x0C\x0D", 4));
-    m_store.setBinary(Branch::User, kUnitsKey, kData, QByteArray("\x1A\x1B", 2));
+    m_store.setBinary(Branch::machine, kUnitsKey, kData, QByteArray("\x0A\x0B\x0C\x0D", 4));
+    m_store.setBinary(Branch::user, kUnitsKey, kData, QByteArray("\x1A\x1B", 2));
     load();
     EXPECT_EQ(units.data, (Block{0x1A, 0x1B, 0x0C, 0x0D, 5, 6, 7, 8}));
 }
 
 TEST_F(PersistantDataTest, OfALongerBlockTheFirstBytesAreTaken) {
-    m_store.setBinary(Branch::User, kUnitsKey, kData, QByteArray(12, '\x09'));
-    m_store.setBinary(Branch::User, kUnitsKey, kScale, QByteArray("\x00\x00\x80\x3F\xFF", 5));
+    m_store.setBinary(Branch::user, kUnitsKey, kData, QByteArray(12, '\x09'));
+    m_store.setBinary(Branch::user, kUnitsKey, kScale, QByteArray("\x00\x00\x80\x3F\xFF", 5));
     load();
     EXPECT_EQ(units.data, (Block{9, 9, 9, 9, 9, 9, 9, 9}));
     EXPECT_EQ(units.scale, 1.0F);
 }
 
 TEST_F(PersistantDataTest, AnEmptyBlockChangesNothing) {
-    m_store.setBinary(Branch::User, kUnitsKey, kData, {});
+    m_store.setBinary(Branch::user, kUnitsKey, kData, {});
     load();
     EXPECT_EQ(units.data, (Block{1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 TEST_F(PersistantDataTest, AnEmptyTextIsAValue) {
-    m_store.setString(Branch::User, kUnitsKey, kFormat, {});
+    m_store.setString(Branch::user, kUnitsKey, kFormat, {});
     load();
     EXPECT_EQ(units.format, QString());
 }
 
 TEST_F(PersistantDataTest, AValueOfAnotherTypeChangesNothing) {
-    m_store.setBinary(Branch::User, kUnitsKey, kUnits, QByteArray(4, '\1'));
-    m_store.setBinary(Branch::User, kUnitsKey, kFormat, QByteArray("A\0\0\0", 4));
-    m_store.setDword(Branch::User, kUnitsKey, kScale, 3);
-    m_store.setString(Branch::User, kUnitsKey, kData, QStringLiteral("0102"));
+    m_store.setBinary(Branch::user, kUnitsKey, kUnits, QByteArray(4, '\1'));
+    m_store.setBinary(Branch::user, kUnitsKey, kFormat, QByteArray("A\0\0\0", 4));
+    m_store.setDword(Branch::user, kUnitsKey, kScale, 3);
+    m_store.setString(Branch::user, kUnitsKey, kData, QStringLiteral("0102"));
     load();
     EXPECT_EQ(units.units, 5U);
     EXPECT_EQ(units.data, (Block{1, 2, 3, 4, 5, 6, 7, 8}));
@@ -181,7 +181,7 @@ TEST_F(PersistantDataTest, AValueOfAnotherTypeChangesNothing) {
 }
 
 TEST_F(PersistantDataTest, ANumberOfMoreThanFourBytesChangesNothing) {
-    m_store.setBinary(Branch::User, kUnitsKey, kUnits, QByteArray(8, '\1'));
+    m_store.setBinary(Branch::user, kUnitsKey, kUnits, QByteArray(8, '\1'));
     load();
     EXPECT_EQ(units.units, 5U);
 
@@ -199,9 +199,9 @@ TEST_F(PersistantDataTest, ANumberOfMoreThanFourBytesChangesNothing) {
 TEST_F(PersistantDataTest, WhatTheMachineBranchRefusesGoesToTheUsers) {
     RegistryStore store(m_folder.path(), userFile()); // a folder is no file to write
     EXPECT_TRUE(PersistantData::saveAll(store, kApplication));
-    EXPECT_EQ(store.string(Branch::User, kInstallationKey, kServer), QStringLiteral("s"));
+    EXPECT_EQ(store.string(Branch::user, kInstallationKey, kServer), QStringLiteral("s"));
     const RegistryStore again(m_folder.path(), userFile());
-    EXPECT_EQ(again.string(Branch::User, kInstallationKey, kServer), QStringLiteral("s"));
+    EXPECT_EQ(again.string(Branch::user, kInstallationKey, kServer), QStringLiteral("s"));
 }
 
 TEST_F(PersistantDataTest, AUserBranchThatCannotBeWrittenIsReported) {
@@ -225,7 +225,7 @@ TEST_F(PersistantDataTest, AValueSetForThisRunIsNotSaved) {
     static WithOption record("CWithOptionTest");
     const QString key = kRoot + QStringLiteral("/CWithOptionTest");
     const QString name = QStringLiteral("config_file");
-    m_store.setString(Branch::User, key, name, QStringLiteral("/stored"));
+    m_store.setString(Branch::user, key, name, QStringLiteral("/stored"));
     load();
     EXPECT_TRUE(record.loading);
     EXPECT_EQ(record.file, QStringLiteral("/stored"));
@@ -235,8 +235,8 @@ TEST_F(PersistantDataTest, AValueSetForThisRunIsNotSaved) {
     ASSERT_TRUE(save());
     EXPECT_FALSE(record.loading);
     const RegistryStore again(machineFile(), userFile());
-    EXPECT_EQ(again.string(Branch::User, key, name), QStringLiteral("/stored"));
-    EXPECT_EQ(again.dword(Branch::User, key, QStringLiteral("other")), 2U);
+    EXPECT_EQ(again.string(Branch::user, key, name), QStringLiteral("/stored"));
+    EXPECT_EQ(again.dword(Branch::user, key, QStringLiteral("other")), 2U);
 }
 
 TEST_F(PersistantDataTest, WhatIsSetForARunEndsWithIt) {

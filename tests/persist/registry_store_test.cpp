@@ -49,7 +49,7 @@ protected:
 
 TEST_F(RegistryStoreTest, WithoutFilesNothingIsThereAndNothingIsCreated) {
     const RegistryStore store = open();
-    for (const Branch branch : {Branch::Machine, Branch::User}) {
+    for (const Branch branch : {Branch::machine, Branch::user}) {
         EXPECT_EQ(store.dword(branch, kKey, kName), std::nullopt);
         EXPECT_EQ(store.binary(branch, kKey, kName), std::nullopt);
         EXPECT_EQ(store.string(branch, kKey, kName), std::nullopt);
@@ -68,28 +68,28 @@ TEST_F(RegistryStoreTest, ReadsEachType) {
     })");
     const RegistryStore store = open();
     const QString units = QStringLiteral("Software/Quorvane/Raincast_1/CDefaultUnits");
-    EXPECT_EQ(store.dword(Branch::User, units, QStringLiteral("units")), 0xFFFFFFFFU);
+    EXPECT_EQ(store.dword(Branch::user, units, QStringLiteral("units")), 0xFFFFFFFFU);
     EXPECT_EQ(
-        store.binary(Branch::User, units, QStringLiteral("data")), QByteArray("\x00\xFF\x7F\xA0", 4)
+        store.binary(Branch::user, units, QStringLiteral("data")), QByteArray("\x00\xFF\x7F\xA0", 4)
     );
     EXPECT_EQ(
-        store.string(Branch::User, units, QStringLiteral("posnfmt")),
+        store.string(Branch::user, units, QStringLiteral("posnfmt")),
         QStringLiteral("Deg,Min \u00B0")
     );
     EXPECT_EQ(
-        store.string(Branch::User, kKey, QStringLiteral("temp_folder")), QStringLiteral("/tmp")
+        store.string(Branch::user, kKey, QStringLiteral("temp_folder")), QStringLiteral("/tmp")
     );
-    EXPECT_EQ(store.string(Branch::Machine, kKey, QStringLiteral("temp_folder")), std::nullopt);
+    EXPECT_EQ(store.string(Branch::machine, kKey, QStringLiteral("temp_folder")), std::nullopt);
 }
 
 TEST_F(RegistryStoreTest, WritesWhatItReads) {
     RegistryStore store = open();
-    store.setDword(Branch::User, kKey, QStringLiteral("d"), 0x89ABCDEF);
-    store.setBinary(Branch::User, kKey, QStringLiteral("b"), QByteArray("\x00\xFE", 2));
-    store.setString(Branch::User, kKey, QStringLiteral("s"), QStringLiteral("a\u20AC"));
-    store.addKey(Branch::User, QStringLiteral("Software/Quorvane/Empty"));
-    EXPECT_EQ(store.dword(Branch::User, kKey, QStringLiteral("d")), 0x89ABCDEFU);
-    ASSERT_TRUE(store.save(Branch::User));
+    store.setDword(Branch::user, kKey, QStringLiteral("d"), 0x89ABCDEF);
+    store.setBinary(Branch::user, kKey, QStringLiteral("b"), QByteArray("\x00\xFE", 2));
+    store.setString(Branch::user, kKey, QStringLiteral("s"), QStringLiteral("a\u20AC"));
+    store.addKey(Branch::user, QStringLiteral("Software/Quorvane/Empty"));
+    EXPECT_EQ(store.dword(Branch::user, kKey, QStringLiteral("d")), 0x89ABCDEFU);
+    ASSERT_TRUE(store.save(Branch::user));
     EXPECT_EQ(QJsonDocument::fromJson(get(userFile())), QJsonDocument::fromJson(R"({
             "Software/Quorvane": {
                 "b": {"type": "binary", "value": "00fe"},
@@ -99,9 +99,9 @@ TEST_F(RegistryStoreTest, WritesWhatItReads) {
             "Software/Quorvane/Empty": {}
         })"));
     const RegistryStore again = open();
-    EXPECT_EQ(again.dword(Branch::User, kKey, QStringLiteral("d")), 0x89ABCDEFU);
-    EXPECT_EQ(again.binary(Branch::User, kKey, QStringLiteral("b")), QByteArray("\x00\xFE", 2));
-    EXPECT_EQ(again.string(Branch::User, kKey, QStringLiteral("s")), QStringLiteral("a\u20AC"));
+    EXPECT_EQ(again.dword(Branch::user, kKey, QStringLiteral("d")), 0x89ABCDEFU);
+    EXPECT_EQ(again.binary(Branch::user, kKey, QStringLiteral("b")), QByteArray("\x00\xFE", 2));
+    EXPECT_EQ(again.string(Branch::user, kKey, QStringLiteral("s")), QStringLiteral("a\u20AC"));
     EXPECT_FALSE(QFileInfo::exists(machineFile()));
 }
 
@@ -146,18 +146,18 @@ TEST_F(RegistryStoreTest, AnEntryOfAnotherTypeOrFormIsNotThere) {
     for (const Entry& entry : entries) {
         putEntry(entry.json);
         const RegistryStore store = open();
-        EXPECT_EQ(store.dword(Branch::User, kKey, kName).has_value(), entry.dword) << entry.json;
-        EXPECT_EQ(store.binary(Branch::User, kKey, kName).has_value(), entry.binary) << entry.json;
-        EXPECT_EQ(store.string(Branch::User, kKey, kName).has_value(), entry.string) << entry.json;
+        EXPECT_EQ(store.dword(Branch::user, kKey, kName).has_value(), entry.dword) << entry.json;
+        EXPECT_EQ(store.binary(Branch::user, kKey, kName).has_value(), entry.binary) << entry.json;
+        EXPECT_EQ(store.string(Branch::user, kKey, kName).has_value(), entry.string) << entry.json;
     }
 }
 
 TEST_F(RegistryStoreTest, AKeyThatIsNoObjectHasNoValuesAndIsReplacedWhenWritten) {
     put(userFile(), R"({"Software/Quorvane": 7, "other": [1, {"x": null}]})");
     RegistryStore store = open();
-    EXPECT_EQ(store.dword(Branch::User, kKey, kName), std::nullopt);
-    store.setDword(Branch::User, kKey, kName, 1);
-    ASSERT_TRUE(store.save(Branch::User));
+    EXPECT_EQ(store.dword(Branch::user, kKey, kName), std::nullopt);
+    store.setDword(Branch::user, kKey, kName, 1);
+    ASSERT_TRUE(store.save(Branch::user));
     EXPECT_EQ(
         QJsonDocument::fromJson(get(userFile())),
         QJsonDocument::fromJson(
@@ -168,13 +168,13 @@ TEST_F(RegistryStoreTest, AKeyThatIsNoObjectHasNoValuesAndIsReplacedWhenWritten)
 
 TEST_F(RegistryStoreTest, TextEndsAtItsTerminator) {
     putEntry(R"({"type":"string","value":"ab\u0000cd"})");
-    EXPECT_EQ(open().string(Branch::User, kKey, kName), QStringLiteral("ab"));
+    EXPECT_EQ(open().string(Branch::user, kKey, kName), QStringLiteral("ab"));
 }
 
 TEST_F(RegistryStoreTest, ASaveKeepsWhatOthersWroteMeanwhile) {
     putEntry(R"({"type":"dword","value":1})");
     RegistryStore store = open();
-    store.setDword(Branch::User, kKey, kName, 2);
+    store.setDword(Branch::user, kKey, kName, 2);
     put(userFile(), R"({
         "Software/Quorvane": {
             "name": {"type": "dword", "value": 9},
@@ -182,7 +182,7 @@ TEST_F(RegistryStoreTest, ASaveKeepsWhatOthersWroteMeanwhile) {
         },
         "Software/Other": {"x": 0.1}
     })");
-    ASSERT_TRUE(store.save(Branch::User));
+    ASSERT_TRUE(store.save(Branch::user));
     EXPECT_EQ(QJsonDocument::fromJson(get(userFile())), QJsonDocument::fromJson(R"({
             "Software/Quorvane": {
                 "name": {"type": "dword", "value": 2},
@@ -193,7 +193,7 @@ TEST_F(RegistryStoreTest, ASaveKeepsWhatOthersWroteMeanwhile) {
     EXPECT_TRUE(get(userFile()).contains("9007199254740993"));
     // The store knows them now, and saves no change twice.
     put(userFile(), "{}");
-    ASSERT_TRUE(store.save(Branch::User));
+    ASSERT_TRUE(store.save(Branch::user));
     EXPECT_EQ(get(userFile()), "{}");
 }
 
@@ -201,9 +201,9 @@ TEST_F(RegistryStoreTest, AFileThatHasTheChangesAlreadyIsNotTouched) {
     const QByteArray byHand = R"({ "Software/Quorvane":{"name":{"value":1,"type":"dword"}} })";
     put(userFile(), byHand);
     RegistryStore store = open();
-    store.setDword(Branch::User, kKey, kName, 1);
-    store.addKey(Branch::User, kKey);
-    EXPECT_TRUE(store.save(Branch::User));
+    store.setDword(Branch::user, kKey, kName, 1);
+    store.addKey(Branch::user, kKey);
+    EXPECT_TRUE(store.save(Branch::user));
     EXPECT_EQ(get(userFile()), byHand);
 }
 
@@ -211,31 +211,31 @@ TEST_F(RegistryStoreTest, ASaveThatFailsLeavesTheFileAndTheChanges) {
     putEntry(R"({"type":"dword","value":1})");
     const QByteArray before = get(userFile());
     RegistryStore store = open();
-    store.setString(Branch::User, kKey, kName, QString(100, u'x'));
+    store.setString(Branch::user, kKey, kName, QString(100, u'x'));
     {
         const FullDisk disk(50);
-        const auto saved = store.save(Branch::User);
+        const auto saved = store.save(Branch::user);
         ASSERT_FALSE(saved);
         EXPECT_EQ(saved.error(), "File too large");
     }
     EXPECT_EQ(get(userFile()), before);
-    EXPECT_TRUE(store.save(Branch::User));
-    EXPECT_EQ(open().string(Branch::User, kKey, kName), QString(100, u'x'));
+    EXPECT_TRUE(store.save(Branch::user));
+    EXPECT_EQ(open().string(Branch::user, kKey, kName), QString(100, u'x'));
 }
 
 TEST_F(RegistryStoreTest, AFolderThatCannotBeMadeFailsTheSave) {
     put(m_folder.filePath(QStringLiteral("machine")), "a file where the folder should be");
     RegistryStore store = open();
-    store.setDword(Branch::Machine, kKey, kName, 1);
-    const auto saved = store.save(Branch::Machine);
+    store.setDword(Branch::machine, kKey, kName, 1);
+    const auto saved = store.save(Branch::machine);
     ASSERT_FALSE(saved);
     EXPECT_EQ(saved.error(), "Not a directory");
-    EXPECT_EQ(store.path(Branch::Machine), machineFile());
-    EXPECT_EQ(store.path(Branch::User), userFile());
+    EXPECT_EQ(store.path(Branch::machine), machineFile());
+    EXPECT_EQ(store.path(Branch::user), userFile());
     store.moveMachineChangesToUser();
-    EXPECT_EQ(store.dword(Branch::User, kKey, kName), 1U);
-    EXPECT_TRUE(store.save(Branch::User));
-    EXPECT_EQ(open().dword(Branch::User, kKey, kName), 1U);
+    EXPECT_EQ(store.dword(Branch::user, kKey, kName), 1U);
+    EXPECT_TRUE(store.save(Branch::user));
+    EXPECT_EQ(open().dword(Branch::user, kKey, kName), 1U);
 }
 
 TEST_F(RegistryStoreTest, ADamagedFileIsSetAsideAndSaidOnce) {
@@ -255,16 +255,16 @@ TEST_F(RegistryStoreTest, ADamagedFileIsSetAsideAndSaidOnce) {
         put(userFile(), bytes);
         testing::internal::CaptureStderr();
         RegistryStore store = open();
-        EXPECT_EQ(store.dword(Branch::User, kKey, kName), std::nullopt);
+        EXPECT_EQ(store.dword(Branch::user, kKey, kName), std::nullopt);
         EXPECT_FALSE(QFileInfo::exists(userFile()));
         EXPECT_EQ(get(userFile() + QStringLiteral(".bad")), bytes);
         put(userFile(), bytes);
-        store.setDword(Branch::User, kKey, kName, 3);
-        EXPECT_TRUE(store.save(Branch::User));
+        store.setDword(Branch::user, kKey, kName, 3);
+        EXPECT_TRUE(store.save(Branch::user));
         const QByteArray said(testing::internal::GetCapturedStderr().c_str());
         EXPECT_EQ(said.count('\n'), 1) << said.constData();
         EXPECT_TRUE(said.contains(userFile().toUtf8() + ".bad")) << said.constData();
-        EXPECT_EQ(open().dword(Branch::User, kKey, kName), 3U);
+        EXPECT_EQ(open().dword(Branch::user, kKey, kName), 3U);
     }
 }
 
@@ -272,8 +272,8 @@ TEST_F(RegistryStoreTest, WhatIsNoFileIsNeitherReadNorReplaced) {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(userFile()).path()));
     ASSERT_EQ(mkfifo(qPrintable(userFile()), 0600), 0);
     RegistryStore store = open();
-    store.setDword(Branch::User, kKey, kName, 3);
-    const auto saved = store.save(Branch::User);
+    store.setDword(Branch::user, kKey, kName, 3);
+    const auto saved = store.save(Branch::user);
     ASSERT_FALSE(saved);
     EXPECT_EQ(saved.error(), "Not a regular file");
     struct stat status {};
@@ -321,7 +321,7 @@ protected:
                                 QByteArray::number(number) + "}}}");
     }
     static std::optional<std::uint32_t> machineNumber() {
-        return RegistryStore::inStandardFolders().dword(Branch::Machine, kKey, kName);
+        return RegistryStore::inStandardFolders().dword(Branch::machine, kKey, kName);
     }
 
 private:
@@ -350,18 +350,18 @@ TEST_F(StandardFoldersTest, TheFirstThatExistsCountsAlone) {
 TEST_F(StandardFoldersTest, TheMachinesFileIsChangedWhereItIs) {
     putNumber("second", 2);
     RegistryStore store = RegistryStore::inStandardFolders();
-    store.setDword(Branch::Machine, kKey, kName, 7);
-    EXPECT_TRUE(store.save(Branch::Machine));
+    store.setDword(Branch::machine, kKey, kName, 7);
+    EXPECT_TRUE(store.save(Branch::machine));
     EXPECT_FALSE(QFileInfo::exists(fileIn("first")));
     EXPECT_EQ(machineNumber(), 7U);
 }
 
 TEST_F(StandardFoldersTest, AreThoseOfTheEnvironment) {
     RegistryStore store = RegistryStore::inStandardFolders();
-    store.setDword(Branch::Machine, kKey, kName, 1);
-    store.setDword(Branch::User, kKey, kName, 2);
-    EXPECT_TRUE(store.save(Branch::Machine));
-    EXPECT_TRUE(store.save(Branch::User));
+    store.setDword(Branch::machine, kKey, kName, 1);
+    store.setDword(Branch::user, kKey, kName, 2);
+    EXPECT_TRUE(store.save(Branch::machine));
+    EXPECT_TRUE(store.save(Branch::user));
     EXPECT_TRUE(QFileInfo::exists(fileIn("first")));
     EXPECT_TRUE(QFileInfo::exists(fileIn("home")));
 }

@@ -91,7 +91,7 @@ inline void fillSample(SampleApplication& application) {
     auto details = std::make_unique<SampleDetails>();
     details->title = QStringLiteral("\u00DC\u20AC");
     details->flag = true;
-    details->shape = SampleDetails::Shape::Square;
+    details->shape = SampleDetails::Shape::square;
     details->zoom = -2;
     details->scale = 2.5F;
     details->latitude = 37.0;

@@ -66,7 +66,7 @@ private:
 /// gives.
 class SampleDetails : public SampleItem {
 public:
-    enum class Shape : std::int32_t { Round, Square };
+    enum class Shape : std::int32_t { round, square };
 
     bool Read(CSerialReader& reader) override {
         if (!SampleItem::Read(reader)) {
@@ -75,7 +75,7 @@ public:
         CRecordReader record(reader);
         record.string(title);
         record.value(flag);
-        record.valueWithin(shape, Shape::Round, Shape::Square);
+        record.valueWithin(shape, Shape::round, Shape::square);
         record.valueWithin(zoom, -2, 4);
         record.valueWithin(scale, 0.0F, 100.0F);
         record.valueWithin(latitude, -90.0, 90.0);
@@ -114,7 +114,7 @@ public:
 
     QString title;
     bool flag = false;
-    Shape shape = Shape::Round;
+    Shape shape = Shape::round;
     std::int32_t zoom = 0;
     float scale = 1.0F;
     double latitude = 0.0;
@@ -132,7 +132,7 @@ public:
         record.value(enabled);
         record.end();
         return reader.readObjects<SampleItem>(
-            CountKind::Signed,
+            CountKind::signedCount,
             [this](std::unique_ptr<SampleItem> item) { items.push_back(std::move(item)); }
         );
     }
@@ -177,7 +177,7 @@ class SampleApplication : public CSerializable {
 public:
     bool Read(CSerialReader& reader) override {
         return reader.readObjects<SamplePage>(
-            CountKind::Unsigned,
+            CountKind::unsignedCount,
             [this](std::unique_ptr<SamplePage> page) { pages.push_back(std::move(page)); }
         );
     }

@@ -57,7 +57,7 @@ TEST(SerialReaderTest, ReadsTheFormat) {
     EXPECT_EQ(details->placement, SampleItem().placement);
     EXPECT_EQ(details->title, QStringLiteral("\u00DC\u20AC"));
     EXPECT_TRUE(details->flag);
-    EXPECT_EQ(details->shape, SampleDetails::Shape::Square);
+    EXPECT_EQ(details->shape, SampleDetails::Shape::square);
     EXPECT_EQ(details->zoom, -2);
     EXPECT_EQ(details->scale, 2.5F);
     EXPECT_EQ(details->latitude, 37.0);
@@ -196,7 +196,7 @@ TEST(SerialReaderTest, NumbersOutOfRangeKeepTheDefault) {
     EXPECT_TRUE(reader.whole());
     const auto& details = dynamic_cast<const SampleDetails&>(*object);
     EXPECT_TRUE(details.flag); // any byte but 0
-    EXPECT_EQ(details.shape, SampleDetails::Shape::Round);
+    EXPECT_EQ(details.shape, SampleDetails::Shape::round);
     EXPECT_EQ(details.zoom, 0);
     EXPECT_EQ(details.scale, 1.0F);
     EXPECT_EQ(details.latitude, 0.0);

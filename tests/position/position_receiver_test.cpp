@@ -35,12 +35,12 @@ protected:
 };
 
 TEST_F(PositionReceiverTest, PublishesWhatComes) {
-    EXPECT_EQ(receiver.state(), State::Off);
+    EXPECT_EQ(receiver.state(), State::off);
     EXPECT_FALSE(receiver.address());
     EXPECT_EQ(status(), "No position source");
     use();
     EXPECT_EQ(receiver.address(), address());
-    EXPECT_EQ(receiver.state(), State::Open);
+    EXPECT_EQ(receiver.state(), State::open);
     FakeSource::send("$GPVTG,1\r\n$GPV");
     FakeSource::send("TG,2\r\n");
     ASSERT_EQ(vtg.records.size(), 2U);
@@ -52,7 +52,7 @@ TEST_F(PositionReceiverTest, PublishesWhatComes) {
 TEST_F(PositionReceiverTest, OpensABrokenSourceAgainForever) {
     FakeSource::breaksWhenOpened = true;
     use();
-    EXPECT_EQ(receiver.state(), State::Waiting);
+    EXPECT_EQ(receiver.state(), State::waiting);
     EXPECT_EQ(status(), "no such device; opening it again after 1 s; read 0 bytes");
     std::vector<int> delays;
     for (int i = 0; i < 8; ++i) {
@@ -63,7 +63,7 @@ TEST_F(PositionReceiverTest, OpensABrokenSourceAgainForever) {
 
     FakeSource::breaksWhenOpened = false;
     EXPECT_EQ(timers.fire(), 30000);
-    EXPECT_EQ(receiver.state(), State::Open);
+    EXPECT_EQ(receiver.state(), State::open);
     EXPECT_EQ(receiver.problem(), QStringLiteral("no such device")) << "until a sentence comes";
     EXPECT_EQ(status(), "no such device; trying again; read 0 bytes");
     FakeSource::send("$GPVTG,1\r\n");
@@ -104,7 +104,7 @@ TEST_F(PositionReceiverTest, AnotherSourceReplacesTheOneInUse) {
     EXPECT_EQ(status(), "Open; read 0 bytes");
     receiver.use(std::nullopt);
     EXPECT_EQ(FakeSource::ended, 2);
-    EXPECT_EQ(receiver.state(), State::Off);
+    EXPECT_EQ(receiver.state(), State::off);
 }
 
 TEST_F(PositionReceiverTest, NothingIsOpenedWhileTheProgramIsBusy) {
@@ -131,14 +131,14 @@ TEST_F(PositionReceiverTest, ARecordedFileIsPlayedOnceAFileThatAppearsLaterIsFou
     const QString path = folder.filePath(QStringLiteral("log.nmea"));
     PositionReceiver player(timers);
     player.use(PositionSourceAddress::parse(QStringLiteral("file:%1?rate=0").arg(path)));
-    EXPECT_EQ(player.state(), State::Waiting);
+    EXPECT_EQ(player.state(), State::waiting);
     writeFile(path, "$GPVTG,1\r\n$GPVTG,2\r\n");
     EXPECT_EQ(timers.fire(), 1000);
-    EXPECT_EQ(player.state(), State::Open);
+    EXPECT_EQ(player.state(), State::open);
     timers.fire();
     EXPECT_EQ(vtg.records.size(), 2U);
     timers.fire();
-    EXPECT_EQ(player.state(), State::Finished);
+    EXPECT_EQ(player.state(), State::finished);
     EXPECT_EQ(player.statusText().toStdString(), "Finished; read 20 bytes: 2 taken");
     EXPECT_EQ(timers.fire(), -1);
 }

@@ -179,11 +179,11 @@ protected:
         PersistantData::loadAll(store, application);
     }
     static QString name(const char* value) { return QString::fromLatin1(value); }
-    void put(const char* value, std::uint32_t number, Branch branch = Branch::User) {
+    void put(const char* value, std::uint32_t number, Branch branch = Branch::user) {
         store.setDword(branch, key, name(value), number);
     }
     void put(const char* value, const QString& text) {
-        store.setString(Branch::User, key, name(value), text);
+        store.setString(Branch::user, key, name(value), text);
     }
 
     const QString key = QStringLiteral("Software/Quorvane/Raincast_1/CDefaultUnits");
@@ -202,12 +202,12 @@ TEST_F(UnitsSettingsTest, AreSavedAndLoaded) {
     chosen.positionFormat = &CUnits::PositionFormatType::named("Degrees");
     CUnits::setGlobal(chosen);
     ASSERT_TRUE(PersistantData::saveAll(store, QStringLiteral("Raincast_1")));
-    EXPECT_EQ(store.dword(Branch::User, key, name("units")), 4U);
-    EXPECT_EQ(store.dword(Branch::User, key, name("speed")), 3U);
+    EXPECT_EQ(store.dword(Branch::user, key, name("units")), 4U);
+    EXPECT_EQ(store.dword(Branch::user, key, name("speed")), 3U);
     EXPECT_EQ(
-        store.binary(Branch::User, key, name("data")), QByteArray::fromHex("01020304050607ff")
+        store.binary(Branch::user, key, name("data")), QByteArray::fromHex("01020304050607ff")
     );
-    EXPECT_EQ(store.string(Branch::User, key, name("posnfmt")), QStringLiteral("Degrees"));
+    EXPECT_EQ(store.string(Branch::user, key, name("posnfmt")), QStringLiteral("Degrees"));
 
     CUnits::setGlobal(keep.before());
     load();
@@ -256,8 +256,8 @@ TEST_F(UnitsSettingsTest, AnUnknownOrMissingFormatGivesTheUsualOne) {
 }
 
 TEST_F(UnitsSettingsTest, TheInstallationsDefaultsGiveWayToTheUser) {
-    put("units", 2, Branch::Machine);
-    put("speed", 2, Branch::Machine);
+    put("units", 2, Branch::machine);
+    put("speed", 2, Branch::machine);
     put("speed", 1);
     load();
     EXPECT_EQ(CUnits::global().units, CUnits::kKilometres);
@@ -266,7 +266,7 @@ TEST_F(UnitsSettingsTest, TheInstallationsDefaultsGiveWayToTheUser) {
 
 TEST_F(UnitsSettingsTest, OfDataThatIsTooLongTheFirstBytesAreTaken) {
     store.setBinary(
-        Branch::User, key, name("data"), QByteArray::fromHex("010203040506070809101112")
+        Branch::user, key, name("data"), QByteArray::fromHex("010203040506070809101112")
     );
     load();
     EXPECT_EQ(CUnits::global().data, (std::array<std::uint8_t, 8>{1, 2, 3, 4, 5, 6, 7, 8}));

@@ -43,10 +43,10 @@ protected:
 
 TEST_F(ItemWeatherCacheTest, WhatALogInPageLeftIsGoneOnTheNextNetwork) {
     const FaultServer portal(answers::respond(200, "<html>Please <a href=\"/\">log in</a>"));
-    CServers::set({portal.host(), portal.host()});
+    ServersSetting::set({portal.host(), portal.host()});
     showSite();
     EXPECT_EQ(m_item->statusText(), kNoInternet);
-    CServers::set({m_server.host(), m_server.host()});
+    ServersSetting::set({m_server.host(), m_server.host()});
     update();
     EXPECT_EQ(m_item->statusText(), QString());
     EXPECT_EQ(shown(), "5:54");

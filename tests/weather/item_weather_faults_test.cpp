@@ -30,7 +30,7 @@ class ItemWeatherFaultsTest : public test::WeatherPage {
 protected:
     ItemWeatherFaultsTest() { ScopedHttp::waitBriefly(); }
 
-    void useServer(const QString& host) { CServers::set({host, host}); }
+    void useServer(const QString& host) { ServersSetting::set({host, host}); }
     /// How much is written at the item's top, where the status stands.
     [[nodiscard]] int writtenAtTop() {
         const QImage picture = drawn();
@@ -187,7 +187,7 @@ TEST_F(ItemWeatherFaultsTest, ALayerWithoutEndIsRefused) {
         while (to.send(much)) {
         }
     });
-    CServers::set({m_server.host(), server.host()}); // counties and cities
+    ServersSetting::set({m_server.host(), server.host()}); // counties and cities
     showSite();
     EXPECT_EQ(m_item->statusText(), QString());
     EXPECT_EQ(shown(), "5:54");

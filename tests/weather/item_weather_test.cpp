@@ -290,9 +290,9 @@ TEST_F(ItemWeatherTest, TheStatusStandsBelowTheLinesOfTheMap) {
     const QRect status(0, 8, 300, 3 * height);
     EXPECT_EQ(below.copy(status.translated(0, height)), alone.copy(status));
     EXPECT_NE(below.copy(0, 0, 300, height), alone.copy(0, 0, 300, height));
-    CMapLines::show(CMapLines::position, false);
+    MapLinesSetting::show(MapLinesSetting::position, false);
     EXPECT_EQ(drawn(), alone);
-    CMapLines::show(CMapLines::position, true);
+    MapLinesSetting::show(MapLinesSetting::position, true);
 }
 
 TEST_F(ItemWeatherTest, ItsMenuHasTheMapsEntriesBesideItsOwn) {

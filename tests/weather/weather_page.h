@@ -13,7 +13,7 @@
 #include "support/serial_bytes.h"
 #include "support/time_zone.h"
 #include "weather/item_weather.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "window/commands.h"
 
 #include <QPainter>
@@ -50,7 +50,7 @@ protected:
         Clock::use(&m_clock);
         qputenv("XDG_DATA_HOME", m_folder.filePath("data").toLocal8Bit());
         qputenv("RAINCAST_CARD_ROOT", m_folder.filePath("cards").toLocal8Bit());
-        CServers::set({m_server.host(), m_server.host()});
+        ServersSetting::set({m_server.host(), m_server.host()});
         publishLayers("MUX");
         publishFrames({"20190519_0534", "20190519_0544", "20190519_0554"});
         m_window.resize(300, 280);
@@ -59,7 +59,7 @@ protected:
     }
     ~WeatherPage() override {
         m_page->deactivate();
-        CServers::set({CServers::localServer(), CServers::localServer()});
+        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
         qunsetenv("XDG_DATA_HOME");
         qunsetenv("RAINCAST_CARD_ROOT");
         Clock::use(nullptr);

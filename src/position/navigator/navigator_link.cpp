@@ -28,7 +28,7 @@ std::unique_ptr<NavigatorPort::Window> findNavigator() {
 QString sharedFilePath() {
     const QString folder = RegistryStore::inStandardFolders()
                                .string(
-                                   RegistryStore::Branch::User, QStringLiteral("Software/Quorvane"),
+                                   RegistryStore::Branch::user, QStringLiteral("Software/Quorvane"),
                                    QStringLiteral("temp_folder")
                                )
                                .value_or(QString());

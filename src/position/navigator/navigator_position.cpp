@@ -29,12 +29,12 @@ NavigatorStatus get(NavigatorRequest request, NavigatorPosition& position) {
 
 } // namespace
 
-NavigatorStatus GetNavigatorPosition(NavigatorPosition& position) {
+NavigatorStatus getNavigatorPosition(NavigatorPosition& position) {
     const NavigatorStatus status = get(kNavigatorGetPositionNewer, position);
     return status == kNavigatorUnknownRequest ? get(kNavigatorGetPosition, position) : status;
 }
 
-NavigatorStatus SetNavigatorPosition(const CDataGPSPosition& position) {
+NavigatorStatus setNavigatorPosition(const CDataGPSPosition& position) {
     CQV_transaction transaction;
     transaction.WriteDouble(position.latitude);
     transaction.WriteDouble(position.longitude);

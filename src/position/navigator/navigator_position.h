@@ -26,10 +26,10 @@ struct NavigatorPosition {
 /// Asks the navigator for its position by the newer request and, if it does not know that one, by
 /// the older. `position` means something when the status is success. A file that is too short is
 /// kNavigatorFileFailed.
-[[nodiscard]] NavigatorStatus GetNavigatorPosition(NavigatorPosition& position);
+[[nodiscard]] NavigatorStatus getNavigatorPosition(NavigatorPosition& position);
 
 /// Tells the navigator a position that came from elsewhere. Parameters that could not be written
 /// show only as a file that the navigator finds too short.
-NavigatorStatus SetNavigatorPosition(const CDataGPSPosition& position);
+NavigatorStatus setNavigatorPosition(const CDataGPSPosition& position);
 
 } // namespace raincast

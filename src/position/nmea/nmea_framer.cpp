@@ -10,15 +10,15 @@ namespace raincast {
 
 namespace {
 
-enum class ByteClass : std::uint8_t { Other, Text, Start, LineEnd };
+enum class ByteClass : std::uint8_t { other, text, start, lineEnd };
 
 constexpr std::array<ByteClass, 256> makeByteClasses() {
     std::array<ByteClass, 256> classes{};
     for (std::size_t c = ' '; c <= '~'; ++c) {
-        classes[c] = ByteClass::Text;
+        classes[c] = ByteClass::text;
     }
-    classes['$'] = classes['!'] = ByteClass::Start;
-    classes['\r'] = classes['\n'] = ByteClass::LineEnd;
+    classes['$'] = classes['!'] = ByteClass::start;
+    classes['\r'] = classes['\n'] = ByteClass::lineEnd;
     return classes;
 }
 
@@ -30,7 +30,7 @@ ByteClass classOf(char c) {
 
 std::size_t textRun(std::string_view input) {
     std::size_t length = 0;
-    while (length < input.size() && classOf(input[length]) == ByteClass::Text) {
+    while (length < input.size() && classOf(input[length]) == ByteClass::text) {
         ++length;
     }
     return length;
@@ -57,7 +57,7 @@ std::optional<std::string_view> NmeaFramer::next(std::string_view& input) {
         if (input.empty()) {
             return std::nullopt;
         }
-        if (classOf(input.front()) == ByteClass::LineEnd) {
+        if (classOf(input.front()) == ByteClass::lineEnd) {
             input.remove_prefix(1);
             const std::string_view sentence{m_sentence.data(), m_length};
             m_length = 0;

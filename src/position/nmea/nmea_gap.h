@@ -20,17 +20,17 @@ public:
     void skip(std::string_view& input);
 
     /// What comes next begins a line, or is the rest of one.
-    void beginLine() { m_state = State::LineStart; }
-    void continueLine() { m_state = State::Junk; }
+    void beginLine() { m_state = State::lineStart; }
+    void continueLine() { m_state = State::junk; }
 
 private:
     enum class State : std::uint8_t {
-        LineStart,
-        Brace, ///< of what may become a line of JSON
-        Junk,
-        Json,
-        String,        ///< of JSON
-        EscapeSequence ///< within a string
+        lineStart,
+        brace, ///< of what may become a line of JSON
+        junk,
+        json,
+        string,        ///< of JSON
+        escapeSequence ///< within a string
     };
 
     [[nodiscard]] bool endsAt(char c) const;
@@ -38,7 +38,7 @@ private:
     [[nodiscard]] State junk(unsigned bytes);
 
     NmeaCounters& m_counters;
-    State m_state = State::LineStart;
+    State m_state = State::lineStart;
 };
 
 } // namespace raincast

@@ -17,25 +17,25 @@ const GGA::Type type;
 // GPGGA,093802,5213.1439,N,02100.6511,E,2,10,0.9,137.2,M,36.2,M,
 bool GGA::Parse(std::string_view text) {
     enum : std::size_t {
-        Latitude = 2,
-        NorthSouth,
-        Longitude,
-        EastWest,
-        Quality,
-        Satellites,
-        Dilution,
-        Altitude,
-        Count = 14
+        kLatitude = 2,
+        kNorthSouth,
+        kLongitude,
+        kEastWest,
+        kQuality,
+        kSatellites,
+        kDilution,
+        kAltitude,
+        kCount = 14
     };
-    std::array<std::string_view, Count> fields;
+    std::array<std::string_view, kCount> fields;
     splitNmeaFields(text, fields);
 
-    quality = nmeaInt(fields[Quality]);
-    latitude = nmeaLatitude(fields[Latitude], fields[NorthSouth]);
-    longitude = nmeaLongitude(fields[Longitude], fields[EastWest]);
-    altitude = nmeaFloat(fields[Altitude]);
-    dilution = nmeaFloat(fields[Dilution]);
-    satellites = nmeaInt(fields[Satellites]);
+    quality = nmeaInt(fields[kQuality]);
+    latitude = nmeaLatitude(fields[kLatitude], fields[kNorthSouth]);
+    longitude = nmeaLongitude(fields[kLongitude], fields[kEastWest]);
+    altitude = nmeaFloat(fields[kAltitude]);
+    dilution = nmeaFloat(fields[kDilution]);
+    satellites = nmeaInt(fields[kSatellites]);
     return true;
 }
 

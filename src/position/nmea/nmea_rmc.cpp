@@ -19,32 +19,32 @@ constinit NmeaDates dates;
 // GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230307,003.1,W,A
 bool RMC::Parse(std::string_view text) {
     enum : std::size_t {
-        Time = 1,
-        Status,
-        Latitude,
-        NorthSouth,
-        Longitude,
-        EastWest,
-        Speed,
-        Course,
-        Date,
-        Variation,
-        VariationDirection,
-        Mode,
-        Count
+        kTime = 1,
+        kStatus,
+        kLatitude,
+        kNorthSouth,
+        kLongitude,
+        kEastWest,
+        kSpeed,
+        kCourse,
+        kDate,
+        kVariation,
+        kVariationDirection,
+        kMode,
+        kCount
     };
-    std::array<std::string_view, Count> fields;
+    std::array<std::string_view, kCount> fields;
     splitNmeaFields(text, fields);
 
-    const std::string_view mode = fields[Mode];
-    valid = fields[Status].starts_with('A') || (!mode.empty() && !mode.starts_with('N'));
-    latitude = nmeaLatitude(fields[Latitude], fields[NorthSouth]);
-    longitude = nmeaLongitude(fields[Longitude], fields[EastWest]);
-    time = nmeaTime(fields[Time]) + dates.toTime(fields[Date]);
-    speed = nmeaFloat(fields[Speed]);
-    course = nmeaFloat(fields[Course]);
-    magneticVariation = nmeaFloat(fields[Variation]);
-    if (fields[VariationDirection].starts_with('E')) {
+    const std::string_view mode = fields[kMode];
+    valid = fields[kStatus].starts_with('A') || (!mode.empty() && !mode.starts_with('N'));
+    latitude = nmeaLatitude(fields[kLatitude], fields[kNorthSouth]);
+    longitude = nmeaLongitude(fields[kLongitude], fields[kEastWest]);
+    time = nmeaTime(fields[kTime]) + dates.toTime(fields[kDate]);
+    speed = nmeaFloat(fields[kSpeed]);
+    course = nmeaFloat(fields[kCourse]);
+    magneticVariation = nmeaFloat(fields[kVariation]);
+    if (fields[kVariationDirection].starts_with('E')) {
         magneticVariation = -magneticVariation;
     }
     return true;

@@ -16,12 +16,12 @@ const VTG::Type type;
 
 // GPVTG,113.02,T,,M,0.142,N,0.263,K,A
 bool VTG::Parse(std::string_view text) {
-    enum : std::size_t { Course = 1, Speed = 5, Count };
-    std::array<std::string_view, Count> fields;
+    enum : std::size_t { kCourse = 1, kSpeed = 5, kCount };
+    std::array<std::string_view, kCount> fields;
     splitNmeaFields(text, fields);
 
-    course = nmeaFloat(fields[Course]);
-    speed = nmeaFloat(fields[Speed]);
+    course = nmeaFloat(fields[kCourse]);
+    speed = nmeaFloat(fields[kSpeed]);
     return true;
 }
 

@@ -21,15 +21,15 @@ std::unique_ptr<PositionSource>
 makePositionSource(const PositionSourceAddress& address, Timers& timers) {
     using Kind = PositionSourceAddress::Kind;
     switch (address.kind) {
-    case Kind::Serial:
+    case Kind::serial:
         return std::make_unique<SerialSource>(timers, address.path, address.baud);
-    case Kind::Tcp:
+    case Kind::tcp:
         return std::make_unique<TcpSource>(timers, address.host, address.port);
-    case Kind::Udp:
+    case Kind::udp:
         return std::make_unique<UdpSource>(timers, address.port);
-    case Kind::Gpsd:
+    case Kind::gpsd:
         return std::make_unique<TcpSource>(timers, address.host, address.port, kGpsdWatch);
-    case Kind::File:
+    case Kind::file:
         return std::make_unique<FileSource>(timers, address.path, address.rate);
     }
     return nullptr;

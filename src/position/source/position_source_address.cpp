@@ -127,11 +127,11 @@ struct Scheme {
 };
 
 const Scheme kSchemes[] = {
-    {QLatin1String("serial:"), Address::Kind::Serial, readSerial},
-    {QLatin1String("tcp:"), Address::Kind::Tcp, readTcp},
-    {QLatin1String("udp:"), Address::Kind::Udp, readPort},
-    {QLatin1String("gpsd:"), Address::Kind::Gpsd, readGpsd},
-    {QLatin1String("file:"), Address::Kind::File, readFile},
+    {QLatin1String("serial:"), Address::Kind::serial, readSerial},
+    {QLatin1String("tcp:"), Address::Kind::tcp, readTcp},
+    {QLatin1String("udp:"), Address::Kind::udp, readPort},
+    {QLatin1String("gpsd:"), Address::Kind::gpsd, readGpsd},
+    {QLatin1String("file:"), Address::Kind::file, readFile},
 };
 
 const Scheme* findScheme(QStringView text) {

@@ -18,13 +18,13 @@ namespace raincast {
 ///
 /// An IPv6 address as HOST stands in brackets.
 struct PositionSourceAddress {
-    enum class Kind { Serial, Tcp, Udp, Gpsd, File };
+    enum class Kind { serial, tcp, udp, gpsd, file };
 
     static constexpr int kDefaultBaud = 4800;
     static constexpr std::uint16_t kGpsdPort = 2947;
     static constexpr double kMaxRate = 1000;
 
-    Kind kind = Kind::Serial;
+    Kind kind = Kind::serial;
     QString path;           ///< Serial, File
     int baud = 0;           ///< Serial
     QString host;           ///< Tcp, Gpsd

@@ -14,7 +14,7 @@ PositionReceiver* reader = nullptr;
 
 } // namespace
 
-class CPositionSource::Persistant : public PersistantData {
+class PositionSourceSetting::Persistant : public PersistantData {
 public:
     Persistant() : PersistantData("CPositionSource") {}
 
@@ -24,42 +24,42 @@ private:
     static Persistant s_record;
 };
 
-CPositionSource::Persistant CPositionSource::Persistant::s_record;
+PositionSourceSetting::Persistant PositionSourceSetting::Persistant::s_record;
 
-const QString& CPositionSource::text() {
+const QString& PositionSourceSetting::text() {
     return forThisRun ? *forThisRun : chosen;
 }
 
-std::optional<PositionSourceAddress> CPositionSource::address(QString* error) {
+std::optional<PositionSourceAddress> PositionSourceSetting::address(QString* error) {
     if (text().isEmpty()) {
         return std::nullopt;
     }
     return PositionSourceAddress::parse(text(), error);
 }
 
-void CPositionSource::choose(const QString& text) {
+void PositionSourceSetting::choose(const QString& text) {
     chosen = text;
     forThisRun.reset();
     apply();
 }
 
-void CPositionSource::useForThisRun(const QString& text) {
+void PositionSourceSetting::useForThisRun(const QString& text) {
     forThisRun = text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
-bool CPositionSource::isForThisRun() {
+bool PositionSourceSetting::isForThisRun() {
     return forThisRun.has_value();
 }
 
-void CPositionSource::setReceiver(PositionReceiver* receiver) {
+void PositionSourceSetting::setReceiver(PositionReceiver* receiver) {
     reader = receiver;
 }
 
-PositionReceiver* CPositionSource::receiver() {
+PositionReceiver* PositionSourceSetting::receiver() {
     return reader;
 }
 
-void CPositionSource::apply() {
+void PositionSourceSetting::apply() {
     const auto wanted = address();
     if (reader != nullptr && reader->address() != wanted) {
         reader->use(wanted);

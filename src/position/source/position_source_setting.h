@@ -13,7 +13,7 @@ class PositionReceiver;
 
 /// Which source of positions the user wants, as PositionSourceAddress::parse reads it; an empty
 /// text means none. His choice is kept in the settings as "position_source" of "CPositionSource".
-class CPositionSource {
+class PositionSourceSetting {
 public:
     /// What is in use: this run's source if there is one, or else the user's choice.
     [[nodiscard]] static const QString& text();

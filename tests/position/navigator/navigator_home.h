@@ -57,10 +57,10 @@ public:
     void setFolder(const QString& folder) const {
         RegistryStore store = RegistryStore::inStandardFolders();
         store.setString(
-            RegistryStore::Branch::User, QStringLiteral("Software/Quorvane"),
+            RegistryStore::Branch::user, QStringLiteral("Software/Quorvane"),
             QStringLiteral("temp_folder"), folder
         );
-        EXPECT_TRUE(store.save(RegistryStore::Branch::User));
+        EXPECT_TRUE(store.save(RegistryStore::Branch::user));
     }
     void forgetFolder() const { QFile::remove(userRegistry()); }
 

@@ -17,7 +17,7 @@ constexpr char kMutex[] = "mutex Quorvane-API-mutex";
 class NavigatorLinkTest : public testing::Test {
 protected:
     void registerCommand(
-        const QString& command, RegistryStore::Branch branch = RegistryStore::Branch::User
+        const QString& command, RegistryStore::Branch branch = RegistryStore::Branch::user
     ) {
         RegistryStore store = RegistryStore::inStandardFolders();
         store.setString(
@@ -85,10 +85,10 @@ TEST_F(NavigatorLinkTest, TheFolderOfEverybodyDoesNotCount) {
     navigator.home.forgetFolder();
     RegistryStore store = RegistryStore::inStandardFolders();
     store.setString(
-        RegistryStore::Branch::Machine, QStringLiteral("Software/Quorvane"),
+        RegistryStore::Branch::machine, QStringLiteral("Software/Quorvane"),
         QStringLiteral("temp_folder"), "/tmp"
     );
-    ASSERT_TRUE(store.save(RegistryStore::Branch::Machine));
+    ASSERT_TRUE(store.save(RegistryStore::Branch::machine));
     EXPECT_EQ(ConnectNavigator(false), kNavigatorNoFolder);
 }
 
@@ -219,7 +219,7 @@ TEST_F(NavigatorLinkTest, TheProgramIsTheCommandsFirstWord) {
 TEST_F(NavigatorLinkTest, TheUsersCommandComesBeforeTheMachines) {
     const QString machine = program("machine");
     const QString user = program("user");
-    registerCommand(machine, RegistryStore::Branch::Machine);
+    registerCommand(machine, RegistryStore::Branch::machine);
     EXPECT_EQ(ConnectNavigator(true), kNavigatorNotStarted);
     registerCommand(user);
     EXPECT_EQ(ConnectNavigator(true), kNavigatorNotStarted);

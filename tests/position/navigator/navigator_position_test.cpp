@@ -25,7 +25,7 @@ protected:
 
 TEST_F(NavigatorPositionTest, TheRecordIsReadInItsOrder) {
     navigator.position = {43.5, -79.25, 271.5, 6.25, 74.75, 1'174'653'319, 1, 12.5, -3.5};
-    EXPECT_EQ(GetNavigatorPosition(position), kNavigatorSuccess);
+    EXPECT_EQ(getNavigatorPosition(position), kNavigatorSuccess);
     EXPECT_EQ(position.latitude, 43.5);
     EXPECT_EQ(position.longitude, -79.25);
     EXPECT_EQ(position.course, 271.5F);
@@ -41,7 +41,7 @@ TEST_F(NavigatorPositionTest, TheRecordIsReadInItsOrder) {
 TEST_F(NavigatorPositionTest, ANavigatorThatDoesNotKnowTheNewerRequestIsAskedByTheOlder) {
     navigator.answers[32772] = 11;
     navigator.position.latitude = 5;
-    EXPECT_EQ(GetNavigatorPosition(position), kNavigatorSuccess);
+    EXPECT_EQ(getNavigatorPosition(position), kNavigatorSuccess);
     EXPECT_EQ(position.latitude, 5);
     EXPECT_THAT(
         navigator.calls, ElementsAre("wait", "send 32772", "release", "wait", "send 31", "release")
@@ -52,7 +52,7 @@ TEST_F(NavigatorPositionTest, TheOlderRequestsAnswerStands) {
     navigator.answers[32772] = 11;
     for (const std::uint32_t answer : {11U, 12U, 99U}) {
         navigator.answers[31] = answer;
-        EXPECT_EQ(GetNavigatorPosition(position), answer);
+        EXPECT_EQ(getNavigatorPosition(position), answer);
     }
 }
 
@@ -60,7 +60,7 @@ TEST_F(NavigatorPositionTest, AnyOtherAnswerStandsAtOnce) {
     for (const std::uint32_t answer : {4U, 12U, 99U}) {
         navigator.answers[32772] = answer;
         navigator.takeCalls();
-        EXPECT_EQ(GetNavigatorPosition(position), answer);
+        EXPECT_EQ(getNavigatorPosition(position), answer);
         EXPECT_THAT(navigator.calls, ElementsAre("wait", "send 32772", "release"));
     }
 }
@@ -71,11 +71,11 @@ TEST_F(NavigatorPositionTest, AFileCutAnywhereIsStatus8) {
     for (int size = 0; size <= 64; ++size) {
         writeFile(navigator.home.sharedFile(), navigator.position.bytes().left(size));
         EXPECT_EQ(
-            GetNavigatorPosition(position), size < 64 ? kNavigatorFileFailed : kNavigatorSuccess
+            getNavigatorPosition(position), size < 64 ? kNavigatorFileFailed : kNavigatorSuccess
         ) << size;
     }
     writeFile(navigator.home.sharedFile(), navigator.position.bytes() + "more");
-    EXPECT_EQ(GetNavigatorPosition(position), kNavigatorSuccess);
+    EXPECT_EQ(getNavigatorPosition(position), kNavigatorSuccess);
 }
 
 TEST_F(NavigatorPositionTest, APositionIsWrittenInTheSameOrder) {
@@ -87,34 +87,34 @@ TEST_F(NavigatorPositionTest, APositionIsWrittenInTheSameOrder) {
     told.altitude = 30;
     told.time = fromCalendar({2007, 3, 23, 12, 35, 19});
     told.fixType = kFixPrecise;
-    EXPECT_EQ(SetNavigatorPosition(told), kNavigatorSuccess);
+    EXPECT_EQ(setNavigatorPosition(told), kNavigatorSuccess);
     EXPECT_THAT(navigator.calls, ElementsAre("wait", "send 32", "release"));
     // 0.1F and extra1's 400 are widened, any fix is 1.
     const PositionRecord expected{-33.5, 151.25, 12.5, double{0.1F}, 30, 1'174'653'319, 1, 400, 0};
     EXPECT_EQ(navigator.told.toHex(), expected.bytes().toHex());
 
     told.fixType = kFixNone;
-    EXPECT_EQ(SetNavigatorPosition(told), kNavigatorSuccess);
+    EXPECT_EQ(setNavigatorPosition(told), kNavigatorSuccess);
     EXPECT_EQ(navigator.told.mid(44, 4), QByteArray(4, '\0'));
 }
 
 TEST_F(NavigatorPositionTest, WhatCannotBeWrittenIsAShortFileAndNoMore) {
     QDir().mkdir(navigator.home.sharedFile()); // in the way
-    EXPECT_EQ(SetNavigatorPosition({}), kNavigatorSuccess);
+    EXPECT_EQ(setNavigatorPosition({}), kNavigatorSuccess);
     EXPECT_THAT(navigator.calls, ElementsAre("wait", "send 32", "release"));
 }
 
 TEST_F(NavigatorPositionTest, TheStatusOfSettingIsTheNavigators) {
     navigator.answers[32] = 11;
-    EXPECT_EQ(SetNavigatorPosition({}), kNavigatorUnknownRequest);
+    EXPECT_EQ(setNavigatorPosition({}), kNavigatorUnknownRequest);
     navigator.diesAtNextRequest = true;
-    EXPECT_EQ(SetNavigatorPosition({}), kNavigatorGone);
+    EXPECT_EQ(setNavigatorPosition({}), kNavigatorGone);
 }
 
 TEST_F(NavigatorPositionTest, NothingIsToldWithoutALink) {
     DisconnectNavigator(false);
-    EXPECT_EQ(GetNavigatorPosition(position), kNavigatorGone);
-    EXPECT_EQ(SetNavigatorPosition({}), kNavigatorGone);
+    EXPECT_EQ(getNavigatorPosition(position), kNavigatorGone);
+    EXPECT_EQ(setNavigatorPosition({}), kNavigatorGone);
     EXPECT_FALSE(QFile::exists(navigator.home.sharedFile()));
 }
 

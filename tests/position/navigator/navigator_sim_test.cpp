@@ -323,14 +323,14 @@ TEST_F(NavigatorSimTest, TheFeedsEndLeavesItRunning) {
 TEST_F(NavigatorSimTest, ItIsStartedByItsCommand) {
     RegistryStore store = RegistryStore::inStandardFolders();
     store.setString(
-        RegistryStore::Branch::User, "Software/Classes/QVNavObj/Shell/Open/Command", "",
+        RegistryStore::Branch::user, "Software/Classes/QVNavObj/Shell/Open/Command", "",
         QStringLiteral("\"%1\" \"%2\"").arg(NAVIGATOR_SIM_PROGRAM, "%1")
     );
-    ASSERT_TRUE(store.save(RegistryStore::Branch::User));
+    ASSERT_TRUE(store.save(RegistryStore::Branch::user));
     ASSERT_EQ(ConnectNavigator(false), kNavigatorAbsent);
     EXPECT_EQ(ConnectNavigator(true), kNavigatorSuccess);
     NavigatorPosition position;
-    EXPECT_EQ(GetNavigatorPosition(position), kNavigatorSuccess);
+    EXPECT_EQ(getNavigatorPosition(position), kNavigatorSuccess);
     EXPECT_NEAR(position.latitude, 43.62, 0.01);
     const auto window = NavigatorPort::current().findWindow("WCE_QVTrekkoMainWnd");
     ASSERT_TRUE(window);

@@ -127,7 +127,7 @@ TEST(RealDataGpsdTest, ARecordedLogComesThroughGpsd) {
     PositionReceiver receiver(timers);
     receiver.use(gpsdAt(gpsd.port())); // before it listens: found at the second or third try
     const auto watched = [&] {
-        return receiver.state() == PositionReceiver::State::Open &&
+        return receiver.state() == PositionReceiver::State::open &&
                receiver.counters().jsonLines >= 3;
     };
     ASSERT_TRUE(loop.until([&] { return watched() || !gpsd.running(); }));

@@ -11,13 +11,13 @@ namespace {
 using Kind = PositionSourceAddress::Kind;
 
 PositionSourceAddress serial(const char* path, int baud) {
-    return {Kind::Serial, QString::fromLatin1(path), baud, {}, 0, 0};
+    return {Kind::serial, QString::fromLatin1(path), baud, {}, 0, 0};
 }
 PositionSourceAddress network(Kind kind, const char* host, std::uint16_t port) {
     return {kind, {}, 0, QString::fromLatin1(host), port, 0};
 }
 PositionSourceAddress file(const char* path, double rate) {
-    return {Kind::File, QString::fromLatin1(path), 0, {}, 0, rate};
+    return {Kind::file, QString::fromLatin1(path), 0, {}, 0, rate};
 }
 
 TEST(PositionSourceAddressTest, ReadsEveryForm) {
@@ -29,16 +29,16 @@ TEST(PositionSourceAddressTest, ReadsEveryForm) {
         {"serial:/dev/ttyUSB0@115200", serial("/dev/ttyUSB0", 115200)},
         {"serial:/dev/serial/by-id/usb-a@b@9600", serial("/dev/serial/by-id/usb-a@b", 9600)},
         {"serial:COM 1", serial("COM 1", 4800)},
-        {"tcp:localhost:10110", network(Kind::Tcp, "localhost", 10110)},
-        {"tcp:192.168.1.2:1", network(Kind::Tcp, "192.168.1.2", 1)},
-        {"tcp:[::1]:65535", network(Kind::Tcp, "::1", 65535)},
-        {"udp:10110", network(Kind::Udp, "", 10110)},
-        {"gpsd:", network(Kind::Gpsd, "localhost", 2947)},
-        {"gpsd:boat", network(Kind::Gpsd, "boat", 2947)},
-        {"gpsd:boat:2948", network(Kind::Gpsd, "boat", 2948)},
-        {"gpsd::2948", network(Kind::Gpsd, "localhost", 2948)},
-        {"gpsd:[fe80::1]", network(Kind::Gpsd, "fe80::1", 2947)},
-        {"gpsd:[fe80::1]:2948", network(Kind::Gpsd, "fe80::1", 2948)},
+        {"tcp:localhost:10110", network(Kind::tcp, "localhost", 10110)},
+        {"tcp:192.168.1.2:1", network(Kind::tcp, "192.168.1.2", 1)},
+        {"tcp:[::1]:65535", network(Kind::tcp, "::1", 65535)},
+        {"udp:10110", network(Kind::udp, "", 10110)},
+        {"gpsd:", network(Kind::gpsd, "localhost", 2947)},
+        {"gpsd:boat", network(Kind::gpsd, "boat", 2947)},
+        {"gpsd:boat:2948", network(Kind::gpsd, "boat", 2948)},
+        {"gpsd::2948", network(Kind::gpsd, "localhost", 2948)},
+        {"gpsd:[fe80::1]", network(Kind::gpsd, "fe80::1", 2947)},
+        {"gpsd:[fe80::1]:2948", network(Kind::gpsd, "fe80::1", 2948)},
         {"file:/tmp/a.nmea", file("/tmp/a.nmea", 1)},
         {"file:a.nmea?rate=10", file("a.nmea", 10)},
         {"file:a.nmea?rate=0", file("a.nmea", 0)},
@@ -132,8 +132,8 @@ TEST(PositionSourceAddressTest, TheSchemeTellsTheKind) {
         Kind kind;
         const char* scheme;
     } rows[] = {
-        {Kind::Serial, "serial:"}, {Kind::Tcp, "tcp:"},   {Kind::Udp, "udp:"},
-        {Kind::Gpsd, "gpsd:"},     {Kind::File, "file:"},
+        {Kind::serial, "serial:"}, {Kind::tcp, "tcp:"},   {Kind::udp, "udp:"},
+        {Kind::gpsd, "gpsd:"},     {Kind::file, "file:"},
     };
     for (const auto& row : rows) {
         const QString scheme = PositionSourceAddress::scheme(row.kind);

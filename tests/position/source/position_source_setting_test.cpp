@@ -15,7 +15,7 @@ namespace {
 
 class PositionSourceSettingTest : public testing::Test {
 protected:
-    void TearDown() override { CPositionSource::choose(QString()); }
+    void TearDown() override { PositionSourceSetting::choose(QString()); }
 
     RegistryStore store() const {
         return {
@@ -32,8 +32,8 @@ protected:
     }
     std::string saved() const {
         const auto value = store().string(
-            RegistryStore::Branch::User,
-            QStringLiteral("Software/Quorvane/Raincast_1/CPositionSource"),
+            RegistryStore::Branch::user,
+            QStringLiteral("Software/Quorvane/Raincast_1/PositionSourceSetting"),
             QStringLiteral("position_source")
         );
         return value ? value->toStdString() : "(none)";
@@ -44,40 +44,40 @@ protected:
 
 TEST_F(PositionSourceSettingTest, WithoutAChoiceThereIsNone) {
     load();
-    EXPECT_TRUE(CPositionSource::text().isEmpty());
+    EXPECT_TRUE(PositionSourceSetting::text().isEmpty());
     QString error;
-    EXPECT_FALSE(CPositionSource::address(&error));
+    EXPECT_FALSE(PositionSourceSetting::address(&error));
     EXPECT_TRUE(error.isEmpty());
 }
 
 TEST_F(PositionSourceSettingTest, TheChoiceIsKept) {
-    CPositionSource::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
     save();
     EXPECT_EQ(saved(), "udp:10110");
-    CPositionSource::choose(QString());
+    PositionSourceSetting::choose(QString());
     load();
-    EXPECT_EQ(CPositionSource::address()->port, 10110);
+    EXPECT_EQ(PositionSourceSetting::address()->port, 10110);
 }
 
 TEST_F(PositionSourceSettingTest, ASourceForThisRunIsNeverSaved) {
-    CPositionSource::choose(QStringLiteral("udp:10110"));
-    CPositionSource::useForThisRun(QStringLiteral("gpsd:"));
-    EXPECT_EQ(CPositionSource::address()->kind, PositionSourceAddress::Kind::Gpsd);
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::useForThisRun(QStringLiteral("gpsd:"));
+    EXPECT_EQ(PositionSourceSetting::address()->kind, PositionSourceAddress::Kind::gpsd);
     save();
     EXPECT_EQ(saved(), "udp:10110");
     load();
-    EXPECT_EQ(CPositionSource::text(), QStringLiteral("gpsd:")) << "whenever it was given";
+    EXPECT_EQ(PositionSourceSetting::text(), QStringLiteral("gpsd:")) << "whenever it was given";
 
-    CPositionSource::choose(QStringLiteral("udp:10111"));
-    EXPECT_EQ(CPositionSource::address()->port, 10111);
+    PositionSourceSetting::choose(QStringLiteral("udp:10111"));
+    EXPECT_EQ(PositionSourceSetting::address()->port, 10111);
     save();
     EXPECT_EQ(saved(), "udp:10111");
 }
 
 TEST_F(PositionSourceSettingTest, ATextThatMakesNoSenseIsSaid) {
-    CPositionSource::choose(QStringLiteral("udp:x"));
+    PositionSourceSetting::choose(QStringLiteral("udp:x"));
     QString error;
-    EXPECT_FALSE(CPositionSource::address(&error));
+    EXPECT_FALSE(PositionSourceSetting::address(&error));
     EXPECT_EQ(
         error.toStdString(),
         "\"udp:x\" is no source of positions: the port \"x\" is not a number from 1 to 65535"
@@ -88,29 +88,29 @@ TEST_F(PositionSourceSettingTest, TheReceiverReadsWhatIsChosen) {
     FakeSource::reset();
     ManualTimers timers;
     PositionReceiver receiver(timers, FakeSource::make);
-    CPositionSource::useForThisRun(QStringLiteral("gpsd:"));
-    EXPECT_TRUE(CPositionSource::isForThisRun());
-    CPositionSource::setReceiver(&receiver);
-    EXPECT_EQ(CPositionSource::receiver(), &receiver);
+    PositionSourceSetting::useForThisRun(QStringLiteral("gpsd:"));
+    EXPECT_TRUE(PositionSourceSetting::isForThisRun());
+    PositionSourceSetting::setReceiver(&receiver);
+    EXPECT_EQ(PositionSourceSetting::receiver(), &receiver);
     EXPECT_EQ(FakeSource::opens, 0) << "not before it is told to";
-    CPositionSource::apply();
+    PositionSourceSetting::apply();
     EXPECT_EQ(receiver.address(), PositionSourceAddress::parse(QStringLiteral("gpsd:")));
 
-    CPositionSource::choose(QStringLiteral("udp:10110"));
-    EXPECT_FALSE(CPositionSource::isForThisRun());
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    EXPECT_FALSE(PositionSourceSetting::isForThisRun());
     EXPECT_EQ(receiver.address()->port, 10110);
     EXPECT_EQ(FakeSource::opens, 2);
 
-    CPositionSource::choose(QStringLiteral("udp:10110"));
-    CPositionSource::apply();
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::apply();
     EXPECT_EQ(FakeSource::opens, 2) << "what is read already is not disturbed";
 
-    CPositionSource::choose(QStringLiteral("nonsense"));
-    EXPECT_EQ(receiver.state(), PositionReceiver::State::Off);
+    PositionSourceSetting::choose(QStringLiteral("nonsense"));
+    EXPECT_EQ(receiver.state(), PositionReceiver::State::off);
 
-    CPositionSource::setReceiver(nullptr);
-    CPositionSource::choose(QStringLiteral("udp:10111"));
-    EXPECT_EQ(receiver.state(), PositionReceiver::State::Off);
+    PositionSourceSetting::setReceiver(nullptr);
+    PositionSourceSetting::choose(QStringLiteral("udp:10111"));
+    EXPECT_EQ(receiver.state(), PositionReceiver::State::off);
 }
 
 } // namespace

@@ -154,7 +154,7 @@ TEST_F(SerialSourceTest, ADeviceThatAppearsLaterOrIsPluggedInAgainIsFound) {
     const RecordListener<CNMEA_GPS::VTG> vtg;
     PositionReceiver receiver(timers);
     receiver.use(PositionSourceAddress::parse(QStringLiteral("serial:%1@9600").arg(name)));
-    EXPECT_EQ(receiver.state(), PositionReceiver::State::Waiting);
+    EXPECT_EQ(receiver.state(), PositionReceiver::State::waiting);
     EXPECT_EQ(timers.fire(), 1000);
 
     ASSERT_TRUE(QFile::link(line.device(), name));
@@ -163,7 +163,7 @@ TEST_F(SerialSourceTest, ADeviceThatAppearsLaterOrIsPluggedInAgainIsFound) {
     EXPECT_TRUE(loop.until([&] { return vtg.records.size() == 1; }));
 
     line.unplug();
-    EXPECT_TRUE(loop.until([&] { return receiver.state() == PositionReceiver::State::Waiting; }));
+    EXPECT_TRUE(loop.until([&] { return receiver.state() == PositionReceiver::State::waiting; }));
     const SerialLine other;
     ASSERT_TRUE(QFile::remove(name));
     ASSERT_TRUE(QFile::link(other.device(), name));

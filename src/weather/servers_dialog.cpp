@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "weather/dlg_servers.h"
+#include "weather/servers_dialog.h"
 
 #include "page/global_settings_type.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"
@@ -32,23 +32,23 @@ public:
     ServersSettingsType()
         : GlobalSettingsType(QStringLiteral("Servers"), QStringLiteral("Servers"), kRankServers) {}
 
-    void open(QWidget* window) const override { CDlgServers().run(window); }
+    void open(QWidget* window) const override { ServersDialog().run(window); }
 };
 
 const ServersSettingsType settingsType;
 
 } // namespace
 
-CDlgServers::CDlgServers() : Dialog(kServersDialog) {}
+ServersDialog::ServersDialog() : Dialog(kServersDialog) {}
 
-bool CDlgServers::onInitialise() {
-    const RadarServers servers = CServers::current();
+bool ServersDialog::onInitialise() {
+    const RadarServers servers = ServersSetting::current();
     setText(kRadarServer, servers.radar);
     setText(kBasemapServer, servers.basemap);
     return true;
 }
 
-void CDlgServers::onOk() {
+void ServersDialog::onOk() {
     const RadarServers servers{text(kRadarServer).trimmed(), text(kBasemapServer).trimmed()};
     if (!isServer(servers.radar) || !isServer(servers.basemap)) {
         messageBox(
@@ -58,7 +58,7 @@ void CDlgServers::onOk() {
         );
         return;
     }
-    CServers::set(servers);
+    ServersSetting::set(servers);
     Dialog::onOk();
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/dlg_position_source.h"
+#include "app/position_source_dialog.h"
 
 #include "core/clock.h"
 #include "page/global_settings_type.h"
@@ -28,25 +28,25 @@ constexpr std::int32_t kBeatsPerSecond = 10;
 constexpr int kLongestAddress = 1024;
 
 const DialogTemplateRecord record{
-    {CDlgPositionSource::kTemplate,
+    {PositionSourceDialog::kTemplate,
      QStringLiteral("GPS Source"),
      {119, 127},
      {
          {0, ControlKind::label, QStringLiteral("&Source:"), {4, 4, 34, 14}},
-         {CDlgPositionSource::kKind, ControlKind::comboBox, {}, {40, 4, 75, 14}},
-         {CDlgPositionSource::kAddressLabel,
+         {PositionSourceDialog::kKind, ControlKind::comboBox, {}, {40, 4, 75, 14}},
+         {PositionSourceDialog::kAddressLabel,
           ControlKind::label,
           QStringLiteral("&Address:"),
           {4, 21, 34, 14}},
-         {CDlgPositionSource::kAddress, ControlKind::edit, {}, {40, 21, 75, 14}},
-         {CDlgPositionSource::kExample, ControlKind::label, {}, {4, 36, 111, 18}},
+         {PositionSourceDialog::kAddress, ControlKind::edit, {}, {40, 21, 75, 14}},
+         {PositionSourceDialog::kExample, ControlKind::label, {}, {4, 36, 111, 18}},
          {0, ControlKind::label, QStringLiteral("What arrives:"), {4, 56, 70, 14}},
-         {CDlgPositionSource::kTry,
+         {PositionSourceDialog::kTry,
           ControlKind::pushButton,
           QStringLiteral("&Try"),
           {79, 56, 36, 14}},
-         {CDlgPositionSource::kInUse, ControlKind::label, {}, {4, 72, 111, 10}},
-         {CDlgPositionSource::kArrivals, ControlKind::label, {}, {4, 83, 111, 40}},
+         {PositionSourceDialog::kInUse, ControlKind::label, {}, {4, 72, 111, 10}},
+         {PositionSourceDialog::kArrivals, ControlKind::label, {}, {4, 83, 111, 40}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};
@@ -62,15 +62,15 @@ struct KindRow {
 const KindRow kKinds[] = {
     {std::nullopt, QStringLiteral("None"), QStringLiteral("&Address:"),
      QStringLiteral("Positions are not read")},
-    {Kind::Serial, QStringLiteral("Serial device"), QStringLiteral("&Device:"),
+    {Kind::serial, QStringLiteral("Serial device"), QStringLiteral("&Device:"),
      QStringLiteral("For example /dev/ttyUSB0, or with a speed /dev/ttyUSB0@9600")},
-    {Kind::Tcp, QStringLiteral("TCP server"), QStringLiteral("&Server:"),
+    {Kind::tcp, QStringLiteral("TCP server"), QStringLiteral("&Server:"),
      QStringLiteral("HOST:PORT, for example 192.168.1.20:10110")},
-    {Kind::Udp, QStringLiteral("UDP port"), QStringLiteral("&Port:"),
+    {Kind::udp, QStringLiteral("UDP port"), QStringLiteral("&Port:"),
      QStringLiteral("Of this computer, for example 10110")},
-    {Kind::Gpsd, QStringLiteral("gpsd"), QStringLiteral("&Server:"),
+    {Kind::gpsd, QStringLiteral("gpsd"), QStringLiteral("&Server:"),
      QStringLiteral("HOST or HOST:PORT. Empty: the gpsd of this computer")},
-    {Kind::File, QStringLiteral("Recorded file"), QStringLiteral("&File:"),
+    {Kind::file, QStringLiteral("Recorded file"), QStringLiteral("&File:"),
      QStringLiteral("For example ~/trip.nmea, or faster ~/trip.nmea?rate=10")},
 };
 
@@ -83,7 +83,7 @@ int rowOf(std::optional<Kind> kind) {
 }
 
 bool isPath(std::optional<Kind> kind) {
-    return kind == Kind::Serial || kind == Kind::File;
+    return kind == Kind::serial || kind == Kind::file;
 }
 
 QString asSentence(const QString& text) {
@@ -111,8 +111,8 @@ public:
           ) {}
 
     void open(QWidget* window) const override {
-        if (PositionReceiver* const receiver = CPositionSource::receiver()) {
-            CDlgPositionSource(*receiver).run(window);
+        if (PositionReceiver* const receiver = PositionSourceSetting::receiver()) {
+            PositionSourceDialog(*receiver).run(window);
         }
     }
 };
@@ -121,21 +121,21 @@ const PositionSourceSettingsType settingsType;
 
 } // namespace
 
-CDlgPositionSource::CDlgPositionSource(PositionReceiver& receiver)
+PositionSourceDialog::PositionSourceDialog(PositionReceiver& receiver)
     : Dialog(kTemplate), Counter(kBeatsPerSecond), m_receiver(receiver), m_watch(receiver) {}
 
-CDlgPositionSource::~CDlgPositionSource() {
-    CPositionSource::apply();
+PositionSourceDialog::~PositionSourceDialog() {
+    PositionSourceSetting::apply();
 }
 
-bool CDlgPositionSource::onInitialise() {
+bool PositionSourceDialog::onInitialise() {
     m_kinds.attach(*control<QComboBox>(kKind));
     for (const KindRow& row : kKinds) {
         m_kinds.add(row.name);
     }
     control<QLineEdit>(kAddress)->setMaxLength(kLongestAddress);
     control<QLabel>(kArrivals)->setAlignment(Qt::AlignTop); // of much text the beginning is seen
-    const QString& address = CPositionSource::text();
+    const QString& address = PositionSourceSetting::text();
     const auto kind = PositionSourceAddress::kindOf(address);
     const int row = rowOf(kind);
     if (kind) {
@@ -148,7 +148,7 @@ bool CDlgPositionSource::onInitialise() {
     return true;
 }
 
-void CDlgPositionSource::onDialogCommand(int id, QWidget* sender, int notification) {
+void PositionSourceDialog::onDialogCommand(int id, QWidget* sender, int notification) {
     if (id == kKind && notification == selectionChanged) {
         m_typed[m_kind] = text(kAddress);
         selectKind(m_kinds.selected());
@@ -158,7 +158,7 @@ void CDlgPositionSource::onDialogCommand(int id, QWidget* sender, int notificati
     Dialog::onDialogCommand(id, sender, notification);
 }
 
-void CDlgPositionSource::selectKind(int kind) {
+void PositionSourceDialog::selectKind(int kind) {
     m_kind = kind;
     const KindRow& row = kKinds[kind];
     setText(kAddressLabel, row.addressLabel);
@@ -168,7 +168,7 @@ void CDlgPositionSource::selectKind(int kind) {
     control(kTry)->setEnabled(row.kind.has_value());
 }
 
-QString CDlgPositionSource::entered() const {
+QString PositionSourceDialog::entered() const {
     const auto kind = kKinds[m_kind].kind;
     if (!kind) {
         return {};
@@ -180,9 +180,9 @@ QString CDlgPositionSource::entered() const {
     return PositionSourceAddress::scheme(*kind) + address;
 }
 
-bool CDlgPositionSource::check() {
+bool PositionSourceDialog::check() {
     QString mistake = mistakeIn(entered());
-    if (mistake.isEmpty() && entered() != CPositionSource::text()) {
+    if (mistake.isEmpty() && entered() != PositionSourceSetting::text()) {
         mistake = mistakeInPath(entered());
     }
     if (mistake.isEmpty()) {
@@ -196,7 +196,7 @@ bool CDlgPositionSource::check() {
     return false;
 }
 
-void CDlgPositionSource::tryIt() {
+void PositionSourceDialog::tryIt() {
     if (check()) {
         m_tried = entered();
         m_receiver.use(PositionSourceAddress::parse(*m_tried));
@@ -204,34 +204,34 @@ void CDlgPositionSource::tryIt() {
     }
 }
 
-void CDlgPositionSource::onOk() {
+void PositionSourceDialog::onOk() {
     if (!check()) {
         return;
     }
-    if (entered() != CPositionSource::text()) {
-        CPositionSource::choose(entered());
+    if (entered() != PositionSourceSetting::text()) {
+        PositionSourceSetting::choose(entered());
     }
     Dialog::onOk();
 }
 
-void CDlgPositionSource::Tick() {
+void PositionSourceDialog::Tick() {
     m_watch.look(CHeartbeat::program().now());
     showArrivals();
 }
 
-QString CDlgPositionSource::inUse() const {
+QString PositionSourceDialog::inUse() const {
     if (m_tried) {
         return QStringLiteral("On trial: ") + *m_tried;
     }
-    if (CPositionSource::text().isEmpty()) {
+    if (PositionSourceSetting::text().isEmpty()) {
         return QStringLiteral("None in use");
     }
-    const bool forThisRun = CPositionSource::isForThisRun();
+    const bool forThisRun = PositionSourceSetting::isForThisRun();
     return (forThisRun ? QStringLiteral("For this run: ") : QStringLiteral("In use: ")) +
-           CPositionSource::text();
+           PositionSourceSetting::text();
 }
 
-void CDlgPositionSource::showArrivals() {
+void PositionSourceDialog::showArrivals() {
     auto* const label = control<QLabel>(kInUse);
     if (label == nullptr) {
         return; // a beat before the dialog is there
@@ -239,7 +239,7 @@ void CDlgPositionSource::showArrivals() {
     const QString source = inUse();
     label->setToolTip(source);
     label->setText(label->fontMetrics().elidedText(source, Qt::ElideMiddle, label->width()));
-    const QString mistake = m_tried ? QString() : mistakeIn(CPositionSource::text());
+    const QString mistake = m_tried ? QString() : mistakeIn(PositionSourceSetting::text());
     const QString arrivals = mistake.isEmpty() ? m_watch.text() : asSentence(mistake);
     setText(kArrivals, arrivals);
     control(kArrivals)->setToolTip(arrivals);

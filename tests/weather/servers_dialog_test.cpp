@@ -3,8 +3,8 @@
 #include "page/global_settings_type.h"
 #include "support/dialog_script.h"
 #include "support/qt_app.h"
-#include "weather/dlg_servers.h"
-#include "weather/servers.h"
+#include "weather/servers_dialog.h"
+#include "weather/servers_setting.h"
 
 #include <algorithm>
 
@@ -16,7 +16,7 @@ using test::DialogScript;
 class DlgServersTest : public test::GuiTest {
 protected:
     ~DlgServersTest() override {
-        CServers::set({CServers::localServer(), CServers::localServer()});
+        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
     }
 };
 
@@ -36,14 +36,14 @@ TEST_F(DlgServersTest, OkChangesBoth) {
     script.expect("Servers", [](QDialog& dialog) {
         const auto fields = dialog.findChildren<QLineEdit*>();
         ASSERT_EQ(fields.size(), 2);
-        EXPECT_EQ(fields[0]->text(), CServers::localServer());
+        EXPECT_EQ(fields[0]->text(), ServersSetting::localServer());
         test::type(dialog, 0, "radar.example");
         test::type(dialog, 1, " maps.example:81 ");
         test::press(dialog, "OK");
     });
-    EXPECT_EQ(CDlgServers().run(nullptr), Dialog::kOk);
-    EXPECT_EQ(CServers::current().radar, QStringLiteral("radar.example"));
-    EXPECT_EQ(CServers::current().basemap, QStringLiteral("maps.example:81"));
+    EXPECT_EQ(ServersDialog().run(nullptr), Dialog::kOk);
+    EXPECT_EQ(ServersSetting::current().radar, QStringLiteral("radar.example"));
+    EXPECT_EQ(ServersSetting::current().basemap, QStringLiteral("maps.example:81"));
 }
 
 TEST_F(DlgServersTest, WhatIsNoHostKeepsItOpen) {
@@ -54,8 +54,8 @@ TEST_F(DlgServersTest, WhatIsNoHostKeepsItOpen) {
         EXPECT_TRUE(dialog.isVisible());
     });
     script.expect("Raincast");
-    EXPECT_EQ(CDlgServers().run(nullptr), Dialog::kCancel);
-    EXPECT_EQ(CServers::current().radar, CServers::localServer());
+    EXPECT_EQ(ServersDialog().run(nullptr), Dialog::kCancel);
+    EXPECT_EQ(ServersSetting::current().radar, ServersSetting::localServer());
 }
 
 } // namespace

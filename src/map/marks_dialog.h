@@ -16,7 +16,7 @@ namespace raincast {
 
 /// "Marks": the user's marks, nearest first, each with its distance and bearing; the target has a
 /// sign. It shows a mark on the map, makes it the target, renames and deletes it, at once.
-class CDlgMarks : public Dialog {
+class MarksDialog : public Dialog {
 public:
     static constexpr int kTemplate = 150;
 
@@ -25,7 +25,7 @@ public:
 
     /// Distances are from `from`, left out without one. Without `goTo` there is no map to show a
     /// mark on.
-    CDlgMarks(const std::optional<GeoPosition>& from, GoTo goTo);
+    MarksDialog(const std::optional<GeoPosition>& from, GoTo goTo);
 
     bool onInitialise() override;
     /// Shows the selected mark on the map and ends; where it is not on it, says so and stays.

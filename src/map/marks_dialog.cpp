@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "map/dlg_marks.h"
+#include "map/marks_dialog.h"
 
 #include "map/mark_manager.h"
 #include "map/mark_names.h"
@@ -42,7 +42,7 @@ DialogControl button(int id, const QString& text, int column, int row) {
 }
 
 const DialogTemplateRecord marksDialog{
-    {CDlgMarks::kTemplate,
+    {MarksDialog::kTemplate,
      QStringLiteral("Marks"),
      {124, 152},
      {
@@ -79,10 +79,10 @@ QIcon targetIcon(const QListWidget& list) {
 
 } // namespace
 
-CDlgMarks::CDlgMarks(const std::optional<GeoPosition>& from, GoTo goTo)
+MarksDialog::MarksDialog(const std::optional<GeoPosition>& from, GoTo goTo)
     : Dialog(kTemplate), m_from(from), m_goTo(std::move(goTo)) {}
 
-bool CDlgMarks::onInitialise() {
+bool MarksDialog::onInitialise() {
     list().setItemDelegate(new RowDelegate(&list()));
     list().setUniformItemSizes(true); // there may be thousands
     const int extent = list().fontMetrics().ascent();
@@ -93,21 +93,21 @@ bool CDlgMarks::onInitialise() {
     return true;
 }
 
-QListWidget& CDlgMarks::list() const {
+QListWidget& MarksDialog::list() const {
     return *control<QListWidget>(kList);
 }
 
-int CDlgMarks::currentRow() const {
+int MarksDialog::currentRow() const {
     const auto selected = list().selectedItems();
     return selected.isEmpty() ? -1 : list().row(selected.first());
 }
 
-const COverlayMark* CDlgMarks::selected() const {
+const COverlayMark* MarksDialog::selected() const {
     const int row = currentRow();
     return row < 0 ? nullptr : m_rows[static_cast<std::size_t>(row)].mark;
 }
 
-void CDlgMarks::fill() {
+void MarksDialog::fill() {
     const QSignalBlocker quiet(list());
     m_rows = listMarks(CMarkManager::instance().marks(), m_from);
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
@@ -117,13 +117,13 @@ void CDlgMarks::fill() {
     list().setCurrentRow(m_rows.empty() ? -1 : 0);
 }
 
-void CDlgMarks::showRows() {
+void MarksDialog::showRows() {
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         show(*list().item(static_cast<int>(i)), m_rows[i]);
     }
 }
 
-void CDlgMarks::show(QListWidgetItem& item, const MarkRow& row) const {
+void MarksDialog::show(QListWidgetItem& item, const MarkRow& row) const {
     item.setText(shownMarkName(row.mark->name));
     item.setToolTip(item.text());
     const bool isTarget = CMarkManager::instance().isTarget(*row.mark);
@@ -136,7 +136,7 @@ void CDlgMarks::show(QListWidgetItem& item, const MarkRow& row) const {
     }
 }
 
-void CDlgMarks::updateButtons() {
+void MarksDialog::updateButtons() {
     const CMarkManager& manager = CMarkManager::instance();
     const COverlayMark* const mark = selected();
     const bool placed = mark != nullptr && mark->isPlaced();
@@ -147,7 +147,7 @@ void CDlgMarks::updateButtons() {
     control(kDelete)->setEnabled(mark != nullptr);
 }
 
-void CDlgMarks::onDialogCommand(int id, QWidget* control, int notification) {
+void MarksDialog::onDialogCommand(int id, QWidget* control, int notification) {
     if (id == kList && notification == doubleClicked) {
         onOk();
         return;
@@ -156,13 +156,13 @@ void CDlgMarks::onDialogCommand(int id, QWidget* control, int notification) {
     Dialog::onDialogCommand(id, control, notification);
 }
 
-void CDlgMarks::edit(int id) {
-    static constexpr std::pair<int, void (CDlgMarks::*)()> kEdits[] = {
-        {kList, &CDlgMarks::updateButtons},
-        {kSetTarget, &CDlgMarks::setTarget},
-        {kClearTarget, &CDlgMarks::clearTarget},
-        {kRename, &CDlgMarks::rename},
-        {kDelete, &CDlgMarks::deleteMark}};
+void MarksDialog::edit(int id) {
+    static constexpr std::pair<int, void (MarksDialog::*)()> kEdits[] = {
+        {kList, &MarksDialog::updateButtons},
+        {kSetTarget, &MarksDialog::setTarget},
+        {kClearTarget, &MarksDialog::clearTarget},
+        {kRename, &MarksDialog::rename},
+        {kDelete, &MarksDialog::deleteMark}};
     for (const auto& [command, operation] : kEdits) {
         if (command == id) {
             (this->*operation)();
@@ -170,7 +170,7 @@ void CDlgMarks::edit(int id) {
     }
 }
 
-void CDlgMarks::onOk() {
+void MarksDialog::onOk() {
     const COverlayMark* const mark = selected();
     if (mark == nullptr || !mark->isPlaced() || !m_goTo) {
         return;
@@ -182,7 +182,7 @@ void CDlgMarks::onOk() {
     messageBox(widget(), QStringLiteral("This mark is not on the map."), QStringLiteral("Marks"));
 }
 
-void CDlgMarks::setTarget() {
+void MarksDialog::setTarget() {
     if (const COverlayMark* const mark = selected()) {
         CMarkManager::instance().setTarget(*mark);
         showRows();
@@ -190,13 +190,13 @@ void CDlgMarks::setTarget() {
     }
 }
 
-void CDlgMarks::clearTarget() {
+void MarksDialog::clearTarget() {
     CMarkManager::instance().clearTarget();
     showRows();
     updateButtons();
 }
 
-void CDlgMarks::rename() {
+void MarksDialog::rename() {
     const COverlayMark* const mark = selected();
     if (mark == nullptr) {
         return;
@@ -208,7 +208,7 @@ void CDlgMarks::rename() {
     }
 }
 
-void CDlgMarks::deleteMark() {
+void MarksDialog::deleteMark() {
     const int row = currentRow();
     if (row < 0) {
         return;
@@ -224,7 +224,7 @@ void CDlgMarks::deleteMark() {
 }
 
 // As many buttons in a row as have room, all of one size, and the list above them.
-void CDlgMarks::onSize(int width, int height) {
+void MarksDialog::onSize(int width, int height) {
     const int margin = dialogMargin(ScreenMetrics::current().logPixelsY);
     const QSize least = control(kSetTarget)->sizeHint();
     const int columns = 3 * (least.width() + margin) + margin <= width ? 3 : 2;

@@ -19,7 +19,7 @@ class PositionReceiver;
 /// A few lines say what arrives as long as the dialog is open. They are about the source in use
 /// until "Try" has the receiver read what is entered instead; whatever ends the dialog but OK puts
 /// the source that was in use back.
-class CDlgPositionSource : public Dialog, private CHeartbeat::Counter {
+class PositionSourceDialog : public Dialog, private CHeartbeat::Counter {
 public:
     static constexpr int kTemplate = 141;
     static constexpr int kKind = 1150;
@@ -31,8 +31,8 @@ public:
     static constexpr int kArrivals = 1156;
 
     /// The receiver is borrowed.
-    explicit CDlgPositionSource(PositionReceiver& receiver);
-    ~CDlgPositionSource() override;
+    explicit PositionSourceDialog(PositionReceiver& receiver);
+    ~PositionSourceDialog() override;
 
     bool onInitialise() override;
     /// An address that makes no sense keeps the dialog open, with a message.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "map/dlg_go_to.h"
+#include "map/go_to_dialog.h"
 
 #include "units/typed_position.h"
 #include "units/units.h"
@@ -18,7 +18,7 @@ constexpr int kPosition = 1070;
 const QString kCaption = QStringLiteral("Go to Position");
 
 const DialogTemplateRecord record{
-    {CDlgGoTo::kTemplate,
+    {GoToDialog::kTemplate,
      kCaption,
      {122, 36},
      {
@@ -30,16 +30,16 @@ const DialogTemplateRecord record{
 
 } // namespace
 
-CDlgGoTo::CDlgGoTo(GeoPosition from, GoTo goTo)
+GoToDialog::GoToDialog(GeoPosition from, GoTo goTo)
     : Dialog(kTemplate), m_from(from), m_goTo(std::move(goTo)) {}
 
-bool CDlgGoTo::onInitialise() {
+bool GoToDialog::onInitialise() {
     setText(kPosition, CUnits::global().formatPosition(m_from).trimmed());
     control<QLineEdit>(kPosition)->selectAll();
     return true;
 }
 
-void CDlgGoTo::onOk() {
+void GoToDialog::onOk() {
     const auto position = typedPosition(text(kPosition));
     if (!position) {
         complain(QStringLiteral("This is no position. Type the latitude first, for example "
@@ -51,7 +51,7 @@ void CDlgGoTo::onOk() {
     }
 }
 
-void CDlgGoTo::complain(const QString& message) {
+void GoToDialog::complain(const QString& message) {
     messageBox(widget(), message, kCaption);
 }
 

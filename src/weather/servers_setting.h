@@ -9,7 +9,7 @@ namespace raincast {
 
 /// The servers that pictures come from, as the settings keep them. Both are at first the server
 /// that is installed with the viewer.
-class CServers {
+class ServersSetting {
 public:
     class Persistant;
 

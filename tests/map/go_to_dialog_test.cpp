@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Going to a position that the user types, from the map's command to the map.
-#include "map/dlg_go_to.h"
+#include "map/go_to_dialog.h"
 #include "map_page.h"
 #include "support/dialog_script.h"
 #include "units/position_format_type.h"

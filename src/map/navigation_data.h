@@ -5,10 +5,10 @@
 
 namespace raincast {
 
-/// The way from the user to the target mark. Published through Listener<CDataNavigation> after
+/// The way from the user to the target mark. Published through Listener<NavigationData> after
 /// every position with a fix while there is a target, and when the target is renamed or cleared:
 /// CMarkManager::navigation() says whether the record holds then.
-struct CDataNavigation {
+struct NavigationData {
     QString targetName;
     float distance = 0;        ///< metres
     float bearing = 0;         ///< of the target, degrees true, 0 to 360

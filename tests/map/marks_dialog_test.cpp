@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "map/dlg_marks.h"
+#include "map/marks_dialog.h"
 #include "map_page.h"
 #include "support/clean_layout.h"
 #include "support/dialog_script.h"
@@ -85,14 +85,14 @@ protected:
 
     int run(test::DialogScript::Step step, const std::optional<GeoPosition>& from = kHere) {
         script.expect(kCaption, std::move(step));
-        CDlgMarks dialog(from, goTo);
+        MarksDialog dialog(from, goTo);
         return dialog.run(nullptr);
     }
     const COverlayMark& mark(int index) const { return *std::next(marks.marks().begin(), index); }
 
     std::optional<GeoPosition> gone;
     bool onMap = true;
-    CDlgMarks::GoTo goTo = [this](GeoPosition place) {
+    MarksDialog::GoTo goTo = [this](GeoPosition place) {
         gone = place;
         return onMap;
     };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/dlg_position_source.h"
+#include "app/position_source_dialog.h"
 #include "page/global_settings_type.h"
 #include "position/position_receiver.h"
 #include "position/source/position_source_setting.h"
@@ -48,20 +48,20 @@ std::string labelText(QDialog& dialog, int id) {
 }
 
 std::string arrivals(QDialog& dialog) {
-    return labelText(dialog, CDlgPositionSource::kArrivals);
+    return labelText(dialog, PositionSourceDialog::kArrivals);
 }
 
 std::string inUse(QDialog& dialog) {
-    return control<QLabel>(dialog, CDlgPositionSource::kInUse).toolTip().toStdString();
+    return control<QLabel>(dialog, PositionSourceDialog::kInUse).toolTip().toStdString();
 }
 
 QLineEdit& addressField(QDialog& dialog) {
-    return control<QLineEdit>(dialog, CDlgPositionSource::kAddress);
+    return control<QLineEdit>(dialog, PositionSourceDialog::kAddress);
 }
 
 // As a person selects: by the keys of the list that has the keyboard.
 void choose(QDialog& dialog, const QString& kind) {
-    auto& list = control<QComboBox>(dialog, CDlgPositionSource::kKind);
+    auto& list = control<QComboBox>(dialog, PositionSourceDialog::kKind);
     list.setFocus();
     QTest::keyClick(&list, Qt::Key_Home);
     for (int most = list.count(); most > 0 && list.currentText() != kind; --most) {
@@ -83,25 +83,25 @@ void ok(QDialog& dialog) {
 }
 
 void tryIt(QDialog& dialog) {
-    QTest::mouseClick(&control<QPushButton>(dialog, CDlgPositionSource::kTry), Qt::LeftButton);
+    QTest::mouseClick(&control<QPushButton>(dialog, PositionSourceDialog::kTry), Qt::LeftButton);
 }
 
 class DlgPositionSourceTest : public test::GuiTest {
 protected:
     DlgPositionSourceTest() {
         FakeSource::reset();
-        CPositionSource::choose(QString());
-        CPositionSource::setReceiver(&receiver);
+        PositionSourceSetting::choose(QString());
+        PositionSourceSetting::setReceiver(&receiver);
     }
     ~DlgPositionSourceTest() override {
-        CPositionSource::setReceiver(nullptr);
-        CPositionSource::choose(QString());
+        PositionSourceSetting::setReceiver(nullptr);
+        PositionSourceSetting::choose(QString());
     }
 
     int run(const DialogScript::Step& step) {
         DialogScript script;
         script.expect(kCaption, step);
-        return CDlgPositionSource(receiver).run(nullptr);
+        return PositionSourceDialog(receiver).run(nullptr);
     }
     void beat(int seconds) {
         for (int i = 0; i < 10 * seconds; ++i) {
@@ -130,7 +130,7 @@ TEST_F(DlgPositionSourceTest, TheSettingsMenuOffersItBehindTheUnits) {
         script.expect(kCaption);
         offered->open(nullptr);
     }
-    CPositionSource::setReceiver(nullptr);
+    PositionSourceSetting::setReceiver(nullptr);
     const DialogScript nothingOpens;
     offered->open(nullptr);
 }
@@ -152,23 +152,23 @@ const Source kSources[] = {
 
 TEST_F(DlgPositionSourceTest, ShowsWhatIsInUse) {
     for (const Source& source : kSources) {
-        CPositionSource::choose(QString::fromLatin1(source.address));
+        PositionSourceSetting::choose(QString::fromLatin1(source.address));
         run([&source](QDialog& dialog) {
-            const auto& kinds = control<QComboBox>(dialog, CDlgPositionSource::kKind);
+            const auto& kinds = control<QComboBox>(dialog, PositionSourceDialog::kKind);
             EXPECT_EQ(kinds.count(), 6);
             EXPECT_EQ(kinds.currentText().toStdString(), source.kind);
             EXPECT_EQ(addressField(dialog).text().toStdString(), source.typed);
             EXPECT_EQ(addressField(dialog).isEnabled(), source.address[0] != 0);
-            EXPECT_FALSE(control<QLabel>(dialog, CDlgPositionSource::kExample).text().isEmpty());
+            EXPECT_FALSE(control<QLabel>(dialog, PositionSourceDialog::kExample).text().isEmpty());
             EXPECT_THAT(inUse(dialog), HasSubstr(source.address));
         });
-        EXPECT_EQ(CPositionSource::text().toStdString(), source.address) << "cancelled";
+        EXPECT_EQ(PositionSourceSetting::text().toStdString(), source.address) << "cancelled";
     }
 }
 
 TEST_F(DlgPositionSourceTest, OkPutsEachKindInUseAtOnce) {
     for (const Source& source : kSources) {
-        CPositionSource::choose(QStringLiteral("udp:1"));
+        PositionSourceSetting::choose(QStringLiteral("udp:1"));
         const auto enter = [&source](QDialog& dialog) {
             choose(dialog, source.kind);
             if (source.address[0] != 0) {
@@ -177,7 +177,7 @@ TEST_F(DlgPositionSourceTest, OkPutsEachKindInUseAtOnce) {
             ok(dialog);
         };
         EXPECT_EQ(run(enter), Dialog::kOk);
-        EXPECT_EQ(CPositionSource::text().toStdString(), source.address);
+        EXPECT_EQ(PositionSourceSetting::text().toStdString(), source.address);
         EXPECT_EQ(
             receiver.address(), PositionSourceAddress::parse(QString::fromLatin1(source.address))
         );
@@ -190,7 +190,7 @@ TEST_F(DlgPositionSourceTest, ATildeIsTheHomeFolder) {
         type(dialog, "~/trip.nmea");
         ok(dialog);
     });
-    EXPECT_EQ(CPositionSource::text(), "file:" + QDir::homePath() + "/trip.nmea");
+    EXPECT_EQ(PositionSourceSetting::text(), "file:" + QDir::homePath() + "/trip.nmea");
 }
 
 TEST_F(DlgPositionSourceTest, AMistakeIsSaidAndTheDialogStays) {
@@ -227,22 +227,22 @@ TEST_F(DlgPositionSourceTest, AMistakeIsSaidAndTheDialogStays) {
                 EXPECT_THAT(text.toStdString(), HasSubstr(row.message));
                 EXPECT_LT(text.size(), 300);
             });
-            EXPECT_EQ(CDlgPositionSource(receiver).run(nullptr), Dialog::kCancel);
+            EXPECT_EQ(PositionSourceDialog(receiver).run(nullptr), Dialog::kCancel);
         }
     }
-    EXPECT_EQ(CPositionSource::text(), QString());
+    EXPECT_EQ(PositionSourceSetting::text(), QString());
     EXPECT_EQ(FakeSource::opens, 0);
 }
 
 TEST_F(DlgPositionSourceTest, EachKindKeepsWhatWasTyped) {
-    CPositionSource::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
     run([](QDialog& dialog) {
         choose(dialog, "TCP server");
         EXPECT_EQ(addressField(dialog).text(), QString());
         type(dialog, "boat:1");
         choose(dialog, "None");
         EXPECT_FALSE(addressField(dialog).isEnabled());
-        EXPECT_FALSE(control<QPushButton>(dialog, CDlgPositionSource::kTry).isEnabled());
+        EXPECT_FALSE(control<QPushButton>(dialog, PositionSourceDialog::kTry).isEnabled());
         choose(dialog, "UDP port");
         EXPECT_EQ(addressField(dialog).text(), QStringLiteral("10110"));
         choose(dialog, "TCP server");
@@ -251,44 +251,44 @@ TEST_F(DlgPositionSourceTest, EachKindKeepsWhatWasTyped) {
 }
 
 TEST_F(DlgPositionSourceTest, LookingDisturbsNothing) {
-    CPositionSource::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
     EXPECT_EQ(run(ok), Dialog::kOk);
     run([](QDialog& dialog) {
         choose(dialog, "TCP server");
         type(dialog, "boat:1");
     });
     EXPECT_EQ(FakeSource::opens, 1);
-    EXPECT_EQ(CPositionSource::text(), QStringLiteral("udp:10110"));
+    EXPECT_EQ(PositionSourceSetting::text(), QStringLiteral("udp:10110"));
 }
 
 TEST_F(DlgPositionSourceTest, ASourceForThisRunStaysOneUnlessAnotherIsEntered) {
-    CPositionSource::choose(QStringLiteral("udp:10110"));
-    CPositionSource::useForThisRun(QStringLiteral("file:log.nmea"));
-    CPositionSource::apply();
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::useForThisRun(QStringLiteral("file:log.nmea"));
+    PositionSourceSetting::apply();
     const auto tryAndTake = [](QDialog& dialog) {
         EXPECT_EQ(inUse(dialog), "For this run: file:log.nmea");
         tryIt(dialog);
         ok(dialog);
     };
     EXPECT_EQ(run(tryAndTake), Dialog::kOk);
-    EXPECT_TRUE(CPositionSource::isForThisRun());
-    EXPECT_EQ(CPositionSource::text(), QStringLiteral("file:log.nmea"));
+    EXPECT_TRUE(PositionSourceSetting::isForThisRun());
+    EXPECT_EQ(PositionSourceSetting::text(), QStringLiteral("file:log.nmea"));
 
     run([](QDialog& dialog) {
         choose(dialog, "gpsd");
         ok(dialog);
     });
-    EXPECT_FALSE(CPositionSource::isForThisRun());
-    EXPECT_EQ(CPositionSource::text(), QStringLiteral("gpsd:"));
+    EXPECT_FALSE(PositionSourceSetting::isForThisRun());
+    EXPECT_EQ(PositionSourceSetting::text(), QStringLiteral("gpsd:"));
 }
 
 TEST_F(DlgPositionSourceTest, SettingsThatMakeNoSenseAreSaid) {
-    CPositionSource::choose(QStringLiteral("udp:x"));
+    PositionSourceSetting::choose(QStringLiteral("udp:x"));
     run([](QDialog& dialog) {
         EXPECT_EQ(addressField(dialog).text(), QStringLiteral("x"));
         EXPECT_EQ(arrivals(dialog), "The port \"x\" is not a number from 1 to 65535.");
     });
-    CPositionSource::choose(QStringLiteral("nonsense"));
+    PositionSourceSetting::choose(QStringLiteral("nonsense"));
     EXPECT_EQ(
         run([](QDialog& dialog) {
             EXPECT_THAT(arrivals(dialog), StartsWith("It does not start with serial:, tcp:,"));
@@ -296,19 +296,19 @@ TEST_F(DlgPositionSourceTest, SettingsThatMakeNoSenseAreSaid) {
         }),
         Dialog::kOk
     );
-    EXPECT_EQ(CPositionSource::text(), QString());
+    EXPECT_EQ(PositionSourceSetting::text(), QString());
 }
 
 TEST_F(DlgPositionSourceTest, ATrialEndsWithTheDialog) {
-    CPositionSource::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
     run([this](QDialog& dialog) {
         choose(dialog, "gpsd");
         tryIt(dialog);
-        EXPECT_EQ(receiver.address()->kind, PositionSourceAddress::Kind::Gpsd);
+        EXPECT_EQ(receiver.address()->kind, PositionSourceAddress::Kind::gpsd);
         EXPECT_EQ(inUse(dialog), "On trial: gpsd:");
-        EXPECT_EQ(CPositionSource::text(), QStringLiteral("udp:10110"));
+        EXPECT_EQ(PositionSourceSetting::text(), QStringLiteral("udp:10110"));
     });
-    EXPECT_EQ(receiver.address()->kind, PositionSourceAddress::Kind::Udp);
+    EXPECT_EQ(receiver.address()->kind, PositionSourceAddress::Kind::udp);
     EXPECT_EQ(FakeSource::opens, 3);
 }
 
@@ -319,13 +319,13 @@ TEST_F(DlgPositionSourceTest, ATrialThatIsTakenGoesOn) {
         FakeSource::send(kSentence);
         ok(dialog);
     });
-    EXPECT_EQ(CPositionSource::text(), QStringLiteral("gpsd:"));
+    EXPECT_EQ(PositionSourceSetting::text(), QStringLiteral("gpsd:"));
     EXPECT_EQ(FakeSource::opens, 1);
     EXPECT_EQ(receiver.counters().taken, 1U);
 }
 
 TEST_F(DlgPositionSourceTest, ATrialStartsTheCountsAnew) {
-    CPositionSource::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
     FakeSource::send(kSentence);
     run([this](QDialog& dialog) {
         FakeSource::send(kSentence);
@@ -344,7 +344,7 @@ TEST_F(DlgPositionSourceTest, TheLinesLiveWithARealServer) {
     EventLoop loop;
     QtTimers realTimers;
     PositionReceiver real(realTimers);
-    CPositionSource::setReceiver(&real);
+    PositionSourceSetting::setReceiver(&real);
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress(QStringLiteral("127.0.0.1"))));
     std::unique_ptr<QTcpSocket> peer;
@@ -380,7 +380,7 @@ TEST_F(DlgPositionSourceTest, TheLinesLiveWithARealServer) {
         EXPECT_THAT(arrivals(dialog), HasSubstr("4 taken, 1 with a wrong checksum"));
 
         peer->disconnectFromHost();
-        ASSERT_TRUE(loop.until([&real] { return real.state() == State::Waiting; }));
+        ASSERT_TRUE(loop.until([&real] { return real.state() == State::waiting; }));
         beat(10);
         EXPECT_THAT(
             arrivals(dialog),
@@ -392,11 +392,13 @@ TEST_F(DlgPositionSourceTest, TheLinesLiveWithARealServer) {
         EXPECT_THAT(arrivals(dialog), AllOf(HasSubstr(", fix\n"), Not(HasSubstr("127.0.0.1"))));
         ok(dialog);
     });
-    EXPECT_EQ(CDlgPositionSource(real).run(nullptr), Dialog::kOk);
-    EXPECT_EQ(real.state(), State::Open);
-    EXPECT_EQ(CPositionSource::text(), QStringLiteral("tcp:127.0.0.1:%1").arg(server.serverPort()));
+    EXPECT_EQ(PositionSourceDialog(real).run(nullptr), Dialog::kOk);
+    EXPECT_EQ(real.state(), State::open);
+    EXPECT_EQ(
+        PositionSourceSetting::text(), QStringLiteral("tcp:127.0.0.1:%1").arg(server.serverPort())
+    );
     send(1);
-    CPositionSource::setReceiver(nullptr);
+    PositionSourceSetting::setReceiver(nullptr);
 }
 
 } // namespace

@@ -10,7 +10,7 @@ namespace raincast {
 
 /// "Go to Position": takes a position that the user types (see typedPosition()), and has the map go
 /// there. Stays open on what is no position or not on the map.
-class CDlgGoTo : public Dialog {
+class GoToDialog : public Dialog {
 public:
     static constexpr int kTemplate = 151;
 
@@ -18,7 +18,7 @@ public:
     using GoTo = std::function<bool(GeoPosition)>;
 
     /// `from` stands in the dialog when it opens.
-    CDlgGoTo(GeoPosition from, GoTo goTo);
+    GoToDialog(GeoPosition from, GoTo goTo);
 
     bool onInitialise() override;
     void onOk() override;

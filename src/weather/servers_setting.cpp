@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 
 #include "persist/persistant_data.h"
 
 namespace raincast {
 
 /// The settings record. A stored text of another form keeps the default.
-class CServers::Persistant : public PersistantData {
+class ServersSetting::Persistant : public PersistantData {
 public:
     Persistant() : PersistantData("CServers") {}
 
@@ -34,23 +34,23 @@ private:
 
 namespace {
 
-CServers::Persistant persistant;
+ServersSetting::Persistant persistant;
 
 } // namespace
 
-QString CServers::localServer() {
+QString ServersSetting::localServer() {
     return QString::fromUtf16(kLocalServer);
 }
 
-RadarServers CServers::current() {
+RadarServers ServersSetting::current() {
     return persistant.servers;
 }
 
-void CServers::set(const RadarServers& servers) {
+void ServersSetting::set(const RadarServers& servers) {
     persistant.servers = servers;
 }
 
-void CServers::setForThisRun(const QString& radarServer, const QString& basemapServer) {
+void ServersSetting::setForThisRun(const QString& radarServer, const QString& basemapServer) {
     persistant.useForThisRun("radar_server", persistant.servers.radar, radarServer);
     persistant.useForThisRun("basemap_server", persistant.servers.basemap, basemapServer);
 }

@@ -6,9 +6,9 @@
 namespace raincast {
 
 /// "Servers": where radar images and map layers come from. Edits the settings when it ends with OK.
-class CDlgServers : public Dialog {
+class ServersDialog : public Dialog {
 public:
-    CDlgServers();
+    ServersDialog();
 
     bool onInitialise() override;
     /// A text that is no host keeps the dialog open, with a message.

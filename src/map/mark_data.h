@@ -8,7 +8,7 @@
 namespace raincast {
 
 /// A named point that the user keeps.
-struct CDataMark {
+struct MarkData {
     double latitude = 0;  ///< degrees, north positive
     double longitude = 0; ///< degrees, east positive
     QString name;
