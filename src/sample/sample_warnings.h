@@ -3,6 +3,7 @@
 
 #include "core/file_time.h"
 #include "radar/catalogue/antenna_positions.h"
+#include "radar/catalogue/product.h"
 #include "tree/warning_polygon.h"
 
 #include <vector>

@@ -6,6 +6,7 @@
 #include "sample/sample_noise.h"
 #include "sample/sample_scan.h"
 #include "sample/sample_warnings.h"
+#include "tree/warnings_painter.h"
 
 #include <algorithm>
 #include <array>
