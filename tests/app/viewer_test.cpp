@@ -18,7 +18,7 @@
 #include "support/files.h"
 #include "support/qt_app.h"
 #include "support/temporary_home.h"
-#include "weather/servers.h"
+#include "weather/servers_setting.h"
 #include "window/commands.h"
 #include "window/message_box.h"
 #include "window/modal.h"
@@ -457,8 +457,8 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
         Viewer viewer(options);
         inLoop([&] {
             EXPECT_EQ(viewer.window()->frame()->size(), options.geometry);
-            EXPECT_EQ(CPositionSource::text(), options.nmea);
-            EXPECT_EQ(CServers::current().radar, options.radarServer);
+            EXPECT_EQ(PositionSourceSetting::text(), options.nmea);
+            EXPECT_EQ(ServersSetting::current().radar, options.radarServer);
             viewer.requestEnd();
         });
         EXPECT_EQ(viewer.run(), 0);
@@ -467,8 +467,8 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
     Viewer viewer({});
     inLoop([&] {
         EXPECT_NE(viewer.window()->frame()->size(), options.geometry);
-        EXPECT_EQ(CPositionSource::text(), QString());
-        EXPECT_EQ(CServers::current().radar, CServers::localServer());
+        EXPECT_EQ(PositionSourceSetting::text(), QString());
+        EXPECT_EQ(ServersSetting::current().radar, ServersSetting::localServer());
         EXPECT_EQ(CGlobals::settings.configFile, home.pageFile());
         viewer.requestEnd();
     });
@@ -477,12 +477,12 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
     const QString root = kKey.section(u'/', 0, -2);
     const auto saved = [&](const char* record, const char* value) {
         return store.string(
-            RegistryStore::Branch::User, root + u'/' + QString::fromLatin1(record),
+            RegistryStore::Branch::user, root + u'/' + QString::fromLatin1(record),
             QString::fromLatin1(value)
         );
     };
     EXPECT_TRUE(saved("CWindowPlace", "geometry"));
-    EXPECT_EQ(saved("CServers", "radar_server"), CServers::localServer());
+    EXPECT_EQ(saved("ServersSetting", "radar_server"), ServersSetting::localServer());
     EXPECT_EQ(saved("CGlobals", "config_file"), home.pageFile());
 }
 

@@ -247,13 +247,13 @@ TEST_F(PersistantDataTest, WhatIsSetForARunEndsWithIt) {
     record.setForThisRun("config_file", record.file, QStringLiteral("/from the command line"));
     record.setForThisRun("config_file", record.file, QStringLiteral("/and another"));
     ASSERT_TRUE(save());
-    EXPECT_FALSE(m_store.string(Branch::User, key, name));
+    EXPECT_FALSE(m_store.string(Branch::user, key, name));
 
     load(); // the next run
     EXPECT_EQ(record.file, QStringLiteral("/a"));
     record.file = QStringLiteral("/chosen");
     ASSERT_TRUE(save());
-    EXPECT_EQ(m_store.string(Branch::User, key, name), QStringLiteral("/chosen"));
+    EXPECT_EQ(m_store.string(Branch::user, key, name), QStringLiteral("/chosen"));
 }
 
 } // namespace
