@@ -65,7 +65,8 @@ struct Result {
 
 Result read(std::string_view bytes, std::size_t readSize) {
     Checker checker;
-    const CFeedRMC_to_GPSPosition feed;
+    PublishedPosition position;
+    const CFeedRMC_to_GPSPosition feed(position);
     NmeaReader reader;
     for (std::size_t at = 0; at < bytes.size(); at += readSize) {
         reader.feed(bytes.substr(at, readSize));
