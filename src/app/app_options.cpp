@@ -6,8 +6,6 @@
 #include "radar/catalogue/sites.h"
 #include "weather/servers_setting.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -46,13 +44,13 @@ QList<QCommandLineOption> ownOptions() {
          ),
          QStringLiteral("PRODUCT")},
         {QStringLiteral("welcome"),
-         QStringLiteral("Where no radar site was chosen yet, show this one, animated, instead of "
+         QStringLiteral("If no radar site was chosen yet, show this one, animated, instead of "
                         "asking."),
          QStringLiteral("SITE")},
     };
 }
 
-// Those that the window system's part of Qt understands.
+// Options of the part of Qt that talks to the window system.
 QList<QCommandLineOption> qtOptions() {
     QList<QCommandLineOption> options;
     for (const char* name :
@@ -86,17 +84,6 @@ QStringList takenForQt(const QCommandLineParser& parser) {
     return arguments;
 }
 
-QString helpText(const QCommandLineParser& parser, const QString& program) {
-    // Only an application object knows the name that the help begins with.
-    QByteArray name = program.toLocal8Bit();
-    int count = 1;
-    char* arguments[] = {name.data(), nullptr};
-    const QCoreApplication application(count, arguments);
-    return parser.helpText() +
-           QStringLiteral("\nQt's own options, such as -platform and -style, are understood too.\n"
-           );
-}
-
 std::optional<QSize> sizeIn(const QString& text) {
     static const QRegularExpression form(QStringLiteral("^([0-9]{1,5})[xX]([0-9]{1,5})$"));
     const auto match = form.match(text);
@@ -107,69 +94,21 @@ std::optional<QSize> sizeIn(const QString& text) {
     return good ? std::optional(size) : std::nullopt;
 }
 
-// An option that was given, but with nothing in it.
-QString emptyOption(const QCommandLineParser& parser) {
-    for (const QCommandLineOption& option : ownOptions()) {
-        const QString name = option.names().constFirst();
-        if (parser.isSet(name) && parser.value(name).isEmpty()) {
-            return name;
-        }
-    }
-    return {};
-}
-
 QString absolute(const QString& path) {
     return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
 }
 
-AppAnswer wrong(const QString& text) {
-    return {text + QStringLiteral("\nTry raincast --help.\n"), true};
+using Reading = tl::expected<void, QString>;
+
+Reading wrong(const QString& sentence) {
+    return tl::unexpected(sentence);
 }
 
-std::optional<AppAnswer> readServers(const QCommandLineParser& parser, AppOptions& result) {
-    result.radarServer = parser.value(QStringLiteral("radar-server"));
-    result.basemapServer = parser.value(QStringLiteral("basemap-server"));
-    for (const QString& host : {result.radarServer, result.basemapServer}) {
-        if (!host.isEmpty() && !isServer(host)) {
-            return wrong(QStringLiteral("\"%1\" is not HOST or HOST:PORT.").arg(host));
-        }
-    }
-    return std::nullopt;
-}
-
-std::optional<AppAnswer> readSite(const QCommandLineParser& parser, AppOptions& result) {
-    result.siteId = parser.value(QStringLiteral("site")).toUpper();
-    result.welcomeSiteId = parser.value(QStringLiteral("welcome")).toUpper();
-    for (const QString& site : {result.siteId, result.welcomeSiteId}) {
-        if (!site.isEmpty() && findRadarSite(site) == nullptr) {
-            return wrong(QStringLiteral("There is no site %1.").arg(site));
-        }
-    }
-    const QString product = parser.value(QStringLiteral("product"));
-    if (result.siteId.isEmpty()) {
-        return product.isEmpty() ? std::nullopt
-                                 : std::optional(wrong(QStringLiteral("--product needs --site.")));
-    }
-    if (!product.isEmpty()) {
-        const auto index = findRadarProduct(product.toUpper());
-        if (!index) {
-            return wrong(QStringLiteral("There is no product %1.").arg(product));
-        }
-        result.product = *index;
-    }
-    return std::nullopt;
-}
-
-std::variant<AppOptions, AppAnswer> readValues(const QCommandLineParser& parser) {
-    const QString empty = emptyOption(parser);
-    if (!empty.isEmpty()) {
-        return wrong(QStringLiteral("--%1 takes a value.").arg(empty));
-    }
+Reading readPlainValues(const QCommandLineParser& parser, AppOptions& result) {
     if (!parser.positionalArguments().isEmpty()) {
-        return wrong(QStringLiteral("There is no use for \"%1\".")
+        return wrong(QStringLiteral("Unexpected argument \"%1\".")
                          .arg(parser.positionalArguments().constFirst()));
     }
-    AppOptions result;
     if (parser.isSet(QStringLiteral("geometry"))) {
         const auto size = sizeIn(parser.value(QStringLiteral("geometry")));
         if (!size) {
@@ -181,14 +120,63 @@ std::variant<AppOptions, AppAnswer> readValues(const QCommandLineParser& parser)
     }
     result.pageFile = absolute(parser.value(QStringLiteral("page-file")));
     result.screenshot = absolute(parser.value(QStringLiteral("screenshot")));
+    return {};
+}
+
+Reading readPositionSource(const QCommandLineParser& parser, AppOptions& result) {
     result.nmea = parser.value(QStringLiteral("nmea"));
     QString error;
     if (!result.nmea.isEmpty() && !PositionSourceAddress::parse(result.nmea, &error)) {
         return wrong(QStringLiteral("--nmea: %1").arg(error));
     }
-    for (const auto read : {readServers, readSite}) {
-        if (const auto complaint = read(parser, result)) {
-            return *complaint;
+    return {};
+}
+
+Reading readServers(const QCommandLineParser& parser, AppOptions& result) {
+    result.radarServer = parser.value(QStringLiteral("radar-server"));
+    result.basemapServer = parser.value(QStringLiteral("basemap-server"));
+    for (const QString& host : {result.radarServer, result.basemapServer}) {
+        if (!host.isEmpty() && !isServer(host)) {
+            return wrong(QStringLiteral("\"%1\" is not HOST or HOST:PORT.").arg(host));
+        }
+    }
+    return {};
+}
+
+Reading readSites(const QCommandLineParser& parser, AppOptions& result) {
+    result.siteId = parser.value(QStringLiteral("site")).toUpper();
+    result.welcomeSiteId = parser.value(QStringLiteral("welcome")).toUpper();
+    for (const QString& site : {result.siteId, result.welcomeSiteId}) {
+        if (!site.isEmpty() && findRadarSite(site) == nullptr) {
+            return wrong(QStringLiteral("There is no site %1.").arg(site));
+        }
+    }
+    return {};
+}
+
+Reading readProduct(const QCommandLineParser& parser, AppOptions& result) {
+    const QString product = parser.value(QStringLiteral("product"));
+    if (product.isEmpty()) {
+        return {};
+    }
+    if (result.siteId.isEmpty()) {
+        return wrong(QStringLiteral("--product needs --site."));
+    }
+    result.product = findRadarProduct(product.toUpper());
+    return result.product ? Reading()
+                          : wrong(QStringLiteral("There is no product %1.").arg(product));
+}
+
+tl::expected<AppOptions, QString> readValues(const CommandLine& line) {
+    const QCommandLineParser& parser = line.parser();
+    if (const auto values = line.requireValues(ownOptions()); !values) {
+        return tl::unexpected(values.error());
+    }
+    AppOptions result;
+    for (const auto read :
+         {readPlainValues, readPositionSource, readServers, readSites, readProduct}) {
+        if (const Reading done = read(parser, result); !done) {
+            return tl::unexpected(done.error());
         }
     }
     result.qtArguments = takenForQt(parser);
@@ -197,33 +185,22 @@ std::variant<AppOptions, AppAnswer> readValues(const QCommandLineParser& parser)
 
 } // namespace
 
-std::variant<AppOptions, AppAnswer> readAppOptions(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(
+tl::expected<AppOptions, CommandLineAnswer> readAppOptions(const QStringList& arguments) {
+    CommandLine line(
+        QStringLiteral("raincast"),
         QStringLiteral("Shows weather radar images: the newest of a site, animated, on a map.")
     );
-    const QCommandLineOption help(
-        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")
+    line.parser().setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    line.parser().addOptions(ownOptions() + qtOptions());
+    line.setHelpFooter(
+        QStringLiteral("\nQt's own options, such as -platform and -style, are understood too.\n")
     );
-    const QCommandLineOption version(
-        {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version.")
-    );
-    parser.addOptions(ownOptions() + qtOptions());
-    parser.addOptions({help, version});
-
-    if (!parser.parse(arguments)) {
-        // Some versions of Qt end the sentence, some do not.
-        const QString error = parser.errorText();
-        return wrong(error.endsWith(u'.') ? error : error + u'.');
+    if (auto parsed = line.parse(arguments); !parsed) {
+        return tl::unexpected(parsed.error());
     }
-    if (parser.isSet(help)) {
-        return AppAnswer{helpText(parser, arguments.value(0)), false};
-    }
-    if (parser.isSet(version)) {
-        return AppAnswer{QStringLiteral("raincast " RAINCAST_VERSION "\n"), false};
-    }
-    return readValues(parser);
+    return readValues(line).map_error([&line](const QString& sentence) {
+        return line.usageError(sentence);
+    });
 }
 
 } // namespace raincast

@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/command_line.h"
+
 #include <QSize>
 #include <QString>
 #include <QStringList>
 
 #include <optional>
-#include <variant>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
-/// What the command line asks of one run of the viewer; nothing of it is ever saved.
+/// What the command line asks of one run of the viewer. None of it is saved.
 struct AppOptions {
     QString pageFile;      ///< the absolute path of the page file; empty: the one of the settings
     QSize geometry;        ///< the main window's size in logical pixels; empty: as it was left
@@ -26,14 +28,9 @@ struct AppOptions {
     QStringList qtArguments;
 };
 
-/// A command line that starts nothing: a text to print, and whether it is a complaint.
-struct AppAnswer {
-    QString text;
-    bool wrong = false;
-};
-
 /// Reads a command line, the program's name first. Needs no application object, and none may exist
 /// yet: Qt would take some of our options for its own.
-[[nodiscard]] std::variant<AppOptions, AppAnswer> readAppOptions(const QStringList& arguments);
+[[nodiscard]] tl::expected<AppOptions, CommandLineAnswer>
+readAppOptions(const QStringList& arguments);
 
 } // namespace raincast

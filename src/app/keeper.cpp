@@ -4,6 +4,7 @@
 #include "app/globals.h"
 #include "app/raincast_app.h"
 #include "app/trial_app.h"
+#include "app/viewer_log.h"
 #include "core/folders.h"
 #include "persist/persistant_data.h"
 #include "persist/registry_store.h"
@@ -163,7 +164,7 @@ void Keeper::complain(const QString& text) {
     const QString line = text.simplified();
     if (!m_complaints.contains(line)) { // a log-out saves, and so does the end that follows
         m_complaints.append(line);
-        std::fprintf(stderr, "raincast: %s\n", qPrintable(line));
+        qCCritical(viewerLog, "%s", qUtf8Printable(line));
     }
 }
 

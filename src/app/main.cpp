@@ -4,24 +4,19 @@
 #include "app/display_guard.h"
 #include "app/qt_arguments.h"
 #include "app/viewer.h"
+#include "core/command_line.h"
 #include "core/end_signals.h"
+#include "core/program_log.h"
 #include "window/screen_style.h"
 
 #include <QApplication>
 
-#include <cstdio>
+#include <iostream>
 #include <memory>
 
 namespace {
 
 using namespace raincast;
-
-constexpr int kWrongUsage = 2;
-
-int tell(const AppAnswer& answer) {
-    std::fputs(qPrintable(answer.text), answer.wrong ? stderr : stdout);
-    return answer.wrong ? kWrongUsage : 0;
-}
 
 std::unique_ptr<QApplication> makeApplication(QtArguments& arguments) {
     const DisplayGuard guard;
@@ -46,7 +41,7 @@ int view(const AppOptions& options, const QString& program) {
     signals.onEnd([&viewer] { viewer.requestEnd(); });
     const int status = viewer.run();
     signals.onEnd({});
-    // What was left to an event loop that runs no more.
+    // Deletions that wait for an event loop, which runs no more.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return status;
 }
@@ -58,9 +53,8 @@ int main(int argc, char** argv) {
     for (int i = 0; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
-    const auto read = readAppOptions(arguments);
-    if (const auto* const answer = std::get_if<AppAnswer>(&read)) {
-        return tell(*answer);
-    }
-    return view(std::get<AppOptions>(read), arguments.value(0));
+    logToStandardError();
+    const auto options = readAppOptions(arguments);
+    return options ? view(*options, arguments.value(0))
+                   : printAnswer(options.error(), std::cout, std::cerr);
 }

@@ -6,6 +6,7 @@
 #include "app/main_window.h"
 #include "app/screenshot.h"
 #include "app/single_instance.h"
+#include "app/viewer_log.h"
 #include "app/window_place.h"
 #include "core/end_signals.h"
 #include "core/special_folders.h"
@@ -19,7 +20,6 @@
 #include <QApplication>
 #include <QMainWindow>
 
-#include <cstdio>
 #include <cstdlib>
 #include <utility>
 
@@ -150,7 +150,7 @@ void Viewer::openPositionSource() {
     QString error;
     const auto address = PositionSourceSetting::address(&error);
     if (!address && !PositionSourceSetting::text().isEmpty()) {
-        std::fprintf(stderr, "raincast: No position: %s\n", qPrintable(error));
+        qCCritical(viewerLog, "No position: %s", qUtf8Printable(error));
     }
     PositionSourceSetting::setReceiver(&m_receiver);
     PositionSourceSetting::apply();
@@ -178,10 +178,10 @@ int Viewer::loop() {
 void Viewer::pictureTaken(bool saved) {
     const QString problem = m_application.problem();
     if (!saved) {
-        std::fprintf(stderr, "raincast: Cannot write %s.\n", qPrintable(m_options.screenshot));
+        qCCritical(viewerLog, "Cannot write %s.", qUtf8Printable(m_options.screenshot));
     }
     if (!problem.isEmpty()) {
-        std::fprintf(stderr, "raincast: %s\n", qPrintable(problem.trimmed()));
+        qCCritical(viewerLog, "%s", qUtf8Printable(problem.trimmed()));
     }
     QCoreApplication::exit(saved && problem.isEmpty() ? 0 : 1);
 }

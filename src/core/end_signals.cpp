@@ -4,6 +4,7 @@
 #include <QSocketNotifier>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <array>
@@ -50,7 +51,7 @@ EndSignals::EndSignals() {
     action.sa_flags = SA_RESTART;
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         sigaction(kSignals[i], &action, &formerly[i]);
-        // What the parent process had ignored stays ignored: "nohup raincast &".
+        // A signal that the parent process ignored stays ignored: "nohup raincast &".
         if (formerly[i].sa_handler == SIG_IGN) {
             sigaction(kSignals[i], &formerly[i], nullptr);
         }
@@ -89,6 +90,10 @@ void EndSignals::onEnd(std::function<void()> end) {
 
 bool EndSignals::came() {
     return requested != 0;
+}
+
+void EndSignals::endWithParent() {
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
 }
 
 } // namespace raincast

@@ -9,22 +9,26 @@ class QSocketNotifier;
 namespace raincast {
 
 /// SIGTERM, SIGINT and SIGHUP as a request to end the program in good order. One object at a time;
-/// from its construction on none of them ends the process. The requests are handled in event
-/// loops, those of dialogs included; where none runs, came() tells.
+/// while it lives none of them ends the process. Event loops handle the requests, those of dialogs
+/// included; where none runs, ask came().
 class EndSignals {
 public:
     EndSignals();
-    /// Gives the signals their former meaning back, and forgets those that came.
+    /// Restores the signals' former meaning and forgets those that came.
     ~EndSignals();
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;
 
-    /// What to do in the event loop when one comes or has come. There must be an application
-    /// object, which must outlive this one's use of it: an empty call ends it.
+    /// Calls `end` in the event loop when a signal comes or has come. Needs an application object;
+    /// take the call back with an empty one before that object goes.
     void onEnd(std::function<void()> end);
 
-    /// Whether one has come.
+    /// Whether a signal has come.
     [[nodiscard]] static bool came();
+
+    /// From now on the end of the thread that started this process is a SIGTERM too, even if that
+    /// thread was killed.
+    static void endWithParent();
 
 private:
     std::unique_ptr<QSocketNotifier> m_notifier;

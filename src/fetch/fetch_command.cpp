@@ -73,30 +73,19 @@ FetchExit fetch(const FetchOptions& options, const FetchStreams& streams) {
     return state.status.isEmpty() ? FetchExit::allFrames : FetchExit::someFrames;
 }
 
-FetchExit answer(const FetchAnswer& answer, const FetchStreams& streams) {
-    if (!answer.wrongUsage) {
-        streams.frames << answer.text.toStdString();
-        return FetchExit::allFrames;
-    }
-    streams.report << "raincast-fetch: " << answer.text.toStdString()
-                   << "\nTry raincast-fetch --help.\n";
-    return FetchExit::wrongUsage;
-}
-
 } // namespace
 
 FetchExit runFetch(const QStringList& arguments, const FetchStreams& streams) {
-    const auto read = readFetchOptions(arguments);
-    if (const auto* instead = std::get_if<FetchAnswer>(&read)) {
-        return answer(*instead, streams);
+    const auto options = readFetchOptions(arguments);
+    if (!options) {
+        return static_cast<FetchExit>(printAnswer(options.error(), streams.frames, streams.report));
     }
-    const auto& options = std::get<FetchOptions>(read);
-    if (options.verbose) {
+    if (options->verbose) {
         httpHooks().finished = [&streams](const QString& url, const QString& outcome) {
             streams.report << url.toStdString() << ' ' << outcome.toStdString() << std::endl;
         };
     }
-    const FetchExit result = fetch(options, streams);
+    const FetchExit result = fetch(*options, streams);
     httpHooks().finished = nullptr;
     return result;
 }

@@ -7,18 +7,18 @@
 
 namespace raincast {
 
-/// What raincast-fetch ends with.
+/// The exit status of raincast-fetch.
 enum class FetchExit {
     allFrames = 0,
     noFrame = 1,
-    wrongUsage = 2,
+    wrongUsage = 2, ///< kUsageErrorStatus
     someFrames = 3,
 };
 
 /// The streams that raincast-fetch writes to; borrowed.
 struct FetchStreams {
     std::ostream& frames;  ///< a line per frame, oldest first: file, tab, time text
-    std::ostream& report;  ///< status texts, URLs, what is wrong with the usage
+    std::ostream& report;  ///< status texts, URLs, usage errors
     bool reportIsTerminal; ///< a progress bar may be drawn
 };
 

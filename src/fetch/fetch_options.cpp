@@ -7,10 +7,6 @@
 #include "radar/radar_state.h"
 #include "radar/servers.h"
 
-#include <QCommandLineParser>
-
-#include <optional>
-
 namespace raincast {
 
 namespace {
@@ -30,14 +26,16 @@ QList<QCommandLineOption> options() {
          QStringLiteral("HOST[:PORT]"), QString::fromUtf16(kLocalServer)},
         {QStringLiteral("no-warnings"), QStringLiteral("Do not fetch the warnings image.")},
         {{QStringLiteral("q"), QStringLiteral("quiet")},
-         QStringLiteral("Print nothing but the frames and wrong usage.")},
+         QStringLiteral("Print only the frames and usage errors.")},
         {QStringLiteral("verbose"),
          QStringLiteral("Name each URL with its HTTP status or why it failed.")},
     };
 }
 
-FetchAnswer wrong(const QString& text) {
-    return {text, true};
+using Reading = tl::expected<void, QString>;
+
+Reading wrong(const QString& sentence) {
+    return tl::unexpected(sentence);
 }
 
 /// "a, b or c"
@@ -49,7 +47,7 @@ QString enumeration(QStringList words) {
     return words.join(QStringLiteral(", ")) + QStringLiteral(" or ") + last;
 }
 
-FetchAnswer unknownSite(const QString& typed) {
+Reading unknownSite(const QString& typed) {
     QStringList nearest;
     for (const RadarSite* site : suggestRadarSites(typed, kMostSuggestions)) {
         nearest += QStringLiteral("%1 (%2)").arg(site->idText(), site->nameText());
@@ -59,7 +57,7 @@ FetchAnswer unknownSite(const QString& typed) {
     );
 }
 
-FetchAnswer unknownProduct(const QString& typed) {
+Reading unknownProduct(const QString& typed) {
     QStringList nearest;
     for (const RadarProduct* product : suggestRadarProducts(typed)) {
         nearest += QStringLiteral("%1 (%2)").arg(product->codeText(), product->nameText());
@@ -68,10 +66,10 @@ FetchAnswer unknownProduct(const QString& typed) {
                      .arg(typed, enumeration(nearest)));
 }
 
-/// Takes site and product from the words that are no options.
-std::optional<FetchAnswer> readNames(const QStringList& words, FetchOptions& result) {
+/// Takes the site and the product from the positional arguments.
+Reading readNames(const QStringList& words, FetchOptions& result) {
     if (words.isEmpty() || words.size() > 2) {
-        return wrong(QStringLiteral("One site, and at most one product, are wanted."));
+        return wrong(QStringLiteral("Give one site and at most one product."));
     }
     const RadarSite* site = findRadarSite(words[0].toUpper());
     if (site == nullptr) {
@@ -85,10 +83,10 @@ std::optional<FetchAnswer> readNames(const QStringList& words, FetchOptions& res
         }
         result.product = *product;
     }
-    return std::nullopt;
+    return {};
 }
 
-std::optional<FetchAnswer> readValues(const QCommandLineParser& parser, FetchOptions& result) {
+Reading readValues(const QCommandLineParser& parser, FetchOptions& result) {
     const auto frames = numberInRange(parser.value(QStringLiteral("frames")), 1, kMostFrames);
     if (!frames) {
         return wrong(QStringLiteral("--frames takes a number from 1 to %1.").arg(kMostFrames));
@@ -111,21 +109,19 @@ std::optional<FetchAnswer> readValues(const QCommandLineParser& parser, FetchOpt
         return wrong(QStringLiteral("--radar-server takes HOST or HOST:PORT, the port 1 to 65535.")
         );
     }
-    return std::nullopt;
+    return {};
 }
 
 } // namespace
 
-std::variant<FetchOptions, FetchAnswer> readFetchOptions(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Fetches the newest radar images of a site into the image cache and prints their files."
-    ));
-    const QCommandLineOption help(
-        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")
+tl::expected<FetchOptions, CommandLineAnswer> readFetchOptions(const QStringList& arguments) {
+    CommandLine line(
+        QStringLiteral("raincast-fetch"),
+        QStringLiteral(
+            "Fetches the newest radar images of a site into the image cache and prints their files."
+        )
     );
-    const QCommandLineOption version = parser.addVersionOption();
-    parser.addOption(help);
+    QCommandLineParser& parser = line.parser();
     parser.addOptions(options());
     parser.addPositionalArgument(
         QStringLiteral("SITE"),
@@ -136,22 +132,15 @@ std::variant<FetchOptions, FetchAnswer> readFetchOptions(const QStringList& argu
         QStringLiteral("N0R (the default), NCR, N0Z, N1P, NTP, N0V or N0S."),
         QStringLiteral("[PRODUCT]")
     );
-
-    if (!parser.parse(arguments)) {
-        return wrong(parser.errorText());
-    }
-    if (parser.isSet(help)) {
-        return FetchAnswer{parser.helpText(), false};
-    }
-    if (parser.isSet(version)) {
-        return FetchAnswer{QStringLiteral("raincast-fetch " RAINCAST_VERSION "\n"), false};
+    if (auto parsed = line.parse(arguments); !parsed) {
+        return tl::unexpected(parsed.error());
     }
     FetchOptions result;
-    if (auto answer = readNames(parser.positionalArguments(), result)) {
-        return *answer;
-    }
-    if (auto answer = readValues(parser, result)) {
-        return *answer;
+    const Reading read = readNames(parser.positionalArguments(), result).and_then([&] {
+        return readValues(parser, result);
+    });
+    if (!read) {
+        return tl::unexpected(line.usageError(read.error()));
     }
     return result;
 }

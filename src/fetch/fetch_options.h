@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/command_line.h"
+
 #include <QString>
 #include <QStringList>
 
-#include <variant>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
-/// What raincast-fetch is asked to do.
+/// The options of raincast-fetch.
 struct FetchOptions {
     QString siteId;
     int product = 0; ///< index into the product table
@@ -21,14 +23,8 @@ struct FetchOptions {
     bool verbose = false;
 };
 
-/// Something to print instead of fetching: the help, the version, or what is wrong with the usage.
-struct FetchAnswer {
-    QString text;
-    bool wrongUsage;
-};
-
 /// Reads the command line, the program's name first.
-[[nodiscard]] std::variant<FetchOptions, FetchAnswer> readFetchOptions(const QStringList& arguments
-);
+[[nodiscard]] tl::expected<FetchOptions, CommandLineAnswer>
+readFetchOptions(const QStringList& arguments);
 
 } // namespace raincast

@@ -7,8 +7,8 @@
 
 namespace raincast {
 
-/// Tells of an update on a text stream: the status texts as they happen and, where the stream is a
-/// terminal, a progress bar that is drawn over itself and gone in the end.
+/// Reports an update on a text stream: the status texts and, if the stream is a terminal, a
+/// progress bar that is redrawn in place and erased in the end.
 class TerminalReport : public RadarUpdateObserver {
 public:
     /// The stream is borrowed.

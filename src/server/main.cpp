@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // raincast-server: publishes an image tree of weather radar.
+#include "core/command_line.h"
+#include "core/end_signals.h"
+#include "core/program_log.h"
 #include "server/render_command.h"
 #include "server/serve_command.h"
-#include "server/stop_signals.h"
 
 #include <QGuiApplication>
 
@@ -14,17 +16,19 @@ namespace {
 
 using namespace raincast;
 
-void sayWhatIsGrave(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+void printGraveMessages(
+    QtMsgType type, const QMessageLogContext& /*context*/, const QString& text
+) {
     if (type == QtCriticalMsg || type == QtFatalMsg) {
         std::cerr << text.toStdString() << '\n';
     }
 }
 
-int serve(int argc, char** argv, const ServeOptions& options, StopSignals& signals) {
-    // Qt draws the layers' text; it needs no display for that, nor the folders of a user's session,
-    // which it misses aloud in a service.
+int serve(int argc, char** argv, const ServeOptions& options, EndSignals& signals) {
+    // Qt draws the layers' text. That needs no display, and no folders of a user's session, whose
+    // lack it would report in a service.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const auto handler = qInstallMessageHandler(sayWhatIsGrave);
+    const auto handler = qInstallMessageHandler(printGraveMessages);
     const QGuiApplication application(argc, argv);
     qInstallMessageHandler(handler);
     return static_cast<int>(runServer(options, signals, std::cout));
@@ -36,16 +40,7 @@ int render(const RenderOptions& options) {
     );
 }
 
-int say(const ServerAnswer& answer) {
-    if (answer.wrongUsage) {
-        std::cerr << "raincast-server: " << answer.text.toStdString() << '\n';
-        return static_cast<int>(ServerExit::wrongUsage);
-    }
-    std::cout << answer.text.toStdString();
-    return static_cast<int>(ServerExit::good);
-}
-
-/// Without windows: most of what can be asked for needs none.
+// Only serving needs a QGuiApplication.
 auto readArguments(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return readServerOptions(QCoreApplication::arguments());
@@ -54,16 +49,16 @@ auto readArguments(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // Each thread would keep memory of its own from the largest picture it ever made.
+    // Otherwise each thread would keep the memory of its largest picture.
     mallopt(M_ARENA_MAX, 2);
+    logToStandardError();
     const auto wanted = readArguments(argc, argv);
-    if (const auto* const answer = std::get_if<ServerAnswer>(&wanted)) {
-        return say(*answer);
+    if (!wanted) {
+        return printAnswer(wanted.error(), std::cout, std::cerr);
     }
-    if (const auto* const options = std::get_if<RenderOptions>(&wanted)) {
+    if (const auto* const options = std::get_if<RenderOptions>(&*wanted)) {
         return render(*options);
     }
-    // Before the first thread, which inherits that signals wait.
-    StopSignals signals;
-    return serve(argc, argv, std::get<ServeOptions>(wanted), signals);
+    EndSignals signals;
+    return serve(argc, argv, std::get<ServeOptions>(*wanted), signals);
 }

@@ -1,51 +1,52 @@
 // SPDX-License-Identifier: MIT
 #include "server/serve_command.h"
 
+#include "core/end_signals.h"
 #include "server/running_server.h"
-#include "server/stop_signals.h"
+#include "server/server_log.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
 
 #include <cerrno>
-#include <cstdio>
 #include <ostream>
 
 namespace raincast {
 
 namespace {
 
-void logToError(const QString& line) {
-    std::fprintf(stderr, "%s\n", line.toUtf8().constData());
+void log(const QString& line) {
+    qCInfo(serverLog, "%s", qUtf8Printable(line));
 }
 
 ServerExit failed(const QString& text) {
-    logToError(QStringLiteral("raincast-server: ") + text);
+    qCCritical(serverLog, "%s", qUtf8Printable(text));
     return ServerExit::failed;
 }
 
 ServerExit cannotListen(const ListenAddress& at, int error) {
-    const bool tells = error == EADDRINUSE || error == EADDRNOTAVAIL || error == EACCES;
+    const bool isCauseKnown = error == EADDRINUSE || error == EADDRNOTAVAIL || error == EACCES;
     return failed(QStringLiteral("Cannot listen at %1, port %2%3.")
                       .arg(at.address)
                       .arg(at.port)
-                      .arg(tells ? QStringLiteral(": ") + qt_error_string(error) : QString()));
+                      .arg(isCauseKnown ? QStringLiteral(": ") + qt_error_string(error) : QString())
+    );
 }
 
 } // namespace
 
-ServerExit runServer(const ServeOptions& options, StopSignals& signals, std::ostream& out) {
+ServerExit runServer(const ServeOptions& options, EndSignals& signals, std::ostream& out) {
     if (options.endWithParent) {
-        StopSignals::endWithParent();
+        EndSignals::endWithParent();
     }
     if (!options.level3Folder.isEmpty() && !QFileInfo(options.level3Folder).isDir()) {
-        return failed(QStringLiteral("%1 is no folder.").arg(options.level3Folder));
+        return failed(QStringLiteral("%1 is not a directory.").arg(options.level3Folder));
     }
     if (!options.roadsFile.isEmpty() && !QFileInfo(options.roadsFile).isFile()) {
-        return failed(QStringLiteral("%1 is no file.").arg(options.roadsFile));
+        return failed(QStringLiteral("%1 is not a file.").arg(options.roadsFile));
     }
     RunningServer server(
-        options, options.quiet ? ServerLog([](const QString&) {}) : ServerLog(logToError)
+        options, options.quiet ? ServerLog([](const QString&) {}) : ServerLog(log)
     );
     errno = 0;
     if (options.listen && !server.listen()) {
@@ -56,8 +57,9 @@ ServerExit runServer(const ServeOptions& options, StopSignals& signals, std::ost
     }
     server.work();
     out << server.readyLine().toStdString() << std::endl;
-    signals.onStop([] { QCoreApplication::quit(); });
+    signals.onEnd([] { QCoreApplication::quit(); });
     QCoreApplication::exec();
+    signals.onEnd({});
     return ServerExit::good;
 }
 

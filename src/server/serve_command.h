@@ -7,18 +7,18 @@
 
 namespace raincast {
 
-class StopSignals;
+class EndSignals;
 
-/// The program's exit statuses.
-enum class ServerExit { good = 0, failed = 1, wrongUsage = 2 };
+/// The exit status of raincast-server, usage errors apart.
+enum class ServerExit { good = 0, failed = 1 };
 
-/// Serves and publishes until SIGTERM or SIGINT, or until the parent ends if that is asked for, or
-/// publishes once. Needs a QGuiApplication. When it is ready it says so in one line on `out`:
+/// Serves and publishes until a signal asks it to end (or, with --end-with-parent, until its parent
+/// ends), or publishes once. Needs a QGuiApplication. When it is ready it prints one line on `out`:
 ///
 ///     Serving sample weather at http://127.0.0.1:8155/
 ///
-/// What goes wrong, and what map data are missing, is logged on standard error.
+/// Errors and missing map data go to standard error.
 [[nodiscard]] ServerExit
-runServer(const ServeOptions& options, StopSignals& signals, std::ostream& out);
+runServer(const ServeOptions& options, EndSignals& signals, std::ostream& out);
 
 } // namespace raincast

@@ -3,8 +3,6 @@
 
 #include "radar/catalogue/sites.h"
 
-#include <QCommandLineParser>
-
 namespace raincast {
 
 namespace {
@@ -38,128 +36,110 @@ QList<QCommandLineOption> options() {
     };
 }
 
-ServerAnswer wrong(const QString& text) {
-    return {text, true};
+using Reading = tl::expected<void, QString>;
+
+Reading wrong(const QString& sentence) {
+    return tl::unexpected(sentence);
 }
 
-/// An option that was given, but with nothing in it: a script's variable that is not set must not
-/// make sample weather of a feed.
-QString emptyOption(const QCommandLineParser& parser) {
-    for (const QCommandLineOption& option : options()) {
-        const QString name = option.names().constFirst();
-        if (!option.valueName().isEmpty() && parser.isSet(name) && parser.value(name).isEmpty()) {
-            return name;
-        }
-    }
-    return {};
-}
-
-/// Site ids between commas; nothing and the first that is none in `unknown` otherwise.
-std::optional<QStringList> readSites(const QString& text, QString& unknown) {
+/// Site ids between commas.
+tl::expected<QStringList, QString> sitesIn(const QString& text) {
     QStringList sites;
     for (const QString& word : text.split(u',', Qt::SkipEmptyParts)) {
         if (findRadarSite(word.toUpper()) == nullptr) {
-            unknown = word;
-            return std::nullopt;
+            return tl::unexpected(QStringLiteral("There is no site %1.").arg(word));
         }
         sites += word.toUpper();
     }
     return sites;
 }
 
-std::optional<ServerAnswer> readServing(const QCommandLineParser& parser, ServeOptions& result) {
-    const auto value = [&parser](const char* name) { return parser.value(QLatin1String(name)); };
-    const auto isSet = [&parser](const char* name) { return parser.isSet(QLatin1String(name)); };
-    result.level3Folder = value("level3");
-    if (isSet("sample") && isSet("level3")) {
+Reading readSource(const QCommandLineParser& parser, ServeOptions& result) {
+    const bool level3 = parser.isSet(QStringLiteral("level3"));
+    if (parser.isSet(QStringLiteral("sample")) && level3) {
         return wrong(QStringLiteral("--sample and --level3 exclude each other."));
     }
     bool isNumber = false;
-    result.hours = value("hours").toInt(&isNumber);
+    result.hours = parser.value(QStringLiteral("hours")).toInt(&isNumber);
     if (!isNumber || result.hours < 0 || result.hours > kMostHours) {
         return wrong(QStringLiteral("--hours takes a number from 0 to %1.").arg(kMostHours));
     }
-    if (result.hours == 0 && !isSet("level3")) {
+    if (result.hours == 0 && !level3) {
         return wrong(QStringLiteral("--hours 0 needs --level3: sample weather has no beginning."));
     }
-    result.publishFolder = value("publish");
-    result.once = isSet("once");
-    if ((result.once || isSet("sites")) && result.publishFolder.isEmpty()) {
+    result.level3Folder = parser.value(QStringLiteral("level3"));
+    return {};
+}
+
+Reading readPublishing(const QCommandLineParser& parser, ServeOptions& result) {
+    result.publishFolder = parser.value(QStringLiteral("publish"));
+    result.once = parser.isSet(QStringLiteral("once"));
+    const bool publishes = !result.publishFolder.isEmpty();
+    if ((result.once || parser.isSet(QStringLiteral("sites"))) && !publishes) {
         return wrong(QStringLiteral("--once and --sites need --publish."));
     }
-    result.listen = readListenAddress(value("listen"));
+    result.listen = readListenAddress(parser.value(QStringLiteral("listen")));
     if (!result.listen) {
         return wrong(QStringLiteral("--listen takes ADDRESS:PORT."));
     }
-    // Who publishes has a web server of his own.
-    if (!result.publishFolder.isEmpty() && !isSet("listen")) {
+    // A publisher has a web server of its own.
+    if (publishes && !parser.isSet(QStringLiteral("listen"))) {
         result.listen.reset();
     }
-    QString unknown;
-    if (const auto sites = readSites(value("sites"), unknown)) {
-        result.publishSites = *sites;
-    } else {
-        return wrong(QStringLiteral("There is no site %1.").arg(unknown));
-    }
-    result.roadsFile = value("roads");
-    result.mapDataFolder = value("map-data");
-    result.cacheFolder = value("cache");
-    result.endWithParent = isSet("end-with-parent");
-    result.quiet = isSet("quiet");
-    return std::nullopt;
+    const auto sites = sitesIn(parser.value(QStringLiteral("sites")));
+    result.publishSites = sites.value_or(QStringList());
+    return sites ? Reading() : wrong(sites.error());
 }
 
-QString helpText(QCommandLineParser& parser) {
-    parser.setApplicationDescription(
-        QStringLiteral("Serves an image tree of weather radar: frames, warnings and map layers.\n"
-                       "With \"render FILE OUT.gif\" it renders one Level III product instead.")
-    );
-    return parser.helpText();
+Reading readRest(const QCommandLineParser& parser, ServeOptions& result) {
+    result.roadsFile = parser.value(QStringLiteral("roads"));
+    result.mapDataFolder = parser.value(QStringLiteral("map-data"));
+    result.cacheFolder = parser.value(QStringLiteral("cache"));
+    result.endWithParent = parser.isSet(QStringLiteral("end-with-parent"));
+    result.quiet = parser.isSet(QStringLiteral("quiet"));
+    return {};
 }
 
-} // namespace
-
-std::variant<ServeOptions, RenderOptions, ServerAnswer>
-readServerOptions(const QStringList& arguments) {
-    QCommandLineParser parser;
-    const QCommandLineOption help(
-        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")
-    );
-    const QCommandLineOption version(
-        {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version.")
-    );
-    parser.addOptions(options());
-    parser.addOptions({help, version});
-    parser.addPositionalArgument(
-        QStringLiteral("render FILE OUT.gif"), QStringLiteral("Renders one product."),
-        QStringLiteral("[render FILE OUT.gif]")
-    );
-    if (!parser.parse(arguments)) {
-        // Some versions of Qt end the sentence, some do not.
-        const QString error = parser.errorText();
-        return wrong(error.endsWith(u'.') ? error : error + u'.');
-    }
-    if (parser.isSet(help)) {
-        return ServerAnswer{helpText(parser), false};
-    }
-    if (parser.isSet(version)) {
-        return ServerAnswer{QStringLiteral("raincast-server " RAINCAST_VERSION "\n"), false};
-    }
-    if (const QString empty = emptyOption(parser); !empty.isEmpty()) {
-        return wrong(QStringLiteral("--%1 takes a value.").arg(empty));
+tl::expected<ServerOptions, QString> readCommand(const CommandLine& line) {
+    const QCommandLineParser& parser = line.parser();
+    if (const auto values = line.requireValues(options()); !values) {
+        return tl::unexpected(values.error());
     }
     const QStringList words = parser.positionalArguments();
     if (words.size() == 3 && words[0] == u"render") {
         return RenderOptions{words[1], words[2]};
     }
     if (!words.isEmpty()) {
-        return wrong(QStringLiteral("The only command is: render FILE OUT.gif"));
+        return tl::unexpected(QStringLiteral("The only command is: render FILE OUT.gif"));
     }
     ServeOptions result;
-    if (auto answer = readServing(parser, result)) {
-        return *answer;
+    for (const auto read : {readSource, readPublishing, readRest}) {
+        if (const Reading done = read(parser, result); !done) {
+            return tl::unexpected(done.error());
+        }
     }
     return result;
+}
+
+} // namespace
+
+tl::expected<ServerOptions, CommandLineAnswer> readServerOptions(const QStringList& arguments) {
+    CommandLine line(
+        QStringLiteral("raincast-server"),
+        QStringLiteral("Serves an image tree of weather radar: frames, warnings and map layers.\n"
+                       "With \"render FILE OUT.gif\" it renders one Level III product instead.")
+    );
+    line.parser().addOptions(options());
+    line.parser().addPositionalArgument(
+        QStringLiteral("render FILE OUT.gif"), QStringLiteral("Renders one product."),
+        QStringLiteral("[render FILE OUT.gif]")
+    );
+    if (auto parsed = line.parse(arguments); !parsed) {
+        return tl::unexpected(parsed.error());
+    }
+    return readCommand(line).map_error([&line](const QString& sentence) {
+        return line.usageError(sentence);
+    });
 }
 
 std::optional<ListenAddress> readListenAddress(const QString& text) {
@@ -171,7 +151,7 @@ std::optional<ListenAddress> readListenAddress(const QString& text) {
     if (bracketed) {
         address = address.sliced(1, address.size() - 2);
     }
-    // Colons without brackets: nobody can tell where the address ends.
+    // Without brackets, nobody can see where an address of colons ends.
     if (!isPort || address.isEmpty() || (!bracketed && address.contains(u':'))) {
         return std::nullopt;
     }

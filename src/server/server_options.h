@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/command_line.h"
+
 #include <QString>
 #include <QStringList>
 
 #include <cstdint>
 #include <optional>
+#include <tl/expected.hpp>
 #include <variant>
 
 namespace raincast {
@@ -18,9 +21,9 @@ struct ListenAddress {
     friend bool operator==(const ListenAddress&, const ListenAddress&) = default;
 };
 
-/// What raincast-server is asked to serve, and how.
+/// The options of raincast-server when it serves or publishes.
 struct ServeOptions {
-    std::optional<ListenAddress> listen = ListenAddress(); ///< none: it only publishes
+    std::optional<ListenAddress> listen = ListenAddress(); ///< nothing: it only publishes
     QString level3Folder;                                  ///< empty: sample weather
     int hours = 4;            ///< how long frames are kept; 0: for good
     QString publishFolder;    ///< empty: it does not publish
@@ -28,7 +31,7 @@ struct ServeOptions {
     bool once = false;        ///< publishes once and ends
     QString roadsFile;
     QString mapDataFolder; ///< empty: the usual places
-    QString cacheFolder;   ///< empty: the one that is chosen by default
+    QString cacheFolder;   ///< empty: the usual one
     bool endWithParent = false;
     bool quiet = false;
 };
@@ -39,14 +42,10 @@ struct RenderOptions {
     QString outFile;
 };
 
-/// Something to print instead: the help, the version, or what is wrong with the usage.
-struct ServerAnswer {
-    QString text;
-    bool wrongUsage;
-};
+using ServerOptions = std::variant<ServeOptions, RenderOptions>;
 
 /// Reads the command line, the program's name first.
-[[nodiscard]] std::variant<ServeOptions, RenderOptions, ServerAnswer>
+[[nodiscard]] tl::expected<ServerOptions, CommandLineAnswer>
 readServerOptions(const QStringList& arguments);
 
 /// "127.0.0.1:8155", "[::1]:0", "radar.home:80"; nothing for any other text.

@@ -13,16 +13,14 @@ using testing::HasSubstr;
 
 AppOptions good(const QStringList& arguments) {
     const auto read = readAppOptions(QStringList("raincast") + arguments);
-    const auto* const options = std::get_if<AppOptions>(&read);
-    EXPECT_NE(options, nullptr);
-    return options != nullptr ? *options : AppOptions();
+    EXPECT_TRUE(read.has_value());
+    return read.value_or(AppOptions());
 }
 
-AppAnswer answer(const QStringList& arguments) {
+CommandLineAnswer answer(const QStringList& arguments) {
     const auto read = readAppOptions(QStringList("raincast") + arguments);
-    const auto* const found = std::get_if<AppAnswer>(&read);
-    EXPECT_NE(found, nullptr);
-    return found != nullptr ? *found : AppAnswer();
+    EXPECT_FALSE(read.has_value());
+    return read ? CommandLineAnswer() : read.error();
 }
 
 TEST(AppOptionsTest, NothingIsAskedByAnEmptyCommandLine) {
@@ -54,11 +52,11 @@ TEST(AppOptionsTest, ASiteAndAProductAreKnownByTheirNames) {
     EXPECT_TRUE(good({}).siteId.isEmpty());
     EXPECT_EQ(good({"--welcome", "tlx"}).welcomeSiteId, "TLX");
     EXPECT_TRUE(good({"--welcome", "tlx"}).siteId.isEmpty());
-    EXPECT_TRUE(answer({"--welcome", "TLY"}).wrong);
-    EXPECT_TRUE(answer({"--welcome", "TLX", "--product", "N0R"}).wrong);
-    EXPECT_TRUE(answer({"--site", "MUY"}).wrong);
-    EXPECT_TRUE(answer({"--site", "MUX", "--product", "N0X"}).wrong);
-    EXPECT_TRUE(answer({"--product", "N0V"}).wrong);
+    EXPECT_TRUE(answer({"--welcome", "TLY"}).isUsageError);
+    EXPECT_TRUE(answer({"--welcome", "TLX", "--product", "N0R"}).isUsageError);
+    EXPECT_TRUE(answer({"--site", "MUY"}).isUsageError);
+    EXPECT_TRUE(answer({"--site", "MUX", "--product", "N0X"}).isUsageError);
+    EXPECT_TRUE(answer({"--product", "N0V"}).isUsageError);
 }
 
 TEST(AppOptionsTest, ServersAreHosts) {
@@ -67,8 +65,8 @@ TEST(AppOptionsTest, ServersAreHosts) {
     EXPECT_EQ(options.radarServer, "radar.example");
     EXPECT_EQ(options.basemapServer, "127.0.0.1:8155");
     for (const char* host : {"http://radar.example", "radar.example:", "radar example", "a/b"}) {
-        EXPECT_TRUE(answer({"--radar-server", host}).wrong) << host;
-        EXPECT_TRUE(answer({"--basemap-server", host}).wrong) << host;
+        EXPECT_TRUE(answer({"--radar-server", host}).isUsageError) << host;
+        EXPECT_TRUE(answer({"--basemap-server", host}).isUsageError) << host;
     }
 }
 
@@ -76,8 +74,8 @@ TEST(AppOptionsTest, OddSizesAreComplainedOf) {
     for (const char* size :
          {"240", "x320", "240x", "99x320", "240x99", "240x320x1", "-240x320", "16385x320",
           "99999999999x320", "240 x 320", "240x320+1+1", ","}) {
-        const AppAnswer complaint = answer({"--geometry", size});
-        EXPECT_TRUE(complaint.wrong) << size;
+        const CommandLineAnswer complaint = answer({"--geometry", size});
+        EXPECT_TRUE(complaint.isUsageError) << size;
         EXPECT_THAT(
             complaint.text.toStdString(),
             HasSubstr("--geometry takes WIDTHxHEIGHT, each from 100 to 16384.")
@@ -99,8 +97,8 @@ TEST(AppOptionsTest, QtsOwnOptionsAreHandedOn) {
 
 TEST(AppOptionsTest, HelpNamesEveryOptionOfOurs) {
     for (const char* option : {"--help", "-h", "-help"}) {
-        const AppAnswer help = answer({option});
-        EXPECT_FALSE(help.wrong);
+        const CommandLineAnswer help = answer({option});
+        EXPECT_FALSE(help.isUsageError);
         for (const char* text :
              {"raincast [options]", "--page-file <FILE>", "--geometry <WxH>", "--screenshot <FILE>",
               "--nmea <SOURCE>", "--version", "Qt's own options"}) {
@@ -113,7 +111,7 @@ TEST(AppOptionsTest, HelpNamesEveryOptionOfOurs) {
 TEST(AppOptionsTest, TheVersionIsOneLine) {
     for (const char* option : {"--version", "-v"}) {
         EXPECT_EQ(answer({option}).text, "raincast " RAINCAST_VERSION "\n");
-        EXPECT_FALSE(answer({option}).wrong);
+        EXPECT_FALSE(answer({option}).isUsageError);
     }
 }
 
@@ -127,21 +125,22 @@ TEST(AppOptionsTest, WrongUsageIsComplainedOf) {
         {{"--page-file"}, "Missing value after '--page-file'."},
         {{"--page-file="}, "--page-file takes a value."},
         {{"--screenshot", ""}, "--screenshot takes a value."},
-        {{"pages.cfg"}, "There is no use for \"pages.cfg\"."},
+        {{"pages.cfg"}, "Unexpected argument \"pages.cfg\"."},
     };
     for (const Row& row : rows) {
-        const AppAnswer complaint = answer(row.arguments);
-        EXPECT_TRUE(complaint.wrong);
+        const CommandLineAnswer complaint = answer(row.arguments);
+        EXPECT_TRUE(complaint.isUsageError);
         EXPECT_EQ(
-            complaint.text.toStdString(), std::string(row.complaint) + "\nTry raincast --help.\n"
+            complaint.text.toStdString(),
+            "raincast: " + std::string(row.complaint) + "\nTry raincast --help.\n"
         );
     }
 }
 
 TEST(AppOptionsTest, AnOddSourceOfPositionsIsComplainedOf) {
-    const AppAnswer complaint = answer({"--nmea", "carrier-pigeon"});
-    EXPECT_TRUE(complaint.wrong);
-    EXPECT_TRUE(complaint.text.startsWith("--nmea: ")) << complaint.text.toStdString();
+    const CommandLineAnswer complaint = answer({"--nmea", "carrier-pigeon"});
+    EXPECT_TRUE(complaint.isUsageError);
+    EXPECT_TRUE(complaint.text.startsWith("raincast: --nmea: ")) << complaint.text.toStdString();
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 
 #include <csignal>
 
@@ -29,7 +30,7 @@ TEST_F(EndSignalsTest, EachOfThemIsACallInTheEventLoop) {
     }
 }
 
-TEST_F(EndSignalsTest, OneThatCameBeforeAnybodyListenedIsNotLost) {
+TEST_F(EndSignalsTest, ASignalBeforeTheCallIsNotLost) {
     EndSignals signals;
     std::raise(SIGTERM);
     int calls = 0;
@@ -58,7 +59,7 @@ TEST_F(EndSignalsTest, ManyAtOnceNeitherBlockNorCallForEver) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(EndSignalsTest, NobodyIsCalledOnceTheCallIsTakenBack) {
+TEST_F(EndSignalsTest, NothingIsCalledOnceTheCallIsTakenBack) {
     EndSignals signals;
     int calls = 0;
     signals.onEnd([&calls] { ++calls; });
@@ -92,6 +93,14 @@ TEST_F(EndSignalsTest, WhatIsIgnoredStaysIgnored) {
         EXPECT_FALSE(EndSignals::came());
     }
     std::signal(SIGHUP, SIG_DFL);
+}
+
+TEST_F(EndSignalsTest, TheEndOfTheParentIsSigterm) {
+    EndSignals::endWithParent();
+    int number = 0;
+    ASSERT_EQ(prctl(PR_GET_PDEATHSIG, &number), 0);
+    EXPECT_EQ(number, SIGTERM);
+    prctl(PR_SET_PDEATHSIG, 0);
 }
 
 } // namespace

@@ -7,28 +7,24 @@
 namespace raincast {
 namespace {
 
-using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-std::variant<FetchOptions, FetchAnswer> read(QStringList words) {
+tl::expected<FetchOptions, CommandLineAnswer> read(QStringList words) {
     words.prepend(QStringLiteral("raincast-fetch"));
     return readFetchOptions(words);
 }
 
 FetchOptions optionsOf(const QStringList& words) {
     const auto result = read(words);
-    if (const auto* answer = std::get_if<FetchAnswer>(&result)) {
-        ADD_FAILURE() << answer->text.toStdString();
-        return {};
-    }
-    return std::get<FetchOptions>(result);
+    EXPECT_TRUE(result.has_value()) << words.join(u' ').toStdString();
+    return result.value_or(FetchOptions());
 }
 
 std::string complaintOf(const QStringList& words) {
     const auto result = read(words);
-    const auto* answer = std::get_if<FetchAnswer>(&result);
-    return answer != nullptr && answer->wrongUsage ? answer->text.toStdString() : std::string();
+    return !result && result.error().isUsageError ? result.error().text.toStdString()
+                                                  : std::string();
 }
 
 TEST(FetchOptionsTest, ASiteIsEnough) {
@@ -61,11 +57,11 @@ TEST(FetchOptionsTest, EverythingCanBeSaid) {
 }
 
 TEST(FetchOptionsTest, AComplaintEndsInOnePeriod) {
-    EXPECT_THAT(complaintOf({"--nonesuch"}), EndsWith("nonesuch'."));
-    EXPECT_THAT(complaintOf({"MUX", "--frames"}), Not(EndsWith("..")));
+    EXPECT_THAT(complaintOf({"--nonesuch"}), HasSubstr("nonesuch'.\n"));
+    EXPECT_THAT(complaintOf({"MUX", "--frames"}), Not(HasSubstr("..")));
 }
 
-TEST(FetchOptionsTest, AnUnknownNameIsToldWithTheNearestOnes) {
+TEST(FetchOptionsTest, AnUnknownNameIsRefusedWithTheNearestOnes) {
     EXPECT_THAT(complaintOf({"MUY"}), HasSubstr("There is no site MUY. The nearest are "));
     EXPECT_THAT(complaintOf({"MUY"}), HasSubstr("MUX (CA:San Francisco Bay Area)"));
     EXPECT_THAT(complaintOf({"MUX", "N0X"}), HasSubstr("There is no product N0X."));
@@ -101,14 +97,11 @@ TEST(FetchOptionsTest, WrongUsageIsRefused) {
 TEST(FetchOptionsTest, HelpAndVersionAreAnswers) {
     for (const char* word : {"--help", "-h", "--version", "-v"}) {
         const auto result = read({QString::fromLatin1(word)});
-        const auto* answer = std::get_if<FetchAnswer>(&result);
-        ASSERT_NE(answer, nullptr) << word;
-        EXPECT_FALSE(answer->wrongUsage) << word;
+        ASSERT_FALSE(result.has_value()) << word;
+        EXPECT_FALSE(result.error().isUsageError) << word;
     }
     const auto version = read({"--version"});
-    EXPECT_EQ(
-        std::get<FetchAnswer>(version).text, QStringLiteral("raincast-fetch " RAINCAST_VERSION "\n")
-    );
+    EXPECT_EQ(version.error().text, "raincast-fetch " RAINCAST_VERSION "\n");
 }
 
 } // namespace

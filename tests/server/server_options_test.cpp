@@ -9,14 +9,14 @@ namespace {
 
 using ::testing::HasSubstr;
 
-std::variant<ServeOptions, RenderOptions, ServerAnswer> read(QStringList arguments) {
+tl::expected<ServerOptions, CommandLineAnswer> read(QStringList arguments) {
     arguments.prepend("raincast-server");
     return readServerOptions(arguments);
 }
 
 ServeOptions serving(const QStringList& arguments) {
     const auto result = read(arguments);
-    const auto* const options = std::get_if<ServeOptions>(&result);
+    const auto* const options = result ? std::get_if<ServeOptions>(&*result) : nullptr;
     EXPECT_NE(options, nullptr) << qPrintable(arguments.join(u' '));
     return options == nullptr ? ServeOptions() : *options;
 }
@@ -48,27 +48,28 @@ TEST(ServerOptionsTest, TakesEverything) {
     EXPECT_TRUE(options.quiet);
 }
 
-TEST(ServerOptionsTest, WhoPublishesListensOnlyIfHeSaysSo) {
+TEST(ServerOptionsTest, APublisherListensOnlyIfAskedTo) {
     EXPECT_FALSE(serving({"--publish", "www"}).listen);
     EXPECT_TRUE(serving({"--publish", "www", "--listen", "[::1]:0"}).listen);
 }
 
 TEST(ServerOptionsTest, Renders) {
     const auto result = read({"render", "in", "out.gif"});
-    const auto* const render = std::get_if<RenderOptions>(&result);
+    ASSERT_TRUE(result.has_value());
+    const auto* const render = std::get_if<RenderOptions>(&*result);
     ASSERT_NE(render, nullptr);
     EXPECT_EQ(render->file, "in");
     EXPECT_EQ(render->outFile, "out.gif");
 }
 
 TEST(ServerOptionsTest, AnswersForHelpAndVersion) {
-    const auto help = std::get<ServerAnswer>(read({"--help"}));
-    EXPECT_FALSE(help.wrongUsage);
-    EXPECT_THAT(help.text.toStdString(), HasSubstr("--level3"));
-    EXPECT_EQ(
-        std::get<ServerAnswer>(read({"--version"})).text,
-        QStringLiteral("raincast-server " RAINCAST_VERSION "\n")
-    );
+    const auto help = read({"--help"});
+    ASSERT_FALSE(help.has_value());
+    EXPECT_FALSE(help.error().isUsageError);
+    EXPECT_THAT(help.error().text.toStdString(), HasSubstr("--level3"));
+    const auto version = read({"--version"});
+    ASSERT_FALSE(version.has_value());
+    EXPECT_EQ(version.error().text, "raincast-server " RAINCAST_VERSION "\n");
 }
 
 struct WrongRow {
@@ -80,10 +81,9 @@ class WrongServerOptionsTest : public ::testing::TestWithParam<WrongRow> {};
 
 TEST_P(WrongServerOptionsTest, AreNamed) {
     const auto result = read(GetParam().arguments);
-    const auto* const answer = std::get_if<ServerAnswer>(&result);
-    ASSERT_NE(answer, nullptr);
-    EXPECT_TRUE(answer->wrongUsage);
-    EXPECT_THAT(answer->text.toStdString(), HasSubstr(GetParam().text));
+    ASSERT_FALSE(result.has_value());
+    EXPECT_TRUE(result.error().isUsageError);
+    EXPECT_THAT(result.error().text.toStdString(), HasSubstr(GetParam().text));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -20,6 +20,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace raincast {
 namespace {
 
@@ -265,6 +267,38 @@ TEST_F(ServerProgramTest, RendersAProduct) {
     EXPECT_EQ(m_process.readAllStandardError().count('\n'), 1);
 }
 
+TEST_F(ServerProgramTest, LogsOnStandardErrorUnlessQuiet) {
+    const QString roads = m_folder.filePath("roads.geojson");
+    writeFile(roads, "no roads");
+    const QString line =
+        QStringLiteral("The highways layer is empty: %1 has no lines that can be read.").arg(roads);
+    for (const bool quiet : {false, true}) {
+        prepare(
+            QStringList{"--listen", "127.0.0.1:0", "--roads", roads} +
+            (quiet ? QStringList("--quiet") : QStringList())
+        );
+        m_process.start();
+        EXPECT_THAT(readLine().toStdString(), StartsWith("Serving"));
+        m_process.terminate();
+        EXPECT_TRUE(m_process.waitForFinished(kDeadline));
+        const QStringList log =
+            QString::fromUtf8(m_process.readAllStandardError()).split(u'\n', Qt::SkipEmptyParts);
+        EXPECT_EQ(log.contains(line), !quiet) << qPrintable(log.join(u'\n'));
+        EXPECT_EQ(log.isEmpty(), quiet);
+    }
+}
+
+TEST_F(ServerProgramTest, EachSignalEndsItInGoodOrder) {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        start();
+        ASSERT_THAT(m_ready.toStdString(), StartsWith("Serving")) << number;
+        ::kill(static_cast<pid_t>(m_process.processId()), number);
+        EXPECT_TRUE(m_process.waitForFinished(kDeadline)) << number;
+        EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit) << number;
+        EXPECT_EQ(m_process.exitCode(), 0) << number;
+    }
+}
+
 TEST_F(ServerProgramTest, ErrorsAreSaidInOneSentence) {
     const struct {
         QStringList arguments;
@@ -272,18 +306,20 @@ TEST_F(ServerProgramTest, ErrorsAreSaidInOneSentence) {
         const char* text;
     } rows[] = {
         {{"--nothing"}, 2, "nothing"},
-        {{"--level3", m_folder.filePath("none")}, 1, "is no folder."},
-        {{"--roads", m_folder.filePath("none")}, 1, "is no file."},
+        {{"--level3", m_folder.filePath("none")}, 1, "is not a directory."},
+        {{"--roads", m_folder.filePath("none")}, 1, "is not a file."},
         {{"--quiet", "--listen", "192.0.2.1:80"}, 1, "Cannot listen at 192.0.2.1, port 80: "},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(run(row.arguments), row.status);
-        EXPECT_THAT(m_process.readAllStandardError().toStdString(), HasSubstr(row.text));
+        const std::string error = m_process.readAllStandardError().toStdString();
+        EXPECT_THAT(error, StartsWith("raincast-server: "));
+        EXPECT_THAT(error, HasSubstr(row.text));
         EXPECT_EQ(m_process.readAllStandardOutput(), "");
     }
 }
 
-// A parent that is killed cannot tell its server to end: the system does.
+// A parent that is killed cannot end its server: the system does.
 TEST_F(ServerProgramTest, EndsWithItsParent) {
     prepare({});
     m_process.setProgram("/bin/sh");

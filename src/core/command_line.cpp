@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "core/command_line.h"
+
+#include <QCoreApplication>
+
+#include <memory>
+#include <ostream>
+#include <utility>
+
+namespace raincast {
+
+int printAnswer(const CommandLineAnswer& answer, std::ostream& out, std::ostream& err) {
+    (answer.isUsageError ? err : out) << answer.text.toStdString();
+    return answer.isUsageError ? kUsageErrorStatus : 0;
+}
+
+CommandLine::CommandLine(QString program, const QString& description)
+    : m_program(std::move(program)),
+      m_help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")),
+      m_version(
+          {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version.")
+      ) {
+    m_parser.setApplicationDescription(description);
+}
+
+tl::expected<void, CommandLineAnswer> CommandLine::parse(const QStringList& arguments) {
+    m_parser.addOptions({m_help, m_version}); // last: the help lists options as they were added
+    if (!m_parser.parse(arguments)) {
+        // Some versions of Qt end the sentence, some do not.
+        const QString error = m_parser.errorText();
+        return tl::unexpected(usageError(error.endsWith(u'.') ? error : error + u'.'));
+    }
+    if (m_parser.isSet(m_help)) {
+        return tl::unexpected(CommandLineAnswer{helpText(arguments.value(0))});
+    }
+    if (m_parser.isSet(m_version)) {
+        return tl::unexpected(CommandLineAnswer{
+            m_program + QStringLiteral(" " RAINCAST_VERSION "\n")});
+    }
+    return {};
+}
+
+tl::expected<void, QString> CommandLine::requireValues(const QList<QCommandLineOption>& options
+) const {
+    for (const QCommandLineOption& option : options) {
+        const QString name = option.names().constFirst();
+        if (!option.valueName().isEmpty() && m_parser.isSet(name) &&
+            m_parser.value(name).isEmpty()) {
+            return tl::unexpected(QStringLiteral("--%1 takes a value.").arg(name));
+        }
+    }
+    return {};
+}
+
+CommandLineAnswer CommandLine::usageError(const QString& sentence) const {
+    return {QStringLiteral("%1: %2\nTry %1 --help.\n").arg(m_program, sentence), true};
+}
+
+QString CommandLine::helpText(const QString& path) const {
+    // Only an application object knows the name that the help begins with.
+    QByteArray name = path.toLocal8Bit();
+    int count = 1;
+    char* arguments[] = {name.data(), nullptr};
+    std::unique_ptr<QCoreApplication> application;
+    if (QCoreApplication::instance() == nullptr) {
+        application = std::make_unique<QCoreApplication>(count, arguments);
+    }
+    return m_parser.helpText() + m_footer;
+}
+
+} // namespace raincast
