@@ -48,11 +48,11 @@ Level3ToMake product(int code, int radials, int bins, bool digital) {
 
 PolarScan decoded(const std::string& bytes) {
     const Level3Result result = decodeLevel3(bytes);
-    if (!result.scan) {
-        std::fprintf(stderr, "%s\n", result.error.c_str());
+    if (!result) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(result.error()));
         std::exit(1);
     }
-    return *result.scan;
+    return *result;
 }
 
 /// From a file's bytes to the picture's, never at the place that was drawn last: what follows each

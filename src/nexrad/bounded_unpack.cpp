@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t kChunk = 64 * 1024;
 
 /// Both libraries read through pointers that are not const.
-std::vector<char> mutableCopy(std::string_view bytes) {
+std::vector<char> mutableCopy(QByteArrayView bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
@@ -25,26 +25,27 @@ std::vector<char> mutableCopy(std::string_view bytes) {
 enum class Progress { goesOn, ended, failed };
 
 template<typename Step>
-std::optional<std::string> unpack(std::size_t most, Step step) {
-    std::string result;
+std::optional<QByteArray> unpack(std::size_t most, Step step) {
+    QByteArray result;
     std::array<char, kChunk> chunk;
     Progress progress = Progress::goesOn;
     while (progress == Progress::goesOn) {
         std::size_t filled = 0;
         progress = step(chunk, filled);
-        // Without the end and without output nothing more will come.
+        // A step that neither fills anything nor ends the stream never will.
         const bool stuck = progress == Progress::goesOn && filled == 0;
-        if (progress == Progress::failed || stuck || result.size() + filled > most) {
+        if (progress == Progress::failed || stuck ||
+            static_cast<std::size_t>(result.size()) + filled > most) {
             return std::nullopt;
         }
-        result.append(chunk.data(), filled);
+        result.append(chunk.data(), static_cast<qsizetype>(filled));
     }
     return result;
 }
 
 } // namespace
 
-std::optional<std::string> unpackBzip2(std::string_view packed, std::size_t most) {
+std::optional<QByteArray> unpackBzip2(QByteArrayView packed, std::size_t most) {
     std::vector<char> input = mutableCopy(packed);
     bz_stream stream{};
     if (BZ2_bzDecompressInit(&stream, 0, 0) != BZ_OK) {
@@ -66,7 +67,7 @@ std::optional<std::string> unpackBzip2(std::string_view packed, std::size_t most
     return result;
 }
 
-std::optional<std::string> unpackZlib(std::string_view& packed, std::size_t most) {
+std::optional<QByteArray> unpackZlib(QByteArrayView& packed, std::size_t most) {
     std::vector<char> input = mutableCopy(packed);
     z_stream stream{};
     if (inflateInit(&stream) != Z_OK) {
@@ -85,7 +86,7 @@ std::optional<std::string> unpackZlib(std::string_view& packed, std::size_t most
         return status == Z_OK ? Progress::goesOn : Progress::failed;
     });
     if (result) {
-        packed.remove_prefix(packed.size() - stream.avail_in);
+        packed = packed.last(static_cast<qsizetype>(stream.avail_in));
     }
     inflateEnd(&stream);
     return result;

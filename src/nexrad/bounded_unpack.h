@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <cstddef>
 #include <optional>
-#include <string>
-#include <string_view>
 
 namespace raincast {
 
-/// What a bzip2 stream holds; nothing when it is damaged, cut off or holds more than `most` bytes.
-/// What follows the stream is not looked at.
-[[nodiscard]] std::optional<std::string> unpackBzip2(std::string_view packed, std::size_t most);
+/// Unpacks a bzip2 stream; nothing when it is damaged, cut off or holds more than `most` bytes.
+/// Bytes behind the stream are ignored.
+[[nodiscard]] std::optional<QByteArray> unpackBzip2(QByteArrayView packed, std::size_t most);
 
-/// What the zlib stream at the front of `packed` holds, with that stream taken off the front;
-/// nothing (and `packed` as it was) when it is damaged, cut off or holds more than `most` bytes.
-[[nodiscard]] std::optional<std::string> unpackZlib(std::string_view& packed, std::size_t most);
+/// Unpacks the zlib stream at the front of `packed` and takes it off; nothing (and `packed` stays
+/// as it is) when the stream is damaged, cut off or holds more than `most` bytes.
+[[nodiscard]] std::optional<QByteArray> unpackZlib(QByteArrayView& packed, std::size_t most);
 
 } // namespace raincast

@@ -24,13 +24,13 @@ constexpr QRgb kRimColour = 0xFFE8E8E8;
 
 ImageGeometry frameGeometry(const PolarScan& scan, Range range) {
     // The layers of a known site are placed by the tree's own position of its antenna, so its
-    // frames must be too; what the product says may be some hundred metres off.
+    // frames must be too; the product's own may be some hundred metres off.
     const AntennaPosition* known = findAntenna(scan.site);
     return known != nullptr ? ImageGeometry(known->latitude, known->longitude, range)
                             : ImageGeometry(scan.latitude, scan.longitude, range);
 }
 
-std::string renderFrame(const PolarScan& scan, Product as) {
+QByteArray renderFrame(const PolarScan& scan, Product as) {
     IndexedPicture picture = rasterise(scan, frameGeometry(scan, rangeOf(as)));
     std::array<QRgb, 18> colours{};
     const auto& levels = nwsColours(quantityOf(as));
@@ -40,12 +40,12 @@ std::string renderFrame(const PolarScan& scan, Product as) {
     if (scan.sample) {
         markAsSample(picture, kInk, kRim);
     }
-    return writeGif(picture, colours);
+    return QByteArray::fromStdString(writeGif(picture, colours));
 }
 
-std::string emptyFrame() {
+QByteArray emptyFrame() {
     const IndexedPicture picture(std::size_t{kFrameWidth} * kFrameHeight, 0);
-    return writeGif(picture, nwsColours(Quantity::reflectivity));
+    return QByteArray::fromStdString(writeGif(picture, nwsColours(Quantity::reflectivity)));
 }
 
 } // namespace raincast

@@ -4,7 +4,7 @@
 #include "nexrad/polar_scan.h"
 #include "radar/catalogue/image_geometry.h"
 
-#include <string>
+#include <QByteArray>
 
 namespace raincast {
 
@@ -14,9 +14,9 @@ namespace raincast {
 /// The picture of a scan as a product of the tree (which decides the size of map; a scan can stand
 /// for several): the bytes of a GIF of 600 × 550 pixels. The colour of a pixel is that of the cell
 /// under its centre. Ground without echo is transparent white; an echo never is white.
-[[nodiscard]] std::string renderFrame(const PolarScan& scan, Product as);
+[[nodiscard]] QByteArray renderFrame(const PolarScan& scan, Product as);
 
-/// A picture with nothing on it: the warnings where none are known.
-[[nodiscard]] std::string emptyFrame();
+/// An empty picture: the warnings of a source that has none.
+[[nodiscard]] QByteArray emptyFrame();
 
 } // namespace raincast

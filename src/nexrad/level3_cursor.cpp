@@ -5,7 +5,7 @@
 
 namespace raincast {
 
-Level3Cursor::Level3Cursor(std::string_view bytes, std::size_t offset, std::string place)
+Level3Cursor::Level3Cursor(QByteArrayView bytes, std::size_t offset, std::string place)
     : m_bytes(bytes), m_offset(offset), m_place(std::move(place)) {}
 
 std::string Level3Cursor::at(std::size_t offset) const {
@@ -13,7 +13,7 @@ std::string Level3Cursor::at(std::size_t offset) const {
     return " at byte " + std::to_string(offset) + place;
 }
 
-std::string_view Level3Cursor::bytes(std::string_view field, std::size_t count) {
+QByteArrayView Level3Cursor::bytes(std::string_view field, std::size_t count) {
     if (!ok()) {
         return {};
     }
@@ -22,9 +22,17 @@ std::string_view Level3Cursor::bytes(std::string_view field, std::size_t count) 
                   " bytes are needed, " + std::to_string(left()) + " are left";
         return {};
     }
-    const std::string_view result = m_bytes.substr(m_next, count);
+    const QByteArrayView result =
+        m_bytes.sliced(static_cast<qsizetype>(m_next), static_cast<qsizetype>(count));
     m_next += count;
     return result;
+}
+
+tl::expected<void, QString> Level3Cursor::result() const {
+    if (!ok()) {
+        return tl::unexpected(QString::fromStdString(m_error));
+    }
+    return {};
 }
 
 std::uint32_t Level3Cursor::number(std::string_view field, std::size_t size) {

@@ -22,11 +22,13 @@ constexpr double kDegree = 3.14159265358979323846 / 180;
 constexpr double kLowestBeamDegrees = 0.7; // the second beam is at 0.8 or above
 constexpr double kSamePlaceDegrees = 0.05;
 
-Level3Result problem(const std::string& sentence) {
-    return {std::nullopt, sentence};
+using Check = tl::expected<void, QString>;
+
+tl::unexpected<QString> problem(const std::string& sentence) {
+    return tl::unexpected(QString::fromStdString(sentence));
 }
 
-/// The three letters of a heading's "N0RTLX". Without a heading the antenna's place tells.
+/// The three letters of a heading's "N0RTLX". Without a heading, found by the antenna's place.
 std::string siteOf(const std::string& awipsId, const PolarScan& scan) {
     if (awipsId.size() > 3) {
         return awipsId.substr(awipsId.size() - 3);
@@ -59,26 +61,26 @@ describe(const Level3Description& description, const Level3Kind& kind, const std
     scan.latitude = description.latitude;
     scan.longitude = description.longitude;
     scan.elevationDegrees = kind.hasElevation ? description.elevationDegrees : 0;
-    // What is measured along the beam is a little shorter on the ground.
+    // Distances along the beam are a little shorter on the ground.
     scan.cellKm = kind.cellKm * std::cos(scan.elevationDegrees * kDegree);
     scan.site = siteOf(awipsId, scan);
     return scan;
 }
 
-/// Reads the blocks behind the description; an error sentence, or nothing.
-std::string readBlocks(
-    std::string_view bytes, std::size_t offset, const std::string& place,
+/// Reads the blocks behind the description.
+Check readBlocks(
+    QByteArrayView bytes, std::size_t offset, const std::string& place,
     std::uint32_t symbologyOffset, PolarScan& scan
 ) {
     Level3Cursor cursor(bytes, offset, place);
     const std::size_t skipped = std::size_t{symbologyOffset} * 2 - kLevel3HeadBytes;
     cursor.skip("what stands before the symbology", skipped);
     readLevel3Symbology(cursor, scan);
-    return cursor.error();
+    return cursor.result();
 }
 
 /// The blocks may be packed with bzip2, whichever the code.
-std::string readPicture(
+Check readPicture(
     const Level3Cursor& head, const Level3Message& message, std::uint32_t symbologyOffset,
     PolarScan& scan
 ) {
@@ -87,18 +89,22 @@ std::string readPicture(
         return {};
     }
     if (symbologyOffset * 2 < kLevel3HeadBytes) {
-        return "the symbology's offset in the product description is " +
-               std::to_string(symbologyOffset) + " halfwords, which lies before its end";
+        return problem(
+            "the symbology's offset in the product description is " +
+            std::to_string(symbologyOffset) + " halfwords, which lies before its end"
+        );
     }
-    const std::string_view rest = head.rest();
+    const QByteArrayView rest = head.rest();
     const std::string place = message.unpacked ? "of the unpacked message" : "";
-    if (!rest.starts_with("BZh")) {
+    if (!rest.startsWith("BZh")) {
         return readBlocks(rest, head.offset(), place, symbologyOffset, scan);
     }
     const auto unpacked = unpackBzip2(rest, kMostUnpacked);
     if (!unpacked) {
-        return "the bzip2 data at byte " + std::to_string(head.offset()) +
-               (place.empty() ? "" : " " + place) + " are damaged, cut off or hold more than 8 MiB";
+        return problem(
+            "the bzip2 data at byte " + std::to_string(head.offset()) +
+            (place.empty() ? "" : " " + place) + " are damaged, cut off or hold more than 8 MiB"
+        );
     }
     return readBlocks(
         *unpacked, kLevel3HeadBytes, "of the unpacked product", symbologyOffset, scan
@@ -107,31 +113,30 @@ std::string readPicture(
 
 } // namespace
 
-Level3Result decodeLevel3(std::string_view bytes) {
-    const Level3Message message = unwrapLevel3(bytes);
-    if (!message.error.empty()) {
-        return problem(message.error);
+Level3Result decodeLevel3(QByteArrayView bytes) {
+    const auto message = unwrapLevel3(bytes);
+    if (!message) {
+        return tl::unexpected(message.error());
     }
     Level3Cursor cursor(
-        message.bytes, message.offset, message.unpacked ? "of the unpacked message" : ""
+        message->bytes, message->offset, message->unpacked ? "of the unpacked message" : ""
     );
     const Level3Description description = readLevel3Description(cursor);
     if (!cursor.ok()) {
-        return problem(cursor.error());
+        return tl::unexpected(cursor.result().error());
     }
     const Level3Kind* kind = findLevel3Kind(description.code);
     if (kind == nullptr) {
-        return problem(unsupported(description.code, message.offset));
+        return problem(unsupported(description.code, message->offset));
     }
-    PolarScan scan = describe(description, *kind, message.awipsId);
-    std::string error = readLevel3Levels(description, *kind, message.offset, scan);
-    if (error.empty()) {
-        error = readPicture(cursor, message, description.symbologyOffset, scan);
+    PolarScan scan = describe(description, *kind, message->awipsId);
+    const Check read = readLevel3Levels(description, *kind, message->offset, scan).and_then([&] {
+        return readPicture(cursor, *message, description.symbologyOffset, scan);
+    });
+    if (!read) {
+        return tl::unexpected(read.error());
     }
-    if (!error.empty()) {
-        return problem(error);
-    }
-    return {std::move(scan), {}};
+    return scan;
 }
 
 std::vector<Product> publishedAs(const PolarScan& scan) {

@@ -10,8 +10,8 @@ namespace raincast {
 
 class Level3Cursor;
 
-/// What the product description block says, as far as pictures need it. Numbers are as they stand
-/// in the file.
+/// The fields of the product description block that pictures need. Numbers are as they stand in the
+/// file.
 struct Level3Description {
     double latitude = 0;  ///< degrees
     double longitude = 0; ///< degrees
@@ -25,7 +25,7 @@ struct Level3Description {
 /// The bytes of the message header and of the two blocks together, up to the symbology.
 inline constexpr std::size_t kLevel3HeadBytes = 120;
 
-/// Reads the message header and the product description. Look at the cursor whether it worked.
+/// Reads the message header and the product description. The cursor knows whether it worked.
 [[nodiscard]] Level3Description readLevel3Description(Level3Cursor& cursor);
 
 } // namespace raincast

@@ -22,8 +22,8 @@ struct Level3Kind {
     double cellKm;               ///< along the beam, or the edge of a raster's cell
     double unitFactor;           ///< from the product's unit to that of its quantity
     bool hasElevation;           ///< whether the elevation angle's halfword means that
-    Product product;             ///< what it stands for first of all
-    std::optional<Product> also; ///< what else it covers
+    Product product;             ///< the main one that it stands for
+    std::optional<Product> also; ///< another one that it covers
 };
 
 /// All of them in the order of their codes. One more product is one more row.

@@ -11,6 +11,8 @@ namespace raincast {
 
 namespace {
 
+using Check = tl::expected<void, QString>;
+
 constexpr std::size_t kThresholdsOffset = 60; // bytes from the message header
 constexpr int kFirstDigitalLevel = 2;         // 0: below threshold; 1: range folded or missing
 
@@ -45,7 +47,7 @@ std::uint8_t sixteenLevelColour(Product product, std::uint8_t level, float value
     return quantityOf(product) == Quantity::reflectivity ? nwsLevel(product, value) : level;
 }
 
-std::string readSixteenLevels(const Level3Description& description, PolarScan& scan) {
+Check readSixteenLevels(const Level3Description& description, PolarScan& scan) {
     for (std::uint8_t level = 0; level < description.thresholds.size(); ++level) {
         const float value = thresholdValue(description.thresholds[level]);
         scan.values[level] = value;
@@ -54,10 +56,13 @@ std::string readSixteenLevels(const Level3Description& description, PolarScan& s
     return {};
 }
 
-std::string
+tl::unexpected<QString>
 problem(const char* field, std::size_t halfword, std::size_t offset, const char* found) {
     const std::size_t byte = offset + kThresholdsOffset + 2 * halfword;
-    return std::string(field) + " at byte " + std::to_string(byte) + " is " + found;
+    return tl::unexpected(
+        QStringLiteral("%1 at byte %2 is %3")
+            .arg(QLatin1String(field), QString::number(byte), QLatin1String(found))
+    );
 }
 
 void setDigital(PolarScan& scan, int level, double value) {
@@ -66,7 +71,7 @@ void setDigital(PolarScan& scan, int level, double value) {
     scan.levels[index] = nwsLevel(scan.product, scan.values[index]);
 }
 
-std::string readDigital(
+Check readDigital(
     const Level3Description& description, const Level3Kind& kind, std::size_t offset,
     PolarScan& scan
 ) {
@@ -85,7 +90,7 @@ std::string readDigital(
     return {};
 }
 
-std::string readAccumulation(
+Check readAccumulation(
     const Level3Description& description, const Level3Kind& kind, std::size_t offset,
     PolarScan& scan
 ) {
@@ -110,7 +115,7 @@ std::string readAccumulation(
 
 } // namespace
 
-std::string readLevel3Levels(
+tl::expected<void, QString> readLevel3Levels(
     const Level3Description& description, const Level3Kind& kind, std::size_t messageOffset,
     PolarScan& scan
 ) {

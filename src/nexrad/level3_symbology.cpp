@@ -17,7 +17,7 @@ constexpr std::uint32_t kMostBins = 2000;
 constexpr std::uint32_t kMostRasterRows = 1000;
 constexpr std::uint32_t kMostLayers = 18;
 constexpr std::uint32_t kTenthsOfCircle = 3600;
-constexpr std::size_t kLongestNote = 200;
+constexpr qsizetype kLongestNote = 200;
 
 /// A halfword that must lie within limits.
 std::uint32_t
@@ -53,7 +53,7 @@ void readRuns(Level3Cursor& cursor, const std::string& row, std::size_t bytes, P
 
 /// One byte a cell. Rows of an odd number of cells may be filled up to a halfword.
 void readBytes(Level3Cursor& cursor, const std::string& row, std::size_t bytes, PolarScan& scan) {
-    const std::string_view cells = cursor.bytes(row, bytes);
+    const QByteArrayView cells = cursor.bytes(row, bytes);
     const auto columns = static_cast<std::size_t>(scan.columns);
     if (cursor.ok() && (bytes < columns || bytes > columns + 1)) {
         cursor.fail(
@@ -62,7 +62,8 @@ void readBytes(Level3Cursor& cursor, const std::string& row, std::size_t bytes, 
         return;
     }
     scan.cells.insert(
-        scan.cells.end(), cells.begin(), cells.begin() + std::min(cells.size(), columns)
+        scan.cells.end(), cells.begin(),
+        cells.begin() + std::min(cells.size(), static_cast<qsizetype>(columns))
     );
 }
 
@@ -105,7 +106,7 @@ void readRaster(Level3Cursor& cursor, PolarScan& scan) {
     scan.rows = static_cast<int>(rows);
 }
 
-/// Text, of which the first is the note. `coloured`: a colour stands before the place.
+/// Text; the first one becomes the note. `coloured`: a colour stands before the place.
 void readText(Level3Cursor& cursor, bool coloured, PolarScan& scan) {
     const std::size_t head = coloured ? 6 : 4;
     const std::size_t length = cursor.u16("a text's length");
@@ -113,8 +114,9 @@ void readText(Level3Cursor& cursor, bool coloured, PolarScan& scan) {
         cursor.fail("a text's length", 2, std::to_string(length));
     }
     cursor.skip("a text's place", head);
-    std::string text(cursor.bytes("a text", length - std::min(head, length)).substr(0, kLongestNote)
-    );
+    const QByteArrayView bytes = cursor.bytes("a text", length - std::min(head, length));
+    std::string text =
+        bytes.first(std::min(bytes.size(), kLongestNote)).toByteArray().toStdString();
     text.erase(text.find_last_not_of(' ') + 1);
     if (scan.note.empty() && cursor.ok()) {
         std::replace_if(
@@ -129,7 +131,7 @@ struct PacketKind {
     void (*read)(Level3Cursor& cursor, PolarScan& scan);
 };
 
-// Whatever else a layer holds (symbols, vectors, tables) does not go into a picture of cells.
+// Other packets (symbols, vectors, tables) do not go into a picture of cells.
 constexpr std::array<PacketKind, 6> kPackets = {{
     {1, [](Level3Cursor& cursor, PolarScan& scan) { readText(cursor, false, scan); }},
     {8, [](Level3Cursor& cursor, PolarScan& scan) { readText(cursor, true, scan); }},
@@ -142,7 +144,7 @@ constexpr std::array<PacketKind, 6> kPackets = {{
 /// Reads a layer's packets up to its picture, its end or a packet of another kind.
 void readLayer(Level3Cursor& cursor, std::size_t length, PolarScan& scan) {
     if (length > cursor.left()) {
-        cursor.skip("a layer", length); // says that it is cut off
+        cursor.skip("a layer", length); // reports that it is cut off
         return;
     }
     const std::size_t end = cursor.left() - length;

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cctype>
 #include <optional>
+#include <string_view>
+#include <utility>
 
 namespace raincast {
 
@@ -15,8 +17,8 @@ constexpr std::size_t kMostUnpacked = std::size_t{8} * 1024 * 1024;
 constexpr char kStartOfHeading = '\x01';
 constexpr std::size_t kLongestLine = 40;
 
-/// The text up to a line's end (any run of CR and LF), which is taken off the front with it;
-/// nothing where no line of printable text stands in front.
+/// Takes a line and its end (any run of CR and LF) off the front; nothing where no line of
+/// printable text stands there.
 std::optional<std::string_view> takeLine(std::string_view& rest) {
     const std::size_t end = rest.substr(0, kLongestLine).find_first_of("\r\n");
     if (end == std::string_view::npos || end == 0) {
@@ -44,7 +46,7 @@ void takeStartOfHeading(std::string_view& rest) {
     }
     rest.remove_prefix(1);
     rest.remove_prefix(std::min(rest.find_first_not_of("\r\n"), rest.size()));
-    // The sequence number is left out by some who store files.
+    // Some archives leave the sequence number out.
     std::string_view ahead = rest;
     const auto line = takeLine(ahead);
     if (line && line->size() <= 6 && std::isdigit(static_cast<unsigned char>(line->front())) != 0) {
@@ -78,16 +80,19 @@ std::optional<std::string> takeAwipsId(std::string_view& rest) {
     return std::string(id);
 }
 
-void takeHeadings(std::string_view& rest, std::string& awipsId) {
+/// Takes the headings off the front.
+void takeHeadings(QByteArrayView& bytes, std::string& awipsId) {
+    std::string_view rest(bytes.data(), static_cast<std::size_t>(bytes.size()));
     takeStartOfHeading(rest);
     takeWmoHeading(rest);
     if (auto id = takeAwipsId(rest)) {
         awipsId = *id;
     }
+    bytes = bytes.last(static_cast<qsizetype>(rest.size()));
 }
 
 /// A message begins with its code, whose first byte is 0 or 1; a zlib stream with 0x78 and a check.
-bool beginsWithZlib(std::string_view bytes) {
+bool beginsWithZlib(QByteArrayView bytes) {
     if (bytes.size() < 2 || bytes[0] != '\x78') {
         return false;
     }
@@ -96,39 +101,48 @@ bool beginsWithZlib(std::string_view bytes) {
     return head % 31 == 0;
 }
 
-/// Unpacks all frames, one after the other; an error sentence when one is damaged.
-std::string unpackFrames(std::string_view rest, std::size_t fileSize, std::string& unpacked) {
+/// Unpacks all frames, one after the other.
+tl::expected<QByteArray, QString> unpackFrames(QByteArrayView rest, qsizetype fileSize) {
+    QByteArray unpacked;
     while (beginsWithZlib(rest)) {
-        const std::size_t offset = fileSize - rest.size();
-        const auto frame = unpackZlib(rest, kMostUnpacked - unpacked.size());
+        const qsizetype offset = fileSize - rest.size();
+        const auto frame =
+            unpackZlib(rest, kMostUnpacked - static_cast<std::size_t>(unpacked.size()));
         if (!frame) {
-            return "zlib frame at byte " + std::to_string(offset) +
-                   " is damaged, cut off or longer than 8 MiB with those before it";
+            return tl::unexpected(
+                QStringLiteral("zlib frame at byte %1 is damaged, cut off or longer than 8 MiB "
+                               "with those before it")
+                    .arg(offset)
+            );
         }
         unpacked += *frame;
     }
-    return {};
+    return unpacked;
+}
+
+/// The message behind the headings in `bytes`.
+Level3Message messageIn(QByteArrayView bytes, std::string awipsId, bool unpacked) {
+    QByteArrayView rest = bytes;
+    takeHeadings(rest, awipsId);
+    return {
+        std::move(awipsId), rest.toByteArray(),
+        static_cast<std::size_t>(bytes.size() - rest.size()), unpacked};
 }
 
 } // namespace
 
-Level3Message unwrapLevel3(std::string_view file) {
-    Level3Message message;
-    std::string_view rest = file;
-    takeHeadings(rest, message.awipsId);
+tl::expected<Level3Message, QString> unwrapLevel3(QByteArrayView file) {
+    std::string awipsId;
+    QByteArrayView rest = file;
+    takeHeadings(rest, awipsId);
     if (!beginsWithZlib(rest)) {
-        message.offset = file.size() - rest.size();
-        message.bytes = rest;
-        return message;
+        return messageIn(file, {}, false);
     }
-    std::string unpacked;
-    message.error = unpackFrames(rest, file.size(), unpacked);
-    message.unpacked = true;
-    std::string_view inner = unpacked;
-    takeHeadings(inner, message.awipsId);
-    message.offset = unpacked.size() - inner.size();
-    message.bytes = inner;
-    return message;
+    const auto unpacked = unpackFrames(rest, file.size());
+    if (!unpacked) {
+        return tl::unexpected(unpacked.error());
+    }
+    return messageIn(*unpacked, awipsId, true);
 }
 
 } // namespace raincast

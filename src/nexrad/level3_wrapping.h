@@ -1,25 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
 #include <string>
-#include <string_view>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
-/// A Level III message freed of what it travelled in.
+/// A Level III message without its wrapping.
 struct Level3Message {
     std::string awipsId;    ///< "N0RTLX"; empty where no heading says
-    std::string bytes;      ///< from the message header on
+    QByteArray bytes;       ///< from the message header on
     std::size_t offset = 0; ///< of the message in the file
-    bool unpacked = false;  ///< the message lay in zlib frames; `offset` is within what they held
-    std::string error; ///< one sentence, when the wrapping is damaged; then nothing else counts
+    bool unpacked = false;  ///< the message lay in zlib frames; `offset` counts unpacked bytes
 };
 
 /// Takes off, where they are there: SOH with its sequence number, the WMO heading, the AWIPS
 /// identifier, and zlib frames (in which both headings stand once more). ETX after the message
-/// stays: a message says itself how long its parts are.
+/// stays: a message gives the lengths of its parts.
 ///
-/// The frames of one file may hold 8 MiB in all.
-[[nodiscard]] Level3Message unwrapLevel3(std::string_view file);
+/// The frames of one file may hold 8 MiB in all. One sentence when the wrapping is damaged.
+[[nodiscard]] tl::expected<Level3Message, QString> unwrapLevel3(QByteArrayView file);
 
 } // namespace raincast

@@ -31,14 +31,14 @@ enum class CellLayout {
 /// as this, and pictures are made of nothing else.
 struct PolarScan {
     std::string site; ///< three letters, "TLX"; empty when the product does not say
-    Product product = Product::baseReflectivity; ///< what the scan is first of all
+    Product product = Product::baseReflectivity; ///< the main one of the scan
     int code = 0;                ///< the Level III product code; 0 for sample weather
     FileTime time = 0;           ///< start of the volume scan
     double latitude = 0;         ///< of the antenna, degrees
     double longitude = 0;        ///< of the antenna, degrees
     double elevationDegrees = 0; ///< of the beam; 0 where the product has none
     bool sample = false;         ///< made up: every picture of it says so
-    std::string note;            ///< what a product without cells says in words, or empty
+    std::string note;            ///< the text of a product without cells, or empty
 
     CellLayout layout = CellLayout::polar;
     std::vector<RadialSpan> radials; ///< polar only: one for each row

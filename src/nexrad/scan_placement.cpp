@@ -60,7 +60,7 @@ private:
     double m_sphereLatitude = 0;
 };
 
-/// What the formulas need of an angle.
+/// An angle and its functions.
 struct Angle {
     explicit Angle(double radians)
         : sine(std::sin(radians)), cosine(std::cos(radians)), halfSine(std::sin(radians / 2)) {}

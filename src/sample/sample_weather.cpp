@@ -70,18 +70,20 @@ SampleWeather::frameTimes(std::string_view site, Product /*product*/, FileTime u
     return times;
 }
 
-std::string SampleWeather::frame(std::string_view site, Product product, FileTime time) const {
+std::optional<QByteArray>
+SampleWeather::frame(std::string_view site, Product product, FileTime time) const {
     const AntennaPosition* antenna = findAntenna(site);
     if (antenna == nullptr || !isFrame(site, time)) {
-        return {};
+        return std::nullopt;
     }
     return renderFrame(sampleScan(*antenna, product, time, m_memory), product);
 }
 
-std::string SampleWeather::warnings(std::string_view site, Range range, FileTime time) const {
+std::optional<QByteArray>
+SampleWeather::warnings(std::string_view site, Range range, FileTime time) const {
     const AntennaPosition* antenna = findAntenna(site);
     if (antenna == nullptr) {
-        return {};
+        return std::nullopt;
     }
     const ImageGeometry image(antenna->latitude, antenna->longitude, range);
     return renderWarnings(image, sampleWarnings(*antenna, range, time), true);

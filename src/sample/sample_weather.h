@@ -7,7 +7,7 @@
 namespace raincast {
 
 /// Weather that is made up, for every site of the tree: storms that move, grow and die, a band of
-/// steady rain and ground clutter near the radar. It depends on nothing but site, product and
+/// steady rain and ground clutter near the radar. It depends only on site, product and
 /// minute, so two servers show the same. Every picture says "SAMPLE".
 class SampleWeather : public FrameSource {
 public:
@@ -17,9 +17,9 @@ public:
     /// A frame every 4 to 6 minutes; all products of a site share their times.
     [[nodiscard]] std::vector<FileTime>
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
-    [[nodiscard]] std::string
+    [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
-    [[nodiscard]] std::string
+    [[nodiscard]] std::optional<QByteArray>
     warnings(std::string_view site, Range range, FileTime time) const override;
 
 private:

@@ -16,7 +16,7 @@ namespace raincast {
 
 namespace {
 
-// Products have at most some hundred thousand bytes.
+// Products have some hundred thousand bytes at most.
 constexpr qint64 kLargestFile = qint64{16} * 1024 * 1024;
 
 QString worldFileName(const QString& picture) {
@@ -27,11 +27,11 @@ QString worldFileName(const QString& picture) {
 
 struct Output {
     QString name;
-    std::string bytes;
+    QByteArray bytes;
     WholeFile file{Lasting::yes};
 };
 
-/// Writes files that belong together: none gets its name before there is room for all.
+/// Writes files that belong together: names them only when there is room for all.
 bool writeAll(std::span<Output> outputs, std::ostream& err) {
     const auto prepare = [](Output& output) {
         return output.file.open(output.name) && output.file.write(output.bytes);
@@ -73,17 +73,17 @@ int renderCommand(
         err << file << ": cannot be read: " << bytes.error().reason.toStdString() << ".\n";
         return 1;
     }
-    const Level3Result result =
-        decodeLevel3({bytes->constData(), static_cast<std::size_t>(bytes->size())});
-    if (!result.scan) {
-        err << file << ": " << result.error << ".\n";
+    const Level3Result result = decodeLevel3(*bytes);
+    if (!result) {
+        err << file << ": " << result.error().toStdString() << ".\n";
         return 1;
     }
-    const PolarScan& scan = *result.scan;
+    const PolarScan& scan = *result;
     const QString name = QString::fromStdString(outFile);
+    const std::string world = frameGeometry(scan, rangeOf(scan.product)).worldFile();
     std::array outputs{
         Output{name, renderFrame(scan, scan.product)},
-        Output{worldFileName(name), frameGeometry(scan, rangeOf(scan.product)).worldFile()}};
+        Output{worldFileName(name), QByteArray::fromStdString(world)}};
     if (!writeAll(outputs, err)) {
         return 1;
     }

@@ -7,8 +7,8 @@
 namespace raincast {
 
 /// Renders the Level III product in a file to a GIF and writes its world file beside it (OUT.gfw
-/// for OUT.gif). Says site, product, time and code in one line on `out`, or what is wrong in one
-/// sentence on `err`. The exit status: 0, or 1 when nothing was rendered.
+/// for OUT.gif). Prints site, product, time and code in one line on `out`, or one sentence about
+/// the error on `err`. The exit status: 0, or 1 when nothing was rendered.
 [[nodiscard]] int renderCommand(
     const std::string& file, const std::string& outFile, std::ostream& out, std::ostream& err
 );

@@ -27,7 +27,7 @@ FileTime thisMinute() {
     return now - now % kFileTimePerMinute;
 }
 
-/// What a path's bytes are kept under: warnings change from minute to minute.
+/// The cache key of a path: warnings change from minute to minute.
 QByteArray keyOf(std::string_view path, const TreeItem& item) {
     QByteArray key(path.data(), static_cast<qsizetype>(path.size()));
     if (item.kind == TreeItem::Kind::warnings) {
@@ -36,13 +36,14 @@ QByteArray keyOf(std::string_view path, const TreeItem& item) {
     return key;
 }
 
-QByteArray worldFileOf(const TreeItem& item) {
+std::optional<QByteArray> worldFileOf(const TreeItem& item) {
     const AntennaPosition* const antenna = findAntenna(item.site);
-    return antenna == nullptr
-               ? QByteArray()
-               : QByteArray::fromStdString(
-                     ImageGeometry(antenna->latitude, antenna->longitude, item.range).worldFile()
-                 );
+    if (antenna == nullptr) {
+        return std::nullopt;
+    }
+    return QByteArray::fromStdString(
+        ImageGeometry(antenna->latitude, antenna->longitude, item.range).worldFile()
+    );
 }
 
 } // namespace
@@ -68,16 +69,16 @@ void ImageTree::askForItem(std::string_view path, const TreeItem& item, TreeAske
     const QByteArray key = keyOf(path, item);
     const char* const type = typeOf(path);
     const int maxAge = item.kind == TreeItem::Kind::warnings ? 0 : kDay;
-    if (const QByteArray kept = m_cache.find(key); !kept.isNull()) {
-        return asker.tell(TreeAnswer{kept, type, maxAge});
+    if (const auto kept = m_cache.find(key)) {
+        return asker.tell(TreeAnswer{*kept, type, maxAge});
     }
-    const auto tell = [=, tell = std::move(asker.tell)](const QByteArray& made) {
-        tell(made.isEmpty() ? std::nullopt : std::optional(TreeAnswer{made, type, maxAge}));
+    const auto tell = [=, tell = std::move(asker.tell)](const std::optional<QByteArray>& made) {
+        tell(made ? std::optional(TreeAnswer{*made, type, maxAge}) : std::nullopt);
     };
     const auto makeAndKeep = [this, key, item] {
-        const QByteArray made = make(item);
-        if (!made.isEmpty()) {
-            m_cache.insert(key, made);
+        const auto made = make(item);
+        if (made) {
+            m_cache.insert(key, *made);
         }
         return made;
     };
@@ -85,19 +86,19 @@ void ImageTree::askForItem(std::string_view path, const TreeItem& item, TreeAske
 }
 
 std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
-    // Shared: whoever fulfils a promise may still be busy with it when its future is there.
+    // Shared: a thread that sets the value may still use the promise when get() returns.
     const auto found = std::make_shared<std::promise<std::optional<TreeAnswer>>>();
     ask(path, {[found](std::optional<TreeAnswer> answer) { found->set_value(std::move(answer)); },
                [] { return true; }});
     return found->get_future().get();
 }
 
-QByteArray ImageTree::make(const TreeItem& item) const {
+std::optional<QByteArray> ImageTree::make(const TreeItem& item) const {
     switch (item.kind) {
     case TreeItem::Kind::frame:
-        return QByteArray::fromStdString(m_frames.frame(item.site, item.product, item.time));
+        return m_frames.frame(item.site, item.product, item.time);
     case TreeItem::Kind::warnings:
-        return QByteArray::fromStdString(m_frames.warnings(item.site, item.range, thisMinute()));
+        return m_frames.warnings(item.site, item.range, thisMinute());
     case TreeItem::Kind::layer:
         return m_layers.layer(item.layer, item.site, item.range);
     case TreeItem::Kind::worldFile:

@@ -16,26 +16,26 @@ namespace raincast {
 class FrameSource;
 class LayerStore;
 
-/// The image tree: the file or listing of any of its paths, made when it is asked for. What was
-/// made lately is kept in memory, up to a bound. May be asked from several threads at once; the
-/// time is that of Clock::current().
+/// The image tree: makes the file or listing of any of its paths when it is asked for, and keeps
+/// the latest in memory, up to a bound. Several threads may ask at once; the time is that of
+/// Clock::current().
 class ImageTree {
 public:
     /// Both are borrowed.
     ImageTree(const FrameSource& frames, const LayerStore& layers);
 
-    /// Tells what stands at a path: at once if it is a listing or kept in memory, otherwise when a
-    /// thread has made it. A frame of the future is not there yet.
+    /// Gives the asker the file or listing at a path: at once if it is a listing or kept in memory,
+    /// otherwise when a thread has made it. A frame of the future is not there yet.
     void ask(std::string_view path, TreeAsker asker) const;
 
-    /// The same for who can wait.
+    /// The same, but waits for it.
     [[nodiscard]] std::optional<TreeAnswer> find(std::string_view path) const;
 
     /// The names of a folder of frames, oldest first.
     [[nodiscard]] std::vector<std::string> framesIn(const FrameFolder& folder) const;
 
-    /// Adds a page beside the tree, "/status" for example; called whenever it is asked for, so it
-    /// must not take long.
+    /// Adds a page beside the tree, "/status" for example. `page` is called at each request, so it
+    /// must be quick.
     void addPage(std::string path, const char* type, std::function<QByteArray()> page);
 
     /// Bytes of the pictures kept in memory, and the most there may be.
@@ -50,7 +50,7 @@ private:
 
     [[nodiscard]] std::optional<TreeAnswer> findFolder(std::string_view path) const;
     void askForItem(std::string_view path, const TreeItem& item, TreeAsker asker) const;
-    [[nodiscard]] QByteArray make(const TreeItem& item) const;
+    [[nodiscard]] std::optional<QByteArray> make(const TreeItem& item) const;
 
     const FrameSource& m_frames;
     const LayerStore& m_layers;

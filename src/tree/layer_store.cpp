@@ -25,23 +25,28 @@ LayerStore::LayerStore(const MapData& data, const QString& folder) : m_data(data
     }
 }
 
-QByteArray LayerStore::layer(LayerKind layer, std::string_view site, Range range) const {
+std::optional<QByteArray>
+LayerStore::layer(LayerKind layer, std::string_view site, Range range) const {
     const AntennaPosition* const antenna = findAntenna(site);
     if (antenna == nullptr) {
-        return {};
+        return std::nullopt;
     }
     const std::lock_guard lock(m_painting[static_cast<std::size_t>(layer)]);
     const QString file = fileOf(layer, site, range);
-    QByteArray bytes = m_folder.isEmpty() ? QByteArray() : wholePictureIn(file);
-    if (bytes.isEmpty()) {
-        const ImageGeometry geometry(antenna->latitude, antenna->longitude, range);
-        bytes = paintLayer(layer, m_data, geometry, range);
-        if (!m_folder.isEmpty() && !bytes.isEmpty()) {
-            // One that is not kept is painted again.
-            static_cast<void>(replaceFile(file, bytes, Lasting::no));
-        }
+    const bool isKept = !m_folder.isEmpty();
+    if (auto kept = isKept ? wholePictureIn(file) : std::nullopt) {
+        return kept;
     }
-    return bytes;
+    const ImageGeometry geometry(antenna->latitude, antenna->longitude, range);
+    const QByteArray painted = paintLayer(layer, m_data, geometry, range);
+    if (painted.isEmpty()) {
+        return std::nullopt;
+    }
+    if (isKept) {
+        // A layer that cannot be stored is painted again.
+        static_cast<void>(replaceFile(file, painted, Lasting::no));
+    }
+    return painted;
 }
 
 QString LayerStore::fileOf(LayerKind layer, std::string_view site, Range range) const {

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <mutex>
+#include <optional>
 #include <string_view>
 
 namespace raincast {
@@ -22,9 +23,10 @@ public:
     /// keeps nothing. The data are borrowed.
     LayerStore(const MapData& data, const QString& folder);
 
-    /// The bytes of a layer; empty for a site that is not known. A folder that cannot be written
-    /// to costs time, nothing else.
-    [[nodiscard]] QByteArray layer(LayerKind layer, std::string_view site, Range range) const;
+    /// The bytes of a layer; nothing for an unknown site. A folder that cannot be written to costs
+    /// time, nothing else.
+    [[nodiscard]] std::optional<QByteArray>
+    layer(LayerKind layer, std::string_view site, Range range) const;
 
 private:
     [[nodiscard]] QString fileOf(LayerKind layer, std::string_view site, Range range) const;

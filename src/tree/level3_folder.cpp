@@ -22,20 +22,20 @@ namespace {
 
 // The largest products have some 300 kB.
 constexpr qint64 kMostBytes = 8 * 1024 * 1024;
-// A file that changed so lately and does not decode is taken to be half written.
+// A file that changed so lately and does not decode may be half written.
 constexpr qint64 kFreshMilliseconds = 30'000;
-// Clocks differ; a frame from farther in the future than this is a wrong one.
+// Clocks differ; a frame from farther in the future than this is wrong.
 constexpr FileTime kMostAhead = 10 * kFileTimePerMinute;
 
 Level3Result decodeFile(const QString& path) {
     const auto bytes = readWhole(path, kMostBytes);
     if (bytes) {
-        return decodeLevel3({bytes->constData(), static_cast<std::size_t>(bytes->size())});
+        return decodeLevel3(*bytes);
     }
     if (bytes.error().kind == ReadFailure::Kind::tooLarge) {
-        return {std::nullopt, "The file is larger than any product."};
+        return tl::unexpected(QStringLiteral("The file is larger than any product."));
     }
-    return {std::nullopt, "The file cannot be read: " + bytes.error().reason.toStdString() + "."};
+    return tl::unexpected(QStringLiteral("The file cannot be read: %1.").arg(bytes.error().reason));
 }
 
 QFileInfoList filesIn(const QString& folder, QStringList& folders) {
@@ -53,7 +53,7 @@ QFileInfoList filesIn(const QString& folder, QStringList& folders) {
             files += entry;
         }
     }
-    // The newest first: at the first start they are what people wait for.
+    // The newest first: at the first start people wait for them.
     std::sort(files.begin(), files.end(), [](const QFileInfo& a, const QFileInfo& b) {
         return a.lastModified() > b.lastModified();
     });
@@ -87,7 +87,7 @@ void Level3Folder::loadStore() {
     }
 }
 
-/// Forgets the frames whose files are not whole, so that their products are rendered again.
+// Forgets the frames whose files are not whole, so that their products are rendered again.
 void Level3Folder::dropDamagedFrames(const std::stop_token& stop) {
     std::map<Key, std::set<FileTime>> all;
     {
@@ -101,7 +101,7 @@ void Level3Folder::dropDamagedFrames(const std::stop_token& stop) {
                 return;
             }
             const QString file = fileOf({key.first, key.second}, time);
-            if (wholePictureIn(file).isEmpty()) {
+            if (!wholePictureIn(file)) {
                 QFile::remove(file);
                 m_seen.clear();
                 const std::lock_guard lock(m_mutex);
@@ -122,70 +122,81 @@ bool Level3Folder::isTooOld(FileTime time) const {
 }
 
 int Level3Folder::rescan(const std::stop_token& stop) {
-    QStringList folders;
-    const QFileInfoList files = filesIn(m_folder, folders);
-    {
-        const std::lock_guard lock(m_mutex);
-        m_folders = folders;
-    }
+    const QFileInfoList files = listFiles();
     if (m_isDoubtful.exchange(false)) {
         dropDamagedFrames(stop);
     }
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    QHash<QString, Seen> seen;
-    int frames = 0;
+    Turn turn{.begin = QDateTime::currentMSecsSinceEpoch(), .seen = {}};
     for (const QFileInfo& file : files) {
         if (stop.stop_requested()) {
-            return frames;
+            return turn.frames;
         }
-        const Seen present{file.size(), file.lastModified().toMSecsSinceEpoch()};
-        if (m_seen.value(file.filePath()) == present) {
-            seen.insert(file.filePath(), present);
-            continue;
-        }
-        const bool isFresh = now - present.changed < kFreshMilliseconds;
-        const Outcome outcome = take(file, isFresh, frames);
-        if (outcome == Outcome::unstored) {
-            // Nor could what follows be stored. Frames that grow too old make room.
-            m_seen.insert(seen);
-            seen = m_seen;
+        if (look(file, turn) == Outcome::unstored) {
+            // The rest could not be stored either. Frames that grow too old make room.
+            m_seen.insert(turn.seen);
+            turn.seen = m_seen;
             break;
         }
-        // What is fresh and fails is tried at every turn, until it is whole or old.
-        if (outcome == Outcome::done || !isFresh) {
-            seen.insert(file.filePath(), present);
-        }
     }
-    m_seen = seen;
+    m_seen = turn.seen;
     forgetOldFrames();
-    return frames;
+    return turn.frames;
 }
 
-/// Renders a file, and counts the frames that it made.
+QFileInfoList Level3Folder::listFiles() {
+    QStringList folders;
+    QFileInfoList files = filesIn(m_folder, folders);
+    const std::lock_guard lock(m_mutex);
+    m_folders = folders;
+    return files;
+}
+
+// Takes a file that is new or has changed.
+Level3Folder::Outcome Level3Folder::look(const QFileInfo& file, Turn& turn) {
+    const Seen present{file.size(), file.lastModified().toMSecsSinceEpoch()};
+    if (m_seen.value(file.filePath()) == present) {
+        turn.seen.insert(file.filePath(), present);
+        return Outcome::done;
+    }
+    const bool isFresh = turn.begin - present.changed < kFreshMilliseconds;
+    const Outcome outcome = take(file, isFresh, turn.frames);
+    // A fresh file that fails is tried at every rescan, until it is whole or old.
+    if (outcome == Outcome::done || (outcome == Outcome::undecoded && !isFresh)) {
+        turn.seen.insert(file.filePath(), present);
+    }
+    return outcome;
+}
+
+// Renders a file.
 Level3Folder::Outcome Level3Folder::take(const QFileInfo& file, bool isFresh, int& made) {
     const QString name = QDir(m_folder).relativeFilePath(file.filePath());
-    const Level3Result result = decodeFile(file.filePath());
-    if (!result.scan) {
+    const Level3Result scan = decodeFile(file.filePath());
+    if (!scan) {
         if (!isFresh) {
-            m_log(name + QStringLiteral(": ") + QString::fromStdString(result.error));
+            m_log(name + QStringLiteral(": ") + scan.error());
         }
         return Outcome::undecoded;
     }
-    const PolarScan& scan = *result.scan;
-    const FileTime time = scan.time - scan.time % kFileTimePerMinute;
-    if (const QString reason = whyNotShown(scan, time); !reason.isEmpty()) {
-        tellOnce(name, reason);
+    const FileTime time = scan->time - scan->time % kFileTimePerMinute;
+    if (const auto reason = whyNotShown(*scan, time)) {
+        logOnce(name, *reason);
         return Outcome::done;
     }
+    return storeFrames(*scan, time, made);
+}
+
+// Renders the frames of a scan that are not stored yet.
+Level3Folder::Outcome Level3Folder::storeFrames(const PolarScan& scan, FileTime time, int& made) {
     for (const Product product : publishedAs(scan)) {
-        if (isStored({scan.site, product}, time)) {
+        const Key key{scan.site, product};
+        if (isStored(key, time)) {
             continue;
         }
         if (!store(fileOf({scan.site, product}, time), renderFrame(scan, product))) {
             return Outcome::unstored;
         }
         const std::lock_guard lock(m_mutex);
-        m_times[{scan.site, product}].insert(time);
+        m_times[key].insert(time);
         ++made;
     }
     return Outcome::done;
@@ -197,10 +208,10 @@ bool Level3Folder::isStored(const Key& key, FileTime time) const {
     return found != m_times.end() && found->second.contains(time);
 }
 
-/// Writes a file of the store. Why that fails is logged when it begins to, not at every turn.
-bool Level3Folder::store(const QString& file, const std::string& bytes) {
+// Writes a file of the store. Logs the first failure of several in a row.
+bool Level3Folder::store(const QString& file, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(file).path());
-    // What a power cut takes is made again.
+    // A frame that a power cut takes is made again.
     const auto stored = replaceFile(file, bytes, Lasting::no);
     if (!stored && !m_cannotStore) {
         m_log(QStringLiteral("Cannot write to %1: %2.").arg(m_store, stored.error()));
@@ -209,22 +220,24 @@ bool Level3Folder::store(const QString& file, const std::string& bytes) {
     return stored.has_value();
 }
 
-/// Empty for a product that is shown.
-QString Level3Folder::whyNotShown(const PolarScan& scan, FileTime time) const {
+// The reason why a product is ignored, if it is.
+std::optional<QString> Level3Folder::whyNotShown(const PolarScan& scan, FileTime time) const {
     if (findAntenna(scan.site) == nullptr) {
-        return QStringLiteral("is of a site that is none of the tree's");
+        return QStringLiteral("unknown radar site");
     }
     if (isTooOld(time)) {
-        return QStringLiteral("is older than %1 hours (see --hours)").arg(m_hours);
+        return QStringLiteral("older than %1 hours (see --hours)").arg(m_hours);
     }
-    const bool isAhead = time > Clock::current().now() + kMostAhead;
-    return isAhead ? QStringLiteral("is of a time to come") : QString();
+    if (time > Clock::current().now() + kMostAhead) {
+        return QStringLiteral("its time is in the future");
+    }
+    return std::nullopt;
 }
 
-void Level3Folder::tellOnce(const QString& name, const QString& reason) {
-    if (!m_told.contains(reason)) {
-        m_told += reason;
-        m_log(QStringLiteral("%1 %2: not shown, as all others of that kind.").arg(name, reason));
+void Level3Folder::logOnce(const QString& name, const QString& reason) {
+    if (!m_logged.contains(reason)) {
+        m_logged += reason;
+        m_log(QStringLiteral("%1: %2; not shown, like all others of that kind.").arg(name, reason));
     }
 }
 
@@ -260,20 +273,21 @@ Level3Folder::frameTimes(std::string_view site, Product product, FileTime upTo) 
     return {times.begin(), times.upper_bound(upTo)};
 }
 
-std::string Level3Folder::frame(std::string_view site, Product product, FileTime time) const {
+std::optional<QByteArray>
+Level3Folder::frame(std::string_view site, Product product, FileTime time) const {
     const FrameFolder folder{std::string(site), product};
     if (!isStored({folder.site, product}, time)) {
-        return {};
+        return std::nullopt;
     }
-    const QByteArray bytes = wholePictureIn(fileOf(folder, time));
-    if (bytes.isEmpty()) {
+    auto bytes = wholePictureIn(fileOf(folder, time));
+    if (!bytes) {
         m_isDoubtful = true;
     }
-    return bytes.toStdString();
+    return bytes;
 }
 
-std::string Level3Folder::warnings(std::string_view site, Range, FileTime) const {
-    return findAntenna(site) == nullptr ? std::string() : emptyFrame();
+std::optional<QByteArray> Level3Folder::warnings(std::string_view site, Range, FileTime) const {
+    return findAntenna(site) == nullptr ? std::nullopt : std::optional(emptyFrame());
 }
 
 } // namespace raincast

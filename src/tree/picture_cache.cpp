@@ -3,10 +3,10 @@
 
 namespace raincast {
 
-QByteArray PictureCache::find(const QByteArray& path) const {
+std::optional<QByteArray> PictureCache::find(const QByteArray& path) const {
     const std::lock_guard lock(m_mutex);
     const QByteArray* const found = m_cache.object(path);
-    return found == nullptr ? QByteArray() : *found;
+    return found == nullptr ? std::nullopt : std::optional(*found);
 }
 
 void PictureCache::insert(const QByteArray& path, const QByteArray& bytes) {

@@ -5,6 +5,7 @@
 #include <QCache>
 
 #include <mutex>
+#include <optional>
 
 namespace raincast {
 
@@ -14,8 +15,8 @@ class PictureCache {
 public:
     explicit PictureCache(qsizetype mostBytes) : m_cache(mostBytes) {}
 
-    /// The bytes kept for a path; null when there are none.
-    [[nodiscard]] QByteArray find(const QByteArray& path) const;
+    /// The bytes kept for a path.
+    [[nodiscard]] std::optional<QByteArray> find(const QByteArray& path) const;
 
     /// Keeps bytes (which are shared, not copied). Those larger than the cache are not kept.
     void insert(const QByteArray& path, const QByteArray& bytes);

@@ -21,7 +21,7 @@ void PictureMakers::work(const QByteArray& name, const Make& make) {
     if (!isWanted(name)) {
         return;
     }
-    const QByteArray picture = make();
+    const Picture picture = make();
     std::vector<Waiter> waiting;
     {
         const std::lock_guard lock(m_mutex);
@@ -32,7 +32,7 @@ void PictureMakers::work(const QByteArray& name, const Make& make) {
     }
 }
 
-/// Forgets the name if not.
+// Forgets the name if not.
 bool PictureMakers::isWanted(const QByteArray& name) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_waiting.find(name);

@@ -7,23 +7,25 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace raincast {
 
-/// Makes pictures in threads of its own, as many as there are processors: a thread that paints
-/// keeps megabytes of tables for the next picture, and more of them are no faster. A picture that
-/// many wait for is made once. May be used from several threads at once.
+/// Makes pictures in threads of its own, one for each processor: a thread that paints keeps
+/// megabytes of tables for the next picture, and more threads are no faster. A picture that many
+/// wait for is made once. May be used from several threads at once.
 class PictureMakers {
 public:
-    using Make = std::function<QByteArray()>;
+    using Picture = std::optional<QByteArray>; ///< nothing: there is none to make
+    using Make = std::function<Picture()>;
     struct Waiter {
-        std::function<void(const QByteArray&)> tell; ///< called in one of the threads
+        std::function<void(const Picture&)> tell; ///< called in one of the threads
         std::function<bool()> isWaiting;
     };
 
-    /// Makes the picture of a name, or lets the waiter wait for the one that is being made. When
-    /// its turn comes and nobody waits any more, it is not made, and nobody is told.
+    /// Makes the picture of a name; a waiter joins those for the same name. If nobody waits any
+    /// more when its turn comes, the picture is not made and tell() is not called.
     void make(const QByteArray& name, Make make, Waiter waiter);
 
 private:

@@ -19,7 +19,7 @@ namespace raincast {
 
 namespace {
 
-// Says which map data the layers were painted from.
+// Names the map data that the layers were painted from.
 constexpr auto kStampFile = "/.layers";
 
 constexpr std::size_t kFramesOfAnHour = 16;
@@ -54,7 +54,7 @@ Publisher::Publisher(
     }
 }
 
-/// Does a step for all sites, several at once; the first that fails ends it.
+// Does a step for all sites, several at once; the first that fails ends it.
 bool Publisher::forEachSite(const std::stop_token& stop, const Step& step) {
     std::atomic<std::size_t> next = 0;
     std::atomic<bool> good = true;
@@ -87,7 +87,7 @@ QString Publisher::fileOf(const std::string& path) const {
 bool Publisher::write(const std::string& path, const QByteArray& bytes) {
     const QString name = fileOf(path);
     QDir().mkpath(QFileInfo(name).path());
-    // What a power cut takes is made again.
+    // A file that a power cut takes is made again.
     const auto written = replaceFile(name, bytes, Lasting::no);
     if (!written) {
         log(QStringLiteral("Cannot write %1: %2.").arg(name, written.error()));
@@ -95,10 +95,10 @@ bool Publisher::write(const std::string& path, const QByteArray& bytes) {
     return written.has_value();
 }
 
-/// Whether what never changes is there. Pictures tell whether they are whole; anything else is
-/// compared with what it should be.
+// Whether a file that never changes is there. Only pictures show whether they are whole; any other
+// file is compared with its bytes.
 bool Publisher::isPublished(const QString& name) const {
-    return m_isSound ? QFileInfo::exists(name) : !wholePictureIn(name).isEmpty();
+    return m_isSound ? QFileInfo::exists(name) : wholePictureIn(name).has_value();
 }
 
 bool Publisher::put(const std::string& path, Again again) {
@@ -111,8 +111,8 @@ bool Publisher::put(const std::string& path, Again again) {
     return !answer || has(name, answer->body) || write(path, answer->body);
 }
 
-/// The newest `most` frames of all of a site's products. The oldest of them first, and all products
-/// of a time together: what one picture is made of, the next one mostly is made of, too.
+// The newest `most` frames of all of a site's products. The oldest of them first, and all products
+// of a time together: they are made of the same data.
 bool Publisher::publishFrames(const Site& site, std::size_t most, const std::stop_token& stop) {
     std::map<FileTime, std::vector<std::string>> paths;
     for (const Product product : kAllProducts) {
@@ -139,7 +139,7 @@ bool Publisher::publishFrames(const Site& site, std::size_t most, const std::sto
     });
 }
 
-/// Lists the frames that are there, then deletes those that the tree no longer has.
+// Lists the frames that are there, then deletes those that the tree no longer has.
 bool Publisher::publishListing(const FrameFolder& folder) {
     const std::string path = pathOf(folder);
     QDir dir(fileOf(path));

@@ -16,11 +16,11 @@ namespace raincast {
 
 /// Writes the image tree as plain files, for a web server, a content network or object storage to
 /// serve. Every file gets its name only when it is whole, and a folder's listing (its index.html)
-/// names a frame only when the frame is there: whoever reads at any moment finds a good tree.
+/// names a frame only when the frame is there: a reader finds a good tree at any moment.
 class Publisher {
 public:
-    /// `sites` are those that are written; all when empty. `layerStamp` tells when the layers have
-    /// to be written again. The tree is borrowed.
+    /// Writes only these sites; all when empty. The layers are written again when `layerStamp`
+    /// changes. The tree is borrowed.
     Publisher(
         const ImageTree& tree, QString folder, const QStringList& sites, QByteArray layerStamp,
         ServerLog log
@@ -28,18 +28,18 @@ public:
 
     /// Brings the folder up to date: writes what is new, then deletes the frames that the tree no
     /// longer has. The newest frame of every site and product comes first, then those of the last
-    /// hour, so that a first start, which writes thousands of frames, is soon of use. What an
-    /// earlier run has left is looked at once: pictures that are not whole are made again. Works on
-    /// as many sites at once as there are processors, eight at most. False when a file could not be
-    /// written (the log says which) or it was asked to stop.
+    /// hour, so that a first start, which writes thousands of frames, is soon of use. Checks the
+    /// files of an earlier run once: pictures that are not whole are made again. Works on as many
+    /// sites at once as there are processors, eight at most. False when a file could not be written
+    /// (the log names it) or when asked to stop.
     [[nodiscard]] bool publish(const std::stop_token& stop = {});
 
 private:
-    /// Which of a file that is there already is written again.
+    /// When an existing file is written again.
     enum class Again { never, whenChanged };
     struct Site {
         std::string id;
-        std::vector<std::string> standing; ///< the paths of all that is no frame
+        std::vector<std::string> standing; ///< the paths of everything but frames
     };
     /// One step of publishing a site; false when it failed.
     using Step = std::function<bool(const Site&)>;
@@ -59,7 +59,7 @@ private:
     QString m_folder;
     std::vector<Site> m_sites;
     QByteArray m_layerStamp;
-    bool m_isSound = false; ///< all that is there was made by this object, or looked at by it
+    bool m_isSound = false; ///< this object made or checked every file
     std::mutex m_logMutex;
     ServerLog m_log;
 };

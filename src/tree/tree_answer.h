@@ -8,16 +8,16 @@
 
 namespace raincast {
 
-/// What the tree gives for a path: the file's bytes and what HTTP says about them.
+/// The answer of the tree to a path: the file's bytes and their HTTP headers.
 struct TreeAnswer {
     QByteArray body;
     const char* type = "text/html; charset=utf-8"; ///< lives as long as the program
     int maxAgeSeconds = 0; ///< how long a cache may keep it; 0: it must ask again
 };
 
-/// Somebody who asks the tree for a path.
+/// A request to the tree for a path.
 struct TreeAsker {
-    /// Takes the answer, once: nothing where the tree has none. Called in any thread.
+    /// Takes the answer, once; nothing if the path is not in the tree. Called in any thread.
     std::function<void(std::optional<TreeAnswer>)> tell;
     /// False when the answer is of no use any more. Called in any thread.
     std::function<bool()> isWaiting;

@@ -32,7 +32,7 @@ QPolygonF outline(const ImageGeometry& image, const WarningPolygon& warning) {
     return polygon;
 }
 
-/// A line with a dark edge, which is told from every echo below it.
+/// A line with a dark edge, which stands out from every echo below it.
 void stroke(QPainter& painter, const QPolygonF& polygon, std::uint8_t colour) {
     constexpr int kWidth = 2;
     painter.setPen(QPen(QColor::fromRgb(kColours[casing]), kWidth + 2));
@@ -67,7 +67,7 @@ IndexedPicture indexed(const QImage& canvas) {
 
 } // namespace
 
-std::string renderWarnings(
+QByteArray renderWarnings(
     const ImageGeometry& image, const std::vector<WarningPolygon>& warnings, bool sample
 ) {
     QImage canvas(kFrameWidth, kFrameHeight, QImage::Format_RGB32);
@@ -82,7 +82,7 @@ std::string renderWarnings(
     if (sample) {
         markAsSample(picture, ink, rim);
     }
-    return writeGif(picture, kColours);
+    return QByteArray::fromStdString(writeGif(picture, kColours));
 }
 
 } // namespace raincast

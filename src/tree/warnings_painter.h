@@ -4,14 +4,15 @@
 #include "radar/catalogue/image_geometry.h"
 #include "tree/warning_polygon.h"
 
-#include <string>
+#include <QByteArray>
+
 #include <vector>
 
 namespace raincast {
 
 /// The picture of warnings: outlines on transparent white, the bytes of a GIF of 600 × 550 pixels.
-/// `sample` has it say that they are made up.
-[[nodiscard]] std::string renderWarnings(
+/// With `sample` it is marked as made up.
+[[nodiscard]] QByteArray renderWarnings(
     const ImageGeometry& image, const std::vector<WarningPolygon>& warnings, bool sample
 );
 

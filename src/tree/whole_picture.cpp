@@ -76,9 +76,9 @@ bool isWholePicture(QByteArrayView bytes) {
     return bytes.startsWith("\xFF\xD8") && bytes.endsWith("\xFF\xD9") && isSoundJpeg(bytes);
 }
 
-QByteArray wholePictureIn(const QString& path) {
+std::optional<QByteArray> wholePictureIn(const QString& path) {
     const auto bytes = readWhole(path, kMostBytes);
-    return bytes && isWholePicture(*bytes) ? *bytes : QByteArray();
+    return bytes && isWholePicture(*bytes) ? std::optional(*bytes) : std::nullopt;
 }
 
 } // namespace raincast

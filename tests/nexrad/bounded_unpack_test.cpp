@@ -8,10 +8,11 @@
 namespace raincast {
 namespace {
 
-const std::string kText(100'000, 'x');
+const QByteArray kText(100'000, 'x');
+constexpr std::size_t kMost = 100'000;
 
-std::string bzip2(std::string plain) {
-    std::string packed(plain.size() + 1000, '\0');
+QByteArray bzip2(QByteArray plain) {
+    QByteArray packed(plain.size() + 1000, '\0');
     auto size = static_cast<unsigned>(packed.size());
     EXPECT_EQ(
         BZ2_bzBuffToBuffCompress(
@@ -19,55 +20,56 @@ std::string bzip2(std::string plain) {
         ),
         BZ_OK
     );
-    return packed.substr(0, size);
+    return packed.first(size);
 }
 
-std::string zlib(const std::string& plain) {
-    std::string packed(compressBound(plain.size()), '\0');
-    uLongf size = packed.size();
+QByteArray zlib(const QByteArray& plain) {
+    const auto plainSize = static_cast<uLong>(plain.size());
+    QByteArray packed(static_cast<qsizetype>(compressBound(plainSize)), '\0');
+    auto size = static_cast<uLongf>(packed.size());
     EXPECT_EQ(
         compress(
             reinterpret_cast<Bytef*>(packed.data()), &size,
-            reinterpret_cast<const Bytef*>(plain.data()), plain.size()
+            reinterpret_cast<const Bytef*>(plain.data()), plainSize
         ),
         Z_OK
     );
-    return packed.substr(0, size);
+    return packed.first(static_cast<qsizetype>(size));
 }
 
 TEST(BoundedUnpackTest, Bzip2ComesBack) {
-    EXPECT_EQ(unpackBzip2(bzip2(kText), kText.size()), kText);
-    EXPECT_EQ(unpackBzip2(bzip2(kText) + "what follows", kText.size()), kText);
+    EXPECT_EQ(unpackBzip2(bzip2(kText), kMost), kText);
+    EXPECT_EQ(unpackBzip2(bzip2(kText) + "what follows", kMost), kText);
     EXPECT_EQ(unpackBzip2(bzip2(""), 0), "");
 }
 
 TEST(BoundedUnpackTest, MoreThanTheLimitIsRefused) {
-    EXPECT_EQ(unpackBzip2(bzip2(kText), kText.size() - 1), std::nullopt);
-    const std::string packed = zlib(kText);
-    std::string_view rest = packed;
-    EXPECT_EQ(unpackZlib(rest, kText.size() - 1), std::nullopt);
+    EXPECT_EQ(unpackBzip2(bzip2(kText), kMost - 1), std::nullopt);
+    const QByteArray packed = zlib(kText);
+    QByteArrayView rest = packed;
+    EXPECT_EQ(unpackZlib(rest, kMost - 1), std::nullopt);
     EXPECT_EQ(rest, packed);
 }
 
 TEST(BoundedUnpackTest, DamagedAndCutOffStreamsAreRefused) {
-    const std::string packed = bzip2(kText);
-    EXPECT_EQ(unpackBzip2(packed.substr(0, packed.size() - 5), 1'000'000), std::nullopt);
+    const QByteArray packed = bzip2(kText);
+    EXPECT_EQ(unpackBzip2(packed.chopped(5), 1'000'000), std::nullopt);
     EXPECT_EQ(unpackBzip2("BZh9 and no more", 1'000'000), std::nullopt);
     EXPECT_EQ(unpackBzip2("", 1'000'000), std::nullopt);
-    std::string damaged = packed;
-    damaged[damaged.size() / 2] ^= 0x10;
+    QByteArray damaged = packed;
+    damaged[damaged.size() / 2] = static_cast<char>(damaged[damaged.size() / 2] ^ 0x10);
     EXPECT_EQ(unpackBzip2(damaged, 1'000'000), std::nullopt);
 
-    const std::string stream = zlib(kText);
-    std::string_view cut = std::string_view(stream).substr(0, stream.size() - 5);
+    const QByteArray stream = zlib(kText);
+    QByteArrayView cut = QByteArrayView(stream).chopped(5);
     EXPECT_EQ(unpackZlib(cut, 1'000'000), std::nullopt);
-    std::string_view none;
+    QByteArrayView none;
     EXPECT_EQ(unpackZlib(none, 1'000'000), std::nullopt);
 }
 
 TEST(BoundedUnpackTest, ZlibStreamsAreTakenOneByOne) {
-    const std::string both = zlib("first") + zlib("second") + "rest";
-    std::string_view left = both;
+    const QByteArray both = zlib("first") + zlib("second") + "rest";
+    QByteArrayView left = both;
     EXPECT_EQ(unpackZlib(left, 100), "first");
     EXPECT_EQ(unpackZlib(left, 100), "second");
     EXPECT_EQ(left, "rest");

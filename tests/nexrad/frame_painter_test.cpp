@@ -13,8 +13,8 @@
 namespace raincast {
 namespace {
 
-QImage decoded(const std::string& gif) {
-    return decodeImage(QByteArray::fromStdString(gif), kMostImagePixels);
+QImage decoded(const QByteArray& gif) {
+    return decodeImage(gif, kMostImagePixels);
 }
 
 /// One radial around the whole circle; its cells have levels 1, 2 … 15 at 15 km each.

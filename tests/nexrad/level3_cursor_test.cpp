@@ -24,10 +24,14 @@ TEST(Level3CursorTest, MissingBytesAreASentenceAndEverythingAfterIsNothing) {
     cursor.skip("the head", 2);
     EXPECT_EQ(cursor.u16("the code"), 0U);
     EXPECT_FALSE(cursor.ok());
-    EXPECT_EQ(cursor.error(), "the code at byte 42 is cut off: 2 bytes are needed, 1 are left");
+    EXPECT_EQ(
+        cursor.result().error(), "the code at byte 42 is cut off: 2 bytes are needed, 1 are left"
+    );
     EXPECT_EQ(cursor.u8("another"), 0U);
     EXPECT_EQ(cursor.bytes("another", 1), "");
-    EXPECT_EQ(cursor.error(), "the code at byte 42 is cut off: 2 bytes are needed, 1 are left");
+    EXPECT_EQ(
+        cursor.result().error(), "the code at byte 42 is cut off: 2 bytes are needed, 1 are left"
+    );
 }
 
 TEST(Level3CursorTest, HugeCountsDoNotWrapAround) {
@@ -42,11 +46,13 @@ TEST(Level3CursorTest, TheFirstProblemStays) {
     EXPECT_TRUE(cursor.ok());
     cursor.expect16("the block number", 1);
     EXPECT_EQ(
-        cursor.error(), "the block number at byte 12 of the unpacked product is 8 instead of 1"
+        cursor.result().error(),
+        "the block number at byte 12 of the unpacked product is 8 instead of 1"
     );
     cursor.fail("another", 0, "bad");
     EXPECT_EQ(
-        cursor.error(), "the block number at byte 12 of the unpacked product is 8 instead of 1"
+        cursor.result().error(),
+        "the block number at byte 12 of the unpacked product is 8 instead of 1"
     );
 }
 

@@ -17,7 +17,7 @@ PolarScan scanOf(int code, const Thresholds& thresholds) {
     scan.product = kind->product;
     Level3Description description;
     description.thresholds = thresholds;
-    EXPECT_EQ(readLevel3Levels(description, *kind, 30, scan), "");
+    EXPECT_TRUE(readLevel3Levels(description, *kind, 30, scan).has_value());
     return scan;
 }
 
@@ -25,7 +25,8 @@ std::string errorOf(int code, const Thresholds& thresholds) {
     PolarScan scan;
     Level3Description description;
     description.thresholds = thresholds;
-    return readLevel3Levels(description, *findLevel3Kind(code), 30, scan);
+    const auto read = readLevel3Levels(description, *findLevel3Kind(code), 30, scan);
+    return read ? std::string() : read.error().toStdString();
 }
 
 TEST(Level3LevelsTest, SixteenLevelsHaveThresholdsWithFlags) {

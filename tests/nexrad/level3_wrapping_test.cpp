@@ -8,6 +8,11 @@
 namespace raincast {
 namespace {
 
+/// What a file that is not damaged holds.
+Level3Message unwrapped(const std::string& file) {
+    return unwrapLevel3(file).value_or(Level3Message{"damaged", {}, 0, false});
+}
+
 /// The message alone, without anything around it.
 std::string bare() {
     Level3ToMake product;
@@ -18,15 +23,15 @@ std::string bare() {
 
 TEST(Level3WrappingTest, AMessageAloneIsItself) {
     const std::string file = bare();
-    const Level3Message message = unwrapLevel3(file);
-    EXPECT_EQ(message.bytes, file);
+    const Level3Message message = unwrapped(file);
+    EXPECT_EQ(message.bytes.toStdString(), file);
     EXPECT_EQ(message.offset, 0U);
     EXPECT_EQ(message.awipsId, "");
 }
 
 TEST(Level3WrappingTest, HeadingsAreTakenOff) {
-    const Level3Message message = unwrapLevel3(makeLevel3({}));
-    EXPECT_EQ(message.bytes, bare());
+    const Level3Message message = unwrapped(makeLevel3({}));
+    EXPECT_EQ(message.bytes.toStdString(), bare());
     EXPECT_EQ(message.offset, 30U);
     EXPECT_EQ(message.awipsId, "N0RTLX");
     EXPECT_FALSE(message.unpacked);
@@ -35,25 +40,25 @@ TEST(Level3WrappingTest, HeadingsAreTakenOff) {
 TEST(Level3WrappingTest, EitherHeadingMayBeMissing) {
     Level3ToMake product;
     product.wmoHeading.clear();
-    EXPECT_EQ(unwrapLevel3(makeLevel3(product)).awipsId, "N0RTLX");
+    EXPECT_EQ(unwrapped(makeLevel3(product)).awipsId, "N0RTLX");
     product = {};
     product.awipsId.clear();
-    EXPECT_EQ(unwrapLevel3(makeLevel3(product)).awipsId, "");
-    EXPECT_EQ(unwrapLevel3(makeLevel3(product)).bytes, bare());
+    EXPECT_EQ(unwrapped(makeLevel3(product)).awipsId, "");
+    EXPECT_EQ(unwrapped(makeLevel3(product)).bytes.toStdString(), bare());
 }
 
 TEST(Level3WrappingTest, StartOfHeadingAndSequenceNumberAreTakenOff) {
     Level3ToMake product;
     product.startOfHeading = true;
-    const Level3Message message = unwrapLevel3(makeLevel3(product));
+    const Level3Message message = unwrapped(makeLevel3(product));
     EXPECT_EQ(message.awipsId, "N0RTLX");
-    EXPECT_EQ(message.bytes, bare() + "\r\r\n\x03");
+    EXPECT_EQ(message.bytes.toStdString(), bare() + "\r\r\n\x03");
 }
 
 TEST(Level3WrappingTest, ShortAwipsIdsArePaddedWithBlanks) {
     Level3ToMake product;
     product.awipsId = "N0RX  ";
-    EXPECT_EQ(unwrapLevel3(makeLevel3(product)).awipsId, "N0RX");
+    EXPECT_EQ(unwrapped(makeLevel3(product)).awipsId, "N0RX");
 }
 
 TEST(Level3WrappingTest, ZlibFramesAreUnpackedWithTheHeadingsInThem) {
@@ -61,9 +66,8 @@ TEST(Level3WrappingTest, ZlibFramesAreUnpackedWithTheHeadingsInThem) {
         Level3ToMake product;
         product.zlibFrames = frames;
         product.startOfHeading = frames == 3;
-        const Level3Message message = unwrapLevel3(makeLevel3(product));
-        EXPECT_EQ(message.error, "");
-        EXPECT_EQ(message.bytes, bare());
+        const Level3Message message = unwrapped(makeLevel3(product));
+        EXPECT_EQ(message.bytes.toStdString(), bare());
         EXPECT_EQ(message.awipsId, "N0RTLX");
         EXPECT_TRUE(message.unpacked);
         EXPECT_EQ(message.offset, 30U);
@@ -76,7 +80,7 @@ TEST(Level3WrappingTest, ADamagedFrameIsNamedWithItsPlace) {
     std::string file = makeLevel3(product);
     file.resize(60);
     EXPECT_EQ(
-        unwrapLevel3(file).error,
+        unwrapLevel3(file).error(),
         "zlib frame at byte 30 is damaged, cut off or longer than 8 MiB with those before it"
     );
 }
@@ -100,14 +104,15 @@ TEST(Level3WrappingTest, WhatIsNoHeadingStays) {
         {letters, letters, ""},
     };
     for (const auto& row : rows) {
-        const Level3Message message = unwrapLevel3(row.file);
-        EXPECT_EQ(message.error, "") << row.file;
-        EXPECT_EQ(message.bytes, row.bytes) << row.file;
+        const Level3Message message = unwrapped(row.file);
+        EXPECT_EQ(message.bytes.toStdString(), row.bytes) << row.file;
         EXPECT_EQ(message.awipsId, row.awipsId) << row.file;
         EXPECT_EQ(message.offset, row.file.size() - row.bytes.size()) << row.file;
     }
     // This is how a zlib stream begins.
-    EXPECT_THAT(unwrapLevel3("x\x9C").error, testing::HasSubstr("at byte 0 is damaged"));
+    EXPECT_THAT(
+        unwrapLevel3("x\x9C").error().toStdString(), testing::HasSubstr("at byte 0 is damaged")
+    );
 }
 
 } // namespace

@@ -45,26 +45,24 @@ TEST(SampleWeatherTest, ListingsAgreeWhateverTheMomentTheyAreAskedAt) {
 TEST(SampleWeatherTest, AFrameIsAMarkedPictureThatIsTheSameEveryTime) {
     const SampleWeather weather;
     const FileTime time = weather.frameTimes("TLX", Product::baseReflectivity, kNow).back();
-    const std::string frame = weather.frame("TLX", Product::baseReflectivity, time);
+    const auto frame = weather.frame("TLX", Product::baseReflectivity, time);
     EXPECT_EQ(SampleWeather(9).frame("TLX", Product::baseReflectivity, time), frame);
-    const QImage image = decodeImage(QByteArray::fromStdString(frame), kMostImagePixels);
+    const QImage image = decodeImage(frame.value(), kMostImagePixels);
     ASSERT_EQ(image.size(), QSize(600, 550));
     EXPECT_NE(image.pixel(12, 532), kTransparentWhite);
-    const QImage warnings = decodeImage(
-        QByteArray::fromStdString(weather.warnings("TLX", Range::shortRange, time)),
-        kMostImagePixels
-    );
+    const QImage warnings =
+        decodeImage(weather.warnings("TLX", Range::shortRange, time).value(), kMostImagePixels);
     ASSERT_EQ(warnings.size(), QSize(600, 550));
     EXPECT_NE(warnings.pixel(12, 532), kTransparentWhite);
 }
 
-TEST(SampleWeatherTest, WhatIsNotThereIsEmpty) {
+TEST(SampleWeatherTest, ThereIsNothingBesideTheTimesAndTheSites) {
     const SampleWeather weather;
     const FileTime time = weather.frameTimes("TLX", Product::velocity, kNow).back();
-    EXPECT_EQ(weather.frame("TLX", Product::velocity, time + kFileTimePerMinute), "");
-    EXPECT_EQ(weather.frame("TLX", Product::velocity, time + kFileTimePerSecond), "");
-    EXPECT_EQ(weather.frame("XXX", Product::velocity, time), "");
-    EXPECT_EQ(weather.warnings("XXX", Range::shortRange, time), "");
+    EXPECT_EQ(weather.frame("TLX", Product::velocity, time + kFileTimePerMinute), std::nullopt);
+    EXPECT_EQ(weather.frame("TLX", Product::velocity, time + kFileTimePerSecond), std::nullopt);
+    EXPECT_EQ(weather.frame("XXX", Product::velocity, time), std::nullopt);
+    EXPECT_EQ(weather.warnings("XXX", Range::shortRange, time), std::nullopt);
     EXPECT_TRUE(weather.frameTimes("XXX", Product::velocity, kNow).empty());
     EXPECT_TRUE(weather.frameTimes("TLX", Product::velocity, 0).empty());
 }

@@ -38,24 +38,23 @@ public:
     frameTimes(std::string_view, Product, FileTime upTo) const override {
         return {times.begin(), times.upper_bound(upTo)};
     }
-    [[nodiscard]] std::string
+    [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override {
         ++made;
         const std::lock_guard lock(m_mutex);
         order.push_back(time);
         const bool isThere = times.contains(time) && !lost.contains(time);
-        return isThere ? says(site, codeOf(product)) : std::string();
+        return isThere ? std::optional(says(site, codeOf(product))) : std::nullopt;
     }
-    [[nodiscard]] std::string
+    [[nodiscard]] std::optional<QByteArray>
     warnings(std::string_view site, Range range, FileTime time) const override {
         ++made;
         return says(site, std::string(wordOf(range)) + std::to_string(time));
     }
 
 private:
-    [[nodiscard]] std::string says(std::string_view site, std::string_view what) const {
-        return gifThatSays(text + std::string(site).c_str() + std::string(what).c_str())
-            .toStdString();
+    [[nodiscard]] QByteArray says(std::string_view site, std::string_view what) const {
+        return gifThatSays(text + std::string(site).c_str() + std::string(what).c_str());
     }
 
     mutable std::mutex m_mutex;

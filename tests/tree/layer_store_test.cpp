@@ -27,7 +27,7 @@ protected:
 TEST_F(LayerStoreTest, PaintsOnceAndKeeps) {
     const MapData data(m_files);
     const LayerStore store(data, m_folder.path());
-    const QByteArray painted = store.layer(LayerKind::rivers, "LWX", Range::longRange);
+    const QByteArray painted = store.layer(LayerKind::rivers, "LWX", Range::longRange).value();
     EXPECT_EQ(QImage::fromData(painted, "GIF").size(), QSize(600, 550));
     EXPECT_EQ(namesIn(kept()), "LWX_rivers_Long");
     writeFile(kept() + "/LWX_rivers_Long", m_other);
@@ -57,7 +57,7 @@ TEST_F(LayerStoreTest, AFullDiskKeepsNoCutLayer) {
     QByteArray painted;
     {
         const FullDisk disk(100);
-        painted = store.layer(LayerKind::rivers, "LWX", Range::longRange);
+        painted = store.layer(LayerKind::rivers, "LWX", Range::longRange).value();
     }
     EXPECT_EQ(QImage::fromData(painted, "GIF").size(), QSize(600, 550));
     EXPECT_EQ(namesIn(kept()), "");
@@ -69,7 +69,7 @@ TEST_F(LayerStoreTest, AKeptLayerOfTheWrongLengthIsPaintedAgain) {
     const MapData data(m_files);
     const LayerStore store(data, m_folder.path());
     for (const LayerKind layer : {LayerKind::topo, LayerKind::rivers}) { // a JPEG and a GIF
-        const QByteArray painted = store.layer(layer, "LWX", Range::longRange);
+        const QByteArray painted = store.layer(layer, "LWX", Range::longRange).value();
         const QString file =
             kept() + "/LWX_" + (layer == LayerKind::topo ? "topo" : "rivers") + "_Long";
         ASSERT_EQ(readFile(file), painted);
@@ -85,7 +85,8 @@ TEST_F(LayerStoreTest, AKeptLayerOfTheWrongLengthIsPaintedAgain) {
 TEST_F(LayerStoreTest, UnknownSitesHaveNone) {
     const MapData data(m_files);
     EXPECT_EQ(
-        LayerStore(data, m_folder.path()).layer(LayerKind::topo, "ZZZ", Range::shortRange), ""
+        LayerStore(data, m_folder.path()).layer(LayerKind::topo, "ZZZ", Range::shortRange),
+        std::nullopt
     );
 }
 
@@ -93,7 +94,7 @@ TEST_F(LayerStoreTest, AFolderThatCannotBeMadeKeepsNothing) {
     writeFile(m_folder.filePath("file"));
     const MapData data(m_files);
     const LayerStore store(data, m_folder.filePath("file"));
-    const QByteArray painted = store.layer(LayerKind::rivers, "LWX", Range::shortRange);
+    const QByteArray painted = store.layer(LayerKind::rivers, "LWX", Range::shortRange).value();
     EXPECT_EQ(QImage::fromData(painted, "GIF").size(), QSize(600, 550));
     EXPECT_EQ(readFile(m_folder.filePath("file")), "x");
 }

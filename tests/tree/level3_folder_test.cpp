@@ -63,8 +63,8 @@ TEST_F(Level3FolderTest, RendersWhatIsNew) {
     put("a", product(m_second));
     EXPECT_EQ(folder->rescan(), 1);
     EXPECT_THAT(times(*folder), ElementsAre(m_time));
-    const std::string gif = folder->frame("TLX", kN0R, m_time);
-    EXPECT_EQ(QImage::fromData(QByteArray::fromStdString(gif), "GIF").size(), QSize(600, 550));
+    const auto gif = folder->frame("TLX", kN0R, m_time);
+    EXPECT_EQ(QImage::fromData(gif.value(), "GIF").size(), QSize(600, 550));
     EXPECT_EQ(folder->rescan(), 0);
 }
 
@@ -106,7 +106,7 @@ TEST_F(Level3FolderTest, ForgetsOldFramesAndTheirFiles) {
     m_clock.set(m_time + 65 * kFileTimePerMinute);
     EXPECT_EQ(folder->rescan(), 0);
     EXPECT_THAT(times(*folder), ElementsAre(m_time + 10 * kFileTimePerMinute));
-    EXPECT_EQ(folder->frame("TLX", kN0R, m_time), "");
+    EXPECT_EQ(folder->frame("TLX", kN0R, m_time), std::nullopt);
     EXPECT_EQ(namesIn(m_store + "/N0R/TLX"), "TLX_20130520_2026_N0R.gif");
 }
 
@@ -119,6 +119,14 @@ TEST_F(Level3FolderTest, OldProductsAreIgnoredUnlessAllAreKept) {
     EXPECT_EQ(m_log.count('\n'), 1);
     EXPECT_THAT(m_log.toStdString(), HasSubstr("older than 4 hours (see --hours)"));
     EXPECT_EQ(open(0)->rescan(), 2);
+}
+
+TEST_F(Level3FolderTest, ProductsOfUnknownSitesAreIgnored) {
+    Level3ToMake foreign;
+    foreign.awipsId = "N0RZZZ";
+    put("a", QByteArray::fromStdString(makeLevel3(foreign)));
+    EXPECT_EQ(open(0)->rescan(), 0);
+    EXPECT_EQ(m_log, "a: unknown radar site; not shown, like all others of that kind.\n");
 }
 
 TEST_F(Level3FolderTest, ProductsOfTheFutureAreIgnored) {
@@ -137,7 +145,7 @@ TEST_F(Level3FolderTest, KeepsFramesWhenTheirProductsAreGone) {
     // And so does another run.
     folder = open();
     EXPECT_THAT(times(*folder), ElementsAre(m_time));
-    EXPECT_NE(folder->frame("TLX", kN0R, m_time), "");
+    EXPECT_NE(folder->frame("TLX", kN0R, m_time), std::nullopt);
 }
 
 TEST_F(Level3FolderTest, OtherFilesInTheStoreAreNoFrames) {
@@ -178,10 +186,10 @@ TEST_F(Level3FolderTest, AStoredFrameOfTheWrongLengthIsMadeAgain) {
     for (const QByteArray& wrong : {QByteArray(), whole.first(whole.size() / 2), whole + "more"}) {
         writeFile(stored, wrong);
         const auto folder = open();
-        EXPECT_EQ(folder->frame("TLX", kN0R, m_time), "");
+        EXPECT_EQ(folder->frame("TLX", kN0R, m_time), std::nullopt);
         EXPECT_EQ(folder->rescan(), 1);
         EXPECT_THAT(times(*folder), ElementsAre(m_time));
-        EXPECT_EQ(folder->frame("TLX", kN0R, m_time), whole.toStdString());
+        EXPECT_EQ(folder->frame("TLX", kN0R, m_time), whole);
         EXPECT_EQ(readFile(stored), whole);
     }
 }
@@ -202,9 +210,9 @@ TEST_F(Level3FolderTest, AStoreThatIsEmptiedWhileItIsUsedFillsAgain) {
     const auto folder = open();
     EXPECT_EQ(folder->rescan(), 1);
     ASSERT_TRUE(QDir(m_store).removeRecursively());
-    EXPECT_EQ(folder->frame("TLX", kN0R, m_time), "");
+    EXPECT_EQ(folder->frame("TLX", kN0R, m_time), std::nullopt);
     EXPECT_EQ(folder->rescan(), 1);
-    EXPECT_NE(folder->frame("TLX", kN0R, m_time), "");
+    EXPECT_NE(folder->frame("TLX", kN0R, m_time), std::nullopt);
 }
 
 TEST_F(Level3FolderTest, WhatAKilledServerLeftIsRemoved) {
@@ -234,7 +242,7 @@ TEST_F(Level3FolderTest, FoldersNamedFromTheWorkingFolderDoAsWell) {
         const auto folder = open(1);
         EXPECT_EQ(folder->rescan(), 0);
         EXPECT_THAT(times(*folder), ElementsAre(m_time));
-        EXPECT_NE(folder->frame("TLX", kN0R, m_time), "");
+        EXPECT_NE(folder->frame("TLX", kN0R, m_time), std::nullopt);
         EXPECT_TRUE(m_log.startsWith("b: ")) << qPrintable(m_log);
         m_clock.advance(60 * kFileTimePerMinute);
         EXPECT_EQ(folder->rescan(), 0);
@@ -264,8 +272,8 @@ TEST_F(Level3FolderTest, StopsWhenAsked) {
 TEST_F(Level3FolderTest, HasNoWarnings) {
     const auto folder = open();
     const auto bytes = folder->warnings("TLX", Range::shortRange, m_time);
-    EXPECT_EQ(QImage::fromData(QByteArray::fromStdString(bytes), "GIF").size(), QSize(600, 550));
-    EXPECT_EQ(folder->warnings("ZZZ", Range::shortRange, m_time), "");
+    EXPECT_EQ(QImage::fromData(bytes.value(), "GIF").size(), QSize(600, 550));
+    EXPECT_EQ(folder->warnings("ZZZ", Range::shortRange, m_time), std::nullopt);
 }
 
 TEST(RealDataLevel3FolderTest, RendersRecordedProducts) {

@@ -11,18 +11,18 @@ TEST(PictureCacheTest, KeepsWhatFits) {
     cache.insert("a", "aaaa");
     EXPECT_EQ(cache.find("a"), "aaaa");
     EXPECT_EQ(cache.bytes(), 4);
-    EXPECT_TRUE(cache.find("b").isNull());
+    EXPECT_FALSE(cache.find("b"));
 }
 
 TEST(PictureCacheTest, ForgetsWhatWasNotAskedForLongest) {
     PictureCache cache(100);
     cache.insert("a", QByteArray(40, 'a'));
     cache.insert("b", QByteArray(40, 'b'));
-    EXPECT_FALSE(cache.find("a").isNull());
+    EXPECT_TRUE(cache.find("a"));
     cache.insert("c", QByteArray(40, 'c'));
-    EXPECT_FALSE(cache.find("a").isNull());
-    EXPECT_TRUE(cache.find("b").isNull());
-    EXPECT_FALSE(cache.find("c").isNull());
+    EXPECT_TRUE(cache.find("a"));
+    EXPECT_FALSE(cache.find("b"));
+    EXPECT_TRUE(cache.find("c"));
     EXPECT_LE(cache.bytes(), 100);
 }
 
@@ -30,7 +30,7 @@ TEST(PictureCacheTest, DoesNotKeepWhatIsLargerThanItself) {
     PictureCache cache(10);
     cache.insert("a", "aaa");
     cache.insert("b", QByteArray(11, 'b'));
-    EXPECT_TRUE(cache.find("b").isNull());
+    EXPECT_FALSE(cache.find("b"));
     EXPECT_EQ(cache.find("a"), "aaa");
 }
 

@@ -20,9 +20,9 @@ class PictureMakersTest : public ::testing::Test {
 protected:
     PictureMakers::Waiter waiter(bool isWaiting = true) {
         return {
-            [this](const QByteArray& picture) {
+            [this](const PictureMakers::Picture& picture) {
                 const std::lock_guard lock(m_mutex);
-                m_told.push_back(picture);
+                m_told.push_back(picture.value());
             },
             [isWaiting] { return isWaiting; }};
     }
@@ -36,7 +36,7 @@ protected:
                     m_released.wait();
                     return QByteArray("held");
                 },
-                {[](const QByteArray&) {}, [] { return true; }}
+                {[](const PictureMakers::Picture&) {}, [] { return true; }}
             );
         }
     }
@@ -100,7 +100,7 @@ TEST_F(PictureMakersTest, MakesAgainWhatIsAskedForAgain) {
         std::promise<void> told;
         m_makers->make(
             "a", [&made] { return QByteArray::number(++made); },
-            {[&told](const QByteArray&) { told.set_value(); }, [] { return true; }}
+            {[&told](const PictureMakers::Picture&) { told.set_value(); }, [] { return true; }}
         );
         told.get_future().wait();
         EXPECT_EQ(made, i);

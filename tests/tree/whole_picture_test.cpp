@@ -29,7 +29,7 @@ QByteArrayList pictures() {
         makeGif({.screen = {60, 55}, .pixel = pixel}),
         makeGif({.screen = {60, 55}, .transparent = 0, .interlaced = true, .pixel = pixel}),
         makeGif({.screen = {60, 55}, .localColours = true, .images = 3, .pixel = pixel}),
-        QByteArray::fromStdString(emptyFrame()),
+        emptyFrame(),
         gifThatSays("a comment"),
         jpeg,
     };
@@ -71,13 +71,13 @@ TEST(WholePictureTest, AnyByteMayBeAnything) {
 TEST(WholePictureTest, AStoredOneIsReadWhenItIsWhole) {
     const QTemporaryDir folder;
     const QString path = folder.filePath("a");
-    EXPECT_EQ(wholePictureIn(path), QByteArray());
-    EXPECT_EQ(wholePictureIn(folder.path()), QByteArray());
+    EXPECT_EQ(wholePictureIn(path), std::nullopt);
+    EXPECT_EQ(wholePictureIn(folder.path()), std::nullopt);
     const QByteArray gif = gifThatSays("stored");
     writeFile(path, gif);
     EXPECT_EQ(wholePictureIn(path), gif);
     writeFile(path, gif.chopped(1));
-    EXPECT_EQ(wholePictureIn(path), QByteArray());
+    EXPECT_EQ(wholePictureIn(path), std::nullopt);
 }
 
 } // namespace
