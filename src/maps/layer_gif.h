@@ -8,8 +8,8 @@ class QImage;
 namespace raincast {
 
 /// The GIF of a picture of 600 × 550 pixels with transparency: pixels less than half covered are
-/// transparent ground, all others opaque. Up to 255 colours are kept as they are; more are made
-/// fewer. Empty only when there is no memory.
+/// transparent ground, all others opaque. Up to 255 colours are kept as they are; more are
+/// reduced. Empty only when there is no memory.
 [[nodiscard]] QByteArray layerGif(const QImage& picture);
 
 } // namespace raincast

@@ -15,7 +15,7 @@
 
 namespace raincast {
 
-/// Where the map data lie; empty for what there is none of.
+/// Where the map data lie; empty for a file that is missing.
 struct MapDataFiles {
     QString shores;  ///< GSHHG polygons, binned netCDF
     QString rivers;  ///< GSHHG rivers, binned netCDF
@@ -24,20 +24,20 @@ struct MapDataFiles {
     QString cities;  ///< GeoNames places, protobuf
     QString roads;   ///< the operator's
 
-    /// The data that Debian's packages and scripts/install-map-data have put where they put them.
-    /// `mapDataFolder` is looked at before the usual places; it may be empty.
+    /// Finds the data of Debian's packages and of scripts/install-map-data. Looks into
+    /// `mapDataFolder`, which may be empty, before the usual places.
     [[nodiscard]] static MapDataFiles find(const QString& mapDataFolder, const QString& roads);
 
-    /// One line for each that is missing: which layer will be empty, and what brings the data.
+    /// One line for each missing file: the layer that will be empty, and how to get the data.
     [[nodiscard]] QStringList missing() const;
 
     /// A short text that changes whenever one of these files does.
     [[nodiscard]] QByteArray stamp() const;
 };
 
-/// The map data of a box, from those files; what is missing or damaged has nothing in it. Small
-/// files are kept in memory from their first use on, large ones are read in part each time. May be
-/// asked from several threads at once.
+/// The map data of a box, from those files; nothing from a missing or damaged one. Small files are
+/// kept in memory from their first use on, large ones are read in part each time. Several threads
+/// may ask at once.
 class MapData {
 public:
     explicit MapData(MapDataFiles files);

@@ -25,8 +25,8 @@ struct GeoBox {
     }
 };
 
-/// A line of a map: a river, a border, a road. What its rank means is the reader's to say; the
-/// lower, the more important.
+/// A line of a map: a river, a border, a road. The reader of its file says what the rank
+/// means; the lower, the more important.
 struct MapLine {
     int rank = 0;
     std::vector<GeoPosition> points;

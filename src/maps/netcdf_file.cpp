@@ -18,7 +18,7 @@ int variableId(int file, const std::string& name) {
     return nc_inq_varid(file, name.c_str(), &id) == NC_NOERR ? id : -1;
 }
 
-/// Whether a dimension has a part; one of no length is none.
+/// Whether a dimension has a part, which must not be empty.
 bool hasPart(std::size_t length, std::size_t first, std::size_t count) {
     return count > 0 && first < length && count <= length - first;
 }
@@ -26,8 +26,8 @@ bool hasPart(std::size_t length, std::size_t first, std::size_t count) {
 } // namespace
 
 NetcdfFile::NetcdfFile(const QString& path) {
-    // The library below tells of everything it does not find on standard error unless each thread
-    // forbids it: a server whose error output nobody reads would come to a halt.
+    // The library below reports everything that it does not find on standard error unless each
+    // thread forbids it: a server whose error output is a full pipe would come to a halt.
     H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
     if (nc_open(QFile::encodeName(path).constData(), NC_NOWRITE, &m_id) != NC_NOERR) {
         m_id = -1;

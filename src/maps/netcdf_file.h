@@ -9,8 +9,8 @@
 
 namespace raincast {
 
-/// A netCDF file, read in pieces. The library is one for the whole process and knows no threads:
-/// whoever reads from several must see to it that one reads at a time.
+/// A netCDF file, read in pieces. The library serves the whole process and knows no threads:
+/// callers in several threads must read one at a time.
 class NetcdfFile {
 public:
     /// Opens a file to read; see isOpen().

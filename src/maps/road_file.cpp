@@ -17,7 +17,7 @@ namespace raincast {
 namespace {
 
 constexpr qint64 kMostBytes = 512LL * 1024 * 1024;
-// Collections in collections: more than anybody writes.
+// Collections in collections: deeper than any real file.
 constexpr int kDeepest = 16;
 
 // {"type":"LineString","coordinates":[[-77.1,38.9],[-77.0,39.0,12.5]]}

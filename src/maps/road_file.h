@@ -10,7 +10,7 @@
 namespace raincast {
 
 /// The lines of a file of roads in degrees (WGS 84): a shapefile (FILE.shp with its FILE.shx beside
-/// it) or GeoJSON (any other name). Everything in it that is no line is left out; all ranks are 0.
+/// it) or GeoJSON (any other name). Only lines are read; all ranks are 0.
 /// Empty when the file cannot be read.
 [[nodiscard]] std::vector<MapLine> readRoads(const QString& file);
 

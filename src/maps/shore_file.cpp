@@ -34,7 +34,7 @@ public:
 
     [[nodiscard]] const NetcdfFile& file() const { return m_file; }
 
-    /// The bins that overlap a box; none when the file is not what it should be.
+    /// The bins that overlap a box; nothing from a damaged file.
     [[nodiscard]] std::vector<std::size_t> binsIn(const GeoBox& box) const {
         std::vector<std::size_t> found;
         if (m_segments.size() != m_firstSegment.size() || m_columns == 0) {
@@ -138,7 +138,7 @@ std::vector<ShoreBin> readShores(const QString& file, const GeoBox& box) {
         const int southWest = number < corners.size() ? corners[number] >> 9 : 0;
         ShoreBin bin{shores.boxOf(number), (southWest & 1) != 0, {}};
         shores.forEachSegment(number, [&](std::size_t segment, int info) {
-            // Number of points, level, and the sides of entry and exit; side 4 is none of them.
+            // Number of points, level, and the sides of entry and exit; side 4 means none.
             const auto count = static_cast<std::size_t>(static_cast<unsigned>(info) >> 9U);
             ShorePiece piece{(info >> 6) & 7, (info & 7) == 4, {}};
             piece.points = shores.points(segment, count, bin.box);

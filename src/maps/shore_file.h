@@ -9,8 +9,8 @@
 
 namespace raincast {
 
-/// A stretch of shore inside one bin. It keeps land (or water) on one side; where it crosses the
-/// bin's border is told by its first and last point.
+/// A stretch of shore inside one bin, with land (or water) on one side. Its first and last point
+/// show where it crosses the bin's border.
 struct ShorePiece {
     int level = 0; ///< 1 land in the sea, 2 lake, 3 island in a lake, 4 pond on such an island
     bool closed = false; ///< a whole shore; otherwise it runs from border to border
@@ -20,7 +20,7 @@ struct ShorePiece {
 /// One degree by one degree of the world's shores.
 struct ShoreBin {
     GeoBox box;
-    bool landAtSouthWest = false; ///< what the south-west corner is
+    bool landAtSouthWest = false; ///< the south-west corner is land
     std::vector<ShorePiece> pieces;
 };
 

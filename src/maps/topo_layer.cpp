@@ -55,7 +55,7 @@ Tint tintOf(const std::array<Tint, N>& scale, double metres) {
         a.blue + t * (b.blue - a.blue)};
 }
 
-/// White where there is land. Where no shores are known, the sea is what lies below its level.
+/// White where there is land. Where no shores are known, ground below sea level is sea.
 QImage landMask(const std::vector<ShoreBin>& bins, const LayerCanvas& canvas) {
     QImage mask(kFrameWidth, kFrameHeight, QImage::Format_Grayscale8);
     mask.fill(Qt::black);
@@ -92,7 +92,7 @@ public:
     [[nodiscard]] double light(int row, int column, double metresAcross, double metresDown) const {
         const double east = (land(row, column + 1) - land(row, column - 1)) / (2 * metresAcross);
         const double south = (land(row + 1, column) - land(row - 1, column)) / (2 * metresDown);
-        // The light comes from the north-west: what rises to the south-east faces it.
+        // The light comes from the north-west: slopes that rise to the south-east face it.
         const double facing = (east + south) * kExaggeration / std::sqrt(2.0);
         return 1 + kContrast * facing / std::sqrt(1 + facing * facing);
     }

@@ -11,8 +11,8 @@
 namespace raincast {
 
 /// The lines of a TopoJSON topology: each arc once. Rank 0 for the arcs that the object named
-/// `major` uses (states, say), rank 1 for all others (counties). Empty for bytes that are no
-/// topology; arcs that are not what they should be are left out.
+/// `major` uses (states, say), rank 1 for all others (counties). Empty for bytes that are
+/// not a topology; bad arcs are left out.
 ///
 /// Format: The TopoJSON Format Specification, https://github.com/topojson/topojson-specification
 [[nodiscard]] std::vector<MapLine> readTopology(const QByteArray& bytes, const QString& major);

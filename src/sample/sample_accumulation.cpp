@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kNodeKm = 3;
 constexpr std::int64_t kStepMinutes = 5;
-constexpr std::int64_t kShortMinutes = 60; // sums over no more are soon made anew
+constexpr std::int64_t kShortMinutes = 60; // shorter sums are quickly made again
 constexpr double kMillimetresPerInch = 25.4;
 
 } // namespace
@@ -35,8 +35,8 @@ SampleAccumulation::SampleAccumulation(
     : m_halfNodes(static_cast<int>(std::ceil(reachKm / kNodeKm))), m_nodes(2 * m_halfNodes + 1),
       m_reachKm(kNodeKm * m_halfNodes),
       m_inches(static_cast<std::size_t>(m_nodes) * static_cast<std::size_t>(m_nodes), 0.F) {
-    // Steps stand at fixed minutes, so that what one picture counts the next one counts too. The
-    // last one counts as far as it has come.
+    // Steps stand at fixed minutes, so that pictures share them. The last one counts as far as it
+    // has come.
     const std::int64_t lastStep = lastMinute / kStepMinutes * kStepMinutes;
     addWholeSteps(climate, firstMinute, lastStep, memory);
     if (lastMinute > lastStep) {
@@ -44,8 +44,8 @@ SampleAccumulation::SampleAccumulation(
     }
 }
 
-/// Goes on from the longest sum that is known, which was added up in the same order: the result has
-/// the same bits.
+// Goes on from the longest sum that is known, which was added up in the same order: the result has
+// the same bits.
 void SampleAccumulation::addWholeSteps(
     const SampleClimate& climate, std::int64_t firstMinute, std::int64_t lastMinute,
     SampleMemory& memory
@@ -89,7 +89,7 @@ void SampleAccumulation::addStep(
     );
 }
 
-/// Millimetres an hour at all nodes that a place within the reach may look at.
+// Millimetres an hour at all nodes that a place within the reach may look at.
 SampleGrid SampleAccumulation::rainAt(const SampleClimate& climate, std::int64_t minute) const {
     const SampleSky sky(climate, minute, m_reachKm, SampleSky::Detail::coarse);
     const double looksAtKm = m_reachKm + 2 * kNodeKm;

@@ -14,7 +14,7 @@ namespace raincast {
 class SampleAccumulation {
 public:
     /// From `firstMinute` (not counted) to `lastMinute`, within `reachKm` of the antenna. Sums with
-    /// the same beginning share their work through the memory; what it holds changes nothing.
+    /// the same beginning share their work through the memory, which does not change them.
     SampleAccumulation(
         const SampleClimate& climate, std::int64_t firstMinute, std::int64_t lastMinute,
         double reachKm, SampleMemory& memory
@@ -41,8 +41,8 @@ private:
     SampleGrid m_inches;
 };
 
-/// Millimetres an hour for an echo, by the relation that the radars use (Z = 300 R^1.4), no more
-/// than 104 for hail's sake; 0 below 5 dBZ.
+/// Millimetres an hour for an echo, by the relation that the radars use (Z = 300 R^1.4), at most
+/// 104, because of hail; 0 below 5 dBZ.
 [[nodiscard]] double rainMillimetresAnHour(double dbz);
 
 } // namespace raincast

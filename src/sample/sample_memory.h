@@ -14,10 +14,10 @@ namespace raincast {
 /// A number for each place of some grid, row by row.
 using SampleGrid = std::vector<float>;
 
-/// What sample weather has computed lately and other pictures take again: products of one minute
-/// share echoes, and the rain of an hour ago is part of many sums. Forgets what was used least
-/// recently, each kind by itself. It is only ever a shortcut: the same numbers come out without
-/// it. May be used from several threads at once.
+/// Keeps results of sample weather that other pictures use again: products of one minute share
+/// echoes, and the rain of an hour ago is part of many sums. Forgets the least recently used grids,
+/// each kind by itself. It only saves time: the numbers are the same without it. May be used from
+/// several threads at once.
 class SampleMemory {
 public:
     enum class Kind {
@@ -31,19 +31,19 @@ public:
         std::uint64_t climate; ///< its seed
         std::int64_t from;     ///< minute; the same as `to` where there is only one
         std::int64_t to;
-        int size; ///< of the grid, whatever that is counted in
+        int size; ///< of the grid, in units of its kind
 
         friend bool operator==(const Key&, const Key&) = default;
     };
 
     SampleMemory();
 
-    /// Null when it is not known.
+    /// Null when it is not kept.
     [[nodiscard]] std::shared_ptr<const SampleGrid> find(const Key& key) const;
 
     void keep(const Key& key, std::shared_ptr<const SampleGrid> grid);
 
-    /// What is known, or what `make` makes then. Two threads may make the same at once.
+    /// The grid that is kept, or else the one that `make` makes. Two threads may make the same one.
     template<typename Make>
     [[nodiscard]] std::shared_ptr<const SampleGrid> get(const Key& key, Make make) {
         auto grid = find(key);
@@ -54,7 +54,7 @@ public:
         return grid;
     }
 
-    /// The most that is ever kept, of all kinds together.
+    /// The most bytes that are kept, of all kinds together.
     static constexpr int kMostBytes = 44 * 1024 * 1024;
 
 private:

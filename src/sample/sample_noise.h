@@ -5,8 +5,8 @@
 
 namespace raincast {
 
-/// Chance that is the same everywhere and always: numbers made of numbers, with nothing but
-/// integer arithmetic up to the last step.
+/// Repeatable chance, the same on every machine: numbers made of numbers by integer arithmetic up
+/// to the last step.
 [[nodiscard]] inline std::uint64_t mixed(std::uint64_t value) {
     // The finaliser of SplitMix64.
     value += 0x9E3779B97F4A7C15U;

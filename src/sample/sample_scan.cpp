@@ -84,7 +84,7 @@ void fillRaster(PolarScan& scan, Coding coding, double reachKm, EchoAt echoAt) {
     }
 }
 
-/// What all products of one radar at one minute have in common.
+/// The common part of all products of one radar at one minute.
 struct Volume {
     SampleClimate climate;
     std::int64_t minute;
@@ -95,7 +95,7 @@ struct Volume {
     }
 };
 
-/// What the lowest beam sees, in dBZ.
+/// The echoes of the lowest beam, in dBZ.
 SampleGrid lowestBeam(const SampleSky& sky, int columns, double cellKm) {
     SampleGrid echoes;
     echoes.reserve(std::size_t{kRadials} * static_cast<std::size_t>(columns));
@@ -109,7 +109,7 @@ SampleGrid lowestBeam(const SampleSky& sky, int columns, double cellKm) {
     return echoes;
 }
 
-/// The velocity away from the radar, in knots, of what the beam sees at a place.
+/// The velocity of the echo at a place, in knots away from the radar.
 float radialKnots(const Volume& volume, const SampleSky& sky, PlaneVector place, float dbz) {
     constexpr float kLeastDbz = -1;
     if (dbz < kLeastDbz) {
@@ -145,7 +145,7 @@ SampleGrid radialVelocities(
     return velocities;
 }
 
-/// A storm total begins anew every six hours, with three hours of rain in it.
+/// A storm total begins again every six hours, with three hours of rain in it.
 std::int64_t totalBegins(const SampleClimate& climate, std::int64_t minute) {
     constexpr std::int64_t kRestart = 360;
     const auto shift = static_cast<std::int64_t>(climate.seed % kRestart);
@@ -183,8 +183,8 @@ void fillComposite(PolarScan& scan, const Volume& volume, Coding coding) {
     fillRaster(scan, coding, kReachKm, [&](PlaneVector place) { return sky.compositeDbz(place); });
 }
 
-/// The lowest beam's echoes on cells of one kilometre: base reflectivity, and what velocities are
-/// measured of.
+/// The lowest beam's echoes on cells of one kilometre: base reflectivity, and the
+/// echoes that velocities are measured of.
 std::shared_ptr<const SampleGrid> baseEchoes(const Volume& volume, int columns) {
     return volume.memory.get(volume.key(SampleMemory::Kind::echoes, columns), [&] {
         return lowestBeam(SampleSky(volume.climate, volume.minute, kReachKm), columns, 1);

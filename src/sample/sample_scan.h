@@ -13,7 +13,7 @@ namespace raincast {
 
 /// Sample weather as the site's radar would report it: radials of one degree (composite
 /// reflectivity: a raster), cells and reach as in the Level III product that the tree's product was
-/// made of. What the memory holds changes nothing but the time that it takes.
+/// made of. The memory only saves time.
 [[nodiscard]] PolarScan
 sampleScan(const AntennaPosition& antenna, Product product, FileTime time, SampleMemory& memory);
 

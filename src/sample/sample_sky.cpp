@@ -76,7 +76,7 @@ SampleSky::SampleSky(
     sortCellsIntoTiles(reachKm);
 }
 
-/// Most places lie in the reach of few cells: each tile of the plane knows which may matter in it.
+// Most places lie in the reach of few cells: each tile of the plane knows which may matter in it.
 void SampleSky::sortCellsIntoTiles(double reachKm) {
     m_tiles = 2 * static_cast<int>(std::ceil(reachKm / kTileKm));
     m_cellsOfTile.resize(static_cast<std::size_t>(m_tiles) * static_cast<std::size_t>(m_tiles));
@@ -94,7 +94,7 @@ void SampleSky::sortCellsIntoTiles(double reachKm) {
     }
 }
 
-/// The number of the tile that a distance east or north of the antenna lies in.
+// The number of the tile that a distance east or north of the antenna lies in.
 int SampleSky::tileOf(double km) const {
     return static_cast<int>(std::floor(km / kTileKm)) + m_tiles / 2;
 }
@@ -104,7 +104,7 @@ std::size_t SampleSky::tileIndex(int column, int row) const {
            static_cast<std::size_t>(column);
 }
 
-/// The cells that a place may lie in the reach of, and perhaps others.
+// The cells that a place may lie in the reach of, and perhaps others.
 const std::vector<SampleSky::Cell>& SampleSky::cellsNear(PlaneVector place) const {
     const int column = tileOf(place.east);
     const int row = tileOf(place.north);
@@ -112,7 +112,7 @@ const std::vector<SampleSky::Cell>& SampleSky::cellsNear(PlaneVector place) cons
     return isTiled ? m_cellsOfTile[tileIndex(column, row)] : m_cells;
 }
 
-/// Texture moves with the weather. Two sheets of it at different speeds make it change on the way.
+// Texture moves with the weather. Two sheets of it at different speeds make it change on the way.
 double SampleSky::textureAt(PlaneVector place) const {
     const PlaneVector slow = place - m_drift;
     const PlaneVector fast = place - 1.15 * m_drift;
@@ -152,7 +152,7 @@ double SampleSky::cellsDbz(PlaneVector place, double widening, double texture) c
     return most;
 }
 
-/// A squall line's front with the steady rain that trails it.
+// A squall line's front with the steady rain that trails it.
 double SampleSky::lineDbz(const Line& line, PlaneVector place, double texture) const {
     if (!mayReach(line, place)) {
         return kNothing;
@@ -183,13 +183,13 @@ double SampleSky::linesDbz(PlaneVector place, double texture) const {
     return most;
 }
 
-/// Whether a place is within a line's reach however the line is bent there.
+// Whether a place is within a line's reach however the line is bent there.
 bool SampleSky::mayReach(const Line& line, PlaneVector place) const {
     const double cross = place.dot(m_lineAhead) - line.atKm;
     return cross < kLineAheadKm + kMostBendKm && cross > -kLineBehindKm - kMostBendKm;
 }
 
-/// Whether any rain could fall at a place: far cheaper to say than how much.
+// Whether any rain could fall at a place: far cheaper to say than how much.
 bool SampleSky::mayRain(PlaneVector place) const {
     const auto lineIsNear = [&](const Line& line) { return mayReach(line, place); };
     const auto cellIsNear = [&](const Cell& cell) {

@@ -21,8 +21,8 @@ public:
         Detail detail = Detail::fine
     );
 
-    /// dBZ of what falls at a place: storms, squall lines and the steady rain behind them.
-    /// kNothing where there is none.
+    /// dBZ of the rain at a place: storms, squall lines and the steady rain behind them.
+    /// kNothing where no rain falls.
     [[nodiscard]] double rainDbz(PlaneVector place) const;
 
     /// dBZ as the lowest beam sees it: rain, less of it far away where the beam is high above it,
@@ -32,7 +32,7 @@ public:
     /// The greatest dBZ of all beams: storms are wider aloft.
     [[nodiscard]] double compositeDbz(PlaneVector place) const;
 
-    /// Whether what the lowest beam sees at a place is the ground.
+    /// Whether the lowest beam sees the ground at a place.
     [[nodiscard]] bool isClutter(PlaneVector place) const { return clutterDbz(place) > 0; }
 
     /// The wind where the lowest beam passes, in knots.
@@ -43,7 +43,7 @@ public:
     static constexpr double kNothing = -30;
 
 private:
-    /// What of a storm counts at one minute.
+    /// A storm at one minute.
     struct Cell {
         PlaneVector place;
         PlaneVector ahead; ///< the unit vector of its motion

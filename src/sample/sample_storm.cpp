@@ -14,7 +14,7 @@ constexpr double kLongestLife = 200; // minutes
 constexpr double kSupercellsEvery = 100;
 
 /// Each kind of storm is born from a counter: slots of time, numbered since 1970, and some births
-/// in each slot. Whoever lives now was born in one of the last few slots.
+/// in each slot. A storm that lives now was born in one of the last few slots.
 template<typename Make>
 void collect(
     std::vector<SampleStorm>& storms, double minute, double slotMinutes, double reachKm, Make make

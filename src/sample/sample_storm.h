@@ -54,7 +54,7 @@ struct SampleStorm {
     [[nodiscard]] PlaneVector vortexAt(double minute) const;
 };
 
-/// What stays the same at a site: where its weather comes from.
+/// The climate of a site, which never changes: where its weather comes from.
 struct SampleClimate {
     explicit SampleClimate(std::uint64_t siteSeed);
 
@@ -65,7 +65,7 @@ struct SampleClimate {
     double lineSpeed;       ///< km a minute
     double lineOffsetKm;    ///< where the line of number 0 was in 1970
 
-    /// Lines follow each other at this distance, for ever.
+    /// The distance between one line and the next.
     static constexpr double kLineDistanceKm = 560;
 
     /// How far ahead of the antenna the line of a number is, along its way.

@@ -43,7 +43,7 @@ void ConnectionTable::set(int connection, Phase phase, Time now) {
         at.deadline = now + m_limits.idle;
         break;
     case Phase::reading:
-        // Not from now on: what came together with the request before it is not seen to come.
+        // Not from now on: its first bytes may have come unseen with the request before it.
         now = at.since;
         at.deadline = at.since + m_limits.request;
         break;

@@ -9,25 +9,25 @@
 
 namespace raincast {
 
-/// How long and how many connections may be.
+/// The limits of connections, in time and number.
 struct ConnectionLimits {
     int connections = 64;                      ///< at a time
     int connectionsPerClient = 32;             ///< at a time, of one client (see clientAt())
     std::chrono::milliseconds idle{5'000};     ///< without a byte of a request
     std::chrono::milliseconds request{10'000}; ///< until a request is whole, waiting included
     std::chrono::milliseconds making{60'000};  ///< until there is an answer
-    std::chrono::milliseconds answer{30'000};  ///< sending the answer, all told
-    /// What is read or sent for longer than this is slow: it makes room where there is none.
+    std::chrono::milliseconds answer{30'000};  ///< sending the answer, in all
+    /// A request or answer that takes longer than this is slow: its connection can be displaced.
     std::chrono::milliseconds slow{2'000};
 };
 
-/// The connections of a server: what each is at, until when it may be, and which of them makes room
-/// for a new one. Knows no sockets and no clock: connections are numbers, the time is told.
+/// The connections of a server: the phase of each, its deadline, and which of them makes room for a
+/// new one. Knows no sockets and no clock: connections are numbers, times are arguments.
 ///
 /// A full server lets a newcomer in at the cost of a connection that is idle or else slow: the
-/// longest so of the client that has most. Nobody loses a connection to a client that has as many
-/// or more. Where all are busy, a client that has at least two more than the newcomer loses one.
-/// So whoever holds many connections, busy or not, keeps nobody else out.
+/// longest so of the client that has most. No client loses a connection to one that has as many or
+/// more. If all are busy, a client that has at least two more than the newcomer loses one. So a
+/// client with many connections, busy or not, keeps no other client out.
 class ConnectionTable {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -39,14 +39,14 @@ public:
     };
     struct Admission {
         bool isLetIn = false;
-        std::optional<int> displaced; ///< who has to go, and leave()
+        std::optional<int> displaced; ///< this one must go: call leave()
     };
 
     explicit ConnectionTable(const ConnectionLimits& limits) : m_limits(limits) {}
 
     /// A new connection, which waits for a request; it is in the table if it is let in.
     [[nodiscard]] Admission enter(int connection, const std::string& client, Time now);
-    /// One that is not in the table is no error, here and below.
+    /// Unknown connections are ignored, here and below.
     void leave(int connection);
     void set(int connection, Phase phase, Time now);
     /// A byte has come.

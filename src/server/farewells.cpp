@@ -33,7 +33,7 @@ bool Farewells::read(int socket) {
     return true;
 }
 
-/// Takes what is there. The end of it, and too much of it, is the end.
+// Reads what is there. It is over at the end of the stream, or when there is too much.
 bool Farewells::isOver(Farewell& farewell) {
     char unread[4096];
     while (farewell.bytesLeft > 0) {

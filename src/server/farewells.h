@@ -9,20 +9,20 @@
 
 namespace raincast {
 
-/// Sockets that will be sent nothing more. Each is kept for a moment, and what its client still
-/// sends is thrown away: closing on bytes that nobody has read would reset the connection, and the
-/// last answer might never be seen.
+/// Sockets whose last answer is sent. Each stays open for a moment, and further bytes from its
+/// client are discarded: closing a socket with unread bytes resets the connection, and the client
+/// might never see the answer.
 class Farewells {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// How many there may be at a time, more are closed at once; and how long each stays.
+    /// The most at a time (more are closed at once), and how long each stays.
     Farewells(std::size_t most, std::chrono::milliseconds patience)
         : m_most(most), m_patience(patience) {}
 
-    /// Takes a socket that does not block. Whoever watches it calls read() when it is readable.
+    /// Takes a socket that does not block. Call read() when it is readable.
     void add(FileDescriptor socket, Time now);
-    /// False when the socket is none of these.
+    /// False for an unknown socket.
     bool read(int socket);
 
     [[nodiscard]] std::optional<Time> nextDeadline() const;

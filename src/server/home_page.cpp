@@ -42,7 +42,7 @@ constexpr Inset kInsets[] = {
     {{12.4, 143.8, 14.4, 145.8}, 260, 345, 9, 1.03},
 };
 
-// Steps shorter than this many units are left out: nobody sees them.
+// Steps shorter than this many units are left out: they cannot be seen.
 constexpr double kShortestStep = 1.2;
 
 const Inset* insetOf(GeoPosition position) {
@@ -77,7 +77,7 @@ QByteArray statePaths(const MapData& maps) {
     for (const Inset& inset : kInsets) {
         for (const MapLine& line : maps.borders(inset.box)) {
             const GeoBox box = boxAround(line.points);
-            // Small islands; a short piece of a border is wanted.
+            // Small islands, but not short pieces of a border.
             const bool isSpeck = line.points.front() == line.points.back() &&
                                  (box.east - box.west) * inset.unitsPerDegree < 2 &&
                                  (box.north - box.south) * inset.unitsPerDegree < 2;

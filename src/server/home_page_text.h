@@ -3,8 +3,9 @@
 
 namespace raincast {
 
-/// The page for people, with places for what is known only at run time: @NOTE@, @STATES@ (the data
-/// of an SVG path), @DOTS@ (SVG), @LIST@ (list items), @SITES@ (a JSON object: id to name).
+/// The page for people, with names for the parts that are known only at run time: @NOTE@, @STATES@
+/// (the data of an SVG path), @DOTS@ (SVG), @LIST@ (list items), @SITES@ (a JSON object: id to
+/// name).
 extern const char* const kHomePageText;
 
 } // namespace raincast

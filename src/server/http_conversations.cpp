@@ -21,8 +21,8 @@ HttpHeaders headersOf(MHD_Connection* connection) {
     return headers;
 }
 
-/// "Content-Length : 5" is refused: not everybody would see a body there, and who does not takes it
-/// for the next request.
+/// Refuses "Content-Length : 5": a program that overlooks it would take the body for the next
+/// request.
 bool isNamed(const HttpHeaders::value_type& header) {
     const std::string& name = header.first;
     return !name.empty() && name.find_first_of(" \t") == std::string::npos;
@@ -51,7 +51,7 @@ MHD_Response* responseOf(const HttpAnswer& answer) {
 
 } // namespace
 
-/// What the library calls.
+/// The library calls these.
 class HttpConversations::Callbacks {
 public:
     static void connection(
@@ -68,7 +68,7 @@ public:
         }
     }
 
-    /// The request line has come. What is returned here comes back with each call below.
+    /// The request line has come. The library passes the result to each call below.
     static void* requestLine(void* /*self*/, const char* target, MHD_Connection* connection) {
         auto* const conversation = static_cast<Conversation*>(
             MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context
@@ -80,8 +80,8 @@ public:
     }
 
     /// Called when the headers have come, when the body has, and when a suspended conversation goes
-    /// on. Answering the first call would make the library end the connection, which suits those
-    /// whose body nobody will read.
+    /// on. An answer to the first call makes the library end the connection, which is right for a
+    /// body that will not be read.
     static MHD_Result request(
         void* self, MHD_Connection* connection, const char* /*path*/, const char* method,
         const char* /*version*/, const char* /*body*/, std::size_t* /*bodySize*/, void** context
@@ -114,7 +114,7 @@ public:
         }
     }
 
-    /// Left as it came: decoded by the library, "%00" would be the end of the path.
+    /// Does not decode: with the library's decoding, "%00" would end the path.
     static std::size_t unescape(void* /*self*/, MHD_Connection* /*connection*/, char* text) {
         return std::strlen(text);
     }
@@ -144,7 +144,7 @@ private:
         if (response == nullptr) {
             return MHD_NO;
         }
-        // A body is not read, so nothing that follows it would be understood.
+        // The body is not read, so the bytes behind it would make no sense.
         if (all.m_events.isLast(conversation.id) || hasBody(conversation.connection)) {
             MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
         }

@@ -15,27 +15,27 @@ struct sockaddr_storage;
 
 namespace raincast {
 
-/// HTTP on sockets that are given to it, by GNU libmicrohttpd, which nothing else here knows. Each
-/// conversation has a number of its owner's. For one thread, which waits for descriptor() and then
-/// calls run(). A request with a body, and one that is no HTTP, is the last of its conversation.
+/// HTTP on sockets that its owner gives it, by GNU libmicrohttpd, which no other file uses. The
+/// owner numbers the conversations. For one thread, which waits for descriptor() and then calls
+/// run(). A request with a body, or one that is not HTTP, ends its conversation.
 class HttpConversations {
 public:
-    /// What happens in conversations; called from within run().
+    /// The events of conversations; called from within run().
     class Events {
     public:
         virtual ~Events() = default;
 
-        /// A request has come. Nothing: its answer will be given to answer().
+        /// A request has come. If this returns nothing, its answer comes by answer().
         [[nodiscard]] virtual std::optional<HttpAnswer> asked(int id, HttpRequest request) = 0;
         /// Its answer begins. Whether it is the last one in this conversation.
         [[nodiscard]] virtual bool isLast(int id) = 0;
-        /// The answer has been sent, and the next request is waited for.
+        /// The answer has been sent; the next request may come.
         virtual void answered(int id) = 0;
-        /// It has ended; the number means nothing any more.
+        /// The conversation has ended; its number is free.
         virtual void ended(int id) = 0;
     };
 
-    /// A longer request (first line and headers) is refused. The events are borrowed.
+    /// Refuses a longer request (first line and headers). The events are borrowed.
     HttpConversations(Events& events, std::size_t mostRequestBytes);
     /// Ends all conversations, with ended() for each.
     ~HttpConversations();
@@ -44,15 +44,15 @@ public:
 
     /// Readable when run() has something to do.
     [[nodiscard]] int descriptor() const;
-    /// How long to wait for it at most; nothing: for ever.
+    /// The longest time to wait for it; nothing: no limit.
     [[nodiscard]] std::optional<std::chrono::milliseconds> timeout() const;
     void run();
 
-    /// Begins one. False when there is no memory for it; the socket is closed then.
+    /// Begins a conversation. Without memory it closes the socket and returns false.
     [[nodiscard]] bool begin(int id, FileDescriptor socket, const sockaddr_storage& address);
-    /// Answers what asked() left open.
+    /// Answers a request that asked() left open.
     void answer(int id, HttpAnswer answer);
-    /// Lets go of a conversation whose socket its owner has shut down: it ends in the next run().
+    /// Ends a conversation whose socket its owner has shut down, in the next run().
     void drop(int id);
 
 private:

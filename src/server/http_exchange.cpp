@@ -20,7 +20,7 @@ bool equalInAnyCase(std::string_view a, std::string_view b) {
     });
 }
 
-/// Without "http://host": proxies may be sent that form, and every server has to understand it.
+/// Without "http://host": proxies get that form, and every server must understand it.
 std::string_view withoutHost(std::string_view target) {
     for (const std::string_view scheme : {"http://", "https://"}) {
         if (equalInAnyCase(target.substr(0, scheme.size()), scheme)) {
@@ -32,7 +32,7 @@ std::string_view withoutHost(std::string_view target) {
     return target;
 }
 
-/// "%20" becomes a space; what is no such code stays as it is.
+/// "%20" becomes a space; a bad code stays as it is.
 std::string decoded(std::string_view text) {
     std::string result;
     result.reserve(text.size());
@@ -92,7 +92,7 @@ void HttpReply::Slot::abandon() {
     m_isWanted = false;
 }
 
-/// What all copies of a reply share.
+/// All copies of a reply share this.
 class HttpReply::Promise {
 public:
     explicit Promise(std::shared_ptr<Slot> slot) : m_slot(std::move(slot)) {}

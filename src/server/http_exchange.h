@@ -21,15 +21,15 @@ struct HttpRequest {
     std::string query;  ///< as it was sent, without its "?"
     HttpHeaders headers;
 
-    /// The value of the first header of a name, whatever its case; empty when there is none.
+    /// The value of the first header of a name in any case; empty when there is none.
     [[nodiscard]] std::string_view header(std::string_view name) const;
 };
 
 /// Splits the target of a request line ("/page?a=b", "http://host/page") into path and query.
 void setTarget(HttpRequest& request, std::string_view target);
 
-/// What a request is answered with. The server adds what belongs to the connection, the length and
-/// the date; for HEAD it leaves the body out.
+/// The answer to a request. The server adds the headers of the connection, the length and the date;
+/// for HEAD it leaves the body out.
 struct HttpAnswer {
     int status = 200;
     QByteArray body; ///< shared, not copied
@@ -47,7 +47,7 @@ public:
     /// Answers. Only the first call counts.
     void send(HttpAnswer answer) const;
 
-    /// False when nobody waits for the answer any more: the client has gone or was let go.
+    /// False when the answer is of no use any more: the client is gone.
     [[nodiscard]] bool isWanted() const;
 
 private:
@@ -55,8 +55,8 @@ private:
     std::shared_ptr<const Promise> m_promise;
 };
 
-/// Answers requests. Called in the server's only thread, so it must not take long itself: what
-/// does is left to another thread, which answers later.
+/// Answers requests. Called in the server's only thread, so it must be quick: leave work that takes
+/// time to another thread, which answers later.
 using HttpHandler = std::function<void(const HttpRequest& request, const HttpReply& reply)>;
 
 } // namespace raincast

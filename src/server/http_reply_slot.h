@@ -17,10 +17,10 @@ public:
 
     void send(HttpAnswer answer);
 
-    /// The answer if it is there. If not, the server waits from now on and will be woken.
+    /// The answer if it is there. If not, `wake` is called when it comes.
     [[nodiscard]] std::optional<HttpAnswer> takeOrWait();
 
-    /// Nobody wants the answer any more.
+    /// The answer is of no use any more.
     void abandon();
     [[nodiscard]] bool isWanted() const { return m_isWanted; }
 

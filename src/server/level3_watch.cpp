@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// How soon a change that the system does not tell of (a file that grows) is seen.
+// Finds changes that the system does not report (a file that grows) within this time.
 constexpr auto kRescan = 5s;
 constexpr auto kLeastBetweenScans = 500ms;
 

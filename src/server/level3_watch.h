@@ -10,8 +10,8 @@ namespace raincast {
 
 class Level3Folder;
 
-/// Watches the folder of products: a thread renders what is new, woken by the system's
-/// notifications, and looks by itself from time to time. Needs an event loop.
+/// Watches the folder of products. A thread renders new ones when the system reports a change, and
+/// looks by itself from time to time. Needs an event loop.
 class Level3Watch {
 public:
     /// The folder is borrowed.

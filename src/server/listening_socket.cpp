@@ -31,8 +31,8 @@ FileDescriptor listenAt(const addrinfo& address) {
     FileDescriptor descriptor(
         socket(address.ai_family, address.ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)
     );
-    // A restart finds the connections of the run before it still ending; a second server at the
-    // same port fails all the same.
+    // At a restart connections of the last run may still be ending. A second server at the same
+    // port fails nevertheless.
     const int yes = 1;
     setsockopt(descriptor.get(), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     if (bind(descriptor.get(), address.ai_addr, address.ai_addrlen) != 0 ||

@@ -10,8 +10,8 @@
 
 namespace raincast {
 
-/// Work that a thread of its own does at once, then whenever it is woken, and otherwise at an
-/// interval. Waking it while it works makes it work once more.
+/// Work in a thread of its own: at once, then at each wake() and at an interval. A wake() during
+/// the work makes it work once more.
 class PeriodicTask {
 public:
     using Work = std::function<void(std::stop_token)>;

@@ -10,8 +10,8 @@
 
 namespace raincast {
 
-/// A page that takes milliseconds to make and may be asked for at any rate: it is made at most once
-/// a second. May be asked from several threads at once.
+/// A page that takes milliseconds to make and may be requested at any rate: it is made at most once
+/// a second. Several threads may ask at once.
 class RememberedPage {
 public:
     using Time = std::chrono::steady_clock::time_point;

@@ -28,7 +28,7 @@ QString cacheFolder(const ServeOptions& options) {
                : options.cacheFolder;
 }
 
-/// Each folder of products has a store of frames of its own.
+/// The store of frames that belongs to a folder of products.
 QString storeFolder(const ServeOptions& options) {
     const QByteArray folder = QDir(options.level3Folder).absolutePath().toUtf8();
     return cacheFolder(options) + QStringLiteral("/frames-") +
@@ -87,7 +87,7 @@ void RunningServer::work() {
     if (!m_options.publishFolder.isEmpty()) {
         m_publishing =
             std::make_unique<PeriodicTask>(kPublish, 0ms, [this](const std::stop_token& stop) {
-                // What could not be written is in the log, and is tried again the next time.
+                // The log names the files that could not be written; the next turn tries again.
                 static_cast<void>(m_publisher.publish(stop));
             });
     }

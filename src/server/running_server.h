@@ -19,7 +19,7 @@ class Level3Watch;
 class PeriodicTask;
 class TreeServer;
 
-/// Everything that a running server consists of, put together as the options say.
+/// The parts of a running server, put together by the options.
 class RunningServer {
 public:
     /// Logs which map data are missing. The options are borrowed.
@@ -28,13 +28,13 @@ public:
     RunningServer(const RunningServer&) = delete;
     RunningServer& operator=(const RunningServer&) = delete;
 
-    /// Begins to serve at the options' address. False as TreeServer::start().
+    /// Begins to serve at the options' address; the result is that of TreeServer::start().
     [[nodiscard]] bool listen();
 
     /// Publishes the tree; false when a file could not be written.
     [[nodiscard]] bool publishOnce();
 
-    /// Watches the folder of products and publishes, from now on. Needs an event loop.
+    /// From now on watches the folder of products and publishes. Needs an event loop.
     void work();
 
     /// "Serving sample weather at http://127.0.0.1:8155/"

@@ -14,16 +14,16 @@ namespace raincast {
 class FrameSource;
 class MapData;
 
-/// What the operator can know about a running server.
+/// The state of a running server.
 struct ServerStatus {
     QString source; ///< "sample" or "level3"
     FileTime started = 0;
-    std::optional<TreeServer::Counts> counts; ///< none where nothing listens
+    std::optional<TreeServer::Counts> counts; ///< nothing if it does not listen
     qsizetype bytesInMemory = 0;
 };
 
-/// The status as JSON: what it is served from, which map data there are, how much was asked for,
-/// and each site's newest frame. Times are UTC, as in "2018-07-25T19:24:00Z".
+/// The status as JSON: the source, the map data, the numbers of requests and each site's newest
+/// frame. Times are UTC, as in "2018-07-25T19:24:00Z".
 [[nodiscard]] QByteArray
 statusPage(const ServerStatus& status, const FrameSource& frames, const MapData& maps);
 

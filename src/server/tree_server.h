@@ -13,8 +13,8 @@
 
 namespace raincast {
 
-/// The image tree over HTTP: GET and HEAD of what stands at its paths. Everything else gets status
-/// 405, what is not in the tree 404.
+/// The image tree over HTTP: GET and HEAD of its paths. Other methods get status 405, other paths
+/// 404.
 class TreeServer {
 public:
     using Limits = WebServer::Limits;
@@ -22,8 +22,8 @@ public:
         std::uint64_t notFound = 0;
     };
 
-    /// Called in the server's thread, with the path decoded and without the query; must not take
-    /// long, but may tell the answer later.
+    /// Called in the server's thread, with the path decoded and without the query. It must be
+    /// quick; it may answer later.
     using Ask = std::function<void(std::string_view path, TreeAsker asker)>;
 
     explicit TreeServer(Ask ask) : TreeServer(std::move(ask), Limits()) {}

@@ -31,14 +31,14 @@ using namespace std::chrono_literals;
 constexpr std::string_view kFull = "HTTP/1.1 503 Service Unavailable\r\n"
                                    "Retry-After: 5\r\nContent-Length: 0\r\n"
                                    "Connection: close\r\n\r\n";
-// How long nobody is let in when the system has no descriptors left.
+// How long to accept no connection when the system has no descriptors left.
 constexpr auto kBreath = 100ms;
 
 Time now() {
     return std::chrono::steady_clock::now();
 }
 
-/// Where threads that make answers tell which of them are there.
+/// Threads that make answers put the numbers of finished ones here.
 class Mailbox {
 public:
     [[nodiscard]] int descriptor() const { return m_event.get(); }
@@ -105,8 +105,8 @@ public:
 
 private:
     struct Connection {
-        /// A second descriptor of the socket that the library has, to end it, and to part in peace
-        /// when the library has closed its own.
+        /// A second descriptor of the library's socket, to end it, and to say farewell when the
+        /// library has closed its own.
         FileDescriptor socket;
         int requests = 0;
         bool isHungUp = false;
@@ -148,7 +148,7 @@ private:
         }
     }
 
-    /// Milliseconds until something has to be done without any event.
+    /// Milliseconds until there is something to do without any event.
     [[nodiscard]] int patience() const {
         const Time present = now();
         auto least = m_library->timeout().value_or(1h);
@@ -226,7 +226,7 @@ private:
     void hangUp(int id) {
         Connection& connection = m_connections.at(id);
         if (m_table.phaseOf(id) == Phase::sending) {
-            // Or the system would go on trying to send the rest.
+            // Otherwise the system would go on trying to send the rest.
             const linger hard{1, 0};
             setsockopt(connection.socket.get(), SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
         }
@@ -276,7 +276,7 @@ private:
     }
 
     void deliver(int id) {
-        // It may be the answer to a connection that has gone, whose number another one has now.
+        // The connection may be gone and another one have its number.
         const auto found = m_connections.find(id);
         if (found == m_connections.end() || !found->second.slot ||
             m_table.phaseOf(id) != Phase::making) {
@@ -324,7 +324,7 @@ private:
     Farewells m_farewells;
     std::map<int, Connection> m_connections;
     std::unique_ptr<HttpConversations> m_library;
-    std::thread m_thread; ///< in which all of the above is used once it runs
+    std::thread m_thread; ///< uses all of the above once it runs
 };
 
 WebServer::WebServer(HttpHandler handler, const Limits& limits)

@@ -9,19 +9,19 @@
 
 namespace raincast {
 
-/// An HTTP server for one machine or a home network, in a thread of its own. It knows no files and
-/// no paths: a handler answers every request.
+/// An HTTP server for one machine or a home network, in a thread of its own. A handler answers
+/// every request; the server knows no files and no paths.
 ///
 /// A client can hold on to little: requests, answers and connections end at the limits below, and
-/// connections that are of little use make room for new ones (see ConnectionTable). Only where that
-/// is not possible a new connection gets status 503 at once. What is no HTTP gets status 400, and
-/// the connection ends there.
+/// connections that are of little use make room for new ones (see ConnectionTable). If none can, a
+/// new connection gets status 503 at once. Bytes that are not HTTP get status 400, and the
+/// connection ends.
 class WebServer {
 public:
     struct Limits : ConnectionLimits {
         std::size_t requestBytes = 16 * 1024; ///< request line and headers together
         int requestsPerConnection = 1000;     ///< then it is closed
-        /// How long a connection that is closed is still read, so that its client sees the answer.
+        /// How long a closed connection is still read, so that its client sees the answer.
         std::chrono::milliseconds farewell{1'000};
     };
 
@@ -38,15 +38,15 @@ public:
     WebServer& operator=(const WebServer&) = delete;
 
     /// Begins to serve at an address (a name, or numbers of either IP version) and port, 0 for any
-    /// free one. False, with errno set where the system gives a reason, when it cannot be had: in
-    /// use, or not this machine's.
+    /// free one. False when it is in use or not this machine's, with errno set if the system gives
+    /// a reason.
     [[nodiscard]] bool start(const std::string& address, int port);
 
     /// The port it serves at, from start() on.
     [[nodiscard]] int port() const;
 
-    /// Ends all connections and waits for its thread. Waits for no client and for no answer: those
-    /// that come later are of no use to anybody.
+    /// Ends all connections and waits for its thread, but for no client and no answer. Later
+    /// answers are dropped.
     void stop();
 
     /// So far. For any thread.
