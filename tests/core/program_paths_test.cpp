@@ -12,7 +12,7 @@ namespace raincast {
 namespace {
 
 TEST(ProgramPathsTest, TheProgramsFolderHoldsTheProgram) {
-    EXPECT_TRUE(QFileInfo::exists(programFolder() + QStringLiteral("/platform_tests")));
+    EXPECT_TRUE(QFileInfo::exists(programFolder() + QStringLiteral("/core_tests")));
     EXPECT_FALSE(programFolder().endsWith(u'/'));
 }
 
@@ -24,7 +24,7 @@ TEST(ProgramPathsTest, LinksToTheProgramAreResolved) {
     }
     const QTemporaryDir elsewhere;
     const QString link = elsewhere.filePath(QStringLiteral("linked"));
-    ASSERT_TRUE(QFile::link(programFolder() + QStringLiteral("/platform_tests"), link));
+    ASSERT_TRUE(QFile::link(programFolder() + QStringLiteral("/core_tests"), link));
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("RAINCAST_PRINT_FOLDER"), QStringLiteral("1"));

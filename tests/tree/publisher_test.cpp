@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/clock.h"
 #include "fake_frames.h"
-#include "sample/sample_weather.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "tree/layer_store.h"
@@ -181,12 +180,15 @@ TEST_F(PublisherTest, AFolderThatCannotBeWrittenToIsLogged) {
 }
 
 TEST_F(PublisherTest, SeveralSitesAreWrittenAtOnce) {
-    SampleWeather weather(1);
-    const ImageTree tree(weather, m_layers);
+    constexpr int kFrames = 20; // more than those of an hour
+    for (int i = 0; i < kFrames; ++i) {
+        m_frames.times.insert(m_clock.now() - i * 5 * kFileTimePerMinute);
+    }
     const QStringList sites{"LWX", "TLX", "MUX", "OKX"};
-    ASSERT_TRUE(Publisher(tree, m_root, sites, "data", [](const QString&) {}).publish());
+    ASSERT_TRUE(Publisher(m_tree, m_root, sites, "data", [](const QString&) {}).publish());
     for (const QString& site : sites) {
-        EXPECT_GT(QDir(m_root + "/ridge/RadarImg/N0S/" + site).entryList({"*.gif"}).size(), 8);
+        const QDir folder(m_root + "/ridge/RadarImg/N0S/" + site);
+        EXPECT_EQ(folder.entryList({"*.gif"}).size(), kFrames);
     }
     EXPECT_FALSE(QDir(m_root + "/ridge/RadarImg/N0S/DIX").exists());
 }
