@@ -21,7 +21,7 @@ public:
     void add(const QString& text, const QVariant& datum = {});
     [[nodiscard]] int count() const;
 
-    /// Selects a row; anything that is no row selects none.
+    /// Selects a row; a number that is not a row's selects none.
     void select(int row);
     /// The selected row, -1 for none.
     [[nodiscard]] int selected() const;

@@ -54,10 +54,10 @@ private:
 /// none.
 [[nodiscard]] QAction* findCommand(const QWidget& menu, int command);
 
-/// The first submenu of a menu or menu bar; null if there is none.
+/// The first submenu of a menu or menu bar; null without one.
 [[nodiscard]] QMenu* firstSubmenu(const QWidget& menu);
 
-/// Greys or checks the entry of a command in a menu; nothing if there is none.
+/// Greys or checks the entry of a command in a menu; nothing without one.
 void enableCommand(const QWidget& menu, int command, bool enabled);
 void checkCommand(const QWidget& menu, int command, bool checked);
 

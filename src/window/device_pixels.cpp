@@ -13,7 +13,7 @@ namespace {
 // Far outside of any window, and far from where sums of such places would overflow.
 constexpr double kFarthest = 1 << 20;
 
-// What is no number counts as far outside.
+// Not-a-number counts as far outside.
 double bounded(double pixels) {
     return pixels > -kFarthest ? std::min(pixels, kFarthest) : -kFarthest;
 }

@@ -10,7 +10,7 @@ namespace raincast {
 
 /// Where a widget stands in its top-level window, in device pixels: each edge is the logical edge
 /// times the device pixel ratio, rounded, so that neighbours neither overlap nor gape at a
-/// fractional ratio. Its size is what a picture must have that fills the widget one to one.
+/// fractional ratio. A picture of this size fills the widget one to one.
 [[nodiscard]] QRect deviceRect(const QWidget& widget);
 
 /// A pointer's place in a widget, in device pixels, from QSinglePointEvent::scenePosition(). (The

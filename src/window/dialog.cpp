@@ -10,7 +10,6 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTabBar>
 
 #include <locale.h> // POSIX: newlocale, uselocale
 
@@ -36,8 +35,7 @@ QString formatted(const char* format, va_list numbers) {
 
 } // namespace
 
-Dialog::Dialog(int templateId, unsigned flags, bool tabbed)
-    : m_templateId(templateId), m_flags(flags), m_tabbed(tabbed) {}
+Dialog::Dialog(int templateId, unsigned flags) : m_templateId(templateId), m_flags(flags) {}
 
 bool Dialog::onInitialise() {
     return true;
@@ -58,8 +56,6 @@ void Dialog::onDialogCommand(int id, QWidget* /*control*/, int /*notification*/)
         onCancel();
     }
 }
-
-void Dialog::onDialogNotify(const NotifyHeader& /*header*/) {}
 
 void Dialog::onCancel() {
     end(kCancel);
@@ -82,7 +78,7 @@ int Dialog::run(QWidget* parent) {
     m_client = &dialog->client();
     m_result.reset();
     attach(*dialog, m_client);
-    if (initialise()) {
+    if (onInitialise()) {
         dialog->focusFirst();
     }
     if (!m_result) {
@@ -103,32 +99,17 @@ void Dialog::end(int result) {
     }
 }
 
-bool Dialog::initialise() {
-    if (m_tabbed) {
-        auto* tabs = new QTabBar(m_client);
-        tabs->setObjectName(QStringLiteral("tabs"));
-        tabs->hide();
-    }
-    return onInitialise();
-}
-
 bool Dialog::dialogProcedure(QEvent& event) {
     // Before it is attached, and once it is destroyed, the widget is on its own.
     if (widget() == nullptr) {
         return false;
     }
-    switch (static_cast<int>(event.type())) {
-    case event_type::command: {
+    if (event.type() == event_type::command) {
         const auto& command = static_cast<const CommandEvent&>(event);
         onDialogCommand(command.id(), command.control(), command.notification());
         return true;
     }
-    case event_type::notify:
-        onDialogNotify(static_cast<const NotifyEvent&>(event).header());
-        return true;
-    default:
-        return onOtherMessage(event);
-    }
+    return onOtherMessage(event);
 }
 
 QWidget* Dialog::findControl(int id) const {

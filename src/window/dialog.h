@@ -24,7 +24,7 @@ public:
     static constexpr int kCancel = 2;
 
     /// Flags for the shell. kDoneButton: without a control 1 the dialog gets an "OK" button of its
-    /// own. The others concern handhelds and do nothing.
+    /// own. The others keep their numbers from the handheld and do nothing here.
     static constexpr unsigned kDoneButton = 1;
     static constexpr unsigned kFullSize = 2;
     static constexpr unsigned kInputPanelDown = 8;
@@ -32,26 +32,24 @@ public:
     static constexpr unsigned kDefaultFlags =
         kDoneButton | kFullSize | kInputPanelDown | kEmptyMenu;
 
-    /// `templateId`: the number of a DialogTemplate, 0 for none. `tabbed` puts a hidden tab bar
-    /// (of the object name "tabs") into the dialog.
-    explicit Dialog(int templateId, unsigned flags = kDefaultFlags, bool tabbed = false);
+    /// `templateId`: the number of a DialogTemplate; with 0 there is no dialog to run.
+    explicit Dialog(int templateId, unsigned flags = kDefaultFlags);
 
     /// The controls are there, at their template's places, and may be filled. Returns true to have
     /// the focus given to the first one that takes input.
     virtual bool onInitialise();
     /// Command 1: ends the dialog with 1.
     virtual void onOk();
-    /// Any event of the dialog's widget beside commands and notifications. Returns whether it is
-    /// done with; the default is false and leaves it to the widget.
+    /// Any event of the dialog's widget but a command. Returns whether it is consumed; the default
+    /// is false and leaves it to the widget.
     virtual bool onOtherMessage(QEvent& event);
     /// Commands 1 and 2 call onOk() and onCancel(); others do nothing.
     virtual void onDialogCommand(int id, QWidget* control, int notification);
-    virtual void onDialogNotify(const NotifyHeader& header);
     /// Command 2: ends the dialog with 2.
     virtual void onCancel();
 
     /// Shows the dialog over `parent` (may be null) and waits until it ends. Returns what it ended
-    /// with: 2 at once without a template, and where nobody may be asked (see Modal).
+    /// with: 2 at once without a template, and in a run without a person (see Modal).
     int run(QWidget* parent);
 
     /// Ends the dialog; run() returns `result`. In onInitialise() it keeps the dialog from being
@@ -88,12 +86,10 @@ private:
     friend class DialogWidget;
 
     bool dialogProcedure(QEvent& event);
-    bool initialise();
     [[nodiscard]] QWidget* findControl(int id) const;
 
     int m_templateId;
     unsigned m_flags;
-    bool m_tabbed;
     QPointer<QWidget> m_client;
     std::optional<int> m_result;
 };

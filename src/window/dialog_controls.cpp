@@ -93,10 +93,10 @@ QWidget* make(QDialog& dialog, QWidget& client, const DialogControl& control) {
     case ControlKind::picture:
         break;
     }
-    return new QLabel(&client); // a picture; whoever runs the dialog sets it
+    return new QLabel(&client); // a picture; the dialog sets it
 }
 
-// What a control must have to show its text and to be hit; 0 where any extent will do.
+// The size that a control needs to show its text and to be hit; 0 where any extent will do.
 QSize needed(const QWidget& widget, const DialogControl& control) {
     switch (control.kind) {
     case ControlKind::pushButton: {

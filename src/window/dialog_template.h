@@ -66,7 +66,7 @@ private:
 
 /// The template of an identifier: a published one below 5000, a file "dialogs/NUMBER" of the
 /// resource module from there on (the caller has made sure of the module, see
-/// requireResourceModule). None if there is no such template or the file is damaged.
+/// requireResourceModule). Empty without such a template, and if the file is damaged.
 [[nodiscard]] std::optional<DialogTemplate> findDialogTemplate(int id);
 
 /// The identifiers of all published templates, in no order.

@@ -12,7 +12,7 @@
 namespace raincast {
 
 /// A list to choose one row of. "OK" or a double-click takes the selected row; typing jumps to a
-/// row whose label, or the part of it behind a colon, begins with what is typed.
+/// row whose label, or the part of it behind a colon, begins with the typed text.
 ///
 ///     CDlgItemTypeSelect dialog(QStringLiteral("Select Page Type"));
 ///     dialog.add(QStringLiteral("Weather"), 10);

@@ -11,10 +11,4 @@ void sendCommand(QWidget& window, int id, QWidget* control, int notification) {
     QCoreApplication::sendEvent(&window, &event);
 }
 
-std::intptr_t sendNotify(QWidget& window, const NotifyHeader& header) {
-    NotifyEvent event(header);
-    QCoreApplication::sendEvent(&window, &event);
-    return event.result();
-}
-
 } // namespace raincast

@@ -3,8 +3,6 @@
 
 #include <QEvent>
 
-#include <cstdint>
-
 class QMenu;
 class QWidget;
 
@@ -17,7 +15,6 @@ namespace raincast {
 /// top.
 namespace event_type {
 inline constexpr auto command = static_cast<QEvent::Type>(QEvent::User + 1);
-inline constexpr auto notify = static_cast<QEvent::Type>(QEvent::User + 2);
 inline constexpr auto timer = static_cast<QEvent::Type>(QEvent::User + 3);
 inline constexpr auto size = static_cast<QEvent::Type>(QEvent::User + 4);
 inline constexpr auto character = static_cast<QEvent::Type>(QEvent::User + 5);
@@ -25,7 +22,7 @@ inline constexpr auto menuPopup = static_cast<QEvent::Type>(QEvent::User + 6);
 inline constexpr auto destroy = static_cast<QEvent::Type>(QEvent::User + 7);
 } // namespace event_type
 
-/// What a control says beside its number when it sends a command. Menus, keys and buttons send
+/// What happened to the control that sends a command. Menus, keys and buttons send
 /// `clicked`.
 enum Notification : int {
     clicked = 0,
@@ -48,28 +45,6 @@ private:
     QWidget* m_control;
     int m_id;
     int m_notification;
-};
-
-/// What a control that has more to tell than a command sends along.
-struct NotifyHeader {
-    QWidget* control = nullptr;
-    int id = 0;
-    int code = 0;
-};
-
-/// A control's notification; it carries the answer back.
-class NotifyEvent : public QEvent {
-public:
-    explicit NotifyEvent(const NotifyHeader& header)
-        : QEvent(event_type::notify), m_header(header) {}
-
-    [[nodiscard]] const NotifyHeader& header() const { return m_header; }
-    [[nodiscard]] std::intptr_t result() const { return m_result; }
-    void setResult(std::intptr_t result) { m_result = result; }
-
-private:
-    NotifyHeader m_header;
-    std::intptr_t m_result = 0;
 };
 
 /// A timer started with Window::startTimer is due.
@@ -126,8 +101,5 @@ public:
 
 /// Sends a command to a window.
 void sendCommand(QWidget& window, int id, QWidget* control = nullptr, int notification = clicked);
-
-/// Sends a notification to a window and returns its answer, 0 if nobody answers.
-std::intptr_t sendNotify(QWidget& window, const NotifyHeader& header);
 
 } // namespace raincast

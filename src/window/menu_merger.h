@@ -16,7 +16,7 @@ namespace raincast {
 /// event loop that runs now, not in one of a dialog: it may be an entry of theirs that was chosen,
 /// and the menu is then still busy with it.
 ///
-/// What is merged of a menu are the entries of its first submenu: its submenus and its commands
+/// Merges the entries of a menu's first submenu: its submenus and its commands
 /// (the same actions, so that they are checked and enabled in one place) and separators, at most
 /// 256 of each menu and with at most 100 characters of text each; a longer text is cut. A command
 /// that stands in the menu already is not put there twice.
@@ -27,13 +27,13 @@ public:
 
     /// `placeholder`: the number of the command whose entry marks the place.
     explicit MenuMerger(int placeholder) : m_placeholder(placeholder) {}
-    /// Unmerges what is merged, and has the menus destroyed.
+    /// Unmerges all entries, and has the menus destroyed.
     ~MenuMerger();
     MenuMerger(const MenuMerger&) = delete;
     MenuMerger& operator=(const MenuMerger&) = delete;
 
-    /// Takes a menu over, after those given before. What is merged already stays as it is until it
-    /// is merged anew.
+    /// Takes a menu over, after those given before. Merged entries stay as they are until they
+    /// are merged again.
     void add(std::unique_ptr<QMenu> menu);
     /// Unmerges, and has the menus given so far destroyed.
     void clear();

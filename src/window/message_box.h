@@ -8,7 +8,7 @@ namespace raincast {
 
 enum class MessageIcon { none, exclamation, stop };
 
-/// Shows a message with an "OK" button and waits until it is closed. Where nobody may be asked
+/// Shows a message with an "OK" button and waits until it is closed. In a run without a person
 /// (Modal) it returns at once.
 void messageBox(
     QWidget* parent, const QString& text, const QString& caption,
@@ -26,7 +26,7 @@ enum class Answer {
 /// for the latter, whose second button cannot be undone, it is the first.
 enum class Question { yesNo, retryDiscard };
 
-/// Asks a question and waits for the answer. Where nobody may be asked there is none.
+/// Asks a question and waits for the answer. In a run without a person there is no answer.
 [[nodiscard]] Answer askQuestion(
     QWidget* parent, const QString& text, const QString& caption, Question question,
     MessageIcon icon = MessageIcon::exclamation

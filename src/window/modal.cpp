@@ -38,7 +38,7 @@ void cancel(const QPointer<QDialog>& dialog) {
     }
 }
 
-/// Ends a loop when a window is on the screen, or has gone.
+// Ends a loop when a window is on the screen, or has gone.
 class ExposureWatch : public QObject {
 public:
     ExposureWatch(QWindow& window, QEventLoop& loop) : m_loop(loop) {

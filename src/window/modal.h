@@ -7,18 +7,18 @@ class QDialog;
 
 namespace raincast {
 
-/// How dialogs and message boxes run: one place that can refuse to ask anybody (a run without a
-/// person), that ends what is open when the program is asked to end, and that tells a test when a
-/// dialog has opened.
+/// How dialogs and message boxes run: one place that refuses to ask in a run without a person,
+/// closes the open ones when the program is asked to end, and notifies a test when a dialog has
+/// opened.
 class Modal {
 public:
-    /// What a dialog ends with that was cancelled.
+    /// The result of a cancelled dialog.
     static constexpr int kCancelled = 2;
 
     /// Shows a dialog and waits until it ends; returns what QDialog::done was given. A parent that
     /// is only about to appear is waited for, for a second at most, so that the dialog opens over
     /// it. Returns
-    /// kCancelled at once, without showing it, while nobody may be asked, and also if the dialog
+    /// kCancelled at once, without showing it, in a run without a person, and also if the dialog
     /// is deleted under way.
     [[nodiscard]] static int run(QDialog& dialog);
 
@@ -32,8 +32,8 @@ public:
     /// open, by force.
     static void requestEnd();
     [[nodiscard]] static bool endRequested();
-    /// Forgets the request: for what is left to be asked when all that was open has ended, and for
-    /// tests.
+    /// Forgets the request: for the questions that are left when all open dialogs have ended, and
+    /// for tests.
     static void forgetEnd();
 
     /// How many dialogs and message boxes are open.

@@ -5,8 +5,8 @@
 
 namespace raincast {
 
-/// A list to choose one row of. The row that has the keyboard is the selected one, however it got
-/// there: what Enter acts on is what stands out.
+/// A list to choose one row of. The row that has the keyboard is always the selected one: Enter
+/// acts on the row that stands out.
 class RowList : public QListWidget {
 public:
     explicit RowList(QWidget* parent);

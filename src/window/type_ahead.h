@@ -10,8 +10,8 @@ class QListWidget;
 namespace raincast {
 
 /// Typing in a list selects the next row whose text, or the part of it behind a colon
-/// ("KS:Wichita"), begins with what was typed, whatever the case. A pause starts anew; one letter
-/// again and again goes through the rows that begin with it.
+/// ("KS:Wichita"), begins with the typed text, whatever the case. A pause starts a new text; one
+/// letter again and again goes through the rows that begin with it.
 class TypeAhead : public QObject {
 public:
     /// Becomes a child of the list.

@@ -68,13 +68,6 @@ void tellDestroyed(QWidget& widget) {
 void Window::onPaint(QPaintDevice& /*target*/, const QRegion& /*exposed*/) {}
 void Window::onDestroy() {}
 void Window::onCommand(int /*id*/, QWidget* /*control*/, int /*notification*/) {}
-
-std::intptr_t Window::onNotify(int /*controlId*/, const NotifyHeader& header) {
-    NotifyEvent event(header);
-    WindowMap::instance().passOn(*this, event);
-    return event.result();
-}
-
 void Window::onLeftButton(
     bool /*doubleClick*/, std::int16_t /*x*/, std::int16_t /*y*/, Qt::KeyboardModifiers /*keys*/
 ) {}
@@ -103,11 +96,6 @@ bool Window::windowProcedure(QEvent& event) {
     case QEvent::Paint:
         onPaint(*m_widget, static_cast<const QPaintEvent&>(event).region());
         break;
-    case event_type::notify: {
-        auto& notify = static_cast<NotifyEvent&>(event);
-        notify.setResult(onNotify(notify.header().id, notify.header()));
-        return true;
-    }
     case event_type::command: {
         const auto& command = static_cast<const CommandEvent&>(event);
         onCommand(command.id(), command.control(), command.notification());

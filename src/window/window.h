@@ -20,7 +20,7 @@ namespace raincast {
 /// that an object does not consume goes on to the one attached before it, and in the end to the
 /// widget itself. An object is bound to at most one widget, from attach() until that widget is
 /// destroyed with destroyWindow(); it borrows the widget. A widget that Qt deletes by itself only
-/// unbinds its objects: destruction that anybody must hear of is destroyWindow()'s.
+/// unbinds its objects: only destroyWindow() announces the destruction.
 ///
 /// User-interface thread only.
 class Window {
@@ -38,9 +38,6 @@ public:
     /// The window is being destroyed; its children still live.
     virtual void onDestroy();
     virtual void onCommand(int id, QWidget* control, int notification);
-    /// A control has something to tell. Returns the answer; the default passes the notification on
-    /// to the objects attached before this one and to the widget, and returns their answer.
-    virtual std::intptr_t onNotify(int controlId, const NotifyHeader& header);
     /// The left button (or a finger) went down at x, y in device pixels of the window.
     virtual void
     onLeftButton(bool doubleClick, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys);
@@ -51,13 +48,13 @@ public:
     /// Destroys the window if there still is one.
     virtual ~Window();
     /// Takes an event apart and calls the operation above that it is for. Returns whether the
-    /// event is consumed and goes no further; the default consumes notifications only.
+    /// event is consumed and goes no further; the default consumes none.
     virtual bool windowProcedure(QEvent& event);
 
     /// Binds this object to a widget, in front of those bound to it already. `client` is the
     /// widget whose size is the window's client area, the central widget of a main window; null
     /// for the one that an earlier object named, or else the widget itself. A second fast press is
-    /// a press for all objects of the widget as soon as one of them wants it so.
+    /// a press for all objects of the widget as soon as one of them asks for it.
     void attach(
         QWidget& widget, QWidget* client = nullptr,
         SecondPress secondPress = SecondPress::doubleClick
@@ -66,14 +63,14 @@ public:
     /// The widget, null before attach() and once it is destroyed.
     [[nodiscard]] QWidget* widget() const { return m_widget; }
 
-    /// Starts a timer of this window, or starts it anew; it ends with the window.
+    /// Starts or restarts a timer of this window; it ends with the window.
     void startTimer(int id, int milliseconds);
     void stopTimer(int id);
 
-    /// Destroys a window: the widget is told and then, outermost first, its children, all of which
-    /// still live; then every one of them is unbound and the widget is hidden and left to Qt's
-    /// event loop for deletion, since it may be handling an event right now. A second call does
-    /// nothing.
+    /// Destroys a window: sends a DestroyEvent to the widget and then, outermost first, to its
+    /// children, all of which still live. Then unbinds every one of them, hides the widget and
+    /// leaves its deletion to Qt's event loop, since it may be handling an event right now. A
+    /// second call does nothing.
     static void destroyWindow(QWidget& widget);
 
 private:

@@ -149,19 +149,6 @@ void WindowMap::sendCharacters(QWidget& widget, const QKeyEvent& event) {
     }
 }
 
-void WindowMap::passOn(Window& window, QEvent& event) {
-    QWidget* const widget = window.m_widget;
-    const auto found = m_bindings.find(widget);
-    if (found == m_bindings.end()) {
-        return;
-    }
-    const auto& windows = found->second.windows;
-    const auto own = std::find(windows.begin(), windows.end(), &window);
-    if (!offer(*widget, event, {windows.begin(), own})) {
-        static_cast<QObject*>(widget)->event(&event);
-    }
-}
-
 // The window whose client area `resized` is; null for any other widget.
 QWidget* WindowMap::windowOfClient(QObject* resized) const {
     const auto client = m_clients.find(resized);

@@ -30,10 +30,6 @@ public:
     /// and the process ends with exit code 1.
     bool dispatch(QWidget& widget, QEvent& event);
 
-    /// Hands an event to the objects attached before `window` and, if none consumes it, to the
-    /// widget itself.
-    void passOn(Window& window, QEvent& event);
-
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -30,7 +30,7 @@ public:
     /// Makes a widget receive what handle() understands.
     static void enable(QWidget& widget);
 
-    /// Takes an event that `widget` got. None if it is none of these inputs; else the event is
+    /// Takes an event that `widget` got. Empty if it is another kind of event; else the event is
     /// accepted and must go no further. While one finger is down, the widget is sent mouse events.
     /// A second finger ends that, and so does the system when it takes the touch for itself: no
     /// release is sent then, which would make it a tap, but the step says that the press is lost.

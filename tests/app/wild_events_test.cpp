@@ -108,7 +108,6 @@ void addKeys(Events& events) {
 void addOwn(Events& events) {
     for (const int number : {kLeast, -1, 0, 65'535, kMost}) {
         events.push_back(std::make_unique<CommandEvent>(number, nullptr, number));
-        events.push_back(std::make_unique<NotifyEvent>(NotifyHeader{nullptr, number, number}));
         events.push_back(std::make_unique<TimerEvent>(number));
         events.push_back(std::make_unique<SizeEvent>(std::min(number, 0), std::min(number, 0)));
     }

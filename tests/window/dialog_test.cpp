@@ -22,7 +22,6 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QScroller>
-#include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -131,9 +130,6 @@ public:
             log.push_back("command " + std::to_string(id) + " " + std::to_string(notification));
         }
         Dialog::onDialogCommand(id, sender, notification);
-    }
-    void onDialogNotify(const NotifyHeader& header) override {
-        log.push_back("notify " + std::to_string(header.id));
     }
     void onSize(int width, int height) override {
         if (arranges) {
@@ -291,18 +287,6 @@ TEST_F(DialogTest, ADialogThatHasAButtonOneGetsNoOther) {
     EXPECT_EQ(NotingDialog(kListDialog).run(nullptr), 2);
 }
 
-TEST_F(DialogTest, TheTabbedFlagMakesAHiddenTabBar) {
-    for (const bool tabbed : {false, true}) {
-        script.expect(kListCaption, [tabbed](QDialog& open) {
-            const auto* tabs = open.findChild<QTabBar*>(QStringLiteral("tabs"));
-            EXPECT_EQ(tabs != nullptr, tabbed);
-            EXPECT_TRUE(tabs == nullptr || tabs->isHidden());
-        });
-        NotingDialog dialog(kListDialog, Dialog::kDefaultFlags, tabbed);
-        EXPECT_EQ(dialog.run(nullptr), 2);
-    }
-}
-
 TEST_F(DialogTest, UsingAControlSendsItsCommandWithWhatHappened) {
     script.expect(kListCaption, [](QDialog& open) {
         auto* list = static_cast<QListWidget*>(child(open, kList));
@@ -374,13 +358,6 @@ TEST_F(DialogTest, FieldsTellTheirChangesToo) {
                         "first 1011", "command 1011 1", "cancel", "destroy"
                     )
     );
-}
-
-TEST_F(DialogTest, NotificationsReachTheDialogThroughTheWindowsOwnOperation) {
-    script.expect(kListCaption, [](QDialog& open) { sendNotify(open, {nullptr, 77, 1}); });
-    NotingDialog dialog(kListDialog);
-    EXPECT_EQ(dialog.run(nullptr), 2);
-    EXPECT_THAT(dialog.log, testing::Contains("notify 77").Times(1));
 }
 
 TEST_F(DialogTest, OtherMessagesAreOfferedAndMayBeKept) {

@@ -34,18 +34,12 @@ class PlainWidget : public QWidget {
 public:
     explicit PlainWidget(Log& log, QWidget* parent = nullptr) : QWidget(parent), m_log(log) {}
 
-    std::intptr_t answer = 0;
-
 protected:
     bool event(QEvent* event) override {
         if (event->type() == event_type::command) {
             m_log.push_back("widget command");
         } else if (event->type() == event_type::destroy) {
             m_log.push_back("widget destroy");
-        } else if (event->type() == event_type::notify) {
-            m_log.push_back("widget notify");
-            static_cast<NotifyEvent&>(*event).setResult(answer);
-            return true;
         }
         return QWidget::event(event);
     }
@@ -152,43 +146,6 @@ TEST_F(WindowTest, AnObjectIsBoundToOneWidgetAtATime) {
     EXPECT_EQ(window.widget(), &other);
     sendCommand(*widget, 1);
     EXPECT_THAT(log, ElementsAre("widget command"));
-}
-
-TEST_F(WindowTest, ANotificationReachesTheWidgetOnceAndOnlyThroughTheNotifyOperation) {
-    NotingWindow window("w", log);
-    window.attach(*widget);
-    widget->answer = 17;
-    EXPECT_EQ(sendNotify(*widget, {nullptr, 5, 6}), 17);
-    EXPECT_THAT(log, ElementsAre("widget notify"));
-}
-
-TEST_F(WindowTest, ANotifyOperationThatAnswersKeepsTheNotificationFromTheWidget) {
-    class Answering : public Window {
-    public:
-        std::intptr_t onNotify(int id, const NotifyHeader& header) override {
-            return id * 100 + header.code;
-        }
-    };
-    Answering window;
-    window.attach(*widget);
-    EXPECT_EQ(sendNotify(*widget, {nullptr, 5, 6}), 506);
-    EXPECT_THAT(log, IsEmpty());
-}
-
-TEST_F(WindowTest, ANotificationPassesEveryObjectOnItsWayToTheWidget) {
-    class Adding : public Window {
-    public:
-        std::intptr_t onNotify(int id, const NotifyHeader& header) override {
-            return Window::onNotify(id, header) + 1;
-        }
-    };
-    Adding first;
-    Adding second;
-    first.attach(*widget);
-    second.attach(*widget);
-    widget->answer = 10;
-    EXPECT_EQ(sendNotify(*widget, {nullptr, 5, 6}), 12);
-    EXPECT_THAT(log, ElementsAre("widget notify"));
 }
 
 TEST_F(WindowTest, DestructionIsHeardOutermostFirstWhileAllChildrenLive) {
