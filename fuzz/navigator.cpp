@@ -38,17 +38,20 @@ public:
     void release() override {}
 };
 
-void check(const QByteArray& file, std::uint32_t answer) {
-    NavigatorPosition position;
-    const NavigatorStatus status = getNavigatorPosition(position);
+void check(NavigatorLink& link, const QByteArray& file, std::uint32_t answer) {
+    const auto position = getNavigatorPosition(link);
+    const NavigatorStatus status = position ? kNavigatorSuccess : position.error();
     if (answer != kNavigatorSuccess) {
         require(status == answer);
         return;
     }
     require(status == (file.size() >= 64 ? kNavigatorSuccess : kNavigatorFileFailed));
-    for (const float value :
-         {position.course, position.speed, position.altitude, position.extra1, position.extra2}) {
-        require(std::isfinite(value));
+    if (position) {
+        for (const float value :
+             {position->course, position->speed, position->altitude, position->extra1,
+              position->extra2}) {
+            require(std::isfinite(value));
+        }
     }
 }
 
@@ -61,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) {
         return 0;
     }
-    NavigatorLink& link = NavigatorLink::program();
+    NavigatorLink link;
     auto window = std::make_unique<Answering>();
     window->answer = data[0] < 128 ? 0 : data[0] % 32;
     const std::uint32_t answer = window->answer;
@@ -73,6 +76,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QFile file(link.file);
     require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
     file.close();
-    check(bytes, answer);
+    check(link, bytes, answer);
     return 0;
 }

@@ -125,9 +125,10 @@ Reading readPlainValues(const QCommandLineParser& parser, AppOptions& result) {
 
 Reading readPositionSource(const QCommandLineParser& parser, AppOptions& result) {
     result.nmea = parser.value(QStringLiteral("nmea"));
-    QString error;
-    if (!result.nmea.isEmpty() && !PositionSourceAddress::parse(result.nmea, &error)) {
-        return wrong(QStringLiteral("--nmea: %1").arg(error));
+    if (!result.nmea.isEmpty()) {
+        if (const auto source = PositionSourceAddress::parse(result.nmea); !source) {
+            return wrong(QStringLiteral("--nmea: %1").arg(source.error()));
+        }
     }
     return {};
 }

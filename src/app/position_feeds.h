@@ -4,6 +4,7 @@
 #include "map/overlay_gps_position.h"
 #include "position/feed_qvapi_to_gps_position.h"
 #include "position/feed_rmc_to_gps_position.h"
+#include "position/navigator/navigator_link.h"
 
 namespace raincast {
 
@@ -16,8 +17,9 @@ public:
 private:
     COverlayGPSPosition m_received;
     COverlayGPSPosition m_navigated;
+    NavigatorLink m_navigatorLink;
     CFeedRMC_to_GPSPosition m_receiverFeed{m_received};
-    CFeedQVAPI_to_GPSPosition m_navigatorFeed{m_navigated};
+    CFeedQVAPI_to_GPSPosition m_navigatorFeed{m_navigated, m_navigatorLink};
 };
 
 } // namespace raincast

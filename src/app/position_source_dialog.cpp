@@ -2,7 +2,6 @@
 #include "app/position_source_dialog.h"
 
 #include "core/clock.h"
-#include "page/global_settings_type.h"
 #include "position/position_receiver.h"
 #include "position/source/position_source_setting.h"
 #include "window/dialog_template.h"
@@ -51,7 +50,7 @@ const DialogTemplateRecord record{
      },
      {}}};
 
-/// What the dialog says about a kind of source.
+// The dialog's texts for a kind of source.
 struct KindRow {
     std::optional<Kind> kind;
     QString name;
@@ -90,34 +89,18 @@ QString asSentence(const QString& text) {
     return text.left(1).toUpper() + text.mid(1) + u'.';
 }
 
-// Empty when there is none.
-QString mistakeIn(const QString& address) {
-    return address.isEmpty() ? QString() : PositionSourceAddress::mistake(address);
+std::optional<QString> mistakeIn(const QString& address) {
+    return address.isEmpty() ? std::nullopt : PositionSourceAddress::mistake(address);
 }
 
 // Settings outlive the folder that the program was started in.
-QString mistakeInPath(const QString& address) {
+std::optional<QString> mistakeInPath(const QString& address) {
     const auto parsed = PositionSourceAddress::parse(address);
-    const bool isRelative = parsed && isPath(parsed->kind) && !parsed->path.startsWith(u'/');
-    return isRelative ? QStringLiteral("the path does not start with / or ~/") : QString();
-}
-
-/// Offers the dialog in the "Settings" menu.
-class PositionSourceSettingsType : public CAppPaged::GlobalSettingsType {
-public:
-    PositionSourceSettingsType()
-        : GlobalSettingsType(
-              QStringLiteral("CPositionSource"), QStringLiteral("GPS Source"), kRankGpsSource
-          ) {}
-
-    void open(QWidget* window) const override {
-        if (PositionReceiver* const receiver = PositionSourceSetting::receiver()) {
-            PositionSourceDialog(*receiver).run(window);
-        }
+    if (parsed && isPath(parsed->kind) && !parsed->path.startsWith(u'/')) {
+        return QStringLiteral("the path does not start with / or ~/");
     }
-};
-
-const PositionSourceSettingsType settingsType;
+    return std::nullopt;
+}
 
 } // namespace
 
@@ -125,7 +108,7 @@ PositionSourceDialog::PositionSourceDialog(PositionReceiver& receiver)
     : Dialog(kTemplate), Counter(kBeatsPerSecond), m_receiver(receiver), m_watch(receiver) {}
 
 PositionSourceDialog::~PositionSourceDialog() {
-    PositionSourceSetting::apply();
+    PositionSourceSetting::apply(m_receiver);
 }
 
 bool PositionSourceDialog::onInitialise() {
@@ -134,7 +117,7 @@ bool PositionSourceDialog::onInitialise() {
         m_kinds.add(row.name);
     }
     control<QLineEdit>(kAddress)->setMaxLength(kLongestAddress);
-    control<QLabel>(kArrivals)->setAlignment(Qt::AlignTop); // of much text the beginning is seen
+    control<QLabel>(kArrivals)->setAlignment(Qt::AlignTop); // a long text shows its beginning
     const QString& address = PositionSourceSetting::text();
     const auto kind = PositionSourceAddress::kindOf(address);
     const int row = rowOf(kind);
@@ -181,15 +164,15 @@ QString PositionSourceDialog::entered() const {
 }
 
 bool PositionSourceDialog::check() {
-    QString mistake = mistakeIn(entered());
-    if (mistake.isEmpty() && entered() != PositionSourceSetting::text()) {
+    std::optional<QString> mistake = mistakeIn(entered());
+    if (!mistake && entered() != PositionSourceSetting::text()) {
         mistake = mistakeInPath(entered());
     }
-    if (mistake.isEmpty()) {
+    if (!mistake) {
         return true;
     }
     messageBox(
-        widget(), asSentence(mistake) + QStringLiteral("\n\n") + kKinds[m_kind].example,
+        widget(), asSentence(*mistake) + QStringLiteral("\n\n") + kKinds[m_kind].example,
         QStringLiteral("Raincast")
     );
     control(kAddress)->setFocus();
@@ -199,7 +182,7 @@ bool PositionSourceDialog::check() {
 void PositionSourceDialog::tryIt() {
     if (check()) {
         m_tried = entered();
-        m_receiver.use(PositionSourceAddress::parse(*m_tried));
+        m_receiver.use(PositionSourceAddress::parse(*m_tried).value());
         showArrivals();
     }
 }
@@ -234,13 +217,13 @@ QString PositionSourceDialog::inUse() const {
 void PositionSourceDialog::showArrivals() {
     auto* const label = control<QLabel>(kInUse);
     if (label == nullptr) {
-        return; // a beat before the dialog is there
+        return; // a beat came before the controls
     }
     const QString source = inUse();
     label->setToolTip(source);
     label->setText(label->fontMetrics().elidedText(source, Qt::ElideMiddle, label->width()));
-    const QString mistake = m_tried ? QString() : mistakeIn(PositionSourceSetting::text());
-    const QString arrivals = mistake.isEmpty() ? m_watch.text() : asSentence(mistake);
+    const auto mistake = m_tried ? std::nullopt : mistakeIn(PositionSourceSetting::text());
+    const QString arrivals = mistake ? asSentence(*mistake) : m_watch.text();
     setText(kArrivals, arrivals);
     control(kArrivals)->setToolTip(arrivals);
 }

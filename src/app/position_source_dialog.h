@@ -13,12 +13,11 @@ namespace raincast {
 
 class PositionReceiver;
 
-/// "GPS Source": where positions come from. Ending it with OK makes that the user's choice, in use
-/// at once; a source that is in use for this run only stays that if nothing else is entered.
+/// "GPS Source": where positions come from. OK makes the entered source the user's choice and puts
+/// it into use at once. A source for this run only stays one unless another is entered.
 ///
-/// A few lines say what arrives as long as the dialog is open. They are about the source in use
-/// until "Try" has the receiver read what is entered instead; whatever ends the dialog but OK puts
-/// the source that was in use back.
+/// While the dialog is open a few lines say what arrives from the source in use. "Try" has the
+/// receiver read the entered source instead. Any end but OK puts the earlier source back.
 class PositionSourceDialog : public Dialog, private CHeartbeat::Counter {
 public:
     static constexpr int kTemplate = 141;
@@ -30,12 +29,12 @@ public:
     static constexpr int kTry = 1155;
     static constexpr int kArrivals = 1156;
 
-    /// The receiver is borrowed.
+    /// Borrows the receiver.
     explicit PositionSourceDialog(PositionReceiver& receiver);
     ~PositionSourceDialog() override;
 
     bool onInitialise() override;
-    /// An address that makes no sense keeps the dialog open, with a message.
+    /// A text that is not an address keeps the dialog open, with a message.
     void onOk() override;
     void onDialogCommand(int id, QWidget* control, int notification) override;
 
@@ -44,9 +43,9 @@ private:
     void Resync() override { Tick(); }
 
     void selectKind(int kind);
-    /// The address as the settings have it.
+    /// The address in the settings' form.
     [[nodiscard]] QString entered() const;
-    /// Whether it is one, or a message has said what is wrong with it.
+    /// Whether the entered text is an address. If not, a message says what is wrong with it.
     bool check();
     void tryIt();
     [[nodiscard]] QString inUse() const;

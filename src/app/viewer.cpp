@@ -49,7 +49,6 @@ Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {}
 
 Viewer::~Viewer() {
     running = nullptr;
-    PositionSourceSetting::setReceiver(nullptr);
     m_application.clear();
 }
 
@@ -66,7 +65,6 @@ int Viewer::run() {
     m_window->showNow();
     openPositionSource();
     const int status = loop();
-    PositionSourceSetting::setReceiver(nullptr);
     m_receiver.use(std::nullopt);
     if (m_userIsThere) {
         Modal::forgetEnd(); // all that was open has ended
@@ -135,7 +133,7 @@ void Viewer::createWindow() {
 
 void Viewer::loadPages() {
     QString& path = CGlobals::settings.configFile;
-    if (path.isEmpty() && forAPerson() && !applicationFolder().isEmpty()) {
+    if (path.isEmpty() && forAPerson() && applicationFolder()) {
         path = Keeper::usualPageFile();
     }
     m_keeper =
@@ -147,13 +145,10 @@ void Viewer::loadPages() {
 }
 
 void Viewer::openPositionSource() {
-    QString error;
-    const auto address = PositionSourceSetting::address(&error);
-    if (!address && !PositionSourceSetting::text().isEmpty()) {
-        qCCritical(viewerLog, "No position: %s", qUtf8Printable(error));
+    if (const auto address = PositionSourceSetting::address(); !address) {
+        qCCritical(viewerLog, "No position: %s", qUtf8Printable(address.error()));
     }
-    PositionSourceSetting::setReceiver(&m_receiver);
-    PositionSourceSetting::apply();
+    PositionSourceSetting::apply(m_receiver);
 }
 
 int Viewer::loop() {

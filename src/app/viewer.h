@@ -6,6 +6,7 @@
 #include "app/keeper.h"
 #include "app/local_server.h"
 #include "app/position_feeds.h"
+#include "app/position_source_settings_type.h"
 #include "app/raincast_app.h"
 #include "core/timers.h"
 #include "position/position_receiver.h"
@@ -34,8 +35,7 @@ public:
 
     /// Asks the run to end, from wherever in it: open dialogs end as cancelled, what waits returns
     /// first; then pages and settings are saved. If the event loop does not run yet it will not.
-    /// What cannot be saved is said on standard error: whoever asks is not the user in front of the
-    /// window, who is asked what to do.
+    /// Says on standard error what cannot be saved: the user may not be in front of the window.
     void requestEnd();
 
     /// Saves pages and settings without ending: the desktop may end the program any moment now.
@@ -75,6 +75,7 @@ private:
     CRaincastApp m_application;
     QtTimers m_timers;
     PositionReceiver m_receiver{m_timers};
+    PositionSourceSettingsType m_positionSource{m_receiver};
     bool m_looping = false;
     bool m_userIsThere = false; ///< to be asked when something cannot be saved
 };

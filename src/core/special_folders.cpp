@@ -7,23 +7,23 @@
 
 namespace raincast {
 
-QString applicationDataRoot() {
+std::optional<QString> applicationDataRoot() {
     const QString root = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return EnsureFolder(root) ? root : QString();
+    return EnsureFolder(root) ? std::optional(root) : std::nullopt;
 }
 
-QString folderInApplicationData(const QString& relative) {
-    const QString root = applicationDataRoot();
-    if (root.isEmpty()) {
-        return {};
+std::optional<QString> folderInApplicationData(const QString& relative) {
+    const auto root = applicationDataRoot();
+    if (!root) {
+        return std::nullopt;
     }
-    QString folder = root + u'/' + relative;
-    // Who writes there finds out if this failed.
+    const QString folder = *root + u'/' + relative;
+    // A write into the folder fails if this did.
     static_cast<void>(EnsureFolder(folder));
     return folder;
 }
 
-QString applicationFolder() {
+std::optional<QString> applicationFolder() {
     return folderInApplicationData(QStringLiteral("Quorvane/Raincast_1"));
 }
 

@@ -23,10 +23,10 @@ enum FixType : std::int32_t {
 /// longer.
 inline constexpr int kSecondsToLoss = 9;
 
-/// Where the user is and how he moves. Published through Listener<CDataGPSPosition>.
+/// Where the user is and how they move. Published through Listener<CDataGPSPosition>.
 ///
-/// The numbers are what a receiver sent, of which nothing is certain: always finite, but possibly
-/// beyond the poles or the date line. Without a fix they are the last known ones.
+/// The numbers come from a receiver and are not checked: always finite, but possibly beyond the
+/// poles or the date line. Without a fix they are the last known ones.
 struct CDataGPSPosition {
     double latitude = 0;         ///< degrees, north positive
     double longitude = 0;        ///< degrees, east positive

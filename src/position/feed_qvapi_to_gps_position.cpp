@@ -17,12 +17,14 @@ constexpr std::uint32_t kSilentTicks = kSecondsToLoss;
 
 } // namespace
 
-CFeedQVAPI_to_GPSPosition::CFeedQVAPI_to_GPSPosition(PublishedPosition& position)
-    : Counter(kBeatsPerSecond), m_position(position) {}
+CFeedQVAPI_to_GPSPosition::CFeedQVAPI_to_GPSPosition(
+    PublishedPosition& position, NavigatorLink& link
+)
+    : Counter(kBeatsPerSecond), m_position(position), m_link(link) {}
 
 CFeedQVAPI_to_GPSPosition::~CFeedQVAPI_to_GPSPosition() {
     if (m_linked) {
-        DisconnectNavigator(false);
+        DisconnectNavigator(m_link, false);
     }
 }
 
@@ -31,8 +33,9 @@ void CFeedQVAPI_to_GPSPosition::onPublished(CDataGPSPosition& position) {
         return; // it came from the navigator
     }
     m_ticksSinceOther = 0;
-    // Nobody publishes while the program is busy; should somebody, he is not held up.
-    if (m_linked && !BusyGuard::active() && setNavigatorPosition(position) == kNavigatorGone) {
+    // Nobody publishes while the program is busy. If it happens, do not hold it up.
+    const bool tells = m_linked && !BusyGuard::active();
+    if (tells && setNavigatorPosition(m_link, position) == kNavigatorGone) {
         unlink();
     }
 }
@@ -57,27 +60,25 @@ void CFeedQVAPI_to_GPSPosition::tryToLink() {
         return;
     }
     m_ticksToAttempt = 0;
-    m_linked = ConnectNavigator(false) == kNavigatorSuccess;
+    m_linked = ConnectNavigator(m_link, false) == kNavigatorSuccess;
 }
 
 void CFeedQVAPI_to_GPSPosition::unlink() {
-    DisconnectNavigator(false);
+    DisconnectNavigator(m_link, false);
     m_linked = false;
     m_ticksToAttempt = 0;
 }
 
 void CFeedQVAPI_to_GPSPosition::poll() {
-    NavigatorPosition taken;
-    const NavigatorStatus status = getNavigatorPosition(taken);
-    if (status == kNavigatorSuccess) {
-        take(taken);
-    } else if (status != kNavigatorNoPosition) {
+    if (const auto taken = getNavigatorPosition(m_link)) {
+        take(*taken);
+    } else if (taken.error() != kNavigatorNoPosition) {
         unlink();
     }
 }
 
 void CFeedQVAPI_to_GPSPosition::take(const NavigatorPosition& taken) {
-    // What is no number is no place, and no fix; the last place known stays.
+    // Without two numbers there is no fix, and the last known place stays.
     const bool placed = std::isfinite(taken.latitude) && std::isfinite(taken.longitude);
     if (placed) {
         m_position.latitude = taken.latitude;
@@ -97,7 +98,7 @@ void CFeedQVAPI_to_GPSPosition::publish() {
     m_ticksSincePublication = 0;
 }
 
-// Listeners know of one position, the latest: another source's is not to be called lost.
+// Listeners know one position, the latest. Do not call another source's position lost.
 void CFeedQVAPI_to_GPSPosition::lose() {
     m_position.fixType = kFixNone;
     if (m_ticksSinceOther <= m_ticksSincePublication) {

@@ -10,17 +10,17 @@
 
 namespace raincast {
 
-/// Takes positions from the companion navigator, once a second, and gives it those that another
-/// source of this program publishes; while there are such, and for ten seconds after the last, the
-/// navigator is not asked. A navigator that is not there is looked for every eleven seconds; it is
-/// neither started nor ended here.
+/// Asks the companion navigator for its position once a second, and gives it the positions that
+/// another source of this program publishes. While there are such, and for ten seconds after the
+/// last one, the navigator is not asked. Looks for an absent navigator every eleven seconds;
+/// neither starts nor ends it.
 ///
-/// Nine seconds after the navigator's last position that counts as lost: it is published as one
-/// without a fix, or, when another source has published since, only drawn so.
+/// A position counts as lost nine seconds after the navigator gave it. It is then published without
+/// a fix or, when another source has published since, only drawn as lost.
 class CFeedQVAPI_to_GPSPosition : private Listener<CDataGPSPosition>, private CHeartbeat::Counter {
 public:
-    /// The position that it publishes through is borrowed.
-    explicit CFeedQVAPI_to_GPSPosition(PublishedPosition& position);
+    /// Borrows the position that it publishes through, and the link.
+    CFeedQVAPI_to_GPSPosition(PublishedPosition& position, NavigatorLink& link);
     ~CFeedQVAPI_to_GPSPosition() override;
 
     /// What the feed publishes.
@@ -41,6 +41,7 @@ private:
     void lose();
 
     PublishedPosition& m_position;
+    NavigatorLink& m_link;
     // Both are large at first: the first tick tries to link, and may poll.
     std::uint32_t m_ticksToAttempt = 10'000;
     std::uint32_t m_ticksSinceOther = 10'000;

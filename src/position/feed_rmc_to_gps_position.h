@@ -16,7 +16,8 @@ namespace raincast {
 /// Makes positions of a receiver's sentences. RMC leads: each one is a position. GGA adds altitude,
 /// dilution, satellites and the kind of fix; GGA and VTG give place and motion only as long as the
 /// source has sent no RMC. A receiver that falls silent is announced once, nine seconds after its
-/// last position, as a position without a fix; another source at once, and it starts anew.
+/// last position, as a position without a fix. A change of source is announced at once, and starts
+/// again.
 class CFeedRMC_to_GPSPosition : private Listener<CNMEA_GPS::RMC>,
                                 private Listener<CNMEA_GPS::GGA>,
                                 private Listener<CNMEA_GPS::VTG>,

@@ -20,8 +20,8 @@ namespace raincast {
 
 /// Keeps a position source open and publishes the sentences that come from it. A source that
 /// cannot be opened or breaks is opened again after 1, 2, 4, 8, 16 and then every 30 s, for as long
-/// as it is wanted: a device that is plugged in later is found. A sentence that arrives starts the
-/// delays anew.
+/// as it is wanted: a device that is plugged in later is found. A sentence that arrives resets
+/// the delays.
 class PositionReceiver : private PositionSource::Sink, private Listener<CNMEA_GPS::RMC> {
 public:
     enum class State {

@@ -19,11 +19,11 @@ public:
     /// setting the values.
     virtual void publish();
 
-    /// Has what was published last count as lost, without telling listeners: for a feed whose
-    /// position is no longer the user's, as another one publishes now.
+    /// Marks the last published position as lost without calling listeners: for a feed whose
+    /// position is no longer the user's, since another feed publishes now.
     virtual void drawAsLost();
 
-    /// What was published last, and is drawn.
+    /// The position that was published last, and is drawn.
     [[nodiscard]] const CDataGPSPosition& published() const { return m_published; }
 
 private:

@@ -30,7 +30,7 @@ QString cardCacheFolder(const QString& card) {
 }
 
 QString internalCacheFolder() {
-    return folderInApplicationData(kCacheFolder.toString());
+    return folderInApplicationData(kCacheFolder.toString()).value_or(QString());
 }
 
 QString ChooseDefaultCache() {

@@ -94,7 +94,7 @@ protected:
             sentences += sentenceAt(second);
         }
         writeFile(log, sentences);
-        m_receiver.use(PositionSourceAddress::parse("file:" + log + "?rate=1"));
+        m_receiver.use(*PositionSourceAddress::parse("file:" + log + "?rate=1"));
         playUntil(0);
     }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/position_source_dialog.h"
+#include "app/position_source_settings_type.h"
 #include "page/global_settings_type.h"
 #include "position/position_receiver.h"
 #include "position/source/position_source_setting.h"
@@ -91,13 +92,13 @@ protected:
     DlgPositionSourceTest() {
         FakeSource::reset();
         PositionSourceSetting::choose(QString());
-        PositionSourceSetting::setReceiver(&receiver);
     }
-    ~DlgPositionSourceTest() override {
-        PositionSourceSetting::setReceiver(nullptr);
-        PositionSourceSetting::choose(QString());
-    }
+    ~DlgPositionSourceTest() override { PositionSourceSetting::choose(QString()); }
 
+    void use(const QString& address) {
+        PositionSourceSetting::choose(address);
+        PositionSourceSetting::apply(receiver);
+    }
     int run(const DialogScript::Step& step) {
         DialogScript script;
         script.expect(kCaption, step);
@@ -116,6 +117,7 @@ protected:
 };
 
 TEST_F(DlgPositionSourceTest, TheSettingsMenuOffersItBehindTheUnits) {
+    const PositionSourceSettingsType settingsType(receiver);
     std::vector<std::string> captions;
     const CAppPaged::GlobalSettingsType* offered = nullptr;
     for (const auto* type : CAppPaged::GlobalSettingsType::all()) {
@@ -125,13 +127,8 @@ TEST_F(DlgPositionSourceTest, TheSettingsMenuOffersItBehindTheUnits) {
     ASSERT_NE(offered, nullptr);
     EXPECT_EQ(captions.front(), "Units");
     EXPECT_EQ(captions.back(), "GPS Source");
-    {
-        DialogScript script;
-        script.expect(kCaption);
-        offered->open(nullptr);
-    }
-    PositionSourceSetting::setReceiver(nullptr);
-    const DialogScript nothingOpens;
+    DialogScript script;
+    script.expect(kCaption);
     offered->open(nullptr);
 }
 
@@ -152,7 +149,7 @@ const Source kSources[] = {
 
 TEST_F(DlgPositionSourceTest, ShowsWhatIsInUse) {
     for (const Source& source : kSources) {
-        PositionSourceSetting::choose(QString::fromLatin1(source.address));
+        use(QString::fromLatin1(source.address));
         run([&source](QDialog& dialog) {
             const auto& kinds = control<QComboBox>(dialog, PositionSourceDialog::kKind);
             EXPECT_EQ(kinds.count(), 6);
@@ -168,7 +165,7 @@ TEST_F(DlgPositionSourceTest, ShowsWhatIsInUse) {
 
 TEST_F(DlgPositionSourceTest, OkPutsEachKindInUseAtOnce) {
     for (const Source& source : kSources) {
-        PositionSourceSetting::choose(QStringLiteral("udp:1"));
+        use(QStringLiteral("udp:1"));
         const auto enter = [&source](QDialog& dialog) {
             choose(dialog, source.kind);
             if (source.address[0] != 0) {
@@ -178,9 +175,8 @@ TEST_F(DlgPositionSourceTest, OkPutsEachKindInUseAtOnce) {
         };
         EXPECT_EQ(run(enter), Dialog::kOk);
         EXPECT_EQ(PositionSourceSetting::text().toStdString(), source.address);
-        EXPECT_EQ(
-            receiver.address(), PositionSourceAddress::parse(QString::fromLatin1(source.address))
-        );
+        const auto address = PositionSourceAddress::parse(QString::fromLatin1(source.address));
+        EXPECT_EQ(receiver.address(), address ? std::optional(*address) : std::nullopt);
     }
 }
 
@@ -235,7 +231,7 @@ TEST_F(DlgPositionSourceTest, AMistakeIsSaidAndTheDialogStays) {
 }
 
 TEST_F(DlgPositionSourceTest, EachKindKeepsWhatWasTyped) {
-    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    use(QStringLiteral("udp:10110"));
     run([](QDialog& dialog) {
         choose(dialog, "TCP server");
         EXPECT_EQ(addressField(dialog).text(), QString());
@@ -251,7 +247,7 @@ TEST_F(DlgPositionSourceTest, EachKindKeepsWhatWasTyped) {
 }
 
 TEST_F(DlgPositionSourceTest, LookingDisturbsNothing) {
-    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    use(QStringLiteral("udp:10110"));
     EXPECT_EQ(run(ok), Dialog::kOk);
     run([](QDialog& dialog) {
         choose(dialog, "TCP server");
@@ -262,9 +258,9 @@ TEST_F(DlgPositionSourceTest, LookingDisturbsNothing) {
 }
 
 TEST_F(DlgPositionSourceTest, ASourceForThisRunStaysOneUnlessAnotherIsEntered) {
-    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    use(QStringLiteral("udp:10110"));
     PositionSourceSetting::useForThisRun(QStringLiteral("file:log.nmea"));
-    PositionSourceSetting::apply();
+    PositionSourceSetting::apply(receiver);
     const auto tryAndTake = [](QDialog& dialog) {
         EXPECT_EQ(inUse(dialog), "For this run: file:log.nmea");
         tryIt(dialog);
@@ -283,12 +279,12 @@ TEST_F(DlgPositionSourceTest, ASourceForThisRunStaysOneUnlessAnotherIsEntered) {
 }
 
 TEST_F(DlgPositionSourceTest, SettingsThatMakeNoSenseAreSaid) {
-    PositionSourceSetting::choose(QStringLiteral("udp:x"));
+    use(QStringLiteral("udp:x"));
     run([](QDialog& dialog) {
         EXPECT_EQ(addressField(dialog).text(), QStringLiteral("x"));
         EXPECT_EQ(arrivals(dialog), "The port \"x\" is not a number from 1 to 65535.");
     });
-    PositionSourceSetting::choose(QStringLiteral("nonsense"));
+    use(QStringLiteral("nonsense"));
     EXPECT_EQ(
         run([](QDialog& dialog) {
             EXPECT_THAT(arrivals(dialog), StartsWith("It does not start with serial:, tcp:,"));
@@ -300,7 +296,7 @@ TEST_F(DlgPositionSourceTest, SettingsThatMakeNoSenseAreSaid) {
 }
 
 TEST_F(DlgPositionSourceTest, ATrialEndsWithTheDialog) {
-    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    use(QStringLiteral("udp:10110"));
     run([this](QDialog& dialog) {
         choose(dialog, "gpsd");
         tryIt(dialog);
@@ -325,7 +321,7 @@ TEST_F(DlgPositionSourceTest, ATrialThatIsTakenGoesOn) {
 }
 
 TEST_F(DlgPositionSourceTest, ATrialStartsTheCountsAnew) {
-    PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    use(QStringLiteral("udp:10110"));
     FakeSource::send(kSentence);
     run([this](QDialog& dialog) {
         FakeSource::send(kSentence);
@@ -344,7 +340,6 @@ TEST_F(DlgPositionSourceTest, TheLinesLiveWithARealServer) {
     EventLoop loop;
     QtTimers realTimers;
     PositionReceiver real(realTimers);
-    PositionSourceSetting::setReceiver(&real);
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress(QStringLiteral("127.0.0.1"))));
     std::unique_ptr<QTcpSocket> peer;
@@ -398,7 +393,6 @@ TEST_F(DlgPositionSourceTest, TheLinesLiveWithARealServer) {
         PositionSourceSetting::text(), QStringLiteral("tcp:127.0.0.1:%1").arg(server.serverPort())
     );
     send(1);
-    PositionSourceSetting::setReceiver(nullptr);
 }
 
 } // namespace

@@ -24,7 +24,7 @@ protected:
         use();
         watch.look(now);
     }
-    void use() { receiver.use(PositionSourceAddress::parse(QStringLiteral("gpsd:"))); }
+    void use() { receiver.use(*PositionSourceAddress::parse(QStringLiteral("gpsd:"))); }
     void look(double afterSeconds = 1) {
         now += static_cast<FileTime>(afterSeconds * kFileTimePerSecond);
         watch.look(now);

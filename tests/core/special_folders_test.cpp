@@ -37,16 +37,16 @@ TEST_F(SpecialFoldersTest, AreMadeWhereTheyAreMissing) {
 TEST_F(SpecialFoldersTest, AreEmptyWithoutARoot) {
     writeFile(m_folder.filePath("file"));
     useDataHome(m_folder.filePath("file"));
-    EXPECT_EQ(applicationDataRoot(), "");
-    EXPECT_EQ(applicationFolder(), "");
+    EXPECT_FALSE(applicationDataRoot());
+    EXPECT_FALSE(applicationFolder());
     useDataHome(m_folder.filePath("file/below"));
-    EXPECT_EQ(folderInApplicationData("a"), "");
+    EXPECT_FALSE(folderInApplicationData("a"));
 }
 
 TEST_F(SpecialFoldersTest, AreNamedEvenWhereTheyCannotBeMade) {
     writeFile(m_folder.filePath("data/home/Quorvane"));
     EXPECT_EQ(applicationFolder(), m_folder.filePath("data/home/Quorvane/Raincast_1"));
-    EXPECT_FALSE(QFileInfo::exists(applicationFolder()));
+    EXPECT_FALSE(QFileInfo::exists(*applicationFolder()));
 }
 
 } // namespace

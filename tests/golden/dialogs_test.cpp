@@ -63,14 +63,12 @@ void openServers(SampleViewer& viewer) {
 }
 
 void openPositionSource(SampleViewer& viewer) {
-    ManualTimers timers;
-    PositionReceiver receiver(timers, FakeSource::make);
-    PositionSourceSetting::setReceiver(&receiver);
     PositionSourceSetting::choose(QStringLiteral("serial:/dev/ttyUSB0@9600"));
+    PositionSourceSetting::apply(viewer.receiver());
     FakeSource::send("$GPRMC,183000,A,4130.000,N,10515.000,W,0,0,150607,,\r\n$GPGSV,1\r\n");
     openSettings<CAppPaged::GlobalSettingsType::kRankGpsSource>(viewer);
-    PositionSourceSetting::setReceiver(nullptr);
     PositionSourceSetting::choose(QString());
+    PositionSourceSetting::apply(viewer.receiver());
 }
 
 void openRename(SampleViewer& viewer) {

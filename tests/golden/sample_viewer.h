@@ -2,10 +2,14 @@
 #pragma once
 
 #include "app/main_window.h"
+#include "app/position_source_settings_type.h"
 #include "app/raincast_app.h"
 #include "core/resource_module.h"
 #include "page/page_display.h"
+#include "position/position_receiver.h"
 #include "sample_server.h"
+#include "support/fake_source.h"
+#include "support/manual_timers.h"
 #include "support/temporary_home.h"
 
 class QMainWindow;
@@ -23,6 +27,7 @@ public:
 
     [[nodiscard]] QMainWindow& frame() { return *m_window.frame(); }
     [[nodiscard]] CRaincastApp& application() { return m_application; }
+    [[nodiscard]] PositionReceiver& receiver() { return m_receiver; }
     /// The page "Weather", while it exists.
     [[nodiscard]] CPageDisplay& page();
     /// One beat of the main window's clock: its title catches up with the page.
@@ -34,6 +39,9 @@ private:
     void addPages();
 
     TemporaryHome m_home;
+    ManualTimers m_timers;
+    PositionReceiver m_receiver{m_timers, FakeSource::make};
+    PositionSourceSettingsType m_positionSource{m_receiver};
     SampleServer m_server;
     ResourceModule m_resources;
     MainWindow m_window;

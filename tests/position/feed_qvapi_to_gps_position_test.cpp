@@ -78,7 +78,8 @@ protected:
     FakeNavigator navigator;
     RecordListener<CDataGPSPosition> positions;
     ShownPosition shown;
-    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, shown};
+    NavigatorLink navigatorLink;
+    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, shown, navigatorLink};
 };
 
 TEST_F(FeedQvapiTest, AnAbsentNavigatorIsLookedForAtOnceAndThenAtEvery11thTick) {
@@ -197,13 +198,13 @@ TEST_F(FeedQvapiTest, AnOlderNavigatorIsAskedAgainInASecondTransaction) {
 
 TEST_F(FeedQvapiTest, AnyOtherStatusUnlinksFor11Ticks) {
     for (const std::uint32_t status : {1U, 4U, 8U, 99U}) {
-        feed.emplace(shown);
+        feed.emplace(shown, navigatorLink);
         navigator.answers = {};
         link();
         navigator.answers[32772] = status;
         EXPECT_EQ(tick(), kGet);
         EXPECT_FALSE(feed->linked()) << status;
-        EXPECT_FALSE(NavigatorLink::program().window);
+        EXPECT_FALSE(navigatorLink.window);
         EXPECT_THAT(tick(10), IsEmpty()) << status;
         EXPECT_THAT(tick(), Contains(kFind)) << status;
     }
@@ -221,7 +222,7 @@ TEST_F(FeedQvapiTest, ANavigatorThatUnderstandsNothingIsUnlinked) {
 TEST_F(FeedQvapiTest, ANavigatorThatFellSilentIsLostAfterNineSeconds) {
     for (const bool dies : {true, false}) {
         navigator.answers = {};
-        feed.emplace(shown);
+        feed.emplace(shown, navigatorLink);
         linkWithFix();
         const std::size_t before = positions.records.size();
         if (dies) {
@@ -392,13 +393,13 @@ TEST_F(FeedQvapiTest, ItsEndUnlinksAndClosesNothing) {
     link();
     navigator.takeCalls();
     feed.reset();
-    EXPECT_FALSE(NavigatorLink::program().window);
+    EXPECT_FALSE(navigatorLink.window);
     EXPECT_THAT(navigator.takeCalls(), IsEmpty());
     // Nor does an unlinked one touch another's link.
-    feed.emplace(shown);
-    ASSERT_EQ(ConnectNavigator(false), kNavigatorSuccess);
+    feed.emplace(shown, navigatorLink);
+    ASSERT_EQ(ConnectNavigator(navigatorLink, false), kNavigatorSuccess);
     feed.reset();
-    EXPECT_TRUE(NavigatorLink::program().window);
+    EXPECT_TRUE(navigatorLink.window);
 }
 
 } // namespace

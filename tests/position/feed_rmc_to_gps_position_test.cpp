@@ -237,7 +237,7 @@ class SourceChangeTest : public FeedRmcTest {
 protected:
     SourceChangeTest() { FakeSource::reset(); }
     void use(const char* address) {
-        receiver.use(PositionSourceAddress::parse(QString::fromLatin1(address)));
+        receiver.use(*PositionSourceAddress::parse(QString::fromLatin1(address)));
     }
 
     ManualTimers timers;
@@ -306,7 +306,7 @@ TEST_F(SourceChangeTest, ASourceThatBreaksIsStillTheSame) {
 TEST_F(SourceChangeTest, TheReceiversEndIsNoNews) {
     {
         PositionReceiver other(timers, FakeSource::make);
-        other.use(PositionSourceAddress::parse(QStringLiteral("gpsd:")));
+        other.use(*PositionSourceAddress::parse(QStringLiteral("gpsd:")));
         FakeSource::send(kRmc);
     }
     EXPECT_EQ(published(), 1U);

@@ -130,7 +130,7 @@ TEST_F(PositionReceiverTest, ARecordedFileIsPlayedOnceAFileThatAppearsLaterIsFou
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("log.nmea"));
     PositionReceiver player(timers);
-    player.use(PositionSourceAddress::parse(QStringLiteral("file:%1?rate=0").arg(path)));
+    player.use(*PositionSourceAddress::parse(QStringLiteral("file:%1?rate=0").arg(path)));
     EXPECT_EQ(player.state(), State::waiting);
     writeFile(path, "$GPVTG,1\r\n$GPVTG,2\r\n");
     EXPECT_EQ(timers.fire(), 1000);

@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 
+#include <optional>
+
 namespace raincast {
 
 namespace {
@@ -24,8 +26,7 @@ std::unique_ptr<NavigatorPort::Window> findNavigator() {
     return NavigatorPort::current().findWindow(kWindowClass);
 }
 
-/// Empty when the registry does not name a folder.
-QString sharedFilePath() {
+std::optional<QString> sharedFilePath() {
     const QString folder = RegistryStore::inStandardFolders()
                                .string(
                                    RegistryStore::Branch::user, QStringLiteral("Software/Quorvane"),
@@ -33,12 +34,12 @@ QString sharedFilePath() {
                                )
                                .value_or(QString());
     if (folder.isEmpty() || folder.size() > kLongestFolder) {
-        return {};
+        return std::nullopt;
     }
     return (folder + kFileName).left(NavigatorLink::kLongestPath);
 }
 
-/// The path of the program in a command line: it stands in quotes or ends at the first blank.
+// The program's path in a command line stands in quotes or ends at the first blank.
 QString programOf(const QString& command) {
     return command.startsWith(u'"') ? command.section(u'"', 1, 1) : command.section(u' ', 0, 0);
 }
@@ -62,28 +63,22 @@ std::unique_ptr<NavigatorPort::Window> awaitNavigator() {
     return window;
 }
 
-/// The link to a window that was found.
+// Adds the mutex and the file to a link that has a window.
 NavigatorStatus complete(NavigatorLink& link) {
     link.mutex = NavigatorPort::current().createMutex(kMutexName);
     if (!link.mutex) {
         return kNavigatorNoMutex;
     }
-    link.file = sharedFilePath();
-    return link.file.isEmpty() ? kNavigatorNoFolder : kNavigatorSuccess;
+    const auto path = sharedFilePath();
+    link.file = path.value_or(QString());
+    return path ? kNavigatorSuccess : kNavigatorNoFolder;
 }
 
 } // namespace
 
-NavigatorLink& NavigatorLink::program() {
-    // Never destroyed: a static feed may unlink when other static objects are gone.
-    static auto* const link = new NavigatorLink;
-    return *link;
-}
-
-NavigatorStatus ConnectNavigator(bool launch) {
-    NavigatorLink& link = NavigatorLink::program();
+NavigatorStatus ConnectNavigator(NavigatorLink& link, bool launch) {
     if (link.window) {
-        DisconnectNavigator(false);
+        DisconnectNavigator(link, false);
     }
     link.window = findNavigator();
     if (!link.window && !launch) {
@@ -96,8 +91,7 @@ NavigatorStatus ConnectNavigator(bool launch) {
     return link.window ? complete(link) : kNavigatorNotStarted;
 }
 
-NavigatorStatus DisconnectNavigator(bool close) {
-    NavigatorLink& link = NavigatorLink::program();
+NavigatorStatus DisconnectNavigator(NavigatorLink& link, bool close) {
     link.mutex.reset();
     if (close && link.window) {
         link.window->post(kClose);

@@ -8,28 +8,23 @@
 
 namespace raincast {
 
-/// The program's one link to the companion navigator (docs/formats/navigator.md): the navigator's
-/// main window, the mutex that its clients share, and the path of the file through which parameters
-/// and results go. All operations are for the user-interface thread. See CQV_transaction for one
-/// exchange over it.
-
-/// Links with the navigator, after unlinking if there was a link. If it does not run it is started
-/// when `launch` says so, by the command that it has registered, and waited for up to 10 seconds.
-/// kNavigatorNoFolder leaves a link without a shared file.
-[[nodiscard]] NavigatorStatus ConnectNavigator(bool launch);
-
-/// Forgets window and mutex; with `close` the navigator is asked to end first. Always success.
-NavigatorStatus DisconnectNavigator(bool close);
-
-/// What the link consists of, for those who use it.
+/// A link to the companion navigator (docs/formats/navigator.md). The viewer owns one and lends it
+/// to the feed. See CQV_transaction for an exchange over it. User-interface thread only.
 struct NavigatorLink {
     static constexpr int kLongestPath = 260; ///< UTF-16 units
 
     std::unique_ptr<NavigatorPort::Mutex> mutex;   ///< null while not linked
     std::unique_ptr<NavigatorPort::Window> window; ///< null while not linked
     QString file;                                  ///< the shared file's path; empty until found
-
-    [[nodiscard]] static NavigatorLink& program();
 };
+
+/// Links with the navigator and ends an earlier link first. With `launch`, starts a navigator that
+/// does not run, by its registered command, and waits up to 10 seconds for its window.
+/// kNavigatorNoFolder leaves a link without a shared file.
+[[nodiscard]] NavigatorStatus ConnectNavigator(NavigatorLink& link, bool launch);
+
+/// Forgets the window and the mutex; with `close`, asks the navigator to end first. Always
+/// succeeds.
+NavigatorStatus DisconnectNavigator(NavigatorLink& link, bool close);
 
 } // namespace raincast

@@ -9,26 +9,32 @@
 #include <QProcess>
 
 #include <algorithm>
+#include <optional>
 #include <thread>
 
 namespace raincast {
 
 namespace {
 
-/// The path of what is called so; empty when the user has no folder for it. Qt would make one.
-QByteArray runtimePath(const QString& name) {
+// The path of a name, empty without the user's runtime folder. Qt would make one.
+std::optional<QByteArray> runtimePath(const QString& name) {
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
-    return folder.startsWith('/') ? folder + '/' + QFile::encodeName(name) : QByteArray();
+    if (!folder.startsWith('/')) {
+        return std::nullopt;
+    }
+    return folder + '/' + QFile::encodeName(name);
 }
 
 } // namespace
 
 std::unique_ptr<NavigatorPort::Window> LocalNavigatorPort::findWindow(const QString& windowClass) {
-    return NavigatorSocket::connect(runtimePath(windowClass), m_answerLimit);
+    const auto path = runtimePath(windowClass);
+    return path ? NavigatorSocket::connect(*path, m_answerLimit) : nullptr;
 }
 
 std::unique_ptr<NavigatorPort::Mutex> LocalNavigatorPort::createMutex(const QString& name) {
-    return NavigatorLock::open(runtimePath(name));
+    const auto path = runtimePath(name);
+    return path ? NavigatorLock::open(*path) : nullptr;
 }
 
 void LocalNavigatorPort::startProgram(const QString& path) {

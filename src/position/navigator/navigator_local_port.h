@@ -6,9 +6,9 @@
 namespace raincast {
 
 /// The port of this system (docs/formats/navigator.md). A window is a local socket and a mutex is a
-/// locked file, both called as they are and both in $XDG_RUNTIME_DIR, the folder that is the user's
-/// alone; where there is no such folder there is neither. Looking for a window that is not there
-/// costs one refused connection and leaves nothing behind.
+/// locked file, both under their own names in $XDG_RUNTIME_DIR, the user's private folder; without
+/// that folder there is neither. Looking for an absent window costs one refused connection and
+/// leaves nothing behind.
 ///
 /// While a window or a mutex is waited for the program is busy (NavigatorWaiting).
 class LocalNavigatorPort : public NavigatorPort {

@@ -30,8 +30,7 @@ std::unique_ptr<NavigatorLock> NavigatorLock::open(const QByteArray& path) {
 }
 
 bool NavigatorLock::wait() {
-    // Not one blocking call: windows are to be painted meanwhile, and the program may be told to
-    // end.
+    // Not one blocking call: windows are painted meanwhile, and the program may be asked to end.
     NavigatorWaiting waiting;
     while (::flock(m_file.get(), LOCK_EX | LOCK_NB) != 0) {
         if ((errno != EWOULDBLOCK && errno != EINTR) || !waiting.goesOn()) {

@@ -12,7 +12,7 @@ namespace raincast {
 /// need, is empty and stays; the system releases the lock of a process that ends, however it does.
 class NavigatorLock : public NavigatorPort::Mutex {
 public:
-    /// Null when there is no such file and none can be made.
+    /// Null when the file is missing and cannot be made.
     [[nodiscard]] static std::unique_ptr<NavigatorLock> open(const QByteArray& path);
 
     [[nodiscard]] bool wait() override;

@@ -33,7 +33,7 @@ public:
         [[nodiscard]] virtual bool exists() = 0;
 
         /// Sends a message and waits until it has been handled; returns what its handler returned.
-        /// Empty when there is no window any more, or none by the time of the answer.
+        /// Empty when the window has gone, or goes before it answers.
         [[nodiscard]] virtual std::optional<std::uint32_t> send(const Message& message) = 0;
 
         /// Sends a message and does not wait. One that does not arrive is lost.
@@ -45,8 +45,8 @@ public:
     public:
         virtual ~Mutex() = default;
 
-        /// Waits until it is this program's. There is no limit of time; false only when there is no
-        /// lock to be had at all, or when this program is to end.
+        /// Waits until it is this program's, without limit of time. False only when it cannot be
+        /// locked at all, or when this program is to end.
         [[nodiscard]] virtual bool wait() = 0;
 
         virtual void release() = 0;
@@ -54,10 +54,10 @@ public:
 
     virtual ~NavigatorPort() = default;
 
-    /// The main window of the class; null when there is none.
+    /// The main window of the class; null without one.
     [[nodiscard]] virtual std::unique_ptr<Window> findWindow(const QString& windowClass) = 0;
 
-    /// The mutex of that name, made if nobody has it yet; not waited for. Null when that fails.
+    /// The mutex of that name, made if it does not exist yet; not waited for. Null when that fails.
     [[nodiscard]] virtual std::unique_ptr<Mutex> createMutex(const QString& name) = 0;
 
     /// Starts a program, without arguments, that lives on by itself. Says nothing of a failure.

@@ -10,7 +10,10 @@ namespace raincast {
 
 namespace {
 
-NavigatorStatus read(CQV_transaction& file, NavigatorPosition& position) {
+using Result = tl::expected<NavigatorPosition, NavigatorStatus>;
+
+Result read(CQV_transaction& file) {
+    NavigatorPosition position;
     const NavigatorStatus read[] = {
         file.ReadDouble(position.latitude), file.ReadDouble(position.longitude),
         file.ReadFloat(position.course),    file.ReadFloat(position.speed),
@@ -18,24 +21,26 @@ NavigatorStatus read(CQV_transaction& file, NavigatorPosition& position) {
         file.ReadBool(position.valid),      file.ReadFloat(position.extra1),
         file.ReadFloat(position.extra2),
     };
-    return *std::max_element(std::begin(read), std::end(read)); // success or the one failure
+    const auto status = *std::max_element(std::begin(read), std::end(read)); // or the one failure
+    return status == kNavigatorSuccess ? Result(position) : tl::unexpected(status);
 }
 
-NavigatorStatus get(NavigatorRequest request, NavigatorPosition& position) {
-    CQV_transaction transaction;
+Result get(NavigatorLink& link, NavigatorRequest request) {
+    CQV_transaction transaction(link);
     const NavigatorStatus status = transaction.Call(request);
-    return status == kNavigatorSuccess ? read(transaction, position) : status;
+    return status == kNavigatorSuccess ? read(transaction) : tl::unexpected(status);
 }
 
 } // namespace
 
-NavigatorStatus getNavigatorPosition(NavigatorPosition& position) {
-    const NavigatorStatus status = get(kNavigatorGetPositionNewer, position);
-    return status == kNavigatorUnknownRequest ? get(kNavigatorGetPosition, position) : status;
+Result getNavigatorPosition(NavigatorLink& link) {
+    const Result newer = get(link, kNavigatorGetPositionNewer);
+    const bool unknown = !newer && newer.error() == kNavigatorUnknownRequest;
+    return unknown ? get(link, kNavigatorGetPosition) : newer;
 }
 
-NavigatorStatus setNavigatorPosition(const CDataGPSPosition& position) {
-    CQV_transaction transaction;
+NavigatorStatus setNavigatorPosition(NavigatorLink& link, const CDataGPSPosition& position) {
+    CQV_transaction transaction(link);
     transaction.WriteDouble(position.latitude);
     transaction.WriteDouble(position.longitude);
     for (const float value : {position.course, position.speed, position.altitude}) {

@@ -4,16 +4,18 @@
 #include "position/navigator/navigator_status.h"
 
 #include <cstdint>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
 struct CDataGPSPosition;
+struct NavigatorLink;
 
-/// A position as the navigator tells it: 64 bytes of the shared file, in this order
+/// A position as the navigator gives it: 64 bytes of the shared file, in this order
 /// (docs/formats/navigator.md).
 struct NavigatorPosition {
-    double latitude = 0;           ///< degrees, north positive; any number, or none
-    double longitude = 0;          ///< degrees, east positive; any number, or none
+    double latitude = 0;           ///< degrees, north positive; any number, or not a number
+    double longitude = 0;          ///< degrees, east positive; any number, or not a number
     float course = 0;              ///< degrees
     float speed = 0;               ///< knots
     float altitude = 0;            ///< metres as a rule
@@ -24,12 +26,12 @@ struct NavigatorPosition {
 };
 
 /// Asks the navigator for its position by the newer request and, if it does not know that one, by
-/// the older. `position` means something when the status is success. A file that is too short is
-/// kNavigatorFileFailed.
-[[nodiscard]] NavigatorStatus getNavigatorPosition(NavigatorPosition& position);
+/// the older. Fails with the navigator's status; a file that is too short is kNavigatorFileFailed.
+[[nodiscard]] tl::expected<NavigatorPosition, NavigatorStatus>
+getNavigatorPosition(NavigatorLink& link);
 
-/// Tells the navigator a position that came from elsewhere. Parameters that could not be written
-/// show only as a file that the navigator finds too short.
-NavigatorStatus setNavigatorPosition(const CDataGPSPosition& position);
+/// Gives the navigator a position that came from elsewhere. If the parameters could not be written,
+/// only the navigator notices: its file is too short.
+NavigatorStatus setNavigatorPosition(NavigatorLink& link, const CDataGPSPosition& position);
 
 } // namespace raincast

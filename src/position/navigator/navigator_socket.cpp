@@ -42,7 +42,7 @@ bool connectTo(int socket, const QByteArray& path) {
 
 std::unique_ptr<NavigatorSocket>
 NavigatorSocket::connect(const QByteArray& path, std::chrono::milliseconds answerLimit) {
-    // Without SOCK_NONBLOCK connecting waits for a program that hangs and accepts nobody.
+    // Without SOCK_NONBLOCK connecting waits for a program that hangs and does not accept.
     FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (!socket.isOpen() || !connectTo(socket.get(), path)) {
         return nullptr;
@@ -54,7 +54,7 @@ bool NavigatorSocket::exists() {
     if (!m_socket.isOpen()) {
         return false;
     }
-    // Neither the end of the connection nor bytes that nobody asked for may be there.
+    // The connection must not have ended, and must hold no bytes that were not asked for.
     char byte = 0;
     const auto there = ::recv(m_socket.get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT);
     if (there >= 0 || (errno != EAGAIN && errno != EINTR)) {

@@ -15,7 +15,7 @@ namespace raincast {
 /// (docs/formats/navigator.md). Whatever else comes, or does not come in time, ends the connection.
 class NavigatorSocket : public NavigatorPort::Window {
 public:
-    /// Null when nobody of this user listens there. Never waits.
+    /// Null when no program of this user listens there. Never waits.
     [[nodiscard]] static std::unique_ptr<NavigatorSocket>
     connect(const QByteArray& path, std::chrono::milliseconds answerLimit);
 

@@ -15,10 +15,10 @@ enum NavigatorStatus : std::uint32_t {
     kNavigatorFileFailed = 8,      ///< the shared file cannot be opened, or is too short
     kNavigatorUnknownRequest = 11, ///< the navigator's: it does not know the request
     kNavigatorNoPosition = 12,     ///< the navigator's: it has no position at present
-    kNavigatorAbsent = 16,         ///< it does not run, and nobody asked to start it
+    kNavigatorAbsent = 16,         ///< it does not run, and was not to be started
 };
 
-/// What the navigator is asked for.
+/// The requests to the navigator.
 enum NavigatorRequest : std::uint32_t {
     kNavigatorGetPosition = 31,
     kNavigatorSetPosition = 32,

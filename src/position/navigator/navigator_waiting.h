@@ -15,7 +15,7 @@ public:
     /// Lets exposures through, and nothing else. False ends the wait: the program is to end.
     using Hook = std::function<bool()>;
 
-    /// The hook of all waits; an empty one is none. It is called every 100 ms.
+    /// The hook of all waits, called every 100 ms; an empty function removes it.
     static void useHook(Hook hook);
 
     /// To be called at least every 100 ms of the wait; false says to give it up.

@@ -20,20 +20,7 @@ namespace {
 constexpr std::uint32_t kUserMessage = 0x0400;
 constexpr std::uint32_t kRequestFollows = 16;
 
-/// The shared file. Its folder may be one where others can put things, too: what is no plain file
-/// of this user is not opened, and neither followed nor waited for.
-FileDescriptor openShared(int flags) {
-    const QByteArray path = QFile::encodeName(NavigatorLink::program().file);
-    constexpr mode_t kMode = S_IRUSR | S_IWUSR;
-    FileDescriptor file(::open(path.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kMode)
-    );
-    struct stat status {};
-    const bool good = file.isOpen() && ::fstat(file.get(), &status) == 0 &&
-                      S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
-    return good ? std::move(file) : FileDescriptor();
-}
-
-/// Applies a system call to the bytes until all of them are through or it moves no more.
+// Applies a system call to the bytes until all of them are through or it moves no more.
 template<class Bytes, class Move>
 bool moveAll(int file, Bytes bytes, Move move) {
     while (!bytes.empty()) {
@@ -49,27 +36,37 @@ bool moveAll(int file, Bytes bytes, Move move) {
 
 } // namespace
 
-CQV_transaction::CQV_transaction() {
-    const NavigatorLink& link = NavigatorLink::program();
-    m_hasMutex = link.mutex && link.mutex->wait();
-}
+CQV_transaction::CQV_transaction(NavigatorLink& link)
+    : m_link(link), m_hasMutex(link.mutex && link.mutex->wait()) {}
 
 CQV_transaction::~CQV_transaction() {
     m_file.reset();
     if (m_hasMutex) {
-        NavigatorLink::program().mutex->release();
+        m_link.mutex->release();
     }
 }
 
 NavigatorStatus CQV_transaction::Call(std::uint32_t request) {
-    // Whoever opened the file stays named: it is not opened that way again.
+    // The file is not opened the same way again: m_openForWriting and m_openForReading stay.
     m_file.reset();
-    const NavigatorLink& link = NavigatorLink::program();
-    if (!m_hasMutex || !link.window || !link.window->exists()) {
+    if (!m_hasMutex || !m_link.window || !m_link.window->exists()) {
         return kNavigatorGone;
     }
-    const auto answer = link.window->send({kUserMessage, kRequestFollows, request});
+    const auto answer = m_link.window->send({kUserMessage, kRequestFollows, request});
     return static_cast<NavigatorStatus>(answer.value_or(kNavigatorGone));
+}
+
+// Others may be able to put things into the file's folder: only a plain file of this user is
+// opened, no link is followed, and nothing is waited for.
+FileDescriptor CQV_transaction::openShared(int flags) const {
+    const QByteArray path = QFile::encodeName(m_link.file);
+    constexpr mode_t kMode = S_IRUSR | S_IWUSR;
+    FileDescriptor file(::open(path.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kMode)
+    );
+    struct stat status {};
+    const bool good = file.isOpen() && ::fstat(file.get(), &status) == 0 &&
+                      S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
+    return good ? std::move(file) : FileDescriptor();
 }
 
 bool CQV_transaction::startWriting() {

@@ -9,19 +9,22 @@
 
 namespace raincast {
 
-/// One exchange with the navigator over the program's link: parameters are written to the shared
+struct NavigatorLink;
+
+/// One exchange with the navigator over a link: parameters are written to the shared
 /// file, the request is sent, results are read from the file. The mutex is held from construction,
 /// which waits for it without limit of time, to destruction: other clients wait meanwhile.
 ///
 /// Numbers in the file are little-endian and follow one another without gaps. The first one written
-/// makes the file anew, the first one read opens it from its beginning. There is one of each in a
+/// empties the file, the first one read opens it from its beginning. There is one of each in a
 /// transaction: a second round of writing or reading after a further Call fails.
 ///
 /// Without the mutex, as when nothing is linked, the file is not touched and the navigator counts
 /// as gone.
 class CQV_transaction {
 public:
-    CQV_transaction();
+    /// Borrows the link.
+    explicit CQV_transaction(NavigatorLink& link);
     virtual ~CQV_transaction();
     CQV_transaction(const CQV_transaction&) = delete;
     CQV_transaction& operator=(const CQV_transaction&) = delete;
@@ -46,9 +49,11 @@ private:
     [[nodiscard]] NavigatorStatus writeValue(T value);
     template<class T>
     [[nodiscard]] NavigatorStatus readValue(T& value);
+    [[nodiscard]] FileDescriptor openShared(int flags) const;
     [[nodiscard]] bool startWriting();
     [[nodiscard]] bool startReading();
 
+    NavigatorLink& m_link;
     FileDescriptor m_file;
     bool m_hasMutex;
     bool m_openForWriting = false;

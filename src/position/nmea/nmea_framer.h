@@ -21,7 +21,7 @@ public:
     /// Longest sentence in characters, its start included, its line end not.
     static constexpr std::size_t kMaxLength = 256;
 
-    /// The counters are borrowed; what is no sentence, or none that is whole, is counted here.
+    /// Borrows the counters; counts bytes outside of sentences and sentences that are not whole.
     explicit NmeaFramer(NmeaCounters& counters) : m_counters(counters), m_gap(counters) {}
 
     /// Takes bytes off the front of the input up to the end of the next sentence and returns that

@@ -7,12 +7,12 @@
 
 namespace raincast {
 
-/// The pace at which a recorded log was written, told from the times of day of its RMC and GGA
-/// sentences: what stands between two of them was written along with the first.
+/// The pace at which a recorded log was written, from the times of day of its RMC and GGA
+/// sentences. The sentences between two of them were written along with the first.
 ///
 /// A time that goes back by up to two seconds is that of a slower sentence, and nothing waits for
-/// it; one that goes back further starts anew, as after a receiver's restart. A gap is waited for
-/// up to ten seconds, time enough to see that positions fail to come.
+/// it; one that goes back further starts again, as after a receiver's restart. A gap takes up to
+/// ten seconds, time enough to see that positions fail to come.
 class NmeaPace {
 public:
     static constexpr std::chrono::milliseconds kLongestGap{10'000};

@@ -25,7 +25,7 @@ public:
     /// The three letters after the talker's two, "RMC".
     [[nodiscard]] std::string_view name() const { return m_name; }
 
-    /// The kind of that name, the one constructed last if there are several; null if there is none.
+    /// The kind of that name, the one constructed last if there are several; null without one.
     [[nodiscard]] static const CNMEASentenceType* find(std::string_view name);
 
     CNMEASentenceType(const CNMEASentenceType&) = delete;

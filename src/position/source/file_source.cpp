@@ -19,7 +19,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// What is read and given out before other events have their turn.
+// So much is read and given out before other events have their turn.
 constexpr std::size_t kPieceSize = 64 * 1024;
 constexpr milliseconds kAfterOthers{0};
 constexpr milliseconds kWhileBusy{100};
@@ -109,7 +109,7 @@ bool FileSource::isDue(std::string_view piece) {
 std::string_view FileSource::nextPiece() {
     bool atEnd = false;
     while (true) {
-        // Taken anew in each round: filling moves the buffer, also at the end of the file.
+        // Taken again in each round: filling moves the buffer, also at the end of the file.
         const std::string_view rest = std::string_view(m_buffer).substr(m_played);
         const std::size_t lineEnd = rest.find('\n');
         if (m_rate > 0 && lineEnd != std::string_view::npos) {

@@ -15,7 +15,8 @@ class Timers;
 /// the program is busy.
 class PositionSource {
 public:
-    /// Who is told. Inside these calls the source may be closed, but neither opened nor ended.
+    /// Receives the bytes. Inside these calls the source may be closed, but neither opened nor
+    /// ended.
     class Sink {
     public:
         virtual ~Sink() = default;
@@ -32,8 +33,8 @@ public:
 
     virtual ~PositionSource() = default;
 
-    /// Opens the source, which must be closed. What comes of it is told to the sink, possibly
-    /// before the call returns. The sink is borrowed until the source is closed.
+    /// Opens the source, which must be closed. The sink is called with the result, possibly
+    /// before this returns. The sink is borrowed until the source is closed.
     virtual void open(Sink& sink) = 0;
 
     /// Closes the source, whatever its state: the sink hears no more of it.

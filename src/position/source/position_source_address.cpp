@@ -14,17 +14,18 @@ namespace raincast {
 namespace {
 
 using Address = PositionSourceAddress;
+using Mistake = std::optional<QString>;
 
-// For messages: nobody reads a text of a thousand characters there.
+// Keeps messages short enough to read.
 QString shortened(QStringView text) {
     constexpr qsizetype kMost = 60;
     return text.size() <= kMost ? text.toString()
                                 : text.left(kMost).toString() + QStringLiteral("...");
 }
 
-// Each of these reads what follows the scheme and returns what is wrong, or an empty text.
+// Each of these reads the text behind the scheme and returns the mistake in it.
 
-QString readPort(QStringView text, Address& address) {
+Mistake readPort(QStringView text, Address& address) {
     bool isNumber = false;
     const uint port = QLocale::c().toUInt(text, &isNumber);
     const bool inRange = 1 <= port && port <= std::numeric_limits<std::uint16_t>::max();
@@ -33,11 +34,11 @@ QString readPort(QStringView text, Address& address) {
             .arg(shortened(text));
     }
     address.port = static_cast<std::uint16_t>(port);
-    return {};
+    return std::nullopt;
 }
 
-// "host", "host:port", "[::1]", "[::1]:port". A port that is not there is left as it is.
-QString readHostAndPort(QStringView text, Address& address) {
+// "host", "host:port", "[::1]", "[::1]:port". Without a port the address keeps its own.
+Mistake readHostAndPort(QStringView text, Address& address) {
     const qsizetype bracket = text.startsWith(u'[') ? text.indexOf(u']') : -1;
     if (text.startsWith(u'[') && bracket < 0) {
         return QStringLiteral("the bracket of the address \"%1\" is not closed")
@@ -56,10 +57,10 @@ QString readHostAndPort(QStringView text, Address& address) {
     if (!host.isEmpty()) {
         address.host = host.toString();
     }
-    return colon < 0 ? QString() : readPort(text.sliced(colon + 1), address);
+    return colon < 0 ? std::nullopt : readPort(text.sliced(colon + 1), address);
 }
 
-QString readSerial(QStringView text, Address& address) {
+Mistake readSerial(QStringView text, Address& address) {
     address.baud = Address::kDefaultBaud;
     const qsizetype at = text.lastIndexOf(u'@');
     const QStringView path = at < 0 ? text : text.left(at);
@@ -68,7 +69,7 @@ QString readSerial(QStringView text, Address& address) {
     }
     address.path = path.toString();
     if (at < 0) {
-        return {};
+        return std::nullopt;
     }
     const QStringView speed = text.sliced(at + 1);
     bool isNumber = false;
@@ -77,27 +78,26 @@ QString readSerial(QStringView text, Address& address) {
         return QStringLiteral("\"%1\" is not a speed of serial devices, as 4800 is")
             .arg(shortened(speed));
     }
-    return {};
+    return std::nullopt;
 }
 
-QString readTcp(QStringView text, Address& address) {
-    const QString error = readHostAndPort(text, address);
-    if (!error.isEmpty()) {
-        return error;
+Mistake readTcp(QStringView text, Address& address) {
+    if (const Mistake mistake = readHostAndPort(text, address)) {
+        return mistake;
     }
     if (address.host.isEmpty()) {
         return QStringLiteral("the host is missing");
     }
-    return address.port == 0 ? QStringLiteral("the port is missing") : QString();
+    return address.port == 0 ? Mistake(QStringLiteral("the port is missing")) : std::nullopt;
 }
 
-QString readGpsd(QStringView text, Address& address) {
+Mistake readGpsd(QStringView text, Address& address) {
     address.host = QStringLiteral("localhost");
     address.port = Address::kGpsdPort;
     return readHostAndPort(text, address);
 }
 
-QString readFile(QStringView text, Address& address) {
+Mistake readFile(QStringView text, Address& address) {
     constexpr QStringView kRate = u"?rate=";
     address.rate = 1;
     const qsizetype at = text.lastIndexOf(kRate);
@@ -107,7 +107,7 @@ QString readFile(QStringView text, Address& address) {
     }
     address.path = path.toString();
     if (at < 0) {
-        return {};
+        return std::nullopt;
     }
     const QStringView rate = text.sliced(at + kRate.size());
     bool isNumber = false;
@@ -117,13 +117,13 @@ QString readFile(QStringView text, Address& address) {
         return QStringLiteral("the rate \"%1\" is not a number from 0 to 1000")
             .arg(shortened(rate));
     }
-    return {};
+    return std::nullopt;
 }
 
 struct Scheme {
     QLatin1String name;
     Address::Kind kind;
-    QString (*read)(QStringView text, Address& address);
+    Mistake (*read)(QStringView text, Address& address);
 };
 
 const Scheme kSchemes[] = {
@@ -142,7 +142,7 @@ const Scheme* findScheme(QStringView text) {
     return found != std::end(kSchemes) ? found : nullptr;
 }
 
-QString read(QStringView text, Address& address) {
+Mistake read(QStringView text, Address& address) {
     const Scheme* const scheme = findScheme(text);
     if (scheme == nullptr) {
         return QStringLiteral("it does not start with serial:, tcp:, udp:, gpsd: or file:");
@@ -167,22 +167,19 @@ std::optional<PositionSourceAddress::Kind> PositionSourceAddress::kindOf(QString
     return scheme != nullptr ? std::optional(scheme->kind) : std::nullopt;
 }
 
-QString PositionSourceAddress::mistake(QStringView text) {
+std::optional<QString> PositionSourceAddress::mistake(QStringView text) {
     Address address;
     return read(text, address);
 }
 
-std::optional<PositionSourceAddress>
-PositionSourceAddress::parse(const QString& text, QString* error) {
+tl::expected<PositionSourceAddress, QString> PositionSourceAddress::parse(const QString& text) {
     Address address;
-    const QString wrong = read(text, address);
-    if (wrong.isEmpty()) {
-        return address;
+    if (const Mistake wrong = read(text, address)) {
+        return tl::unexpected(
+            QStringLiteral("\"%1\" is not a source of positions: %2").arg(shortened(text), *wrong)
+        );
     }
-    if (error != nullptr) {
-        *error = QStringLiteral("\"%1\" is no source of positions: %2").arg(shortened(text), wrong);
-    }
-    return std::nullopt;
+    return address;
 }
 
 } // namespace raincast

@@ -5,15 +5,16 @@
 
 #include <cstdint>
 #include <optional>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
-/// Which source of positions is meant, as the user writes it:
+/// The address of a source of positions, as the user writes it:
 ///
-///     serial:PATH[@SPEED]     a serial device, 4800 baud unless told otherwise
+///     serial:PATH[@SPEED]     a serial device, at 4800 baud without SPEED
 ///     tcp:HOST:PORT           a server that sends sentences
-///     udp:PORT                datagrams that are sent to this port
-///     gpsd:[HOST[:PORT]]      a gpsd, at port 2947 of this computer unless told otherwise
+///     udp:PORT                datagrams to this port
+///     gpsd:[HOST[:PORT]]      a gpsd; by default at port 2947 of this computer
 ///     file:PATH[?rate=N]      a recorded file at its own pace, N times as fast, or (0) at once
 ///
 /// An IPv6 address as HOST stands in brackets.
@@ -31,19 +32,17 @@ struct PositionSourceAddress {
     std::uint16_t port = 0; ///< Tcp, Udp, Gpsd
     double rate = 0;        ///< File: 0 to kMaxRate
 
-    /// What an address of a kind begins with, as "serial:".
+    /// The beginning of a kind's addresses, such as "serial:".
     [[nodiscard]] static QLatin1String scheme(Kind kind);
-    /// The kind that the beginning of a text names, whatever follows. Empty if it names none.
+    /// The kind that the beginning of a text names, whatever follows. Empty for any other text.
     [[nodiscard]] static std::optional<Kind> kindOf(QStringView text);
 
-    /// Reads an address. Empty when it makes no sense: then `error`, if given, says so, with the
-    /// text and its mistake().
-    [[nodiscard]] static std::optional<PositionSourceAddress>
-    parse(const QString& text, QString* error = nullptr);
+    /// Reads an address, or says that the text is not one, with its mistake().
+    [[nodiscard]] static tl::expected<PositionSourceAddress, QString> parse(const QString& text);
 
-    /// What is wrong with which part of a text, as "the port is missing"; empty for an address.
+    /// What is wrong with a part of a text, such as "the port is missing"; empty for an address.
     /// Long parts are cut.
-    [[nodiscard]] static QString mistake(QStringView text);
+    [[nodiscard]] static std::optional<QString> mistake(QStringView text);
 
     friend bool operator==(const PositionSourceAddress&, const PositionSourceAddress&) = default;
 };

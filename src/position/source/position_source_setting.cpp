@@ -10,7 +10,6 @@ namespace {
 
 QString chosen;
 std::optional<QString> forThisRun;
-PositionReceiver* reader = nullptr;
 
 } // namespace
 
@@ -30,17 +29,16 @@ const QString& PositionSourceSetting::text() {
     return forThisRun ? *forThisRun : chosen;
 }
 
-std::optional<PositionSourceAddress> PositionSourceSetting::address(QString* error) {
+tl::expected<std::optional<PositionSourceAddress>, QString> PositionSourceSetting::address() {
     if (text().isEmpty()) {
         return std::nullopt;
     }
-    return PositionSourceAddress::parse(text(), error);
+    return PositionSourceAddress::parse(text());
 }
 
 void PositionSourceSetting::choose(const QString& text) {
     chosen = text;
     forThisRun.reset();
-    apply();
 }
 
 void PositionSourceSetting::useForThisRun(const QString& text) {
@@ -51,18 +49,10 @@ bool PositionSourceSetting::isForThisRun() {
     return forThisRun.has_value();
 }
 
-void PositionSourceSetting::setReceiver(PositionReceiver* receiver) {
-    reader = receiver;
-}
-
-PositionReceiver* PositionSourceSetting::receiver() {
-    return reader;
-}
-
-void PositionSourceSetting::apply() {
-    const auto wanted = address();
-    if (reader != nullptr && reader->address() != wanted) {
-        reader->use(wanted);
+void PositionSourceSetting::apply(PositionReceiver& receiver) {
+    const auto wanted = address().value_or(std::nullopt);
+    if (receiver.address() != wanted) {
+        receiver.use(wanted);
     }
 }
 

@@ -53,7 +53,7 @@ bool configure(int file, speed_t speed) {
     ::cfsetspeed(&settings, speed);
     settings.c_cflag |= CLOCAL | CREAD;
     settings.c_cflag &= ~static_cast<tcflag_t>(CSTOPB | CRTSCTS);
-    // With at least one byte asked for, a read of nothing is told from a device that is gone.
+    // Asking for at least one byte makes an empty read mean that the device is gone.
     settings.c_cc[VMIN] = 1;
     settings.c_cc[VTIME] = 0;
     return ::tcsetattr(file, TCSANOW, &settings) == 0;

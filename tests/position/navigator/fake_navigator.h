@@ -17,10 +17,7 @@ namespace raincast {
 class FakeNavigator : public NavigatorPort {
 public:
     FakeNavigator() { NavigatorPort::use(this); }
-    ~FakeNavigator() override {
-        DisconnectNavigator(false);
-        NavigatorPort::use(nullptr);
-    }
+    ~FakeNavigator() override { NavigatorPort::use(nullptr); }
 
     NavigatorHome home;
     bool runs = false;

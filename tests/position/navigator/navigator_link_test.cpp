@@ -45,12 +45,12 @@ protected:
     }
 
     FakeNavigator navigator;
-    NavigatorLink& link = NavigatorLink::program();
+    NavigatorLink link;
 };
 
 TEST_F(NavigatorLinkTest, AWindowTheMutexAndTheFileMakeALink) {
     navigator.runs = true;
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorSuccess);
+    EXPECT_EQ(ConnectNavigator(link, false), kNavigatorSuccess);
     EXPECT_THAT(navigator.calls, ElementsAre(kFind, kMutex));
     EXPECT_TRUE(link.window);
     EXPECT_TRUE(link.mutex);
@@ -59,23 +59,23 @@ TEST_F(NavigatorLinkTest, AWindowTheMutexAndTheFileMakeALink) {
 
 TEST_F(NavigatorLinkTest, WhatDoesNotRunIsAbsentUnlessItIsToBeStarted) {
     registerCommand(program());
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorAbsent);
+    EXPECT_EQ(ConnectNavigator(link, false), kNavigatorAbsent);
     EXPECT_THAT(navigator.calls, ElementsAre(kFind));
 }
 
 TEST_F(NavigatorLinkTest, WithoutAMutexThereIsNoLink) {
     navigator.runs = true;
     navigator.hasMutexes = false;
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorNoMutex);
+    EXPECT_EQ(ConnectNavigator(link, false), kNavigatorNoMutex);
 }
 
 TEST_F(NavigatorLinkTest, AMissingOrEmptyFolderIsStatus1) {
     navigator.runs = true;
-    ASSERT_EQ(ConnectNavigator(false), kNavigatorSuccess);
+    ASSERT_EQ(ConnectNavigator(link, false), kNavigatorSuccess);
     navigator.home.setFolder({});
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorNoFolder);
+    EXPECT_EQ(ConnectNavigator(link, false), kNavigatorNoFolder);
     navigator.home.forgetFolder();
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorNoFolder);
+    EXPECT_EQ(ConnectNavigator(link, false), kNavigatorNoFolder);
     EXPECT_EQ(link.file, "");
     EXPECT_FALSE(QFile::exists(navigator.home.userRegistry())) << "reading makes nothing";
 }
@@ -89,7 +89,7 @@ TEST_F(NavigatorLinkTest, TheFolderOfEverybodyDoesNotCount) {
         QStringLiteral("temp_folder"), "/tmp"
     );
     ASSERT_TRUE(store.save(RegistryStore::Branch::machine));
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorNoFolder);
+    EXPECT_EQ(ConnectNavigator(link, false), kNavigatorNoFolder);
 }
 
 TEST_F(NavigatorLinkTest, PathsKeepToTheirLongestLength) {
@@ -107,29 +107,29 @@ TEST_F(NavigatorLinkTest, PathsKeepToTheirLongestLength) {
     for (const auto& row : rows) {
         const QString folder = "/" + QString(row.folder - 1, 'f');
         navigator.home.setFolder(folder);
-        EXPECT_EQ(ConnectNavigator(false), row.status) << row.folder;
+        EXPECT_EQ(ConnectNavigator(link, false), row.status) << row.folder;
         EXPECT_EQ(link.file, (folder + "/QVAPI2.dat").left(row.path)) << row.folder;
     }
 }
 
 TEST_F(NavigatorLinkTest, LinkingAgainUnlinksFirstAndClosesNothing) {
     navigator.runs = true;
-    ASSERT_EQ(ConnectNavigator(false), kNavigatorSuccess);
+    ASSERT_EQ(ConnectNavigator(link, false), kNavigatorSuccess);
     navigator.runs = false;
     navigator.takeCalls();
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorAbsent);
+    EXPECT_EQ(ConnectNavigator(link, false), kNavigatorAbsent);
     EXPECT_THAT(navigator.calls, ElementsAre(kFind));
     EXPECT_FALSE(link.window);
     EXPECT_FALSE(link.mutex);
 }
 
 TEST_F(NavigatorLinkTest, UnlinkingForgetsWindowAndMutex) {
-    EXPECT_EQ(DisconnectNavigator(true), kNavigatorSuccess);
+    EXPECT_EQ(DisconnectNavigator(link, true), kNavigatorSuccess);
     EXPECT_THAT(navigator.calls, IsEmpty());
     navigator.runs = true;
-    ASSERT_EQ(ConnectNavigator(false), kNavigatorSuccess);
+    ASSERT_EQ(ConnectNavigator(link, false), kNavigatorSuccess);
     navigator.takeCalls();
-    EXPECT_EQ(DisconnectNavigator(false), kNavigatorSuccess);
+    EXPECT_EQ(DisconnectNavigator(link, false), kNavigatorSuccess);
     EXPECT_THAT(navigator.calls, IsEmpty());
     EXPECT_FALSE(link.window);
     EXPECT_FALSE(link.mutex);
@@ -137,9 +137,9 @@ TEST_F(NavigatorLinkTest, UnlinkingForgetsWindowAndMutex) {
 
 TEST_F(NavigatorLinkTest, TheCloseFlagEndsTheNavigator) {
     navigator.runs = true;
-    ASSERT_EQ(ConnectNavigator(false), kNavigatorSuccess);
+    ASSERT_EQ(ConnectNavigator(link, false), kNavigatorSuccess);
     navigator.takeCalls();
-    EXPECT_EQ(DisconnectNavigator(true), kNavigatorSuccess);
+    EXPECT_EQ(DisconnectNavigator(link, true), kNavigatorSuccess);
     EXPECT_THAT(navigator.calls, ElementsAre("post 16"));
 }
 
@@ -147,7 +147,7 @@ TEST_F(NavigatorLinkTest, OneThatWasStartedIsLinkedAsSoonAsItHasAWindow) {
     const QString path = program();
     registerCommand(path);
     navigator.runsAfterSleeps = 2;
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorSuccess);
+    EXPECT_EQ(ConnectNavigator(link, true), kNavigatorSuccess);
     EXPECT_THAT(
         navigator.calls,
         ElementsAre(
@@ -159,19 +159,19 @@ TEST_F(NavigatorLinkTest, OneThatWasStartedIsLinkedAsSoonAsItHasAWindow) {
 TEST_F(NavigatorLinkTest, TheFiftiethPollIsTheLast) {
     registerCommand(program());
     navigator.runsAfterSleeps = 50;
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorSuccess);
+    EXPECT_EQ(ConnectNavigator(link, true), kNavigatorSuccess);
     EXPECT_EQ(sleeps(), 50);
-    DisconnectNavigator(false);
+    DisconnectNavigator(link, false);
     navigator.runs = false;
     navigator.runsAfterSleeps = 101; // 50 were slept already
     navigator.takeCalls();
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorNotStarted);
+    EXPECT_EQ(ConnectNavigator(link, true), kNavigatorNotStarted);
     EXPECT_EQ(sleeps(), 50);
     EXPECT_FALSE(link.window);
 }
 
 TEST_F(NavigatorLinkTest, NothingToStartIsWaitedForAllTheSame) {
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorNotStarted);
+    EXPECT_EQ(ConnectNavigator(link, true), kNavigatorNotStarted);
     EXPECT_THAT(started(), IsEmpty());
     EXPECT_EQ(sleeps(), 50);
 }
@@ -179,7 +179,7 @@ TEST_F(NavigatorLinkTest, NothingToStartIsWaitedForAllTheSame) {
 TEST_F(NavigatorLinkTest, ARunningOneIsNotStartedAgain) {
     registerCommand(program());
     navigator.runs = true;
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorSuccess);
+    EXPECT_EQ(ConnectNavigator(link, true), kNavigatorSuccess);
     EXPECT_THAT(started(), IsEmpty());
     EXPECT_EQ(sleeps(), 0);
 }
@@ -209,7 +209,7 @@ TEST_F(NavigatorLinkTest, TheProgramIsTheCommandsFirstWord) {
     for (const auto& row : rows) {
         registerCommand(QString::fromStdString(row.command));
         navigator.takeCalls();
-        EXPECT_EQ(ConnectNavigator(true), kNavigatorNotStarted);
+        EXPECT_EQ(ConnectNavigator(link, true), kNavigatorNotStarted);
         EXPECT_EQ(
             started(), row.program.empty() ? std::vector<std::string>{} : std::vector{row.program}
         ) << row.command;
@@ -220,9 +220,9 @@ TEST_F(NavigatorLinkTest, TheUsersCommandComesBeforeTheMachines) {
     const QString machine = program("machine");
     const QString user = program("user");
     registerCommand(machine, RegistryStore::Branch::machine);
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorNotStarted);
+    EXPECT_EQ(ConnectNavigator(link, true), kNavigatorNotStarted);
     registerCommand(user);
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorNotStarted);
+    EXPECT_EQ(ConnectNavigator(link, true), kNavigatorNotStarted);
     EXPECT_THAT(started(), ElementsAre(machine.toStdString(), user.toStdString()));
 }
 

@@ -107,7 +107,8 @@ protected:
     RecordListener<CDataGPSPosition> positions;
     Talk sim;
     PublishedPosition position;
-    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, position};
+    NavigatorLink navigator;
+    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, position, navigator};
 };
 
 TEST_F(NavigatorSimTest, PositionsComeFromTheNavigator) {
@@ -289,7 +290,7 @@ TEST_F(NavigatorSimTest, WithoutAFolderInTheSettingsThereIsNoLink) {
     startSim();
     tick();
     EXPECT_FALSE(feed->linked());
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorNoFolder);
+    EXPECT_EQ(ConnectNavigator(navigator, false), kNavigatorNoFolder);
     EXPECT_FALSE(sim.saysSomething());
     home.setFolder(home.path("temp"));
     relink();
@@ -306,16 +307,16 @@ TEST_F(NavigatorSimTest, AFolderThatIsGoneUnlinks) {
 
 TEST_F(NavigatorSimTest, TheCloseFlagEndsIt) {
     link();
-    DisconnectNavigator(true);
+    DisconnectNavigator(navigator, true);
     EXPECT_EQ(sim.line(), "close");
     EXPECT_TRUE(sim.awaitEnd());
-    EXPECT_EQ(ConnectNavigator(false), kNavigatorAbsent);
+    EXPECT_EQ(ConnectNavigator(navigator, false), kNavigatorAbsent);
 }
 
 TEST_F(NavigatorSimTest, TheFeedsEndLeavesItRunning) {
     link();
     feed.reset();
-    EXPECT_FALSE(NavigatorLink::program().window);
+    EXPECT_FALSE(navigator.window);
     tellSim("answer 31 0");
     EXPECT_TRUE(sim.running());
 }
@@ -327,14 +328,14 @@ TEST_F(NavigatorSimTest, ItIsStartedByItsCommand) {
         QStringLiteral("\"%1\" \"%2\"").arg(NAVIGATOR_SIM_PROGRAM, "%1")
     );
     ASSERT_TRUE(store.save(RegistryStore::Branch::user));
-    ASSERT_EQ(ConnectNavigator(false), kNavigatorAbsent);
-    EXPECT_EQ(ConnectNavigator(true), kNavigatorSuccess);
-    NavigatorPosition position;
-    EXPECT_EQ(getNavigatorPosition(position), kNavigatorSuccess);
-    EXPECT_NEAR(position.latitude, 43.62, 0.01);
+    ASSERT_EQ(ConnectNavigator(navigator, false), kNavigatorAbsent);
+    EXPECT_EQ(ConnectNavigator(navigator, true), kNavigatorSuccess);
+    const auto position = getNavigatorPosition(navigator);
+    ASSERT_TRUE(position);
+    EXPECT_NEAR(position->latitude, 43.62, 0.01);
     const auto window = NavigatorPort::current().findWindow("WCE_QVTrekkoMainWnd");
     ASSERT_TRUE(window);
-    DisconnectNavigator(true);
+    DisconnectNavigator(navigator, true);
     EXPECT_TRUE(QTest::qWaitFor([&window] { return !window->exists(); }, kDeadline));
 }
 

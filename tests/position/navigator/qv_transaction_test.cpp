@@ -20,17 +20,18 @@ protected:
     QvTransactionTest() {
         navigator.runs = true;
         navigator.writesFile = false;
-        EXPECT_EQ(ConnectNavigator(false), kNavigatorSuccess);
+        EXPECT_EQ(ConnectNavigator(link, false), kNavigatorSuccess);
         navigator.takeCalls();
     }
 
     FakeNavigator navigator;
+    NavigatorLink link;
     const QString file = navigator.home.sharedFile();
 };
 
 TEST_F(QvTransactionTest, TheMutexIsHeldFromBeforeTheParametersToAfterTheResults) {
     {
-        CQV_transaction transaction;
+        CQV_transaction transaction(link);
         EXPECT_THAT(navigator.calls, ElementsAre("wait"));
         EXPECT_EQ(transaction.WriteUInt32(7), kNavigatorSuccess);
         EXPECT_EQ(transaction.Call(32), kNavigatorSuccess);
@@ -44,7 +45,7 @@ TEST_F(QvTransactionTest, TheMutexIsHeldFromBeforeTheParametersToAfterTheResults
 
 TEST_F(QvTransactionTest, NumbersAreLittleEndianAndWithoutGaps) {
     {
-        CQV_transaction transaction;
+        CQV_transaction transaction(link);
         EXPECT_EQ(transaction.WriteUInt32(0x01020304), kNavigatorSuccess);
         EXPECT_EQ(transaction.WriteDouble(-2.5), kNavigatorSuccess);
         EXPECT_EQ(transaction.WriteUInt32(0), kNavigatorSuccess);
@@ -60,7 +61,7 @@ TEST_F(QvTransactionTest, ReadersGiveWhatIsThere) {
                                   "00000000"
                                   "00010000")
     );
-    CQV_transaction transaction;
+    CQV_transaction transaction(link);
     double latitude = 0;
     float course = 0;
     std::uint32_t number = 0;
@@ -91,7 +92,7 @@ TEST_F(QvTransactionTest, AFloatIsFiniteWhateverTheFileHolds) {
     for (const auto& row : rows) {
         float value = 5;
         {
-            CQV_transaction transaction;
+            CQV_transaction transaction(link);
             EXPECT_EQ(transaction.WriteDouble(row.written), kNavigatorSuccess);
             EXPECT_EQ(transaction.ReadFloat(value), kNavigatorSuccess);
         }
@@ -107,16 +108,17 @@ TEST_F(QvTransactionTest, AShortFileIsStatus8AndLeavesTheValue) {
         bool flag = true;
         float narrow = 7;
         EXPECT_EQ(
-            CQV_transaction().ReadUInt32(number),
+            CQV_transaction(link).ReadUInt32(number),
             size < 4 ? kNavigatorFileFailed : kNavigatorSuccess
         );
-        EXPECT_EQ(CQV_transaction().ReadDouble(value), kNavigatorFileFailed);
-        EXPECT_EQ(CQV_transaction().ReadFloat(narrow), kNavigatorFileFailed);
+        EXPECT_EQ(CQV_transaction(link).ReadDouble(value), kNavigatorFileFailed);
+        EXPECT_EQ(CQV_transaction(link).ReadFloat(narrow), kNavigatorFileFailed);
         EXPECT_EQ(number, size < 4 ? 5U : 0x01010101U) << size;
         EXPECT_EQ(value, 6);
         EXPECT_EQ(narrow, 7);
         EXPECT_EQ(
-            CQV_transaction().ReadBool(flag), size < 4 ? kNavigatorFileFailed : kNavigatorSuccess
+            CQV_transaction(link).ReadBool(flag),
+            size < 4 ? kNavigatorFileFailed : kNavigatorSuccess
         );
         EXPECT_TRUE(flag);
     }
@@ -124,22 +126,22 @@ TEST_F(QvTransactionTest, AShortFileIsStatus8AndLeavesTheValue) {
 
 TEST_F(QvTransactionTest, AFileThatIsMissingIsStatus8) {
     double value = 6;
-    EXPECT_EQ(CQV_transaction().ReadDouble(value), kNavigatorFileFailed);
+    EXPECT_EQ(CQV_transaction(link).ReadDouble(value), kNavigatorFileFailed);
     EXPECT_FALSE(QFile::exists(file)) << "a reader makes no file";
     QDir(navigator.home.path("temp")).removeRecursively();
-    EXPECT_EQ(CQV_transaction().WriteDouble(1), kNavigatorFileFailed);
+    EXPECT_EQ(CQV_transaction(link).WriteDouble(1), kNavigatorFileFailed);
     EXPECT_FALSE(QFile::exists(navigator.home.path("temp"))) << "and a writer no folder";
 }
 
 TEST_F(QvTransactionTest, TheFirstWriterMakesTheFileAnew) {
     writeFile(file, QByteArray(100, 'x'));
-    EXPECT_EQ(CQV_transaction().WriteUInt32(0), kNavigatorSuccess);
+    EXPECT_EQ(CQV_transaction(link).WriteUInt32(0), kNavigatorSuccess);
     EXPECT_EQ(readFile(file), QByteArray(4, '\0'));
 }
 
 TEST_F(QvTransactionTest, WritingAfterReadingMakesTheFileAnew) {
     writeFile(file, QByteArray(100, 'x'));
-    CQV_transaction transaction;
+    CQV_transaction transaction(link);
     std::uint32_t number = 0;
     EXPECT_EQ(transaction.ReadUInt32(number), kNavigatorSuccess);
     EXPECT_EQ(transaction.WriteUInt32(3), kNavigatorSuccess);
@@ -150,7 +152,7 @@ TEST_F(QvTransactionTest, WritingAfterReadingMakesTheFileAnew) {
 }
 
 TEST_F(QvTransactionTest, ACallClosesTheFileAndKeepsWhoOpenedIt) {
-    CQV_transaction transaction;
+    CQV_transaction transaction(link);
     EXPECT_EQ(transaction.WriteUInt32(3), kNavigatorSuccess);
     EXPECT_EQ(transaction.Call(32), kNavigatorSuccess);
     EXPECT_EQ(transaction.WriteUInt32(4), kNavigatorFileFailed) << "a writer has had its turn";
@@ -164,18 +166,18 @@ TEST_F(QvTransactionTest, ACallClosesTheFileAndKeepsWhoOpenedIt) {
 
 TEST_F(QvTransactionTest, TheNavigatorsAnswerIsTheStatus) {
     navigator.answers[31] = 4711;
-    EXPECT_EQ(CQV_transaction().Call(31), 4711U);
+    EXPECT_EQ(CQV_transaction(link).Call(31), 4711U);
 }
 
 TEST_F(QvTransactionTest, AWindowThatHasGoneIsStatus4AndNotAsked) {
     navigator.runs = false;
-    EXPECT_EQ(CQV_transaction().Call(31), kNavigatorGone);
+    EXPECT_EQ(CQV_transaction(link).Call(31), kNavigatorGone);
     EXPECT_THAT(navigator.calls, ElementsAre("wait", "release"));
 }
 
 TEST_F(QvTransactionTest, AWindowThatGoesWithoutAnAnswerIsStatus4) {
     navigator.diesAtNextRequest = true;
-    EXPECT_EQ(CQV_transaction().Call(31), kNavigatorGone);
+    EXPECT_EQ(CQV_transaction(link).Call(31), kNavigatorGone);
     EXPECT_THAT(navigator.calls, ElementsAre("wait", "send 31", "release"));
 }
 
@@ -183,7 +185,7 @@ TEST_F(QvTransactionTest, WithoutTheMutexNothingIsTouched) {
     navigator.mutexIsFree = false;
     writeFile(file, "what another client is at");
     {
-        CQV_transaction transaction;
+        CQV_transaction transaction(link);
         std::uint32_t number = 0;
         EXPECT_EQ(transaction.WriteUInt32(1), kNavigatorFileFailed);
         EXPECT_EQ(transaction.ReadUInt32(number), kNavigatorFileFailed);
@@ -194,9 +196,9 @@ TEST_F(QvTransactionTest, WithoutTheMutexNothingIsTouched) {
 }
 
 TEST_F(QvTransactionTest, WithoutALinkNothingIsTouched) {
-    DisconnectNavigator(false);
+    DisconnectNavigator(link, false);
     {
-        CQV_transaction transaction;
+        CQV_transaction transaction(link);
         EXPECT_EQ(transaction.WriteUInt32(1), kNavigatorFileFailed);
         EXPECT_EQ(transaction.Call(32), kNavigatorGone);
     }
@@ -210,23 +212,23 @@ TEST_F(QvTransactionTest, OnlyAPlainFileOfTheUserIsOpened) {
     std::uint32_t number = 0;
 
     ASSERT_TRUE(QFile::link(precious, file));
-    EXPECT_EQ(CQV_transaction().WriteUInt32(1), kNavigatorFileFailed);
-    EXPECT_EQ(CQV_transaction().ReadUInt32(number), kNavigatorFileFailed);
+    EXPECT_EQ(CQV_transaction(link).WriteUInt32(1), kNavigatorFileFailed);
+    EXPECT_EQ(CQV_transaction(link).ReadUInt32(number), kNavigatorFileFailed);
     EXPECT_EQ(readFile(precious), "precious");
     QFile::remove(file);
 
     ASSERT_EQ(mkfifo(QFile::encodeName(file).constData(), 0600), 0);
-    EXPECT_EQ(CQV_transaction().WriteUInt32(1), kNavigatorFileFailed) << "and nobody waits";
-    EXPECT_EQ(CQV_transaction().ReadUInt32(number), kNavigatorFileFailed);
+    EXPECT_EQ(CQV_transaction(link).WriteUInt32(1), kNavigatorFileFailed) << "and nobody waits";
+    EXPECT_EQ(CQV_transaction(link).ReadUInt32(number), kNavigatorFileFailed);
     QFile::remove(file);
 
     QDir().mkdir(file);
-    EXPECT_EQ(CQV_transaction().WriteUInt32(1), kNavigatorFileFailed);
-    EXPECT_EQ(CQV_transaction().ReadUInt32(number), kNavigatorFileFailed);
+    EXPECT_EQ(CQV_transaction(link).WriteUInt32(1), kNavigatorFileFailed);
+    EXPECT_EQ(CQV_transaction(link).ReadUInt32(number), kNavigatorFileFailed);
 }
 
 TEST_F(QvTransactionTest, TheFileIsTheUsersAlone) {
-    EXPECT_EQ(CQV_transaction().WriteUInt32(1), kNavigatorSuccess);
+    EXPECT_EQ(CQV_transaction(link).WriteUInt32(1), kNavigatorSuccess);
     constexpr auto kOthers = QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup;
     EXPECT_FALSE(QFile::permissions(file) & kOthers);
 }

@@ -30,8 +30,8 @@ constexpr char kWatching[] =
     "\"driver\":\"NMEA0183\"}]}\r\n{\"class\":\"WATCH\",\"enable\":true,\"json\":false,"
     "\"nmea\":true,\"raw\":0}\r\n";
 
-std::optional<PositionSourceAddress> gpsdAt(quint16 port) {
-    return PositionSourceAddress::parse(QStringLiteral("gpsd:127.0.0.1:%1").arg(port));
+PositionSourceAddress gpsdAt(quint16 port) {
+    return *PositionSourceAddress::parse(QStringLiteral("gpsd:127.0.0.1:%1").arg(port));
 }
 
 TEST(GpsdTest, IsAskedForItsSentences) {

@@ -45,9 +45,9 @@ protected:
 TEST_F(PositionSourceSettingTest, WithoutAChoiceThereIsNone) {
     load();
     EXPECT_TRUE(PositionSourceSetting::text().isEmpty());
-    QString error;
-    EXPECT_FALSE(PositionSourceSetting::address(&error));
-    EXPECT_TRUE(error.isEmpty());
+    const auto address = PositionSourceSetting::address();
+    ASSERT_TRUE(address);
+    EXPECT_FALSE(*address);
 }
 
 TEST_F(PositionSourceSettingTest, TheChoiceIsKept) {
@@ -56,31 +56,31 @@ TEST_F(PositionSourceSettingTest, TheChoiceIsKept) {
     EXPECT_EQ(saved(), "udp:10110");
     PositionSourceSetting::choose(QString());
     load();
-    EXPECT_EQ(PositionSourceSetting::address()->port, 10110);
+    EXPECT_EQ(PositionSourceSetting::address().value()->port, 10110);
 }
 
 TEST_F(PositionSourceSettingTest, ASourceForThisRunIsNeverSaved) {
     PositionSourceSetting::choose(QStringLiteral("udp:10110"));
     PositionSourceSetting::useForThisRun(QStringLiteral("gpsd:"));
-    EXPECT_EQ(PositionSourceSetting::address()->kind, PositionSourceAddress::Kind::gpsd);
+    EXPECT_EQ(PositionSourceSetting::address().value()->kind, PositionSourceAddress::Kind::gpsd);
     save();
     EXPECT_EQ(saved(), "udp:10110");
     load();
     EXPECT_EQ(PositionSourceSetting::text(), QStringLiteral("gpsd:")) << "whenever it was given";
 
     PositionSourceSetting::choose(QStringLiteral("udp:10111"));
-    EXPECT_EQ(PositionSourceSetting::address()->port, 10111);
+    EXPECT_EQ(PositionSourceSetting::address().value()->port, 10111);
     save();
     EXPECT_EQ(saved(), "udp:10111");
 }
 
 TEST_F(PositionSourceSettingTest, ATextThatMakesNoSenseIsSaid) {
     PositionSourceSetting::choose(QStringLiteral("udp:x"));
-    QString error;
-    EXPECT_FALSE(PositionSourceSetting::address(&error));
+    const auto address = PositionSourceSetting::address();
+    ASSERT_FALSE(address);
     EXPECT_EQ(
-        error.toStdString(),
-        "\"udp:x\" is no source of positions: the port \"x\" is not a number from 1 to 65535"
+        address.error().toStdString(),
+        "\"udp:x\" is not a source of positions: the port \"x\" is not a number from 1 to 65535"
     );
 }
 
@@ -90,26 +90,22 @@ TEST_F(PositionSourceSettingTest, TheReceiverReadsWhatIsChosen) {
     PositionReceiver receiver(timers, FakeSource::make);
     PositionSourceSetting::useForThisRun(QStringLiteral("gpsd:"));
     EXPECT_TRUE(PositionSourceSetting::isForThisRun());
-    PositionSourceSetting::setReceiver(&receiver);
-    EXPECT_EQ(PositionSourceSetting::receiver(), &receiver);
-    EXPECT_EQ(FakeSource::opens, 0) << "not before it is told to";
-    PositionSourceSetting::apply();
-    EXPECT_EQ(receiver.address(), PositionSourceAddress::parse(QStringLiteral("gpsd:")));
+    EXPECT_EQ(FakeSource::opens, 0) << "not before it is applied";
+    PositionSourceSetting::apply(receiver);
+    EXPECT_EQ(receiver.address(), *PositionSourceAddress::parse(QStringLiteral("gpsd:")));
 
     PositionSourceSetting::choose(QStringLiteral("udp:10110"));
+    PositionSourceSetting::apply(receiver);
     EXPECT_FALSE(PositionSourceSetting::isForThisRun());
     EXPECT_EQ(receiver.address()->port, 10110);
     EXPECT_EQ(FakeSource::opens, 2);
 
     PositionSourceSetting::choose(QStringLiteral("udp:10110"));
-    PositionSourceSetting::apply();
+    PositionSourceSetting::apply(receiver);
     EXPECT_EQ(FakeSource::opens, 2) << "what is read already is not disturbed";
 
     PositionSourceSetting::choose(QStringLiteral("nonsense"));
-    EXPECT_EQ(receiver.state(), PositionReceiver::State::off);
-
-    PositionSourceSetting::setReceiver(nullptr);
-    PositionSourceSetting::choose(QStringLiteral("udp:10111"));
+    PositionSourceSetting::apply(receiver);
     EXPECT_EQ(receiver.state(), PositionReceiver::State::off);
 }
 

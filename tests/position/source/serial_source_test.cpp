@@ -153,7 +153,7 @@ TEST_F(SerialSourceTest, ADeviceThatAppearsLaterOrIsPluggedInAgainIsFound) {
     const QString name = folder.filePath(QStringLiteral("gps"));
     const RecordListener<CNMEA_GPS::VTG> vtg;
     PositionReceiver receiver(timers);
-    receiver.use(PositionSourceAddress::parse(QStringLiteral("serial:%1@9600").arg(name)));
+    receiver.use(*PositionSourceAddress::parse(QStringLiteral("serial:%1@9600").arg(name)));
     EXPECT_EQ(receiver.state(), PositionReceiver::State::waiting);
     EXPECT_EQ(timers.fire(), 1000);
 
