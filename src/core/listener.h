@@ -27,7 +27,7 @@ public:
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
-    /// Publishes a record to all listeners of its kind; does nothing when there are none.
+    /// Publishes a record to all listeners of its kind; does nothing without listeners.
     static void Notify(T& record);
 
     /// The UTC time of the notification that is under way: taken from the clock at the first call,

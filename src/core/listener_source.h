@@ -23,7 +23,7 @@ struct Subscription {
 /// its type. Borrows the subscriptions.
 ///
 /// Subscribers may join and leave at any time, also inside a notification, also the one that is
-/// being notified: walks that are under way step over whoever leaves.
+/// being notified: walks that are under way step over a subscriber that leaves.
 class ListenerSource {
 public:
     /// Visits the subscribers in descending priority, the earliest first among equals. Walks of one

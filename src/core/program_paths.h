@@ -7,10 +7,10 @@ namespace raincast {
 
 /// The folder of the program's own file, links resolved, without a trailing slash: data files that
 /// belong to the program stand there. Needs no application object. Empty if the system does not
-/// tell.
+/// say.
 [[nodiscard]] QString programFolder();
 
-/// The text before the last "/" of a path; empty if there is none (and for a file in the root
+/// The text before the last "/" of a path; empty without one (and for a file in the root
 /// folder, so that the result followed by "/" and a name is a path again).
 [[nodiscard]] QString directoryPart(const QString& path);
 

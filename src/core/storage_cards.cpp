@@ -64,8 +64,7 @@ std::optional<Mount> parsedMount(const QByteArray& line) {
     }
     Mount mount;
     mount.point = unescaped(fields[4]);
-    // A device of this machine is what tells a card from a network share or a file system in
-    // memory, however it came to be mounted there.
+    // A card is a device of this machine; a network share and a file system in memory are not.
     mount.isCard = isWhereCardsAre(mount.point) && fields[hyphen + 2].startsWith("/dev/") &&
                    !isReadOnly(fields[5]) && !isReadOnly(fields[hyphen + 3]);
     return mount;

@@ -12,7 +12,7 @@ class Alarm {
 public:
     virtual ~Alarm() = default;
 
-    /// Starts anew, whether or not it was running. 0 means as soon as other events had their turn.
+    /// Starts or restarts it. 0 means as soon as other events had their turn.
     virtual void start(std::chrono::milliseconds delay) = 0;
     virtual void stop() = 0;
 };

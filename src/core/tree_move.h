@@ -9,7 +9,7 @@
 namespace raincast {
 
 /// One move of a file or a folder tree, which remembers what it has done so that it can be undone.
-/// The rules are MoveTree's (platform/folders.h). File names are the system's bytes, whatever
+/// The rules are MoveTree's (core/folders.h). File names are the system's bytes, whatever
 /// encoding they are in.
 class TreeMove {
 public:

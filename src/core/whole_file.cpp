@@ -17,6 +17,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -30,7 +31,7 @@ constexpr qint64 kAbandonedSeconds = 3600;
 constexpr int kMostLinks = 40; // as many as the system follows
 constexpr std::size_t kPiece = std::size_t{16} * 1024;
 
-/// Calls until no signal interrupts.
+// Calls until no signal interrupts.
 template<typename Call>
 auto uninterrupted(Call call) {
     auto result = call();
@@ -40,12 +41,12 @@ auto uninterrupted(Call call) {
     return result;
 }
 
-/// Of what is no file.
+// Why something that is not a regular file cannot be read or replaced.
 QString whyNoFile(const struct stat& status) {
     return S_ISDIR(status.st_mode) ? qt_error_string(EISDIR) : QStringLiteral("Not a regular file");
 }
 
-/// Where a name leads, also when nothing is there; empty when it leads in a circle.
+// Where a name leads, also when nothing is there; empty when it leads in a circle.
 QByteArray linkTarget(const QByteArray& path) {
     std::filesystem::path target(path.toStdString());
     std::error_code error;
@@ -72,7 +73,7 @@ bool makeEmpty(int descriptor, const struct stat& status) {
     return status.st_size == 0 || ftruncate(descriptor, 0) == 0;
 }
 
-/// Waits for the disk. Some file systems cannot, which is no failure.
+// Waits for the disk. A file system that cannot wait has not failed.
 bool sync(int descriptor) {
     return uninterrupted([&] { return fsync(descriptor); }) == 0 || errno == EINVAL ||
            errno == ENOTSUP || errno == EROFS;
@@ -131,7 +132,7 @@ bool WholeFile::claim(const QByteArray& name) {
     if (fstat(file.get(), &status) != 0) {
         return false;
     }
-    // Whoever had it before may have renamed it between our opening and our locking.
+    // The writer before us may have renamed it between our opening and our locking.
     if (taken || !S_ISREG(status.st_mode) || !hasName(status, name.constData())) {
         errno = EBUSY;
         return false;
@@ -144,7 +145,7 @@ bool WholeFile::claim(const QByteArray& name) {
     return true;
 }
 
-/// Gives the temporary file the owner and the rights of the file that it will replace.
+// Gives the temporary file the owner and the rights of the file that it will replace.
 bool WholeFile::takeAfter(const QByteArray& path) {
     struct stat old {};
     if (stat(path.constData(), &old) != 0) {
@@ -156,7 +157,7 @@ bool WholeFile::takeAfter(const QByteArray& path) {
     if (faccessat(AT_FDCWD, path.constData(), W_OK, AT_EACCESS) != 0) {
         return fail(errno);
     }
-    // Whoever is not root can at most keep the group. Some file systems know neither owners nor
+    // A user other than root can at most keep the group. Some file systems know neither owners nor
     // rights; then there is nothing to keep.
     struct stat mine {};
     if (fstat(m_file.get(), &mine) == 0 &&
@@ -242,15 +243,15 @@ tl::unexpected<ReadFailure> largerThan(qint64 mostBytes) {
         Kind::tooLarge, QStringLiteral("Larger than %1 bytes").arg(mostBytes)});
 }
 
-/// Fills `to`; the bytes that were left until the file's end, or -1.
-qint64 readInto(int descriptor, char* to, qint64 most) {
+// Fills `to`, up to the file's end. Returns the number of bytes read, empty when reading failed.
+std::optional<qint64> readInto(int descriptor, char* to, qint64 most) {
     qint64 done = 0;
     while (done < most) {
         const ssize_t count = uninterrupted([&] {
             return ::read(descriptor, to + done, static_cast<std::size_t>(most - done));
         });
         if (count < 0) {
-            return -1;
+            return std::nullopt;
         }
         if (count == 0) {
             break;
@@ -258,6 +259,29 @@ qint64 readInto(int descriptor, char* to, qint64 most) {
         done += count;
     }
     return done;
+}
+
+// Reads on to the end. The size is not the last word: the file may grow, and the system's own
+// tables have the size 0.
+tl::expected<QByteArray, ReadFailure> withRest(int descriptor, QByteArray bytes, qint64 mostBytes) {
+    std::array<char, kPiece> piece;
+    for (;;) {
+        const auto count = readInto(descriptor, piece.data(), kPiece);
+        if (!count) {
+            return notRead(errno);
+        }
+        if (*count == 0) {
+            return bytes;
+        }
+        const qint64 size = bytes.size() + *count;
+        if (size > mostBytes) {
+            return largerThan(mostBytes);
+        }
+        if (size > bytes.capacity()) {
+            bytes.reserve(std::clamp(2 * bytes.size(), size, mostBytes));
+        }
+        bytes.append(piece.data(), *count);
+    }
 }
 
 } // namespace
@@ -278,29 +302,12 @@ tl::expected<QByteArray, ReadFailure> readWhole(const QString& path, qint64 most
         return largerThan(mostBytes);
     }
     QByteArray bytes(status.st_size, Qt::Uninitialized);
-    const qint64 count = readInto(file.get(), bytes.data(), bytes.size());
-    if (count < 0) {
+    const auto count = readInto(file.get(), bytes.data(), bytes.size());
+    if (!count) {
         return notRead(errno);
     }
-    bytes.truncate(count);
-    // The size is not the last word: the file may grow, and the system's own tables tell none.
-    std::array<char, kPiece> piece;
-    for (;;) {
-        const qint64 more = readInto(file.get(), piece.data(), kPiece);
-        if (more < 0) {
-            return notRead(errno);
-        }
-        if (more == 0) {
-            return bytes;
-        }
-        if (bytes.size() + more > mostBytes) {
-            return largerThan(mostBytes);
-        }
-        if (bytes.size() + more > bytes.capacity()) {
-            bytes.reserve(std::clamp(2 * bytes.size(), bytes.size() + more, mostBytes));
-        }
-        bytes.append(piece.data(), more);
-    }
+    bytes.truncate(*count);
+    return withRest(file.get(), std::move(bytes), mostBytes);
 }
 
 } // namespace raincast

@@ -11,10 +11,10 @@
 
 namespace raincast {
 
-/// Whether a file that was written outlives a power cut from that moment on.
+/// Whether a written file survives a power cut from that moment on.
 enum class Lasting {
-    yes, ///< waits for the disk, file and folder: what nobody can make again
-    no,  ///< does not wait, which is much faster: what is fetched or made again when it is lost
+    yes, ///< waits for the disk, file and folder: for data that cannot be made again
+    no,  ///< does not wait, which is much faster: for data that is fetched or made again
 };
 
 /// Writes a file piece by piece, and gives it its name only when it is whole: whatever happens
@@ -25,8 +25,8 @@ enum class Lasting {
 /// written over by the next attempt. While another writer has that name, "NAME.PID-N.part" is
 /// taken: writers of one file, in several programs or threads, do not disturb each other where the
 /// file system knows locks, and the last one wins. A new file's access rights follow the user's
-/// mask, a replaced one keeps its own. A link is followed, and what it leads to replaced. What is
-/// no file, or may not be written, is not replaced.
+/// mask, a replaced one keeps its own. Follows a link and replaces its
+/// target. Replaces only a regular file that may be written.
 ///
 /// The first failure stays until the next open(): it may be asked for once, at the end.
 class WholeFile {

@@ -11,7 +11,7 @@ struct CubicPolynomial {
     std::array<double, 10> c{};
 
     /// The value at (a, b). The terms are summed in one fixed order (see the source), so that a
-    /// position falls on the same pixel whoever asks.
+    /// position falls on the same pixel for every caller.
     [[nodiscard]] double at(double a, double b) const;
 };
 

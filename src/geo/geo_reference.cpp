@@ -16,7 +16,7 @@ namespace raincast {
 
 namespace {
 
-// (2e9)^2: what is nearer than that fits a 32-bit pixel.
+// (2e9)^2: a pixel nearer than that fits 32 bits.
 constexpr double kDrawableSquare = 4e18;
 
 using WorldFile = std::array<double, 6>;

@@ -16,7 +16,7 @@ namespace raincast {
 /// without meaning, never undefined behaviour; so do positions or points that are not finite.
 class GeoReference {
 public:
-    /// A whole pixel and whether it is what the call asked for.
+    /// A whole pixel, and whether the call succeeded.
     struct Placed {
         ImagePixel pixel;
         bool ok = false;
@@ -24,7 +24,7 @@ public:
         friend bool operator==(const Placed&, const Placed&) = default;
     };
 
-    /// So many bytes of a world file count.
+    /// The bytes at the start of a world file that count.
     static constexpr std::size_t kWorldFileBytes = 255;
 
     /// Whether a text, of which the first kWorldFileBytes count, is a world file.
@@ -37,7 +37,7 @@ public:
     ///   longitude = W5 + W1 x + W2 y,  latitude = W6 + W3 x + W4 y.
     /// Numbers have a point for the decimals whatever the process's locale, an optional sign (plus
     /// too) and an optional exponent; hexadecimal numbers, infinities, "nan" and numbers beyond the
-    /// range of a double are no numbers here.
+    /// range of a double do not count as numbers.
     ///
     /// Without a regular file, or with fewer than six numbers, the reference becomes not valid and
     /// its coefficients stay as they were. Six numbers that describe no invertible map are taken

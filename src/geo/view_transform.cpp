@@ -14,7 +14,7 @@ constexpr std::int32_t within32Bits(std::int64_t value) {
     ));
 }
 
-/// Page distance to image distance.
+// Page distance to image distance.
 constexpr std::int64_t scaled(std::int64_t page, int zoom) {
     return zoom >= 0 ? page << zoom : page >> -zoom;
 }

@@ -27,7 +27,7 @@ public:
         QDateTime date;        ///< when it was made
         std::size_t pages = 0; ///< that it has whole, at least one
     };
-    /// None if there is none with whole pages, or if it holds the very same.
+    /// Empty without a .bak file that has whole pages, and if it holds the same ones.
     [[nodiscard]] std::optional<Offer> offerFor(const PageBytes& damaged);
 
     // The user's answers to an offer. The first returns what was offered.
@@ -37,7 +37,7 @@ public:
     /// Puts bytes into the .bak file if the rule says so, on disk when this returns. Whether the
     /// file holds them then; or why it could not be written: then it is as it was.
     [[nodiscard]] tl::expected<bool, QString> keep(const PageBytes& pages);
-    /// The same for what was loaded: pages that the user had before him.
+    /// The same for what was loaded: pages that the user saw.
     [[nodiscard]] tl::expected<bool, QString> keepLoaded(const PageBytes& pages);
 
     /// So many pages were left in the page file. If they are fewer than those that were loaded, and

@@ -14,12 +14,12 @@ namespace raincast {
 
 /// The bytes of a page file, and what they hold.
 struct PageBytes {
-    /// A file larger than this is no page file of ours, and counts as one that cannot be read.
+    /// A larger file is not a page file of ours and counts as one that cannot be read.
     static constexpr qint64 kMostBytes = 64 * 1024 * 1024;
 
     QByteArray bytes;
     std::size_t wholePages = 0;
-    bool whole = false; ///< all of it was there and was understood (CSerialReader::whole)
+    bool whole = false; ///< all of it was there and understood (CSerialReader::whole)
 
     [[nodiscard]] std::span<const std::uint8_t> span() const {
         return {

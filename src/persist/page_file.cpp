@@ -19,7 +19,7 @@ QString tooLarge() {
     return QStringLiteral("Larger than %1 MiB").arg(PageBytes::kMostBytes / (1024 * 1024));
 }
 
-QString told(const ReadFailure& failure) {
+QString reasonOf(const ReadFailure& failure) {
     return failure.kind == Kind::tooLarge ? tooLarge() : failure.reason;
 }
 
@@ -61,7 +61,7 @@ PageFile::State PageFile::look() {
     if (!bytes) {
         const bool absent = bytes.error().kind == Kind::absent;
         m_state = absent ? State::absent : State::unreadable;
-        m_reason = told(bytes.error());
+        m_reason = reasonOf(bytes.error());
         if (absent) {
             // The .bak file is all there is: no decision against it holds.
             m_backup.setDecidedAgainst({});
@@ -93,7 +93,7 @@ bool PageFile::load(CSerializable& application) {
     return application.Read(reader);
 }
 
-/// What was loaded becomes the .bak file, once.
+// The loaded file becomes the .bak file, once.
 Result PageFile::keepFound() {
     if (!m_found.bytes.isEmpty()) {
         if (const auto kept = m_backup.keepLoaded(m_found); !kept) {
@@ -104,14 +104,14 @@ Result PageFile::keepFound() {
     return {};
 }
 
-/// Keeps a file that has come since look() found none.
+// Keeps a file that has come since look() found none.
 Result PageFile::keepLatecomer() {
     if (m_state != State::absent || m_saved) {
         return {};
     }
     const auto bytes = readWhole(m_path, PageBytes::kMostBytes);
     if (!bytes && bytes.error().kind != Kind::absent) {
-        return tl::make_unexpected(told(bytes.error()));
+        return tl::make_unexpected(reasonOf(bytes.error()));
     }
     if (!bytes || bytes->isEmpty()) {
         return {};

@@ -18,12 +18,13 @@ class CSerializable;
 /// (persist/page_backup.h).
 ///
 /// A save replaces the file as a whole: whatever happens meanwhile, the old file or the new one is
-/// there. What could not be read is never written over. Neither is a file that was read in part,
-/// while its .bak file could stand in for it, until the user has said which of the two to use.
+/// there. A file that could not be read is never written over. Neither is a file that was read in
+/// part, while its .bak file could stand in for it, until the user has said which of the two to
+/// use.
 ///
 /// A file that was missing at the start and has come by the time of the first save (its disk was
-/// mounted late, say) was read by nobody: it becomes the .bak file first, and is not written over
-/// where the .bak file is the better one.
+/// mounted late, say) was not read by this program: it becomes the .bak file first, and is not
+/// written over where the .bak file is the better one.
 class PageFile {
 public:
     enum class State {
@@ -41,7 +42,7 @@ public:
     /// Why it is unreadable: "Permission denied".
     [[nodiscard]] const QString& reason() const { return m_reason; }
 
-    /// What the user is to be asked: whether to use the .bak file. None if there is nothing to ask.
+    /// The .bak file that the user is to be offered; empty if there is nothing to ask.
     [[nodiscard]] const std::optional<PageBackup::Offer>& offer() const { return m_offer; }
     /// The answer. With yes, the .bak file is what load() loads.
     void answerOffer(bool use);
@@ -51,12 +52,13 @@ public:
     /// On false, too, the object may hold what could be read.
     bool load(CSerializable& application);
 
-    /// Whether the file is left as it is in this run: it could not be read, or nobody answered.
+    /// Whether the file is left as it is in this run: it could not be read, or the question was not
+    /// answered.
     [[nodiscard]] bool untouchable() const {
         return m_state == State::unreadable || m_offer.has_value();
     }
 
-    /// Replaces the file by the object. After a failure it is what it was; the reason has no full
+    /// Replaces the file by the object. After a failure it is unchanged; the reason has no full
     /// stop: "No space left on device". Untouchable, it always fails.
     [[nodiscard]] tl::expected<void, QString> save(const CSerializable& application);
 

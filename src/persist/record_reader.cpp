@@ -20,19 +20,19 @@ bool CRecordReader::takeField() {
     return true;
 }
 
-int CRecordReader::bytes(std::span<std::uint8_t> block) {
+std::optional<int> CRecordReader::bytes(std::span<std::uint8_t> block) {
     if (!takeField()) {
         return 0;
     }
     std::uint32_t length = 0;
     if (!m_reader.readValue(length)) {
         m_cut = true;
-        return -1;
+        return std::nullopt;
     }
     const std::size_t stored = std::min<std::size_t>(length, block.size());
     if (!m_reader.readBytes(block.first(stored))) {
         m_cut = true;
-        return -1;
+        return std::nullopt;
     }
     // The bytes stored are good even where the rest of the field is cut off.
     m_cut = !m_reader.skip(length - static_cast<std::uint32_t>(stored)) || m_cut;

@@ -4,6 +4,7 @@
 #include "persist/serial_reader.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 class QString;
@@ -24,16 +25,16 @@ public:
     CRecordReader(const CRecordReader&) = delete;
     CRecordReader& operator=(const CRecordReader&) = delete;
 
-    /// Reads the next field into a block of bytes. The number of bytes stored, 0 when all fields
-    /// are consumed, -1 when the field is cut off (the block is left as it is).
-    int bytes(std::span<std::uint8_t> block);
+    /// Reads the next field into a block of bytes. Returns the number of bytes stored, which is 0
+    /// when all fields are consumed; empty when the field is cut off (the block keeps its bytes).
+    std::optional<int> bytes(std::span<std::uint8_t> block);
 
     /// Reads the next field into a member; results as of bytes().
     template<RawValue T>
-    int value(T& member) {
+    std::optional<int> value(T& member) {
         auto block = toLittleEndian(member);
-        const int stored = bytes(block);
-        if (stored > 0) {
+        const std::optional<int> stored = bytes(block);
+        if (stored) {
             member = loadLittleEndian<T>(block.data());
         }
         return stored;
@@ -41,9 +42,9 @@ public:
 
     /// The same, but a number outside of low to high, or not a number, leaves the member as it is.
     template<RawValue T>
-    int valueWithin(T& member, T low, T high) {
+    std::optional<int> valueWithin(T& member, T low, T high) {
         T read = member;
-        const int stored = value(read);
+        const std::optional<int> stored = value(read);
         if (low <= read && read <= high) {
             member = read;
         }

@@ -40,7 +40,7 @@ QJsonObject named(const QString& name, const char* type, const QJsonValue& value
     return {{name, QJsonObject{{kType, QLatin1String(type)}, {kValue, value}}}};
 }
 
-/// Puts keys and their values over those of `keys`; all others stay.
+// Puts keys and their values over those of `keys`; all others stay.
 void merge(QJsonObject& keys, const QJsonObject& changes) {
     for (auto key = changes.begin(); key != changes.end(); ++key) {
         QJsonObject values = keys.value(key.key()).toObject();
@@ -93,7 +93,7 @@ QJsonValue RegistryStore::value(
 std::optional<std::uint32_t>
 RegistryStore::dword(Branch branch, const QString& key, const QString& name) const {
     const QJsonValue found = value(branch, key, name, kDword);
-    // toInteger's default stands for what is no whole number or too large for 64 bits.
+    // toInteger gives its default for a fraction and for a number beyond 64 bits.
     const qint64 number = found.toInteger(-1);
     if (number < 0 || number > std::numeric_limits<std::uint32_t>::max()) {
         return std::nullopt;
@@ -181,8 +181,8 @@ void RegistryStore::moveMachineChangesToUser() {
     m_machine.changes = {};
 }
 
-/// The keys of a file, none when it is missing or was set aside. It fails when there is a file that
-/// neither can be read nor be moved out of the way, and that must not be written over.
+// The keys of a file, none when it is missing or was set aside. It fails when there is a file that
+// neither can be read nor be moved out of the way, and that must not be written over.
 tl::expected<QJsonObject, QString> RegistryStore::read(File& file) {
     using Kind = ReadFailure::Kind;
     const auto bytes = readWhole(file.path, kMaxSize);
@@ -204,7 +204,7 @@ tl::expected<QJsonObject, QString> RegistryStore::read(File& file) {
     return setAside(file, why);
 }
 
-/// The file counts as empty once it is out of the way.
+// The file counts as empty once it is out of the way.
 tl::expected<QJsonObject, QString> RegistryStore::setAside(File& file, const QString& why) {
     const QString bad = file.path + QStringLiteral(".bad");
     const bool moved = std::rename(QFile::encodeName(file.path), QFile::encodeName(bad)) == 0;

@@ -13,14 +13,14 @@ namespace raincast {
 
 /// Settings of the installation: typed values under key paths, in two branches, each a JSON file
 /// (docs/formats/registry.md). The machine branch holds what the installation sets for everybody,
-/// the user branch what this user chose; who reads a value decides which of them wins.
+/// the user branch what this user chose. The reader of a value decides which branch wins.
 ///
-/// Key paths are joined by '/', such as "Software/Quorvane/Raincast_1/CGlobals"; they and the names
-/// of values are told apart by case. A value that is missing, of another type, or not of its type's
-/// form is simply not there. Keys and values of others are kept by every save.
+/// Key paths are joined by '/', such as "Software/Quorvane/Raincast_1/CGlobals"; case
+/// counts in them and in the names of values. A value that is missing, of another type, or not of
+/// its type's form counts as missing. Keys and values of others are kept by every save.
 ///
-/// A file that is no JSON object is set aside as "<file>.bad", which is said once on standard
-/// error, and counts as empty. No operation here asks or waits.
+/// A file that is not a JSON object is set aside as "<file>.bad" and counts as empty; a message on
+/// standard error says so once. No operation here asks or waits.
 class RegistryStore {
 public:
     enum class Branch { machine, user };
@@ -63,8 +63,8 @@ public:
     /// stop: "Permission denied".
     [[nodiscard]] tl::expected<void, QString> save(Branch branch);
 
-    /// Moves the changes that wait for the machine branch to the user branch: what is to be done
-    /// when the machine's file cannot be written.
+    /// Moves the changes that wait for the machine branch to the user branch, for when the
+    /// machine's file cannot be written.
     void moveMachineChangesToUser();
 
 private:

@@ -19,8 +19,8 @@ enum class CountKind { unsignedCount, signedCount };
 
 /// Reads the page file's stream from bytes in memory, through a cursor that never leaves the object
 /// being read: a class can consume less than its body or try to consume more, reading resumes at
-/// the body's end. Lengths and counts that lie are clipped to what is there, so that neither time
-/// nor memory grows beyond what the bytes can hold.
+/// the body's end. Lengths and counts that lie are clipped to the bytes that are there: they
+/// cost neither time nor memory.
 ///
 /// A read that fails for want of bytes moves the cursor to the end of the object, so that what
 /// follows in that object fails as well instead of being read from a wrong place.
@@ -63,9 +63,9 @@ public:
     /// object by readInto().
     [[nodiscard]] bool readObject(std::unique_ptr<CSerializable>& object);
 
-    /// Has an object that is there already read the blocks of its identifier, wherever they stand,
-    /// where another would be created for each. It keeps what it could read even if it rejects a
-    /// body, and is nobody's to take. Borrowed; one such object at a time, null for none.
+    /// Has an existing object read the blocks of its identifier, wherever they stand, instead of
+    /// creating one for each. It keeps what it could read even if it rejects a body. Borrowed, and
+    /// not the reader's to give away; one such object at a time, null for none.
     void readInto(CSerializable* resident) { m_resident = resident; }
 
     /// Reads the object blocks that are left. Only the one of readInto() takes any; all others are

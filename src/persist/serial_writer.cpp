@@ -49,8 +49,8 @@ bool CSerialWriter::writeObject(const CSerializable& object) {
     const bool written = object.Write(*this);
     const auto length = static_cast<std::size_t>(m_buffer.size() - lengthPlace - 4);
     m_failed = m_failed || length > kMaxLength;
-    // A body that its class gave up on keeps the length of what is there, so that reading such a
-    // file finds its place again.
+    // A body that its class gave up on gets the length that was written, so that a reader of such a
+    // file finds the next object.
     fill(lengthPlace, static_cast<std::uint32_t>(length));
     return written && !m_failed;
 }

@@ -15,9 +15,9 @@ class QIODevice;
 
 namespace raincast {
 
-/// Writes the page file's stream to a device, in order and never seeking: what is open (an object
-/// whose length, a record whose count is not known yet) waits in memory, and goes out once it is
-/// closed and enough has gathered.
+/// Writes the page file's stream to a device, in order and without seeking. An open object (its
+/// length is not known yet) or record (its count) waits in memory. It goes out once it is closed
+/// and enough has gathered.
 ///
 /// The first write that fails ends the stream: every later call returns false and writes nothing.
 /// What the device took until then stays there. After a failure of a class's own the stream is
@@ -58,7 +58,7 @@ public:
         return true;
     }
 
-    /// Sends what is still in memory. False when it or anything before it failed.
+    /// Sends the bytes that are still in memory. False when it or anything before it failed.
     [[nodiscard]] bool finish();
 
     [[nodiscard]] bool failed() const { return m_failed; }

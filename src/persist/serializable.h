@@ -20,10 +20,10 @@ public:
 
     virtual ~CSerializable() = default;
 
-    /// Reads the body, at whose start the reader stands. True on success; on false the object is
-    /// destroyed by whoever read it. A class keeps its defaults for what is missing, and for
-    /// numbers outside of the range that it can use: nothing that a file says is to be trusted.
-    /// It need not consume the whole body, and cannot read beyond its end.
+    /// Reads the body, at whose start the reader stands. True on success; on false the caller
+    /// destroys the object. A class keeps its defaults for missing fields and for numbers outside
+    /// of the range that it can use: do not trust the file. It need not consume the whole body, and
+    /// cannot read beyond its end.
     [[nodiscard]] virtual bool Read(CSerialReader& reader) = 0;
 
     /// Writes the body. True on success.

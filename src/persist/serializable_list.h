@@ -10,8 +10,8 @@ namespace raincast {
 /// A list of objects that is itself an object of the page file: a count, then each element as an
 /// object block.
 ///
-/// The list does not own what it points to: whoever fills it, Read included, deletes the elements
-/// before the list goes (deleteElements). A list that reading drops, because its place holds
+/// The list does not own its elements. The code that fills it, by Read too, deletes them before
+/// the list goes (deleteElements). A list that reading drops, because its place holds
 /// objects of another kind, is emptied by the reader first.
 class CSerializableList : public std::list<CSerializable*>, public CSerializable {
 public:
@@ -26,7 +26,7 @@ public:
     void deleteElements();
 };
 
-/// Destroys an object that nobody wants; a list together with its elements.
+/// Destroys an object that is not used; a list together with its elements.
 void destroyObject(std::unique_ptr<CSerializable> object);
 
 } // namespace raincast

@@ -11,8 +11,8 @@ namespace raincast {
 
 using Branch = RegistryStore::Branch;
 
-/// Calls read(branch, name) for both branches, or write(branch, name) for the one that the flag
-/// names. What the machine branch refuses goes to the user's when the store is saved.
+// Calls read(branch, name) for both branches, or write(branch, name) for the one that the flag
+// names. A value that the machine branch refuses goes to the user's when the store is saved.
 template<typename Read, typename Write>
 void SettingsExchange::exchange(const char* name, bool machineWide, Read read, Write write) {
     const QString valueName = QString::fromLatin1(name);

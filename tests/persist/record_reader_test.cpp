@@ -152,10 +152,10 @@ TEST(RecordReaderTest, AFieldThatIsCutLeavesItsMemberAndFailsWhatFollows) {
         CRecordReader record(reader);
         std::int32_t member = -3;
         QString text = QStringLiteral("default");
-        EXPECT_EQ(record.value(member), -1) << cut.what;
+        EXPECT_EQ(record.value(member), std::nullopt) << cut.what;
         EXPECT_EQ(member, -3) << cut.what;
         EXPECT_FALSE(record.more()) << cut.what;
-        EXPECT_EQ(record.value(member), -1) << cut.what;
+        EXPECT_EQ(record.value(member), std::nullopt) << cut.what;
         EXPECT_FALSE(record.string(text)) << cut.what;
         EXPECT_EQ(text, QStringLiteral("default")) << cut.what;
         EXPECT_FALSE(record.end()) << cut.what;
@@ -171,7 +171,7 @@ TEST(RecordReaderTest, BytesThatAreThereAreGoodThoughTheFieldIsCut) {
     EXPECT_EQ(record.value(member), 4);
     EXPECT_EQ(member, 7);
     EXPECT_FALSE(record.more());
-    EXPECT_EQ(record.value(member), -1);
+    EXPECT_EQ(record.value(member), std::nullopt);
     EXPECT_FALSE(record.end());
 }
 
