@@ -42,7 +42,7 @@ bool GoToDialog::onInitialise() {
 void GoToDialog::onOk() {
     const auto position = typedPosition(text(kPosition));
     if (!position) {
-        complain(QStringLiteral("This is no position. Type the latitude first, for example "
+        complain(QStringLiteral("Not a valid position. Type the latitude first, for example "
                                 "41°30.5'N, 105°15'W or 41.5, -105.25"));
     } else if (!m_goTo(*position)) {
         complain(QStringLiteral("This position is not on the map."));

@@ -9,7 +9,7 @@
 namespace raincast {
 
 /// "Go to Position": takes a position that the user types (see typedPosition()), and has the map go
-/// there. Stays open on what is no position or not on the map.
+/// there. Stays open for a text that is not a position, and for a position that is not on the map.
 class GoToDialog : public Dialog {
 public:
     static constexpr int kTemplate = 151;

@@ -134,7 +134,7 @@ bool CItemMapView::stylusDown(int x, int y, Qt::KeyboardModifiers /*keys*/) {
     return true;
 }
 
-// Zoomed in, the image moves by whole image pixels; what is left over counts in the next move.
+// Zoomed in, the image moves by whole image pixels; the rest counts in the next move.
 void CItemMapView::stylusMove(int x, int y) {
     const int block = 1 << std::max(-m_view.zoom(), 0);
     const int dx = (x - m_dragX) & -block;

@@ -36,7 +36,7 @@ public:
     void draw(QPainter& painter) override;
     /// Keeps the image pixel at the top-left corner where it is.
     void setRectangle(const PageRectangle& rectangle) override;
-    /// Zooms in and out, and what else the map's menu offers (display/map_menu.h).
+    /// Zooms in and out, and what else the map's menu offers (map/map_menu.h).
     bool command(int id, int notification) override;
     /// The arrow keys pan.
     bool keyDown(int key) override;
@@ -54,7 +54,7 @@ public:
     /// Follows, and shows the last position at once if it has a fix.
     void follow();
     void stopFollowing();
-    /// The last position that was heard of, with or without a fix.
+    /// The last position that was published, with or without a fix.
     [[nodiscard]] const CDataGPSPosition& lastFix() const { return m_lastFix; }
 
     /// Whether the image has its place on the earth: without one there are no positions.

@@ -15,8 +15,8 @@ enum class MapIcon { noFix = 119, fixB = 120, fixA = 121, mark = 123 };
     return large ? 44 : 22;
 }
 
-/// An icon's picture, one pixel of it to be one of the page: told from any map by a light halo
-/// around a dark outline, and from the others by its shape. `large` is for screens of high
+/// An icon's picture, one pixel of it for one of the page. A light halo around a dark outline sets
+/// it off from any map, and its shape from the other icons. `large` is for screens of high
 /// resolution; a mark has one size for all. Drawn at the first call, which needs no application.
 [[nodiscard]] const QImage& mapIconPicture(MapIcon icon, bool large);
 

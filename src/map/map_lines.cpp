@@ -18,7 +18,7 @@ namespace {
 
 constexpr float kLeastSpeed = 0.2F; // knots: below, the course is chance
 constexpr int kLeastNameCharacters = 4;
-/// The words of a line of usual length, and of one that must be short.
+// The words of a line of usual length, and of one that must be short.
 struct Words {
     QString left;
     QString right;
@@ -47,7 +47,7 @@ QString crossTrackText(float crossTrack, const Words& words) {
     return QStringLiteral("XTE ") + distance + (onTrack ? QString() : u' ' + words.of(crossTrack));
 }
 
-/// What there is to say behind the name.
+// The parts behind the name.
 QStringList navigationParts(
     const NavigationData& navigation, const CDataGPSPosition& position, const Words& words
 ) {

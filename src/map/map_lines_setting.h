@@ -5,8 +5,8 @@
 
 namespace raincast {
 
-/// Which lines the user wants at the top of maps. His choice is kept in the settings record
-/// "CMapLines" as "show_position" and "show_navigation"; at first he wants both.
+/// Which lines the user wants at the top of maps. Their choice is kept in the settings record
+/// "CMapLines" as "show_position" and "show_navigation"; both are on at first.
 class MapLinesSetting {
 public:
     enum Line : std::uint8_t { position, navigation };

@@ -5,10 +5,10 @@ namespace raincast {
 
 class CItemMapView;
 
-/// What a map view's menu does about marks and the user's position. Where something cannot be done
-/// a message says why, unless the menu has the entry greyed.
+/// The commands of a map view's menu for marks and the user's position. Where something cannot be
+/// done a message says why, unless the menu has the entry greyed.
 
-/// Whether there is a place for a mark: that of the user while the view follows him and he has a
+/// Whether there is a place for a mark: that of the user while the view follows them and there is a
 /// fix, or else the view's centre on the image.
 [[nodiscard]] bool canAddMark(const CItemMapView& view);
 /// Asks for a name and adds a mark there.

@@ -17,7 +17,7 @@ namespace {
 
 using View = CItemMapView;
 
-/// What a command of the map view does, and when.
+// A command of the map view, and when it can be carried out.
 struct MapCommand {
     int id;
     void (*run)(View& view);

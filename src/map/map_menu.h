@@ -27,8 +27,8 @@ inline constexpr MenuRow kMapMenu = subMenu(u"&Map", kMapRows);
 /// The menu of a place on the map.
 inline constexpr MenuRow kMapPlaceRows[] = {menuEntry(kAddMarkHere, u"&Add Mark Here")};
 
-/// Does what a command of the map view's is for, as far as it can be done at present; false for a
-/// command that is none of them.
+/// Carries out a command of the map view, as far as it can be done at present; false for any other
+/// command.
 [[nodiscard]] bool runMapCommand(CItemMapView& view, int command);
 
 /// Greys and checks the map view's entries of a menu.

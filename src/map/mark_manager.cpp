@@ -117,7 +117,7 @@ void CMarkManager::clearTarget() {
     }
 }
 
-// The way to the last target is nobody's any more.
+// Forgets the way to the last target.
 void CMarkManager::dropNavigation() {
     m_startLine = {};
     m_navigating = false;

@@ -17,8 +17,8 @@ namespace raincast {
 /// are kept in the page file, behind the pages.
 ///
 /// One mark can be the target: every position with a fix then gives the way to it, which is
-/// published through Listener<NavigationData>. The manager is told of positions before any map
-/// view, so that a map view which hears of a position finds the way from there.
+/// published through Listener<NavigationData>. The manager hears of positions before any map
+/// view, so that a map view that hears of a position finds the way from there.
 class CMarkManager : public CSerializable, private Listener<CDataGPSPosition> {
 public:
     static const SerializableType<CMarkManager> cType;
@@ -34,8 +34,8 @@ public:
     /// In the order in which they came. A mark keeps its address until it is removed.
     [[nodiscard]] const std::list<COverlayMark>& marks() const { return m_marks; }
 
-    /// Adds a mark at the end. What is not on the earth is put there: on the pole that a latitude
-    /// lies beyond, at 0 for what is no number.
+    /// Adds a mark at the end. A position that is not on the earth is put there: a latitude beyond
+    /// a pole on the pole, not-a-number at 0.
     COverlayMark& add(const GeoPosition& position, const QString& name);
     /// A mark that is not of this manager changes nothing, here and below.
     void rename(const COverlayMark& mark, const QString& name);
@@ -44,16 +44,16 @@ public:
     void clear();
 
     /// Makes a mark the target: its position and name are copied. The line that the cross-track
-    /// offset is measured from starts anew where the next position is. There is no way to a mark
-    /// that is not placed: it changes nothing.
+    /// offset is measured from starts again where the next position is. A mark that is not placed
+    /// changes nothing.
     void setTarget(const COverlayMark& mark);
     void clearTarget();
     [[nodiscard]] bool hasTarget() const { return m_target.latitude != 0; }
     [[nodiscard]] bool isTarget(const COverlayMark& mark) const { return m_targetMark == &mark; }
-    /// The target, of the latitude 0 while there is none.
+    /// The target; its latitude is 0 without one.
     [[nodiscard]] const MarkData& target() const { return m_target; }
 
-    /// Where the user was at the last fix; none before the first.
+    /// Where the user was at the last fix; empty before the first.
     [[nodiscard]] const std::optional<GeoPosition>& currentPosition() const { return m_position; }
     /// The way to the target from there; null without a target, and before the first fix that came
     /// after it was chosen.

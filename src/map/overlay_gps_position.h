@@ -39,7 +39,7 @@ public:
     void Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference) const override;
     void Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline)
         override;
-    /// A mark that is passed does not hide the user, nor does the place where he was lost.
+    /// A mark that is passed does not hide the user, nor does the place where they were lost.
     [[nodiscard]] Layer layer() const override {
         return published().valid() ? Layer::position : Layer::lostPosition;
     }

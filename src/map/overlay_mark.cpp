@@ -41,7 +41,7 @@ void COverlayMark::setName(const QString& text) {
     name = text.left(kMostNameUnits);
 }
 
-// Written so that not-a-number is no place.
+// The comparisons are false for not-a-number.
 bool COverlayMark::isPlaced() const {
     return std::fabs(latitude) <= kMostLatitude && std::fabs(longitude) <= kMostLongitude;
 }

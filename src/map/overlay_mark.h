@@ -20,11 +20,11 @@ public:
 
     COverlayMark() = default;
     COverlayMark(const GeoPosition& position, const QString& name);
-    /// Position and name; the copy is an overlay of its own, which nobody was told of.
+    /// Copies position and name; the copy is an overlay of its own that was not announced.
     COverlayMark(const COverlayMark& other);
     COverlayMark& operator=(const COverlayMark&) = delete;
 
-    /// Takes a name that was typed; what is beyond 1000 UTF-16 units of it is left off.
+    /// Takes a typed name, cut after 1000 UTF-16 units.
     void setName(const QString& text);
 
     /// Whether it is on the earth: 90 degrees of latitude at most, 360 of longitude.

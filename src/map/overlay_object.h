@@ -17,7 +17,7 @@ class COverlayObject {
 public:
     enum class Change { changed = 0, removed = 2 };
 
-    /// What is drawn over what, from the bottom up.
+    /// The order of drawing, from the bottom up.
     enum class Layer { mark, lostPosition, position };
 
     COverlayObject();
@@ -30,14 +30,14 @@ public:
     virtual void
     Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference) const = 0;
 
-    /// Draws the object; `outline` is what Layout gave, in page pixels.
+    /// Draws the object; `outline` has the points of Layout, in page pixels.
     virtual void
     Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline) = 0;
 
     /// Where it is drawn now; another one takes effect with the next announcement.
     [[nodiscard]] virtual Layer layer() const { return Layer::mark; }
 
-    /// What is being announced.
+    /// The change that is being announced.
     [[nodiscard]] Change change() const { return m_change; }
 
     /// Makes a change known to all map views.

@@ -176,7 +176,7 @@ bool CAppPaged::Read(CSerialReader& reader) {
             append(std::move(page));
         });
     reader.readRest(); // a page may wait for a server while it is shown first: all is there by then
-    select(0);         // none of an empty list
+    select(0);         // an empty list has no page to select
     return read;
 }
 

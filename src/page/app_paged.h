@@ -26,10 +26,10 @@ class ZoomInput;
 /// It is bound to the main window by attach(); until then it holds pages but must not show one.
 class CAppPaged : public Window, public CSerializable {
 public:
-    class Page;               ///< paged/page.h
-    class PageType;           ///< paged/page_type.h
-    class GlobalSettingsType; ///< paged/global_settings_type.h
-    class CDlgPages;          ///< paged/dlg_pages.h
+    class Page;               ///< page/page.h
+    class PageType;           ///< page/page_type.h
+    class GlobalSettingsType; ///< page/global_settings_type.h
+    class CDlgPages;          ///< page/dlg_pages.h
 
     using PageList = std::vector<std::unique_ptr<Page>>;
     using Position = std::size_t; ///< in the page list
@@ -40,7 +40,7 @@ public:
 
     /// Binds the application to its main window, whose pages are shown in `client` (the central
     /// widget of a main window, or the window itself). `pageMenu` is the menu that holds the
-    /// entries of paged/page_commands.h; those that are missing are done without. All four are
+    /// entries of window/commands.h; those that are missing are done without. All four are
     /// borrowed and must live until the window is destroyed.
     void attach(QWidget& window, QWidget& client, CommandSet& commands, QMenu& pageMenu);
 
@@ -61,7 +61,7 @@ public:
     /// The enabled page before the current one; none at the start, or without a current page.
     [[nodiscard]] std::optional<Position> previousEnabled() const;
 
-    /// Show those; nothing changes if there is none.
+    /// Show those; without one nothing changes.
     void nextPage();
     void previousPage();
     /// Shows the first enabled page behind the current one, from the start of the list behind its
@@ -78,7 +78,7 @@ public:
     /// with the list as it was, if the user chose none or the page could not be created.
     bool addPage(QWidget* parent);
 
-    /// Swaps a page with its neighbour behind it; nothing if there is none.
+    /// Swaps a page with its neighbour behind it; nothing without one.
     void swapWithNext(Position position);
     /// Destroys a page and takes it out of the list. If it is the current one, none is current
     /// then.

@@ -19,7 +19,7 @@ public:
     void fit(const QWidget& window, const QSize& deviceSize);
     void release() { m_image = QImage(); }
 
-    /// A null image before fit(), and if there is no memory for it.
+    /// A null image before fit(), and without memory for it.
     [[nodiscard]] QImage& image() { return m_image; }
 
     /// Copies the picture pixel by pixel to the window that `target` is, or to a device that stands

@@ -12,8 +12,8 @@ namespace raincast {
 
 namespace {
 
-/// Keeps from a menu what is left of the press that opened it: lifting the stylus would choose what
-/// happens to be under it, or close the menu.
+// Keeps the rest of a press from the menu that it opened: lifting the stylus would choose what
+// happens to be under it, or close the menu.
 class RestOfPress : public QObject {
 public:
     explicit RestOfPress(QMenu& menu) : QObject(&menu) { menu.installEventFilter(this); }

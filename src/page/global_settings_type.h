@@ -11,7 +11,8 @@ class QWidget;
 namespace raincast {
 
 /// Settings of the whole installation that have a dialog of their own; the "Settings" menu offers
-/// them. Each is a static object; all() has them in the menu's order.
+/// them. Each is a static object, or owned by the viewer when its dialog needs something; all() has
+/// them in the menu's order.
 class CAppPaged::GlobalSettingsType : public RankedRecord<CAppPaged::GlobalSettingsType> {
 public:
     /// The ranks of the program's settings.
@@ -20,8 +21,8 @@ public:
     static constexpr int kRankGpsSource = 30;
     static constexpr int kRankServers = 40;
 
-    /// `name` is the type's own and may be empty; `caption` is what the user reads in the menu, to
-    /// which three dots are added. One without a caption is not offered.
+    /// `name` is the type's own and may be empty; the menu shows `caption`, followed by
+    /// three dots. One without a caption is not offered.
     GlobalSettingsType(QString name, QString caption, int rank);
 
     /// Shows the settings dialog over the application's window.

@@ -23,8 +23,8 @@ class CPageDisplay::CItem : public CSerializable {
 public:
     ~CItem() override;
 
-    /// Reads the placement: one record with one field, its bytes. Never fails; what is missing or
-    /// out of range keeps its default.
+    /// Reads the placement: one record with one field, its bytes. Never fails; a missing field or
+    /// one out of range keeps its default.
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
 
@@ -60,7 +60,7 @@ public:
     /// chosen comes as a command. Without rows the item beneath is asked.
     virtual std::span<const MenuRow> contextMenu(int x, int y);
 
-    /// What is wrong with what the item shows, for a person; empty while nothing is.
+    /// The item's problem, for a person; empty while all is well.
     [[nodiscard]] virtual QString statusText() const;
     /// What the item shows at present, for the window's title; empty for nothing worth naming.
     [[nodiscard]] virtual QString caption() const;

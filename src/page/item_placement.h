@@ -64,7 +64,7 @@ struct ItemPlacement {
     /// The bytes of the page file: the ten numbers in their order, little-endian.
     using Bytes = std::array<std::uint8_t, 40>;
     [[nodiscard]] Bytes toBytes() const;
-    /// Takes the numbers over. What is out of range takes its default: the whole rectangle if one
+    /// Takes the numbers over. One out of range takes its default: the whole rectangle if one
     /// edge lies more than kFarthest from the page's corner, a frame wider than kWidestFrame or
     /// negative, an unknown edge style or anchor. Fill colour and clip may be any number.
     void fromBytes(const Bytes& bytes);

@@ -28,7 +28,7 @@ public:
     ~Page() override;
 
     /// Reads and writes the name and the enabled flag: the record that each page's body starts
-    /// with. Reading never fails; what is missing or no boolean keeps its value.
+    /// with. Reading never fails; a missing field, or one that is not a boolean, keeps its value.
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
 

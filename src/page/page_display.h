@@ -24,10 +24,10 @@ namespace raincast {
 /// All places are pixels of the device, from the page's top-left corner.
 class CPageDisplay : public CAppPaged::Page, public Window {
 public:
-    class CItem;       ///< display/item.h
-    class CImage;      ///< display/image.h
+    class CItem;       ///< page/item.h
+    class CImage;      ///< page/image.h
     class Type;        ///< "Blank customizable page"
-    class ContextMenu; ///< display/context_menu.h
+    class ContextMenu; ///< page/context_menu.h
 
     static const SerializableType<CPageDisplay> cType;
 
@@ -60,7 +60,7 @@ public:
     [[nodiscard]] const Items& items() const { return m_items; }
     /// Puts an item on top of the others; its menu joins the page's.
     CItem& addItem(std::unique_ptr<CItem> item);
-    /// The topmost item at a place, null if there is none.
+    /// The topmost item at a place, null without one.
     [[nodiscard]] CItem* itemAt(PagePoint place) const;
 
     /// The item that the stylus chose last; null for none.
@@ -76,8 +76,8 @@ public:
     void invalidate();
     void refresh();
 
-    /// What is wrong with what the page shows, empty while nothing is: the first item's that has
-    /// something to say, from the top.
+    /// The problem of the page's items, for a person: the first one's that has something to say,
+    /// from the top. Empty while all is well.
     [[nodiscard]] QString statusText() const;
     /// What the page shows, found in the same way.
     [[nodiscard]] QString caption() const;
@@ -91,8 +91,9 @@ public:
     bool windowProcedure(QEvent& event) override;
 
 protected:
-    /// The user deletes an item, which is off the page already and about to go: whoever remembers
-    /// it must forget it now, since a later one may have its address. Overrides call this one.
+    /// The user deletes an item, which is off the page already and about to go: anyone who
+    /// remembers it must forget it now, since a later one may have its address. Overrides call this
+    /// one.
     virtual void itemDeleted(const CItem& item);
 
 private:

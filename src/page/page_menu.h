@@ -16,7 +16,7 @@ namespace raincast {
 
 /// The application's own part of the page menu: the enabled pages, the current one marked, and the
 /// settings dialogs, each at the place that its entry of MenuPlace marks; previous and next page
-/// greyed where there is none.
+/// greyed without one.
 class PageMenu {
 public:
     /// At most this many pages are listed; the pages dialog has them all.
@@ -32,8 +32,8 @@ public:
     /// Brings all of it up to date; due whenever the menu opens, and only then: an entry may not
     /// go while it is being handled.
     void update();
-    /// Greys previous and next page where there is none; due whenever that may have changed, since
-    /// a greyed command's keys and buttons do nothing.
+    /// Greys previous and next page where there is no such page; due whenever that may have
+    /// changed, since a greyed command's keys and buttons do nothing.
     void updateCycling();
 
 private:

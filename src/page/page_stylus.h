@@ -30,7 +30,7 @@ public:
     void down(PagePoint place, Qt::KeyboardModifiers keys);
     void move(PagePoint place);
     void up(PagePoint place);
-    /// The press that is under way will not be lifted and is no tap.
+    /// The press that is under way will not be lifted and is not a tap.
     void lose();
     /// The timer is due.
     void hold();

@@ -171,8 +171,8 @@ CUnits::PosFmtLatLon::formatCoordinate(double degrees, const char (&letters)[3],
 }
 
 bool CUnits::PosFmtLatLon::parsePosition(QStringView text, GeoPosition& position) {
-    // One character for each of the text's; what is not Latin-1 becomes a question mark, which is
-    // neither a digit nor a letter.
+    // One character for each of the text's; a character beyond Latin-1 becomes a question mark,
+    // which is neither a digit nor a letter.
     const QByteArray latin = text.toLatin1();
     const std::string_view all(latin.data(), static_cast<std::size_t>(latin.size()));
     const std::size_t split = findSplit(all);

@@ -12,8 +12,8 @@ public:
     /// The position as text; empty for one that is not finite.
     [[nodiscard]] virtual QString format(const GeoPosition& position) const = 0;
 
-    /// Reads a position that a person typed. False when there is none: then what could not be read
-    /// of `position` is as it was, and the rest may have changed.
+    /// Reads a position that a person typed. False when the text is not a position: the part of
+    /// `position` that could not be read is unchanged, and the rest may have changed.
     [[nodiscard]] virtual bool parse(QStringView text, GeoPosition& position) const = 0;
 
     /// The name that the dialog shows and the settings keep.
@@ -21,7 +21,7 @@ public:
 
     /// "Deg,Min", for those who have not chosen.
     [[nodiscard]] static const PositionFormatType& usual();
-    /// The format of exactly that name; usual() if there is none.
+    /// The format of exactly that name; usual() without one.
     [[nodiscard]] static const PositionFormatType& named(const QString& name);
 
 protected:

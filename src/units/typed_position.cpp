@@ -9,7 +9,7 @@ namespace raincast {
 
 namespace {
 
-/// What tells a latitude from a longitude.
+// The difference between a latitude and a longitude.
 struct Axis {
     double most;       ///< degrees
     char16_t positive; ///< letter of the hemisphere
@@ -21,7 +21,7 @@ constexpr Axis kLongitude{360, u'E', u'W'};
 constexpr double kMostSixtieths = 60;
 constexpr qsizetype kLongestText = 200;
 
-/// One of the two as it was typed.
+// One of the two as it was typed.
 struct Half {
     double degrees = 0;
     int numbers = 0; ///< of which it is made
@@ -76,7 +76,7 @@ std::optional<Half> readHalf(QStringView text, const Axis& axis) {
     const bool isNegative = letters == QString(axis.negative) || sign == u"-";
     const bool isOfAxis =
         letters.isEmpty() || letters == QString(axis.positive) || letters == QString(axis.negative);
-    // A letter beside a sign is one too many: nobody knows which of them is meant.
+    // A letter beside a sign is ambiguous.
     const bool isClear = letters.isEmpty() || sign.isEmpty();
     auto half = match.hasMatch() && isOfAxis && isClear ? valueOf(match) : std::nullopt;
     if (!half || half->degrees > axis.most) {

@@ -9,8 +9,8 @@
 
 namespace raincast {
 
-/// Reads a latitude and a longitude as people type them, with more understanding and less patience
-/// than CUnits::parsePosition():
+/// Reads a latitude and a longitude as people type them, with more forms than
+/// CUnits::parsePosition(), but no guesses:
 ///
 ///     37.375, -121.917        37 22.5, -121 55        37°22'30"N 121°55'W
 ///     N37.375, W121.917       37 22.5 N, 121 55 W     37-22.5N 121-55W
@@ -20,8 +20,8 @@ namespace raincast {
 /// perhaps of minutes and of seconds up to 60, of which the last may have decimals, and a letter of
 /// its own hemisphere on one side, or a sign. A minus may be the one of print (U+2212), too.
 ///
-/// None for anything else: what is missing is never taken for 0. The latitude is within 90 degrees,
-/// the longitude within 360.
+/// Empty for any other text: a missing part is never taken for 0. The latitude is within 90
+/// degrees, the longitude within 360.
 [[nodiscard]] std::optional<GeoPosition> typedPosition(QStringView text);
 
 } // namespace raincast

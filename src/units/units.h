@@ -15,8 +15,8 @@ namespace raincast {
 ///
 ///     CUnits::global().distanceText(metres)
 ///
-/// each time it draws. What stays on the screen derives from CUnits::ChangeListener to be told when
-/// it must draw again.
+/// each time it draws. A window that stays on the screen derives from CUnits::ChangeListener, which
+/// says when to draw again.
 class CUnits {
 public:
     class ChangeListener;     ///< units/units_change_listener.h
@@ -75,7 +75,7 @@ public:
 
     /// A distance or speed for people, with its unit: "0.25 Mi", "3.2 Mi", "128 Mi", "6.4 kts".
     /// Metres, feet and yards are whole, speeds have one decimal below 100. The decimal point is
-    /// a point. What is not finite reads as "-- Mi".
+    /// a point. A number that is not finite reads as "-- Mi".
     [[nodiscard]] QString distanceText(double metres) const;
     [[nodiscard]] QString speedText(double knots) const;
 

@@ -6,7 +6,7 @@
 namespace raincast {
 
 void CUnits::ChangeListener::tellAll() {
-    // Whoever is told may end others: they are looked up again before they are called.
+    // A listener may end others: look each one up again before calling it.
     const std::vector<ChangeListener*> all = s_all;
     for (ChangeListener* const listener : all) {
         if (std::find(s_all.begin(), s_all.end(), listener) != s_all.end()) {

@@ -7,8 +7,8 @@
 
 namespace raincast {
 
-/// Is told when the user has chosen other units: from construction to destruction. A listener may
-/// end itself or others while it is told.
+/// Is called when the user has chosen other units, from construction to destruction. In the call a
+/// listener may end itself or others.
 class CUnits::ChangeListener {
 public:
     /// CUnits::global() has changed.
