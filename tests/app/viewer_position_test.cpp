@@ -105,7 +105,7 @@ protected:
     std::optional<QString> saved() const {
         return RegistryStore::inStandardFolders().string(
             RegistryStore::Branch::user,
-            QStringLiteral("Software/Quorvane/Raincast_1/PositionSourceSetting"),
+            QStringLiteral("Software/Quorvane/Raincast_1/CPositionSource"),
             QStringLiteral("position_source")
         );
     }

@@ -13,7 +13,6 @@
 #include "sample_viewer.h"
 #include "support/dialog_script.h"
 #include "support/fake_source.h"
-#include "support/manual_timers.h"
 #include "units/dlg_units.h"
 #include "weather/servers_setting.h"
 #include "weather/weather_dialogs.h"

@@ -10,7 +10,7 @@
 namespace raincast {
 namespace {
 
-const QString kKey = QStringLiteral("Software/Quorvane/Raincast_1/ServersSetting");
+const QString kKey = QStringLiteral("Software/Quorvane/Raincast_1/CServers");
 
 class ServersTest : public ::testing::Test {
 protected:

@@ -106,9 +106,9 @@ protected:
     CHeartbeat heartbeat;
     RecordListener<CDataGPSPosition> positions;
     Talk sim;
-    PublishedPosition position;
+    PublishedPosition shown;
     NavigatorLink navigator;
-    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, position, navigator};
+    std::optional<CFeedQVAPI_to_GPSPosition> feed{std::in_place, shown, navigator};
 };
 
 TEST_F(NavigatorSimTest, PositionsComeFromTheNavigator) {

@@ -42,8 +42,8 @@ void expectReplay(const Expected& expected, std::string_view log) {
     const RecordListener<CNMEA_GPS::GGA> gga;
     const RecordListener<CNMEA_GPS::VTG> vtg;
     const RecordListener<CDataGPSPosition> positions;
-    PublishedPosition position;
-    const CFeedRMC_to_GPSPosition feed(position);
+    PublishedPosition shown;
+    const CFeedRMC_to_GPSPosition feed(shown);
     NmeaReader reader;
     constexpr std::size_t kReadSize = 37;
     for (std::size_t at = 0; at < log.size(); at += kReadSize) {

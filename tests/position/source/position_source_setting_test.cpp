@@ -33,7 +33,7 @@ protected:
     std::string saved() const {
         const auto value = store().string(
             RegistryStore::Branch::user,
-            QStringLiteral("Software/Quorvane/Raincast_1/PositionSourceSetting"),
+            QStringLiteral("Software/Quorvane/Raincast_1/CPositionSource"),
             QStringLiteral("position_source")
         );
         return value ? value->toStdString() : "(none)";
