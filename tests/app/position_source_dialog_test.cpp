@@ -125,8 +125,7 @@ TEST_F(DlgPositionSourceTest, TheSettingsMenuOffersItBehindTheUnits) {
         offered = type->caption() == kCaption ? type : offered;
     }
     ASSERT_NE(offered, nullptr);
-    EXPECT_EQ(captions.front(), "Units");
-    EXPECT_EQ(captions.back(), "GPS Source");
+    EXPECT_THAT(captions, testing::ElementsAre("Units", "GPS Vector", "GPS Source", "Servers"));
     DialogScript script;
     script.expect(kCaption);
     offered->open(nullptr);
