@@ -19,6 +19,14 @@ PersistantData::PersistantData(const char* name) : m_name(name), m_next(s_head) 
     s_head = this;
 }
 
+PersistantData::~PersistantData() {
+    PersistantData** link = &s_head;
+    while (*link != this) {
+        link = &(*link)->m_next;
+    }
+    *link = m_next;
+}
+
 void PersistantData::loadAll(RegistryStore& store, const QString& application) {
     for (PersistantData* record = s_head; record != nullptr; record = record->m_next) {
         record->forgetRun();

@@ -17,8 +17,8 @@ namespace raincast {
 class RegistryStore;
 
 /// Base of a class's settings record (its nested class `Persistant`): settings that belong to the
-/// installation rather than to a page. Records are static objects; constructing one registers it
-/// for the life of the program under the name of the class that owns it. All are loaded together
+/// installation rather than to a page. Constructing a record registers it, for as long as it lives,
+/// under the name of the class that owns it; most are static objects. All are loaded together
 /// before the first window and saved together after the last.
 ///
 /// The values of record "CGlobals" of application "Raincast_1" stand under the key
@@ -52,7 +52,7 @@ public:
 protected:
     /// The name is borrowed for the life of the program.
     explicit PersistantData(const char* name);
-    virtual ~PersistantData() = default;
+    virtual ~PersistantData();
 
     /// Calls one operation of the exchange for each value, in a fixed order.
     virtual void exchange(SettingsExchange& values) = 0;
@@ -73,7 +73,7 @@ private:
     static inline PersistantData* s_head = nullptr;
 
     const char* const m_name;
-    PersistantData* const m_next;
+    PersistantData* m_next;
     std::vector<ForThisRun> m_forThisRun;
 };
 

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <memory>
 #include <vector>
 
 namespace raincast {
@@ -222,7 +223,7 @@ struct WithOption : PersistantData {
 };
 
 TEST_F(PersistantDataTest, AValueSetForThisRunIsNotSaved) {
-    static WithOption record("CWithOptionTest");
+    WithOption record("CWithOptionTest");
     const QString key = kRoot + QStringLiteral("/CWithOptionTest");
     const QString name = QStringLiteral("config_file");
     m_store.setString(Branch::user, key, name, QStringLiteral("/stored"));
@@ -240,7 +241,7 @@ TEST_F(PersistantDataTest, AValueSetForThisRunIsNotSaved) {
 }
 
 TEST_F(PersistantDataTest, WhatIsSetForARunEndsWithIt) {
-    static WithOption record("CEndOfRunTest");
+    WithOption record("CEndOfRunTest");
     const QString key = kRoot + QStringLiteral("/CEndOfRunTest");
     const QString name = QStringLiteral("config_file");
     load();
@@ -254,6 +255,24 @@ TEST_F(PersistantDataTest, WhatIsSetForARunEndsWithIt) {
     record.file = QStringLiteral("/chosen");
     ASSERT_TRUE(save());
     EXPECT_EQ(m_store.string(Branch::user, key, name), QStringLiteral("/chosen"));
+}
+
+TEST_F(PersistantDataTest, ARecordThatIsGoneIsNeitherLoadedNorSaved) {
+    const QString key = kRoot + QStringLiteral("/CWithOptionTest");
+    {
+        const auto first = std::make_unique<WithOption>("CWithOptionTest");
+        auto second = std::make_unique<WithOption>("CWithOptionTest");
+        const WithOption third("CWithOptionTest");
+        second.reset(); // from the middle of the list
+        load();
+        EXPECT_TRUE(first->loading);
+        EXPECT_TRUE(third.loading);
+    }
+    load();
+    ASSERT_TRUE(save());
+    const RegistryStore again(machineFile(), userFile());
+    EXPECT_EQ(again.dword(Branch::user, key, QStringLiteral("other")), std::nullopt);
+    EXPECT_EQ(again.dword(Branch::user, kUnitsKey, kUnits), 5U) << "the others are there";
 }
 
 } // namespace
