@@ -7,7 +7,7 @@
 
 namespace raincast::test {
 
-/// Stands in for somebody who cancels whatever opens: the station dialog that a first start shows.
+/// Stands in for a user who cancels every dialog, such as the station dialog of a first start.
 class CancelDialogs {
 public:
     CancelDialogs() {

@@ -248,7 +248,7 @@ TEST_F(DamagedPagesTest, WhatCouldBeReadIsUsedIfTheUserWantsThat) {
     );
     EXPECT_LT(pages().size(), whole.size());
     EXPECT_EQ(backup(), whole);
-    // He has decided: the backup goes with the next run's.
+    // The user has decided: the next run makes another backup.
     const QByteArray left = pages();
     EXPECT_EQ(runAndClose(), 0);
     EXPECT_EQ(backup(), left);

@@ -349,7 +349,7 @@ protected:
         EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         EXPECT_FALSE(BusyGuard::active());
-        // A page, or what is said where there is none, and nothing that was left behind.
+        // A page, or the hint that there is no page, and nothing else.
         int shown = 0;
         for (const QObject* child : viewer.window()->client()->children()) {
             const auto* const widget = qobject_cast<const QWidget*>(child);

@@ -154,7 +154,7 @@ private:
         write(path, "");
         EXPECT_TRUE(image.save(m_folder.filePath(path.mid(1)), "JPEG"));
     }
-    /// Lines every so many pixels, of a colour that tells the layer; between them transparent or,
+    /// Lines at a regular distance, in the layer's colour; between them transparent or,
     /// without a transparent index, white.
     static QByteArray stripes(int transparent, int distance, int colour) {
         const QRgb line = qRgb(40 * colour + 20, 200 - 50 * colour, 90 * colour % 256);

@@ -377,7 +377,7 @@ TEST_F(ProgramTest, WithoutAnyDisplayOneSentenceSaysHowToGoOn) {
     }
 }
 
-/// The navigator's window, as far as the program can tell.
+/// Stands in for the navigator's window.
 class NavigatorWindow {
 public:
     explicit NavigatorWindow(const test::TemporaryHome& home) {

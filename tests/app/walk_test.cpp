@@ -149,7 +149,7 @@ TEST_F(WalkTest, ARadarIsPutOnAPageThatHadNone) {
                     chooseSite("Radar");
                 });
                 script.expect("Weather Station", [](QDialog& /*dialog*/) {
-                    test::settle(); // long enough for whatever waits for a turn of the event loop
+                    test::settle(); // long enough for all that waits for a turn of the event loop
                     chooseSite("San Fr");
                 });
                 test::chooseInMenu(bar, {"Menu", "Layout", "Add item..."}, hand);

@@ -52,7 +52,7 @@ QByteArray warningsGif() {
                     }});
 }
 
-/// Writes down what an update tells.
+/// Writes down what an update reports.
 class Recorder : public RadarUpdateObserver {
 public:
     void statusChanged(const QString& status) override { statuses.push_back(status); }
@@ -280,7 +280,7 @@ TEST_F(RadarUpdateTest, ACachedFrameThatIsNoneIsFetchedAgain) {
         EXPECT_EQ(readFile(cached(name)), frameGif()) << defect.toStdString();
         EXPECT_EQ(m_server.count(kListing + name), ++asked);
     }
-    // While it cannot be had, it is passed over.
+    // It is passed over while it cannot be fetched.
     writeFile(cached(name), "<html>");
     m_server.serve(kListing + name, "gone", 404);
     EXPECT_TRUE(update());
@@ -490,7 +490,7 @@ TEST_F(RadarUpdateTest, ACacheFolderThatCannotBeMadeIsTold) {
 
 TEST_F(RadarUpdateTest, ACacheFolderThatCannotBeWrittenIsTold) {
     publish({"20190519_0554"});
-    // What is no file is not replaced, whoever asks.
+    // Only a file is replaced.
     ASSERT_TRUE(QDir().mkpath(cached(nameOf("20190519_0554"))));
     EXPECT_FALSE(update());
     EXPECT_EQ(m_state.status, cacheFailure(EISDIR));

@@ -22,7 +22,7 @@ class ItemWeatherCacheTest : public test::WeatherPage {
 protected:
     [[nodiscard]] QString folder() const { return m_item->state().cacheFolder + "/MUX"; }
     void update() { EXPECT_TRUE(m_item->command(kUpdate, 0)); }
-    /// Looks at the image's north-west, where the lines are, and tells the colour of a column.
+    /// Looks at the image's north-west, where the lines are; returns the colour of a column.
     [[nodiscard]] QRgb lineAt(int column) {
         while (m_item->view().toPage({0, 0}).x < 5) {
             m_item->keyDown(Qt::Key_Left);

@@ -133,7 +133,7 @@ TEST_F(ItemWeatherFaultsTest, EveryFaultOfTheOnlyFrameIsTold) {
         updateFrom(server.host());
         expectStatus(fault.status, fault.what);
         expectUsable(fault.what);
-        expectNextUpdateWorks(fault.what); // whatever was kept is asked for again
+        expectNextUpdateWorks(fault.what); // everything is fetched again
     }
 }
 

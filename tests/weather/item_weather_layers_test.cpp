@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a change of product and layers loads anew, and what is shown without a layer.
+// What a change of product and layers loads again, and what is shown without a layer.
 #include "support/files.h"
 #include "weather_page.h"
 
@@ -44,7 +44,7 @@ protected:
         paths.erase(paths.begin(), paths.begin() + first);
         return paths;
     }
-    /// Looks at the image's north-west, where the lines are, and tells the colour of a column.
+    /// Looks at the image's north-west, where the lines are; returns the colour of a column.
     [[nodiscard]] QRgb lineAt(int column) {
         while (m_item->view().toPage({0, 0}).x < 5) {
             m_item->keyDown(Qt::Key_Left);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What somebody who waits for a load sees: each step as it is done.
+// What a user who waits for a load sees: each step as it is done.
 #include "support/files.h"
 #include "weather_page.h"
 

@@ -29,7 +29,7 @@ protected:
             writeFile(m_before + QStringLiteral("/TLX/TLX_Topo_%1").arg(i, 4, 10, QChar(u'0')));
         }
     }
-    /// Moves the cache to the card; `messages` boxes tell of trouble.
+    /// Moves the cache to the card; `messages` boxes report trouble.
     void moveToCard(int messages = 0) {
         DialogScript script;
         script.expect("Radar Image Storage", [&](QDialog& dialog) {

@@ -152,7 +152,7 @@ TEST(RealDataImageFileTest, TransparentBlackLayersLoadWhite) {
     }
 }
 
-/// The colours that frames show are the same whatever order their palettes have.
+/// Frames show the same colours in whichever order their palettes have them.
 TEST(RealDataImageFileTest, FramesOfDifferentPaletteOrderHaveTheSameGround) {
     const QString folder = qEnvironmentVariable("RAINCAST_TEST_DATA") +
                            QStringLiteral("/radar-tree/ridge/RadarImg/N0R/MUX/");
