@@ -14,8 +14,8 @@ namespace raincast {
 
 namespace {
 
-// What Qt said before it was clear how it ends: told if it ends well, replaced by our sentence if
-// not.
+// Qt's messages until the outcome is known: printed after success, replaced by our sentence after
+// failure.
 std::vector<std::pair<QtMsgType, QString>> heldBack;
 QtMessageHandler usual = nullptr;
 
@@ -29,7 +29,7 @@ void holdBack(QtMsgType type, const QMessageLogContext& /*context*/, const QStri
         "or WAYLAND_DISPLAY, or have a picture made with --screenshot FILE.\n",
         stderr
     );
-    // Returning would abort the process. There is nothing yet that could be saved.
+    // Returning would abort the process. There is nothing to save yet.
     std::_Exit(1);
 }
 

@@ -27,7 +27,7 @@ const DialogTemplateRecord aboutTemplate{
      },
      {}}};
 
-/// The picture of the resource module at an extent in device pixels; null without it.
+/// The resource module's picture at an extent in device pixels; null without the module.
 QImage pictureFromModule(int extent) {
     QImageReader reader(
         ResourceModule::path(QStringLiteral("pictures"), CDlgAbout::kPictureResource)
@@ -38,7 +38,7 @@ QImage pictureFromModule(int extent) {
 } // namespace
 
 void CDlgAbout::show(QWidget* parent) {
-    // What is missing has been said by then; the box does without.
+    // The user has read what is missing; the box does without it.
     static_cast<void>(requireResourceModule(parent, kPictureResource));
     CDlgAbout dialog;
     dialog.run(parent);

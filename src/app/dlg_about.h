@@ -17,8 +17,8 @@ public:
 
     CDlgAbout() : Dialog(kTemplate) {}
 
-    /// Shows the box. A missing resource module is said first; the box then shows the program's
-    /// icon.
+    /// Shows the box. If the resource module is missing, says so first and shows the program's icon
+    /// instead of the picture.
     static void show(QWidget* parent);
 
     bool onInitialise() override;

@@ -11,7 +11,7 @@ namespace raincast {
 
 namespace {
 
-// Icons are drawn on a square of this extent, whatever the size they are wanted in.
+// Icons are drawn on a square of this extent, then scaled.
 constexpr double kExtent = 24;
 
 using Draw = void (*)(QPainter&, const QColor& ink);

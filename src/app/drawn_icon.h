@@ -5,13 +5,13 @@
 
 namespace raincast {
 
-/// Icons that are drawn by shape, so that they are sharp at every size and density. Those of the
+/// Icons that are drawn as shapes, and so are sharp at every size and density. The icons of the
 /// tool bar take the palette's colour of button texts.
 [[nodiscard]] QIcon zoomInIcon();
 [[nodiscard]] QIcon zoomOutIcon();
 [[nodiscard]] QIcon updateIcon();
 
-/// The program's own: a radar's sweep over rain.
+/// The program's icon: a radar's sweep over rain.
 [[nodiscard]] QIcon programIcon();
 
 } // namespace raincast

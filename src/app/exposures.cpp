@@ -15,7 +15,7 @@ namespace raincast {
 namespace {
 
 void letThrough() {
-    // Without a guard timers and sockets of ours would run in the midst of somebody's transfer.
+    // Without a guard our timers and sockets would run in the middle of a transfer.
     if (BusyGuard::active()) {
         QCoreApplication::processEvents(
             QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers
@@ -27,7 +27,7 @@ bool ending() {
     return EndSignals::came() || Modal::endRequested();
 }
 
-// A transfer ends by itself, but others may keep the navigator for as long as they like.
+// A transfer ends by itself, but the navigator may be busy for any length of time.
 bool letThroughUntilTheEnd() {
     letThrough();
     return !ending();

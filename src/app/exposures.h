@@ -4,10 +4,9 @@
 namespace raincast {
 
 /// While it lives, a transfer that waits lets the program's windows be painted, so that a desktop
-/// does not take them for dead. Input waits for the transfer. Timers and sockets do so by looking
-/// at BusyGuard themselves: not every event loop below Qt can hold them back. A wait for the
-/// navigator, which may have no end, is treated likewise, and ends when the program is asked to
-/// end.
+/// does not take them for dead. Input waits for the transfer. Timers and sockets look at BusyGuard
+/// themselves: not every event loop below Qt can hold them back. A wait for the navigator, which
+/// may have no end, works the same way, and ends when the program is asked to end.
 class Exposures {
 public:
     Exposures();

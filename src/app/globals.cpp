@@ -3,8 +3,6 @@
 
 namespace raincast {
 
-CGlobals::Persistant CGlobals::settings;
-
 QString CGlobals::title() {
     return QStringLiteral("Raincast");
 }

@@ -7,12 +7,10 @@
 
 namespace raincast {
 
-/// What the program as a whole keeps and is called.
+/// The program's names, and the settings of the program as a whole.
 class CGlobals {
 public:
     class Persistant;
-
-    static Persistant settings;
 
     /// The window's title and class; together with the page file's path they name an instance.
     [[nodiscard]] static QString title();
@@ -21,7 +19,7 @@ public:
     [[nodiscard]] static QString application();
 };
 
-/// The settings record "CGlobals".
+/// The settings record "CGlobals". A viewer has one of its own.
 class CGlobals::Persistant : public PersistantData {
 public:
     Persistant() : PersistantData("CGlobals") {}

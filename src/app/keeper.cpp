@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/keeper.h"
 
-#include "app/globals.h"
 #include "app/raincast_app.h"
 #include "app/trial_app.h"
 #include "app/viewer_log.h"
@@ -25,8 +24,8 @@ QString lossOf(const char* what, const QString& path, const QString& reason) {
         .arg(QString::fromLatin1(what), path, reason);
 }
 
-/// The folder of the usual page file is the program's own to make. It was made at the start, unless
-/// that failed, and may be gone since.
+/// Makes the folder of the usual page file, which belongs to the program. The start made it, unless
+/// that failed; it may be gone since.
 tl::expected<void, QString> makeUsualFolder(const QString& pageFile) {
     const QString folder = QFileInfo(pageFile).path();
     return folder == QFileInfo(Keeper::usualPageFile()).path() ? makeFolder(folder)
@@ -44,9 +43,9 @@ QString Keeper::usualPageFile() {
            QStringLiteral("/Quorvane/Raincast_1/pages.cfg");
 }
 
-Keeper::Keeper(CRaincastApp& application, const QString& pageFile)
-    : m_application(application), m_file(pageFile, examinePages<TrialApp>) {
-    m_file.backup().setDecidedAgainst(CGlobals::settings.declinedBackup);
+Keeper::Keeper(CRaincastApp& application, CGlobals::Persistant& settings, const QString& pageFile)
+    : m_application(application), m_settings(settings), m_file(pageFile, examinePages<TrialApp>) {
+    m_file.backup().setDecidedAgainst(m_settings.declinedBackup);
 }
 
 void Keeper::loadPages(QWidget* window) {
@@ -56,7 +55,7 @@ void Keeper::loadPages(QWidget* window) {
         askForBackup(window);
     }
     if (Modal::endRequested()) {
-        return; // in the box: nothing was loaded, and nothing may take its place
+        return; // in the box: nothing was loaded, and nothing may replace the file
     }
     m_file.load(m_application);
     m_loaded = true;
@@ -91,7 +90,7 @@ void Keeper::askForBackup(QWidget* window) {
 std::optional<QString> Keeper::writePages() {
     const auto saved =
         makeUsualFolder(m_file.path()).and_then([this] { return m_file.save(m_application); });
-    CGlobals::settings.declinedBackup = m_file.backup().decidedAgainst();
+    m_settings.declinedBackup = m_file.backup().decidedAgainst();
     if (saved) {
         return std::nullopt;
     }
@@ -119,11 +118,11 @@ QStringList Keeper::problemsOf(std::initializer_list<Write> writes) {
 
 void Keeper::savePages(Audience audience, QWidget* window) {
     if (!m_loaded || m_file.untouchable()) {
-        return; // which was said at the start
+        return; // the user has read so at the start
     }
     QStringList problems = problemsOf({&Keeper::writePages});
     if (!problems.isEmpty() && audience == Audience::user) {
-        // One box for both: what keeps one file from being written often keeps the other as well.
+        // One box for both: one fault often keeps both files from being written.
         problems += problemsOf({&Keeper::writeSettings});
     }
     insist(problems, {&Keeper::writePages, &Keeper::writeSettings}, audience, window);
@@ -135,7 +134,7 @@ void Keeper::saveSettings(Audience audience) {
     }
 }
 
-/// Goes on trying for as long as the user wants to.
+// Tries again for as long as the user wants to.
 void Keeper::insist(
     QStringList problems, std::initializer_list<Write> writes, Audience audience, QWidget* window
 ) {
@@ -162,7 +161,7 @@ void Keeper::insist(
 
 void Keeper::complain(const QString& text) {
     const QString line = text.simplified();
-    if (!m_complaints.contains(line)) { // a log-out saves, and so does the end that follows
+    if (!m_complaints.contains(line)) { // a log-out saves, and the end that follows saves again
         m_complaints.append(line);
         qCCritical(viewerLog, "%s", qUtf8Printable(line));
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/globals.h"
 #include "persist/page_file.h"
 
 #include <QString>
@@ -16,34 +17,34 @@ namespace raincast {
 class CRaincastApp;
 
 /// Keeps pages, marks and settings from run to run: loads and saves them, says what goes wrong, and
-/// asks what only the user can decide. What is said stands in a box over the window; where there
-/// is nobody to read it, on standard error.
+/// asks what only the user can decide. Messages stand in a box over the window or, where nobody is
+/// there to read it, on standard error.
 class Keeper {
 public:
-    /// Where the page file is until somebody says otherwise. Makes nothing.
+    /// Where the page file is unless the settings or an option name another place. Makes nothing.
     [[nodiscard]] static QString usualPageFile();
 
-    /// The settings are loaded. The application is borrowed.
-    Keeper(CRaincastApp& application, const QString& pageFile);
+    /// The settings are loaded. Application and settings are borrowed.
+    Keeper(CRaincastApp& application, CGlobals::Persistant& settings, const QString& pageFile);
 
-    /// Loads the pages, if there are any to load; before that it says so if the file cannot be
-    /// read, and asks whether to use its backup if it was read in part. The window may be null.
+    /// Loads the pages, if there are any. Before that it says so if the file cannot be read, and
+    /// asks whether to use the backup if the file was read in part. The window may be null.
     void loadPages(QWidget* window);
 
     /// Who is there when something cannot be saved.
     enum class Audience {
-        user,  ///< may try again as often as he wants to, or give up
-        nobody ///< standard error alone; nothing is waited for
+        user,  ///< may try again as often as they want to, or give up
+        nobody ///< only standard error; there is no wait
     };
 
-    /// Saves the pages, unless the file is to be left as it is. Where the user is told that they
-    /// cannot be saved, he is told in the same box if the settings cannot be saved either.
+    /// Saves the pages, unless the file must stay as it is. If they cannot be saved, the user reads
+    /// in the same box whether the settings cannot be saved either.
     void savePages(Audience audience, QWidget* window);
-    /// Saves the settings, unless nothing of this run is saved or the user has given up. There need
-    /// be no window any more.
+    /// Saves the settings, unless nothing of this run is saved or the user has given up. Needs no
+    /// window.
     void saveSettings(Audience audience);
 
-    /// Whether something was said on standard error: nobody has read it.
+    /// Whether a message went to standard error, where nobody has read it.
     [[nodiscard]] bool complained() const { return !m_complaints.isEmpty(); }
 
 private:
@@ -61,6 +62,7 @@ private:
     void complain(const QString& text);
 
     CRaincastApp& m_application;
+    CGlobals::Persistant& m_settings;
     PageFile m_file;
     QStringList m_complaints; ///< on standard error
     bool m_loaded = false;

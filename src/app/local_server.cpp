@@ -20,8 +20,8 @@ constexpr int kConnectMilliseconds = 1000;
 constexpr int kStartMilliseconds = 10'000;
 constexpr int kEndMilliseconds = 2000;
 constexpr int kPaintMilliseconds = 90;
-// A server that does not come up will not do so at the next update either; but two viewers that
-// start at once both try, and only one can have the port.
+// A server that does not come up will hardly do so at the next update; but of two viewers that
+// start at the same time only one can have the port, and the other has to try again.
 constexpr int kMostFailures = 3;
 
 } // namespace
@@ -65,7 +65,7 @@ bool LocalServer::isRefused() const {
            socket.error() == QAbstractSocket::ConnectionRefusedError;
 }
 
-/// Waits for the line that the server prints when it listens.
+// Waits for the line that the server prints when it listens.
 bool LocalServer::start() {
     if (!QFileInfo(m_program).isExecutable()) {
         return false;

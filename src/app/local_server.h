@@ -10,13 +10,13 @@
 namespace raincast {
 
 /// Starts the radar image server that is installed beside the viewer when it is wanted and not
-/// running, so that a newcomer sees weather without configuring anything: while the settings name
-/// the installed server, a transfer that is about to connect finds out whether anybody listens
-/// there, and starts it where nobody does. (Another viewer may have started it, and may end.) It
-/// ends with the viewer, even one that is killed.
+/// running, so that a newcomer sees weather without configuring anything. While the settings name
+/// the installed server, each transfer that is about to connect first tries whether a server
+/// listens there, and starts it if not. (Another viewer may have started it, and may end.) The
+/// server ends with the viewer, even if the viewer is killed.
 class LocalServer : public ConnectionManager {
 public:
-    /// Where the installed server is. It may be missing; then nothing is ever started.
+    /// Where the installed server is. If it is missing, nothing is ever started.
     [[nodiscard]] static QString installedProgram();
 
     /// `address` is HOST:PORT.
@@ -42,7 +42,7 @@ private:
     QString m_address;
     QString m_program;
     QProcess m_server;
-    int m_failures = 0; ///< starts after which nobody listened
+    int m_failures = 0; ///< starts that did not bring up a server
 };
 
 } // namespace raincast

@@ -57,7 +57,7 @@ constexpr Tool kTools[] = {
     {kUpdate, u"Update", updateIcon},
 };
 
-// At the end of the menu's line: a small screen has no room for a line of buttons of their own.
+// The buttons stand at the end of the menu's line: a small screen has no room for another line.
 QToolBar* makeToolBar(CommandSet& commands) {
     auto* const bar = new QToolBar;
     for (const Tool& tool : kTools) {
@@ -102,7 +102,7 @@ MainWindow::~MainWindow() {
 
 void MainWindow::makeBar() {
     QMenuBar& bar = *m_frame->menuBar();
-    // A bar that the desktop shows elsewhere would take the buttons' line away.
+    // If the desktop showed the bar elsewhere, the buttons would lose their line.
     bar.setNativeMenuBar(false);
     m_commands.fill(bar, kBarRows);
     m_commands.addKeys(kKeys);
@@ -130,7 +130,7 @@ void MainWindow::bringToFront(const QByteArray& token) {
         return;
     }
     if (!token.isEmpty()) {
-        // Where the window system's part of Qt looks for it.
+        // Qt's code for the window system looks for it there.
         qputenv("XDG_ACTIVATION_TOKEN", token);
     }
     m_frame->setWindowState(m_frame->windowState() & ~Qt::WindowMinimized);

@@ -15,8 +15,8 @@ class QMainWindow;
 namespace raincast {
 
 /// The program's one top-level window: its bar with the menu and the tool buttons, its keys, and
-/// the timer that beats the heartbeat. What it shows is the business of the object that is attached
-/// to it after this one (CAppPaged), which is asked first.
+/// the timer that beats the heartbeat. The object that is attached to it after this one (CAppPaged)
+/// fills it, and hears of its events first.
 class MainWindow : public Window {
 public:
     static constexpr int kHeartbeatTimer = 943;
@@ -35,7 +35,7 @@ public:
     explicit MainWindow(Callbacks callbacks);
     ~MainWindow() override;
 
-    /// Null once destroyed; so is the menu.
+    /// Null once destroyed, as is the menu.
     [[nodiscard]] QMainWindow* frame() const { return m_frame; }
     /// The client area: the central widget.
     [[nodiscard]] QWidget* client() const;
@@ -45,8 +45,8 @@ public:
 
     /// Shows the window and paints it at once where it can be seen.
     void showNow();
-    /// Out of the tray, in front of other windows, with the keys; so is a dialog that is open.
-    /// `token`: what the desktop gave the one who asks for it; may be empty.
+    /// Brings the window, and a dialog that is open, in front of other windows, with the keyboard.
+    /// `token`: the desktop's permission, from the instance that asks for this; may be empty.
     void bringToFront(const QByteArray& token);
     /// Destroys the window.
     void destroy();

@@ -8,7 +8,7 @@
 
 namespace raincast {
 
-/// Where the user's position comes from, for as long as the viewer runs, and what maps show of it.
+/// Feeds the user's position from its sources to the maps for as long as the viewer runs.
 class PositionFeeds {
 public:
     /// The position of the receiver's sentences.

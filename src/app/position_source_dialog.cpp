@@ -93,7 +93,7 @@ std::optional<QString> mistakeIn(const QString& address) {
     return address.isEmpty() ? std::nullopt : PositionSourceAddress::mistake(address);
 }
 
-// Settings outlive the folder that the program was started in.
+// The next start may be in another folder.
 std::optional<QString> mistakeInPath(const QString& address) {
     const auto parsed = PositionSourceAddress::parse(address);
     if (parsed && isPath(parsed->kind) && !parsed->path.startsWith(u'/')) {

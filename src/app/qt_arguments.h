@@ -8,8 +8,8 @@
 
 namespace raincast {
 
-/// An argument list in the form that an application object wants, which must outlive that object
-/// and stay where it is.
+/// An argument list in the form that an application object wants. It must outlive that object and
+/// stay at its address.
 class QtArguments {
 public:
     explicit QtArguments(const QStringList& arguments) {

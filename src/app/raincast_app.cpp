@@ -1,12 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "app/raincast_app.h"
 
+#include "page/item.h"
 #include "page/page_display.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
+#include "weather/item_weather.h"
 #include "weather/page_default_weather.h"
 
 namespace raincast {
+
+CAppPaged::Page& CRaincastApp::append(std::unique_ptr<Page> page) {
+    if (auto* const display = dynamic_cast<CPageDisplay*>(page.get())) {
+        display->beforeItemIsShown([this](CPageDisplay::CItem& item) {
+            if (auto* const radar = dynamic_cast<CItemWeather*>(&item)) {
+                radar->beginWith(std::exchange(m_firstShow, {}));
+            }
+        });
+    }
+    return CAppPaged::append(std::move(page));
+}
 
 QString CRaincastApp::problem() const {
     const auto* const page = dynamic_cast<const CPageDisplay*>(current());
@@ -19,7 +32,7 @@ QString CRaincastApp::caption() const {
 }
 
 bool CRaincastApp::Read(CSerialReader& reader) {
-    m_marks.clear(); // as the pages are: a file that is loaded again doubles nothing
+    m_marks.clear(); // as the pages: a file that is loaded again must not double anything
     reader.readInto(&m_marks);
     const bool read = CAppPaged::Read(reader);
     reader.readInto(nullptr);

@@ -3,8 +3,12 @@
 
 #include "map/mark_manager.h"
 #include "page/app_paged.h"
+#include "weather/first_show.h"
 
 #include <QString>
+
+#include <memory>
+#include <utility>
 
 namespace raincast {
 
@@ -15,9 +19,14 @@ public:
     /// The marks are borrowed.
     explicit CRaincastApp(CMarkManager& marks = CMarkManager::instance()) : m_marks(marks) {}
 
-    /// What is wrong with what the current page shows, for a person; empty while nothing is.
+    /// Keeps this for the radar item that is shown next, whichever page it is on.
+    void setFirstShow(FirstShow first) { m_firstShow = std::move(first); }
+
+    Page& append(std::unique_ptr<Page> page) override;
+
+    /// A text that says what is wrong on the current page; empty while nothing is.
     [[nodiscard]] QString problem() const;
-    /// What the current page shows, for the window's title; empty for nothing worth naming.
+    /// What the current page shows, for the window's title; may be empty.
     [[nodiscard]] QString caption() const;
 
     /// Replaces the pages and the user's marks by those of the file.
@@ -30,6 +39,7 @@ protected:
 
 private:
     CMarkManager& m_marks;
+    FirstShow m_firstShow;
 };
 
 } // namespace raincast

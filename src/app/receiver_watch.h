@@ -18,15 +18,15 @@ namespace raincast {
 
 class PositionReceiver;
 
-/// Says in words what arrives at a receiver, to a person who looks whether it works: sentences per
-/// second (over the last five seconds), whether they tell a position, and what the receiver says
-/// of its source.
+/// Describes what arrives at a receiver, for a user who checks whether it works: sentences per
+/// second (over the last five seconds), whether they hold a position, and what the receiver says of
+/// its source.
 ///
 ///     ReceiverWatch watch(receiver);
 ///     watch.look(now);   // every second or so
 ///     watch.text();
 ///
-/// When the receiver turns to another source the watch starts anew.
+/// When the receiver turns to another source the watch starts over.
 class ReceiverWatch : private Listener<CNMEA_GPS::RMC>,
                       private Listener<CNMEA_GPS::GGA>,
                       private Listener<ReceiverChange> {
@@ -40,7 +40,7 @@ public:
     /// Sentences per second; none until two looks have passed.
     [[nodiscard]] std::optional<double> sentencesPerSecond() const;
 
-    /// Where the receiver is, from sentences of the last nine seconds that say that it knows.
+    /// Where the receiver is, from sentences with a fix of the last nine seconds.
     [[nodiscard]] std::optional<GeoPosition> fix() const { return m_fix; }
 
     /// A few lines; the position is in the user's format.

@@ -14,10 +14,9 @@ namespace raincast {
 /// Makes one picture of a window, as soon as it has been painted.
 class Screenshot : public QObject {
 public:
-    /// From the event loop, once: after the window's next paint, or after two seconds if its
-    /// screen does not ask for one, and not before transfers and dialogs have returned, the window
-    /// in device pixels is saved as PNG. `done` is told whether it could be. The window is
-    /// borrowed.
+    /// Saves the window in device pixels as PNG, once, from the event loop: after the window's next
+    /// paint, or after two seconds if its screen does not ask for one, and when transfers and
+    /// dialogs have returned. Then calls `done` with whether it could. The window is borrowed.
     Screenshot(QWidget& window, QString file, std::function<void(bool saved)> done);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -32,7 +32,7 @@ QString unambiguous(const QString& path) {
 }
 
 QString socketFor(const QString& pageFile) {
-    // The path of a socket is limited to about 100 bytes: it holds a digest of what it is for.
+    // The path of a socket is limited to about 100 bytes: use a digest.
     QCryptographicHash digest(QCryptographicHash::Sha256);
     digest.addData(CGlobals::windowClass().toUtf8() + '\0');
     digest.addData(CGlobals::title().toUtf8() + '\0');
@@ -52,7 +52,7 @@ bool SingleInstance::claim(const QByteArray& token) {
     if (askFirst(token)) {
         return false;
     }
-    // Of several that start at the same moment one at a time gets here; the others then find it.
+    // Of several that start at the same moment one at a time gets here; the others find it then.
     QLockFile lock(m_path + QStringLiteral(".lock"));
     const bool locked = lock.tryLock(m_turnMilliseconds);
     if (askFirst(token)) {
@@ -77,7 +77,7 @@ bool SingleInstance::askFirst(const QByteArray& token) const {
 }
 
 void SingleInstance::listen() {
-    // Nobody answered: what is there was left by an instance that crashed.
+    // Nobody answered: an instance that crashed left the socket.
     QLocalServer::removeServer(m_path);
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);

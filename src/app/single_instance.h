@@ -12,12 +12,12 @@ class QLocalSocket;
 
 namespace raincast {
 
-/// Keeps a user from having the same page file open twice, which would lose what one of the two
-/// viewers saves: the first one listens on a local socket of that user and file, a second one
+/// Keeps a user from opening the same page file twice, which would lose the changes of one of the
+/// two viewers: the first one listens on a local socket of that user and file; a second one
 /// connects to it, asks it to come to the front and ends.
 class SingleInstance {
 public:
-    /// How long one of several that start at the same moment waits for its turn.
+    /// How long an instance waits for its turn when several start at the same moment.
     static constexpr int kTurnMilliseconds = 5000;
 
     /// For a page file, which need not exist.
@@ -26,14 +26,14 @@ public:
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /// Whether this is the first instance. If so it listens from now on; a socket that a crashed
-    /// instance left is no obstacle, and neither is a folder in which none can be made. If not, the
-    /// first one has been asked to come to the front and is given `token`, with which the desktop
-    /// lets it do so. No answer is awaited. To be called once.
+    /// Whether this is the first instance. If so it listens from now on, also where a crashed
+    /// instance left its socket; a folder in which no socket can be made does not matter. If not,
+    /// it has asked the first one to come to the front and given it `token`, with which the desktop
+    /// lets it do so. Waits for no answer. Call it once.
     [[nodiscard]] bool claim(const QByteArray& token = {});
 
-    /// What to do when another instance asks, called in the event loop with its token, but not
-    /// while the program is busy. A token of more than 1 KiB counts as none.
+    /// Sets what to do when another instance asks: called in the event loop with its token, but not
+    /// while the program is busy. A token of more than 1 KiB is ignored.
     void onFront(std::function<void(const QByteArray& token)> front);
 
     /// The path of the socket.

@@ -10,7 +10,7 @@ struct OwnMarks {
     CMarkManager marks;
 };
 
-/// An application to try page files on: it is in no window, and has marks of its own.
+/// An application to try page files on: without a window, and with marks of its own.
 class TrialApp : private OwnMarks, public CRaincastApp {
 public:
     TrialApp() : CRaincastApp(OwnMarks::marks) {}

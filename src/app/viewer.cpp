@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/viewer.h"
 
-#include "app/globals.h"
 #include "app/log_out.h"
 #include "app/main_window.h"
 #include "app/screenshot.h"
@@ -12,7 +11,6 @@
 #include "core/special_folders.h"
 #include "persist/registry_store.h"
 #include "position/source/position_source_setting.h"
-#include "weather/item_weather.h"
 #include "weather/servers_setting.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
@@ -27,17 +25,29 @@ namespace raincast {
 
 namespace {
 
-/// What the desktop gave this process so that a window of it may come to the front.
+/// The desktop's permission for a window of this process to come to the front.
 QByteArray activationToken() {
     return qgetenv("XDG_ACTIVATION_TOKEN");
 }
 
-// The window system's part of Qt ends the process with exit() when the display goes away, which is
-// how some desktops log out. No window can be touched then, but what pages hold can be saved.
+// Qt's code for the window system ends the process with exit() when the display goes away; some
+// desktops log out that way. No window can be touched then, but the pages can still be saved.
 Viewer* running = nullptr;
 
+/// What the command line asks of the first radar item.
+FirstShow firstShow(const AppOptions& options) {
+    FirstShow first;
+    if (!options.siteId.isEmpty()) {
+        first.choice = FirstShow::Choice{options.siteId, options.product};
+    }
+    if (!options.welcomeSiteId.isEmpty()) {
+        first.welcomeSite = options.welcomeSiteId;
+    }
+    return first;
+}
+
 void closePopups() {
-    // Closing one may fail only if it opens anew; the count keeps that from going on for ever.
+    // A popup that is closed may open again; the count keeps that from going on for ever.
     for (int most = 100; most > 0 && QApplication::activePopupWidget() != nullptr; --most) {
         QApplication::activePopupWidget()->close();
     }
@@ -94,12 +104,9 @@ void Viewer::loadSettings() {
     PersistantData::loadAll(store, CGlobals::application());
     PositionSourceSetting::useForThisRun(m_options.nmea);
     ServersSetting::setForThisRun(m_options.radarServer, m_options.basemapServer);
-    if (!m_options.siteId.isEmpty()) {
-        CItemWeather::chooseForFirst(m_options.siteId, m_options.product);
-    }
-    CItemWeather::welcome(m_options.welcomeSiteId);
+    m_application.setFirstShow(firstShow(m_options));
     if (!m_options.pageFile.isEmpty()) {
-        CGlobals::settings.useForThisRun(m_options.pageFile);
+        m_settings.useForThisRun(m_options.pageFile);
     }
 }
 
@@ -107,7 +114,7 @@ bool Viewer::claimPageFile() {
     if (!forAPerson()) {
         return true;
     }
-    const QString& configured = CGlobals::settings.configFile;
+    const QString& configured = m_settings.configFile;
     m_instance = std::make_unique<SingleInstance>(
         configured.isEmpty() ? Keeper::usualPageFile() : configured
     );
@@ -132,12 +139,13 @@ void Viewer::createWindow() {
 }
 
 void Viewer::loadPages() {
-    QString& path = CGlobals::settings.configFile;
+    QString& path = m_settings.configFile;
     if (path.isEmpty() && forAPerson() && applicationFolder()) {
         path = Keeper::usualPageFile();
     }
-    m_keeper =
-        std::make_unique<Keeper>(m_application, path.isEmpty() ? Keeper::usualPageFile() : path);
+    m_keeper = std::make_unique<Keeper>(
+        m_application, m_settings, path.isEmpty() ? Keeper::usualPageFile() : path
+    );
     m_keeper->loadPages(m_window->frame());
     if (m_application.current() == nullptr && !Modal::endRequested()) {
         m_application.restoreDefaultPages();
@@ -213,7 +221,7 @@ void Viewer::saveNow() {
     }
 }
 
-// A run that makes a picture writes nothing that it was not told to write.
+// A run that makes a picture writes only the files that its options name.
 void Viewer::savePages() {
     if (m_keeper && (forAPerson() || !m_options.pageFile.isEmpty())) {
         m_keeper->savePages(audience(), m_window->frame());

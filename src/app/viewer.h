@@ -3,6 +3,7 @@
 
 #include "app/app_options.h"
 #include "app/exposures.h"
+#include "app/globals.h"
 #include "app/keeper.h"
 #include "app/local_server.h"
 #include "app/position_feeds.h"
@@ -28,14 +29,15 @@ public:
     Viewer(const Viewer&) = delete;
     Viewer& operator=(const Viewer&) = delete;
 
-    /// Runs until the user, the desktop or a signal ends it; returns the process's exit status. It
-    /// is 0 at once, with nothing written, when a viewer with the same page file runs already. To
-    /// be called once.
+    /// Runs until the user, the desktop or a signal ends it; returns the process's exit status. If
+    /// a viewer with the same page file runs already, returns 0 at once and writes nothing. Call it
+    /// once.
     [[nodiscard]] int run();
 
-    /// Asks the run to end, from wherever in it: open dialogs end as cancelled, what waits returns
-    /// first; then pages and settings are saved. If the event loop does not run yet it will not.
-    /// Says on standard error what cannot be saved: the user may not be in front of the window.
+    /// Asks the run to end, from anywhere in it: open dialogs end as cancelled, waits return first;
+    /// then pages and settings are saved. If the event loop does not run yet it will not start.
+    /// Failures to save go to standard error and are not put to the user: the request does not come
+    /// from the window.
     void requestEnd();
 
     /// Saves pages and settings without ending: the desktop may end the program any moment now.
@@ -45,10 +47,12 @@ public:
     [[nodiscard]] MainWindow* window() const { return m_window.get(); }
     [[nodiscard]] const CRaincastApp& application() const { return m_application; }
     [[nodiscard]] const PositionFeeds& feeds() const { return m_feeds; }
+    /// The page file in use and what else belongs to the program as a whole.
+    [[nodiscard]] const CGlobals::Persistant& settings() const { return m_settings; }
 
 private:
     [[nodiscard]] bool forAPerson() const { return m_options.screenshot.isEmpty(); }
-    /// The exit status of a run that was asked to end: a picture has not been made then.
+    /// The exit status of a run that was asked to end: it has made no picture.
     [[nodiscard]] int endStatus() const { return forAPerson() ? 0 : 1; }
     void loadSettings();
     [[nodiscard]] bool claimPageFile();
@@ -65,6 +69,7 @@ private:
     void saveSettings();
 
     AppOptions m_options;
+    CGlobals::Persistant m_settings;
     Exposures m_exposures;
     LocalServer m_localServer;
     PositionFeeds m_feeds;
@@ -77,7 +82,7 @@ private:
     PositionReceiver m_receiver{m_timers};
     PositionSourceSettingsType m_positionSource{m_receiver};
     bool m_looping = false;
-    bool m_userIsThere = false; ///< to be asked when something cannot be saved
+    bool m_userIsThere = false; ///< and can be asked when something cannot be saved
 };
 
 } // namespace raincast

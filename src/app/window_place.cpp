@@ -10,7 +10,7 @@ namespace raincast {
 namespace {
 
 constexpr QSize kFirstSize(640, 640);
-// Nobody leaves a window smaller than this: what says so is damaged.
+// Nobody leaves a window smaller than this: such a setting is damaged.
 constexpr QSize kLeastSize(100, 100);
 
 } // namespace

@@ -17,9 +17,9 @@ public:
 
     static Persistant settings;
 
-    /// Gives a window that is not shown yet the size asked for, for this run only; or, with an
-    /// empty one, the place in the settings; or, if there is none, 640 × 640 pixels or the screen,
-    /// whichever is less. A place that is on no screen any more is moved onto one.
+    /// Gives a window that is not shown yet the size `asked`, for this run only; if that is empty,
+    /// the place in the settings; without one, 640 × 640 pixels or, if that is less, the screen's
+    /// size. A place that is no longer on a screen is moved onto one.
     static void restore(QWidget& window, const QSize& asked);
 
     /// Remembers a window's place in the settings.

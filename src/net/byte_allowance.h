@@ -5,7 +5,7 @@
 
 namespace raincast {
 
-/// How many bytes of files one action of the user may still bring, whatever servers it asks.
+/// How many bytes of files one action of the user may still fetch, from all servers together.
 class ByteAllowance {
 public:
     /// As many as httpLimits() allow for an action.

@@ -5,13 +5,13 @@ namespace raincast {
 
 /// Brings up and releases the device's data connection before and after a transfer. The operating
 /// system keeps its connections up by itself, so this one does nothing and reports success; tests
-/// put their own in its place to see who asks for a connection and when.
+/// replace it to see when a connection is asked for.
 class ConnectionManager {
 public:
     virtual ~ConnectionManager() = default;
 
-    /// Brings up a connection; true when there is one. Nobody acts on a failure: the transfer goes
-    /// on over whatever path there is.
+    /// Brings up a connection; true when there is one. After a failure the transfer is tried all
+    /// the same.
     [[nodiscard]] virtual bool establish() { return true; }
 
     /// Releases what establish brought up.

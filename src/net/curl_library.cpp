@@ -9,7 +9,7 @@ namespace raincast {
 
 namespace {
 
-// The version of its binary interface, which has been the same since 2006.
+// The version of the library's binary interface, the same since 2006.
 constexpr int kInterface = 4;
 
 template<typename Function>

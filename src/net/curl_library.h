@@ -5,9 +5,9 @@
 
 namespace raincast {
 
-/// The functions of libcurl that transfers use, found when the first of them is about to begin.
-/// Linked in, libcurl and the thirty libraries below it would be loaded at every start of the
-/// viewer, a fifth of the time to its first paint, though many a start shows what is stored.
+/// The functions of libcurl that transfers use, loaded when the first transfer begins. If they were
+/// linked in, every start of the viewer would load libcurl and the thirty libraries below it. That
+/// takes a fifth of the time to the first paint, though many starts show only stored images.
 struct CurlLibrary {
     decltype(&curl_easy_init) easyInit = nullptr;
     decltype(&curl_easy_cleanup) easyCleanup = nullptr;
@@ -24,8 +24,8 @@ struct CurlLibrary {
     decltype(&curl_slist_append) slistAppend = nullptr;
     decltype(&curl_slist_free_all) slistFreeAll = nullptr;
 
-    /// Loaded at the first call, and kept for as long as the process lives; null where libcurl is
-    /// not installed.
+    /// Loads the library at the first call and keeps it until the process ends; null where libcurl
+    /// is not installed.
     [[nodiscard]] static const CurlLibrary* get();
 };
 

@@ -5,15 +5,15 @@
 
 namespace raincast {
 
-/// A kind of file, told by its first bytes. What answers in a server's place, as the page of a
-/// network that wants a log-in does, is of another kind.
+/// A kind of file, known by its first bytes. The page of a network that wants a log-in, which may
+/// answer in a server's place, is of another kind.
 struct FileKind {
     const char* name;       ///< for people: "GIF image"
-    qsizetype tellingBytes; ///< so many of its first bytes tell
-    /// Whether a file that begins with these bytes is of the kind. They are tellingBytes, or the
-    /// whole file where it is shorter.
+    qsizetype tellingBytes; ///< how many of its first bytes show the kind
+    /// Whether a file that begins with these bytes is of the kind: tellingBytes of them, or the
+    /// whole file if it is shorter.
     bool (*isOne)(QByteArrayView first);
-    /// Whether a body that broke off is none, though it may look like one.
+    /// Whether a body that broke off must be refused.
     bool mustBeWhole;
 };
 

@@ -18,9 +18,9 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr char kAgent[] = "Quorvane";
-// A little under the 100 ms that are promised.
+// A little under the 100 ms that http_settings.h promises.
 constexpr milliseconds kHookInterval{90};
-// A server that never ends its headers is cut off here.
+// Longer headers end the request.
 constexpr qint64 kMaxHeaderBytes = qint64{256} << 10;
 
 /// Whether a URL's server is this machine.
@@ -37,7 +37,7 @@ HttpSession::HttpSession(const CurlLibrary* curl) : m_curl(curl) {
     }
     m_multi.reset(m_curl->multiInit());
     m_easy.reset(m_curl->easyInit());
-    // A name alone takes that header away: libcurl would say that it accepts anything.
+    // A name alone takes that header away; libcurl's own says that it accepts anything.
     for (const char* header : {"Pragma: no-cache", "Accept:"}) {
         curl_slist* longer = m_curl->slistAppend(m_headers.get(), header);
         if (longer != nullptr) {
@@ -66,8 +66,8 @@ void HttpSession::setOptions() {
     set(CURLOPT_HTTPHEADER, m_headers.get());
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    // A name server that does not answer must not hold us beyond the limit: the thread that waits
-    // for it is left to itself.
+    // A name server that does not answer must not hold us beyond the limit: leave the thread that
+    // waits for it behind.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_ERRORBUFFER, m_error.data());
     set(CURLOPT_HEADERFUNCTION, &HttpSession::onHeader);
@@ -90,7 +90,7 @@ bool HttpSession::open(const QByteArray& url) {
     m_meter.reset();
     m_error[0] = '\0';
     set(CURLOPT_URL, m_url.constData());
-    // No proxy knows it. Null: the environment's.
+    // No proxy knows this machine. Null: the environment's proxy.
     set(CURLOPT_PROXY, isOfThisMachine(m_url) ? "" : nullptr);
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(httpLimits().connectTimeout.count()));
     callWaitingHook();
@@ -101,7 +101,7 @@ bool HttpSession::open(const QByteArray& url) {
     }
     waitUntil([this] { return m_headersComplete; });
     if (!m_headersComplete) {
-        report({});
+        report(std::nullopt);
     }
     return m_headersComplete;
 }
@@ -119,7 +119,7 @@ bool HttpSession::bodyIsWhole() const {
            m_timeout == nullptr;
 }
 
-void HttpSession::close(const QString& refusal) {
+void HttpSession::close(const std::optional<QString>& refusal) {
     if (m_running) {
         finish(CURLE_OK);
     }
@@ -128,7 +128,7 @@ void HttpSession::close(const QString& refusal) {
 
 bool HttpSession::connectingFailed() const {
     switch (m_result) {
-    case CURLE_URL_MALFORMAT: // what stands for the host is no host
+    case CURLE_URL_MALFORMAT: // the host is not a host's name
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_RESOLVE_PROXY:
     case CURLE_COULDNT_CONNECT:
@@ -145,7 +145,7 @@ bool HttpSession::timedOut() const {
 }
 
 // libcurl counts in bytes: the size of its items is always 1. It hands over one header line at a
-// time, those of interim responses and trailers included.
+// time, also those of interim responses and trailers.
 size_t HttpSession::onHeader(char* data, size_t, size_t bytes, void* self) {
     auto& session = *static_cast<HttpSession*>(self);
     const auto line = QByteArrayView(data, static_cast<qsizetype>(bytes));
@@ -184,7 +184,7 @@ void HttpSession::waitUntil(Condition arrived) {
     const BusyGuard guard;
     while (m_running) {
         advance();
-        // A body that keeps coming leaves nothing to wait for, but the hook is due all the same.
+        // While a body keeps coming there is no wait, but the hook is still due.
         if (steady_clock::now() - m_lastHook >= kHookInterval) {
             callWaitingHook();
         }
@@ -195,7 +195,7 @@ void HttpSession::waitUntil(Condition arrived) {
     }
 }
 
-// Lets libcurl do what it can without waiting.
+// Lets libcurl do all that it can do without waiting.
 void HttpSession::advance() {
     int running = 0;
     const CURLMcode result = m_curl->multiPerform(m_multi.get(), &running);
@@ -220,7 +220,7 @@ void HttpSession::advance() {
     }
 }
 
-// Until something comes, but no longer than until the hook is due.
+// Waits until something comes or the hook is due.
 void HttpSession::wait() {
     using std::chrono::duration_cast;
     const auto due = m_lastHook + kHookInterval - steady_clock::now();
@@ -244,7 +244,7 @@ void HttpSession::finish(CURLcode result) {
     }
 }
 
-void HttpSession::report(const QString& refusal) {
+void HttpSession::report(const std::optional<QString>& refusal) {
     if (std::exchange(m_reported, true) || !httpHooks().finished) {
         return;
     }
@@ -252,14 +252,16 @@ void HttpSession::report(const QString& refusal) {
     if (m_status != 0) {
         outcome += QString::number(m_status);
     }
-    outcome += failure();
-    outcome += refusal;
-    outcome.removeAll(QString());
+    for (const auto& fault : {failure(), refusal}) {
+        if (fault) {
+            outcome += *fault;
+        }
+    }
     httpHooks().finished(QString::fromUtf8(m_url), outcome.join(QStringLiteral(", ")));
 }
 
-/// What went wrong on the way; empty when nothing did.
-QString HttpSession::failure() const {
+// What went wrong on the way.
+std::optional<QString> HttpSession::failure() const {
     if (m_curl == nullptr) {
         return QStringLiteral("libcurl is not installed");
     }
@@ -270,7 +272,10 @@ QString HttpSession::failure() const {
         const char* detail = m_error[0] != '\0' ? m_error.data() : m_curl->easyStrerror(m_result);
         return QString::fromLocal8Bit(detail);
     }
-    return m_status == 0 ? QStringLiteral("the response ended within its headers") : QString();
+    if (m_status == 0) {
+        return QStringLiteral("the response ended within its headers");
+    }
+    return std::nullopt;
 }
 
 } // namespace raincast

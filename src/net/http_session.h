@@ -15,11 +15,11 @@
 namespace raincast {
 
 /// GET requests to one server, one after the other over one kept-alive connection, read piece by
-/// piece as a file is. A thin shell over libcurl: it knows waiting, hooks and limits, but not what
-/// a status or a broken-off body means to its user.
+/// piece as a file is. A thin shell over libcurl: it knows waiting, hooks and limits, but leaves
+/// the meaning of a status or of a body that breaks off to its user.
 ///
-/// Sent with every request: the agent "Quorvane" and "Pragma: no-cache". Redirects are not
-/// followed, cookies neither kept nor sent, and nothing but HTTP and HTTPS is spoken. Proxies come
+/// Sends the agent "Quorvane" and "Pragma: no-cache" with every request. Follows no redirects,
+/// keeps and sends no cookies, and speaks nothing but HTTP and HTTPS. Proxies come
 /// from the environment (http_proxy, https_proxy, all_proxy, no_proxy), but not for a server of
 /// this machine. While it waits a BusyGuard is active and the waiting hook is called; each request
 /// is reported to the finished hook once: when it is closed, or when it fails to open.
@@ -32,24 +32,23 @@ public:
     HttpSession& operator=(const HttpSession&) = delete;
 
     /// Closes the current request and begins one for `url`; waits until the response's headers
-    /// have come. False when they do not; the accessors below then say why.
+    /// have come. False when they do not come; the accessors below then say why.
     [[nodiscard]] bool open(const QByteArray& url);
 
-    /// The HTTP status of the current response; 0 when there is none.
+    /// The HTTP status of the current response; 0 without a response.
     [[nodiscard]] int status() const { return m_status; }
 
-    /// Waits for the next piece of the body: whatever has come, one byte or more, valid until the
-    /// next call. Empty at the body's end, however it ended.
+    /// Waits for the next piece of the body: the bytes that have come, one or more, valid until the
+    /// next call. Empty at the body's end, also at an early one.
     [[nodiscard]] QByteArrayView read();
 
-    /// Whether the body was read to its end and nothing of it is missing, as far as the response
-    /// tells.
+    /// Whether the body was read to its end and, by what the response says, nothing is missing.
     [[nodiscard]] bool bodyIsWhole() const;
 
     /// Ends the current request, if there is one, and reports it; a body that was not read to its
-    /// end costs the connection. `refusal` says what is wrong with the response in the eyes of who
-    /// asked for it: "no GIF image".
-    void close(const QString& refusal = {});
+    /// end costs the connection. `refusal` says why the caller does not take the response: "no GIF
+    /// image".
+    void close(const std::optional<QString>& refusal = std::nullopt);
 
     /// Whether the server could not be reached by the last request: its name (or the proxy's) does
     /// not resolve, the connection was refused, or connecting took too long.
@@ -73,8 +72,8 @@ private:
     void wait();
     void callWaitingHook();
     void finish(CURLcode result);
-    void report(const QString& refusal);
-    [[nodiscard]] QString failure() const;
+    void report(const std::optional<QString>& refusal);
+    [[nodiscard]] std::optional<QString> failure() const;
 
     struct EasyDeleter {
         void operator()(CURL* easy) const { CurlLibrary::get()->easyCleanup(easy); }

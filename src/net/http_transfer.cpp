@@ -47,7 +47,7 @@ CHttpTransfer::~CHttpTransfer() {
 bool CHttpTransfer::DownloadToFile(
     const QString& serverPath, const QString& localPath, const FileKind& kind
 ) {
-    m_writeFailure.clear();
+    m_writeFailure.reset();
     if (m_allowance->usedUp()) {
         return refuse(url(serverPath, m_secure));
     }
@@ -107,53 +107,57 @@ int CHttpTransfer::StatusCode() const {
 bool CHttpTransfer::ReceiveToFile(const QString& localPath, const FileKind& kind) {
     const int status = StatusCode();
     const bool good = status != 0 && status < kFirstFailingStatus;
-    QString refusal;
-    if (good) {
-        refusal = keepBody(localPath, kind);
-    } else {
+    std::optional<QString> refusal;
+    if (!good) {
         readErrorPage();
+    } else if (const auto kept = keepBody(localPath, kind); !kept) {
+        refusal = kept.error();
     }
     m_session->close(refusal);
     settle();
-    return good && refusal.isEmpty();
+    return good && !refusal;
 }
 
-/// Writes the body into the file, or says why not.
-QString CHttpTransfer::keepBody(const QString& localPath, const FileKind& kind) {
+// Writes the body into the file.
+tl::expected<void, QString>
+CHttpTransfer::keepBody(const QString& localPath, const FileKind& kind) {
     const auto body = readFile(kind);
     if (!body) {
-        return body.error();
+        return tl::make_unexpected(body.error());
     }
     if (const auto written = replaceFile(localPath, *body, Lasting::no); !written) {
         m_writeFailure = written.error();
-        return QStringLiteral("not written: ") + m_writeFailure;
+        return tl::make_unexpected(QStringLiteral("not written: ") + written.error());
     }
     return {};
 }
 
-/// The body, or why it is refused: as early as that is known.
+// What is wrong with as much of a body as has come.
+std::optional<QString>
+CHttpTransfer::faultOf(const QByteArray& body, bool ended, const FileKind& kind) const {
+    if (body.size() > httpLimits().fileBytes) {
+        return QStringLiteral("larger than a file may be");
+    }
+    if (m_allowance->usedUp()) {
+        return QStringLiteral("more than one update may bring");
+    }
+    const bool tells = ended || body.size() >= kind.tellingBytes;
+    if (tells && !kind.isOne(firstOf(body, kind.tellingBytes))) {
+        return QStringLiteral("no ") + QLatin1String(kind.name);
+    }
+    return std::nullopt;
+}
+
+// The body, or why it is refused, as early as that is known.
 tl::expected<QByteArray, QString> CHttpTransfer::readFile(const FileKind& kind) {
     QByteArray body;
-    const auto fault = [&](bool ended) -> QString {
-        if (body.size() > httpLimits().fileBytes) {
-            return QStringLiteral("larger than a file may be");
-        }
-        if (m_allowance->usedUp()) {
-            return QStringLiteral("more than one update may bring");
-        }
-        const bool tells = ended || body.size() >= kind.tellingBytes;
-        if (tells && !kind.isOne(firstOf(body, kind.tellingBytes))) {
-            return QStringLiteral("no ") + QLatin1String(kind.name);
-        }
-        return {};
-    };
     bool ended = false;
     while (!ended) {
         const QByteArrayView piece = readPiece();
         body.append(piece);
         ended = piece.isEmpty();
-        if (const QString wrong = fault(ended); !wrong.isEmpty()) {
-            return tl::make_unexpected(wrong);
+        if (const auto fault = faultOf(body, ended, kind)) {
+            return tl::make_unexpected(*fault);
         }
     }
     if (kind.mustBeWhole && !m_session->bodyIsWhole()) {
@@ -178,7 +182,7 @@ QByteArrayView CHttpTransfer::readPiece() {
     return piece;
 }
 
-/// Reports a request that is not made; false.
+// Reports a request that is not made; false.
 bool CHttpTransfer::refuse(const QByteArray& address) const {
     if (httpHooks().finished) {
         httpHooks().finished(QString::fromUtf8(address), QStringLiteral("not tried again"));
@@ -186,7 +190,7 @@ bool CHttpTransfer::refuse(const QByteArray& address) const {
     return false;
 }
 
-// Draws the conclusions of the last request, whichever way it went.
+// Notes how the last request ended.
 void CHttpTransfer::settle() {
     if (m_connectState == ConnectState::notYet) {
         m_connectState =
@@ -195,7 +199,7 @@ void CHttpTransfer::settle() {
     m_gaveUp = m_gaveUp || m_session->timedOut();
 }
 
-// What must not stand in a request is encoded, so that a host is a host and a path a path.
+// Encodes what must not stand in a request, so that a host stays a host and a path a path.
 QByteArray CHttpTransfer::url(const QString& serverPath, bool secureFlag) const {
     // Without a host libcurl would take the path's first folder for it.
     const QString host = m_host.isEmpty() ? QStringLiteral(" ") : m_host;

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <tl/expected.hpp>
 
@@ -16,20 +17,20 @@ class ByteAllowance;
 class HttpSession;
 
 /// Fetches files and directory listings from one server, for the length of one user action: make
-/// one per server, let it go at the end. All its requests share one kept-alive connection. Every
-/// call blocks until it is done, on the user-interface thread only; limits and hooks are those of
-/// http_settings.h.
+/// one for each server, and let it go at the end. All its requests share one kept-alive connection.
+/// Every call blocks until it is done, on the user-interface thread only; limits and hooks are
+/// those of http_settings.h.
 ///
-/// Failures are plain false, and the caller words them. An object that could not connect, or that
-/// waited for a stalled or endless response once, fails every later request at once: otherwise each
-/// of a radar's frames would cost its own half minute. So does every object while the program is to
-/// end, and for files every object whose action has brought all that it may.
+/// A failure is a plain false, and the caller finds the words for it. Once an object could not
+/// connect, or waited for a stalled or endless response, it fails every later request at once:
+/// otherwise each of a radar's frames would cost its own half minute. So does every object while
+/// the program ends, and for files every object whose action has brought all that it may.
 class CHttpTransfer {
 public:
     enum class ConnectState {
         notYet = 0,
         connected = 1,
-        failed = 2, ///< stays: this object tries no more
+        failed = 2, ///< for good: this object makes no more requests
     };
 
     /// `host` is HOST or HOST:PORT; without a port it is 80, or 443 when `secure`. With
@@ -50,20 +51,20 @@ public:
     /// cannot be created or written in full (a full disk).
     ///
     /// A body that breaks off counts as ended there, unless its kind must be whole: the shorter
-    /// file is kept and the result is true. The file gets its name only when the transfer is over,
-    /// so a program killed in the middle leaves none.
+    /// file is kept and the result is true. The file gets its name only when the transfer is over:
+    /// a program that is killed in the middle leaves no file.
     [[nodiscard]] bool DownloadToFile(
         const QString& serverPath, const QString& localPath, const FileKind& kind = kAnyFile
     );
 
     /// Why the last file that was fetched could not be written, in the system's words ("Permission
-    /// denied"); empty when nothing was wrong with the disk.
-    [[nodiscard]] const QString& writeFailure() const { return m_writeFailure; }
+    /// denied"); none when nothing was wrong with the disk.
+    [[nodiscard]] const std::optional<QString>& writeFailure() const { return m_writeFailure; }
 
-    /// Fetches serverPath and adds every double-quoted string of the body to `strings`, which is
-    /// how a directory listing names its files. The status does not matter: an error page is
-    /// scanned like a listing. False only when no response came. Always plain HTTP, even when
-    /// `secure`; the port follows `secure` nevertheless.
+    /// Fetches serverPath and adds every double-quoted string of the body to `strings`: a directory
+    /// listing names its files that way. The status does not matter: an error page is scanned like
+    /// a listing. False only when no response came. Always plain HTTP, even when `secure`, but on
+    /// the port that goes with `secure`.
     [[nodiscard]] bool FetchQuotedStrings(const QString& serverPath, std::set<QString>& strings);
 
     [[nodiscard]] ConnectState connectState() const { return m_connectState; }
@@ -74,7 +75,10 @@ private:
     [[nodiscard]] int StatusCode() const;
     [[nodiscard]] bool ReceiveToFile(const QString& localPath, const FileKind& kind);
 
-    [[nodiscard]] QString keepBody(const QString& localPath, const FileKind& kind);
+    [[nodiscard]] tl::expected<void, QString>
+    keepBody(const QString& localPath, const FileKind& kind);
+    [[nodiscard]] std::optional<QString>
+    faultOf(const QByteArray& body, bool ended, const FileKind& kind) const;
     [[nodiscard]] tl::expected<QByteArray, QString> readFile(const FileKind& kind);
     void readErrorPage();
     [[nodiscard]] QByteArrayView readPiece();
@@ -87,8 +91,8 @@ private:
     bool m_secure;
     bool m_connectionRequested = false;
     ConnectState m_connectState = ConnectState::notYet;
-    bool m_gaveUp = false;  ///< a request waited to its limit
-    QString m_writeFailure; ///< of the last file
+    bool m_gaveUp = false;                 ///< a request waited to its limit
+    std::optional<QString> m_writeFailure; ///< of the last file
     std::shared_ptr<ByteAllowance> m_allowance;
     std::unique_ptr<HttpSession> m_session; ///< from the first request on
 };

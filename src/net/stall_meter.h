@@ -8,8 +8,8 @@
 
 namespace raincast {
 
-/// Tells when a body comes too slowly: over the last `window` it brought fewer than
-/// `bytesPerSecond` on average. Keeps a few dozen marks at most.
+/// Measures whether a body comes too slowly: over the last `window` fewer than `bytesPerSecond` on
+/// average. Keeps a few dozen marks at most.
 class StallMeter {
 public:
     using Time = std::chrono::steady_clock::time_point;

@@ -48,8 +48,8 @@ public:
     [[nodiscard]] Page* current() const { return m_current; }
     [[nodiscard]] std::optional<Position> positionOf(const Page* page) const;
 
-    /// Adds a page at the end of the list; it is not shown by that.
-    Page& append(std::unique_ptr<Page> page);
+    /// Adds a page at the end of the list; it is not shown by that. Every page comes this way.
+    virtual Page& append(std::unique_ptr<Page> page);
 
     /// Shows a page, enabled or not; none (or no position of the list) shows no page. The page
     /// shown until now is deactivated first, even if it is the same one.

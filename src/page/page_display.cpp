@@ -102,9 +102,16 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     size(parent.width(), parent.height());
     window->show();
     for (const auto& item : m_items) {
-        item->windowCreated();
+        showItem(*item);
     }
     return true;
+}
+
+void CPageDisplay::showItem(CItem& item) {
+    if (m_prepare) {
+        m_prepare(item);
+    }
+    item.windowCreated();
 }
 
 void CPageDisplay::deactivate() {
@@ -151,7 +158,7 @@ void CPageDisplay::chooseAndAddItem() {
     item.setRectangle(item.rectangle());
     m_layoutMode = true;
     // Last: a new item may show a dialog of its own.
-    item.windowCreated();
+    showItem(item);
 }
 
 void CPageDisplay::deleteSelected() {

@@ -12,7 +12,9 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace raincast {
@@ -60,7 +62,10 @@ public:
     [[nodiscard]] const Items& items() const { return m_items; }
     /// Puts an item on top of the others; its menu joins the page's.
     CItem& addItem(std::unique_ptr<CItem> item);
-    /// The topmost item at a place, null without one.
+    /// Has `prepare` called for each item right before the item hears that it is shown
+    /// (CItem::windowCreated).
+    void beforeItemIsShown(std::function<void(CItem&)> prepare) { m_prepare = std::move(prepare); }
+    /// The topmost item at a place, null if there is none.
     [[nodiscard]] CItem* itemAt(PagePoint place) const;
 
     /// The item that the stylus chose last; null for none.
@@ -99,6 +104,7 @@ protected:
 private:
     void followDeviceSize();
     void drawItems();
+    void showItem(CItem& item);
     void pointerEvent(QEvent& event);
     void toggleLayout();
     void chooseAndAddItem();
@@ -110,6 +116,7 @@ private:
     bool m_layoutMode = false;
     bool m_sizing = false; // half of the items have their new places
     CItem* m_selected = nullptr;
+    std::function<void(CItem&)> m_prepare;
     PageStylus m_stylus;
     std::unique_ptr<ContextMenu> m_contextMenu;
     ZoomInput m_zoomInput;

@@ -26,7 +26,7 @@ enum class Ground { topo, topoElseOverlay, overlay };
 
 } // namespace
 
-/// A layer: where its file comes from and what it is drawn onto.
+/// A layer: where its file comes from, and onto what it is drawn.
 struct MapLayer {
     bool BasemapLayers::*shown;
     const char* word; ///< in the file's name: BMX_City_Short.gif
@@ -60,19 +60,13 @@ constexpr MapLayer kPlacement = {nullptr,  "City",          "gfw", kWorldFile, S
 
 } // namespace
 
-BasemapLoad::BasemapLoad(
-    const RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-    const RadarServers& servers
-)
-    : BasemapLoad(state, shown, basemaps, view, servers, std::make_shared<ByteAllowance>()) {}
+BasemapLoad::BasemapLoad(const RadarScene& scene)
+    : BasemapLoad(scene, std::make_shared<ByteAllowance>()) {}
 
-BasemapLoad::BasemapLoad(
-    const RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-    const RadarServers& servers, const std::shared_ptr<ByteAllowance>& allowance
-)
-    : m_state(state), m_shown(shown), m_basemaps(basemaps), m_view(view),
-      m_radar(servers.radar, true, false, allowance),
-      m_basemap(servers.basemap, true, false, allowance) {
+BasemapLoad::BasemapLoad(const RadarScene& scene, const std::shared_ptr<ByteAllowance>& allowance)
+    : m_state(scene.state), m_shown(scene.shown), m_basemaps(scene.basemaps), m_view(scene.view),
+      m_radar(scene.servers.radar, true, false, allowance),
+      m_basemap(scene.servers.basemap, true, false, allowance) {
     m_basemaps.missing = static_cast<int>(std::count_if(
         kLayers.begin(), kLayers.end(), [this](const MapLayer& layer) { return isShown(layer); }
     ));
@@ -80,8 +74,8 @@ BasemapLoad::BasemapLoad(
 }
 
 bool BasemapLoad::loadToFirstFailure(GeoPosition centre) {
-    m_writeFailure = makeSiteFolder(m_state.cacheFolder, m_state.siteId);
-    if (!m_writeFailure.isEmpty()) {
+    if (const auto made = makeSiteFolder(m_state.cacheFolder, m_state.siteId); !made) {
+        m_writeFailure = made.error();
         return false;
     }
     ++m_wanted;
@@ -99,9 +93,9 @@ void BasemapLoad::loadLayers() {
     }
 }
 
-QString BasemapLoad::cacheFailure() const {
-    return m_writeFailure.isEmpty() ? QString()
-                                    : cacheFailureText(m_state.cacheFolder, m_writeFailure);
+std::optional<QString> BasemapLoad::cacheFailure() const {
+    return m_writeFailure ? std::optional(cacheFailureText(m_state.cacheFolder, *m_writeFailure))
+                          : std::nullopt;
 }
 
 bool BasemapLoad::isShown(const MapLayer& layer) const {
@@ -128,11 +122,11 @@ QString BasemapLoad::serverPath(const MapLayer& layer) const {
                      .arg(QLatin1String(layer.folder), range(), fileName(layer));
 }
 
-/// Puts the layer's file into the cache.
+// Puts the layer's file into the cache.
 bool BasemapLoad::fetch(const MapLayer& layer) {
     CHttpTransfer& transfer = layer.source == Source::basemapServer ? m_basemap : m_radar;
     const bool fetched = transfer.DownloadToFile(serverPath(layer), cachedFile(layer), layer.kind);
-    if (m_writeFailure.isEmpty()) {
+    if (!m_writeFailure) {
         m_writeFailure = transfer.writeFailure();
     }
     return fetched;
@@ -153,7 +147,7 @@ bool BasemapLoad::loadWorldFile(GeoPosition centre) {
     return true;
 }
 
-/// False when the layer cannot be had. One that came and cannot be drawn is missing all the same.
+// False when the layer cannot be fetched. A layer that came and cannot be drawn counts as missing.
 bool BasemapLoad::load(const MapLayer& layer) {
     m_view.progress(m_done++, m_wanted);
     bool drawn = draw(layer);
@@ -166,7 +160,8 @@ bool BasemapLoad::load(const MapLayer& layer) {
     return true;
 }
 
-/// Draws the layer's cached file onto its ground; false when there is none that is a picture.
+// Draws the layer's cached file onto its ground; false when there is no such file, or it is not a
+// picture.
 bool BasemapLoad::draw(const MapLayer& layer) {
     if (layer.ground == Ground::topo) {
         m_basemaps.topo = LoadImageFile(cachedFile(layer), kMostRadarPixels);

@@ -8,38 +8,33 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace raincast {
 
 struct MapLayer;
 
-/// One load of a site's map layers: each file from the cache or, where the cache has none that can
-/// be used, from its server. The layers are drawn into `basemaps`, which begin empty. All that it
-/// is given is borrowed; it lives for one action of the user.
+/// One load of a site's map layers: each file from the cache or, where the cache has no file that
+/// can be used, from its server. The layers are drawn into the scene's basemaps, which begin empty.
+/// It lives for one action of the user.
 class BasemapLoad {
 public:
-    BasemapLoad(
-        const RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-        const RadarServers& servers
-    );
+    explicit BasemapLoad(const RadarScene& scene);
 
-    /// Loads the world file and the layers that are shown, up to the first that is required and
-    /// cannot be had; false when there is one. `centre` is where the view's centre is before.
+    /// Loads the world file and the layers that are shown, up to the first required one that fails;
+    /// false then. `centre` is where the view's centre was before.
     [[nodiscard]] bool loadToFirstFailure(GeoPosition centre);
 
-    /// Loads the layers that are shown, each whatever becomes of the others.
+    /// Loads the layers that are shown, and goes on where one fails.
     void loadLayers();
 
     [[nodiscard]] CHttpTransfer& radarTransfer() { return m_radar; }
 
-    /// The status text that says so if the cache could not be written; empty if it could.
-    [[nodiscard]] QString cacheFailure() const;
+    /// The status text for a cache that could not be written; none if it could.
+    [[nodiscard]] std::optional<QString> cacheFailure() const;
 
 private:
-    BasemapLoad(
-        const RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-        const RadarServers& servers, const std::shared_ptr<ByteAllowance>& allowance
-    );
+    BasemapLoad(const RadarScene& scene, const std::shared_ptr<ByteAllowance>& allowance);
     [[nodiscard]] QString range() const;
     [[nodiscard]] QString fileName(const MapLayer& layer) const;
     [[nodiscard]] QString cachedFile(const MapLayer& layer) const;
@@ -56,8 +51,8 @@ private:
     RadarView& m_view;
     CHttpTransfer m_radar;
     CHttpTransfer m_basemap;
-    QString m_writeFailure; ///< why the cache could not be written, the first time
-    int m_wanted = 0;       ///< files
+    std::optional<QString> m_writeFailure; ///< why the cache could not be written, the first time
+    int m_wanted = 0;                      ///< files
     int m_done = 0;
 };
 

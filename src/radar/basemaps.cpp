@@ -6,63 +6,105 @@
 #include "radar/catalogue/sites.h"
 #include "radar/radar_view.h"
 
+#include <optional>
+
 namespace raincast {
 
 namespace {
 
-void setStatus(RadarState& state, RadarView& view, const QString& status) {
-    state.status = status;
-    view.statusChanged(status);
+void setStatus(const RadarScene& scene, const QString& status) {
+    scene.state.status = status;
+    scene.view.statusChanged(status);
 }
 
-/// What the user reads when a required layer could not be had.
+/// The status text when a required layer could not be fetched.
 QString failureText(const BasemapLoad& load) {
-    const QString cache = load.cacheFailure();
-    return cache.isEmpty() ? QStringLiteral("Failed to access\nthe internet. Please\ncheck your "
-                                            "connection\nsettings.")
-                           : cache;
+    return load.cacheFailure().value_or(
+        QStringLiteral("Failed to access\nthe internet. Please\ncheck your connection\nsettings.")
+    );
 }
 
-/// A cache that could not be written is told unless something worse is.
-void tellCacheFailure(RadarState& state, RadarView& view, const BasemapLoad& load) {
-    const QString text = load.cacheFailure();
-    if (state.status.isEmpty() && !text.isEmpty()) {
-        setStatus(state, view, text);
+/// Says that the cache could not be written, unless the status text says something worse.
+void sayCacheFailure(const RadarScene& scene, const BasemapLoad& load) {
+    const auto failure = load.cacheFailure();
+    if (scene.state.status.isEmpty() && failure) {
+        setStatus(scene, *failure);
     }
+}
+
+/// Begins a load: another site, no layers, no place on the earth.
+void beginLoad(const RadarScene& scene, const QString& siteId) {
+    scene.state.siteId = siteId;
+    scene.basemaps = {};
+    scene.view.geoReference().invalidate();
+    scene.state.imageWidth = kRadarImageWidth;
+    scene.state.imageHeight = kRadarImageHeight;
+}
+
+/// Loads the layers again that a load before could not get. The layers on the screen stay until
+/// then.
+void loadMissing(const RadarScene& scene, BasemapLoad& load, const Basemaps& loaded) {
+    load.loadLayers();
+    if (loaded.missing < scene.basemaps.missing) {
+        scene.basemaps = loaded;
+        scene.view.contentChanged();
+    }
+}
+
+/// The site to change to; none while the view's centre is inside the image.
+std::optional<QString> siteToChangeTo(const RadarScene& scene) {
+    const ImagePixel centre = scene.view.centrePixel();
+    const bool inside = 0 <= centre.column && centre.column < scene.state.imageWidth &&
+                        0 <= centre.row && centre.row < scene.state.imageHeight;
+    if (inside) {
+        return std::nullopt;
+    }
+    const GeoPosition position = scene.view.centrePosition();
+    // A damaged world file can put the centre nowhere: the site stays then.
+    const auto nearest = NearestSite(position.latitude, position.longitude);
+    return nearest ? std::optional(nearest->toString()) : std::nullopt;
+}
+
+/// Updates the radar first: a server of layers that does not answer may cost half a minute.
+bool updateInPlace(const RadarScene& scene) {
+    Basemaps loaded;
+    BasemapLoad load({scene.state, scene.shown, loaded, scene.view, scene.servers});
+    const bool updated = RadarUpdate(scene.state, scene.view).UpdateRadar(load.radarTransfer());
+    const bool reached =
+        load.radarTransfer().connectState() == CHttpTransfer::ConnectState::connected;
+    if (scene.basemaps.missing > 0 && reached) {
+        loadMissing(scene, load, loaded);
+        sayCacheFailure(scene, load);
+    }
+    return updated;
 }
 
 } // namespace
 
-bool LoadBasemaps(
-    RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-    const RadarServers& servers, const QString& siteId, bool updateRadar
-) {
-    setStatus(state, view, QStringLiteral("Loading basemap...\n"));
+bool LoadBasemaps(const RadarScene& scene, const QString& siteId, bool updateRadar) {
+    RadarView& view = scene.view;
+    setStatus(scene, QStringLiteral("Loading basemap...\n"));
     view.repaint();
     const GeoPosition centre = view.centrePosition();
     view.showWaiting(true);
-    state.siteId = siteId;
-    RadarUpdate update(state, view);
+    RadarUpdate update(scene.state, view);
     if (updateRadar) {
         update.discardFrames();
     }
-    basemaps = {};
-    view.geoReference().invalidate();
-    state.imageWidth = kRadarImageWidth;
-    state.imageHeight = kRadarImageHeight;
+    beginLoad(scene, siteId);
 
     bool complete = false;
     bool result = false;
     {
-        BasemapLoad load(state, shown, basemaps, view, servers);
+        BasemapLoad load(scene);
         complete = load.loadToFirstFailure(centre);
         if (!complete) {
-            setStatus(state, view, failureText(load));
+            setStatus(scene, failureText(load));
         } else if (updateRadar) {
             result = update.UpdateRadar(load.radarTransfer());
-            tellCacheFailure(state, view, load);
+            sayCacheFailure(scene, load);
         } else {
-            setStatus(state, view, load.cacheFailure());
+            setStatus(scene, load.cacheFailure().value_or(QString()));
             result = true;
         }
     }
@@ -74,50 +116,14 @@ bool LoadBasemaps(
     return result;
 }
 
-namespace {
-
-/// Loads the layers anew that a load before could not get. Those that are shown stay until then.
-void loadMissing(BasemapLoad& load, const Basemaps& loaded, Basemaps& basemaps, RadarView& view) {
-    load.loadLayers();
-    if (loaded.missing < basemaps.missing) {
-        basemaps = loaded;
-        view.contentChanged();
+bool RequestUpdate(const RadarScene& scene) {
+    if (const auto site = siteToChangeTo(scene)) {
+        return LoadBasemaps(scene, *site, true);
     }
-}
-
-} // namespace
-
-bool RequestUpdate(
-    RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-    const RadarServers& servers
-) {
-    const ImagePixel centre = view.centrePixel();
-    const bool inside = 0 <= centre.column && centre.column < state.imageWidth && 0 <= centre.row &&
-                        centre.row < state.imageHeight;
-    if (!inside) {
-        const GeoPosition position = view.centrePosition();
-        const QStringView nearest = NearestSite(position.latitude, position.longitude);
-        // A world file of nonsense can put the centre nowhere: the site stays then.
-        if (!nearest.isEmpty()) {
-            return LoadBasemaps(state, shown, basemaps, view, servers, nearest.toString(), true);
-        }
-    }
-    view.showWaiting(true);
-    bool updated = false;
-    {
-        Basemaps loaded;
-        BasemapLoad load(state, shown, loaded, view, servers);
-        updated = RadarUpdate(state, view).UpdateRadar(load.radarTransfer());
-        const bool reached =
-            load.radarTransfer().connectState() == CHttpTransfer::ConnectState::connected;
-        // The radar comes first: a server of layers that does not answer may cost half a minute.
-        if (basemaps.missing > 0 && reached) {
-            loadMissing(load, loaded, basemaps, view);
-            tellCacheFailure(state, view, load);
-        }
-    }
-    view.showWaiting(false);
-    view.repaint();
+    scene.view.showWaiting(true);
+    const bool updated = updateInPlace(scene);
+    scene.view.showWaiting(false);
+    scene.view.repaint();
     return updated;
 }
 

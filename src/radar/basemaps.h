@@ -24,30 +24,35 @@ struct BasemapLayers {
 struct Basemaps {
     Bitmap topo;     ///< opaque, under the radar, the rivers burnt into it; null: not shown
     Bitmap overlay;  ///< lines on white, over the radar with white transparent; null: none
-    int missing = 0; ///< how many layers that are to be shown could not be had
+    int missing = 0; ///< layers that should be shown and could not be loaded
 };
 
-/// Changes `state` to a site and loads its map layers of the product's range, each file from the
-/// cache or, where that has none that can be used, from its server, and the world file that places
-/// them on the earth; with `updateRadar` it drops the frames at the start and ends with an update
-/// of the radar. Blocks.
+/// All that a load reads and changes: a site's state and layers, the view on them, and the servers.
+/// Everything but the servers is borrowed for the length of one action of the user.
+struct RadarScene {
+    RadarState& state;
+    const BasemapLayers& shown;
+    Basemaps& basemaps;
+    RadarView& view;
+    RadarServers servers;
+};
+
+/// Changes the scene to a site and loads the site's map layers of the product's range, and the
+/// world file that places them on the earth: each file from the cache or, where the cache has no
+/// file that can be used, from its server. With `updateRadar` it drops the frames at the start and
+/// updates the radar at the end. Blocks.
 ///
-/// False when the world file, the topo or the rivers (of those that are shown) cannot be had: then
-/// the status text says that the internet cannot be reached, or that the cache cannot be written,
-/// and what was loaded by then stays. A missing county, highway or city layer is no failure, nor is
-/// one that came and is defective. With `updateRadar` the result is the update's.
-bool LoadBasemaps(
-    RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-    const RadarServers& servers, const QString& siteId, bool updateRadar
-);
+/// False when the world file, the topo or the rivers (of those that are shown) cannot be fetched:
+/// then the status text says that the internet cannot be reached, or that the cache cannot be
+/// written, and the layers loaded so far stay. A missing county, highway or city layer is not a
+/// failure, nor is a layer that came and is defective. With `updateRadar` the result is the
+/// update's.
+bool LoadBasemaps(const RadarScene& scene, const QString& siteId, bool updateRadar);
 
 /// What commands and automatic updates call. While the view's centre lies inside the radar image,
-/// updates the radar of the site that is shown and then tries the layers again that could not be
-/// had; otherwise changes to the site nearest to the centre. With no image loaded yet no point lies
-/// inside. The result is the update's.
-bool RequestUpdate(
-    RadarState& state, const BasemapLayers& shown, Basemaps& basemaps, RadarView& view,
-    const RadarServers& servers
-);
+/// updates the radar of the site that is shown and then tries the missing layers again; otherwise
+/// changes to the site nearest to the centre. With no image loaded yet no point lies inside. The
+/// result is the update's.
+bool RequestUpdate(const RadarScene& scene);
 
 } // namespace raincast

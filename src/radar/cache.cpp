@@ -6,15 +6,12 @@
 #include "core/storage_cards.h"
 #include "core/whole_file.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QStringBuilder>
 #include <QStringList>
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
 
 namespace raincast {
 
@@ -37,31 +34,28 @@ QString ChooseDefaultCache() {
     const QString internal = internalCacheFolder();
     QString chosen = internal;
     const QStringList cards = ListStorageCards();
-    // Nothing is made unasked on a card that we were never used with.
+    // Make nothing on a card that this program was never used with.
     const auto card = std::find_if(cards.begin(), cards.end(), [](const QString& path) {
         return QFileInfo(path % kMakerFolder).isDir();
     });
     if (card != cards.end() && EnsureFolder(cardCacheFolder(*card))) {
         chosen = cardCacheFolder(*card);
     }
-    // The user may have made the root a link; what it leads to is the root then.
+    // The user may have made the root a link to another folder.
     DeleteMatchingExcept(QFileInfo(internal).canonicalFilePath(), QStringLiteral("\?\?\?_*"), {});
     return chosen;
 }
 
 QString siteCacheFolder(const QString& cacheFolder, QStringView siteId) {
-    // A cache that is nowhere must not become the file system's root.
+    // Without a cache the path must not begin at the file system's root.
     return cacheFolder.isEmpty() ? QString() : cacheFolder % u'/' % siteId;
 }
 
-QString makeSiteFolder(const QString& cacheFolder, QStringView siteId) {
+tl::expected<void, QString> makeSiteFolder(const QString& cacheFolder, QStringView siteId) {
     if (cacheFolder.isEmpty()) {
-        return qt_error_string(ENOENT);
+        return tl::make_unexpected(qt_error_string(ENOENT));
     }
-    const QByteArray name = QFile::encodeName(siteCacheFolder(cacheFolder, siteId));
-    std::error_code error;
-    std::filesystem::create_directories(name.toStdString(), error);
-    return error ? qt_error_string(error.value()) : QString();
+    return makeFolder(siteCacheFolder(cacheFolder, siteId));
 }
 
 QString cacheFailureText(const QString& cacheFolder, const QString& cause) {

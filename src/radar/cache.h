@@ -5,40 +5,42 @@
 #include <QStringView>
 
 #include <set>
+#include <tl/expected.hpp>
 
 namespace raincast {
 
 // The image cache: one root folder, and below it one folder per radar site named by the site's id.
 // Every file lies directly in its site's folder and begins with the id and an underscore; the
-// character after that tells what it is, and the clean-ups go by it:
+// character after that says what it is, and the clean-ups go by it:
 //   2 a radar frame (its year)   W the warnings image    N any other image of the radar
 //   C counties, cities and the world file   H highways   R rivers   T topographic map
 
 /// The cache root on a storage card: CARD/Quorvane/Temp/Weather. The folder is not made.
 [[nodiscard]] QString cardCacheFolder(const QString& card);
 
-/// The cache root in the user's application data, which is made if missing. Empty when the user has
-/// no folder for application data.
+/// The cache root in the user's application data; makes it if it is missing. Empty when the user
+/// has no folder for application data.
 [[nodiscard]] QString internalCacheFolder();
 
-/// The cache root to use until another one is chosen: that on the first storage card which already
-/// holds a folder "Quorvane", if it can be made there; otherwise the internal one. Also deletes the
-/// files of the internal root itself (not those in the sites' folders) that are named like cached
-/// ones, wherever the cache is: an earlier layout left them there.
+/// The cache root to use until the user chooses another one: on the first storage card that already
+/// has a folder "Quorvane", if the root can be made there; otherwise the internal one. Also deletes
+/// the files of the internal root itself (not those in the sites' folders) that are named like
+/// cached files: an earlier layout left them there.
 [[nodiscard]] QString ChooseDefaultCache();
 
 /// The folder of one site: ROOT/SSS. Empty without a root.
 [[nodiscard]] QString siteCacheFolder(const QString& cacheFolder, QStringView siteId);
 
-/// Makes the folder of a site, with its parents. Says why it cannot be made ("Permission denied");
-/// nothing when it is there. Without a root there is none.
-[[nodiscard]] QString makeSiteFolder(const QString& cacheFolder, QStringView siteId);
+/// Makes the folder of a site, with its parents, unless it is there. The reason of a failure is in
+/// the system's words: "Permission denied". Without a root it fails.
+[[nodiscard]] tl::expected<void, QString>
+makeSiteFolder(const QString& cacheFolder, QStringView siteId);
 
-/// The status text for a cache that cannot be written, with the cause that was told.
+/// The status text for a cache that cannot be written; `cause` is in the system's words.
 [[nodiscard]] QString cacheFailureText(const QString& cacheFolder, const QString& cause);
 
-/// Deletes a site's frames of one product that the server no longer lists, and what programs that
-/// were killed more than an hour ago left of files they were writing. Does nothing without a root.
+/// Deletes a site's frames of one product that the server no longer lists, and the unfinished files
+/// of programs that were killed more than an hour ago. Does nothing without a root.
 /// @param listed the names of the server's listing
 void deleteStaleFrames(
     const QString& cacheFolder, QStringView siteId, QStringView productCode,

@@ -14,22 +14,22 @@ inline constexpr int kLeastFrames = 2;
 inline constexpr int kMostFrames = 25;
 inline constexpr int kMostFrameInterval = 60;
 
-/// What is shown of a site, and how. It belongs to whoever shows it; an update (radar_update.h)
-/// works on it and leaves it in a state that can be painted whenever it asks for a repaint.
+/// A site's radar images, and how they are shown. The item that shows them owns it; an update
+/// (radar_update.h) works on it, and whenever it asks for a repaint the state can be painted.
 struct RadarState {
     /// One of the site table's, as it is part of paths; empty: no site chosen yet.
     QString siteId;
     int product = 0;         ///< index into the product table
     int frameCount = 6;      ///< frames of an animation, kLeastFrames to kMostFrames
     int frameInterval = 9;   ///< least minutes between two frames, 1 to kMostFrameInterval
-    bool animate = false;    ///< off: only the newest frame is fetched
-    bool autoUpdate = false; ///< fetches new frames by itself
+    bool animate = false;    ///< off: fetch only the newest frame
+    bool autoUpdate = false; ///< fetch new frames without being asked
     bool showWarnings = true;
     QString cacheFolder; ///< root of the image cache; while it is empty nothing can be fetched
 
     std::vector<RadarFrame> frames; ///< oldest first
     std::size_t position = 0;       ///< the animation's place in frames; may be their end
-    int animationCounter = 0;       ///< ticks of the animation since it began anew
+    int animationCounter = 0;       ///< ticks since the animation started over
     RadarFrame current;             ///< copy of the frame on screen, its bitmap shared
     int imageWidth = 0;             ///< pixel size of the last image loaded
     int imageHeight = 0;

@@ -22,7 +22,7 @@ constexpr FileTime kNextUpdateAfter = 8 * kFileTimePerMinute;
 // The search steps a minute back before each try; beginning this much after the newest frame, the
 // first try is that frame's minute, half a minute away from the neighbouring ones.
 constexpr FileTime kSearchLead = 90 * kFileTimePerSecond;
-// Makes the animation begin anew on its second tick after an update.
+// Makes the animation start over on its second tick after an update.
 constexpr int kCounterAfterUpdate = 10;
 
 } // namespace
@@ -37,12 +37,14 @@ bool RadarUpdate::UpdateRadar(CHttpTransfer& transfer) {
         return fail(QStringLiteral("Could not access server.\n"));
     }
     removeFramesAhead(listing, Clock::current().now());
-    const FileTime newest = newestFrameTime(listing);
-    if (newest == 0) {
+    const auto newest = newestFrameTime(listing);
+    if (!newest) {
         return fail(QStringLiteral("No radar images found on server.\n"));
     }
-    m_writeFailure = makeSiteFolder(m_state.cacheFolder, m_state.siteId);
-    const int missing = fetchFrames(transfer, newest, listing);
+    if (const auto made = makeSiteFolder(m_state.cacheFolder, m_state.siteId); !made) {
+        m_writeFailure = made.error();
+    }
+    const int missing = fetchFrames(transfer, *newest, listing);
     if (m_state.frames.empty()) {
         return fail(outcome(missing));
     }
@@ -58,10 +60,10 @@ bool RadarUpdate::UpdateRadar(CHttpTransfer& transfer) {
     return true;
 }
 
-/// What the user reads once the frames were fetched, of which so many are missing.
+// The status text after fetching frames, `missing` of which did not come.
 QString RadarUpdate::outcome(int missing) const {
-    if (!m_writeFailure.isEmpty()) {
-        return cacheFailureText(m_state.cacheFolder, m_writeFailure);
+    if (m_writeFailure) {
+        return cacheFailureText(m_state.cacheFolder, *m_writeFailure);
     }
     if (m_state.frames.empty()) {
         return QStringLiteral("Could not download\nany radar images.\n");
@@ -75,7 +77,7 @@ void RadarUpdate::discardFrames() {
     m_state.current = {};
 }
 
-/// Fetches what is wanted, newest first, until one cannot be had. Returns how many are missing.
+// Fetches the wanted frames, newest first, until one fails. Returns how many are missing.
 int RadarUpdate::fetchFrames(
     CHttpTransfer& transfer, FileTime newest, const std::set<QString>& listing
 ) {
@@ -94,7 +96,7 @@ int RadarUpdate::fetchFrames(
     return 0;
 }
 
-/// The first frame, the newest, is shown while the older ones are fetched.
+// The first frame, the newest, is shown while the older ones are fetched.
 void RadarUpdate::prepend(RadarFrame frame) {
     m_state.frames.insert(m_state.frames.begin(), std::move(frame));
     if (m_state.frames.size() > 1) {
@@ -145,7 +147,7 @@ bool RadarUpdate::loadFrame(CHttpTransfer& transfer, const QString& name, RadarF
 }
 
 bool RadarUpdate::fetch(CHttpTransfer& transfer, const QString& path, const QString& cached) {
-    if (!m_writeFailure.isEmpty()) {
+    if (m_writeFailure) {
         return false;
     }
     const bool fetched = transfer.DownloadToFile(path, cached, kGifFile);
@@ -153,7 +155,7 @@ bool RadarUpdate::fetch(CHttpTransfer& transfer, const QString& path, const QStr
     return fetched;
 }
 
-/// Burns the present warnings, always fetched anew, into every frame.
+// Burns the present warnings, fetched for each update, into every frame.
 void RadarUpdate::drawWarnings(CHttpTransfer& transfer) {
     const QString cached = siteFolder() + u'/' + warningsFileName(m_state.siteId);
     const QString path = warningsPath(m_state.siteId, ProductRange(m_state.product).toString());

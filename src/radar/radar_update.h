@@ -5,47 +5,48 @@
 
 #include <QString>
 
+#include <optional>
 #include <set>
 
 namespace raincast {
 
 class CHttpTransfer;
 
-/// Who is told of an update while it runs. All calls come from inside the update, on its thread.
+/// Hears of an update while it runs. All calls come from inside the update, on its thread.
 class RadarUpdateObserver {
 public:
     virtual ~RadarUpdateObserver() = default;
 
-    /// The state's status text is now another one.
+    /// The state's status text has changed.
     virtual void statusChanged(const QString& status) = 0;
-    /// The state can be painted anew; the waiting user should see it at once.
+    /// The state has changed and can be painted; the waiting user should see it at once.
     virtual void repaint() = 0;
-    /// So many of the wanted frames are there.
+    /// `done` of the `wanted` frames are there.
     virtual void progress(int done, int wanted) = 0;
 };
 
 /// Fills a state's frame list from the radar image server: the newest frame of its site and product
 /// and, with animation on, older ones that lie at least the chosen interval apart. Frames are kept
-/// as files in the cache and not fetched again, unless a file turns out to be no picture. Blocks
-/// until it is done.
+/// as files in the cache and not fetched again, unless a file is not a picture. Blocks until it is
+/// done.
 ///
-/// State and observer are borrowed; the object lives for one action. Once a file could not be
-/// written it fetches no more: what the cache holds is shown.
+/// State and observer are borrowed; the object lives for one action. Once it could not write a file
+/// it fetches no more, and shows what the cache holds.
 class RadarUpdate {
 public:
     RadarUpdate(RadarState& state, RadarUpdateObserver& observer)
         : m_state(state), m_observer(observer) {}
 
-    /// The update proper. True when at least the newest frame was obtained. What went wrong stands
-    /// in the state's status text, which stays empty only when every wanted frame was obtained and
-    /// the cache could be written; missing warnings are no failure. A frame that the listing dates
-    /// more than a day ahead is none.
+    /// Makes the update. True when at least the newest frame is there. What went wrong stands in
+    /// the state's status text, which stays empty only when every wanted frame is there and the
+    /// cache could be written; missing warnings are no failure. A frame that the listing dates more
+    /// than a day ahead is ignored.
     [[nodiscard]] bool UpdateRadar(CHttpTransfer& transfer);
 
     /// Finds, downloads and loads the newest listed frame that is at least a minute older than
-    /// `searchTime`, looking back over a hundred minutes; a listed frame that cannot be had or
-    /// loaded is passed over. False without a cache folder. On success `searchTime` is the found
-    /// frame's.
+    /// `searchTime`, looking back over a hundred minutes; a listed frame that cannot be fetched or
+    /// loaded is passed over. False without a cache folder. On success `searchTime` is the frame's
+    /// time.
     [[nodiscard]] bool FetchFrame(
         CHttpTransfer& transfer, FileTime& searchTime, RadarFrame& frame,
         const std::set<QString>& listing
@@ -68,7 +69,7 @@ private:
 
     RadarState& m_state;
     RadarUpdateObserver& m_observer;
-    QString m_writeFailure; ///< why the cache could not be written
+    std::optional<QString> m_writeFailure; ///< why the cache could not be written
 };
 
 } // namespace raincast

@@ -16,14 +16,14 @@ public:
     /// The position under the view's centre; latitude and longitude 0 while the image is not
     /// placed.
     [[nodiscard]] virtual GeoPosition centrePosition() const = 0;
-    /// What places the image on the earth. A load takes its validity away and gives it back.
+    /// Places the image on the earth. A load makes it invalid and then valid again.
     [[nodiscard]] virtual GeoReference& geoReference() = 0;
-    /// The image is placed anew. `centre` is where the view's centre was before; a longitude of 0
-    /// means that it was nowhere.
+    /// The image has a new place. `centre` is where the view's centre was before; a longitude of 0
+    /// means that it had no position.
     virtual void geoReferenceChanged(GeoPosition centre) = 0;
-    /// Shows or hides that the user has to wait.
+    /// Shows that the user has to wait, or that the wait is over.
     virtual void showWaiting(bool waiting) = 0;
-    /// A load has put other layers in place.
+    /// A load has replaced the layers.
     virtual void contentChanged() = 0;
 };
 

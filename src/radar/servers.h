@@ -5,8 +5,8 @@
 
 namespace raincast {
 
-/// Where raincast-server listens unless it is told otherwise, and thus where pictures come from
-/// until somebody names another server.
+/// The default address of raincast-server: pictures come from there until the user names another
+/// server.
 inline constexpr char16_t kLocalServer[] = u"127.0.0.1:8155";
 
 /// Whether a text names a server: HOST or HOST:PORT, the host a name, an IPv4 address or an IPv6

@@ -32,11 +32,11 @@ void cleanUpSite(const QString& folder, const StorageCleanup& cleanup, bool far)
     if (cleanup.basemaps && (far || !cleanup.keepNearbyBasemaps)) {
         deleteKinds(folder, {u'C', u'H', u'R', u'T'});
     }
-    // Only an empty folder goes.
+    // Removes only an empty folder.
     QDir().rmdir(folder);
 }
 
-/// How many files there are below a folder, links counted and not followed.
+/// The number of files below a folder. A link counts as one file and is not followed.
 int countFiles(const QString& folder) {
     const auto filter = QDir::Files | QDir::System | QDir::Hidden;
     QDirIterator files(folder, filter, QDirIterator::Subdirectories);
@@ -96,7 +96,7 @@ StorageResult applyStorage(const StorageRequest& request) {
     if (request.card && !EnsureFolder(target)) {
         return failure(request, QStringLiteral("Failed to create folder: %1"), target);
     }
-    // Whoever shows the progress may let paint events through, and nothing else.
+    // The progress may let paint events through, and nothing else.
     const BusyGuard busy;
     cleanUpCache(request.cacheFolder, request.cleanup, request.viewCentre);
     if (target == request.cacheFolder) {
@@ -105,7 +105,7 @@ StorageResult applyStorage(const StorageRequest& request) {
     if (!moveCache(request, target)) {
         return failure(request, QStringLiteral("Failed to move data to %1"), target);
     }
-    // The next download makes it too, should this fail.
+    // If this fails, the next download tries it again.
     static_cast<void>(EnsureFolder(siteCacheFolder(target, request.siteId)));
     return {target, std::nullopt};
 }

@@ -19,7 +19,7 @@ struct StorageCleanup {
     bool keepNearbyBasemaps = true; ///< "Keep nearby basemaps"
 };
 
-/// Called while the cache is moved: so many of its files are at their new place.
+/// Called while the cache moves: `done` of its `wanted` files are at their new place.
 using StorageProgress = std::function<void(int done, int wanted)>;
 
 /// What the user asks for with the dialog's OK.
@@ -27,17 +27,17 @@ struct StorageRequest {
     /// Root of the storage card to keep the cache on; none for the internal memory.
     std::optional<QString> card;
     StorageCleanup cleanup;
-    GeoPosition viewCentre;   ///< what is near is near to this
+    GeoPosition viewCentre;   ///< "nearby" means near to this
     QString cacheFolder;      ///< the cache root in use
     QString siteId;           ///< the current site
     StorageProgress progress; ///< may be empty
 };
 
-/// What has become of it.
+/// The outcome of a request.
 struct StorageResult {
-    /// The cache root in use from now on: the one asked for, or after an error the old one.
+    /// The cache root in use from now on: the new one, or after an error the old one.
     QString cacheFolder;
-    /// The message to show, titled "Error", while the dialog stays open; none when all went well.
+    /// The message to show, titled "Error", while the dialog stays open; none after success.
     std::optional<QString> error;
 };
 
@@ -46,15 +46,15 @@ struct StorageResult {
 [[nodiscard]] qsizetype selectedStorage(const QStringList& cards, const QString& cacheFolder);
 
 /// Deletes cached files of all sites below the cache root as the check boxes say; near is a site
-/// within 300 km of the view centre. Site folders that are empty then go too. What cannot be
-/// deleted stays, silently. An empty cacheFolder deletes nothing.
+/// within 300 km of the view centre. Also deletes site folders that are empty then. A file that
+/// cannot be deleted stays, without a message. An empty cacheFolder deletes nothing.
 void cleanUpCache(
     const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre
 );
 
-/// The dialog's OK: makes the new root, cleans up, moves the cache. A root that cannot be made
-/// changes nothing; a move that fails is undone, but the clean-up before it is not. The program is
-/// busy (BusyGuard) meanwhile.
+/// Carries out the dialog's OK: makes the new root, cleans up, moves the cache. If the root cannot
+/// be made nothing changes; a move that fails is undone, but the clean-up before it is not.
+/// Meanwhile the program is busy (BusyGuard).
 [[nodiscard]] StorageResult applyStorage(const StorageRequest& request);
 
 } // namespace raincast

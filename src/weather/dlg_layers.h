@@ -9,7 +9,7 @@
 namespace raincast {
 
 /// "Radar Layers": the product and the layers that are shown. Edits state and layers, both
-/// borrowed, when it ends with OK, and tells what must be loaded anew then.
+/// borrowed, when it ends with OK, and then says what must be loaded again.
 class CDlgLayers : public Dialog {
 public:
     CDlgLayers(RadarState& state, BasemapLayers& layers);

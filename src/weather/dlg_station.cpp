@@ -25,4 +25,9 @@ CDlgStation::CDlgStation(GeoPosition position, const QString& currentId)
     }
 }
 
+std::optional<QString> CDlgStation::chosenSite() const {
+    const QString id = selectedDatum().toString();
+    return id.isEmpty() ? std::nullopt : std::optional(id);
+}
+
 } // namespace raincast

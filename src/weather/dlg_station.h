@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace raincast {
 
 /// "Weather Station": the sites within 500 km of a position, nearest first, each with its distance
@@ -15,8 +17,8 @@ class CDlgStation : public CDlgItemTypeSelect {
 public:
     CDlgStation(GeoPosition position, const QString& currentId);
 
-    /// The id of the chosen site; empty without one.
-    [[nodiscard]] QString chosenSite() const { return selectedDatum().toString(); }
+    /// The id of the chosen site.
+    [[nodiscard]] std::optional<QString> chosenSite() const;
 };
 
 } // namespace raincast

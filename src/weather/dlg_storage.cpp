@@ -52,7 +52,7 @@ const DialogTemplateRecord record{
      },
      {}}};
 
-// Between two paints of the progress: files are moved faster than anybody reads.
+// Between two paints of the progress: files move faster than anybody reads.
 constexpr qint64 kPaintMilliseconds = 90;
 
 struct CleanupBox {
@@ -96,7 +96,7 @@ void CDlgStorage::onDialogCommand(int id, QWidget* sender, int notification) {
     Dialog::onDialogCommand(id, sender, notification);
 }
 
-/// "Cleanup cached files" takes all other boxes with it.
+// "Cleanup cached files" switches all other boxes.
 void CDlgStorage::enableBoxes() {
     const bool enabled = control<QCheckBox>(kCleanFiles)->isChecked();
     for (const int box : {kCleanBasemaps, kKeepRadar, kKeepBasemaps}) {
@@ -116,7 +116,7 @@ StorageRequest CDlgStorage::chosen() const {
     return request;
 }
 
-/// In the place of the label: the dialog may cover all of a small screen, the item's bar too.
+// In the place of the label: on a small screen the dialog may cover the item's bar, too.
 void CDlgStorage::showProgress(int done, int wanted) {
     setText(kPlaceLabel, QStringLiteral("%1 of %2 files moved").arg(done).arg(wanted));
     control(kPlaceLabel)->repaint();

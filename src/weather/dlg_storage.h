@@ -11,15 +11,15 @@
 
 namespace raincast {
 
-/// "Radar Image Storage": where the image cache lies, and cleaning it. OK does it all before the
-/// dialog closes; what goes wrong is told and leaves it open.
+/// "Radar Image Storage": moves the image cache and cleans it up. OK does all of that before the
+/// dialog closes; a failure shows a message and leaves the dialog open.
 class CDlgStorage : public Dialog {
 public:
-    /// Told before the work begins (true) and after it ended (false).
+    /// Called before the work begins (true) and after it has ended (false).
     using Waiting = std::function<void(bool waiting)>;
 
-    /// `request` says which cache is in use, where the view is and what hears of the progress, at
-    /// most ten times a second; the user's choices are put into a copy of it.
+    /// `request` names the cache in use, the view's centre and the function to call with the
+    /// progress, at most ten times a second; the user's choices go into a copy of it.
     CDlgStorage(StorageRequest request, Waiting waiting);
 
     bool onInitialise() override;

@@ -12,7 +12,7 @@ constexpr FileTime kOld = 20 * kFileTimePerMinute;
 constexpr FileTime kHour = 60 * kFileTimePerMinute;
 constexpr FileTime kDay = 24 * kHour;
 
-/// An age is told in the largest unit of which it has at least `from`.
+/// The text uses the largest unit of which the age has at least `from`.
 struct Unit {
     FileTime length;
     FileTime from;

@@ -7,8 +7,8 @@
 
 namespace raincast {
 
-/// A sentence about a picture that is more than twenty minutes old, "Image is 43 minutes old", in
-/// hours, days or years when it is that old; empty for a younger one, or one of the future.
+/// A sentence about a picture that is more than twenty minutes old: "Image is 43 minutes old", or
+/// in hours, days or years. Empty for a younger picture and for one of the future.
 [[nodiscard]] QString imageAgeText(FileTime taken, FileTime now);
 
 } // namespace raincast

@@ -6,10 +6,11 @@
 #include "persist/type_ids.h"
 #include "radar/basemaps.h"
 #include "radar/radar_state.h"
+#include "weather/first_show.h"
 #include "weather/layer_stack.h"
 
 #include <memory>
-#include <optional>
+#include <utility>
 
 namespace raincast {
 
@@ -20,10 +21,10 @@ class CDlgStorage;
 struct PictureTexts;
 
 /// The radar item: a site's radar images over and under map layers, placed on the earth so that the
-/// map view's overlays fall where they belong; animated and updated by itself when asked.
+/// map view's overlays fall where they belong. On request it is animated and updates itself.
 ///
-/// Loading blocks; while it does, the item is painted at each step, with a bar that shows how far
-/// it is. What goes wrong stands in the item as a text until the next load.
+/// Loading blocks; meanwhile the item is painted at each step, with a bar that shows how far it is.
+/// What goes wrong stands in the item as a text until the next load.
 class CItemWeather : public CItemMapView, public CHeartbeat::Counter {
 public:
     using CDlgAnimation = raincast::CDlgAnimation;
@@ -35,6 +36,8 @@ public:
 
     /// The number of the item's menu.
     static constexpr int kMenu = 108;
+    /// The middle of a radar image, where the radar stands.
+    static constexpr ImagePixel kImageCentre{300, 275};
 
     CItemWeather();
     ~CItemWeather() override;
@@ -45,45 +48,28 @@ public:
 
     void draw(QPainter& painter) override;
     [[nodiscard]] QRect opaqueArea() const override;
-    /// Loads what is to be shown unless it is there; an item without a site asks for one.
+    /// Loads what the item shows, unless it is there. An item without a site asks for one.
     void windowCreated() override;
     bool command(int id, int notification) override;
-    /// Only what could not be loaded is wrong; what is being loaded is not.
+    /// The text over the picture: what goes wrong, or what is being loaded.
     [[nodiscard]] QString statusText() const override { return m_state.status; }
     [[nodiscard]] QString caption() const override;
 
-    /// Every half second: an automatic update that is due, or a step of the animation. The
-    /// picture's age is looked at, too.
+    /// Every half second: makes an automatic update that is due, or a step of the animation, and
+    /// follows the picture's age.
     void Tick() override;
 
     [[nodiscard]] const RadarState& state() const { return m_state; }
     [[nodiscard]] const BasemapLayers& layers() const { return m_layers; }
 
-    /// Gives a site to the radar item that is shown next, as if it was chosen in the station
-    /// dialog, and a product of 0 to 6; with none the item keeps its own.
-    static void chooseForFirst(const QString& siteId, std::optional<int> product);
-
-    /// Shows a site, animated, in the radar item that is shown next if that has no site yet; nobody
-    /// is asked for one. Both are as if they were chosen in the item's dialogs.
-    static void welcome(const QString& siteId);
+    /// Sets what the item begins with when it is shown next. It does so once.
+    void beginWith(FirstShow first) { m_first = std::move(first); }
 
 private:
-    class View;
+    class Loading;
+    class Dialogs;
 
-    void show();
-    void loadFrames(bool& needRadar);
-    bool loadBasemaps(const QString& siteId, bool updateRadar);
-    bool requestUpdate();
-    [[nodiscard]] bool wholeImageInView() const;
     void placeImage(GeoPosition centreBefore);
-
-    void chooseStation(GeoPosition position);
-    void editAnimation();
-    void editLayers();
-    void editStorage();
-    void followCache(const QString& folder);
-
-    void readFrames(class CRecordReader& record, std::int32_t count);
     [[nodiscard]] PictureTexts texts() const;
     [[nodiscard]] const RadarFrame* shownFrame() const;
     [[nodiscard]] QString ageText() const;
@@ -91,13 +77,11 @@ private:
 
     RadarState m_state;
     BasemapLayers m_layers;
-    Basemaps m_basemaps;
+    FirstShow m_first; ///< until the item is shown
     LayerStack m_stack;
-    std::unique_ptr<View> m_viewOfLoads;
+    std::unique_ptr<Loading> m_loading;
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
-    int m_progressDone = 0;
-    int m_progressWanted = 0; ///< 0: nothing is being loaded
 };
 
 } // namespace raincast

@@ -89,7 +89,7 @@ QRect pageArea(const QRect& part, QPoint place, int side) {
     return {place, part.size() * side};
 }
 
-/// Makes each pixel a run of `Side`; known to the compiler, which then writes a run at once.
+/// Makes each pixel a run of `Side` pixels. The compiler knows the length and writes a run at once.
 template<int Side>
 void widen(const std::vector<QRgb>& pixels, QRgb* to) {
     for (const QRgb pixel : pixels) {
@@ -98,8 +98,8 @@ void widen(const std::vector<QRgb>& pixels, QRgb* to) {
     }
 }
 
-/// The picture behind a painter if what is written there shows as if the painter had drawn it: an
-/// opaque one, in which all of `shown` may be drawn. Null otherwise.
+/// The picture behind a painter, if writing into it gives the same as drawing with the painter: an
+/// opaque picture, in which all of `shown` may be drawn. Null otherwise.
 QImage* plainTarget(const QPainter& painter, const QRect& shown) {
     auto* target = dynamic_cast<QImage*>(painter.device());
     const bool plain = target != nullptr && target->format() == QImage::Format_RGB32 &&
@@ -114,7 +114,7 @@ QImage* plainTarget(const QPainter& painter, const QRect& shown) {
 void LayerStack::setLayers(const Layers& layers) {
     if (layers.size != m_layers.size || keyOf(layers.ground) != m_groundKey ||
         keyOf(layers.overlay) != m_overlayKey) {
-        m_shift = -1;
+        m_shift.reset();
     }
     m_groundKey = keyOf(layers.ground);
     m_overlayKey = keyOf(layers.overlay);
@@ -138,7 +138,7 @@ void LayerStack::draw(QPainter& painter, const QRect& area, const ViewTransform&
     if (part.isEmpty()) {
         return;
     }
-    setLayers(Layers(m_layers)); // somebody may have drawn into one
+    setLayers(Layers(m_layers)); // one may have been drawn into
     useScale(shift);
     m_echoes = m_layers.echoes ? echoesAtScale() : nullptr;
     const QPoint place = placeOf(part, view, shift);
@@ -153,7 +153,7 @@ void LayerStack::draw(QPainter& painter, const QRect& area, const ViewTransform&
     painter.drawImage(shown.topLeft(), picture);
 }
 
-/// Brings the pictures that all frames share to a scale.
+// Brings the pictures that all frames share to a scale.
 void LayerStack::useScale(int shift) {
     if (shift == m_shift) {
         return;
@@ -166,12 +166,12 @@ void LayerStack::useScale(int shift) {
     m_framesAtScale.setMaxCost(kMostFramesAtScale);
 }
 
-/// Lines over the ground, or over black.
+// Lines over the ground, or over black.
 QImage LayerStack::makeBase(const QImage& ground) const {
     if (!isOpaque()) {
         return {};
     }
-    QImage base(sizeAtScale(m_layers.size, m_shift), QImage::Format_RGB32);
+    QImage base(sizeAtScale(m_layers.size, *m_shift), QImage::Format_RGB32);
     base.fill(kBlack);
     for (int row = 0; row < base.height(); ++row) {
         QRgb* to = lineOf(base, row);
@@ -192,7 +192,7 @@ LayerStack::EchoesPointer LayerStack::echoesAtScale() {
     }
     Echoes echoes;
     if (m_shift > 0) {
-        echoes.shrunken = shrinkEchoes(*m_layers.echoes, m_shift);
+        echoes.shrunken = shrinkEchoes(*m_layers.echoes, *m_shift);
     }
     const QImage& picture = m_shift > 0 ? echoes.shrunken : *m_layers.echoes;
     if (picture.format() == QImage::Format_Indexed8) {
@@ -206,8 +206,8 @@ LayerStack::EchoesPointer LayerStack::echoesAtScale() {
     return shared;
 }
 
-/// Draws a part of the image, whose first pixel has its place in the target, each pixel a block of
-/// `side` pixels; nothing of it outside of `shown`.
+// Draws a part of the image, each pixel as a block of `side` pixels, the first one at `place` in
+// the target. Draws nothing outside of `shown`.
 void LayerStack::drawInto(
     QImage& target, const QRect& shown, QPoint place, const QRect& part, int side
 ) const {
@@ -229,7 +229,7 @@ void LayerStack::drawInto(
     }
 }
 
-/// Puts together the pixels of a row from `first` to `end` - 1.
+// Puts together the pixels of a row from `first` to `end` - 1.
 void LayerStack::composeRow(QRgb* to, int row, int first, int end) const {
     if (m_base.isNull()) {
         std::fill_n(to, end - first, QRgb{0});
@@ -244,7 +244,7 @@ void LayerStack::composeRow(QRgb* to, int row, int first, int end) const {
     }
 }
 
-/// Draws a run of echoes and the lines over it; `to` is where column 0 would be.
+// Draws a run of echoes and the lines over it; `to` is the place of column 0.
 void LayerStack::drawSpan(QRgb* to, int row, const RowSpans::Span& span) const {
     const bool zoomedOut = !m_echoes->shrunken.isNull();
     const QImage& picture = zoomedOut ? m_echoes->shrunken : *m_layers.echoes;

@@ -10,6 +10,7 @@
 #include <QRect>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -20,13 +21,14 @@ namespace raincast {
 /// every image pixel is a whole block; zoomed out, neither lines nor echoes are lost and no echo
 /// changes its colour into one that no pixel had.
 ///
-/// At the present zoom, ground and lines are kept composited, and of each frame where its echoes
-/// are: drawing costs a copy of what is visible and its echoes, whether the view or the frame is
-/// another one. Pictures are borrowed by handle and noticed when they were drawn into.
+/// For the present zoom it keeps ground and lines as one picture, and for each frame the places of
+/// its echoes: drawing then costs a copy of the visible part and its echoes, also when the view
+/// moves or the frame changes. It borrows pictures by handle, and notices when they were drawn
+/// into.
 class LayerStack {
 public:
-    /// The pictures to draw, each null where there is none, and the image's size in pixels; layers
-    /// that are smaller leave the rest of it as if they were transparent there.
+    /// The pictures to draw, each of them may be null, and the image's size in pixels. A smaller
+    /// layer is transparent in the rest of the image.
     struct Layers {
         QSize size;
         Bitmap ground;  ///< opaque
@@ -36,13 +38,13 @@ public:
 
     void setLayers(const Layers& layers);
 
-    /// Draws what falls into `area` (page pixels) of the image as `view` places it. Without a
-    /// ground the image is black under the lines; without lines as well, only the echoes are drawn.
-    /// The painter's pixels are the page's: it has no transformation.
+    /// Draws the part of the image that `view` places in `area` (page pixels). Without a ground the
+    /// image is black under the lines; without lines as well, only the echoes are drawn. The
+    /// painter has no transformation: its pixels are the page's.
     void draw(QPainter& painter, const QRect& area, const ViewTransform& view);
 
-    /// The part of `area` that an image of that size covers. With a ground or lines, all of it is
-    /// drawn opaque: whatever is there before is not seen.
+    /// The part of `area` that an image of this size covers. With a ground or lines, draw() fills
+    /// all of it with opaque pixels.
     [[nodiscard]] static QRect imageArea(const QRect& area, const ViewTransform& view, QSize image);
 
 private:
@@ -50,7 +52,7 @@ private:
     struct Echoes {
         QImage shrunken;           ///< null unless zoomed out: the frame itself is drawn then
         std::vector<QRgb> colours; ///< of an indexed picture; 0 is transparent
-        RowSpans spans;            ///< what is opaque
+        RowSpans spans;            ///< its opaque pixels
     };
     using EchoesPointer = std::shared_ptr<const Echoes>;
 
@@ -66,7 +68,7 @@ private:
     Layers m_layers;
     qint64 m_groundKey = 0;
     qint64 m_overlayKey = 0;
-    int m_shift = -1; ///< of the pictures below; none yet
+    std::optional<int> m_shift; ///< of the pictures below
 
     QImage m_base;  ///< all but the echoes; null without ground and lines
     QImage m_lines; ///< to be drawn over echoes, transparent where 0

@@ -26,7 +26,7 @@ const CPageDefaultWeather::Type& weatherType() {
     return type;
 }
 
-// The list of types is read by the user; this one must be in it before anybody makes such a page.
+// The user reads the list of types; this one must be in it before the first such page is made.
 [[maybe_unused]] const auto& registered = weatherType();
 
 } // namespace

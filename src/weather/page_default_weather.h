@@ -7,18 +7,18 @@ namespace raincast {
 
 class CItemWeather;
 
-/// The page that a first start shows: a display page with one radar item over the whole of it. It
-/// is saved as a plain display page and comes back as one; its item then fills it by its anchors.
+/// The page that a first start shows: a display page that one radar item fills. It is saved as a
+/// plain display page and comes back as one; the item then fills it by its anchors.
 class CPageDefaultWeather : public CPageDisplay {
 public:
     class Type;
 
     CPageDefaultWeather();
-    /// With a radar item that is there already.
+    /// With this radar item.
     explicit CPageDefaultWeather(std::unique_ptr<CItemWeather> weather);
     ~CPageDefaultWeather() override;
 
-    /// Keeps the radar item, unless it was deleted, as large as the page.
+    /// Keeps the radar item as large as the page, unless the user deleted it.
     void size(int width, int height) override;
 
 protected:

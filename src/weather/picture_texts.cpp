@@ -20,8 +20,8 @@ constexpr int kStatusTopMargin = 8;
 constexpr QColor kProgressGround(255, 255, 255);
 constexpr QColor kProgressDone(0, 90, 200);
 
-/// A line in pieces that fit a width, broken between words where that is possible: a folder's path
-/// can be long. One piece at least.
+/// Breaks a line into pieces that fit a width, between words where that is possible: a folder's
+/// path can be long. Gives at least one piece.
 QStringList fittingLines(const QString& line, const QFont& font, int width) {
     if (line.isEmpty()) {
         return {line};
@@ -56,7 +56,7 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
     }
 }
 
-/// What the line above the time says in so many pixels.
+/// The text above the time that fits a width.
 QString aboutLine(const QFontMetrics& metrics, int width, const PictureTexts& texts) {
     const bool two = !texts.age.isEmpty() && !texts.about.isEmpty();
     const QString both = texts.about + (two ? QStringLiteral("  ") : QString()) + texts.age;

@@ -11,15 +11,15 @@ namespace raincast {
 /// The texts over a radar picture, black on white boxes.
 struct PictureTexts {
     QString time = {};   ///< of the frame: a line at the bottom left
-    QString about = {};  ///< site, product and date: on the line above that, where there is room
-    QString age = {};    ///< on the same line; it comes first when there is not room for both
+    QString about = {};  ///< site, product and date: on the line above the time, if there is room
+    QString age = {};    ///< on the same line; it has priority when there is not room for both
     QString status = {}; ///< centred lines at the top
 };
 
-/// Draws them into a rectangle of the page; parts that do not fit are cut.
+/// Draws the texts into a rectangle of the page; cuts what does not fit.
 void drawPictureTexts(QPainter& painter, const QRect& area, const PictureTexts& texts);
 
-/// Draws a thin bar along a rectangle's lower edge, so much of it filled.
+/// Draws a thin bar along a rectangle's lower edge, filled for `done` of `wanted`.
 void drawProgress(QPainter& painter, const QRect& area, int done, int wanted);
 
 } // namespace raincast

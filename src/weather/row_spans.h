@@ -8,8 +8,8 @@
 
 namespace raincast {
 
-/// The pixels of a picture that are drawn, as runs, row by row: what is transparent costs nothing
-/// when the picture is drawn over another.
+/// The opaque pixels of a picture as runs, row by row: transparent pixels then cost nothing when
+/// the picture is drawn over another.
 class RowSpans {
 public:
     /// Columns first to end - 1.
@@ -25,7 +25,7 @@ public:
         [[nodiscard]] const Span* end() const { return to; }
     };
 
-    /// No picture: no row has any.
+    /// Of no picture: without a row.
     RowSpans() = default;
     /// Of a picture of 32 bits.
     [[nodiscard]] static RowSpans ofColours(const QImage& picture, QRgb transparent);
@@ -33,8 +33,8 @@ public:
     [[nodiscard]] static RowSpans
     ofIndices(const QImage& picture, const std::vector<QRgb>& colours);
 
-    /// Those spans of a row that reach into columns first to end - 1, from left to right, none
-    /// touching another; none for a row that the picture does not have.
+    /// The spans of a row that reach into columns first to end - 1, from left to right; no two
+    /// touch. Empty for a row that the picture does not have.
     [[nodiscard]] Range within(int row, int first, int end) const;
 
 private:

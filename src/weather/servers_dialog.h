@@ -11,7 +11,7 @@ public:
     ServersDialog();
 
     bool onInitialise() override;
-    /// A text that is no host keeps the dialog open, with a message.
+    /// A text that is not a server keeps the dialog open, with a message.
     void onOk() override;
 };
 

@@ -7,7 +7,7 @@
 
 namespace raincast {
 
-/// The servers that pictures come from, as the settings keep them. Both are at first the server
+/// The servers that pictures come from, as the settings keep them. By default both are the server
 /// that is installed with the viewer.
 class ServersSetting {
 public:

@@ -122,31 +122,44 @@ private:
     std::vector<uchar> m_met; ///< in order
 };
 
-QImage shrinkIndexed(const QImage& picture, int shift) {
-    const QList<QRgb> table = picture.colorTable();
-    std::array<bool, 256> opaque{};
-    for (qsizetype i = 0; i < table.size(); ++i) {
-        opaque[static_cast<std::size_t>(i)] = table[i] != kTransparentWhite;
+/// Which palette indices are seen.
+using SeenIndices = std::array<bool, 256>;
+
+SeenIndices seenIndices(const QList<QRgb>& table) {
+    SeenIndices seen{};
+    std::transform(table.begin(), table.end(), seen.begin(), [](QRgb colour) {
+        return colour != kTransparentWhite;
+    });
+    return seen;
+}
+
+/// The index that stands for a block.
+uchar indexOfBlock(
+    const QImage& picture, const QRect& block, const SeenIndices& seen, IndexVote& vote
+) {
+    for (int row = block.top(); row <= block.bottom(); ++row) {
+        const uchar* line = picture.constScanLine(row);
+        for (int column = block.left(); column <= block.right(); ++column) {
+            if (seen[line[column]]) {
+                vote.add(line[column]);
+            }
+        }
     }
+    // Without an echo all of the block is transparent: any of its pixels stands for it.
+    return vote.takeWinner(picture.constScanLine(block.top())[block.left()]);
+}
+
+QImage shrinkIndexed(const QImage& picture, int shift) {
+    const SeenIndices seen = seenIndices(picture.colorTable());
     QImage result(
         blocks(picture.width(), shift), blocks(picture.height(), shift), QImage::Format_Indexed8
     );
-    result.setColorTable(table);
+    result.setColorTable(picture.colorTable());
     IndexVote vote;
     for (int row = 0; row < result.height(); ++row) {
         uchar* to = result.scanLine(row);
         for (int column = 0; column < result.width(); ++column) {
-            const QRect block = blockAt(picture, column, row, shift);
-            for (int y = block.top(); y <= block.bottom(); ++y) {
-                const uchar* from = picture.constScanLine(y);
-                for (int x = block.left(); x <= block.right(); ++x) {
-                    if (opaque[from[x]]) {
-                        vote.add(from[x]);
-                    }
-                }
-            }
-            // Without an echo all of the block is transparent: any of its pixels stands for it.
-            to[column] = vote.takeWinner(picture.constScanLine(block.top())[block.left()]);
+            to[column] = indexOfBlock(picture, blockAt(picture, column, row, shift), seen, vote);
         }
     }
     return result;

@@ -13,7 +13,7 @@ namespace raincast {
 [[nodiscard]] QImage shrinkGround(const QImage& picture, int shift);
 
 /// Thin lines on transparent white: each block has the average colour of its opaque pixels. A line
-/// of one pixel that crosses a block covers it wholly, so that none vanishes; less than that covers
+/// of one pixel that crosses a block covers all of it, so that no line vanishes; fewer pixels cover
 /// it in proportion. Format_ARGB32_Premultiplied.
 [[nodiscard]] QImage shrinkLines(const QImage& picture, int shift);
 

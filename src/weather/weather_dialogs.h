@@ -3,7 +3,7 @@
 
 namespace raincast {
 
-/// Templates of the weather item's dialogs. The numbers are never used again for others.
+/// Templates of the weather item's dialogs. Never reuse a number for another dialog.
 enum WeatherDialog {
     kAnimationDialog = 110,
     kLayersDialog = 111,

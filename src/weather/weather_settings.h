@@ -25,7 +25,7 @@ using WeatherSettingsBlock = std::array<std::uint8_t, kWeatherSettingsSize>;
 [[nodiscard]] WeatherSettingsBlock
 encodeWeatherSettings(const RadarState& state, const BasemapLayers& layers);
 
-/// Takes the settings from a block; numbers out of their range leave what there is.
+/// Takes the settings from a block; a number out of its range leaves the old value.
 void decodeWeatherSettings(
     const WeatherSettingsBlock& block, RadarState& state, BasemapLayers& layers
 );

@@ -84,7 +84,7 @@ protected:
     /// Shows the weather around a site that the servers in use know, and plays the log.
     void start() {
         Clock::use(&m_clock);
-        CItemWeather::chooseForFirst(QStringLiteral("MUX"), 0);
+        m_application.setFirstShow({FirstShow::Choice{QStringLiteral("MUX"), 0}, std::nullopt});
         m_application.attach(m_window, m_window, m_commands, m_menu);
         test::show(m_window);
         m_application.restoreDefaultPages();

@@ -15,18 +15,18 @@ const QString kConfigFile = QStringLiteral("config_file");
 
 TEST(GlobalsTest, ThePageFilesPathIsTheUsersSetting) {
     const test::TemporaryHome home;
-    CGlobals::settings.configFile = QStringLiteral("/somewhere/pages.cfg");
+    CGlobals::Persistant settings;
+    settings.configFile = QStringLiteral("/somewhere/pages.cfg");
     {
         auto store = RegistryStore::inStandardFolders();
         EXPECT_TRUE(PersistantData::saveAll(store, CGlobals::application()));
     }
-    CGlobals::settings.configFile.clear();
+    settings.configFile.clear();
     auto store = RegistryStore::inStandardFolders();
     EXPECT_EQ(store.string(Branch::user, kKey, kConfigFile), "/somewhere/pages.cfg");
     EXPECT_EQ(store.string(Branch::machine, kKey, kConfigFile), std::nullopt);
     PersistantData::loadAll(store, CGlobals::application());
-    EXPECT_EQ(CGlobals::settings.configFile, "/somewhere/pages.cfg");
-    CGlobals::settings.configFile.clear();
+    EXPECT_EQ(settings.configFile, "/somewhere/pages.cfg");
 }
 
 TEST(GlobalsTest, AnInstanceIsNamedByTitleAndClass) {

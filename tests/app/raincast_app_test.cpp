@@ -5,11 +5,18 @@
 #include "page/item.h"
 #include "page/page.h"
 #include "page/page_display.h"
+#include "support/dialog_script.h"
+#include "support/loopback.h"
 #include "support/qt_app.h"
 #include "support/serial_bytes.h"
+#include "support/temporary_home.h"
 #include "weather/item_weather.h"
+#include "weather/servers_setting.h"
 #include "window/command_set.h"
+#include "window/commands.h"
+#include "window/events.h"
 
+#include <QListWidget>
 #include <QMenu>
 #include <QWidget>
 
@@ -72,6 +79,51 @@ TEST_F(RaincastAppTest, TheCurrentPagesTroubleIsTheApplications) {
     EXPECT_EQ(application.problem(), "Could not access server.\n");
     application.select(std::nullopt);
     EXPECT_EQ(application.problem(), "");
+}
+
+/// An application that shows LWX first, without a server that it could load it from.
+class FirstShowTest : public RaincastAppTest {
+protected:
+    FirstShowTest() {
+        ServersSetting::set({refusing.host(), refusing.host()});
+        application.setFirstShow({std::nullopt, QStringLiteral("LWX")});
+    }
+    ~FirstShowTest() override {
+        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+    }
+    static QString siteOf(const CAppPaged::Page& page, std::size_t item = 0) {
+        const auto& items = dynamic_cast<const CPageDisplay&>(page).items();
+        return dynamic_cast<const CItemWeather&>(*items.at(item)).state().siteId;
+    }
+
+    const test::TemporaryHome home;
+    const RefusingPort refusing;
+};
+
+TEST_F(FirstShowTest, TheFirstRadarItemThatIsShownTakesItAndNoOther) {
+    auto page = std::make_unique<CPageDisplay>();
+    page->addItem(std::make_unique<CItemWeather>());
+    page->addItem(std::make_unique<CItemWeather>());
+    application.append(std::make_unique<CPageDisplay>());
+    application.append(std::move(page));
+    application.select(0);
+    application.select(1);
+    EXPECT_EQ(siteOf(*application.current(), 0), "LWX");
+    EXPECT_EQ(siteOf(*application.current(), 1), "");
+    application.restoreDefaultPages();
+    EXPECT_EQ(siteOf(*application.current()), "");
+}
+
+TEST_F(FirstShowTest, AnItemThatTheUserAddsTakesItToo) {
+    application.append(std::make_unique<CPageDisplay>());
+    application.select(0);
+    test::DialogScript script;
+    script.expect("Select Display Item", [](QDialog& dialog) {
+        QTest::keyClicks(dialog.findChild<QListWidget*>(), "Weather:Radar");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    EXPECT_TRUE(application.current()->command(kAddItem, clicked));
+    EXPECT_EQ(siteOf(*application.current()), "LWX");
 }
 
 /// The program's marks, none before a test and none behind it.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/globals.h"
 #include "app/main_window.h"
 #include "app/viewer.h"
 #include "app/window_place.h"
@@ -53,8 +52,6 @@ protected:
 
     /// What a new process would not know.
     static void forgetRun() {
-        CGlobals::settings.configFile.clear();
-        CGlobals::settings.declinedBackup.clear();
         WindowPlace::settings.geometry.clear();
         ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
         Modal::forgetEnd();
@@ -71,7 +68,7 @@ protected:
                 timer.stop();
                 step(viewer);
                 if (!Modal::endRequested()) {
-                    viewer.requestEnd(); // whatever a step that failed has left undone
+                    viewer.requestEnd(); // a step that failed may have left the viewer open
                 }
             }
         });
@@ -97,7 +94,7 @@ protected:
         const PagePoint place = itemOf(viewer).view().toPage(pixel);
         return pageOf(viewer).pixel(place.x, place.y);
     }
-    /// Types into whatever has the keyboard.
+    /// Types into the widget that has the keyboard.
     static void typeText(const QString& text) {
         ASSERT_NE(QApplication::focusWidget(), nullptr);
         QTest::keyClicks(QApplication::focusWidget(), text);

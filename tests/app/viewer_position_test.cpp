@@ -52,14 +52,12 @@ protected:
     ViewerPositionTest() {
         EXPECT_TRUE(server.listen(QHostAddress(QStringLiteral("127.0.0.1"))));
         // Not a first start, which asks for a radar site before anything else.
-        CGlobals::settings.configFile.clear();
         CAppPaged pages;
         pages.append(std::make_unique<CPageDisplay>()).setName(QStringLiteral("Blank"));
         QDir().mkpath(home.programFolder());
         EXPECT_TRUE(PageFile(home.pageFile(), examinePages<CAppPaged>).save(pages));
     }
     ~ViewerPositionTest() override {
-        CGlobals::settings.configFile.clear();
         PositionSourceSetting::choose(QString());
         Modal::forgetEnd();
     }
@@ -74,7 +72,7 @@ protected:
         return true;
     }
     void choose(QDialog& dialog) { choose(dialog, server, kSentence, u", fix\n41°30.000'N"); }
-    // What a person does in the dialog, and what he sees of it.
+    // What a user does in the dialog, and what they see there.
     void choose(QDialog& dialog, QTcpServer& from, const char* sentences, QStringView sees) {
         auto* const kinds = dialog.findChild<QComboBox*>();
         kinds->setFocus();
@@ -144,7 +142,7 @@ TEST_F(ViewerPositionTest, ASourceThatIsChosenIsInUseAtOnceAndKept) {
     EXPECT_TRUE(connected) << "the next start opens it";
 }
 
-// What the dialog calls a fix is a position for the maps, whatever the source before it sent.
+// A fix in the dialog is a position for the maps, even if the source before it sent something else.
 TEST_F(ViewerPositionTest, ASourceOfGgaAndVtgGivesPositionsAfterOneOfRmc) {
     ASSERT_TRUE(other.listen(QHostAddress(QStringLiteral("127.0.0.1"))));
     test::DialogScript script;

@@ -127,8 +127,6 @@ protected:
     }
 
     static void forget() {
-        CGlobals::settings.configFile.clear();
-        CGlobals::settings.declinedBackup.clear();
         WindowPlace::settings.geometry.clear();
         TestPage::shown = nullptr;
         TestPage::gone = nullptr;
@@ -179,7 +177,7 @@ TEST_F(ViewerTest, AFirstStartMakesItsFolderShowsTheWeatherAndSavesBoth) {
     inLoop([&] {
         EXPECT_TRUE(QDir(home.programFolder()).exists());
         EXPECT_FALSE(QFile::exists(home.pageFile()));
-        EXPECT_EQ(CGlobals::settings.configFile, home.pageFile());
+        EXPECT_EQ(viewer.settings().configFile, home.pageFile());
         EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
         ASSERT_NE(viewer.application().current(), nullptr);
         EXPECT_TRUE(viewer.window()->frame()->isVisible());

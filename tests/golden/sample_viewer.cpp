@@ -50,7 +50,7 @@ SampleViewer::~SampleViewer() {
 }
 
 void SampleViewer::addPages() {
-    CItemWeather::chooseForFirst(QStringLiteral("MUX"), 0);
+    m_application.setFirstShow({FirstShow::Choice{QStringLiteral("MUX"), 0}, std::nullopt});
     m_application.restoreDefaultPages();
     m_application.append(test::page(QStringLiteral("Chart table"), true));
     m_application.append(test::page(QStringLiteral("Tides & moon"), false));

@@ -212,8 +212,8 @@ struct Fault {
     const char* name;
     FaultServer::Answer answer;
     bool result;
-    const char* contents; ///< of the file; null when there is none
-    const char* outcome;  ///< a part of what is told
+    const char* contents; ///< of the file; null without a file
+    const char* outcome;  ///< a part of the report
 };
 
 constexpr char digits[] = "0123456789";
@@ -338,7 +338,7 @@ TEST_F(HttpTransferTest, ABodyOfAnotherKindIsNoFile) {
         EXPECT_EQ(transfer.DownloadToFile("/", local("new"), kDigits), row.kept);
         EXPECT_EQ(QFile::exists(local("new")), row.kept);
         EXPECT_THAT(lastOutcome(), HasSubstr(row.outcome));
-        EXPECT_EQ(transfer.writeFailure(), "");
+        EXPECT_EQ(transfer.writeFailure(), std::nullopt);
         QFile::remove(local("new"));
         EXPECT_EQ(transfer.DownloadToFile("/", local("old"), kDigits), row.kept);
         EXPECT_EQ(readFile(local("old")) != "old", row.kept) << "a good file gives way to none";
@@ -645,7 +645,7 @@ TEST_F(HttpTransferTest, AFullDiskLeavesTheOldFileAndNoShortOne) {
         EXPECT_EQ(transfer.writeFailure(), qt_error_string(EFBIG));
         EXPECT_EQ(lastOutcome(), "200, not written: " + qt_error_string(EFBIG).toStdString());
         EXPECT_TRUE(transfer.DownloadToFile("/small", local("small")));
-        EXPECT_EQ(transfer.writeFailure(), "");
+        EXPECT_EQ(transfer.writeFailure(), std::nullopt);
     }
     EXPECT_EQ(readFile(local("old")), "old");
     EXPECT_EQ(files(), "old small");

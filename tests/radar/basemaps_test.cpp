@@ -97,15 +97,12 @@ protected:
         m_basemap.serve("/weather_radar/basemaps/MUX_City_Short.gif", test::columnGif(40));
     }
     bool load(bool updateRadar = false) {
-        return LoadBasemaps(
-            m_state, m_shown, m_basemaps, m_view, {m_radar.host(), m_basemap.host()}, "MUX",
-            updateRadar
-        );
+        return LoadBasemaps(from(m_radar.host(), m_basemap.host()), "MUX", updateRadar);
     }
-    bool request() {
-        return RequestUpdate(
-            m_state, m_shown, m_basemaps, m_view, {m_radar.host(), m_basemap.host()}
-        );
+    bool request() { return RequestUpdate(from(m_radar.host(), m_basemap.host())); }
+    /// What is shown, with pictures from these servers.
+    RadarScene from(const QString& radar, const QString& basemap) {
+        return {m_state, m_shown, m_basemaps, m_view, {radar, basemap}};
     }
     void publishFrame() {
         m_radar.serve(kFrames, "\"MUX_20190519_0554_N0R.gif\"");
@@ -249,9 +246,7 @@ TEST_F(BasemapsTest, ANetworkThatWantsALogInLeavesNothingBehind) {
          {answers::respond(200, "<html><a href=\"/login\">Please log in</a>"),
           answers::redirect(302, "http://login.example/")}) {
         const FaultServer portal(answer);
-        EXPECT_FALSE(LoadBasemaps(
-            m_state, m_shown, m_basemaps, m_view, {portal.host(), portal.host()}, "MUX", true
-        ));
+        EXPECT_FALSE(LoadBasemaps(from(portal.host(), portal.host()), "MUX", true));
         EXPECT_EQ(m_state.status, kNoInternet);
         EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
         ASSERT_TRUE(load());
@@ -301,9 +296,7 @@ TEST_F(BasemapsTest, ALayerThatWasCutShortIsMissingUntilTheNextLoad) {
 // A number that was cut would place the image elsewhere.
 TEST_F(BasemapsTest, AWorldFileThatBreaksOffIsNotKept) {
     FaultServer server(answers::cut("0.009\n0\n0\n-0.009\n-124.6\n39.6\n", 28));
-    EXPECT_FALSE(LoadBasemaps(
-        m_state, m_shown, m_basemaps, m_view, {server.host(), m_basemap.host()}, "MUX", false
-    ));
+    EXPECT_FALSE(LoadBasemaps(from(server.host(), m_basemap.host()), "MUX", false));
     EXPECT_EQ(m_state.status, kNoInternet);
     EXPECT_FALSE(m_view.geoReference().valid());
     EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
@@ -347,9 +340,7 @@ TEST_F(BasemapsTest, AServerThatIsAwayTakesThePlacementAway) {
     ASSERT_TRUE(load());
     QDir(m_state.cacheFolder).removeRecursively();
     const RefusingPort refusing;
-    EXPECT_FALSE(LoadBasemaps(
-        m_state, m_shown, m_basemaps, m_view, {refusing.host(), refusing.host()}, "LWX", true
-    ));
+    EXPECT_FALSE(LoadBasemaps(from(refusing.host(), refusing.host()), "LWX", true));
     EXPECT_EQ(m_state.siteId, QStringLiteral("LWX"));
     EXPECT_FALSE(m_view.geoReference().valid());
     EXPECT_FALSE(m_basemaps.topo || m_basemaps.overlay);
@@ -376,7 +367,7 @@ TEST_F(BasemapsTest, ACacheFolderThatCannotBeWrittenIsTheCause) {
     for (const TreeFile& file : kFiles) {
         for (const bool updateRadar : {false, true}) {
             clearCache();
-            // What is no file is not replaced, whoever asks.
+            // Only a file is replaced.
             ASSERT_TRUE(QDir().mkpath(cached(file.path)));
             EXPECT_EQ(load(updateRadar), !file.required) << file.path;
             EXPECT_EQ(
@@ -498,7 +489,7 @@ TEST_F(BasemapsTest, ALayerThatCouldNotBeHadIsTriedAgainByTheNextUpdate) {
     publishFrame();
     for (const TreeFile& file : kFiles) {
         if (file.path == kFiles[0].path) {
-            continue; // without it nothing is placed, and everything is loaded anew
+            continue; // without it nothing is placed, and everything is loaded again
         }
         SCOPED_TRACE(file.path);
         clearCache();
@@ -568,9 +559,7 @@ TEST_F(BasemapsTest, WithoutAServerNoLayerIsTried) {
     const Basemaps shown = m_basemaps;
     const int before = m_basemap.count();
     const RefusingPort refusing;
-    EXPECT_FALSE(
-        RequestUpdate(m_state, m_shown, m_basemaps, m_view, {refusing.host(), m_basemap.host()})
-    );
+    EXPECT_FALSE(RequestUpdate(from(refusing.host(), m_basemap.host())));
     EXPECT_EQ(m_state.status, QStringLiteral("Could not access server.\n"));
     EXPECT_EQ(m_basemap.count(), before);
     EXPECT_EQ(m_basemaps.topo, shown.topo);

@@ -168,7 +168,8 @@ TEST_F(ServerProgramTest, TheViewersEngineWorksAgainstIt) {
         state.frameCount = 3;
         Basemaps maps;
         const QString site = radarSites()[i].idText().toString();
-        EXPECT_TRUE(LoadBasemaps(state, {}, maps, view, {m_host, m_host}, site, true))
+        const BasemapLayers shown;
+        EXPECT_TRUE(LoadBasemaps({state, shown, maps, view, {m_host, m_host}}, site, true))
             << qPrintable(site);
         EXPECT_EQ(state.status, QString()) << qPrintable(site);
         EXPECT_EQ(state.frames.size(), 3U);

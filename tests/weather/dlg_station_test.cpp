@@ -19,7 +19,8 @@ protected:
         DialogScript script;
         script.expect("Weather Station", step);
         CDlgStation dialog(position, current);
-        return dialog.run(nullptr) == Dialog::kOk ? dialog.chosenSite() : QString();
+        return dialog.run(nullptr) == Dialog::kOk ? dialog.chosenSite().value_or(QString())
+                                                  : QString();
     }
 };
 

@@ -43,18 +43,18 @@ TEST_F(ItemWeatherTest, ANewItemAsksForAStation) {
 
 TEST_F(ItemWeatherTest, ASiteAloneLeavesTheProductThatWasStored) {
     test::publishFrames(m_server, {"20190519_0555"}, "MUX", "N0V");
-    CItemWeather::chooseForFirst("MUX", 5);
+    m_item->beginWith({FirstShow::Choice{"MUX", 5}, std::nullopt});
     showPage();
     EXPECT_EQ(m_item->state().product, 5);
     restart();
-    CItemWeather::chooseForFirst("MUX", std::nullopt);
+    m_item->beginWith({FirstShow::Choice{"MUX", std::nullopt}, std::nullopt});
     showPage();
     EXPECT_EQ(m_item->state().product, 5);
     EXPECT_THAT(m_item->state().current.path.toStdString(), HasSubstr("20190519_0555_N0V"));
 }
 
 TEST_F(ItemWeatherTest, AWelcomeShowsMovingWeatherWithoutAQuestion) {
-    CItemWeather::welcome("MUX");
+    m_item->beginWith({std::nullopt, "MUX"});
     showPage(); // would wait for a dialog's end
     EXPECT_EQ(m_item->state().siteId, "MUX");
     EXPECT_TRUE(m_item->state().animate);
@@ -64,16 +64,10 @@ TEST_F(ItemWeatherTest, AWelcomeShowsMovingWeatherWithoutAQuestion) {
 TEST_F(ItemWeatherTest, AWelcomeLeavesWhatWasChosenAlone) {
     showSite();
     restart();
-    CItemWeather::welcome("LWX");
+    m_item->beginWith({std::nullopt, "LWX"});
     showPage();
     EXPECT_EQ(m_item->state().siteId, "MUX");
     EXPECT_FALSE(m_item->state().animate);
-    // It was for the first item: the next one asks.
-    makePage();
-    DialogScript script;
-    script.expect("Weather Station", [](QDialog& dialog) { dialog.reject(); });
-    showPage();
-    EXPECT_TRUE(m_item->state().siteId.isEmpty());
 }
 
 TEST_F(ItemWeatherTest, WithoutAStationItSaysHowToChooseOne) {
@@ -215,7 +209,7 @@ TEST_F(ItemWeatherTest, LeavingTheImageChangesToTheNearestSite) {
         m_item->keyDown(Qt::Key_Right);
     }
     const GeoPosition centre = m_item->centrePosition();
-    const QString nearest = NearestSite(centre.latitude, centre.longitude).toString();
+    const QString nearest = NearestSite(centre.latitude, centre.longitude)->toString();
     ASSERT_NE(nearest, QStringLiteral("MUX"));
     publishLayers(nearest);
     publishFrames({"20190519_0558"}, nearest);

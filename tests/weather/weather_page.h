@@ -86,7 +86,7 @@ protected:
         settle();
     }
     void showSite() {
-        CItemWeather::chooseForFirst("MUX", 0);
+        m_item->beginWith({FirstShow::Choice{"MUX", 0}, std::nullopt});
         showPage();
     }
     /// Saves the page and puts the one that is read back in its place, as another start would.

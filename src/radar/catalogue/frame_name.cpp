@@ -17,17 +17,18 @@ bool hasFrameForm(const QString& name) {
     return name.size() == kNameLength && name[3] == u'_' && name[4] == u'2';
 }
 
-/// The time in a name of a frame's form; 0 when its digits are no time.
-FileTime timeOf(const QString& name) {
+/// The time in a name of a frame's form; none when its digits are not a time.
+std::optional<FileTime> timeOf(const QString& name) {
     static const QRegularExpression pattern(
         QStringLiteral("^(\\d{4})(\\d\\d)(\\d\\d)_(\\d\\d)(\\d\\d)")
     );
     const auto match = pattern.match(name.sliced(4));
     if (!match.hasMatch()) {
-        return 0;
+        return std::nullopt;
     }
     const auto field = [&match](int number) { return match.capturedView(number).toInt(); };
-    return fromCalendar({field(1), field(2), field(3), field(4), field(5)});
+    const FileTime time = fromCalendar({field(1), field(2), field(3), field(4), field(5)});
+    return time != 0 ? std::optional(time) : std::nullopt;
 }
 
 } // namespace
@@ -52,18 +53,18 @@ QString warningsPath(const QString& siteId, const QString& range) {
     return QStringLiteral("/ridge/Warnings/%1/%2").arg(range, warningsFileName(siteId));
 }
 
-FileTime frameTime(const QString& fileName) {
-    return hasFrameForm(fileName) ? timeOf(fileName) : 0;
+std::optional<FileTime> frameTime(const QString& fileName) {
+    return hasFrameForm(fileName) ? timeOf(fileName) : std::nullopt;
 }
 
-FileTime newestFrameTime(const std::set<QString>& listing) {
+std::optional<FileTime> newestFrameTime(const std::set<QString>& listing) {
     const auto newest = std::find_if(listing.rbegin(), listing.rend(), hasFrameForm);
-    return newest == listing.rend() ? 0 : timeOf(*newest);
+    return newest == listing.rend() ? std::nullopt : timeOf(*newest);
 }
 
 void removeFramesAhead(std::set<QString>& listing, FileTime now) {
     std::erase_if(listing, [now](const QString& name) {
-        return frameTime(name) > now + kMostAhead;
+        return frameTime(name).value_or(0) > now + kMostAhead;
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <set>
 
 // How the radar image server names what it publishes, and how the cache names its copies:
@@ -25,17 +26,18 @@ namespace raincast {
 /// The server path of the warnings for a range word, "Short" or "Long".
 [[nodiscard]] QString warningsPath(const QString& siteId, const QString& range);
 
-/// The time in the name of a frame's file; 0 when the name has another form or its digits are no
+/// The time in the name of a frame's file; none when the name has another form or its digits are
+/// not a time.
+[[nodiscard]] std::optional<FileTime> frameTime(const QString& fileName);
+
+/// The time of the newest frame in a listing: of the greatest name of a frame's form (25
+/// characters, the fourth and fifth "_2"). None without such a name, or when its digits are not a
 /// time.
-[[nodiscard]] FileTime frameTime(const QString& fileName);
+[[nodiscard]] std::optional<FileTime> newestFrameTime(const std::set<QString>& listing);
 
-/// The time of the newest frame in a listing: that of the greatest name of a frame's form (25
-/// characters, the fourth and fifth "_2"). 0 when there is none, or its digits are no time.
-[[nodiscard]] FileTime newestFrameTime(const std::set<QString>& listing);
-
-/// Takes the frames that are dated more than a day after `now` out of a listing: they are none. A
-/// clock may be wrong, but the search for older frames begins at the newest one, and the next
-/// automatic update is due after it.
+/// Takes the frames that are dated more than a day after `now` out of a listing. A clock may be
+/// wrong, but the search for older frames begins at the newest one, and the next automatic update
+/// is due after it.
 void removeFramesAhead(std::set<QString>& listing, FileTime now);
 
 /// A time on the local clock: "1:05" for 13:05, "12:30", "0:40".

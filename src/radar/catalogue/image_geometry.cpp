@@ -37,7 +37,7 @@ double ImageGeometry::columnOfLongitude(double longitude) const {
 }
 
 std::string ImageGeometry::worldFile() const {
-    // QByteArray writes numbers in the C locale whatever the user's is.
+    // QByteArray writes numbers in the C locale.
     const auto line = [](double value) {
         return QByteArray::number(value, 'f', 12).toStdString() + "\n";
     };

@@ -15,8 +15,8 @@ namespace raincast {
 /// transparent white. No other level is white.
 [[nodiscard]] const std::array<QRgb, 16>& nwsColours(Quantity quantity);
 
-/// The level of a value in the product's unit: 0 for none, else 1 to 15. What is not a number shows
-/// nothing, infinity stands for "range folded".
+/// The level of a value in the product's unit: 0 for no echo, else 1 to 15. A value that is not a
+/// number has level 0; infinity stands for "range folded".
 ///
 /// Reflectivity: the greatest threshold (5, 10 … 75 dBZ) that the value reaches. Precipitation: the
 /// same with inches, where level 1 is anything above nothing; total precipitation has thresholds of

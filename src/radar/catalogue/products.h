@@ -23,7 +23,7 @@ struct RadarProduct {
 inline constexpr std::size_t kRadarProductCount = 7;
 using RadarProductTable = std::array<RadarProduct, kRadarProductCount>;
 
-/// The product that is shown until another one is chosen.
+/// The product that is shown until the user chooses another one.
 inline constexpr int kDefaultProduct = 0;
 
 /// All products. Their indices are stored in page files: new ones go to the end.
@@ -40,8 +40,8 @@ inline constexpr int kDefaultProduct = 0;
 /// The index of the product of exactly that code (letter case counts).
 [[nodiscard]] std::optional<int> findRadarProduct(QStringView code);
 
-/// What somebody who typed an unknown code may have meant: the products whose code is the fewest
-/// typing errors away, in the table's order. Letter case does not count.
+/// The products that a user who typed an unknown code may have meant: those whose code is the
+/// fewest typing errors away, in the table's order. Letter case does not count.
 [[nodiscard]] std::vector<const RadarProduct*> suggestRadarProducts(QStringView typed);
 
 } // namespace raincast

@@ -172,7 +172,7 @@ constexpr RadarSiteTable kSites = std::to_array<RadarSite>({
 });
 // clang-format on
 
-// Names shorter than this say too little to look for them inside other names.
+// Shorter texts are too common to look for them inside names.
 constexpr qsizetype kShortestNamePart = 4;
 
 } // namespace
@@ -193,7 +193,7 @@ float siteDistanceMetres(const LocalFrame& frame, const RadarSite& site) {
     return static_cast<float>(frame.distanceMetres({site.latitude, site.longitude}));
 }
 
-QStringView NearestSite(double latitude, double longitude) {
+std::optional<QStringView> NearestSite(double latitude, double longitude) {
     const LocalFrame frame({latitude, longitude});
     const RadarSite* best = nullptr;
     float bestDistance = 1e10F;
@@ -204,7 +204,7 @@ QStringView NearestSite(double latitude, double longitude) {
             bestDistance = distance;
         }
     }
-    return best != nullptr ? best->idText() : QStringView();
+    return best != nullptr ? std::optional(best->idText()) : std::nullopt;
 }
 
 std::vector<const RadarSite*> suggestRadarSites(QStringView typed, std::size_t most) {

@@ -78,7 +78,7 @@ int digits(std::string_view text, std::size_t at, std::size_t count) {
     return error == std::errc() && end == begin + count ? value : -1;
 }
 
-/// The minute in "LWX_20180725_1924_N0R.gif"; 0 where its digits are no time.
+/// The minute in "LWX_20180725_1924_N0R.gif"; 0 where its digits are not a time.
 FileTime timeInName(std::string_view name) {
     return fromCalendar(
         {digits(name, 4, 4), digits(name, 8, 2), digits(name, 10, 2), digits(name, 13, 2),

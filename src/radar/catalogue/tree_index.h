@@ -18,8 +18,8 @@
 //   /ridge/Overlays/Cities/Short/LWX_City_Short.gfw
 //   /weather_radar/basemaps/LWX_County_Short.gif       the layers of the basemap server
 //
-// A path stands for something only if it is one of these, letter for letter: nothing that a client
-// sends ever becomes the name of a file.
+// A path is valid only if it is one of these, letter for letter: nothing that a client sends ever
+// becomes the name of a file.
 namespace raincast {
 
 /// The map layers, each a picture of the size of a frame.
@@ -43,8 +43,8 @@ struct TreeItem {
     friend bool operator==(const TreeItem&, const TreeItem&) = default;
 };
 
-/// What a path stands for; nothing for any other text. A frame need not exist for its path to have
-/// the right form.
+/// What a path stands for; none for any other text. A frame's path can have the right form without
+/// the frame existing.
 [[nodiscard]] std::optional<TreeItem> findTreeItem(std::string_view path);
 
 /// A folder of frames.

@@ -7,10 +7,10 @@
 
 namespace raincast {
 
-/// A picture that several owners show and that may still be drawn into: what is drawn through one
-/// handle is seen through all of them (a frame's warnings, for example, also in the copy that is on
-/// screen). Null stands for "not loaded". The image behind a handle is never null; its format is
-/// Format_Indexed8 (a colour table of 256 entries) or Format_RGB32.
+/// A picture that several owners show and that may still change: drawing through one handle shows
+/// through all of them (a frame's warnings, for example, also in the copy on the screen). Null
+/// stands for "not loaded". The image behind a handle is never null; its format is Format_Indexed8
+/// (a colour table of 256 entries) or Format_RGB32.
 using Bitmap = std::shared_ptr<QImage>;
 
 /// The colour key of every picture of the radar stack: exactly this colour is transparent when one
@@ -21,12 +21,12 @@ inline constexpr QRgb kTransparentWhite = 0xFFFF'FFFF;
 inline constexpr int kRadarImageWidth = 600;
 inline constexpr int kRadarImageHeight = 550;
 
-/// The largest picture that is loaded, in pixels; one that claims more fails before any memory is
-/// taken for it.
+/// The largest picture that can be loaded, in pixels; loading a larger one fails before it takes
+/// memory.
 inline constexpr qint64 kMostImagePixels = 64'000'000;
 
-/// The same for what a radar image server publishes: frames, warnings and map layers. Theirs are
-/// 330,000 pixels; an animation holds two dozen, and a few bytes can claim many.
+/// The same for frames, warnings and map layers. Published ones have 330,000 pixels; an animation
+/// holds two dozen, and a few bytes can claim many.
 inline constexpr qint64 kMostRadarPixels = 4'000'000;
 
 } // namespace raincast

@@ -8,8 +8,8 @@
 namespace raincast {
 
 /// Draws `source` over `target` at (0, 0), unscaled and clipped to the target; exactly white pixels
-/// of the source are transparent. Where there is no target, one of width × height pixels is made
-/// first, all white. What is drawn shows through every handle of the target.
+/// of the source are transparent. If the target is null, makes it first: width × height white
+/// pixels. The drawing shows through every handle of the target.
 ///
 /// A target of one byte a pixel stays so while its used colours and the source's fit into its 256
 /// entries; otherwise it becomes Format_RGB32. The target is left null when there is no memory for

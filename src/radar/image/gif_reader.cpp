@@ -62,7 +62,7 @@ bool readExtension(GifFileType* gif, int& transparent) {
     return true;
 }
 
-/// Reads on to the first image's descriptor; false when there is none. `transparent` becomes the
+/// Reads up to the first image's descriptor; false without one. `transparent` becomes the
 /// index of its transparent colour or NO_TRANSPARENT_COLOR.
 bool readToFirstImage(GifFileType* gif, int& transparent) {
     transparent = NO_TRANSPARENT_COLOR;
@@ -135,8 +135,8 @@ uchar orOf(const uchar* line, int width) {
     return static_cast<uchar>(sum | sum >> 8);
 }
 
-/// Whether every pixel names a colour that the file defines, or the transparent one. There are
-/// always a power of two colours, so that whole lines are told by the bits of their indices.
+/// Whether every pixel names a colour that the file defines, or the transparent one. The number of
+/// colours is always a power of two: the bits of a line's indices, or-ed together, show it.
 bool usesDefinedColours(const QImage& picture, std::size_t defined, int transparent) {
     for (int row = 0; defined < kTableSize && row < picture.height(); ++row) {
         const uchar* line = picture.constScanLine(row);

@@ -24,7 +24,7 @@ int append(GifFileType* gif, const GifByteType* bytes, int count) {
     return count;
 }
 
-/// A GIF's table has a power of two entries; those that are left over are black and not used.
+/// A GIF's table has a power of two entries; the entries left over are black and not used.
 ColourMap colourMap(std::span<const QRgb> colours) {
     std::array<GifColorType, 256> entries{};
     std::transform(colours.begin(), colours.end(), entries.begin(), [](QRgb colour) {

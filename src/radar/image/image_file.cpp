@@ -12,8 +12,8 @@ namespace raincast {
 
 namespace {
 
-// A file is read whole. No picture needs more bytes for each pixel and for what else is in its
-// file.
+// A file is read whole. No picture needs more bytes than this for each pixel, and for the rest of
+// its file.
 constexpr qint64 kMostBytesAPixel = 4;
 constexpr qint64 kMostOtherBytes = qint64{1} << 20;
 
@@ -21,7 +21,7 @@ QImage readJpeg(const QByteArray& bytes, qint64 mostPixels) {
     if (!isSoundJpeg(bytes)) {
         return {};
     }
-    // Qt's own limit would refuse what is within ours.
+    // Qt's own limit is lower than ours.
     static const bool unlimited = (QImageReader::setAllocationLimit(0), true);
     Q_UNUSED(unlimited)
     QBuffer buffer;

@@ -9,12 +9,11 @@ namespace raincast {
 
 /// Loads a GIF (87a, 89a; the first image of several) or a JPEG; the file's content decides which.
 /// GIF pixels stay one byte each where the image covers its screen, as every published radar image
-/// does. Transparent pixels come out white whatever colour their palette entry has: published
-/// overlays use black as the transparent colour.
+/// does. Transparent pixels become white: published overlays use black as the transparent colour.
 ///
-/// Null when the file cannot be read, is of another kind, defective, cut off or has more
-/// than `mostPixels` pixels. A GIF whose first image is whole loads although its trailer is
-/// missing; a JPEG needs its end marker and not more scans than pictures have.
+/// Null when the file cannot be read, is of another kind, is defective or cut off, or has more than
+/// `mostPixels` pixels. A GIF whose first image is whole loads even if its trailer is missing; a
+/// JPEG needs its end marker and at most kMostJpegScans scans.
 [[nodiscard]] Bitmap LoadImageFile(const QString& path, qint64 mostPixels = kMostImagePixels);
 
 /// The same from the file's bytes. A null image on failure.

@@ -6,7 +6,7 @@
 
 namespace raincast {
 
-/// A picture of 600 × 550 bytes, row by row; what they mean is their palette's matter.
+/// A picture of 600 × 550 palette indices, a byte each, row by row.
 using IndexedPicture = std::vector<std::uint8_t>;
 
 } // namespace raincast

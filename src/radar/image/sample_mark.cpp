@@ -26,7 +26,7 @@ struct Corner {
     int top;
 };
 
-// However a window of 240 by 240 pixels looks at the picture, most of a word is in it.
+// Every window of 240 by 240 pixels on the picture shows most of a word.
 constexpr std::array kWords = {
     Corner{100, 80},  Corner{430, 80},  Corner{265, 200}, Corner{70, 310},
     Corner{460, 310}, Corner{265, 420}, Corner{10, 526},  Corner{520, 526},

@@ -5,10 +5,9 @@
 
 namespace raincast {
 
-/// Writes "SAMPLE" small into a picture, in staggered rows so close that also a viewer with a small
-/// window, or with texts of its own in a corner, shows one: letters of index `ink` with a rim of
-/// index `rim` around them, which shows on any ground. The letters are this file's own, so that the
-/// picture is the same whatever fonts a machine has.
+/// Writes a small "SAMPLE" again and again into a picture, in staggered rows so close that even a
+/// small window, or one with texts in its corners, shows one. The letters have index `ink` and a
+/// rim of index `rim`, which shows on any ground. They do not depend on the machine's fonts.
 void markAsSample(IndexedPicture& picture, std::uint8_t ink, std::uint8_t rim);
 
 } // namespace raincast

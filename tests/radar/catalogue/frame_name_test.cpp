@@ -24,13 +24,13 @@ TEST(FrameNameTest, PathsAndNames) {
 struct Row {
     const char* what;
     std::set<QString> listing;
-    FileTime newest;
+    std::optional<FileTime> newest;
 };
 
 TEST(FrameNameTest, TheNewestFrameIsTheGreatestNameOfAFramesForm) {
     const FileTime noon = fromCalendar({2007, 6, 15, 12, 0});
     const Row rows[] = {
-        {"nothing", {}, 0},
+        {"nothing", {}, std::nullopt},
         {"several dates",
          {"BMX_20070615_1200_N0R.gif", "BMX_20070614_2359_N0R.gif", "BMX_20061231_2359_N0R.gif"},
          noon},
@@ -45,10 +45,12 @@ TEST(FrameNameTest, TheNewestFrameIsTheGreatestNameOfAFramesForm) {
          {"BMX_20070615_1200_N0R.gif", "?C=N;O=D", "/ridge/RadarImg/N0R/", "/icons/image2.gif", "",
           "text/html; charset=utf-8"},
          noon},
-        {"only other names", {"?C=N;O=D", "/icons/image2.gif"}, 0},
-        {"digits that are no time", {"BMX_20071315_1200_N0R.gif"}, 0},
-        {"no digits", {"BMX_2oo7o615_1200_N0R.gif"}, 0},
-        {"digits of another script", {QString::fromUtf8("BMX_2٠٠٧٠٦١٥_1200_N0R.gif")}, 0},
+        {"only other names", {"?C=N;O=D", "/icons/image2.gif"}, std::nullopt},
+        {"digits that are no time", {"BMX_20071315_1200_N0R.gif"}, std::nullopt},
+        {"no digits", {"BMX_2oo7o615_1200_N0R.gif"}, std::nullopt},
+        {"digits of another script",
+         {QString::fromUtf8("BMX_2٠٠٧٠٦١٥_1200_N0R.gif")},
+         std::nullopt},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(newestFrameTime(row.listing), row.newest) << row.what;
@@ -73,9 +75,9 @@ TEST(FrameNameTest, AFilesNameTellsItsTime) {
     EXPECT_EQ(
         frameTime(QStringLiteral("BMX_20070615_1830_N0R.gif")), fromCalendar({2007, 6, 15, 18, 30})
     );
-    EXPECT_EQ(frameTime(QStringLiteral("BMX_City_Short.gif")), 0);
-    EXPECT_EQ(frameTime(QStringLiteral("BMX_20071315_1830_N0R.gif")), 0);
-    EXPECT_EQ(frameTime(QString()), 0);
+    EXPECT_EQ(frameTime(QStringLiteral("BMX_City_Short.gif")), std::nullopt);
+    EXPECT_EQ(frameTime(QStringLiteral("BMX_20071315_1830_N0R.gif")), std::nullopt);
+    EXPECT_EQ(frameTime(QString()), std::nullopt);
 }
 
 TEST(FrameNameTest, TheClockHasTwelveHoursAndNoMarkOfTheHalfDay) {

@@ -261,18 +261,18 @@ TEST(SitesTest, SomeSiteIsAlwaysNearest) {
         {"east of the date line: no wrap", 52, 179.9, "GUA"},
     };
     for (const Nearest& row : rows) {
-        EXPECT_EQ(NearestSite(row.latitude, row.longitude).toString(), row.id) << row.where;
+        EXPECT_EQ(NearestSite(row.latitude, row.longitude), row.id) << row.where;
     }
 }
 
 TEST(SitesTest, APositionThatIsNoneHasNoNearestSite) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();
-    EXPECT_TRUE(NearestSite(nan, -100).isEmpty());
-    EXPECT_TRUE(NearestSite(40, nan).isEmpty());
-    EXPECT_TRUE(NearestSite(infinity, -100).isEmpty());
-    EXPECT_TRUE(NearestSite(40, -infinity).isEmpty());
-    EXPECT_TRUE(NearestSite(40, 1e6).isEmpty());
+    EXPECT_EQ(NearestSite(nan, -100), std::nullopt);
+    EXPECT_EQ(NearestSite(40, nan), std::nullopt);
+    EXPECT_EQ(NearestSite(infinity, -100), std::nullopt);
+    EXPECT_EQ(NearestSite(40, -infinity), std::nullopt);
+    EXPECT_EQ(NearestSite(40, 1e6), std::nullopt);
 }
 
 TEST(SitesTest, SuggestsWhatWasMeant) {

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "weather/item_weather_dialogs.h"
+
+#include "net/http_settings.h"
+#include "weather/dlg_animation.h"
+#include "weather/dlg_layers.h"
+#include "weather/dlg_station.h"
+#include "weather/dlg_storage.h"
+#include "weather/item_weather_loading.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace raincast {
+
+void CItemWeather::Dialogs::chooseStation(GeoPosition position) {
+    raincast::CDlgStation dialog(position, m_item.m_state.siteId);
+    if (dialog.run(m_item.page()->widget()) != Dialog::kOk) {
+        return;
+    }
+    if (const auto site = dialog.chosenSite()) {
+        m_item.m_loading->load(*site, true);
+    }
+}
+
+void CItemWeather::Dialogs::editAnimation() {
+    if (raincast::CDlgAnimation(m_item.m_state).run(m_item.page()->widget()) == Dialog::kOk) {
+        m_item.m_loading->update();
+    }
+}
+
+void CItemWeather::Dialogs::editLayers() {
+    RadarState& state = m_item.m_state;
+    raincast::CDlgLayers dialog(state, m_item.m_layers);
+    if (dialog.run(m_item.page()->widget()) != Dialog::kOk || state.siteId.isEmpty()) {
+        return;
+    }
+    if (dialog.basemapsChanged()) {
+        m_item.m_loading->load(state.siteId, false);
+    }
+    if (dialog.radarChanged()) {
+        m_item.m_loading->update();
+    }
+}
+
+void CItemWeather::Dialogs::editStorage() {
+    StorageRequest request;
+    request.viewCentre = m_item.centrePosition();
+    request.cacheFolder = m_item.m_state.cacheFolder;
+    request.siteId = m_item.m_state.siteId;
+    request.progress = [this](int done, int wanted) {
+        m_item.m_loading->progress(done, wanted);
+        // As a waiting transfer does: the move may take as long.
+        if (httpHooks().waiting) {
+            httpHooks().waiting();
+        }
+    };
+    raincast::CDlgStorage dialog(std::move(request), [this](bool waiting) {
+        m_item.m_loading->showWaiting(waiting);
+    });
+    dialog.run(m_item.page()->widget());
+    followCache(dialog.cacheFolder());
+    m_item.invalidate();
+}
+
+// The cache has another root now, and the frames' files with it.
+void CItemWeather::Dialogs::followCache(const QString& folder) {
+    RadarState& state = m_item.m_state;
+    const QString before = std::exchange(state.cacheFolder, folder) + u'/';
+    const auto follow = [&](RadarFrame& frame) {
+        if (frame.path.startsWith(before)) {
+            frame.path.replace(0, before.size(), folder + u'/');
+        }
+    };
+    std::for_each(state.frames.begin(), state.frames.end(), follow);
+    follow(state.current);
+}
+
+} // namespace raincast
