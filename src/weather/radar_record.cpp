@@ -62,9 +62,7 @@ void readRadarRecord(CSerialReader& reader, RadarState& state, BasemapLayers& la
     }
 }
 
-bool writeRadarRecord(
-    CSerialWriter& writer, const RadarState& state, const BasemapLayers& layers
-) {
+bool writeRadarRecord(CSerialWriter& writer, const RadarState& state, const BasemapLayers& layers) {
     CRecordWriter record(writer);
     record.string(state.siteId);
     record.bytes(encodeWeatherSettings(state, layers));
