@@ -467,7 +467,7 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
         EXPECT_NE(viewer.window()->frame()->size(), options.geometry);
         EXPECT_EQ(PositionSourceSetting::text(), QString());
         EXPECT_EQ(ServersSetting::current().radar, ServersSetting::localServer());
-        EXPECT_EQ(CGlobals::settings.configFile, home.pageFile());
+        EXPECT_EQ(viewer.settings().configFile, home.pageFile());
         viewer.requestEnd();
     });
     EXPECT_EQ(viewer.run(), 0);
@@ -480,7 +480,7 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
         );
     };
     EXPECT_TRUE(saved("CWindowPlace", "geometry"));
-    EXPECT_EQ(saved("ServersSetting", "radar_server"), ServersSetting::localServer());
+    EXPECT_EQ(saved("CServers", "radar_server"), ServersSetting::localServer());
     EXPECT_EQ(saved("CGlobals", "config_file"), home.pageFile());
 }
 

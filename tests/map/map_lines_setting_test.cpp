@@ -50,7 +50,7 @@ TEST_F(MapLinesSettingTest, EachLineIsAValueOfTheRecord) {
     RegistryStore saved = store();
     EXPECT_TRUE(PersistantData::saveAll(saved, QStringLiteral("Test")));
     const QByteArray file = readFile(m_folder.filePath("user.json"));
-    EXPECT_TRUE(file.contains("Test/MapLinesSetting\"")) << file.toStdString();
+    EXPECT_TRUE(file.contains("Test/CMapLines\"")) << file.toStdString();
     EXPECT_TRUE(file.contains("\"show_position\""));
     EXPECT_TRUE(file.contains("\"show_navigation\""));
 }
