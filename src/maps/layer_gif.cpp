@@ -56,7 +56,7 @@ QByteArray layerGif(const QImage& picture) {
             if (indexed.colours.size() == 1) {
                 indexed.colours.push_back(0xFF00'0000);
             }
-            return QByteArray::fromStdString(writeGif(indexed.pixels, indexed.colours));
+            return writeGif(indexed.pixels, indexed.colours);
         }
     }
     return {};

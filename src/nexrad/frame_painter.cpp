@@ -40,12 +40,12 @@ QByteArray renderFrame(const PolarScan& scan, Product as) {
     if (scan.sample) {
         markAsSample(picture, kInk, kRim);
     }
-    return QByteArray::fromStdString(writeGif(picture, colours));
+    return writeGif(picture, colours);
 }
 
 QByteArray emptyFrame() {
     const IndexedPicture picture(std::size_t{kFrameWidth} * kFrameHeight, 0);
-    return QByteArray::fromStdString(writeGif(picture, nwsColours(Quantity::reflectivity)));
+    return writeGif(picture, nwsColours(Quantity::reflectivity));
 }
 
 } // namespace raincast

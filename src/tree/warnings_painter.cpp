@@ -82,7 +82,7 @@ QByteArray renderWarnings(
     if (sample) {
         markAsSample(picture, ink, rim);
     }
-    return QByteArray::fromStdString(writeGif(picture, kColours));
+    return writeGif(picture, kColours);
 }
 
 } // namespace raincast

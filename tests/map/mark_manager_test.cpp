@@ -404,7 +404,7 @@ TEST_F(MarkManagerTest, ChoosingATargetStartsTheLineAnew) {
     EXPECT_NEAR(manager.navigation()->crossTrack, 10, 0.001);
     manager.setTarget(manager.marks().front());
     EXPECT_EQ(manager.navigation(), nullptr) << "until the next position";
-    const CDataNavigation& begun = navigation.records.back();
+    const NavigationData& begun = navigation.records.back();
     EXPECT_EQ(begun.targetName.toStdString(), "Harbour");
     EXPECT_EQ(begun.distance, 0);
     EXPECT_EQ(begun.bearing, 0);

@@ -20,7 +20,7 @@ struct FreeColours {
 using ColourMap = std::unique_ptr<ColorMapObject, FreeColours>;
 
 int append(GifFileType* gif, const GifByteType* bytes, int count) {
-    static_cast<std::string*>(gif->UserData)->append(bytes, bytes + count);
+    static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), count);
     return count;
 }
 
@@ -61,8 +61,8 @@ bool writeRows(GifFileType* gif, IndexedPicture picture) {
 
 } // namespace
 
-std::string writeGif(const IndexedPicture& picture, std::span<const QRgb> colours) {
-    std::string bytes;
+QByteArray writeGif(const IndexedPicture& picture, std::span<const QRgb> colours) {
+    QByteArray bytes;
     const ColourMap map = colourMap(colours);
     GifFileType* gif = map ? EGifOpen(&bytes, append, nullptr) : nullptr;
     if (gif == nullptr) {
@@ -70,7 +70,7 @@ std::string writeGif(const IndexedPicture& picture, std::span<const QRgb> colour
     }
     const bool written = writeHead(gif, map.get()) && writeRows(gif, picture);
     const bool closed = EGifCloseFile(gif, nullptr) == GIF_OK;
-    return written && closed ? bytes : std::string();
+    return written && closed ? bytes : QByteArray();
 }
 
 } // namespace raincast

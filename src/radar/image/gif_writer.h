@@ -3,15 +3,15 @@
 
 #include "radar/image/indexed_picture.h"
 
+#include <QByteArray>
 #include <QRgb>
 
 #include <span>
-#include <string>
 
 namespace raincast {
 
 /// The bytes of a GIF (89a) of 600 × 550 pixels. Index 0 is transparent; every index in the picture
 /// must be one of the 2 to 256 colours. Empty only when there is no memory.
-[[nodiscard]] std::string writeGif(const IndexedPicture& picture, std::span<const QRgb> colours);
+[[nodiscard]] QByteArray writeGif(const IndexedPicture& picture, std::span<const QRgb> colours);
 
 } // namespace raincast

@@ -10,8 +10,8 @@
 namespace raincast {
 namespace {
 
-QImage decoded(const std::string& gif) {
-    return decodeImage(QByteArray::fromStdString(gif), kMostImagePixels);
+QImage decoded(const QByteArray& gif) {
+    return decodeImage(gif, kMostImagePixels);
 }
 
 TEST(GifWriterTest, PicturesComeBackAsTheyWere) {
@@ -33,10 +33,10 @@ TEST(GifWriterTest, PicturesComeBackAsTheyWere) {
 
 TEST(GifWriterTest, TheGroundIsTransparentAndTheVersionKnowsThat) {
     const std::array<QRgb, 2> colours = {kTransparentWhite, 0xFF000000};
-    const std::string gif = writeGif(IndexedPicture(600U * 550U, 0), colours);
-    EXPECT_EQ(gif.substr(0, 6), "GIF89a");
+    const QByteArray gif = writeGif(IndexedPicture(600U * 550U, 0), colours);
+    EXPECT_EQ(gif.first(6), "GIF89a");
     // Behind the head (13 bytes) and two colours: extension, control, 4 bytes, transparency on.
-    EXPECT_EQ(gif.substr(13 + 6, 3), "\x21\xF9\x04");
+    EXPECT_EQ(gif.sliced(13 + 6, 3), "\x21\xF9\x04");
     EXPECT_EQ(gif[13 + 6 + 3] & 1, 1);
     EXPECT_EQ(gif[13 + 6 + 6], 0);
     EXPECT_EQ(gif.back(), ';');
