@@ -83,7 +83,7 @@ TEST_F(DlgGoToTest, ProposesWhereTheMapIsInTheChosenFormat) {
 
 TEST_F(DlgGoToTest, StaysOpenOnWhatIsNoPosition) {
     expectTyping(QStringLiteral("the harbour"));
-    expectComplaint(QStringLiteral("no position"));
+    expectComplaint(QStringLiteral("Not a valid position"));
     go();
     EXPECT_EQ(view->centrePixel(), (ImagePixel{300, 275}));
 }
@@ -106,7 +106,7 @@ TEST_F(DlgGoToTest, UnderstandsPositionsAsPeopleWriteThem) {
 TEST_F(DlgGoToTest, AHalfWithoutANumberIsNeverTakenForZero) {
     for (const char16_t* text : {u"39.5,", u", -103.75", u"39.5, W", u"39.5", u"N, 103.75 W"}) {
         expectTyping(QString::fromUtf16(text));
-        expectComplaint(QStringLiteral("no position"));
+        expectComplaint(QStringLiteral("Not a valid position"));
         go();
         EXPECT_EQ(view->centrePixel(), (ImagePixel{300, 275}));
     }

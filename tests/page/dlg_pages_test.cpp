@@ -363,8 +363,10 @@ TEST_F(DlgPagesTest, DeletingTheOnlyPageAsksForANewOneAtOnce) {
     expectPages([](QDialog& open) { click(open, kDelete); });
     script.expect(kSelectCaption, [](QDialog& open) {
         EXPECT_EQ(Modal::depth(), 1); // the pages dialog is closed
-        EXPECT_THAT(rows(listOf(open, kTypes)), ElementsAre("Blank", "Weather"));
-        chooseRow(open, 1, kTypes);
+        EXPECT_THAT(
+            rows(listOf(open, kTypes)), ElementsAre("Blank", "Blank customizable page", "Weather")
+        );
+        chooseRow(open, 2, kTypes);
         click(open, 1);
     });
     choose(kPages);
@@ -417,8 +419,10 @@ TEST_F(DlgPagesTest, TypesWithoutANameAreNotOffered) {
     app.select(0);
     expectPages([](QDialog& open) { click(open, kAdd); });
     script.expect(kSelectCaption, [](QDialog& open) {
-        EXPECT_THAT(rows(listOf(open, kTypes)), ElementsAre("Blank", "Weather"));
-        chooseRow(open, 1, kTypes);
+        EXPECT_THAT(
+            rows(listOf(open, kTypes)), ElementsAre("Blank", "Blank customizable page", "Weather")
+        );
+        chooseRow(open, 2, kTypes);
         click(open, 1);
     });
     choose(kPages);
@@ -445,7 +449,7 @@ TEST_F(DlgPagesTest, WithoutATypeOrAPageTheDialogStaysAndTheListAsWell) {
         click(open, 1);
     });
     script.expect(kSelectCaption, [](QDialog& open) {
-        chooseRow(open, 2, kTypes);
+        chooseRow(open, 3, kTypes);
         click(open, 1);
     });
     choose(kPages);

@@ -26,11 +26,14 @@ public:
     void open(QWidget*) const override {}
 };
 
+/// Without the blank page, whose type lasts as long as the program.
 template<typename Record>
 std::vector<std::string> names() {
     std::vector<std::string> result;
     for (const Record* record : Record::all()) {
-        result.push_back(record->name().toStdString());
+        if (record->name() != u"Blank customizable page") {
+            result.push_back(record->name().toStdString());
+        }
     }
     return result;
 }
