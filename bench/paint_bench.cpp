@@ -154,10 +154,10 @@ GeoReference placement() {
 }
 
 /// Marks in rows, a pixel apart from each other, from a latitude on northwards.
-void addMarks(int count, double latitude) {
+void addMarks(CMarkManager& marks, int count, double latitude) {
     for (int i = 0; i < count; ++i) {
         const int row = i / 100;
-        CMarkManager::instance().add(
+        marks.add(
             {latitude + row / 100.0, -105 + i % 100 / 100.0}, QStringLiteral("Mark %1").arg(i)
         );
     }
@@ -188,7 +188,8 @@ void measure(const Marks& marks) {
     Page page(marks.size);
     // Each knows the marks that there were when it was made.
     MapOverlays without;
-    addMarks(marks.count, marks.latitude);
+    CMarkManager manager;
+    addMarks(manager, marks.count, marks.latitude);
     MapOverlays with;
     with.layoutAll(placement());
     int moves = 0;
@@ -208,7 +209,6 @@ void measure(const Marks& marks) {
         ),
         marks.aim
     );
-    CMarkManager::instance().clear();
 }
 
 } // namespace

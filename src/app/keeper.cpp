@@ -2,7 +2,6 @@
 #include "app/keeper.h"
 
 #include "app/raincast_app.h"
-#include "app/trial_app.h"
 #include "app/viewer_log.h"
 #include "core/folders.h"
 #include "persist/persistant_data.h"
@@ -44,7 +43,8 @@ QString Keeper::usualPageFile() {
 }
 
 Keeper::Keeper(CRaincastApp& application, CGlobals::Persistant& settings, const QString& pageFile)
-    : m_application(application), m_settings(settings), m_file(pageFile, examinePages<TrialApp>) {
+    : m_application(application), m_settings(settings),
+      m_file(pageFile, examinePages<CRaincastApp>) {
     m_file.backup().setDecidedAgainst(m_settings.declinedBackup);
 }
 

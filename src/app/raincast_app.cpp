@@ -2,7 +2,6 @@
 #include "app/raincast_app.h"
 
 #include "page/item.h"
-#include "page/page_display.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
 #include "weather/item_weather.h"
@@ -10,15 +9,24 @@
 
 namespace raincast {
 
+CRaincastApp::~CRaincastApp() {
+    clear(); // the map views, which have the marks
+}
+
 CAppPaged::Page& CRaincastApp::append(std::unique_ptr<Page> page) {
     if (auto* const display = dynamic_cast<CPageDisplay*>(page.get())) {
-        display->beforeItemIsShown([this](CPageDisplay::CItem& item) {
-            if (auto* const radar = dynamic_cast<CItemWeather*>(&item)) {
-                radar->beginWith(std::exchange(m_firstShow, {}));
-            }
-        });
+        display->beforeItemIsShown([this](CPageDisplay::CItem& item) { prepare(item); });
     }
     return CAppPaged::append(std::move(page));
+}
+
+void CRaincastApp::prepare(CPageDisplay::CItem& item) {
+    if (auto* const map = dynamic_cast<CItemMapView*>(&item)) {
+        map->useMarks(m_marks);
+    }
+    if (auto* const radar = dynamic_cast<CItemWeather*>(&item)) {
+        radar->beginWith(std::exchange(m_firstShow, {}));
+    }
 }
 
 QString CRaincastApp::problem() const {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "map/mark_manager.h"
-#include "page/app_paged.h"
+#include "page/page_display.h"
 #include "weather/first_show.h"
 
 #include <QString>
@@ -12,12 +12,15 @@
 
 namespace raincast {
 
-/// The application: a paged one that starts with a weather page, and keeps the user's marks in its
-/// page file. Default pages leave the marks alone.
+/// The application: a paged one that starts with a weather page. It owns the user's marks, keeps
+/// them in its page file and gives them to its map views. Default pages leave the marks alone.
 class CRaincastApp : public CAppPaged {
 public:
-    /// The marks are borrowed.
-    explicit CRaincastApp(CMarkManager& marks = CMarkManager::instance()) : m_marks(marks) {}
+    CRaincastApp() = default;
+    ~CRaincastApp() override;
+
+    [[nodiscard]] CMarkManager& marks() { return m_marks; }
+    [[nodiscard]] const CMarkManager& marks() const { return m_marks; }
 
     /// Keeps this for the radar item that is shown next, whichever page it is on.
     void setFirstShow(FirstShow first) { m_firstShow = std::move(first); }
@@ -38,7 +41,9 @@ protected:
     void createDefaultPages() override;
 
 private:
-    CMarkManager& m_marks;
+    void prepare(CPageDisplay::CItem& item);
+
+    CMarkManager m_marks;
     FirstShow m_firstShow;
 };
 

@@ -45,6 +45,7 @@ public:
 
     /// Null before run() and once the window is destroyed.
     [[nodiscard]] MainWindow* window() const { return m_window.get(); }
+    [[nodiscard]] CRaincastApp& application() { return m_application; }
     [[nodiscard]] const CRaincastApp& application() const { return m_application; }
     [[nodiscard]] const PositionFeeds& feeds() const { return m_feeds; }
     /// The page file in use and what else belongs to the program as a whole.

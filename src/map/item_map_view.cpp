@@ -4,6 +4,7 @@
 #include "map/follow_icon.h"
 #include "map/map_lines.h"
 #include "map/map_menu.h"
+#include "map/mark_manager.h"
 #include "map/view_bytes.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
@@ -248,7 +249,8 @@ QRect CItemMapView::area() const {
 }
 
 QStringList CItemMapView::lines(const QFontMetrics& metrics) const {
-    return mapLines(m_lastFix, metrics, area().width() - 2 * kMapLinesMargin);
+    const NavigationData* const way = m_marks != nullptr ? m_marks->navigation() : nullptr;
+    return mapLines(m_lastFix, way, metrics, area().width() - 2 * kMapLinesMargin);
 }
 
 int CItemMapView::linesHeight(const QFontMetrics& metrics) const {

@@ -20,6 +20,8 @@ class QFontMetrics;
 
 namespace raincast {
 
+class CMarkManager;
+
 /// An item that shows part of a geo-referenced image: it zooms, pans, follows the user's position
 /// and draws the overlays. The image itself is the subclass's, which also fills the geo-reference.
 class CItemMapView : public CPageDisplay::CItem,
@@ -47,6 +49,11 @@ public:
     void stylusLost() override;
     std::span<const MenuRow> contextMenu(int x, int y) override;
     void menuPopUp(QMenu& menu) override;
+
+    /// The user's marks, which the commands add to and edit, and the way to their target: borrowed,
+    /// and used for as long as the view lives. Until then there are none to add to.
+    void useMarks(CMarkManager& marks) { m_marks = &marks; }
+    [[nodiscard]] CMarkManager* marks() const { return m_marks; }
 
     [[nodiscard]] const ViewTransform& view() const { return m_view; }
     /// Whether the user's position is kept in the middle. Any pan, drag or failed centring ends it.
@@ -109,6 +116,7 @@ private:
     void place(PagePoint point, ImagePixel pixel);
     [[nodiscard]] PagePoint centre() const;
 
+    CMarkManager* m_marks = nullptr;
     GeoReference m_geoReference;
     ViewTransform m_view;
     bool m_following = false;

@@ -2,9 +2,10 @@
 #include "map/map_lines.h"
 
 #include "map/map_lines_setting.h"
-#include "map/mark_manager.h"
 #include "map/mark_names.h"
+#include "map/navigation_data.h"
 #include "map/text_box.h"
+#include "position/data_gps_position.h"
 #include "units/units.h"
 
 #include <QFontMetrics>
@@ -82,12 +83,14 @@ QString navigationLine(
     return metrics.elidedText(name, Qt::ElideRight, std::max(room(), 0)) + behindName();
 }
 
-QStringList mapLines(const CDataGPSPosition& position, const QFontMetrics& metrics, int width) {
+QStringList mapLines(
+    const CDataGPSPosition& position, const NavigationData* navigation, const QFontMetrics& metrics,
+    int width
+) {
     QStringList lines;
     if (!position.valid()) {
         return lines;
     }
-    const NavigationData* const navigation = CMarkManager::instance().navigation();
     if (navigation != nullptr && MapLinesSetting::shown(MapLinesSetting::navigation)) {
         lines += navigationLine(*navigation, position, metrics, width);
     }

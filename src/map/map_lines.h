@@ -24,10 +24,13 @@ struct NavigationData;
     int width
 );
 
-/// The lines of a map view for a position, from the top: the way to the target, then the position;
-/// those that the user wants and that there is something to say in. None without a fix.
-[[nodiscard]] QStringList
-mapLines(const CDataGPSPosition& position, const QFontMetrics& metrics, int width);
+/// The lines of a map view for a position, from the top: the way to the target, null for none, then
+/// the position; those that the user wants and that there is something to say in. None without a
+/// fix.
+[[nodiscard]] QStringList mapLines(
+    const CDataGPSPosition& position, const NavigationData* navigation, const QFontMetrics& metrics,
+    int width
+);
 
 /// Draws lines into a map view's rectangle, from the top left; what does not fit is cut.
 void drawMapLines(QPainter& painter, const QRect& area, const QStringList& lines);

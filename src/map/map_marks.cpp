@@ -24,19 +24,23 @@ std::optional<GeoPosition> placeForMark(const CItemMapView& view) {
 }
 
 void addMarkAt(CItemMapView& view, std::optional<GeoPosition> place) {
-    CMarkManager& manager = CMarkManager::instance();
-    const QString proposed = proposedMarkName(manager.marks());
+    CMarkManager& marks = *view.marks();
+    const QString proposed = proposedMarkName(marks.marks());
     CDlgRename dialog(proposed, QStringLiteral("Add Mark"));
     if (place && dialog.run(view.page()->widget()) == Dialog::kOk) {
         const QString name = dialog.name().trimmed();
-        manager.add(*place, name.isEmpty() ? proposed : name);
+        marks.add(*place, name.isEmpty() ? proposed : name);
     }
 }
 
 } // namespace
 
+bool canAddMarks(const CItemMapView& view) {
+    return view.marks() != nullptr;
+}
+
 bool canAddMark(const CItemMapView& view) {
-    return placeForMark(view).has_value();
+    return canAddMarks(view) && placeForMark(view).has_value();
 }
 
 void addMark(CItemMapView& view) {
@@ -47,8 +51,8 @@ void addMarkHere(CItemMapView& view) {
     addMarkAt(view, view.menuPlace());
 }
 
-bool hasMarks(const CItemMapView& /*view*/) {
-    return !CMarkManager::instance().marks().empty();
+bool hasMarks(const CItemMapView& view) {
+    return view.marks() != nullptr && !view.marks()->marks().empty();
 }
 
 void editMarks(CItemMapView& view) {
@@ -57,7 +61,7 @@ void editMarks(CItemMapView& view) {
     if (view.placed()) {
         goTo = [&view](GeoPosition place) { return view.goTo(place); };
     }
-    MarksDialog(fix ? fix : view.centreOnImage(), goTo).run(view.page()->widget());
+    MarksDialog(*view.marks(), fix ? fix : view.centreOnImage(), goTo).run(view.page()->widget());
 }
 
 void goToPosition(CItemMapView& view) {

@@ -8,8 +8,10 @@ class CItemMapView;
 /// The commands of a map view's menu for marks and the user's position. Where something cannot be
 /// done a message says why, unless the menu has the entry greyed.
 
-/// Whether there is a place for a mark: that of the user while the view follows them and there is a
-/// fix, or else the view's centre on the image.
+/// Whether the view has been given marks to add to.
+[[nodiscard]] bool canAddMarks(const CItemMapView& view);
+/// Whether, moreover, there is a place for a mark: that of the user while the view follows them and
+/// there is a fix, or else the view's centre on the image.
 [[nodiscard]] bool canAddMark(const CItemMapView& view);
 /// Asks for a name and adds a mark there.
 void addMark(CItemMapView& view);

@@ -50,7 +50,7 @@ void toggleFollowing(View& view) {
 
 constexpr MapCommand kCommands[] = {
     {kAddMark, addMark, canAddMark, nullptr},
-    {kAddMarkHere, addMarkHere, always, nullptr},
+    {kAddMarkHere, addMarkHere, canAddMarks, nullptr},
     {kMarks, editMarks, hasMarks, nullptr},
     {kFollowPosition, toggleFollowing,
      [](const View& view) { return view.placed() || view.following(); },

@@ -42,17 +42,9 @@ float relativeTo(float course, float bearing) {
     return relative;
 }
 
-// Built before the first map view, so that it hears of positions before that.
-[[maybe_unused]] const CMarkManager& builtAtStart = CMarkManager::instance();
-
 } // namespace
 
 const SerializableType<CMarkManager> CMarkManager::cType{kTypeMarkManager};
-
-CMarkManager& CMarkManager::instance() {
-    static CMarkManager manager;
-    return manager;
-}
 
 CMarkManager::~CMarkManager() {
     clear();

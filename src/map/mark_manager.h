@@ -17,14 +17,11 @@ namespace raincast {
 /// are kept in the page file, behind the pages.
 ///
 /// One mark can be the target: every position with a fix then gives the way to it, which is
-/// published through Listener<NavigationData>. The manager hears of positions before any map
-/// view, so that a map view that hears of a position finds the way from there.
+/// published through Listener<NavigationData>. The manager is made before any map view, so that it
+/// hears of positions before those do: a map view that hears of one finds the way from there.
 class CMarkManager : public CSerializable, private Listener<CDataGPSPosition> {
 public:
     static const SerializableType<CMarkManager> cType;
-
-    /// The program's, which lives as long as it.
-    [[nodiscard]] static CMarkManager& instance();
 
     CMarkManager() = default;
     ~CMarkManager() override;

@@ -79,8 +79,8 @@ QIcon targetIcon(const QListWidget& list) {
 
 } // namespace
 
-MarksDialog::MarksDialog(const std::optional<GeoPosition>& from, GoTo goTo)
-    : Dialog(kTemplate), m_from(from), m_goTo(std::move(goTo)) {}
+MarksDialog::MarksDialog(CMarkManager& marks, const std::optional<GeoPosition>& from, GoTo goTo)
+    : Dialog(kTemplate), m_marks(marks), m_from(from), m_goTo(std::move(goTo)) {}
 
 bool MarksDialog::onInitialise() {
     list().setItemDelegate(new RowDelegate(&list()));
@@ -109,7 +109,7 @@ const COverlayMark* MarksDialog::selected() const {
 
 void MarksDialog::fill() {
     const QSignalBlocker quiet(list());
-    m_rows = listMarks(CMarkManager::instance().marks(), m_from);
+    m_rows = listMarks(m_marks.marks(), m_from);
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         list().addItem(new QListWidgetItem);
     }
@@ -126,7 +126,7 @@ void MarksDialog::showRows() {
 void MarksDialog::show(QListWidgetItem& item, const MarkRow& row) const {
     item.setText(shownMarkName(row.mark->name));
     item.setToolTip(item.text());
-    const bool isTarget = CMarkManager::instance().isTarget(*row.mark);
+    const bool isTarget = m_marks.isTarget(*row.mark);
     item.setIcon(isTarget ? targetIcon(list()) : QIcon());
     item.setData(
         Qt::AccessibleTextRole, isTarget ? item.text() + QStringLiteral(", target") : item.text()
@@ -137,12 +137,11 @@ void MarksDialog::show(QListWidgetItem& item, const MarkRow& row) const {
 }
 
 void MarksDialog::updateButtons() {
-    const CMarkManager& manager = CMarkManager::instance();
     const COverlayMark* const mark = selected();
     const bool placed = mark != nullptr && mark->isPlaced();
     control(kGoTo)->setEnabled(placed && m_goTo);
-    control(kSetTarget)->setEnabled(placed && !manager.isTarget(*mark));
-    control(kClearTarget)->setEnabled(manager.hasTarget());
+    control(kSetTarget)->setEnabled(placed && !m_marks.isTarget(*mark));
+    control(kClearTarget)->setEnabled(m_marks.hasTarget());
     control(kRename)->setEnabled(mark != nullptr);
     control(kDelete)->setEnabled(mark != nullptr);
 }
@@ -184,14 +183,14 @@ void MarksDialog::onOk() {
 
 void MarksDialog::setTarget() {
     if (const COverlayMark* const mark = selected()) {
-        CMarkManager::instance().setTarget(*mark);
+        m_marks.setTarget(*mark);
         showRows();
         updateButtons();
     }
 }
 
 void MarksDialog::clearTarget() {
-    CMarkManager::instance().clearTarget();
+    m_marks.clearTarget();
     showRows();
     updateButtons();
 }
@@ -203,7 +202,7 @@ void MarksDialog::rename() {
     }
     CDlgRename dialog(mark->name);
     if (dialog.run(widget()) == kOk && !dialog.name().trimmed().isEmpty()) {
-        CMarkManager::instance().rename(*mark, dialog.name().trimmed());
+        m_marks.rename(*mark, dialog.name().trimmed());
         showRows();
     }
 }
@@ -213,7 +212,7 @@ void MarksDialog::deleteMark() {
     if (row < 0) {
         return;
     }
-    CMarkManager::instance().remove(*selected());
+    m_marks.remove(*selected());
     {
         const QSignalBlocker quiet(list());
         m_rows.erase(m_rows.begin() + row);

@@ -14,6 +14,8 @@ class QListWidgetItem;
 
 namespace raincast {
 
+class CMarkManager;
+
 /// "Marks": the user's marks, nearest first, each with its distance and bearing; the target has a
 /// sign. It shows a mark on the map, makes it the target, renames and deletes it, at once.
 class MarksDialog : public Dialog {
@@ -23,9 +25,9 @@ public:
     /// Shows a position on the map; false if it is not on it.
     using GoTo = std::function<bool(GeoPosition place)>;
 
-    /// Distances are from `from`, left out without one. Without `goTo` there is no map to show a
-    /// mark on.
-    MarksDialog(const std::optional<GeoPosition>& from, GoTo goTo);
+    /// The marks are borrowed. Distances are from `from`, left out without one. Without `goTo`
+    /// there is no map to show a mark on.
+    MarksDialog(CMarkManager& marks, const std::optional<GeoPosition>& from, GoTo goTo);
 
     bool onInitialise() override;
     /// Shows the selected mark on the map and ends; where it is not on it, says so and stays.
@@ -47,6 +49,7 @@ private:
     void rename();
     void deleteMark();
 
+    CMarkManager& m_marks;
     std::optional<GeoPosition> m_from;
     GoTo m_goTo;
     std::vector<MarkRow> m_rows; ///< of the list, in its order

@@ -91,6 +91,7 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     m_selected = nullptr;
     m_stylus.reset();
     m_contextMenu->reset();
+    std::for_each(m_items.begin(), m_items.end(), [this](const auto& item) { prepare(*item); });
     auto* const window = new QWidget(&parent);
     window->setWindowTitle(shownName());
     window->setCursor(Qt::ArrowCursor);
@@ -102,16 +103,15 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     size(parent.width(), parent.height());
     window->show();
     for (const auto& item : m_items) {
-        showItem(*item);
+        item->windowCreated();
     }
     return true;
 }
 
-void CPageDisplay::showItem(CItem& item) {
+void CPageDisplay::prepare(CItem& item) {
     if (m_prepare) {
         m_prepare(item);
     }
-    item.windowCreated();
 }
 
 void CPageDisplay::deactivate() {
@@ -155,10 +155,11 @@ void CPageDisplay::chooseAndAddItem() {
         return;
     }
     CItem& item = addItem(std::move(chosen));
+    prepare(item);
     item.setRectangle(item.rectangle());
     m_layoutMode = true;
     // Last: a new item may show a dialog of its own.
-    showItem(item);
+    item.windowCreated();
 }
 
 void CPageDisplay::deleteSelected() {

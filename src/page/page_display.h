@@ -62,7 +62,7 @@ public:
     [[nodiscard]] const Items& items() const { return m_items; }
     /// Puts an item on top of the others; its menu joins the page's.
     CItem& addItem(std::unique_ptr<CItem> item);
-    /// Has `prepare` called for each item right before the item hears that it is shown
+    /// Has `prepare` called for each item before it is drawn and hears that it is shown
     /// (CItem::windowCreated).
     void beforeItemIsShown(std::function<void(CItem&)> prepare) { m_prepare = std::move(prepare); }
     /// The topmost item at a place, null if there is none.
@@ -104,7 +104,7 @@ protected:
 private:
     void followDeviceSize();
     void drawItems();
-    void showItem(CItem& item);
+    void prepare(CItem& item);
     void pointerEvent(QEvent& event);
     void toggleLayout();
     void chooseAndAddItem();

@@ -69,14 +69,12 @@ QByteArray sentenceAt(int second) {
 class Drive : public test::GuiTest {
 protected:
     Drive() {
-        CMarkManager::instance().clear();
         Clock::use(&m_clock);
         m_window.resize(480, 460);
     }
     ~Drive() override {
         m_receiver.use(std::nullopt);
         m_application.clear();
-        CMarkManager::instance().clear();
         COverlayGPSPosition::setVectorScale(COverlayGPSPosition::kUsualVectorScale);
         Clock::use(nullptr);
     }
@@ -211,7 +209,7 @@ private:
 };
 
 void Drive::replay() {
-    CMarkManager& marks = CMarkManager::instance();
+    CMarkManager& marks = m_application.marks();
     start();
     playUntil(1);
     QImage screen = look("start");

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Pages and settings from run to run, as the user of a whole viewer meets them.
 #include "app/keeper.h"
-#include "app/trial_app.h"
 #include "app/viewer_harness.h"
 #include "app/window_place.h"
 #include "persist/registry_store.h"
@@ -304,12 +303,10 @@ TEST_F(DamagedPagesTest, OnePageIsOnePage) {
 }
 
 TEST_F(DamagedPagesTest, MarksThatWereCutOffAreInTheBackup) {
-    CMarkManager& marks = CMarkManager::instance();
-    marks.clear();
     putPages(whole);
     EXPECT_EQ(
-        run([&marks](Viewer& viewer) {
-            marks.add({54.5, 11.25}, QStringLiteral("Harbour"));
+        run([](Viewer& viewer) {
+            viewer.application().marks().add({54.5, 11.25}, QStringLiteral("Harbour"));
             choose(viewer, {"Menu", "Exit"});
         }),
         0
@@ -320,23 +317,20 @@ TEST_F(DamagedPagesTest, MarksThatWereCutOffAreInTheBackup) {
     putBackup(withMarks);
     expectBox(HasSubstr("(3 pages)"), "Yes");
     EXPECT_EQ(
-        run([&marks](Viewer& viewer) {
-            EXPECT_EQ(marks.marks().size(), 1U);
+        run([](Viewer& viewer) {
+            EXPECT_EQ(viewer.application().marks().marks().size(), 1U);
             choose(viewer, {"Menu", "Exit"});
         }),
         0
     );
     EXPECT_EQ(pages(), withMarks);
-    marks.clear();
 }
 
 TEST_F(DamagedPagesTest, LookingAtAFileLeavesTheMarksAlone) {
-    CMarkManager& marks = CMarkManager::instance();
-    marks.clear();
-    marks.add({54.5, 11.25}, QStringLiteral("Harbour"));
-    EXPECT_EQ(examinePages<TrialApp>(whole).wholePages, 3U);
-    EXPECT_EQ(marks.marks().size(), 1U);
-    marks.clear();
+    CRaincastApp application;
+    application.marks().add({54.5, 11.25}, QStringLiteral("Harbour"));
+    EXPECT_EQ(examinePages<CRaincastApp>(whole).wholePages, 3U);
+    EXPECT_EQ(application.marks().marks().size(), 1U);
 }
 
 // The rule of the backup, from run to run.

@@ -145,11 +145,8 @@ protected:
     [[nodiscard]] static bool inLayoutMode() { return std::get<1>(GetParam()); }
     [[nodiscard]] static Hand hand() { return std::get<2>(GetParam()); }
 
-    ~MenuSweepTest() override { CMarkManager::instance().clear(); }
-
     /// As a new user finds it, with this kind's page file.
     void begin() {
-        CMarkManager::instance().clear();
         QFile::remove(home.userRegistry());
         QDir(home.programFolder()).removeRecursively();
         options.siteId = kind().hasSite && kind().write == nullptr ? "MUX" : "";
@@ -180,7 +177,7 @@ protected:
     }
 
     static void prepare(Viewer& viewer) {
-        CMarkManager::instance().add({37.155, -121.898}, "Harbour");
+        viewer.application().marks().add({37.155, -121.898}, "Harbour");
         if (kind().prepare != nullptr) {
             kind().prepare(viewer);
         }

@@ -126,19 +126,61 @@ TEST_F(FirstShowTest, AnItemThatTheUserAddsTakesItToo) {
     EXPECT_EQ(siteOf(*application.current()), "LWX");
 }
 
-/// The program's marks, none before a test and none behind it.
+TEST_F(RaincastAppTest, ItsMarksHearOfAPositionBeforeAnyMapView) {
+    class Viewing : private Listener<CDataGPSPosition> {
+    public:
+        explicit Viewing(const CMarkManager& marks) : m_marks(marks) {}
+        std::optional<GeoPosition> known;
+
+    private:
+        void onPublished(CDataGPSPosition& /*position*/) override {
+            known = m_marks.currentPosition();
+        }
+        const CMarkManager& m_marks;
+    };
+    const Viewing later(application.marks());
+    CDataGPSPosition position;
+    position.latitude = 12;
+    position.longitude = 34;
+    position.fixType = kFixGps;
+    Listener<CDataGPSPosition>::Notify(position);
+    EXPECT_EQ(later.known, (GeoPosition{12, 34}));
+}
+
+TEST_F(RaincastAppTest, ItsMapViewsHaveItsMarks) {
+    auto page = std::make_unique<CPageDisplay>();
+    const auto& one = static_cast<CItemMapView&>(page->addItem(std::make_unique<CItemWeather>()));
+    const auto& other = static_cast<CItemMapView&>(page->addItem(std::make_unique<CItemWeather>()));
+    application.append(std::move(page));
+    application.select(0);
+    EXPECT_EQ(one.marks(), &application.marks());
+    EXPECT_EQ(other.marks(), &application.marks());
+}
+
+TEST_F(RaincastAppTest, AMapViewThatTheUserAddsHasItsMarks) {
+    application.append(std::make_unique<CPageDisplay>());
+    application.select(0);
+    test::DialogScript script;
+    script.expect("Select Display Item", [](QDialog& dialog) {
+        QTest::keyClicks(dialog.findChild<QListWidget*>(), "Weather:Radar");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    script.expect("Weather Station", [](QDialog& dialog) { dialog.reject(); });
+    EXPECT_TRUE(application.current()->command(kAddItem, clicked));
+    const auto& page = dynamic_cast<const CPageDisplay&>(*application.current());
+    ASSERT_EQ(page.items().size(), 1U);
+    EXPECT_EQ(dynamic_cast<const CItemMapView&>(*page.items()[0]).marks(), &application.marks());
+}
+
 class MarksInThePageFileTest : public RaincastAppTest {
 protected:
-    MarksInThePageFileTest() { marks().clear(); }
-    ~MarksInThePageFileTest() override { marks().clear(); }
-
-    static CMarkManager& marks() { return CMarkManager::instance(); }
-    static void addThree() {
+    CMarkManager& marks() { return application.marks(); }
+    void addThree() {
         marks().add({54.5, 11.25}, QStringLiteral("Harbour"));
         marks().add({54.75, 11.5}, QStringLiteral("Wreck"));
         marks().add({-1, 2}, QStringLiteral("Far"));
     }
-    static std::string names() {
+    std::string names() {
         QStringList all;
         for (const COverlayMark& mark : marks().marks()) {
             all.append(mark.name);
@@ -167,11 +209,12 @@ protected:
 class Looking : public CPageDisplay {
 public:
     static constexpr std::uint32_t kTypeId = 9011;
+    static inline const CMarkManager* at = nullptr;
     static inline std::size_t seen = 0;
 
     [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeId; }
     bool activate(QWidget& parent, bool flag) override {
-        seen = CMarkManager::instance().marks().size();
+        seen = at->marks().size();
         return CPageDisplay::activate(parent, flag);
     }
 };
@@ -298,6 +341,7 @@ TEST_F(MarksInThePageFileTest, TheyAreThereBeforeThePageIsShown) {
     addThree();
     const QByteArray file = test::written(application);
     marks().clear();
+    Looking::at = &marks();
     Looking::seen = 0;
     EXPECT_TRUE(load(file));
     EXPECT_EQ(Looking::seen, 3U) << "a page may wait for a server when it is first shown";

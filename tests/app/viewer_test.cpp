@@ -272,11 +272,10 @@ TEST_F(ViewerTest, WhatIsReadableOfADamagedPageFileIsShown) {
 }
 
 TEST_F(ViewerTest, MarksAreKeptFromRunToRun) {
-    CMarkManager& marks = CMarkManager::instance();
-    marks.clear();
     for (std::size_t run = 0; run < 3; ++run) {
         Viewer viewer({});
         inLoop([&] {
+            CMarkManager& marks = viewer.application().marks();
             EXPECT_EQ(namesOf(viewer.application()), QStringList("Weather"));
             EXPECT_EQ(marks.marks().size(), run);
             marks.add({54.5, 11.25}, QStringLiteral("Harbour"));
@@ -284,7 +283,6 @@ TEST_F(ViewerTest, MarksAreKeptFromRunToRun) {
         });
         EXPECT_EQ(viewer.run(), 0);
         Modal::forgetEnd();
-        marks.clear();
     }
     EXPECT_EQ(namesInFile(home.pageFile()), QStringList("Weather"));
 }

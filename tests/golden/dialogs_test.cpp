@@ -79,7 +79,7 @@ void openPageTypes(SampleViewer& viewer) {
 }
 
 void openMarks(SampleViewer& viewer) {
-    CMarkManager& marks = CMarkManager::instance();
+    CMarkManager& marks = viewer.application().marks();
     marks.add({37.76, -122.51}, QStringLiteral("Ocean Beach"));
     marks.setTarget(marks.add({37.81, -122.48}, QStringLiteral("Golden Gate, middle of the span")));
     marks.add({36.6, -121.9}, QStringLiteral("Monterey"));

@@ -119,7 +119,8 @@ protected:
 
     [[nodiscard]] std::vector<std::string> lines() const {
         std::vector<std::string> texts;
-        for (const QString& line : mapLines(view->lastFix(), m_metrics, kWide)) {
+        for (const QString& line :
+             mapLines(view->lastFix(), marks.navigation(), m_metrics, kWide)) {
             texts.push_back(line.toStdString());
         }
         return texts;

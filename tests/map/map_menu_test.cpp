@@ -23,7 +23,7 @@ constexpr MenuRow kPopUp[] = {kMapMenu};
 constexpr MenuRow kBar[] = {subMenu(u"", kPopUp)};
 const MenuTableRecord mapMenu(test::kMapTestMenu, kBar);
 
-class MapMenuTest : public test::PagedTest, protected test::SharedMapState {
+class MapMenuTest : protected test::SharedMapState, public test::PagedTest {
 protected:
     MapMenuTest() {
         page = static_cast<CPageDisplay*>(&app.append(std::make_unique<CPageDisplay>()));
@@ -35,7 +35,9 @@ protected:
     }
 
     TestView& addView() {
-        return static_cast<TestView&>(page->addItem(std::make_unique<TestView>()));
+        auto item = std::make_unique<TestView>();
+        item->useMarks(marks);
+        return static_cast<TestView&>(page->addItem(std::move(item)));
     }
     // Opens the page menu and then, by clicks, submenus of it; returns the last.
     QMenu* open(std::initializer_list<const char16_t*> texts) {

@@ -42,16 +42,15 @@ inline void publish(int column, int row, int fixType = kFixGps, float speed = 0)
     Listener<CDataGPSPosition>::Notify(position);
 }
 
-/// What all maps share, as in a new installation again once this goes: no marks, the usual units
-/// and lines.
+/// What the maps of a test share: marks, and settings, which are as in a new installation again
+/// once this goes.
 struct SharedMapState {
-    CMarkManager& marks = CMarkManager::instance();
+    CMarkManager marks;
 
     SharedMapState() = default;
     SharedMapState(const SharedMapState&) = delete;
     SharedMapState& operator=(const SharedMapState&) = delete;
     ~SharedMapState() {
-        marks.clear();
         use(CUnits::kMiles);
         MapLinesSetting::show(MapLinesSetting::position, true);
         MapLinesSetting::show(MapLinesSetting::navigation, true);
@@ -75,12 +74,13 @@ struct SharedMapState {
     }
 };
 
-/// A page with a map view.
-class MapTest : public PageTest, protected SharedMapState {
+/// A page with a map view. The marks are there before it and until it is gone.
+class MapTest : protected SharedMapState, public PageTest {
 protected:
     MapTest() {
         auto item = std::make_unique<TestView>();
         view = item.get();
+        view->useMarks(marks);
         page->addItem(std::move(item));
         view->setRectangle({20, 30, 120, 110}); // its middle is (70, 70)
     }

@@ -254,13 +254,6 @@ TEST_F(MarkManagerTest, AStrangersMarkChangesNothing) {
     EXPECT_FALSE(manager.hasTarget());
 }
 
-TEST_F(MarkManagerTest, TheOneOfTheProgramListensFromTheStart) {
-    EXPECT_TRUE(Listener<CDataGPSPosition>::hasSource());
-    publishAt({12, 34});
-    EXPECT_EQ(CMarkManager::instance().currentPosition(), (GeoPosition{12, 34}));
-    EXPECT_EQ(&CMarkManager::instance(), &CMarkManager::instance());
-}
-
 TEST_F(MarkManagerTest, WithoutATargetOnlyThePositionIsKept) {
     addHarbour();
     EXPECT_FALSE(manager.currentPosition());

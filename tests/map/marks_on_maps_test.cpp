@@ -26,17 +26,9 @@ public:
     }
 };
 
-CMarkManager& marks() {
-    return CMarkManager::instance();
-}
-
-class MarksOnMapsTest : public test::PageTest {
+class MarksOnMapsTest : protected test::SharedMapState, public test::PageTest {
 protected:
-    MarksOnMapsTest() {
-        marks().clear();
-        addView();
-    }
-    ~MarksOnMapsTest() override { marks().clear(); }
+    MarksOnMapsTest() { addView(); }
 
     PlacedView& addView() {
         auto item = std::make_unique<PlacedView>();
@@ -84,24 +76,24 @@ protected:
 TEST_F(MarksOnMapsTest, AMarkIsShownWhenItIsAddedAndGoneWhenItIsRemoved) {
     showPage();
     const QImage empty = screen();
-    const COverlayMark& mark = marks().add(test::positionOf(100, 150), QStringLiteral("Pier"));
+    const COverlayMark& mark = marks.add(test::positionOf(100, 150), QStringLiteral("Pier"));
     EXPECT_TRUE(showsPinAt(100, 150));
     const QImage named = screen();
-    marks().rename(mark, QStringLiteral("Harbour wall"));
+    marks.rename(mark, QStringLiteral("Harbour wall"));
     EXPECT_TRUE(showsPinAt(100, 150));
     EXPECT_NE(screen(), named);
-    marks().remove(mark);
+    marks.remove(mark);
     EXPECT_EQ(screen(), empty);
 }
 
 TEST_F(MarksOnMapsTest, AViewMadeLaterShowsTheMarksThatThereAre) {
     showPage();
-    marks().add(test::positionOf(100, 150), {});
-    marks().add(test::positionOf(50, 200), {});
+    marks.add(test::positionOf(100, 150), {});
+    marks.add(test::positionOf(50, 200), {});
     useAnotherPage();
     EXPECT_TRUE(showsPinAt(100, 150));
     EXPECT_TRUE(showsPinAt(50, 200));
-    marks().clear();
+    marks.clear();
     EXPECT_FALSE(showsPinAt(100, 150));
     EXPECT_FALSE(showsPinAt(50, 200));
 }
@@ -112,7 +104,7 @@ TEST_F(MarksOnMapsTest, MarksThatAreLoadedAreShown) {
     other.add(test::positionOf(60, 70), QStringLiteral("Buoy"));
     const QByteArray file = test::written(other);
     other.clear();
-    EXPECT_TRUE(test::read(marks(), file));
+    EXPECT_TRUE(test::read(marks, file));
     EXPECT_TRUE(showsPinAt(60, 70));
 }
 
@@ -122,19 +114,19 @@ TEST_F(MarksOnMapsTest, AMarkOffTheMapDrawsNothing) {
     for (const GeoPosition& place :
          {GeoPosition{90, 0}, GeoPosition{-90, 180}, GeoPosition{0, 0}, GeoPosition{41, 75},
           test::positionOf(100, 2000)}) {
-        marks().add(place, QStringLiteral("Far"));
+        marks.add(place, QStringLiteral("Far"));
     }
     EXPECT_EQ(screen(), empty);
 }
 
 TEST_F(MarksOnMapsTest, NamesAreThereUntilTheViewIsZoomedOut) {
     showPage();
-    marks().add(test::positionOf(100, 150), QStringLiteral("Pier"));
+    marks.add(test::positionOf(100, 150), QStringLiteral("Pier"));
     const QImage named = screen();
     auto& view = static_cast<CItemMapView&>(*page->items()[0]);
     view.command(kZoomOut, 0);
     const QImage zoomedOut = screen();
-    marks().rename(marks().marks().front(), {});
+    marks.rename(marks.marks().front(), {});
     EXPECT_EQ(screen(), zoomedOut) << "there was no name";
     view.command(kZoomIn, 0);
     EXPECT_NE(screen(), named) << "there was one";
@@ -148,12 +140,12 @@ TEST_F(MarksOnMapsTest, TenThousandMarksAreSavedLoadedAndDrawn) {
     many.add(test::positionOf(150, 150), {});
     const QByteArray file = test::written(many);
     many.clear();
-    ASSERT_TRUE(test::read(marks(), file));
-    EXPECT_EQ(marks().marks().size(), 10001U);
+    ASSERT_TRUE(test::read(marks, file));
+    EXPECT_EQ(marks.marks().size(), 10001U);
     showPage();
     EXPECT_TRUE(showsPinAt(150, 150));
     EXPECT_NE(at(50, 250), QColor(0, 128, 0));
-    EXPECT_EQ(test::written(marks()), file);
+    EXPECT_EQ(test::written(marks), file);
 }
 
 TEST_F(MarksOnMapsTest, APositionIsShownWhereItIs) {
@@ -212,7 +204,7 @@ TEST_F(MarksOnMapsTest, ALivePositionIsDrawnOverALostOne) {
         each.fixType = kFixGps;
         each.publish();
     }
-    const COverlayMark& mark = marks().add(test::positionOf(120, 90), {});
+    const COverlayMark& mark = marks.add(test::positionOf(120, 90), {});
     for (COverlayGPSPosition& live : positions) {
         for (COverlayGPSPosition& each : positions) {
             each.fixType = &each == &live ? kFixGps : kFixNone;
@@ -221,7 +213,7 @@ TEST_F(MarksOnMapsTest, ALivePositionIsDrawnOverALostOne) {
         EXPECT_TRUE(showsPositionAt(120, 90, live.icon()));
     }
     positions.clear();
-    marks().remove(mark);
+    marks.remove(mark);
 }
 
 TEST_F(MarksOnMapsTest, AnotherLengthOfTheArrowIsShownAtOnce) {
