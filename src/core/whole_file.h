@@ -25,8 +25,8 @@ enum class Lasting {
 /// written over by the next attempt. While another writer has that name, "NAME.PID-N.part" is
 /// taken: writers of one file, in several programs or threads, do not disturb each other where the
 /// file system knows locks, and the last one wins. A new file's access rights follow the user's
-/// mask, a replaced one keeps its own. Follows a link and replaces its
-/// target. Replaces only a regular file that may be written.
+/// mask, a replaced one keeps its own. Follows a link and replaces its target. Replaces only a
+/// regular file that may be written.
 ///
 /// The first failure stays until the next open(): it may be asked for once, at the end.
 class WholeFile {

@@ -46,7 +46,7 @@ bool tryIndex(const QImage& picture, QRgb mask, Indexed& result) {
 
 } // namespace
 
-QByteArray layerGif(const QImage& picture) {
+std::optional<QByteArray> layerGif(const QImage& picture) {
     const QImage plain = picture.convertToFormat(QImage::Format_ARGB32);
     // Each mask leaves fewer colours; the last at most 64. None of them makes a colour white.
     for (const QRgb mask : {0x00FF'FFFFU, 0x00FC'FCFCU, 0x00F0'F0F0U, 0x00C0'C0C0U}) {
@@ -59,7 +59,7 @@ QByteArray layerGif(const QImage& picture) {
             return writeGif(indexed.pixels, indexed.colours);
         }
     }
-    return {};
+    return std::nullopt;
 }
 
 } // namespace raincast

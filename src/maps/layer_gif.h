@@ -3,13 +3,15 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 class QImage;
 
 namespace raincast {
 
 /// The GIF of a picture of 600 × 550 pixels with transparency: pixels less than half covered are
 /// transparent ground, all others opaque. Up to 255 colours are kept as they are; more are
-/// reduced. Empty only when there is no memory.
-[[nodiscard]] QByteArray layerGif(const QImage& picture);
+/// reduced. Nothing only when there is no memory.
+[[nodiscard]] std::optional<QByteArray> layerGif(const QImage& picture);
 
 } // namespace raincast

@@ -25,12 +25,12 @@ constexpr QColor kRoad(150, 58, 44);
 
 constexpr int kCityCount = 44;
 
-QByteArray jpegOf(const QImage& picture) {
+std::optional<QByteArray> jpegOf(const QImage& picture) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     const bool written =
         buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "JPG", kJpegQuality);
-    return written ? bytes : QByteArray();
+    return written ? std::optional(bytes) : std::nullopt;
 }
 
 /// The lines whose rank lies between two, as painter coordinates.
@@ -67,7 +67,7 @@ void drawBorders(LayerCanvas& canvas, const MapData& data) {
 
 } // namespace
 
-QByteArray
+std::optional<QByteArray>
 paintLayer(LayerKind layer, const MapData& data, const ImageGeometry& geometry, Range range) {
     if (layer == LayerKind::topo) {
         return jpegOf(paintTopo(data, geometry));

@@ -6,18 +6,20 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 namespace raincast {
 
 class MapData;
 
 /// Paints a layer of a site's map: the bytes of a JPEG for topo, of a GIF with transparent ground
 /// for the others, 600 × 550 pixels. Where the data are missing the topo is a plain ground and the
-/// others have nothing on them. Empty only when there is no memory.
+/// others have nothing on them. Nothing only when there is no memory.
 ///
 /// Everything is drawn for viewers that show black where no topo is, and that take exact white for
 /// transparent: lines are neither black nor white, or have a light rim; text is dark with a light
 /// rim. Needs a QGuiApplication for the cities' names.
-[[nodiscard]] QByteArray
+[[nodiscard]] std::optional<QByteArray>
 paintLayer(LayerKind layer, const MapData& data, const ImageGeometry& geometry, Range range);
 
 } // namespace raincast

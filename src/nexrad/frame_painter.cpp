@@ -30,7 +30,7 @@ ImageGeometry frameGeometry(const PolarScan& scan, Range range) {
                             : ImageGeometry(scan.latitude, scan.longitude, range);
 }
 
-QByteArray renderFrame(const PolarScan& scan, Product as) {
+std::optional<QByteArray> renderFrame(const PolarScan& scan, Product as) {
     IndexedPicture picture = rasterise(scan, frameGeometry(scan, rangeOf(as)));
     std::array<QRgb, 18> colours{};
     const auto& levels = nwsColours(quantityOf(as));
@@ -43,7 +43,7 @@ QByteArray renderFrame(const PolarScan& scan, Product as) {
     return writeGif(picture, colours);
 }
 
-QByteArray emptyFrame() {
+std::optional<QByteArray> emptyFrame() {
     const IndexedPicture picture(std::size_t{kFrameWidth} * kFrameHeight, 0);
     return writeGif(picture, nwsColours(Quantity::reflectivity));
 }

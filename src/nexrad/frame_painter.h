@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 namespace raincast {
 
 /// Where the frames of a scan's site lie on the earth.
@@ -14,9 +16,9 @@ namespace raincast {
 /// The picture of a scan as a product of the tree (which decides the size of map; a scan can stand
 /// for several): the bytes of a GIF of 600 × 550 pixels. The colour of a pixel is that of the cell
 /// under its centre. Ground without echo is transparent white; an echo never is white.
-[[nodiscard]] QByteArray renderFrame(const PolarScan& scan, Product as);
+[[nodiscard]] std::optional<QByteArray> renderFrame(const PolarScan& scan, Product as);
 
 /// An empty picture: the warnings of a source that has none.
-[[nodiscard]] QByteArray emptyFrame();
+[[nodiscard]] std::optional<QByteArray> emptyFrame();
 
 } // namespace raincast

@@ -120,13 +120,11 @@ tl::expected<QByteArray, QString> unpackFrames(QByteArrayView rest, qsizetype fi
     return unpacked;
 }
 
-/// The message behind the headings in `bytes`.
-Level3Message messageIn(QByteArrayView bytes, std::string awipsId, bool unpacked) {
-    QByteArrayView rest = bytes;
-    takeHeadings(rest, awipsId);
+/// The message that is left of so many bytes behind their headings.
+Level3Message messageOf(std::string awipsId, QByteArrayView rest, qsizetype bytes, bool unpacked) {
     return {
-        std::move(awipsId), rest.toByteArray(),
-        static_cast<std::size_t>(bytes.size() - rest.size()), unpacked};
+        std::move(awipsId), rest.toByteArray(), static_cast<std::size_t>(bytes - rest.size()),
+        unpacked};
 }
 
 } // namespace
@@ -136,13 +134,15 @@ tl::expected<Level3Message, QString> unwrapLevel3(QByteArrayView file) {
     QByteArrayView rest = file;
     takeHeadings(rest, awipsId);
     if (!beginsWithZlib(rest)) {
-        return messageIn(file, {}, false);
+        return messageOf(std::move(awipsId), rest, file.size(), false);
     }
     const auto unpacked = unpackFrames(rest, file.size());
     if (!unpacked) {
         return tl::unexpected(unpacked.error());
     }
-    return messageIn(*unpacked, awipsId, true);
+    rest = *unpacked;
+    takeHeadings(rest, awipsId);
+    return messageOf(std::move(awipsId), rest, unpacked->size(), true);
 }
 
 } // namespace raincast

@@ -53,10 +53,6 @@ PageFile::PageFile(QString path, const ExaminePages& examine)
       m_backup(m_path + QStringLiteral(".bak"), examine) {}
 
 PageFile::State PageFile::look() {
-    m_saved = false;
-    m_offer.reset();
-    m_reason.clear();
-    m_found = {};
     auto bytes = readWhole(m_path, PageBytes::kMostBytes);
     if (!bytes) {
         const bool absent = bytes.error().kind == Kind::absent;

@@ -36,7 +36,7 @@ public:
 
     PageFile(QString path, const ExaminePages& examine);
 
-    /// Reads the file, and says what there is to load and to ask. To be called first.
+    /// Reads the file, and says what there is to load and to ask. To be called first, once.
     State look();
     [[nodiscard]] State state() const { return m_state; }
     /// Why it is unreadable: "Permission denied".

@@ -66,7 +66,6 @@ void CFeedQVAPI_to_GPSPosition::tryToLink() {
 void CFeedQVAPI_to_GPSPosition::unlink() {
     DisconnectNavigator(m_link, false);
     m_linked = false;
-    m_ticksToAttempt = 0;
 }
 
 void CFeedQVAPI_to_GPSPosition::poll() {

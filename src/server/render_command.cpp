@@ -80,10 +80,14 @@ int renderCommand(
     }
     const PolarScan& scan = *result;
     const QString name = QString::fromStdString(outFile);
+    const auto picture = renderFrame(scan, scan.product);
+    if (!picture) {
+        err << file << ": no memory for its picture.\n";
+        return 1;
+    }
     const std::string world = frameGeometry(scan, rangeOf(scan.product)).worldFile();
     std::array outputs{
-        Output{name, renderFrame(scan, scan.product)},
-        Output{worldFileName(name), QByteArray::fromStdString(world)}};
+        Output{name, *picture}, Output{worldFileName(name), QByteArray::fromStdString(world)}};
     if (!writeAll(outputs, err)) {
         return 1;
     }

@@ -7,19 +7,13 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QTimer>
-
-#include <malloc.h>
 
 #include <cerrno>
-#include <chrono>
 #include <ostream>
 
 namespace raincast {
 
 namespace {
-
-constexpr std::chrono::seconds kTrimInterval{2};
 
 void log(const QString& line) {
     qCInfo(serverLog, "%s", qUtf8Printable(line));
@@ -64,10 +58,6 @@ ServerExit runServer(const ServeOptions& options, EndSignals& signals, std::ostr
     server.work();
     out << server.readyLine().toStdString() << std::endl;
     signals.onEnd([] { QCoreApplication::quit(); });
-    // Painting leaves holes in the allocator's memory, which would grow for hours.
-    QTimer trim;
-    QObject::connect(&trim, &QTimer::timeout, [] { malloc_trim(0); });
-    trim.start(kTrimInterval);
     QCoreApplication::exec();
     signals.onEnd({});
     return ServerExit::good;

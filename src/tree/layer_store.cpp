@@ -38,13 +38,10 @@ LayerStore::layer(LayerKind layer, std::string_view site, Range range) const {
         return kept;
     }
     const ImageGeometry geometry(antenna->latitude, antenna->longitude, range);
-    const QByteArray painted = paintLayer(layer, m_data, geometry, range);
-    if (painted.isEmpty()) {
-        return std::nullopt;
-    }
-    if (isKept) {
+    auto painted = paintLayer(layer, m_data, geometry, range);
+    if (painted && isKept) {
         // A layer that cannot be stored is painted again.
-        static_cast<void>(replaceFile(file, painted, Lasting::no));
+        static_cast<void>(replaceFile(file, *painted, Lasting::no));
     }
     return painted;
 }

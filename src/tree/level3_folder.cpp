@@ -192,7 +192,8 @@ Level3Folder::Outcome Level3Folder::storeFrames(const PolarScan& scan, FileTime 
         if (isStored(key, time)) {
             continue;
         }
-        if (!store(fileOf({scan.site, product}, time), renderFrame(scan, product))) {
+        const auto frame = renderFrame(scan, product);
+        if (!frame || !store(fileOf({scan.site, product}, time), *frame)) {
             return Outcome::unstored;
         }
         const std::lock_guard lock(m_mutex);
@@ -287,7 +288,7 @@ Level3Folder::frame(std::string_view site, Product product, FileTime time) const
 }
 
 std::optional<QByteArray> Level3Folder::warnings(std::string_view site, Range, FileTime) const {
-    return findAntenna(site) == nullptr ? std::nullopt : std::optional(emptyFrame());
+    return findAntenna(site) == nullptr ? std::nullopt : emptyFrame();
 }
 
 } // namespace raincast

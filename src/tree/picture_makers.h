@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QThreadPool>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -34,7 +35,8 @@ private:
 
     std::mutex m_mutex;
     std::map<QByteArray, std::vector<Waiter>> m_waiting; ///< by the names of what is being made
-    QThreadPool m_threads;                               ///< waits for them when it goes
+    std::atomic<unsigned> m_made = 0;
+    QThreadPool m_threads; ///< waits for them when it goes
 };
 
 } // namespace raincast

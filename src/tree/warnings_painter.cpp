@@ -67,7 +67,7 @@ IndexedPicture indexed(const QImage& canvas) {
 
 } // namespace
 
-QByteArray renderWarnings(
+std::optional<QByteArray> renderWarnings(
     const ImageGeometry& image, const std::vector<WarningPolygon>& warnings, bool sample
 ) {
     QImage canvas(kFrameWidth, kFrameHeight, QImage::Format_RGB32);

@@ -6,13 +6,14 @@
 
 #include <QByteArray>
 
+#include <optional>
 #include <vector>
 
 namespace raincast {
 
 /// The picture of warnings: outlines on transparent white, the bytes of a GIF of 600 × 550 pixels.
 /// With `sample` it is marked as made up.
-[[nodiscard]] QByteArray renderWarnings(
+[[nodiscard]] std::optional<QByteArray> renderWarnings(
     const ImageGeometry& image, const std::vector<WarningPolygon>& warnings, bool sample
 );
 

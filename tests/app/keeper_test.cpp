@@ -68,6 +68,15 @@ protected:
     int runAndClose() {
         return run([](Viewer& viewer) { choose(viewer, {"Menu", "Exit"}); });
     }
+    /// Runs until the program is asked to end while a box is open.
+    int runAndEndInBox() {
+        Viewer* running = nullptr;
+        script.expect(kBox, [&running](QDialog&) { running->requestEnd(); });
+        forgetRun();
+        Viewer viewer(options);
+        running = &viewer;
+        return viewer.run();
+    }
     /// Runs until a signal ends it.
     int runAndEnd() {
         return run([](Viewer& viewer) { viewer.requestEnd(); });
@@ -158,14 +167,7 @@ TEST_F(UnreadablePagesTest, SoDoesAFolder) {
 TEST_F(UnreadablePagesTest, TheEndWhileTheBoxIsOpenIsToldOnStandardError) {
     QDir().mkpath(home.pageFile());
     testing::internal::CaptureStderr();
-    {
-        Viewer* running = nullptr;
-        script.expect(kBox, [&running](QDialog&) { running->requestEnd(); });
-        forgetRun();
-        Viewer viewer(options);
-        running = &viewer;
-        EXPECT_EQ(viewer.run(), 0);
-    }
+    EXPECT_EQ(runAndEndInBox(), 0);
     EXPECT_EQ(said(), "raincast: " + complaint("Is a directory") + "\n");
     EXPECT_EQ(namesIn(home.pageFile()), "");
     EXPECT_FALSE(QFile::exists(home.userRegistry()));
@@ -256,12 +258,7 @@ TEST_F(DamagedPagesTest, WhatCouldBeReadIsUsedIfTheUserWantsThat) {
 TEST_F(DamagedPagesTest, WithoutAnAnswerEverythingStays) {
     for (int start = 0; start < 3; ++start) {
         testing::internal::CaptureStderr();
-        Viewer* running = nullptr;
-        script.expect(kBox, [&running](QDialog&) { running->requestEnd(); });
-        forgetRun();
-        Viewer viewer(options);
-        running = &viewer;
-        EXPECT_EQ(viewer.run(), 0);
+        EXPECT_EQ(runAndEndInBox(), 0);
         EXPECT_THAT(said(), HasSubstr("could not be read. It is left as"));
         EXPECT_EQ(pages(), cut);
         EXPECT_EQ(backup(), whole);

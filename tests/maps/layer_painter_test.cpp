@@ -24,7 +24,8 @@ protected:
     static void SetUpTestSuite() { needGui(); }
 
     [[nodiscard]] QImage paint(LayerKind layer) const {
-        const QByteArray bytes = paintLayer(layer, MapData(m_files), kGeometry, Range::shortRange);
+        const QByteArray bytes =
+            paintLayer(layer, MapData(m_files), kGeometry, Range::shortRange).value();
         return layer == LayerKind::topo ? QImage::fromData(bytes, "JPG")
                                         : readGif(bytes, 1'000'000);
     }
@@ -60,9 +61,9 @@ TEST_F(LayerPainterTest, WithoutDataLinesAreMissingAndTheGroundIsPlain) {
     }
     const QImage topo = paint(LayerKind::topo);
     EXPECT_EQ(topo.pixel(10, 10), topo.pixel(500, 400));
-    EXPECT_TRUE(
-        isSoundJpeg(paintLayer(LayerKind::topo, MapData(m_files), kGeometry, Range::shortRange))
-    );
+    EXPECT_TRUE(isSoundJpeg(
+        paintLayer(LayerKind::topo, MapData(m_files), kGeometry, Range::shortRange).value()
+    ));
 }
 
 TEST_F(LayerPainterTest, WaterIsBlueAndLandIsNot) {

@@ -39,7 +39,7 @@ PolarScan rings(Product product) {
 TEST(FramePainterTest, LevelsHaveTheColoursOfTheirQuantity) {
     for (const Product product :
          {Product::baseReflectivity, Product::velocity, Product::totalPrecipitation}) {
-        const QImage image = decoded(renderFrame(rings(product), product));
+        const QImage image = decoded(renderFrame(rings(product), product).value());
         ASSERT_EQ(image.size(), QSize(600, 550));
         const auto& colours = nwsColours(quantityOf(product));
         // Along the antenna's row to the east, 0.8 km a pixel; it stands at column 298.6.
@@ -54,7 +54,7 @@ TEST(FramePainterTest, LevelsHaveTheColoursOfTheirQuantity) {
 
 TEST(FramePainterTest, AScanMayBeDrawnOnTheLongMap) {
     const PolarScan scan = rings(Product::baseReflectivity);
-    const QImage image = decoded(renderFrame(scan, Product::longRangeReflectivity));
+    const QImage image = decoded(renderFrame(scan, Product::longRangeReflectivity).value());
     const auto& colours = nwsColours(Quantity::reflectivity);
     EXPECT_EQ(image.pixel(299 + 5, 274), colours[1]);
     EXPECT_EQ(image.pixel(299 + 135, 274), colours[15]);
@@ -75,16 +75,17 @@ TEST(FramePainterTest, OnlySamplesAreMarked) {
     PolarScan scan;
     scan.latitude = 35;
     EXPECT_EQ(
-        decoded(renderFrame(scan, Product::baseReflectivity)).pixel(12, 532), kTransparentWhite
+        decoded(renderFrame(scan, Product::baseReflectivity).value()).pixel(12, 532),
+        kTransparentWhite
     );
     scan.sample = true;
-    const QImage image = decoded(renderFrame(scan, Product::baseReflectivity));
+    const QImage image = decoded(renderFrame(scan, Product::baseReflectivity).value());
     EXPECT_NE(image.pixel(12, 532), kTransparentWhite);
     EXPECT_EQ(image.pixel(300, 274), kTransparentWhite);
 }
 
 TEST(FramePainterTest, TheEmptyFrameIsNothingButGround) {
-    const QImage image = decoded(emptyFrame());
+    const QImage image = decoded(emptyFrame().value());
     ASSERT_EQ(image.size(), QSize(600, 550));
     for (int row = 0; row < image.height(); ++row) {
         const uchar* line = image.constScanLine(row);

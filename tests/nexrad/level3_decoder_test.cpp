@@ -31,7 +31,7 @@ std::string errorOf(const Level3ToMake& product) {
 }
 
 QImage rendered(const PolarScan& scan, Product as) {
-    return decodeImage(renderFrame(scan, as), kMostImagePixels);
+    return decodeImage(renderFrame(scan, as).value(), kMostImagePixels);
 }
 
 bool isEmpty(const QImage& picture) {

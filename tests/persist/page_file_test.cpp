@@ -95,6 +95,23 @@ TEST_F(PageFileTest, AMissingFileHasNoPagesAndIsCreatedBySaving) {
     EXPECT_EQ(names(), "pages.cfg");
 }
 
+/// Finds everything in order, bytes or none.
+class Undemanding : public CSerializable {
+public:
+    bool Read(CSerialReader& /*reader*/) override { return true; }
+    bool Write(CSerialWriter& /*writer*/) const override { return true; }
+    std::uint32_t GetTypeId() const override { return 0; }
+};
+
+TEST_F(PageFileTest, NothingIsLoadedOfAFileThatIsMissingOrCannotBeRead) {
+    Undemanding application;
+    for (const char* const name : {"none.cfg", "."}) {
+        PageFile file = fileAt(name);
+        static_cast<void>(file.look());
+        EXPECT_FALSE(file.load(application)) << name;
+    }
+}
+
 TEST_F(PageFileTest, AFileOfNoBytesHasNoPagesAndIsNotKept) {
     put("pages.cfg", {});
     PageFile file = fileAt();
@@ -203,7 +220,9 @@ TEST_F(PageFileTest, ADiskThatFailsMakesItUnreadable) {
     EXPECT_EQ(load(file), State::unreadable);
     EXPECT_EQ(file.reason(), "Input/output error");
     EXPECT_TRUE(file.untouchable());
-    EXPECT_FALSE(file.save(m_application));
+    const auto saved = file.save(m_application);
+    ASSERT_FALSE(saved);
+    EXPECT_EQ(saved.error(), "It is left as it is");
     EXPECT_EQ(QFile::symLinkTarget(path()), "/proc/self/mem");
     EXPECT_EQ(names(), "pages.cfg");
 }

@@ -163,6 +163,16 @@ TEST(RecordReaderTest, AFieldThatIsCutLeavesItsMemberAndFailsWhatFollows) {
     }
 }
 
+TEST(RecordReaderTest, ARecordWhoseLastStringIsCutHasNoEnd) {
+    const Bytes bytes = join(number(1), number(6), Bytes{'a', 0, 'b', 0});
+    CSerialReader reader(bytes);
+    CRecordReader record(reader);
+    QString text;
+    EXPECT_FALSE(record.string(text));
+    EXPECT_EQ(text, QStringLiteral("ab"));
+    EXPECT_FALSE(record.end());
+}
+
 TEST(RecordReaderTest, BytesThatAreThereAreGoodThoughTheFieldIsCut) {
     const Bytes bytes = join(number(2), number(0xFFFFFFFF), number(7), number(8));
     CSerialReader reader(bytes);

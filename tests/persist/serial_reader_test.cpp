@@ -325,6 +325,14 @@ TEST(SerialReaderTest, OfTheRestEverythingElseIsDropped) {
     EXPECT_EQ(SampleRejected::alive, 0);
 }
 
+TEST(SerialReaderTest, AFileIsNotWholeWhenAnObjectIsDroppedFromItsRest) {
+    const Bytes file = kSecondPage;
+    CSerialReader reader(file);
+    reader.readRest();
+    EXPECT_TRUE(reader.atEnd());
+    EXPECT_FALSE(reader.whole());
+}
+
 /// Lists in lists, `depth` of them, the innermost empty.
 Bytes nestedLists(int depth) {
     Bytes file = block(0, number(0));
@@ -392,9 +400,10 @@ TEST(SerialReaderTest, SkippedBytesAreNoted) {
     CSerialReader reader(bytes);
     EXPECT_TRUE(reader.skip(0));
     EXPECT_FALSE(reader.skippedData());
-    EXPECT_TRUE(reader.skip(4));
+    EXPECT_TRUE(reader.skip(1));
     EXPECT_TRUE(reader.skippedData());
     EXPECT_FALSE(reader.whole());
+    EXPECT_TRUE(reader.skip(3));
     EXPECT_FALSE(reader.skip(1));
 }
 

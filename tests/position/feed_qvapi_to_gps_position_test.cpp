@@ -288,6 +288,18 @@ TEST_F(FeedQvapiTest, WhileAReceiverPublishesTheNavigatorsPositionIsDrawnAsLost)
     EXPECT_TRUE(shown.published().valid());
 }
 
+TEST_F(FeedQvapiTest, AReceiverThatFellSilentInTheSameTickHasTheLatestPosition) {
+    PublishedPosition received;
+    CFeedRMC_to_GPSPosition receiver(received);
+    NmeaReader reader;
+    linkWithFix();
+    reader.feed(kRmc);
+    navigator.answers[32772] = 12;
+    tick(9);
+    EXPECT_FALSE(shown.published().valid());
+    EXPECT_EQ(shown.lost, 1) << "drawn as lost, not published";
+}
+
 TEST_F(FeedQvapiTest, AShortFileUnlinks) {
     link();
     navigator.writesFile = false;

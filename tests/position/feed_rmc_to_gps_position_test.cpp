@@ -66,6 +66,7 @@ TEST_F(FeedRmcTest, ABetterFixTypeOfGgaIsKept) {
     EXPECT_EQ(last().dilution, 0.9F);
     EXPECT_EQ(last().satellites, 10);
     EXPECT_NEAR(last().latitude, 48.1173, 1e-12);
+    EXPECT_NEAR(last().longitude, 11.5166666667, 1e-9);
 
     reader.feed(kRmcVoid);
     reader.feed(kRmc);
@@ -98,6 +99,7 @@ TEST_F(FeedRmcTest, WithoutRmcGgaIsThePosition) {
     reader.feed(kGga);
     ASSERT_EQ(published(), 1U);
     EXPECT_NEAR(last().latitude, 52.219065, 1e-9);
+    EXPECT_NEAR(last().longitude, 21.0108516667, 1e-9);
     EXPECT_EQ(last().time, clock.now()) << "its own time is not read";
     EXPECT_EQ(last().speed, 0.142F);
     EXPECT_EQ(last().course, 113.02F);

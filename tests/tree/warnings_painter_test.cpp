@@ -13,7 +13,7 @@ using Kind = WarningPolygon::Kind;
 const ImageGeometry kImage(35, -97, Range::shortRange);
 
 QImage painted(const std::vector<WarningPolygon>& warnings, bool sample = false) {
-    return decodeImage(renderWarnings(kImage, warnings, sample), kMostImagePixels);
+    return decodeImage(renderWarnings(kImage, warnings, sample).value(), kMostImagePixels);
 }
 
 /// A rectangle between pixels.

@@ -29,7 +29,7 @@ QByteArrayList pictures() {
         makeGif({.screen = {60, 55}, .pixel = pixel}),
         makeGif({.screen = {60, 55}, .transparent = 0, .interlaced = true, .pixel = pixel}),
         makeGif({.screen = {60, 55}, .localColours = true, .images = 3, .pixel = pixel}),
-        emptyFrame(),
+        emptyFrame().value(),
         gifThatSays("a comment"),
         jpeg,
     };

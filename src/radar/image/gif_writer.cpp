@@ -61,16 +61,16 @@ bool writeRows(GifFileType* gif, IndexedPicture picture) {
 
 } // namespace
 
-QByteArray writeGif(const IndexedPicture& picture, std::span<const QRgb> colours) {
+std::optional<QByteArray> writeGif(const IndexedPicture& picture, std::span<const QRgb> colours) {
     QByteArray bytes;
     const ColourMap map = colourMap(colours);
     GifFileType* gif = map ? EGifOpen(&bytes, append, nullptr) : nullptr;
     if (gif == nullptr) {
-        return {};
+        return std::nullopt;
     }
     const bool written = writeHead(gif, map.get()) && writeRows(gif, picture);
     const bool closed = EGifCloseFile(gif, nullptr) == GIF_OK;
-    return written && closed ? bytes : QByteArray();
+    return written && closed ? std::optional(bytes) : std::nullopt;
 }
 
 } // namespace raincast

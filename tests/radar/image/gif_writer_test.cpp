@@ -21,7 +21,7 @@ TEST(GifWriterTest, PicturesComeBackAsTheyWere) {
     for (std::size_t i = 0; i < picture.size(); ++i) {
         picture[i] = static_cast<std::uint8_t>(i * i / 7 % colours.size());
     }
-    const QImage image = decoded(writeGif(picture, colours));
+    const QImage image = decoded(writeGif(picture, colours).value());
     ASSERT_EQ(image.size(), QSize(600, 550));
     ASSERT_EQ(image.format(), QImage::Format_Indexed8);
     for (const int index : {0, 1, 599, 600, 123'456, 329'999}) {
@@ -33,7 +33,7 @@ TEST(GifWriterTest, PicturesComeBackAsTheyWere) {
 
 TEST(GifWriterTest, TheGroundIsTransparentAndTheVersionKnowsThat) {
     const std::array<QRgb, 2> colours = {kTransparentWhite, 0xFF000000};
-    const QByteArray gif = writeGif(IndexedPicture(600U * 550U, 0), colours);
+    const QByteArray gif = writeGif(IndexedPicture(600U * 550U, 0), colours).value();
     EXPECT_EQ(gif.first(6), "GIF89a");
     // Behind the head (13 bytes) and two colours: extension, control, 4 bytes, transparency on.
     EXPECT_EQ(gif.sliced(13 + 6, 3), "\x21\xF9\x04");
