@@ -25,6 +25,33 @@ if(RAINCAST_FUZZ)
     target_compile_options(raincast_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# raincast_batches(TARGET ORDER): its sources are compiled several at a time, sorted "upwards" or
+# "downwards", unless RAINCAST_BATCHES is empty.
+function(raincast_batches target order)
+    if(NOT RAINCAST_BATCHES)
+        return()
+    endif()
+    get_target_property(sources ${target} SOURCES)
+    list(SORT sources)
+    if(order STREQUAL "downwards")
+        list(REVERSE sources)
+    endif()
+    # The names in a source may come to clash.
+    set(script "${CMAKE_SOURCE_DIR}/scripts/batches")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources} "${script}")
+    execute_process(COMMAND "${script}" ${sources}
+        OUTPUT_VARIABLE batches OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    foreach(source batch IN ZIP_LISTS sources batches)
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${target}_${batch})
+    endforeach()
+    set_target_properties(${target} PROPERTIES
+        SOURCES "${sources}" UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+    # Only of a file that it compiles itself does GCC know that nobody else sees its types.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    endif()
+endfunction()
+
 # All rooms declared so far, lowest first. A room may include those before it, never those after.
 set_property(GLOBAL PROPERTY RAINCAST_ROOMS "")
 # What the guard of the rooms and the picture of them read: a line "name | folders | rooms that it
@@ -47,6 +74,9 @@ function(raincast_room name)
     file(GLOB sources CONFIGURE_DEPENDS ${patterns})
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     add_library(${name} OBJECT ${sources})
+    # What stands before a source in one preset stands after it in the other: an #include that it
+    # lacks is missed in one of them, unless both have it.
+    raincast_batches(${name} "${RAINCAST_BATCHES}")
     target_link_libraries(${name} PUBLIC raincast_options ${room_LIBRARIES})
     if(room_ABOVE)
         raincast_rooms_up_to(below ${room_ABOVE})
@@ -112,6 +142,7 @@ function(raincast_test room)
         raincast_rooms_up_to(rooms ${room})
     endif()
     add_executable(${room}_tests ${sources})
+    raincast_batches(${room}_tests downwards)
     target_link_libraries(${room}_tests PRIVATE ${rooms} test_support test_main ${ARGN}
         test_options)
     target_precompile_headers(${room}_tests REUSE_FROM test_support)
