@@ -44,31 +44,22 @@ void PageBackup::decline() {
     m_decidedAgainst = fingerprintOf(take().bytes);
 }
 
-tl::expected<bool, QString> PageBackup::keep(const PageBytes& pages) {
+PageBackup::Verdict PageBackup::judge(const PageBytes& pages) const {
     const auto old = readWhole(m_path, PageBytes::kMostBytes);
-    if (!old && old.error().kind != ReadFailure::Kind::absent) {
-        return false;
+    if (!old) {
+        return old.error().kind == ReadFailure::Kind::absent ? Verdict::givesWay : Verdict::stays;
     }
-    if (!old || *old != pages.bytes) {
-        if (old && !givesWay(m_examine(*old), pages)) {
-            return false;
-        }
-        if (const auto written = replaceFile(m_path, pages.bytes, Lasting::yes); !written) {
-            return tl::make_unexpected(written.error());
-        }
+    if (*old == pages.bytes) {
+        return Verdict::holdsThem;
     }
-    return true;
+    return isBetter(pages, m_examine(*old)) ? Verdict::givesWay : Verdict::stays;
 }
 
-tl::expected<bool, QString> PageBackup::keepLoaded(const PageBytes& pages) {
-    const auto kept = keep(pages);
-    if (kept && *kept) {
-        m_held = Held{fingerprintOf(pages.bytes), pages.wholePages};
-    }
-    return kept;
+void PageBackup::holds(const PageBytes& loaded) {
+    m_held = Held{fingerprintOf(loaded.bytes), loaded.wholePages};
 }
 
-bool PageBackup::givesWay(const PageBytes& old, const PageBytes& pages) const {
+bool PageBackup::isBetter(const PageBytes& pages, const PageBytes& old) const {
     if (old.wholePages == 0) {
         return pages.whole || pages.wholePages > 0;
     }

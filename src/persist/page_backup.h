@@ -34,11 +34,16 @@ public:
     [[nodiscard]] PageBytes take();
     void decline();
 
-    /// Puts bytes into the .bak file if the rule says so, on disk when this returns. Whether the
-    /// file holds them then; or why it could not be written: then it is as it was.
-    [[nodiscard]] tl::expected<bool, QString> keep(const PageBytes& pages);
-    /// The same for what was loaded: pages that the user saw.
-    [[nodiscard]] tl::expected<bool, QString> keepLoaded(const PageBytes& pages);
+    /// What the rule says of bytes and the .bak file as it stands now.
+    enum class Verdict {
+        holdsThem, ///< the file has these very bytes
+        givesWay,  ///< they may replace it
+        stays      ///< it must stay
+    };
+    [[nodiscard]] Verdict judge(const PageBytes& pages) const;
+
+    /// The .bak file has what was loaded: pages that the user saw.
+    void holds(const PageBytes& loaded);
 
     /// So many pages were left in the page file. If they are fewer than those that were loaded, and
     /// that the .bak file holds, the user has decided against the missing ones.
@@ -52,7 +57,7 @@ public:
     [[nodiscard]] const QString& path() const { return m_path; }
 
 private:
-    [[nodiscard]] bool givesWay(const PageBytes& old, const PageBytes& pages) const;
+    [[nodiscard]] bool isBetter(const PageBytes& pages, const PageBytes& old) const;
 
     struct Held {
         QString fingerprint;

@@ -42,10 +42,6 @@ tl::expected<Written, QString> writtenBy(const CSerializable& application) {
     return Written{buffer.data(), writer.listedObjects()};
 }
 
-Result noBackup(const QString& reason) {
-    return tl::make_unexpected(QStringLiteral("Its backup cannot be written: ") + reason);
-}
-
 } // namespace
 
 PageFile::PageFile(QString path, const ExaminePages& examine)
@@ -89,57 +85,80 @@ bool PageFile::load(CSerializable& application) {
     return application.Read(reader);
 }
 
-// The loaded file becomes the .bak file, once.
-Result PageFile::keepFound() {
-    if (!m_found.bytes.isEmpty()) {
-        if (const auto kept = m_backup.keepLoaded(m_found); !kept) {
-            return noBackup(kept.error());
-        }
-        m_found = {};
+auto PageFile::prepare(const CSerializable& application) const -> Prepared {
+    if (untouchable()) {
+        return tl::make_unexpected(QStringLiteral("It is left as it is"));
     }
-    return {};
+    auto written = writtenBy(application);
+    if (!written) {
+        return tl::make_unexpected(written.error());
+    }
+    PageSave save;
+    save.path = m_path;
+    save.bytes = std::move(written->bytes);
+    save.pages = written->pages;
+    const auto backup = m_found.bytes.isEmpty() ? backupOfLatecomer() : backupOfFound();
+    if (!backup) {
+        return tl::make_unexpected(backup.error());
+    }
+    save.backup = *backup;
+    return save;
+}
+
+std::optional<PageSave::Backup>
+PageFile::backupOf(const PageBytes& pages, PageBackup::Verdict verdict) const {
+    const bool holdsThem = verdict == PageBackup::Verdict::holdsThem;
+    return verdict == PageBackup::Verdict::stays
+               ? std::nullopt
+               : std::optional(PageSave::Backup{m_backup.path(), pages.bytes, holdsThem});
+}
+
+// The loaded file becomes the .bak file, once.
+PageFile::ToBackUp PageFile::backupOfFound() const {
+    return backupOf(m_found, m_backup.judge(m_found));
 }
 
 // Keeps a file that has come since look() found none.
-Result PageFile::keepLatecomer() {
+PageFile::ToBackUp PageFile::backupOfLatecomer() const {
     if (m_state != State::absent || m_saved) {
-        return {};
+        return std::nullopt;
     }
-    const auto bytes = readWhole(m_path, PageBytes::kMostBytes);
+    auto bytes = readWhole(m_path, PageBytes::kMostBytes);
     if (!bytes && bytes.error().kind != Kind::absent) {
         return tl::make_unexpected(reasonOf(bytes.error()));
     }
     if (!bytes || bytes->isEmpty()) {
-        return {};
+        return std::nullopt;
     }
-    const auto kept = m_backup.keep(m_examine(*bytes));
-    if (!kept) {
-        return noBackup(kept.error());
+    const PageBytes come = m_examine(std::move(*bytes));
+    const auto verdict = m_backup.judge(come);
+    if (verdict == PageBackup::Verdict::stays) {
+        return tl::make_unexpected(QStringLiteral("Another page file has come there meanwhile"));
     }
-    return *kept
-               ? Result()
-               : tl::make_unexpected(QStringLiteral("Another page file has come there meanwhile"));
+    return backupOf(come, verdict);
+}
+
+Result PageFile::finish(const PageSave& save) {
+    if (save.backup && save.backup->written && !m_found.bytes.isEmpty()) {
+        m_backup.holds(m_found);
+    }
+    if (save.result || (save.backup && save.backup->written)) {
+        m_found = {};
+    }
+    if (save.result) {
+        m_saved = true; // what stands there from now on is ours
+        m_backup.pagesLeft(save.pages);
+    }
+    return save.result;
 }
 
 Result PageFile::save(const CSerializable& application) {
-    if (untouchable()) {
-        return tl::make_unexpected(QStringLiteral("It is left as it is"));
+    auto save = prepare(application);
+    if (!save) {
+        return tl::make_unexpected(save.error());
     }
-    const auto written = writtenBy(application);
-    if (!written) {
-        return tl::make_unexpected(written.error());
-    }
-    for (const auto keep : {&PageFile::keepFound, &PageFile::keepLatecomer}) {
-        if (const auto kept = (this->*keep)(); !kept) {
-            return kept;
-        }
-    }
-    if (const auto saved = replaceFile(m_path, written->bytes, Lasting::yes); !saved) {
-        return saved;
-    }
-    m_saved = true; // what stands there from now on is ours
-    m_backup.pagesLeft(written->pages);
-    return {};
+    save->write();
+    return finish(*save);
 }
 
 } // namespace raincast

@@ -3,6 +3,7 @@
 
 #include "persist/page_backup.h"
 #include "persist/page_bytes.h"
+#include "persist/page_save.h"
 
 #include <QString>
 
@@ -14,7 +15,7 @@ namespace raincast {
 class CSerializable;
 
 /// The page file on disk during one run of the program: looked at and loaded once at the start,
-/// written at the end, with the state that was loaded kept beside it as "<name>.bak"
+/// written as often as it has to be, with the state that was loaded kept beside it as "<name>.bak"
 /// (persist/page_backup.h).
 ///
 /// A save replaces the file as a whole: whatever happens meanwhile, the old file or the new one is
@@ -62,12 +63,23 @@ public:
     /// stop: "No space left on device". Untouchable, it always fails.
     [[nodiscard]] tl::expected<void, QString> save(const CSerializable& application);
 
+    /// The same in three steps, the second of which needs neither the object nor this and may be
+    /// done in another thread: PageSave::write(). The first and the last know the disk's state, so
+    /// that no other save may come between them.
+    using Prepared = tl::expected<PageSave, QString>;
+    [[nodiscard]] Prepared prepare(const CSerializable& application) const;
+    [[nodiscard]] tl::expected<void, QString> finish(const PageSave& save);
+
     [[nodiscard]] const QString& path() const { return m_path; }
     [[nodiscard]] PageBackup& backup() { return m_backup; }
 
 private:
-    [[nodiscard]] tl::expected<void, QString> keepFound();
-    [[nodiscard]] tl::expected<void, QString> keepLatecomer();
+    /// What is to be put into the .bak file, if anything.
+    using ToBackUp = tl::expected<std::optional<PageSave::Backup>, QString>;
+    [[nodiscard]] ToBackUp backupOfFound() const;
+    [[nodiscard]] ToBackUp backupOfLatecomer() const;
+    [[nodiscard]] std::optional<PageSave::Backup>
+    backupOf(const PageBytes& pages, PageBackup::Verdict verdict) const;
 
     QString m_path;
     ExaminePages m_examine;

@@ -34,15 +34,16 @@ void PersistantData::loadAll(RegistryStore& store, const QString& application) {
     exchangeAll(SettingsExchange::Direction::load, store, application);
 }
 
-tl::expected<void, QString>
-PersistantData::saveAll(RegistryStore& store, const QString& application) {
+void PersistantData::putAll(RegistryStore& store, const QString& application) {
     store.addKey(Branch::machine, rootKey(application));
     store.addKey(Branch::user, rootKey(application));
     exchangeAll(SettingsExchange::Direction::save, store, application);
-    if (!store.save(Branch::machine)) {
-        store.moveMachineChangesToUser();
-    }
-    return store.save(Branch::user);
+}
+
+tl::expected<void, QString>
+PersistantData::saveAll(RegistryStore& store, const QString& application) {
+    putAll(store, application);
+    return store.saveBoth();
 }
 
 // The last first, as one member may have been set twice.

@@ -19,7 +19,7 @@ class RegistryStore;
 /// Base of a class's settings record (its nested class `Persistant`): settings that belong to the
 /// installation rather than to a page. Constructing a record registers it, for as long as it lives,
 /// under the name of the class that owns it; most are static objects. All are loaded together
-/// before the first window and saved together after the last.
+/// before the first window and saved together, after the last and as often as one was changed.
 ///
 /// The values of record "CGlobals" of application "Raincast_1" stand under the key
 /// "Software/Quorvane/Raincast_1/CGlobals" of the registry.
@@ -33,9 +33,11 @@ public:
     /// its owner gave it. Only reads the store.
     static void loadAll(RegistryStore& store, const QString& application);
 
-    /// Saves every record, creating the application's key in both branches. It fails when the
-    /// user's branch cannot be written (RegistryStore::save); that the machine's cannot is no
-    /// failure, what was meant for it is then the user's.
+    /// Puts every record into the store, where it waits for RegistryStore::saveBoth(), and with it
+    /// the application's key in both branches.
+    static void putAll(RegistryStore& store, const QString& application);
+
+    /// Saves every record: puts it into the store and saves both branches.
     static tl::expected<void, QString> saveAll(RegistryStore& store, const QString& application);
 
     /// Sets the member of a value of this record for this run only, as an option of the command

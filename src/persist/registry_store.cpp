@@ -175,6 +175,13 @@ tl::expected<void, QString> RegistryStore::save(Branch branch) {
     return {};
 }
 
+tl::expected<void, QString> RegistryStore::saveBoth() {
+    if (!save(Branch::machine)) {
+        moveMachineChangesToUser();
+    }
+    return save(Branch::user);
+}
+
 void RegistryStore::moveMachineChangesToUser() {
     merge(m_user.keys, m_machine.changes);
     merge(m_user.changes, m_machine.changes);

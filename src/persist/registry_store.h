@@ -67,6 +67,11 @@ public:
     /// machine's file cannot be written.
     void moveMachineChangesToUser();
 
+    /// Saves both branches. It fails when the user's cannot be written; that the machine's cannot
+    /// is no failure, what was meant for it is then the user's. May be called in another thread,
+    /// while nothing else uses the store.
+    [[nodiscard]] tl::expected<void, QString> saveBoth();
+
 private:
     struct File {
         QString path;
