@@ -4,6 +4,7 @@
 #include "app/raincast_app.h"
 #include "app/viewer_log.h"
 #include "core/folders.h"
+#include "core/user_change.h"
 #include "persist/persistant_data.h"
 #include "persist/registry_store.h"
 #include "window/message_box.h"
@@ -12,7 +13,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <cstdio>
+#include <utility>
 
 namespace raincast {
 
@@ -87,10 +88,77 @@ void Keeper::askForBackup(QWidget* window) {
                  .arg(m_file.path(), pagesIn(offer.pages)));
 }
 
+bool Keeper::keepsSettings() const {
+    return m_file.state() != PageFile::State::unreadable && !m_givenUp;
+}
+
+void Keeper::Save::write() {
+    if (pages) {
+        pages->write();
+    }
+    if (settings != nullptr) {
+        settingsResult = settings->saveBoth();
+    }
+}
+
+Keeper::Save Keeper::begin() {
+    Save save;
+    if (keepsPages()) {
+        auto pages = makeUsualFolder(m_file.path()).and_then([this] {
+            return m_file.prepare(m_application);
+        });
+        if (!pages) {
+            save.unwritable = pages.error();
+        } else if (pages->bytes != m_lastPages) {
+            save.pages = std::move(*pages);
+        }
+    }
+    if (m_loaded && keepsSettings()) {
+        if (!m_store) {
+            m_store = RegistryStore::inStandardFolders();
+        }
+        PersistantData::putAll(*m_store, CGlobals::application());
+        save.settings = &*m_store;
+    }
+    return save;
+}
+
+QStringList Keeper::finish(const Save& save) {
+    QStringList problems;
+    const auto note = [&problems](const char* what, const QString& reason) {
+        problems +=
+            QStringLiteral("The %1 cannot be saved: %2.").arg(QString::fromLatin1(what), reason);
+    };
+    if (save.unwritable) {
+        note("pages and marks", *save.unwritable);
+    }
+    if (save.pages) {
+        if (const auto saved = m_file.finish(*save.pages)) {
+            m_lastPages = save.pages->bytes;
+        } else {
+            note("pages and marks", saved.error());
+        }
+        noteDeclinedBackup();
+    }
+    if (!save.settingsResult) {
+        note("settings", save.settingsResult.error());
+    }
+    return problems;
+}
+
+// The decision is one of the user's, who deleted pages, and belongs to the settings.
+void Keeper::noteDeclinedBackup() {
+    const QString before =
+        std::exchange(m_settings.declinedBackup, m_file.backup().decidedAgainst());
+    if (m_settings.declinedBackup != before) {
+        UserChange::announce();
+    }
+}
+
 std::optional<QString> Keeper::writePages() {
     const auto saved =
         makeUsualFolder(m_file.path()).and_then([this] { return m_file.save(m_application); });
-    m_settings.declinedBackup = m_file.backup().decidedAgainst();
+    noteDeclinedBackup();
     if (saved) {
         return std::nullopt;
     }
@@ -117,7 +185,7 @@ QStringList Keeper::problemsOf(std::initializer_list<Write> writes) {
 }
 
 void Keeper::savePages(Audience audience, QWidget* window) {
-    if (!m_loaded || m_file.untouchable()) {
+    if (!keepsPages()) {
         return; // the user has read so at the start
     }
     QStringList problems = problemsOf({&Keeper::writePages});
@@ -129,7 +197,7 @@ void Keeper::savePages(Audience audience, QWidget* window) {
 }
 
 void Keeper::saveSettings(Audience audience) {
-    if (m_file.state() != PageFile::State::unreadable && !m_givenUp) {
+    if (keepsSettings()) {
         insist(problemsOf({&Keeper::writeSettings}), {&Keeper::writeSettings}, audience, nullptr);
     }
 }

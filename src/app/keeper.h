@@ -3,6 +3,7 @@
 
 #include "app/globals.h"
 #include "persist/page_file.h"
+#include "persist/registry_store.h"
 
 #include <QString>
 #include <QStringList>
@@ -40,6 +41,24 @@ public:
     /// Saves the pages, unless the file must stay as it is. If they cannot be saved, the user reads
     /// in the same box whether the settings cannot be saved either.
     void savePages(Audience audience, QWidget* window);
+    /// A save on its way to the disk: begin() makes it, write() carries it out, in any thread, and
+    /// finish() takes it back. Nothing else may be saved between the first and the last.
+    struct Save {
+        std::optional<PageSave> pages;     ///< unless they stay as they are
+        RegistryStore* settings = nullptr; ///< null: they stay as they are
+        tl::expected<void, QString> settingsResult;
+        std::optional<QString> unwritable; ///< why there is nothing to write of the pages
+
+        void write();
+    };
+    /// What there is to save at present. Empty while the pages are not loaded, and if nothing of
+    /// this run is saved.
+    [[nodiscard]] Save begin();
+    /// What could not be saved, a sentence each.
+    QStringList finish(const Save& save);
+    /// Whether the pages are loaded: until then there is nothing to save.
+    [[nodiscard]] bool loaded() const { return m_loaded; }
+
     /// Saves the settings, unless nothing of this run is saved or the user has given up. Needs no
     /// window.
     void saveSettings(Audience audience);
@@ -59,12 +78,18 @@ private:
         QStringList problems, std::initializer_list<Write> writes, Audience audience,
         QWidget* window
     );
+    void noteDeclinedBackup();
     void complain(const QString& text);
+
+    [[nodiscard]] bool keepsPages() const { return m_loaded && !m_file.untouchable(); }
+    [[nodiscard]] bool keepsSettings() const;
 
     CRaincastApp& m_application;
     CGlobals::Persistant& m_settings;
     PageFile m_file;
-    QStringList m_complaints; ///< on standard error
+    QByteArray m_lastPages;               ///< that are in the file, as far as this knows
+    std::optional<RegistryStore> m_store; ///< of saves in steps
+    QStringList m_complaints;             ///< on standard error
     bool m_loaded = false;
     bool m_givenUp = false;
 };

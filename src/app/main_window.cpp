@@ -5,6 +5,7 @@
 #include "app/drawn_icon.h"
 #include "app/globals.h"
 #include "core/heartbeat.h"
+#include "core/user_change.h"
 #include "window/commands.h"
 #include "window/screen_style.h"
 
@@ -170,6 +171,18 @@ void MainWindow::followCaption() {
     m_frame->setWindowTitle(caption.isEmpty() ? title : caption + QStringLiteral(" - ") + title);
 }
 
+// Until it was painted it is being put in its place.
+void MainWindow::followPlace(QEvent::Type event) {
+    if (event == QEvent::Paint) {
+        m_painted = true;
+    }
+    const bool moves =
+        event == QEvent::Resize || event == QEvent::Move || event == QEvent::WindowStateChange;
+    if (m_painted && moves) {
+        UserChange::announce();
+    }
+}
+
 void MainWindow::toggleFullScreen() {
     m_frame->setWindowState(m_frame->windowState() ^ Qt::WindowFullScreen);
 }
@@ -198,6 +211,7 @@ bool MainWindow::windowProcedure(QEvent& event) {
     if (event.type() == QEvent::WindowStateChange) {
         m_commands.action(kFullScreen).setChecked(m_frame->isFullScreen());
     }
+    followPlace(event.type());
     return Window::windowProcedure(event);
 }
 

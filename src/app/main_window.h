@@ -4,6 +4,7 @@
 #include "window/command_set.h"
 #include "window/window.h"
 
+#include <QEvent>
 #include <QPointer>
 #include <QString>
 
@@ -60,10 +61,12 @@ private:
     void makeBar();
     void toggleFullScreen();
     void followCaption();
+    void followPlace(QEvent::Type event);
 
     Callbacks m_callbacks;
     QPointer<QMainWindow> m_frame;
     CommandSet m_commands;
+    bool m_painted = false;
 };
 
 } // namespace raincast

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/viewer.h"
 
+#include "app/background_save.h"
 #include "app/log_out.h"
 #include "app/main_window.h"
 #include "app/screenshot.h"
@@ -59,6 +60,7 @@ Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {}
 
 Viewer::~Viewer() {
     running = nullptr;
+    m_saving.reset();
     m_application.clear();
 }
 
@@ -81,6 +83,7 @@ int Viewer::run() {
     }
     WindowPlace::keep(*m_window->frame());
     savePages();
+    m_saving.reset();
     m_window->destroy();
     running = nullptr;
     saveSettings();
@@ -146,10 +149,28 @@ void Viewer::loadPages() {
     m_keeper = std::make_unique<Keeper>(
         m_application, m_settings, path.isEmpty() ? Keeper::usualPageFile() : path
     );
+    if (forAPerson()) {
+        saveInBackground();
+    }
     m_keeper->loadPages(m_window->frame());
+    m_target.apply();
     if (m_application.current() == nullptr && !Modal::endRequested()) {
         m_application.restoreDefaultPages();
     }
+}
+
+void Viewer::saveInBackground() {
+    m_saving = std::make_unique<BackgroundSave>(
+        *m_keeper, m_timers,
+        BackgroundSave::Callbacks{
+            [this] { WindowPlace::keep(*m_window->frame()); },
+            [this](const QStringList& problems) {
+                const QString again = QStringLiteral("It is tried again every 10 seconds.");
+                m_application.setNotice(
+                    problems.isEmpty() ? QString() : (problems + QStringList(again)).join(u' ')
+                );
+            }}
+    );
 }
 
 void Viewer::openPositionSource() {
@@ -223,6 +244,9 @@ void Viewer::saveNow() {
 
 // A run that makes a picture writes only the files that its options name.
 void Viewer::savePages() {
+    if (m_saving) {
+        m_saving->settle();
+    }
     if (m_keeper && (forAPerson() || !m_options.pageFile.isEmpty())) {
         m_keeper->savePages(audience(), m_window->frame());
     }

@@ -10,12 +10,14 @@
 #include "app/position_source_settings_type.h"
 #include "app/raincast_app.h"
 #include "core/timers.h"
+#include "map/target_setting.h"
 #include "position/position_receiver.h"
 
 #include <memory>
 
 namespace raincast {
 
+class BackgroundSave;
 class MainWindow;
 class LogOut;
 class SingleInstance;
@@ -59,6 +61,7 @@ private:
     [[nodiscard]] bool claimPageFile();
     void createWindow();
     void loadPages();
+    void saveInBackground();
     void saveAtExit();
     void openPositionSource();
     [[nodiscard]] int loop();
@@ -79,9 +82,11 @@ private:
     std::unique_ptr<LogOut> m_logOut;
     std::unique_ptr<MainWindow> m_window;
     CRaincastApp m_application;
+    TargetSetting m_target{m_application.marks()};
     QtTimers m_timers;
     PositionReceiver m_receiver{m_timers};
     PositionSourceSettingsType m_positionSource{m_receiver};
+    std::unique_ptr<BackgroundSave> m_saving; ///< of a run for a person
     bool m_looping = false;
     bool m_userIsThere = false; ///< and can be asked when something cannot be saved
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/item_map_view.h"
 
+#include "core/user_change.h"
 #include "map/follow_icon.h"
 #include "map/map_lines.h"
 #include "map/map_menu.h"
@@ -173,6 +174,7 @@ bool CItemMapView::firstOnPage() const {
 
 void CItemMapView::follow() {
     m_following = true;
+    UserChange::announce();
     if (m_lastFix.valid()) {
         m_following = centreOn(placeOf(m_lastFix));
     }
@@ -181,6 +183,7 @@ void CItemMapView::follow() {
 
 void CItemMapView::stopFollowing() {
     m_following = false;
+    UserChange::announce();
     invalidate();
 }
 
@@ -198,6 +201,7 @@ std::optional<GeoPosition> CItemMapView::positionAt(PagePoint point) const {
 bool CItemMapView::goTo(GeoPosition position) {
     const bool shown = centreOn(position);
     m_following = m_following && !shown;
+    UserChange::announce();
     return shown;
 }
 
@@ -284,6 +288,7 @@ void CItemMapView::onUnitsChanged() {
 
 void CItemMapView::zoomBy(int step) {
     if (m_view.zoomBy(step, centre())) {
+        UserChange::announce();
         invalidate();
     }
 }
@@ -292,6 +297,7 @@ void CItemMapView::zoomBy(int step) {
 void CItemMapView::panBy(int dx, int dy) {
     m_following = false;
     place({dx, dy}, m_view.origin());
+    UserChange::announce();
 }
 
 void CItemMapView::place(PagePoint point, ImagePixel pixel) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/map_lines_setting.h"
 
+#include "core/user_change.h"
 #include "persist/persistant_data.h"
 
 namespace raincast {
@@ -32,6 +33,7 @@ bool MapLinesSetting::shown(Line line) {
 
 void MapLinesSetting::show(Line line, bool wanted) {
     choice[line] = wanted ? 1 : 0;
+    UserChange::announce();
 }
 
 } // namespace raincast

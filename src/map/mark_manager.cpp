@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/mark_manager.h"
 
+#include "core/user_change.h"
 #include "geo/way.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
@@ -16,6 +17,7 @@ constexpr float kWholeTurn = 360;
 // A little more than half a turn, so that rounding leaves straight back on the side where it is.
 constexpr float kHalfTurn = 180.0001F;
 constexpr float kLeastStartMetres = 5;
+constexpr double kMostStartMetres = 4.1e7; // once round the earth
 // A mark on the equator as a target: a tenth of a millimetre off it, as 0 stands for no target.
 constexpr double kBesideTheEquator = 1e-9;
 
@@ -28,6 +30,14 @@ auto placeOf(List& marks, const COverlayMark& mark) {
     return std::find_if(marks.begin(), marks.end(), [&mark](const COverlayMark& each) {
         return &each == &mark;
     });
+}
+
+MarkData targetOf(const MarkData& mark) {
+    MarkData target = mark;
+    if (target.latitude == 0) {
+        target.latitude = kBesideTheEquator;
+    }
+    return target;
 }
 
 float relativeTo(float course, float bearing) {
@@ -54,6 +64,7 @@ COverlayMark& CMarkManager::add(const GeoPosition& position, const QString& name
     const GeoPosition place{onEarth(position.latitude, 90), onEarth(position.longitude, 360)};
     COverlayMark& mark = m_marks.emplace_back(place, name);
     mark.announceChanged();
+    UserChange::announce();
     return mark;
 }
 
@@ -69,6 +80,7 @@ void CMarkManager::rename(const COverlayMark& mark, const QString& name) {
         Listener<NavigationData>::Notify(m_navigation);
     }
     place->announceChanged();
+    UserChange::announce();
 }
 
 void CMarkManager::remove(const COverlayMark& mark) {
@@ -77,13 +89,14 @@ void CMarkManager::remove(const COverlayMark& mark) {
         return;
     }
     if (isTarget(mark)) {
-        clearTarget();
+        dropTarget();
     }
     m_marks.erase(place);
+    UserChange::announce();
 }
 
 void CMarkManager::clear() {
-    clearTarget();
+    dropTarget();
     while (!m_marks.empty()) {
         m_marks.pop_back(); // the last first: the list of overlays is searched from its end
     }
@@ -93,15 +106,46 @@ void CMarkManager::setTarget(const COverlayMark& mark) {
     if (placeOf(m_marks, mark) == m_marks.end() || !mark.isPlaced()) {
         return;
     }
-    m_target = mark;
-    if (m_target.latitude == 0) {
-        m_target.latitude = kBesideTheEquator;
-    }
+    takeTarget(mark);
+    UserChange::announce();
+}
+
+void CMarkManager::takeTarget(const COverlayMark& mark) {
+    m_target = targetOf(mark);
     m_targetMark = &mark;
     dropNavigation();
 }
 
 void CMarkManager::clearTarget() {
+    if (hasTarget()) {
+        dropTarget();
+        UserChange::announce();
+    }
+}
+
+std::optional<CMarkManager::Target> CMarkManager::chosenTarget() const {
+    return hasTarget() ? std::optional(Target{m_target, m_startLine.reference}) : std::nullopt;
+}
+
+bool CMarkManager::restoreTarget(const Target& target) {
+    const auto found = std::find_if(m_marks.begin(), m_marks.end(), [&](const COverlayMark& mark) {
+        const MarkData data = targetOf(mark);
+        return mark.isPlaced() && data.name == target.mark.name &&
+               data.position() == target.mark.position();
+    });
+    if (found == m_marks.end()) {
+        return false;
+    }
+    takeTarget(*found);
+    const auto start = target.start.value_or(LocalOffset());
+    const bool onEarth = std::hypot(start.eastMetres, start.northMetres) < kMostStartMetres;
+    if (const auto line = onEarth ? lineFrom(start) : std::nullopt) {
+        m_startLine = *line;
+    }
+    return true;
+}
+
+void CMarkManager::dropTarget() {
     if (hasTarget()) {
         m_target = {};
         m_targetMark = nullptr;
@@ -143,16 +187,28 @@ void CMarkManager::navigate(float course) {
     m_navigation.distance = distance;
     m_navigation.bearing = bearingBack(east, north);
     m_navigation.relativeBearing = relativeTo(course, m_navigation.bearing);
-    m_navigation.crossTrack = crossTrack(offset, distance);
+    m_navigation.crossTrack = crossTrack(offset);
     m_navigating = true;
     Listener<NavigationData>::Notify(m_navigation);
 }
 
-float CMarkManager::crossTrack(const LocalOffset& offset, float distance) {
+auto CMarkManager::lineFrom(const LocalOffset& start) -> std::optional<StartLine> {
+    const auto east = static_cast<float>(start.eastMetres);
+    const auto north = static_cast<float>(start.northMetres);
+    const float distance = std::sqrt(north * north + east * east);
+    if (!(distance > kLeastStartMetres)) {
+        return std::nullopt;
+    }
+    return StartLine{start, -north / distance, east / distance};
+}
+
+float CMarkManager::crossTrack(const LocalOffset& offset) {
     const auto east = static_cast<float>(offset.eastMetres);
     const auto north = static_cast<float>(offset.northMetres);
-    if (!m_startLine.reference && distance > kLeastStartMetres) {
-        m_startLine = {offset, -north / distance, east / distance};
+    const auto line = m_startLine.reference ? std::nullopt : lineFrom(offset);
+    if (line) {
+        m_startLine = *line;
+        UserChange::announce(); // it belongs to the target that the user has chosen
         return 0;
     }
     return m_startLine.normalEast * north + m_startLine.normalNorth * east;

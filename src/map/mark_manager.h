@@ -50,6 +50,19 @@ public:
     /// The target; its latitude is 0 without one.
     [[nodiscard]] const MarkData& target() const { return m_target; }
 
+    /// The target, and where the line to it starts, seen from it; empty as long as no position
+    /// has come since it was chosen.
+    struct Target {
+        MarkData mark;
+        std::optional<LocalOffset> start;
+    };
+    /// Empty without a target.
+    [[nodiscard]] std::optional<Target> chosenTarget() const;
+    /// Makes the mark of that name and place the target, as chosenTarget() had it. False, and
+    /// nothing changes, without such a mark. A start that is too close to it or not on the earth is
+    /// left out.
+    bool restoreTarget(const Target& target);
+
     /// Where the user was at the last fix; empty before the first.
     [[nodiscard]] const std::optional<GeoPosition>& currentPosition() const { return m_position; }
     /// The way to the target from there; null without a target, and before the first fix that came
@@ -71,9 +84,13 @@ private:
         float normalEast = 0;  ///< the east offset, over the distance
     };
 
+    [[nodiscard]] static std::optional<StartLine> lineFrom(const LocalOffset& start);
+
     void onPublished(CDataGPSPosition& position) override;
+    void takeTarget(const COverlayMark& mark);
+    void dropTarget();
     void navigate(float course);
-    [[nodiscard]] float crossTrack(const LocalOffset& offset, float distance);
+    [[nodiscard]] float crossTrack(const LocalOffset& offset);
     void dropNavigation();
 
     std::list<COverlayMark> m_marks;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/overlay_gps_position.h"
 
+#include "core/user_change.h"
 #include "geo/geo_reference.h"
 #include "geo/local_frame.h"
 #include "persist/persistant_data.h"
@@ -83,6 +84,7 @@ void COverlayGPSPosition::setVectorScale(float minutes) {
         return;
     }
     minutesShown = minutes;
+    UserChange::announce();
     const std::vector<COverlayObject*> objects = all();
     for (COverlayObject* object : objects) {
         if (auto* const position = dynamic_cast<COverlayGPSPosition*>(object)) {

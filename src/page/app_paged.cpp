@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "page/app_paged.h"
 
+#include "core/user_change.h"
 #include "page/dlg_pages.h"
 #include "page/empty_hint.h"
 #include "page/page.h"
@@ -8,12 +9,16 @@
 #include "page/page_type.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
+#include "window/bottom_rows.h"
 #include "window/command_set.h"
 #include "window/commands.h"
+#include "window/dialog_layout.h"
 #include "window/dlg_item_type_select.h"
+#include "window/screen_metrics.h"
 #include "window/zoom_input.h"
 
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 
 #include <algorithm>
@@ -34,6 +39,15 @@ void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, Q
     m_pageMenu = std::make_unique<PageMenu>(*this, pageMenu);
     m_hint = std::make_unique<EmptyHint>(client);
     m_zoomInput = std::make_unique<ZoomInput>();
+    auto* const rows = new BottomRows(client);
+    m_notice = new QLabel;
+    m_notice->setTextFormat(Qt::PlainText);
+    m_notice->setWordWrap(true);
+    m_notice->setMargin(2 * dialogMargin(ScreenMetrics::current().logPixelsY));
+    m_notice->setBackgroundRole(QPalette::ToolTipBase);
+    m_notice->setForegroundRole(QPalette::ToolTipText);
+    m_notice->setAutoFillBackground(true);
+    rows->add(*m_notice);
     Window::attach(window, &client);
 }
 
@@ -147,6 +161,7 @@ bool CAppPaged::addPage(QWidget* parent) {
         return false;
     }
     append(std::move(page));
+    UserChange::announce();
     select(m_pages.size() - 1);
     return true;
 }
@@ -154,6 +169,7 @@ bool CAppPaged::addPage(QWidget* parent) {
 void CAppPaged::swapWithNext(Position position) {
     if (position < m_pages.size() && position + 1 < m_pages.size()) {
         std::swap(m_pages[position], m_pages[position + 1]);
+        UserChange::announce();
         showState();
     }
 }
@@ -166,6 +182,7 @@ void CAppPaged::remove(Position position) {
         select(std::nullopt);
     }
     m_pages.erase(m_pages.begin() + static_cast<std::ptrdiff_t>(position));
+    UserChange::announce();
     showState();
 }
 
@@ -211,6 +228,13 @@ void CAppPaged::runPagesDialog() {
         addPage(widget());
     }
     showState();
+}
+
+void CAppPaged::setNotice(const QString& text) {
+    if (m_notice) {
+        m_notice->setText(text);
+        m_notice->setVisible(!text.isEmpty());
+    }
 }
 
 void CAppPaged::onSize(int width, int height) {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+class QLabel;
 class QMenu;
 
 namespace raincast {
@@ -89,6 +90,10 @@ public:
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
 
+    /// Shows a text over the bottom of whatever page is shown; an empty one takes it away. Needs
+    /// the window.
+    void setNotice(const QString& text);
+
     void onCommand(int id, QWidget* control, int notification) override;
     void onSize(int width, int height) override;
     bool windowProcedure(QEvent& event) override;
@@ -108,6 +113,7 @@ private:
     PageList m_pages;
     Page* m_current = nullptr;
     QPointer<QWidget> m_client;
+    QPointer<QLabel> m_notice;
     CommandSet* m_commands = nullptr;
     QPointer<QMenu> m_menu;
     std::unique_ptr<PageMenu> m_pageMenu;

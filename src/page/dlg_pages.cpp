@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "page/dlg_pages.h"
 
+#include "core/user_change.h"
 #include "page/page.h"
 #include "window/dialog_template.h"
 #include "window/dlg_rename.h"
@@ -142,6 +143,7 @@ void CAppPaged::CDlgPages::edit(int id) {
 void CAppPaged::CDlgPages::toggleEnabled() {
     if (m_selected != nullptr) {
         m_selected->setEnabled(!m_selected->enabled());
+        UserChange::announce();
     }
     updateButtons();
 }
@@ -154,6 +156,7 @@ void CAppPaged::CDlgPages::rename() {
     if (dialog.run(widget()) == kOk) {
         m_selected->setName(dialog.name());
         m_selected->contentChanged();
+        UserChange::announce();
         fill();
     }
 }
@@ -194,6 +197,7 @@ void CAppPaged::CDlgPages::addPage() {
 void CAppPaged::CDlgPages::restoreDefault() {
     m_selected = nullptr;
     end(kCancel);
+    UserChange::announce();
     m_application.restoreDefaultPages();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "page/page_display.h"
 
+#include "core/user_change.h"
 #include "page/context_menu.h"
 #include "page/item.h"
 #include "page/item_catalogue.h"
@@ -158,6 +159,7 @@ void CPageDisplay::chooseAndAddItem() {
     prepare(item);
     item.setRectangle(item.rectangle());
     m_layoutMode = true;
+    UserChange::announce();
     // Last: a new item may show a dialog of its own.
     item.windowCreated();
 }
@@ -169,6 +171,7 @@ void CPageDisplay::deleteSelected() {
         return;
     }
     itemDeleted(*item);
+    UserChange::announce();
     const auto needs = [&item](const auto& other) { return other->menuId() == item->menuId(); };
     if (std::none_of(m_items.begin(), m_items.end(), needs)) {
         removeMenu(item->menuId());
@@ -182,6 +185,7 @@ void CPageDisplay::itemDeleted(const CItem& item) {
 void CPageDisplay::bringSelectedToFront() {
     if (auto item = takeSelected()) {
         m_items.push_back(std::move(item));
+        UserChange::announce();
     }
 }
 

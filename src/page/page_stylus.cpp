@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "page/page_stylus.h"
 
+#include "core/user_change.h"
 #include "page/context_menu.h"
 #include "page/item.h"
 #include "page/layout_geometry.h"
@@ -119,9 +120,11 @@ void PageStylus::move(PagePoint place) {
         break;
     case Drag::moves:
         item->setRectangle(movedBy(present, dx, dy, page));
+        UserChange::announce();
         break;
     case Drag::resizes:
         item->setRectangle(resizedBy(present, dx, dy, page, m_gripSize));
+        UserChange::announce();
         break;
     case Drag::captured:
         item->stylusMove(place.x - present.left, place.y - present.top);

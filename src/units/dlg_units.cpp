@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "units/dlg_units.h"
 
+#include "core/user_change.h"
 #include "page/global_settings_type.h"
 #include "units/position_format_type.h"
 #include "window/dialog_template.h"
@@ -64,6 +65,7 @@ void CUnits::CDlgUnits::onOk() {
     chosen.speed = speedUnitFor(chosen.units);
     chosen.positionFormat = &PositionFormatType::named(m_formats.selectedText());
     setGlobal(chosen);
+    UserChange::announce();
     Dialog::onOk();
 }
 

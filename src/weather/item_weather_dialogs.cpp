@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/item_weather_dialogs.h"
 
+#include "core/user_change.h"
 #include "net/http_settings.h"
 #include "weather/dlg_animation.h"
 #include "weather/dlg_layers.h"
@@ -19,12 +20,14 @@ void CItemWeather::Dialogs::chooseStation(GeoPosition position) {
         return;
     }
     if (const auto site = dialog.chosenSite()) {
+        UserChange::announce();
         m_item.m_loading->load(*site, true);
     }
 }
 
 void CItemWeather::Dialogs::editAnimation() {
     if (raincast::CDlgAnimation(m_item.m_state).run(m_item.page()->widget()) == Dialog::kOk) {
+        UserChange::announce();
         m_item.m_loading->update();
     }
 }
@@ -32,7 +35,11 @@ void CItemWeather::Dialogs::editAnimation() {
 void CItemWeather::Dialogs::editLayers() {
     RadarState& state = m_item.m_state;
     raincast::CDlgLayers dialog(state, m_item.m_layers);
-    if (dialog.run(m_item.page()->widget()) != Dialog::kOk || state.siteId.isEmpty()) {
+    if (dialog.run(m_item.page()->widget()) != Dialog::kOk) {
+        return;
+    }
+    UserChange::announce();
+    if (state.siteId.isEmpty()) {
         return;
     }
     if (dialog.basemapsChanged()) {
@@ -59,7 +66,10 @@ void CItemWeather::Dialogs::editStorage() {
         m_item.m_loading->showWaiting(waiting);
     });
     dialog.run(m_item.page()->widget());
-    followCache(dialog.cacheFolder());
+    if (dialog.cacheFolder() != m_item.m_state.cacheFolder) {
+        followCache(dialog.cacheFolder());
+        UserChange::announce();
+    }
     m_item.invalidate();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/servers_setting.h"
 
+#include "core/user_change.h"
 #include "persist/persistant_data.h"
 
 namespace raincast {
@@ -48,6 +49,7 @@ RadarServers ServersSetting::current() {
 
 void ServersSetting::set(const RadarServers& servers) {
     persistant.servers = servers;
+    UserChange::announce();
 }
 
 void ServersSetting::setForThisRun(const QString& radarServer, const QString& basemapServer) {

@@ -3,12 +3,14 @@
 #include "app/keeper.h"
 #include "app/viewer_harness.h"
 #include "app/window_place.h"
+#include "core/user_change.h"
 #include "persist/registry_store.h"
 #include "support/dialog_script.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "weather/dialog_controls.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QMetaMethod>
 
@@ -330,6 +332,36 @@ TEST_F(DamagedPagesTest, LookingAtAFileLeavesTheMarksAlone) {
     EXPECT_EQ(application.marks().marks().size(), 1U);
 }
 
+// While the program runs.
+
+TEST_F(KeeperTest, AChangeIsSavedWhileTheProgramRuns) {
+    putPages(fileOf({"One"}));
+    const QByteArray loaded = pages();
+    EXPECT_EQ(
+        run([&](Viewer& viewer) {
+            EXPECT_EQ(pages(), loaded);
+            EXPECT_FALSE(QFile::exists(home.userRegistry()));
+            viewer.application().marks().add({54.5, 11.25}, QStringLiteral("Harbour"));
+            EXPECT_TRUE(QTest::qWaitFor([&] { return pages() != loaded; }));
+            EXPECT_EQ(backup(), loaded);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(home.userRegistry()); }));
+            EXPECT_FALSE(readFile(home.userRegistry()).contains(server.host().toUtf8()))
+                << "a server of this run only";
+        }),
+        0
+    );
+    EXPECT_EQ(backup(), loaded);
+}
+
+TEST_F(KeeperTest, ARunThatMakesAPictureSavesNothingWhenItIsChanged) {
+    options.screenshot = home.path("picture.png");
+    bool listened = true;
+    QTimer::singleShot(0, [&] { listened = Listener<UserChange>::hasSource(); });
+    Viewer viewer(options);
+    EXPECT_EQ(viewer.run(), 0);
+    EXPECT_FALSE(listened);
+}
+
 // The rule of the backup, from run to run.
 
 TEST_F(KeeperTest, ABackupWithMorePagesStaysWhateverWasLoaded) {
@@ -425,6 +457,33 @@ TEST_F(FailingSaveTest, TheUserIsToldWhatIsLostAndMayTryAgain) {
     EXPECT_EQ(pages(), fileOf({"Mine", "Two"}));
     EXPECT_EQ(backup(), old);
     EXPECT_TRUE(QFile::exists(home.userRegistry()));
+}
+
+TEST_F(FailingSaveTest, WhileTheProgramRunsItIsALineOnThePage) {
+    EXPECT_EQ(
+        run([this](Viewer& viewer) {
+            const auto lineShown = [&viewer] {
+                for (const QLabel* label : viewer.window()->client()->findChildren<QLabel*>()) {
+                    if (label->isVisible() && label->text().contains("cannot be saved")) {
+                        return label->text().toStdString();
+                    }
+                }
+                return std::string();
+            };
+            breakFolders();
+            renameTo(viewer, "Mine");
+            UserChange::announce();
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !lineShown().empty(); }));
+            EXPECT_THAT(lineShown(), HasSubstr("The pages and marks cannot be saved: "));
+            EXPECT_THAT(lineShown(), HasSubstr("The settings cannot be saved: "));
+            EXPECT_THAT(lineShown(), HasSubstr("It is tried again every 10 seconds."));
+            mendFolders();
+            UserChange::announce();
+            EXPECT_TRUE(QTest::qWaitFor([&] { return lineShown().empty(); }));
+            EXPECT_EQ(pages(), fileOf({"Mine", "Two"}));
+        }),
+        0
+    );
 }
 
 TEST_F(FailingSaveTest, WhatFailsNoMoreIsNotToldAgain) {

@@ -409,6 +409,54 @@ TEST_F(MarkManagerTest, ChoosingATargetStartsTheLineAnew) {
     EXPECT_NE(manager.navigation()->crossTrack, 0);
 }
 
+TEST_F(MarkManagerTest, ATargetIsRestoredWithTheLineToIt) {
+    aim();
+    EXPECT_FALSE(manager.chosenTarget()->start);
+    publish(0, -100);
+    publish(10, -50);
+    const auto chosen = manager.chosenTarget();
+    ASSERT_TRUE(chosen && chosen->start);
+    const float crossTrack = manager.navigation()->crossTrack;
+    manager.clearTarget();
+    EXPECT_FALSE(manager.chosenTarget());
+    EXPECT_TRUE(manager.restoreTarget(*chosen));
+    EXPECT_TRUE(manager.isTarget(manager.marks().front()));
+    EXPECT_EQ(manager.navigation(), nullptr) << "until the next position";
+    publish(10, -50);
+    EXPECT_EQ(manager.navigation()->crossTrack, crossTrack);
+}
+
+TEST_F(MarkManagerTest, ATargetThatIsNoMarkIsNotRestored) {
+    aim();
+    const MarkData mark = manager.target();
+    manager.clearTarget();
+    for (const MarkData& other :
+         {MarkData{mark.latitude, mark.longitude, QStringLiteral("Other")},
+          MarkData{mark.latitude + 1e-9, mark.longitude, mark.name},
+          MarkData{mark.latitude, kNoNumber, mark.name},
+          MarkData{kInfinity, mark.longitude, mark.name}}) {
+        EXPECT_FALSE(manager.restoreTarget({other, std::nullopt}));
+        EXPECT_FALSE(manager.hasTarget());
+    }
+    const COverlayMark& equator = manager.add({0, 5}, QStringLiteral("Line"));
+    manager.setTarget(equator);
+    const auto chosen = manager.chosenTarget();
+    manager.clearTarget();
+    EXPECT_TRUE(manager.restoreTarget(*chosen));
+    EXPECT_TRUE(manager.isTarget(equator));
+}
+
+TEST_F(MarkManagerTest, ALineThatStartsNowhereIsLeftOut) {
+    aim();
+    const MarkData mark = manager.target();
+    for (const LocalOffset& start :
+         {LocalOffset{0, 0}, LocalOffset{3, 3}, LocalOffset{kNoNumber, 100},
+          LocalOffset{kInfinity, 0}, LocalOffset{0, 5e7}, LocalOffset{1e300, 1e300}}) {
+        EXPECT_TRUE(manager.restoreTarget({mark, start}));
+        EXPECT_FALSE(manager.chosenTarget()->start);
+    }
+}
+
 TEST_F(MarkManagerTest, ListenersSeeThatTheTargetIsCleared) {
     aim();
     publish(0, -100);

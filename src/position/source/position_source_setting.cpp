@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "position/source/position_source_setting.h"
 
+#include "core/user_change.h"
 #include "persist/persistant_data.h"
 #include "position/position_receiver.h"
 
@@ -39,6 +40,7 @@ tl::expected<std::optional<PositionSourceAddress>, QString> PositionSourceSettin
 void PositionSourceSetting::choose(const QString& text) {
     chosen = text;
     forThisRun.reset();
+    UserChange::announce();
 }
 
 void PositionSourceSetting::useForThisRun(const QString& text) {
