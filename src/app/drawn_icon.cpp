@@ -81,6 +81,12 @@ void drawUpdate(QPainter& painter, const QColor& ink) {
     }
 }
 
+void drawStop(QPainter& painter, const QColor& ink) {
+    painter.setPen(stroke(ink, 2));
+    painter.setBrush(ink);
+    painter.drawRect(QRectF(6, 6, 12, 12));
+}
+
 void drawRaindrop(QPainter& painter, const QPointF& tip, double size) {
     QPainterPath drop(tip);
     drop.cubicTo(
@@ -123,6 +129,10 @@ QIcon zoomOutIcon() {
 
 QIcon updateIcon() {
     return QIcon(new DrawnIcon(drawUpdate));
+}
+
+QIcon stopIcon() {
+    return QIcon(new DrawnIcon(drawStop));
 }
 
 QIcon programIcon() {

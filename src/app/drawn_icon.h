@@ -10,6 +10,7 @@ namespace raincast {
 [[nodiscard]] QIcon zoomInIcon();
 [[nodiscard]] QIcon zoomOutIcon();
 [[nodiscard]] QIcon updateIcon();
+[[nodiscard]] QIcon stopIcon();
 
 /// The program's icon: a radar's sweep over rain.
 [[nodiscard]] QIcon programIcon();

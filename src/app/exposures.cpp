@@ -3,7 +3,6 @@
 
 #include "core/busy_guard.h"
 #include "core/end_signals.h"
-#include "net/http_settings.h"
 #include "position/navigator/navigator_waiting.h"
 #include "window/modal.h"
 
@@ -15,7 +14,7 @@ namespace raincast {
 namespace {
 
 void letThrough() {
-    // Without a guard our timers and sockets would run in the middle of a transfer.
+    // Without a guard our timers and sockets would run in the middle of the wait.
     if (BusyGuard::active()) {
         QCoreApplication::processEvents(
             QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers
@@ -27,7 +26,7 @@ bool ending() {
     return EndSignals::came() || Modal::endRequested();
 }
 
-// A transfer ends by itself, but the navigator may be busy for any length of time.
+// The navigator may be busy for any length of time.
 bool letThroughUntilTheEnd() {
     letThrough();
     return !ending();
@@ -36,14 +35,10 @@ bool letThroughUntilTheEnd() {
 } // namespace
 
 Exposures::Exposures() {
-    httpHooks().waiting = letThrough;
-    httpHooks().ending = ending;
     NavigatorWaiting::useHook(letThroughUntilTheEnd);
 }
 
 Exposures::~Exposures() {
-    httpHooks().waiting = nullptr;
-    httpHooks().ending = nullptr;
     NavigatorWaiting::useHook({});
 }
 

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/local_server.h"
 
-#include "core/busy_guard.h"
 #include "core/program_paths.h"
-#include "net/http_settings.h"
 
-#include <QDeadlineTimer>
 #include <QFileInfo>
-#include <QTcpSocket>
 #include <QUrl>
 
 #include <utility>
@@ -18,8 +14,8 @@ namespace {
 
 constexpr int kConnectMilliseconds = 1000;
 constexpr int kStartMilliseconds = 10'000;
-constexpr int kEndMilliseconds = 2000;
-constexpr int kPaintMilliseconds = 90;
+// The program's end waits for it.
+constexpr int kEndMilliseconds = 100;
 // A server that does not come up will hardly do so at the next update; but of two viewers that
 // start at the same time only one can have the port, and the other has to try again.
 constexpr int kMostFailures = 3;
@@ -33,23 +29,37 @@ QString LocalServer::installedProgram() {
 LocalServer::LocalServer(QString address, QString program)
     : m_address(std::move(address)), m_program(std::move(program)) {
     m_server.setStandardErrorFile(QProcess::nullDevice());
-    ConnectionManager::use(this);
+    m_limit.setSingleShot(true);
+    QObject::connect(&m_limit, &QTimer::timeout, [this] { m_starting ? failed() : ready(); });
+    // The server prints a line when it listens.
+    QObject::connect(&m_server, &QProcess::readyReadStandardOutput, [this] { ready(); });
+    QObject::connect(&m_server, &QProcess::stateChanged, [this](QProcess::ProcessState state) {
+        if (m_starting && state == QProcess::NotRunning) {
+            failed();
+        }
+    });
 }
 
 LocalServer::~LocalServer() {
-    ConnectionManager::use(nullptr);
+    m_server.disconnect();
     if (m_server.state() != QProcess::NotRunning) {
         m_server.terminate();
-        m_server.waitForFinished(kEndMilliseconds);
+        if (!m_server.waitForFinished(kEndMilliseconds)) {
+            m_server.kill();
+            m_server.waitForFinished(kEndMilliseconds);
+        }
     }
 }
 
-bool LocalServer::establish() {
-    const bool mayStart = m_server.state() == QProcess::NotRunning && m_failures < kMostFailures;
-    if (mayStart && isWanted() && isRefused() && !start()) {
-        ++m_failures;
+void LocalServer::EstablishConnection(Ready ready) {
+    if (m_waiting.empty() && !mayStart()) {
+        ready(true);
+        return;
     }
-    return true;
+    m_waiting.push_back(std::move(ready));
+    if (m_waiting.size() == 1) {
+        lookForServer();
+    }
 }
 
 bool LocalServer::isWanted() const {
@@ -57,34 +67,54 @@ bool LocalServer::isWanted() const {
     return servers.radar == m_address || servers.basemap == m_address;
 }
 
-bool LocalServer::isRefused() const {
-    const QUrl url(QStringLiteral("http://") + m_address);
-    QTcpSocket socket;
-    socket.connectToHost(url.host(), static_cast<quint16>(url.port()));
-    return !socket.waitForConnected(kConnectMilliseconds) &&
-           socket.error() == QAbstractSocket::ConnectionRefusedError;
+bool LocalServer::mayStart() const {
+    return m_server.state() == QProcess::NotRunning && m_failures < kMostFailures && isWanted();
 }
 
-// Waits for the line that the server prints when it listens.
-bool LocalServer::start() {
+void LocalServer::lookForServer() {
+    const QUrl url(QStringLiteral("http://") + m_address);
+    m_probe = std::make_unique<QTcpSocket>();
+    QObject::connect(m_probe.get(), &QTcpSocket::connected, &m_limit, [this] { ready(); });
+    QObject::connect(
+        m_probe.get(), &QTcpSocket::errorOccurred, &m_limit,
+        [this](QAbstractSocket::SocketError error) {
+            error == QAbstractSocket::ConnectionRefusedError ? start() : ready();
+        },
+        Qt::QueuedConnection
+    );
+    m_limit.start(kConnectMilliseconds);
+    m_probe->connectToHost(url.host(), static_cast<quint16>(url.port()));
+}
+
+void LocalServer::start() {
     if (!QFileInfo(m_program).isExecutable()) {
-        return false;
+        failed();
+        return;
     }
-    const BusyGuard busy;
+    m_starting = true;
+    m_limit.start(kStartMilliseconds);
     m_server.start(
         m_program, {QStringLiteral("--listen"), m_address, QStringLiteral("--end-with-parent"),
                     QStringLiteral("--quiet")}
     );
-    const QDeadlineTimer deadline(kStartMilliseconds);
-    while (m_server.state() != QProcess::NotRunning && !deadline.hasExpired()) {
-        if (m_server.waitForReadyRead(kPaintMilliseconds)) {
-            return true;
-        }
-        if (httpHooks().waiting) {
-            httpHooks().waiting();
-        }
+}
+
+void LocalServer::failed() {
+    ++m_failures;
+    ready();
+}
+
+// Lets everything go on that waits.
+void LocalServer::ready() {
+    m_starting = false;
+    m_limit.stop();
+    if (m_probe) {
+        m_probe->disconnect();
+        m_probe.release()->deleteLater(); // this may be its call
     }
-    return false;
+    for (const Ready& waiting : std::exchange(m_waiting, {})) {
+        waiting(true);
+    }
 }
 
 } // namespace raincast

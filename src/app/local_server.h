@@ -6,6 +6,11 @@
 
 #include <QProcess>
 #include <QString>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <memory>
+#include <vector>
 
 namespace raincast {
 
@@ -13,7 +18,8 @@ namespace raincast {
 /// running, so that a newcomer sees weather without configuring anything. While the settings name
 /// the installed server, each transfer that is about to connect first tries whether a server
 /// listens there, and starts it if not. (Another viewer may have started it, and may end.) The
-/// server ends with the viewer, even if the viewer is killed.
+/// server ends with the viewer, even if the viewer is killed. Only the transfer waits, never the
+/// program.
 class LocalServer : public ConnectionManager {
 public:
     /// Where the installed server is. If it is missing, nothing is ever started.
@@ -25,24 +31,29 @@ public:
     );
     /// Ends the server that it started.
     ~LocalServer() override;
-    LocalServer(const LocalServer&) = delete;
-    LocalServer& operator=(const LocalServer&) = delete;
 
-    /// Always true. Lets exposures through while the server starts.
-    [[nodiscard]] bool establish() override;
+    /// Always gives true.
+    void EstablishConnection(Ready ready) override;
 
     /// The server that was started by this object and runs; 0 for none.
     [[nodiscard]] qint64 processId() const { return m_server.processId(); }
 
 private:
     [[nodiscard]] bool isWanted() const;
-    [[nodiscard]] bool isRefused() const;
-    [[nodiscard]] bool start();
+    [[nodiscard]] bool mayStart() const;
+    void lookForServer();
+    void start();
+    void failed();
+    void ready();
 
     QString m_address;
     QString m_program;
     QProcess m_server;
-    int m_failures = 0; ///< starts that did not bring up a server
+    int m_failures = 0;           ///< starts that did not bring up a server
+    std::vector<Ready> m_waiting; ///< while a server is looked for or starts
+    std::unique_ptr<QTcpSocket> m_probe;
+    QTimer m_limit; ///< of the look, then of the start
+    bool m_starting = false;
 };
 
 } // namespace raincast

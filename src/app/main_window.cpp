@@ -42,6 +42,7 @@ constexpr MenuRow kBarRows[] = {subMenu(u"&Menu", kMenuRows)};
 
 constexpr AcceleratorRow kKeys[] = {
     {"F5", kUpdate},
+    {"Esc", kStop},
     {"F11", kFullScreen},
     {"Ctrl+Q", kExit},
 };
@@ -57,6 +58,17 @@ constexpr Tool kTools[] = {
     {kZoomOut, u"Zoom out", zoomOutIcon},
     {kUpdate, u"Update", updateIcon},
 };
+// In the update's place while one runs for longer than these beats.
+constexpr int kStopAfterBeats = 5;
+constexpr Tool kStopTool = {kStop, u"Stop", stopIcon};
+
+QAction& toolAction(CommandSet& commands, const Tool& tool) {
+    QAction& action = commands.action(tool.command);
+    action.setText(QString::fromUtf16(tool.text));
+    action.setIcon(tool.icon());
+    action.setIconVisibleInMenu(false);
+    return action;
+}
 
 // The buttons stand at the end of the menu's line: a small screen has no room for another line.
 QToolBar* makeToolBar(CommandSet& commands) {
@@ -65,11 +77,7 @@ QToolBar* makeToolBar(CommandSet& commands) {
         if (!bar->actions().isEmpty()) {
             bar->addSeparator();
         }
-        QAction& action = commands.action(tool.command);
-        action.setText(QString::fromUtf16(tool.text));
-        action.setIcon(tool.icon());
-        action.setIconVisibleInMenu(false);
-        bar->addAction(&action);
+        bar->addAction(&toolAction(commands, tool));
     }
     return bar;
 }
@@ -108,9 +116,10 @@ void MainWindow::makeBar() {
     m_commands.fill(bar, kBarRows);
     m_commands.addKeys(kKeys);
     m_commands.action(kFullScreen).setCheckable(true);
-    QToolBar* const tools = makeToolBar(m_commands);
-    bar.setCornerWidget(tools);
-    fillHeight(bar, tools->sizeHint().height());
+    toolAction(m_commands, kStopTool).setEnabled(false);
+    m_tools = makeToolBar(m_commands);
+    bar.setCornerWidget(m_tools);
+    fillHeight(bar, m_tools->sizeHint().height());
 }
 
 QWidget* MainWindow::client() const {
@@ -183,6 +192,23 @@ void MainWindow::followPlace(QEvent::Type event) {
     }
 }
 
+// Not at once: the second click of two must not stop what the first one began, and what is quick
+// needs no other button.
+void MainWindow::followLoading() {
+    m_loadingBeats = m_callbacks.loading && m_callbacks.loading() ? m_loadingBeats + 1 : 0;
+    const bool loading = m_loadingBeats > kStopAfterBeats;
+    QAction& update = m_commands.action(kUpdate);
+    QAction& stop = m_commands.action(kStop);
+    if (loading == stop.isEnabled()) {
+        return;
+    }
+    // The keys follow: one at a time is meant.
+    update.setEnabled(!loading);
+    stop.setEnabled(loading);
+    m_tools->insertAction(loading ? &update : &stop, loading ? &stop : &update);
+    m_tools->removeAction(loading ? &update : &stop);
+}
+
 void MainWindow::toggleFullScreen() {
     m_frame->setWindowState(m_frame->windowState() ^ Qt::WindowFullScreen);
 }
@@ -192,6 +218,7 @@ void MainWindow::onTimer(int id) {
         CHeartbeat::program().Beat();
         if (m_frame) {
             followCaption();
+            followLoading();
         }
     }
 }

@@ -12,6 +12,7 @@
 #include <memory>
 
 class QMainWindow;
+class QToolBar;
 
 namespace raincast {
 
@@ -30,6 +31,8 @@ public:
         std::function<void()> destroyed;
         /// What the window shows, for its title; may be missing.
         std::function<QString()> caption = {};
+        /// Whether what it shows is being loaded, which can be stopped; may be missing.
+        std::function<bool()> loading = {};
     };
 
     /// Makes the window, without showing it, and starts its timer.
@@ -62,11 +65,14 @@ private:
     void toggleFullScreen();
     void followCaption();
     void followPlace(QEvent::Type event);
+    void followLoading();
 
     Callbacks m_callbacks;
     QPointer<QMainWindow> m_frame;
+    QToolBar* m_tools = nullptr; ///< the frame's
     CommandSet m_commands;
     bool m_painted = false;
+    int m_loadingBeats = 0; ///< how long something has been loading
 };
 
 } // namespace raincast

@@ -7,6 +7,8 @@
 #include "weather/item_weather.h"
 #include "weather/page_default_weather.h"
 
+#include <algorithm>
+
 namespace raincast {
 
 CRaincastApp::~CRaincastApp() {
@@ -16,6 +18,9 @@ CRaincastApp::~CRaincastApp() {
 CAppPaged::Page& CRaincastApp::append(std::unique_ptr<Page> page) {
     if (auto* const display = dynamic_cast<CPageDisplay*>(page.get())) {
         display->beforeItemIsShown([this](CPageDisplay::CItem& item) { prepare(item); });
+        for (const auto& item : display->items()) {
+            giveDownloads(*item); // it may update itself before it is shown
+        }
     }
     return CAppPaged::append(std::move(page));
 }
@@ -24,9 +29,26 @@ void CRaincastApp::prepare(CPageDisplay::CItem& item) {
     if (auto* const map = dynamic_cast<CItemMapView*>(&item)) {
         map->useMarks(m_marks);
     }
+    giveDownloads(item);
     if (auto* const radar = dynamic_cast<CItemWeather*>(&item)) {
         radar->beginWith(std::exchange(m_firstShow, {}));
     }
+}
+
+void CRaincastApp::giveDownloads(CPageDisplay::CItem& item) const {
+    auto* const radar = dynamic_cast<CItemWeather*>(&item);
+    if (radar != nullptr && m_downloads != nullptr) {
+        radar->useDownloads(*m_downloads);
+    }
+}
+
+bool CRaincastApp::loading() const {
+    const auto* const page = dynamic_cast<const CPageDisplay*>(current());
+    return page != nullptr &&
+           std::any_of(page->items().begin(), page->items().end(), [](const auto& item) {
+               const auto* const radar = dynamic_cast<const CItemWeather*>(item.get());
+               return radar != nullptr && radar->loading();
+           });
 }
 
 QString CRaincastApp::problem() const {

@@ -12,6 +12,8 @@
 
 namespace raincast {
 
+class Downloads;
+
 /// The application: a paged one that starts with a weather page. It owns the user's marks, keeps
 /// them in its page file and gives them to its map views. Default pages leave the marks alone.
 class CRaincastApp : public CAppPaged {
@@ -27,6 +29,11 @@ public:
 
     Page& append(std::unique_ptr<Page> page) override;
 
+    /// Gives this to every radar item; borrowed, and used until the last page has gone.
+    void useDownloads(Downloads& downloads) { m_downloads = &downloads; }
+
+    /// Whether an item of the current page is being loaded.
+    [[nodiscard]] bool loading() const;
     /// A text that says what is wrong on the current page; empty while nothing is.
     [[nodiscard]] QString problem() const;
     /// What the current page shows, for the window's title; may be empty.
@@ -42,8 +49,10 @@ protected:
 
 private:
     void prepare(CPageDisplay::CItem& item);
+    void giveDownloads(CPageDisplay::CItem& item) const;
 
     CMarkManager m_marks;
+    Downloads* m_downloads = nullptr;
     FirstShow m_firstShow;
 };
 

@@ -39,10 +39,17 @@ bool save(const QPixmap& picture, const QString& path) {
 
 } // namespace
 
-Screenshot::Screenshot(QWidget& window, QString file, std::function<void(bool)> done)
-    : m_window(window), m_file(std::move(file)), m_done(std::move(done)) {
+Screenshot::Screenshot(
+    QWidget& window, QString file, std::function<bool()> pending, std::function<void(bool)> done
+)
+    : m_window(window), m_file(std::move(file)), m_pending(std::move(pending)),
+      m_done(std::move(done)) {
     m_painted.setSingleShot(true);
     connect(&m_painted, &QTimer::timeout, this, &Screenshot::take);
+    awaitPaint();
+}
+
+void Screenshot::awaitPaint() {
     m_painted.start(kPatienceMilliseconds);
     m_window.installEventFilter(this);
     m_window.update();
@@ -58,8 +65,13 @@ bool Screenshot::eventFilter(QObject* watched, QEvent* event) {
 
 void Screenshot::take() {
     m_window.removeEventFilter(this);
-    if (BusyGuard::active() || Modal::depth() > 0) {
+    if (m_pending() || BusyGuard::active() || Modal::depth() > 0) {
+        m_outdated = true;
         m_painted.start(kBusyMilliseconds);
+        return;
+    }
+    if (std::exchange(m_outdated, false)) {
+        awaitPaint();
         return;
     }
     m_done(save(m_window.grab(), m_file));

@@ -56,7 +56,9 @@ void closePopups() {
 
 } // namespace
 
-Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {}
+Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {
+    m_application.useDownloads(m_downloads);
+}
 
 Viewer::~Viewer() {
     running = nullptr;
@@ -129,6 +131,7 @@ void Viewer::createWindow() {
         [this] { closedByUser(); },
         [this] { m_application.clear(); },
         [this] { return m_application.caption(); },
+        [this] { return m_application.loading(); },
     });
     WindowPlace::restore(*m_window->frame(), m_options.geometry);
     m_window->showNow();
@@ -190,7 +193,8 @@ int Viewer::loop() {
     std::unique_ptr<Screenshot> screenshot;
     if (!forAPerson()) {
         screenshot = std::make_unique<Screenshot>(
-            *m_window->frame(), m_options.screenshot, [this](bool saved) { pictureTaken(saved); }
+            *m_window->frame(), m_options.screenshot, [this] { return m_application.loading(); },
+            [this](bool saved) { pictureTaken(saved); }
         );
     }
     m_looping = true;

@@ -11,6 +11,7 @@
 #include "app/raincast_app.h"
 #include "core/timers.h"
 #include "map/target_setting.h"
+#include "net/downloads.h"
 #include "position/position_receiver.h"
 
 #include <memory>
@@ -76,6 +77,7 @@ private:
     CGlobals::Persistant m_settings;
     Exposures m_exposures;
     LocalServer m_localServer;
+    Downloads m_downloads{m_localServer};
     PositionFeeds m_feeds;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<Keeper> m_keeper;

@@ -3,7 +3,7 @@
 
 namespace raincast {
 
-/// Marks, for as long as it lives, that the one thread waits inside a transfer or a cache move.
+/// Marks, for as long as it lives, that the windows' thread waits for the navigator.
 /// While any guard lives the program only repaints: the heartbeat, position sources, local sockets
 /// and every other timer return at once, and user input waits. Guards nest.
 class BusyGuard {

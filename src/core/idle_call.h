@@ -9,7 +9,7 @@
 namespace raincast {
 
 /// Calls a function at once or, while the program is busy (BusyGuard), as soon as it is not any
-/// more: events that come during a transfer are neither handled in the midst of it nor lost.
+/// more: events that come during a wait are neither handled in the midst of it nor lost.
 class IdleCall {
 public:
     /// The timers are borrowed.

@@ -3,12 +3,13 @@
 
 #include "fetch/fetch_options.h"
 #include "fetch/terminal_report.h"
-#include "net/http_settings.h"
+#include "net/downloads.h"
 #include "net/http_transfer.h"
 #include "radar/cache.h"
 #include "radar/radar_update.h"
 
 #include <QDir>
+#include <QEventLoop>
 
 #include <memory>
 #include <ostream>
@@ -48,7 +49,20 @@ RadarState stateFor(const FetchOptions& options) {
     return state;
 }
 
-FetchExit fetch(const FetchOptions& options, const FetchStreams& streams) {
+/// Makes the update and waits for it.
+bool update(RadarState& state, RadarUpdateObserver& report, CHttpTransfer& transfer) {
+    QEventLoop loop;
+    bool result = false;
+    RadarUpdate run(state, report, transfer);
+    run.UpdateRadar([&](bool updated) {
+        result = updated;
+        loop.quit();
+    });
+    loop.exec();
+    return result;
+}
+
+FetchExit fetch(const FetchOptions& options, const FetchStreams& streams, Downloads& downloads) {
     RadarState state = stateFor(options);
     if (state.cacheFolder.isEmpty()) {
         if (!options.quiet) {
@@ -59,8 +73,8 @@ FetchExit fetch(const FetchOptions& options, const FetchStreams& streams) {
     bool updated = false;
     {
         const auto report = makeReport(options, streams);
-        CHttpTransfer transfer(options.radarServer, true, false);
-        updated = RadarUpdate(state, *report).UpdateRadar(transfer);
+        CHttpTransfer transfer(downloads, options.radarServer, true, false);
+        updated = update(state, *report, transfer);
     }
     for (const RadarFrame& frame : state.frames) {
         streams.frames << frame.path.toLocal8Bit().constData() << '\t'
@@ -80,14 +94,13 @@ FetchExit runFetch(const QStringList& arguments, const FetchStreams& streams) {
     if (!options) {
         return static_cast<FetchExit>(printAnswer(options.error(), streams.frames, streams.report));
     }
+    Downloads downloads;
     if (options->verbose) {
-        httpHooks().finished = [&streams](const QString& url, const QString& outcome) {
+        downloads.reportTo([&streams](const QString& url, const QString& outcome) {
             streams.report << url.toStdString() << ' ' << outcome.toStdString() << std::endl;
-        };
+        });
     }
-    const FetchExit result = fetch(*options, streams);
-    httpHooks().finished = nullptr;
-    return result;
+    return fetch(*options, streams, downloads);
 }
 
 } // namespace raincast

@@ -3,9 +3,12 @@
 
 #include "net/http_settings.h"
 
+#include <atomic>
+
 namespace raincast {
 
-/// How many bytes of files one action of the user may still fetch, from all servers together.
+/// How many bytes of files one action of the user may still fetch, from all servers together. May
+/// be used from any thread.
 class ByteAllowance {
 public:
     /// As many as httpLimits() allow for an action.
@@ -15,7 +18,7 @@ public:
     [[nodiscard]] bool usedUp() const { return m_left <= 0; }
 
 private:
-    qint64 m_left;
+    std::atomic<qint64> m_left;
 };
 
 } // namespace raincast

@@ -1,35 +1,35 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+
 namespace raincast {
 
 /// Brings up and releases the device's data connection before and after a transfer. The operating
-/// system keeps its connections up by itself, so this one does nothing and reports success; tests
-/// replace it to see when a connection is asked for.
+/// system keeps its connections up by itself, so this one does nothing and reports success at once.
+/// User-interface thread only.
 class ConnectionManager {
 public:
+    ConnectionManager() = default;
     virtual ~ConnectionManager() = default;
+    ConnectionManager(const ConnectionManager&) = delete;
+    ConnectionManager& operator=(const ConnectionManager&) = delete;
 
-    /// Brings up a connection; true when there is one. After a failure the transfer is tried all
-    /// the same.
-    [[nodiscard]] virtual bool establish() { return true; }
+    /// Brings up a connection, and then calls `ready`, now or from the event loop; whoever asked
+    /// may have gone by then, which `ready` has to know. `up`: there is a connection. Without one
+    /// the transfer is tried all the same.
+    using Ready = std::function<void(bool up)>;
+    virtual void EstablishConnection(Ready ready) { ready(true); }
 
-    /// Releases what establish brought up.
-    virtual void release() {}
+    /// Releases what EstablishConnection brought up. Always true.
+    virtual bool ReleaseConnection() { return true; }
 
-    /// Puts a manager in use for the whole program; null puts the default back. The manager is
-    /// borrowed and must outlive its use.
-    static void use(ConnectionManager* manager);
+    /// Whether a data connection is known to be up. Always false, so that each transfer object
+    /// establishes and releases for itself.
+    [[nodiscard]] virtual bool IsConnected() const { return false; }
+
+    /// The one that does nothing.
+    [[nodiscard]] static ConnectionManager& ofTheSystem();
 };
-
-/// Brings up a data connection; returns whether there is one. User-interface thread only.
-[[nodiscard]] bool EstablishConnection();
-
-/// Releases the data connection. Always true.
-bool ReleaseConnection();
-
-/// Whether a data connection is known to be up. Always false, so that each transfer object
-/// establishes and releases for itself.
-[[nodiscard]] bool IsConnected();
 
 } // namespace raincast

@@ -31,6 +31,7 @@ bool findAll(QLibrary& library, CurlLibrary& curl) {
            find(library, "curl_multi_perform", curl.multiPerform) &&
            find(library, "curl_multi_info_read", curl.multiInfoRead) &&
            find(library, "curl_multi_poll", curl.multiPoll) &&
+           find(library, "curl_multi_wakeup", curl.multiWakeup) &&
            find(library, "curl_slist_append", curl.slistAppend) &&
            find(library, "curl_slist_free_all", curl.slistFreeAll);
 }

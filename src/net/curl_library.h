@@ -21,6 +21,7 @@ struct CurlLibrary {
     decltype(&curl_multi_perform) multiPerform = nullptr;
     decltype(&curl_multi_info_read) multiInfoRead = nullptr;
     decltype(&curl_multi_poll) multiPoll = nullptr;
+    decltype(&curl_multi_wakeup) multiWakeup = nullptr;
     decltype(&curl_slist_append) slistAppend = nullptr;
     decltype(&curl_slist_free_all) slistFreeAll = nullptr;
 

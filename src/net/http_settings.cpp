@@ -8,9 +8,4 @@ HttpLimits& httpLimits() {
     return limits;
 }
 
-HttpHooks& httpHooks() {
-    static HttpHooks hooks;
-    return hooks;
-}
-
 } // namespace raincast

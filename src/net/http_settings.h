@@ -4,9 +4,6 @@
 #include <QtGlobal>
 
 #include <chrono>
-#include <functional>
-
-class QString;
 
 namespace raincast {
 
@@ -29,23 +26,7 @@ struct HttpLimits {
     qint64 actionBytes = qint64{64} << 20;
 };
 
-/// What the rest of the program does while a transfer waits, and where results are reported.
-struct HttpHooks {
-    /// Called by a waiting transfer: once before the first byte and at least every 100 ms. It must
-    /// only let exposures through; a BusyGuard is active meanwhile.
-    std::function<void()> waiting;
-    /// Whether the program is about to end: a request that is under way returns first, and no
-    /// further one begins.
-    std::function<bool()> ending;
-    /// Called once per request with its URL and its outcome in words: the HTTP status ("200"), the
-    /// cause of its failure ("Could not resolve host: radar.example"), or both ("200, end of
-    /// response with 512 bytes missing", "200, no GIF image").
-    std::function<void(const QString& url, const QString& outcome)> finished;
-};
-
-/// The limits and hooks of all transfers of this process; change them while none is under way.
-/// User-interface thread only.
+/// The limits of the transfers of this process that begin from now on. User-interface thread only.
 [[nodiscard]] HttpLimits& httpLimits();
-[[nodiscard]] HttpHooks& httpHooks();
 
 } // namespace raincast

@@ -3,200 +3,193 @@
 
 #include "core/whole_file.h"
 #include "net/byte_allowance.h"
-#include "net/connection.h"
-#include "net/http_session.h"
 #include "net/quoted_string_scanner.h"
 
 #include <QUrl>
 
-#include <algorithm>
 #include <utility>
 
 namespace raincast {
 
 namespace {
 
-constexpr int kFirstFailingStatus = 300;
-// An error page up to this size is read to its end, so that the connection can be kept.
-constexpr qint64 kErrorPageBytes = qint64{8} << 10;
-
 // 127.0.0.1:8000, radar.example, [::1]:8000
 bool namesPort(const QString& host) {
     return host.mid(host.lastIndexOf(u']') + 1).contains(u':');
 }
 
-QByteArrayView firstOf(QByteArrayView bytes, qsizetype most) {
-    return bytes.first(std::min(bytes.size(), most));
+bool bringsFile(const HttpResponse& response) {
+    return response.answered() && response.status < kFirstFailingStatus && !response.refusal;
+}
+
+std::set<QString> quotedStringsOf(const QByteArray& body) {
+    std::set<QString> strings;
+    QuotedStringScanner(strings).scan(body);
+    return strings;
 }
 
 } // namespace
 
 CHttpTransfer::CHttpTransfer(
-    QString host, bool useConnectionManager, bool secure, std::shared_ptr<ByteAllowance> allowance
+    Downloads& downloads, QString host, bool useConnectionManager, bool secure,
+    std::shared_ptr<ByteAllowance> allowance
 )
-    : m_host(std::move(host)), m_useConnectionManager(useConnectionManager), m_secure(secure),
-      m_allowance(allowance ? std::move(allowance) : std::make_shared<ByteAllowance>()) {}
+    : m_downloads(downloads), m_host(std::move(host)), m_useConnectionManager(useConnectionManager),
+      m_secure(secure),
+      m_allowance(allowance ? std::move(allowance) : std::make_shared<ByteAllowance>()),
+      m_connections(downloads.keepConnections()) {}
 
 CHttpTransfer::~CHttpTransfer() {
-    m_session.reset();
+    m_requests.clear();
     if (m_connectionRequested) {
-        ReleaseConnection();
+        m_downloads.connection().ReleaseConnection();
     }
 }
 
-bool CHttpTransfer::DownloadToFile(
-    const QString& serverPath, const QString& localPath, const FileKind& kind
+std::unique_ptr<CHttpTransfer> CHttpTransfer::sibling() const {
+    return std::make_unique<CHttpTransfer>(
+        m_downloads, m_host, m_useConnectionManager, m_secure, m_allowance
+    );
+}
+
+void CHttpTransfer::DownloadToFile(
+    const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
 ) {
-    m_writeFailure.reset();
-    if (m_allowance->usedUp()) {
-        return refuse(url(serverPath, m_secure));
-    }
-    return OpenRequest(serverPath, m_secure) && ReceiveToFile(localPath, kind);
-}
-
-bool CHttpTransfer::FetchQuotedStrings(const QString& serverPath, std::set<QString>& strings) {
-    if (!OpenRequest(serverPath, false)) {
-        return false;
-    }
-    QuotedStringScanner scanner(strings);
-    qint64 left = httpLimits().listingBytes;
-    while (left > 0) {
-        const QByteArrayView piece = firstOf(m_session->read(), left);
-        if (piece.isEmpty()) {
-            break;
+    const QByteArray address = url(serverPath, m_secure);
+    OpenRequest(
+        {address, DownloadOrder::Body::file, kind, m_allowance},
+        [=, this, done = std::move(done)](const HttpResponse* response) {
+            ReceiveToFile(address, response, localPath, done);
         }
-        scanner.scan(piece);
-        left -= piece.size();
-    }
-    m_session->close();
-    settle();
-    return true;
-}
-
-// The connection itself is made by the first request, which then settles the state.
-bool CHttpTransfer::Connect() {
-    const bool ending = httpHooks().ending && httpHooks().ending();
-    if (m_connectState == ConnectState::failed || m_gaveUp || ending) {
-        return false;
-    }
-    if (m_session != nullptr) {
-        return true;
-    }
-    if (m_useConnectionManager && !IsConnected()) {
-        m_connectionRequested = true;
-        static_cast<void>(EstablishConnection()); // without one, the request itself will fail
-    }
-    m_session = std::make_unique<HttpSession>();
-    return true;
-}
-
-bool CHttpTransfer::OpenRequest(const QString& serverPath, bool secureFlag) {
-    const QByteArray address = url(serverPath, secureFlag);
-    if (!Connect()) {
-        return refuse(address);
-    }
-    const bool answered = m_session->open(address);
-    settle();
-    return answered;
-}
-
-int CHttpTransfer::StatusCode() const {
-    return m_session->status();
-}
-
-bool CHttpTransfer::ReceiveToFile(const QString& localPath, const FileKind& kind) {
-    const int status = StatusCode();
-    const bool good = status != 0 && status < kFirstFailingStatus;
-    std::optional<QString> refusal;
-    if (!good) {
-        readErrorPage();
-    } else if (const auto kept = keepBody(localPath, kind); !kept) {
-        refusal = kept.error();
-    }
-    m_session->close(refusal);
-    settle();
-    return good && !refusal;
+    );
 }
 
 // Writes the body into the file.
-tl::expected<void, QString>
-CHttpTransfer::keepBody(const QString& localPath, const FileKind& kind) {
-    const auto body = readFile(kind);
-    if (!body) {
-        return tl::make_unexpected(body.error());
-    }
-    if (const auto written = replaceFile(localPath, *body, Lasting::no); !written) {
-        m_writeFailure = written.error();
-        return tl::make_unexpected(QStringLiteral("not written: ") + written.error());
-    }
-    return {};
-}
-
-// What is wrong with as much of a body as has come.
-std::optional<QString>
-CHttpTransfer::faultOf(const QByteArray& body, bool ended, const FileKind& kind) const {
-    if (body.size() > httpLimits().fileBytes) {
-        return QStringLiteral("larger than a file may be");
-    }
-    if (m_allowance->usedUp()) {
-        return QStringLiteral("more than one update may bring");
-    }
-    const bool tells = ended || body.size() >= kind.tellingBytes;
-    if (tells && !kind.isOne(firstOf(body, kind.tellingBytes))) {
-        return QStringLiteral("no ") + QLatin1String(kind.name);
-    }
-    return std::nullopt;
-}
-
-// The body, or why it is refused, as early as that is known.
-tl::expected<QByteArray, QString> CHttpTransfer::readFile(const FileKind& kind) {
-    QByteArray body;
-    bool ended = false;
-    while (!ended) {
-        const QByteArrayView piece = readPiece();
-        body.append(piece);
-        ended = piece.isEmpty();
-        if (const auto fault = faultOf(body, ended, kind)) {
-            return tl::make_unexpected(*fault);
+void CHttpTransfer::ReceiveToFile(
+    const QByteArray& address, const HttpResponse* response, const QString& localPath,
+    const FileDone& done
+) {
+    const bool last = hasGivenUp() || m_allowance->usedUp();
+    if (response == nullptr || !bringsFile(*response)) {
+        if (response != nullptr) {
+            m_downloads.report(address, outcomeOf(*response));
         }
+        done({false, last, std::nullopt});
+        return;
     }
-    if (kind.mustBeWhole && !m_session->bodyIsWhole()) {
-        return tl::make_unexpected(QStringLiteral("not whole"));
-    }
-    return body;
+    const auto write = [localPath, body = response->body] {
+        return replaceFile(localPath, body, Lasting::no);
+    };
+    HttpResponse outcome = *response;
+    outcome.body.clear();
+    m_background.run(write, [this, address, outcome, last, done](const WholeFile::Result& written) {
+        Fetched fetched{written.has_value(), last, std::nullopt};
+        HttpResponse told = outcome;
+        if (!written) {
+            fetched.writeFailure = written.error();
+            told.refusal = QStringLiteral("not written: ") + written.error();
+        }
+        m_downloads.report(address, outcomeOf(told));
+        done(fetched);
+    });
 }
 
-void CHttpTransfer::readErrorPage() {
-    for (qint64 left = kErrorPageBytes; left > 0;) {
-        const QByteArrayView piece = readPiece();
-        if (piece.isEmpty()) {
+void CHttpTransfer::FetchQuotedStrings(const QString& serverPath, ListingDone done) {
+    const QByteArray address = url(serverPath, false);
+    OpenRequest(
+        {address, DownloadOrder::Body::listing},
+        [this, address, done = std::move(done)](const HttpResponse* response) {
+            if (response != nullptr) {
+                m_downloads.report(address, outcomeOf(*response));
+            }
+            if (response == nullptr || !response->answered()) {
+                done(std::nullopt);
+                return;
+            }
+            m_background.run(
+                [body = response->body] { return quotedStringsOf(body); },
+                [done](std::set<QString> strings) { done(std::move(strings)); }
+            );
+        }
+    );
+}
+
+void CHttpTransfer::giveUp() {
+    m_gaveUp = true;
+    for (Request& request : std::exchange(m_requests, {})) {
+        refuse(request.order.url, std::move(request.ended));
+    }
+}
+
+bool CHttpTransfer::hasGivenUp() const {
+    return m_connectState == ConnectState::failed || m_gaveUp;
+}
+
+// Asks for a data connection, once. The connection to the server itself is made by the first
+// request, which then settles the state.
+void CHttpTransfer::Connect() {
+    if (m_connectionRequested || m_ready) {
+        return;
+    }
+    ConnectionManager& manager = m_downloads.connection();
+    if (!m_useConnectionManager || manager.IsConnected()) {
+        m_ready = true;
+        return;
+    }
+    m_connectionRequested = true;
+    // Without a connection the request itself will fail.
+    manager.EstablishConnection([this, alive = std::weak_ptr(m_alive)](bool /*up*/) {
+        if (alive.expired()) {
             return;
         }
-        left -= piece.size();
+        m_ready = true;
+        for (auto request = m_requests.begin(); request != m_requests.end(); ++request) {
+            begin(request);
+        }
+    });
+}
+
+void CHttpTransfer::OpenRequest(DownloadOrder order, Ended ended) {
+    const bool broughtAll = order.body == DownloadOrder::Body::file && m_allowance->usedUp();
+    if (hasGivenUp() || broughtAll) {
+        refuse(order.url, std::move(ended));
+        return;
+    }
+    Connect();
+    m_requests.push_back({std::move(order), std::move(ended), nullptr});
+    if (m_ready) {
+        begin(std::prev(m_requests.end()));
     }
 }
 
-QByteArrayView CHttpTransfer::readPiece() {
-    const QByteArrayView piece = m_session->read();
-    m_allowance->take(piece.size());
-    return piece;
+void CHttpTransfer::begin(Requests::iterator request) {
+    request->download =
+        m_downloads.get(request->order, [this, request](const HttpResponse& response) {
+            arrived(request, response);
+        });
 }
 
-// Reports a request that is not made; false.
-bool CHttpTransfer::refuse(const QByteArray& address) const {
-    if (httpHooks().finished) {
-        httpHooks().finished(QString::fromUtf8(address), QStringLiteral("not tried again"));
-    }
-    return false;
+void CHttpTransfer::arrived(Requests::iterator request, const HttpResponse& response) {
+    const Ended ended = std::move(request->ended);
+    m_requests.erase(request);
+    settle(response);
+    ended(&response);
 }
 
-// Notes how the last request ended.
-void CHttpTransfer::settle() {
+// Notes how a request ended.
+void CHttpTransfer::settle(const HttpResponse& response) {
     if (m_connectState == ConnectState::notYet) {
-        m_connectState =
-            m_session->connectingFailed() ? ConnectState::failed : ConnectState::connected;
+        m_connectState = response.connectingFailed ? ConnectState::failed : ConnectState::connected;
     }
-    m_gaveUp = m_gaveUp || m_session->timedOut();
+    if (response.timedOut || m_connectState == ConnectState::failed) {
+        giveUp();
+    }
+}
+
+// Reports a request that is not made, or not to its end.
+void CHttpTransfer::refuse(const QByteArray& address, Ended ended) {
+    m_downloads.report(address, QStringLiteral("not tried again"));
+    m_background.later([ended = std::move(ended)] { ended(nullptr); });
 }
 
 // Encodes what must not stand in a request, so that a host stays a host and a path a path.

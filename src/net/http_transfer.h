@@ -1,30 +1,31 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/background.h"
+#include "net/downloads.h"
 #include "net/file_kind.h"
 
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 #include <set>
-#include <tl/expected.hpp>
 
 namespace raincast {
 
 class ByteAllowance;
-class HttpSession;
 
 /// Fetches files and directory listings from one server, for the length of one user action: make
-/// one for each server, and let it go at the end. All its requests share one kept-alive connection.
-/// Every call blocks until it is done, on the user-interface thread only; limits and hooks are
-/// those of http_settings.h.
+/// one for each server, and let it go at the end, which cancels what runs. Several requests may run
+/// at the same time. No call blocks: results come from the event loop, and none once the object has
+/// gone.
 ///
-/// A failure is a plain false, and the caller finds the words for it. Once an object could not
-/// connect, or waited for a stalled or endless response, it fails every later request at once:
-/// otherwise each of a radar's frames would cost its own half minute. So does every object while
-/// the program ends, and for files every object whose action has brought all that it may.
+/// Once an object could not connect, or waited for a stalled or endless response, it fails what
+/// still runs and every later request at once: otherwise each of a radar's frames would cost its
+/// own half minute. So it does for files when its action has brought all that it may.
 class CHttpTransfer {
 public:
     enum class ConnectState {
@@ -33,68 +34,96 @@ public:
         failed = 2, ///< for good: this object makes no more requests
     };
 
+    /// What became of a file.
+    struct Fetched {
+        bool kept = false; ///< the file has it
+        /// The object has given up, with this request or before: later ones fail at once.
+        bool last = false;
+        /// Why the file could not be written, in the system's words ("Permission denied"); none
+        /// when nothing was wrong with the disk.
+        std::optional<QString> writeFailure;
+    };
+    using FileDone = std::function<void(const Fetched&)>;
+
+    /// The quoted strings of a listing; none when no response came.
+    using Listing = std::optional<std::set<QString>>;
+    using ListingDone = std::function<void(Listing)>;
+
     /// `host` is HOST or HOST:PORT; without a port it is 80, or 443 when `secure`. With
     /// `useConnectionManager` a data connection is asked for before the first request and released
     /// by the destructor. Objects of one action share an allowance; without one the object has its
-    /// own.
+    /// own. The downloads are borrowed.
     CHttpTransfer(
-        QString host, bool useConnectionManager, bool secure,
+        Downloads& downloads, QString host, bool useConnectionManager, bool secure,
         std::shared_ptr<ByteAllowance> allowance = nullptr
     );
     ~CHttpTransfer();
     CHttpTransfer(const CHttpTransfer&) = delete;
     CHttpTransfer& operator=(const CHttpTransfer&) = delete;
 
-    /// Fetches serverPath (absolute, "/ridge/...") into localPath, replacing it. False, with
+    /// Another one for the same server and action, which gives up for itself.
+    [[nodiscard]] std::unique_ptr<CHttpTransfer> sibling() const;
+
+    /// Fetches serverPath (absolute, "/ridge/...") into localPath, replacing it. Not kept, with
     /// localPath untouched, when the server cannot be reached or gives no status or one of 300 and
     /// above, when the body is not of the kind or larger than a file may be, and when the file
     /// cannot be created or written in full (a full disk).
     ///
     /// A body that breaks off counts as ended there, unless its kind must be whole: the shorter
-    /// file is kept and the result is true. The file gets its name only when the transfer is over:
-    /// a program that is killed in the middle leaves no file.
-    [[nodiscard]] bool DownloadToFile(
-        const QString& serverPath, const QString& localPath, const FileKind& kind = kAnyFile
+    /// file is kept. The file gets its name only when the transfer is over: a program that is
+    /// killed in the middle leaves no file.
+    void DownloadToFile(
+        const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
     );
 
-    /// Why the last file that was fetched could not be written, in the system's words ("Permission
-    /// denied"); none when nothing was wrong with the disk.
-    [[nodiscard]] const std::optional<QString>& writeFailure() const { return m_writeFailure; }
+    /// Fetches serverPath and gives every double-quoted string of the body: a directory listing
+    /// names its files that way. The status does not matter: an error page is scanned like a
+    /// listing. Always plain HTTP, even when `secure`, but on the port that goes with `secure`.
+    void FetchQuotedStrings(const QString& serverPath, ListingDone done);
 
-    /// Fetches serverPath and adds every double-quoted string of the body to `strings`: a directory
-    /// listing names its files that way. The status does not matter: an error page is scanned like
-    /// a listing. False only when no response came. Always plain HTTP, even when `secure`, but on
-    /// the port that goes with `secure`.
-    [[nodiscard]] bool FetchQuotedStrings(const QString& serverPath, std::set<QString>& strings);
+    /// Fails what runs and all that is asked for later.
+    void giveUp();
 
     [[nodiscard]] ConnectState connectState() const { return m_connectState; }
 
 private:
-    [[nodiscard]] bool Connect();
-    [[nodiscard]] bool OpenRequest(const QString& serverPath, bool secureFlag);
-    [[nodiscard]] int StatusCode() const;
-    [[nodiscard]] bool ReceiveToFile(const QString& localPath, const FileKind& kind);
+    /// Called with the response; null when there is none, because the object has given up.
+    using Ended = std::function<void(const HttpResponse* response)>;
 
-    [[nodiscard]] tl::expected<void, QString>
-    keepBody(const QString& localPath, const FileKind& kind);
-    [[nodiscard]] std::optional<QString>
-    faultOf(const QByteArray& body, bool ended, const FileKind& kind) const;
-    [[nodiscard]] tl::expected<QByteArray, QString> readFile(const FileKind& kind);
-    void readErrorPage();
-    [[nodiscard]] QByteArrayView readPiece();
-    bool refuse(const QByteArray& address) const;
-    void settle();
+    /// A request from its asking to its response.
+    struct Request {
+        DownloadOrder order;
+        Ended ended;
+        std::unique_ptr<Downloads::Download> download; ///< once it has begun
+    };
+    using Requests = std::list<Request>;
+
+    void Connect();
+    void OpenRequest(DownloadOrder order, Ended ended);
+    void ReceiveToFile(
+        const QByteArray& address, const HttpResponse* response, const QString& localPath,
+        const FileDone& done
+    );
+    void begin(Requests::iterator request);
+    void arrived(Requests::iterator request, const HttpResponse& response);
+    void settle(const HttpResponse& response);
+    void refuse(const QByteArray& address, Ended ended);
+    [[nodiscard]] bool hasGivenUp() const;
     [[nodiscard]] QByteArray url(const QString& serverPath, bool secureFlag) const;
 
+    Downloads& m_downloads;
     QString m_host;
     bool m_useConnectionManager;
     bool m_secure;
     bool m_connectionRequested = false;
+    bool m_ready = false; ///< for requests to begin
     ConnectState m_connectState = ConnectState::notYet;
-    bool m_gaveUp = false;                 ///< a request waited to its limit
-    std::optional<QString> m_writeFailure; ///< of the last file
+    bool m_gaveUp = false; ///< a request waited to its limit, or the owner wants no more
     std::shared_ptr<ByteAllowance> m_allowance;
-    std::unique_ptr<HttpSession> m_session; ///< from the first request on
+    std::shared_ptr<void> m_connections; ///< kept for the action
+    Requests m_requests;
+    Background m_background;
+    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); ///< for a late connection
 };
 
 } // namespace raincast

@@ -65,32 +65,34 @@ BasemapLoad::BasemapLoad(const RadarScene& scene)
 
 BasemapLoad::BasemapLoad(const RadarScene& scene, const std::shared_ptr<ByteAllowance>& allowance)
     : m_state(scene.state), m_shown(scene.shown), m_basemaps(scene.basemaps), m_view(scene.view),
-      m_radar(scene.servers.radar, true, false, allowance),
-      m_basemap(scene.servers.basemap, true, false, allowance) {
+      m_radar(scene.downloads, scene.servers.radar, true, false, allowance),
+      m_basemap(scene.downloads, scene.servers.basemap, true, false, allowance) {
     m_basemaps.missing = static_cast<int>(std::count_if(
         kLayers.begin(), kLayers.end(), [this](const MapLayer& layer) { return isShown(layer); }
     ));
     m_wanted = m_basemaps.missing;
 }
 
-bool BasemapLoad::loadToFirstFailure(GeoPosition centre) {
-    if (const auto made = makeSiteFolder(m_state.cacheFolder, m_state.siteId); !made) {
-        m_writeFailure = made.error();
-        return false;
-    }
-    ++m_wanted;
-    return loadWorldFile(centre) &&
-           std::all_of(kLayers.begin(), kLayers.end(), [this](const MapLayer& layer) {
-               return !isShown(layer) || load(layer) || !layer.required;
-           });
+void BasemapLoad::loadToFirstFailure(GeoPosition centre, Done done) {
+    m_whenDone = std::move(done);
+    m_endAtFailure = true;
+    m_background.run(
+        [root = m_state.cacheFolder, site = m_state.siteId] { return makeSiteFolder(root, site); },
+        [this, centre](const tl::expected<void, QString>& made) {
+            if (!made) {
+                m_writeFailure = made.error();
+                end(false);
+                return;
+            }
+            ++m_wanted;
+            placeImage(centre);
+        }
+    );
 }
 
-void BasemapLoad::loadLayers() {
-    for (const MapLayer& layer : kLayers) {
-        if (isShown(layer)) {
-            load(layer);
-        }
-    }
+void BasemapLoad::loadLayers(Done done) {
+    m_whenDone = std::move(done);
+    loadNext();
 }
 
 std::optional<QString> BasemapLoad::cacheFailure() const {
@@ -123,52 +125,120 @@ QString BasemapLoad::serverPath(const MapLayer& layer) const {
 }
 
 // Puts the layer's file into the cache.
-bool BasemapLoad::fetch(const MapLayer& layer) {
+void BasemapLoad::fetch(const MapLayer& layer, Taken done) {
     CHttpTransfer& transfer = layer.source == Source::basemapServer ? m_basemap : m_radar;
-    const bool fetched = transfer.DownloadToFile(serverPath(layer), cachedFile(layer), layer.kind);
-    if (!m_writeFailure) {
-        m_writeFailure = transfer.writeFailure();
-    }
-    return fetched;
+    transfer.DownloadToFile(
+        serverPath(layer), cachedFile(layer), layer.kind,
+        [this, done = std::move(done)](const CHttpTransfer::Fetched& fetched) {
+            if (!m_writeFailure) {
+                m_writeFailure = fetched.writeFailure;
+            }
+            done(fetched.kept);
+        }
+    );
 }
 
-bool BasemapLoad::loadWorldFile(GeoPosition centre) {
+// Loads the world file, then the layers.
+void BasemapLoad::placeImage(GeoPosition centre) {
     m_view.progress(m_done++, m_wanted);
-    const auto place = [this] {
-        return m_view.geoReference().loadWorldFile(
-            QFile::encodeName(cachedFile(kPlacement)).toStdString(), kRadarImageWidth,
-            kRadarImageHeight
-        );
+    const auto placed = [this, centre](bool valid) {
+        if (!valid) {
+            end(false);
+            return;
+        }
+        m_view.geoReferenceChanged(centre);
+        loadNext();
     };
-    if (!place() && !(fetch(kPlacement) && place())) {
-        return false;
-    }
-    m_view.geoReferenceChanged(centre);
-    return true;
+    place([this, placed](bool valid) {
+        if (valid) {
+            placed(true);
+            return;
+        }
+        fetch(kPlacement, [this, placed](bool kept) { kept ? place(placed) : placed(false); });
+    });
 }
 
-// False when the layer cannot be fetched. A layer that came and cannot be drawn counts as missing.
-bool BasemapLoad::load(const MapLayer& layer) {
-    m_view.progress(m_done++, m_wanted);
-    bool drawn = draw(layer);
-    if (!drawn && !fetch(layer)) {
-        return false;
+// Reads the cached world file.
+void BasemapLoad::place(Taken done) {
+    const auto read = [file = QFile::encodeName(cachedFile(kPlacement)).toStdString()] {
+        GeoReference reference;
+        static_cast<void>(reference.loadWorldFile(file, kRadarImageWidth, kRadarImageHeight));
+        return reference;
+    };
+    m_background.run(read, [this, done = std::move(done)](const GeoReference& reference) {
+        if (reference.valid()) {
+            m_view.geoReference() = reference;
+        }
+        done(reference.valid());
+    });
+}
+
+void BasemapLoad::loadNext() {
+    while (m_next < kLayers.size() && !isShown(kLayers[m_next])) {
+        ++m_next;
     }
-    drawn = drawn || draw(layer);
+    if (m_next == kLayers.size()) {
+        end(true);
+    } else {
+        load(kLayers[m_next]);
+    }
+}
+
+// A layer that came and cannot be drawn counts as missing.
+void BasemapLoad::load(const MapLayer& layer) {
+    m_view.progress(m_done++, m_wanted);
+    draw(layer, [this, &layer](bool drawn) {
+        if (drawn) {
+            layerEnded(true, true);
+            return;
+        }
+        fetch(layer, [this, &layer](bool kept) {
+            if (kept) {
+                draw(layer, [this](bool drawnNow) { layerEnded(true, drawnNow); });
+            } else {
+                layerEnded(false, false);
+            }
+        });
+    });
+}
+
+void BasemapLoad::layerEnded(bool taken, bool drawn) {
+    const MapLayer& layer = kLayers[m_next++];
     m_basemaps.missing -= drawn ? 1 : 0;
-    m_view.repaint();
-    return true;
+    if (taken) {
+        m_view.repaint();
+    }
+    if (!taken && layer.required && m_endAtFailure) {
+        end(false);
+    } else {
+        loadNext();
+    }
 }
 
 // Draws the layer's cached file onto its ground; false when there is no such file, or it is not a
-// picture.
-bool BasemapLoad::draw(const MapLayer& layer) {
-    if (layer.ground == Ground::topo) {
-        m_basemaps.topo = LoadImageFile(cachedFile(layer), kMostRadarPixels);
-        return m_basemaps.topo != nullptr;
-    }
+// picture. The ground is on the screen, so a copy of it is drawn upon.
+void BasemapLoad::draw(const MapLayer& layer, Taken done) {
     const bool ontoTopo = layer.ground == Ground::topoElseOverlay && m_basemaps.topo;
-    return LoadAndComposite(cachedFile(layer), ontoTopo ? m_basemaps.topo : m_basemaps.overlay);
+    Bitmap& ground =
+        layer.ground == Ground::topo || ontoTopo ? m_basemaps.topo : m_basemaps.overlay;
+    const auto drawn = [file = cachedFile(layer), whole = layer.ground == Ground::topo, ground] {
+        if (whole) {
+            return LoadImageFile(file, kMostRadarPixels);
+        }
+        Bitmap copy = ground ? std::make_shared<QImage>(*ground) : nullptr;
+        return LoadAndComposite(file, copy) ? copy : nullptr;
+    };
+    m_background.run(drawn, [&ground, done = std::move(done)](const Bitmap& picture) {
+        if (picture) {
+            ground = picture;
+        }
+        done(picture != nullptr);
+    });
+}
+
+void BasemapLoad::end(bool complete) {
+    // From the event loop: whoever hears of the end may end this.
+    m_background.later([done = m_whenDone, complete] { done(complete); });
 }
 
 } // namespace raincast

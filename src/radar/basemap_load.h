@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/background.h"
 #include "geo/geo_position.h"
 #include "net/http_transfer.h"
 #include "radar/basemaps.h"
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -16,17 +18,19 @@ struct MapLayer;
 
 /// One load of a site's map layers: each file from the cache or, where the cache has no file that
 /// can be used, from its server. The layers are drawn into the scene's basemaps, which begin empty.
-/// It lives for one action of the user.
+/// It lives for one action of the user; its end cancels it.
 class BasemapLoad {
 public:
+    using Done = std::function<void(bool complete)>;
+
     explicit BasemapLoad(const RadarScene& scene);
 
     /// Loads the world file and the layers that are shown, up to the first required one that fails;
     /// false then. `centre` is where the view's centre was before.
-    [[nodiscard]] bool loadToFirstFailure(GeoPosition centre);
+    void loadToFirstFailure(GeoPosition centre, Done done);
 
     /// Loads the layers that are shown, and goes on where one fails.
-    void loadLayers();
+    void loadLayers(Done done);
 
     [[nodiscard]] CHttpTransfer& radarTransfer() { return m_radar; }
 
@@ -34,16 +38,23 @@ public:
     [[nodiscard]] std::optional<QString> cacheFailure() const;
 
 private:
+    /// Calls with whether a file was taken: from the cache, or as it came.
+    using Taken = std::function<void(bool taken)>;
+
     BasemapLoad(const RadarScene& scene, const std::shared_ptr<ByteAllowance>& allowance);
     [[nodiscard]] QString range() const;
     [[nodiscard]] QString fileName(const MapLayer& layer) const;
     [[nodiscard]] QString cachedFile(const MapLayer& layer) const;
     [[nodiscard]] bool isShown(const MapLayer& layer) const;
-    [[nodiscard]] bool fetch(const MapLayer& layer);
     [[nodiscard]] QString serverPath(const MapLayer& layer) const;
-    [[nodiscard]] bool loadWorldFile(GeoPosition centre);
-    bool load(const MapLayer& layer);
-    [[nodiscard]] bool draw(const MapLayer& layer);
+    void fetch(const MapLayer& layer, Taken done);
+    void placeImage(GeoPosition centre);
+    void place(Taken done);
+    void loadNext();
+    void load(const MapLayer& layer);
+    void draw(const MapLayer& layer, Taken done);
+    void layerEnded(bool taken, bool drawn);
+    void end(bool complete);
 
     const RadarState& m_state;
     const BasemapLayers& m_shown;
@@ -52,8 +63,12 @@ private:
     CHttpTransfer m_radar;
     CHttpTransfer m_basemap;
     std::optional<QString> m_writeFailure; ///< why the cache could not be written, the first time
+    std::size_t m_next = 0;                ///< of the layers
+    bool m_endAtFailure = false;           ///< of a required layer
     int m_wanted = 0;                      ///< files
     int m_done = 0;
+    Done m_whenDone;
+    Background m_background;
 };
 
 } // namespace raincast

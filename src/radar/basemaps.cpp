@@ -7,6 +7,7 @@
 #include "radar/radar_view.h"
 
 #include <optional>
+#include <utility>
 
 namespace raincast {
 
@@ -15,13 +16,6 @@ namespace {
 void setStatus(const RadarScene& scene, const QString& status) {
     scene.state.status = status;
     scene.view.statusChanged(status);
-}
-
-/// The status text when a required layer could not be fetched.
-QString failureText(const BasemapLoad& load) {
-    return load.cacheFailure().value_or(
-        QStringLiteral("Failed to access\nthe internet. Please\ncheck your connection\nsettings.")
-    );
 }
 
 /// Says that the cache could not be written, unless the status text says something worse.
@@ -41,16 +35,6 @@ void beginLoad(const RadarScene& scene, const QString& siteId) {
     scene.state.imageHeight = kRadarImageHeight;
 }
 
-/// Loads the layers again that a load before could not get. The layers on the screen stay until
-/// then.
-void loadMissing(const RadarScene& scene, BasemapLoad& load, const Basemaps& loaded) {
-    load.loadLayers();
-    if (loaded.missing < scene.basemaps.missing) {
-        scene.basemaps = loaded;
-        scene.view.contentChanged();
-    }
-}
-
 /// The site to change to; none while the view's centre is inside the image.
 std::optional<QString> siteToChangeTo(const RadarScene& scene) {
     const ImagePixel centre = scene.view.centrePixel();
@@ -65,66 +49,128 @@ std::optional<QString> siteToChangeTo(const RadarScene& scene) {
     return nearest ? std::optional(nearest->toString()) : std::nullopt;
 }
 
-/// Updates the radar first: a server of layers that does not answer may cost half a minute.
-bool updateInPlace(const RadarScene& scene) {
-    Basemaps loaded;
-    BasemapLoad load({scene.state, scene.shown, loaded, scene.view, scene.servers});
-    const bool updated = RadarUpdate(scene.state, scene.view).UpdateRadar(load.radarTransfer());
-    const bool reached =
-        load.radarTransfer().connectState() == CHttpTransfer::ConnectState::connected;
-    if (scene.basemaps.missing > 0 && reached) {
-        loadMissing(scene, load, loaded);
-        sayCacheFailure(scene, load);
+/// The layers of a site, and its radar if that is wanted.
+class SiteLoad : public RadarAction {
+public:
+    SiteLoad(const RadarScene& scene, Done done) : m_scene(scene), m_done(std::move(done)) {}
+
+    void start(const QString& siteId, bool updateRadar) {
+        setStatus(m_scene, QStringLiteral("Loading basemap...\n"));
+        m_scene.view.repaint();
+        const GeoPosition centre = m_scene.view.centrePosition();
+        m_scene.view.showWaiting(true);
+        if (updateRadar) {
+            discardFrames(m_scene.state);
+        }
+        beginLoad(m_scene, siteId);
+        m_load.emplace(m_scene);
+        m_load->loadToFirstFailure(centre, [this, updateRadar](bool complete) {
+            if (!complete) {
+                setStatus(m_scene, failureText());
+                end(false, false);
+            } else if (updateRadar) {
+                update();
+            } else {
+                setStatus(m_scene, m_load->cacheFailure().value_or(QString()));
+                end(true, true);
+            }
+        });
     }
-    return updated;
-}
+
+private:
+    void update() {
+        m_update.emplace(m_scene.state, m_scene.view, m_load->radarTransfer());
+        m_update->UpdateRadar([this](bool updated) {
+            sayCacheFailure(m_scene, *m_load);
+            end(true, updated);
+        });
+    }
+    /// The status text when a required layer could not be fetched.
+    [[nodiscard]] QString failureText() const {
+        return m_load->cacheFailure().value_or(QStringLiteral(
+            "Failed to access\nthe internet. Please\ncheck your connection\nsettings."
+        ));
+    }
+    void end(bool complete, bool result) {
+        m_scene.view.showWaiting(false);
+        m_scene.view.repaint();
+        if (complete) {
+            m_scene.view.contentChanged();
+        }
+        const Done done = m_done; // it may end this
+        done(result);
+    }
+
+    RadarScene m_scene;
+    Done m_done;
+    std::optional<BasemapLoad> m_load;
+    std::optional<RadarUpdate> m_update;
+};
+
+/// The radar of the site that is shown, and then the layers that a load before could not get.
+class UpdateInPlace : public RadarAction {
+public:
+    UpdateInPlace(const RadarScene& scene, Done done)
+        : m_scene(scene), m_done(std::move(done)),
+          m_load(RadarScene{
+              scene.state, scene.shown, m_loaded, scene.view, scene.servers, scene.downloads}),
+          m_update(scene.state, scene.view, m_load.radarTransfer()) {}
+
+    // The radar comes first: a server of layers that does not answer may cost half a minute.
+    void start() {
+        m_scene.view.showWaiting(true);
+        m_update.UpdateRadar([this](bool updated) {
+            const auto state = m_load.radarTransfer().connectState();
+            const bool reached = state == CHttpTransfer::ConnectState::connected;
+            if (m_scene.basemaps.missing > 0 && reached) {
+                m_load.loadLayers([this, updated](bool) { useLoaded(updated); });
+            } else {
+                end(updated);
+            }
+        });
+    }
+
+private:
+    /// The layers on the screen stay until there are more.
+    void useLoaded(bool updated) {
+        if (m_loaded.missing < m_scene.basemaps.missing) {
+            m_scene.basemaps = m_loaded;
+            m_scene.view.contentChanged();
+        }
+        sayCacheFailure(m_scene, m_load);
+        end(updated);
+    }
+    void end(bool updated) {
+        m_scene.view.showWaiting(false);
+        m_scene.view.repaint();
+        const Done done = m_done; // it may end this
+        done(updated);
+    }
+
+    RadarScene m_scene;
+    Done m_done;
+    Basemaps m_loaded;
+    BasemapLoad m_load;
+    RadarUpdate m_update;
+};
 
 } // namespace
 
-bool LoadBasemaps(const RadarScene& scene, const QString& siteId, bool updateRadar) {
-    RadarView& view = scene.view;
-    setStatus(scene, QStringLiteral("Loading basemap...\n"));
-    view.repaint();
-    const GeoPosition centre = view.centrePosition();
-    view.showWaiting(true);
-    RadarUpdate update(scene.state, view);
-    if (updateRadar) {
-        update.discardFrames();
-    }
-    beginLoad(scene, siteId);
-
-    bool complete = false;
-    bool result = false;
-    {
-        BasemapLoad load(scene);
-        complete = load.loadToFirstFailure(centre);
-        if (!complete) {
-            setStatus(scene, failureText(load));
-        } else if (updateRadar) {
-            result = update.UpdateRadar(load.radarTransfer());
-            sayCacheFailure(scene, load);
-        } else {
-            setStatus(scene, load.cacheFailure().value_or(QString()));
-            result = true;
-        }
-    }
-    view.showWaiting(false);
-    view.repaint();
-    if (complete) {
-        view.contentChanged();
-    }
-    return result;
+std::unique_ptr<RadarAction> LoadBasemaps(
+    const RadarScene& scene, const QString& siteId, bool updateRadar, RadarAction::Done done
+) {
+    auto load = std::make_unique<SiteLoad>(scene, std::move(done));
+    load->start(siteId, updateRadar);
+    return load;
 }
 
-bool RequestUpdate(const RadarScene& scene) {
+std::unique_ptr<RadarAction> RequestUpdate(const RadarScene& scene, RadarAction::Done done) {
     if (const auto site = siteToChangeTo(scene)) {
-        return LoadBasemaps(scene, *site, true);
+        return LoadBasemaps(scene, *site, true, std::move(done));
     }
-    scene.view.showWaiting(true);
-    const bool updated = updateInPlace(scene);
-    scene.view.showWaiting(false);
-    scene.view.repaint();
-    return updated;
+    auto update = std::make_unique<UpdateInPlace>(scene, std::move(done));
+    update->start();
+    return update;
 }
 
 } // namespace raincast

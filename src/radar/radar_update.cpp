@@ -2,7 +2,6 @@
 #include "radar/radar_update.h"
 
 #include "core/clock.h"
-#include "net/http_transfer.h"
 #include "radar/cache.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
@@ -10,90 +9,157 @@
 #include "radar/image/composite.h"
 #include "radar/image/image_file.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace raincast {
 
 namespace {
 
-constexpr int kMostTries = 100;
 // An automatic update is due when the next image may be expected.
 constexpr FileTime kNextUpdateAfter = 8 * kFileTimePerMinute;
-// The search steps a minute back before each try; beginning this much after the newest frame, the
-// first try is that frame's minute, half a minute away from the neighbouring ones.
-constexpr FileTime kSearchLead = 90 * kFileTimePerSecond;
 // Makes the animation start over on its second tick after an update.
 constexpr int kCounterAfterUpdate = 10;
 
+/// Draws a picture over all of these; none of them may be in anybody's hands.
+std::vector<Bitmap> drawnOver(const std::vector<Bitmap>& pictures, const QString& file) {
+    const Bitmap above = LoadImageFile(file, kMostRadarPixels);
+    std::vector<Bitmap> drawn;
+    for (const Bitmap& picture : above ? pictures : std::vector<Bitmap>()) {
+        drawn.push_back(std::make_shared<QImage>(*picture));
+        CompositeOnto(drawn.back(), *above, above->width(), above->height());
+    }
+    return drawn;
+}
+
 } // namespace
 
-bool RadarUpdate::UpdateRadar(CHttpTransfer& transfer) {
-    discardFrames();
+void discardFrames(RadarState& state) {
+    state.frames.clear();
+    state.position = 0;
+    state.current = {};
+}
+
+RadarUpdate::RadarUpdate(RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer)
+    : m_state(state), m_observer(observer), m_transfer(transfer),
+      m_product(ProductCode(state.product).toString()) {}
+
+void RadarUpdate::UpdateRadar(Done done) {
+    m_done = std::move(done);
+    discardFrames(m_state);
     setStatus(QStringLiteral("Updating radar image...\n"));
     m_observer.repaint();
-
-    std::set<QString> listing;
-    if (!transfer.FetchQuotedStrings(listingDirectory(m_state.siteId, productCode()), listing)) {
-        return fail(QStringLiteral("Could not access server.\n"));
-    }
-    removeFramesAhead(listing, Clock::current().now());
-    const auto newest = newestFrameTime(listing);
-    if (!newest) {
-        return fail(QStringLiteral("No radar images found on server.\n"));
-    }
-    if (const auto made = makeSiteFolder(m_state.cacheFolder, m_state.siteId); !made) {
-        m_writeFailure = made.error();
-    }
-    const int missing = fetchFrames(transfer, *newest, listing);
-    if (m_state.frames.empty()) {
-        return fail(outcome(missing));
-    }
-    if (missing > 0) {
-        setStatus(outcome(missing));
-    }
-    deleteStaleFrames(m_state.cacheFolder, m_state.siteId, productCode(), listing);
-    if (m_state.showWarnings) {
-        drawWarnings(transfer);
-    }
-    setStatus(outcome(missing));
-    m_observer.repaint();
-    return true;
+    m_transfer.FetchQuotedStrings(
+        listingDirectory(m_state.siteId, m_product),
+        [this](const CHttpTransfer::Listing& names) { takeListing(names); }
+    );
 }
 
-// The status text after fetching frames, `missing` of which did not come.
-QString RadarUpdate::outcome(int missing) const {
-    if (m_writeFailure) {
-        return cacheFailureText(m_state.cacheFolder, *m_writeFailure);
+void RadarUpdate::takeListing(const CHttpTransfer::Listing& names) {
+    if (!names) {
+        setStatus(QStringLiteral("Could not access server.\n"));
+        end(false);
+        return;
     }
-    if (m_state.frames.empty()) {
-        return QStringLiteral("Could not download\nany radar images.\n");
-    }
-    return missing > 0 ? QStringLiteral("Could not get\nall images.\n") : QString();
+    m_background.run(
+        [names = *names, site = m_state.siteId, product = m_product, now = Clock::current().now()] {
+            return std::make_shared<const FrameListing>(names, site, product, now);
+        },
+        [this](const std::shared_ptr<const FrameListing>& listing) { startSearch(listing); }
+    );
 }
 
-void RadarUpdate::discardFrames() {
-    m_state.frames.clear();
-    m_state.position = 0;
-    m_state.current = {};
-}
-
-// Fetches the wanted frames, newest first, until one fails. Returns how many are missing.
-int RadarUpdate::fetchFrames(
-    CHttpTransfer& transfer, FileTime newest, const std::set<QString>& listing
-) {
-    const int wanted = m_state.animate ? m_state.frameCount : 1;
-    FileTime searchTime = newest + kSearchLead;
-    for (int done = 0; done < wanted; ++done) {
-        m_observer.progress(done, wanted);
-        RadarFrame frame;
-        if (!FetchFrame(transfer, searchTime, frame, listing)) {
-            return wanted - done;
+void RadarUpdate::startSearch(std::shared_ptr<const FrameListing> listing) {
+    m_listing = std::move(listing);
+    if (!m_listing->newest()) {
+        setStatus(QStringLiteral("No radar images found on server.\n"));
+        end(false);
+        return;
+    }
+    const auto makeFolder = [root = m_state.cacheFolder, site = m_state.siteId] {
+        return makeSiteFolder(root, site);
+    };
+    m_background.run(makeFolder, [this](const tl::expected<void, QString>& made) {
+        if (!made) {
+            m_writeFailure = made.error();
         }
-        prepend(std::move(frame));
-        searchTime -= (m_state.frameInterval - 1) * kFileTimePerMinute;
+        const int frames = m_state.animate ? m_state.frameCount : 1;
+        m_run.emplace(
+            FrameSearch({m_state.siteId, m_product, frames, m_state.frameInterval}, m_listing),
+            [this](const QString& name) { beginFrame(name); },
+            [this](const FrameSearch& search, const Bitmap& bitmap) { takeFrame(search, bitmap); }
+        );
+        m_observer.progress(0, frames);
+        m_run->start();
+        if (m_run->over()) {
+            endSearch();
+        }
+    });
+}
+
+void RadarUpdate::beginFrame(const QString& name) {
+    if (m_state.cacheFolder.isEmpty()) {
+        m_background.later([this, name] { frameEnded(name, {}); });
+        return;
     }
-    m_observer.progress(wanted, wanted);
-    return 0;
+    loadFrame(name, false, false);
+}
+
+// Loads a frame from the cache. One that is not there, or is no picture, is fetched.
+void RadarUpdate::loadFrame(const QString& name, bool fetched, bool last) {
+    m_background.run(
+        [file = cached(name)] { return LoadImageFile(file, kMostRadarPixels); },
+        [this, name, fetched, last](const Bitmap& bitmap) {
+            const bool ended = bitmap || fetched;
+            if (!ended) {
+                fetchFrame(name);
+            }
+            beginWarnings(); // behind the newest frame
+            if (ended) {
+                frameEnded(name, {bitmap, fetched, last});
+            }
+        }
+    );
+}
+
+void RadarUpdate::fetchFrame(const QString& name) {
+    if (m_writeFailure) {
+        frameEnded(name, {nullptr, true, true});
+        return;
+    }
+    const QString path = listingDirectory(m_state.siteId, m_product) + name;
+    m_transfer.DownloadToFile(
+        path, cached(name), kGifFile,
+        [this, name](const CHttpTransfer::Fetched& fetched) {
+            if (fetched.writeFailure && !m_writeFailure) {
+                m_writeFailure = fetched.writeFailure;
+                m_transfer.giveUp();
+            }
+            if (fetched.kept) {
+                loadFrame(name, true, fetched.last);
+            } else {
+                frameEnded(name, {nullptr, true, fetched.last || m_writeFailure});
+            }
+        }
+    );
+}
+
+void RadarUpdate::frameEnded(const QString& name, FrameRun::Outcome outcome) {
+    if (m_searchEnded) {
+        return;
+    }
+    m_run->ended(name, std::move(outcome));
+    if (m_run->over()) {
+        endSearch();
+    }
+}
+
+void RadarUpdate::takeFrame(const FrameSearch& search, const Bitmap& bitmap) {
+    m_state.imageWidth = bitmap->width();
+    m_state.imageHeight = bitmap->height();
+    m_state.nextUpdate = std::max(m_state.nextUpdate, search.time() + kNextUpdateAfter);
+    prepend({bitmap, clockText(search.time()), cached(*search.next())});
+    m_observer.progress(search.found() + 1, search.wanted());
 }
 
 // The first frame, the newest, is shown while the older ones are fetched.
@@ -109,68 +175,101 @@ void RadarUpdate::prepend(RadarFrame frame) {
     m_observer.repaint();
 }
 
-bool RadarUpdate::FetchFrame(
-    CHttpTransfer& transfer, FileTime& searchTime, RadarFrame& frame,
-    const std::set<QString>& listing
-) {
-    frame.bitmap = nullptr;
-    if (siteFolder().isEmpty()) {
-        return false;
+// The present warnings are fetched for each update.
+void RadarUpdate::beginWarnings() {
+    if (!m_state.showWarnings || m_writeFailure || m_warningsTransfer) {
+        return;
     }
-    for (int tries = 0; tries < kMostTries; ++tries) {
-        searchTime -= kFileTimePerMinute;
-        const QString name = frameFileName(m_state.siteId, searchTime, productCode());
-        if (!listing.contains(name) || !loadFrame(transfer, name, frame)) {
-            continue;
+    m_warningsPending = true;
+    m_warningsTransfer = m_transfer.sibling();
+    m_warningsTransfer->DownloadToFile(
+        warningsPath(m_state.siteId, ProductRange(m_state.product).toString()),
+        cached(warningsFileName(m_state.siteId)), kGifFile,
+        [this](const CHttpTransfer::Fetched& fetched) {
+            m_warningsPending = false;
+            m_warningsCame = fetched.kept;
+            if (!m_writeFailure) {
+                m_writeFailure = fetched.writeFailure;
+            }
+            endWhenComplete();
         }
-        frame.timeText = clockText(searchTime);
-        m_state.nextUpdate = std::max(m_state.nextUpdate, searchTime + kNextUpdateAfter);
-        return true;
-    }
-    return false;
+    );
 }
 
-bool RadarUpdate::loadFrame(CHttpTransfer& transfer, const QString& name, RadarFrame& frame) {
-    const QString cached = siteFolder() + u'/' + name;
-    const QString path = listingDirectory(m_state.siteId, productCode()) + name;
-    const auto load = [&] {
-        frame.bitmap = LoadImageFile(cached, kMostRadarPixels);
-        return frame.bitmap != nullptr;
-    };
-    if (!load() && !(fetch(transfer, path, cached) && load())) {
-        return false;
+void RadarUpdate::endSearch() {
+    m_searchEnded = true;
+    if (m_state.frames.empty()) {
+        setStatus(outcome());
+        end(false);
+        return;
     }
-    frame.path = cached;
-    m_state.imageWidth = frame.bitmap->width();
-    m_state.imageHeight = frame.bitmap->height();
-    return true;
+    if (m_run->missing() > 0) {
+        setStatus(outcome());
+    }
+    m_background.run(
+        [root = m_state.cacheFolder, site = m_state.siteId, product = m_product,
+         listing = m_listing] { deleteStaleFrames(root, site, product, listing->names()); },
+        [this] {
+            m_listing.reset();
+            endWhenComplete();
+        }
+    );
+    if (m_run->brokenOff() && m_warningsTransfer) {
+        m_warningsTransfer->giveUp();
+    }
 }
 
-bool RadarUpdate::fetch(CHttpTransfer& transfer, const QString& path, const QString& cached) {
+// All that is left are the warnings and the deletion of stale frames.
+void RadarUpdate::endWhenComplete() {
+    if (!m_searchEnded || m_warningsPending || m_listing) {
+        return;
+    }
+    if (m_warningsCame) {
+        drawWarnings();
+    } else {
+        setStatus(outcome());
+        end(true);
+    }
+}
+
+// Burns the warnings into every frame.
+void RadarUpdate::drawWarnings() {
+    std::vector<Bitmap> pictures;
+    for (const RadarFrame& frame : m_state.frames) {
+        pictures.push_back(frame.bitmap);
+    }
+    m_background.run(
+        [pictures, file = cached(warningsFileName(m_state.siteId))] {
+            return drawnOver(pictures, file);
+        },
+        [this, pictures](const std::vector<Bitmap>& drawn) {
+            for (std::size_t i = 0; i < drawn.size(); ++i) {
+                m_state.frames[i].bitmap = drawn[i];
+                if (m_state.current.bitmap == pictures[i]) {
+                    m_state.current.bitmap = drawn[i];
+                }
+            }
+            setStatus(outcome());
+            end(true);
+        }
+    );
+}
+
+// The status text after the search.
+QString RadarUpdate::outcome() const {
     if (m_writeFailure) {
-        return false;
+        return cacheFailureText(m_state.cacheFolder, *m_writeFailure);
     }
-    const bool fetched = transfer.DownloadToFile(path, cached, kGifFile);
-    m_writeFailure = transfer.writeFailure();
-    return fetched;
+    if (m_state.frames.empty()) {
+        return QStringLiteral("Could not download\nany radar images.\n");
+    }
+    return m_run->missing() > 0 ? QStringLiteral("Could not get\nall images.\n") : QString();
 }
 
-// Burns the present warnings, fetched for each update, into every frame.
-void RadarUpdate::drawWarnings(CHttpTransfer& transfer) {
-    const QString cached = siteFolder() + u'/' + warningsFileName(m_state.siteId);
-    const QString path = warningsPath(m_state.siteId, ProductRange(m_state.product).toString());
-    if (!fetch(transfer, path, cached)) {
-        return;
-    }
-    const Bitmap warnings = LoadImageFile(cached, kMostRadarPixels);
-    if (!warnings) {
-        return;
-    }
-    for (RadarFrame& frame : m_state.frames) {
-        if (frame.bitmap) {
-            CompositeOnto(frame.bitmap, *warnings, warnings->width(), warnings->height());
-        }
-    }
+void RadarUpdate::end(bool updated) {
+    m_observer.repaint();
+    // From the event loop: whoever hears of the end may end this.
+    m_background.later([done = m_done, updated] { done(updated); });
 }
 
 void RadarUpdate::setStatus(const QString& status) {
@@ -180,18 +279,7 @@ void RadarUpdate::setStatus(const QString& status) {
     }
 }
 
-bool RadarUpdate::fail(const QString& status) {
-    setStatus(status);
-    m_observer.repaint();
-    return false;
+QString RadarUpdate::cached(const QString& name) const {
+    return siteCacheFolder(m_state.cacheFolder, m_state.siteId) + u'/' + name;
 }
-
-QString RadarUpdate::siteFolder() const {
-    return siteCacheFolder(m_state.cacheFolder, m_state.siteId);
-}
-
-QString RadarUpdate::productCode() const {
-    return ProductCode(m_state.product).toString();
-}
-
 } // namespace raincast

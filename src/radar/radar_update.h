@@ -1,25 +1,27 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/background.h"
+#include "net/http_transfer.h"
+#include "radar/frame_run.h"
 #include "radar/radar_state.h"
 
 #include <QString>
 
+#include <functional>
+#include <memory>
 #include <optional>
-#include <set>
 
 namespace raincast {
 
-class CHttpTransfer;
-
-/// Hears of an update while it runs. All calls come from inside the update, on its thread.
+/// Hears of an update while it runs, on its thread.
 class RadarUpdateObserver {
 public:
     virtual ~RadarUpdateObserver() = default;
 
     /// The state's status text has changed.
     virtual void statusChanged(const QString& status) = 0;
-    /// The state has changed and can be painted; the waiting user should see it at once.
+    /// The state has changed and can be painted.
     virtual void repaint() = 0;
     /// `done` of the `wanted` frames are there.
     virtual void progress(int done, int wanted) = 0;
@@ -27,49 +29,62 @@ public:
 
 /// Fills a state's frame list from the radar image server: the newest frame of its site and product
 /// and, with animation on, older ones that lie at least the chosen interval apart. Frames are kept
-/// as files in the cache and not fetched again, unless a file is not a picture. Blocks until it is
-/// done.
+/// as files in the cache and not fetched again, unless a file is not a picture. The frames are
+/// those of a search one by one (frame_search.h), but what it will want is fetched ahead, several
+/// at a time and the newest first, and loaded in the background; the warnings come beside them.
 ///
-/// State and observer are borrowed; the object lives for one action. Once it could not write a file
-/// it fetches no more, and shows what the cache holds.
+/// When the transfer gives up, whatever is unfinished fails, and no frame is taken that was not in
+/// the cache before: the result is that of the one-by-one search whose connection fails there. Once
+/// a file could not be written, no more is fetched, and what the cache holds is shown.
+///
+/// State, observer and transfer are borrowed. The object lives for one action; its end cancels it.
 class RadarUpdate {
 public:
-    RadarUpdate(RadarState& state, RadarUpdateObserver& observer)
-        : m_state(state), m_observer(observer) {}
+    /// Called once, with whether at least the newest frame is there. What went wrong stands in the
+    /// state's status text, which stays empty only when every wanted frame is there and the cache
+    /// could be written; missing warnings are no failure.
+    using Done = std::function<void(bool updated)>;
 
-    /// Makes the update. True when at least the newest frame is there. What went wrong stands in
-    /// the state's status text, which stays empty only when every wanted frame is there and the
-    /// cache could be written; missing warnings are no failure. A frame that the listing dates more
-    /// than a day ahead is ignored.
-    [[nodiscard]] bool UpdateRadar(CHttpTransfer& transfer);
+    RadarUpdate(RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer);
 
-    /// Finds, downloads and loads the newest listed frame that is at least a minute older than
-    /// `searchTime`, looking back over a hundred minutes; a listed frame that cannot be fetched or
-    /// loaded is passed over. False without a cache folder. On success `searchTime` is the frame's
-    /// time.
-    [[nodiscard]] bool FetchFrame(
-        CHttpTransfer& transfer, FileTime& searchTime, RadarFrame& frame,
-        const std::set<QString>& listing
-    );
-
-    /// Empties the frame list and clears the frame on screen.
-    void discardFrames();
+    /// Begins the update. A frame that the listing dates more than a day ahead is ignored.
+    void UpdateRadar(Done done);
 
 private:
-    [[nodiscard]] QString outcome(int missing) const;
-    void setStatus(const QString& status);
-    bool fail(const QString& status);
-    int fetchFrames(CHttpTransfer& transfer, FileTime newest, const std::set<QString>& listing);
+    void takeListing(const CHttpTransfer::Listing& names);
+    void startSearch(std::shared_ptr<const FrameListing> listing);
+    void beginFrame(const QString& name);
+    void loadFrame(const QString& name, bool fetched, bool last);
+    void fetchFrame(const QString& name);
+    void frameEnded(const QString& name, FrameRun::Outcome outcome);
+    void takeFrame(const FrameSearch& search, const Bitmap& bitmap);
     void prepend(RadarFrame frame);
-    bool loadFrame(CHttpTransfer& transfer, const QString& name, RadarFrame& frame);
-    bool fetch(CHttpTransfer& transfer, const QString& path, const QString& cached);
-    void drawWarnings(CHttpTransfer& transfer);
-    [[nodiscard]] QString siteFolder() const;
-    [[nodiscard]] QString productCode() const;
+    void beginWarnings();
+    void endSearch();
+    void endWhenComplete();
+    void drawWarnings();
+    void end(bool updated);
+    [[nodiscard]] QString outcome() const;
+    void setStatus(const QString& status);
+    [[nodiscard]] QString cached(const QString& name) const;
 
     RadarState& m_state;
     RadarUpdateObserver& m_observer;
+    CHttpTransfer& m_transfer;
+    QString m_product; ///< its code
+    Done m_done;
+    std::shared_ptr<const FrameListing> m_listing;
+    std::optional<FrameRun> m_run;
     std::optional<QString> m_writeFailure; ///< why the cache could not be written
+    /// Warnings that keep us waiting must not cost the frames.
+    std::unique_ptr<CHttpTransfer> m_warningsTransfer;
+    bool m_warningsPending = false;
+    bool m_warningsCame = false;
+    bool m_searchEnded = false;
+    Background m_background;
 };
+
+/// Empties a state's frame list and clears the frame on screen.
+void discardFrames(RadarState& state);
 
 } // namespace raincast

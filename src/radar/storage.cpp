@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "radar/storage.h"
 
-#include "core/busy_guard.h"
 #include "core/folders.h"
 #include "geo/local_frame.h"
 #include "radar/cache.h"
@@ -96,8 +95,6 @@ StorageResult applyStorage(const StorageRequest& request) {
     if (request.card && !EnsureFolder(target)) {
         return failure(request, QStringLiteral("Failed to create folder: %1"), target);
     }
-    // The progress may let paint events through, and nothing else.
-    const BusyGuard busy;
     cleanUpCache(request.cacheFolder, request.cleanup, request.viewCentre);
     if (target == request.cacheFolder) {
         return {target, std::nullopt};

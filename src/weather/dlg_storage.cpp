@@ -119,31 +119,51 @@ StorageRequest CDlgStorage::chosen() const {
 // In the place of the label: on a small screen the dialog may cover the item's bar, too.
 void CDlgStorage::showProgress(int done, int wanted) {
     setText(kPlaceLabel, QStringLiteral("%1 of %2 files moved").arg(done).arg(wanted));
-    control(kPlaceLabel)->repaint();
     if (m_request.progress) {
         m_request.progress(done, wanted);
     }
 }
 
 void CDlgStorage::onOk() {
-    StorageRequest request = chosen();
-    request.progress = [this, sincePaint = QElapsedTimer()](int done, int wanted) mutable {
-        if (!sincePaint.isValid() || sincePaint.hasExpired(kPaintMilliseconds) || done == wanted) {
-            sincePaint.start();
-            showProgress(done, wanted);
-        }
-    };
-    const QString label = text(kPlaceLabel);
-    m_waiting(true);
-    const StorageResult result = applyStorage(request);
-    m_waiting(false);
-    setText(kPlaceLabel, label);
-    if (result.error) {
-        messageBox(widget(), *result.error, QStringLiteral("Error"));
+    if (working()) {
         return;
     }
-    m_request.cacheFolder = result.cacheFolder;
-    Dialog::onOk();
+    StorageRequest request = chosen();
+    // Called in the other thread.
+    request.progress = [this, slit = m_progress.slit(),
+                        sinceTold = QElapsedTimer()](int done, int wanted) mutable {
+        if (!sinceTold.isValid() || sinceTold.hasExpired(kPaintMilliseconds) || done == wanted) {
+            sinceTold.start();
+            slit.post([this, done, wanted] { showProgress(done, wanted); });
+        }
+    };
+    m_label = text(kPlaceLabel);
+    m_waiting(true);
+    widget()->setEnabled(false);
+    m_work.start([this, request] { m_result = applyStorage(request); }, [this] { ended(); });
+}
+
+void CDlgStorage::onCancel() {
+    if (!working()) {
+        Dialog::onCancel();
+    }
+}
+
+void CDlgStorage::ended() {
+    m_waiting(false);
+    if (!m_result.error) {
+        m_request.cacheFolder = m_result.cacheFolder;
+    }
+    if (widget() == nullptr) {
+        return; // it was closed from outside
+    }
+    widget()->setEnabled(true);
+    setText(kPlaceLabel, m_label);
+    if (m_result.error) {
+        messageBox(widget(), *m_result.error, QStringLiteral("Error"));
+    } else {
+        Dialog::onOk();
+    }
 }
 
 } // namespace raincast

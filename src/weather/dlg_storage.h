@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/errand.h"
+#include "core/mailbox.h"
 #include "radar/storage.h"
 #include "window/combo_list.h"
 #include "window/dialog.h"
@@ -11,8 +13,9 @@
 
 namespace raincast {
 
-/// "Radar Image Storage": moves the image cache and cleans it up. OK does all of that before the
-/// dialog closes; a failure shows a message and leaves the dialog open.
+/// "Radar Image Storage": moves the image cache and cleans it up. OK has that done in the
+/// background and then closes the dialog; until then it cannot be cancelled. A failure shows a
+/// message and leaves the dialog open.
 class CDlgStorage : public Dialog {
 public:
     /// Called before the work begins (true) and after it has ended (false).
@@ -25,6 +28,12 @@ public:
     bool onInitialise() override;
     void onDialogCommand(int id, QWidget* control, int notification) override;
     void onOk() override;
+    void onCancel() override;
+
+    /// Whether the dialog was closed from outside, at the program's end, while files still move.
+    [[nodiscard]] bool working() const { return m_work.underWay(); }
+    /// Waits until they have moved, or are back.
+    void finish() { m_work.wait(); }
 
     /// The cache root in use; after OK the one that was chosen.
     [[nodiscard]] const QString& cacheFolder() const { return m_request.cacheFolder; }
@@ -32,12 +41,17 @@ public:
 private:
     void enableBoxes();
     void showProgress(int done, int wanted);
+    void ended();
     [[nodiscard]] StorageRequest chosen() const;
 
     StorageRequest m_request;
     Waiting m_waiting;
     QStringList m_cards;
     ComboList m_places;
+    QString m_label; ///< that gave its place to the progress
+    Mailbox m_progress;
+    StorageResult m_result; ///< of the work
+    Errand m_work;          // last: it uses the rest until it ends
 };
 
 } // namespace raincast

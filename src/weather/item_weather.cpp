@@ -58,6 +58,14 @@ CItemWeather::CItemWeather()
 
 CItemWeather::~CItemWeather() = default;
 
+void CItemWeather::useDownloads(Downloads& downloads) {
+    m_loading->use(downloads);
+}
+
+bool CItemWeather::loading() const {
+    return m_loading->running();
+}
+
 bool CItemWeather::Read(CSerialReader& reader) {
     if (!CItemMapView::Read(reader)) {
         return false;
@@ -147,6 +155,7 @@ QString CItemWeather::caption() const {
 }
 
 void CItemWeather::windowCreated() {
+    m_loading->watch(*page()->widget());
     if (m_loading->begin(std::exchange(m_first, {}))) {
         return;
     }
@@ -180,10 +189,13 @@ bool CItemWeather::command(int id, int notification) {
     case kUpdate:
         if (m_state.siteId.isEmpty()) {
             Dialogs(*this).chooseStation({});
-        } else {
+        } else if (!m_loading->running()) {
             m_loading->update();
         }
         return true;
+    case kStop:
+        m_loading->stop();
+        return false; // to all items of the page
     case kAnimation:
         Dialogs(*this).editAnimation();
         return true;
@@ -201,9 +213,11 @@ bool CItemWeather::command(int id, int notification) {
 void CItemWeather::Tick() {
     const FileTime now = CHeartbeat::program().now();
     if (updateIsDue(m_state, now)) {
-        m_loading->update();
-        postponeUpdate(m_state, now);
-        return;
+        const bool ran = m_loading->running();
+        m_loading->updateDueAt(now);
+        if (!ran) {
+            return;
+        }
     }
     // A page has a window only while it is on the screen. A picture that stands still is painted
     // again only when the words for its age change.

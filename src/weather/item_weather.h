@@ -18,13 +18,15 @@ class CDlgAnimation;
 class CDlgLayers;
 class CDlgStation;
 class CDlgStorage;
+class Downloads;
 struct PictureTexts;
 
 /// The radar item: a site's radar images over and under map layers, placed on the earth so that the
 /// map view's overlays fall where they belong. On request it is animated and updates itself.
 ///
-/// Loading blocks; meanwhile the item is painted at each step, with a bar that shows how far it is.
-/// What goes wrong stands in the item as a text until the next load.
+/// It loads in the background, one load at a time, and is painted at each step, with a bar that
+/// shows how far it is. What goes wrong stands in the item as a text until the next load. Another
+/// site, product or page, and the item's end, cancel what runs.
 class CItemWeather : public CItemMapView, public CHeartbeat::Counter {
 public:
     using CDlgAnimation = raincast::CDlgAnimation;
@@ -64,6 +66,11 @@ public:
 
     /// Sets what the item begins with when it is shown next. It does so once.
     void beginWith(FirstShow first) { m_first = std::move(first); }
+    /// What fetches for the item, borrowed for its life. Without it the item fetches for itself.
+    void useDownloads(Downloads& downloads);
+
+    /// Whether something is being loaded, or updated.
+    [[nodiscard]] bool loading() const;
 
 private:
     class Loading;

@@ -2,7 +2,6 @@
 #include "weather/item_weather_dialogs.h"
 
 #include "core/user_change.h"
-#include "net/http_settings.h"
 #include "weather/dlg_animation.h"
 #include "weather/dlg_layers.h"
 #include "weather/dlg_station.h"
@@ -42,10 +41,11 @@ void CItemWeather::Dialogs::editLayers() {
     if (state.siteId.isEmpty()) {
         return;
     }
-    if (dialog.basemapsChanged()) {
+    if (dialog.basemapsChanged() && dialog.radarChanged()) {
+        m_item.m_loading->loadThenUpdate(state.siteId);
+    } else if (dialog.basemapsChanged()) {
         m_item.m_loading->load(state.siteId, false);
-    }
-    if (dialog.radarChanged()) {
+    } else if (dialog.radarChanged()) {
         m_item.m_loading->update();
     }
 }
@@ -55,17 +55,18 @@ void CItemWeather::Dialogs::editStorage() {
     request.viewCentre = m_item.centrePosition();
     request.cacheFolder = m_item.m_state.cacheFolder;
     request.siteId = m_item.m_state.siteId;
-    request.progress = [this](int done, int wanted) {
-        m_item.m_loading->progress(done, wanted);
-        // As a waiting transfer does: the move may take as long.
-        if (httpHooks().waiting) {
-            httpHooks().waiting();
-        }
-    };
+    request.progress = [this](int done, int wanted) { m_item.m_loading->progress(done, wanted); };
     raincast::CDlgStorage dialog(std::move(request), [this](bool waiting) {
+        m_item.m_loading->hold(waiting);
         m_item.m_loading->showWaiting(waiting);
     });
     dialog.run(m_item.page()->widget());
+    if (dialog.working()) {
+        // The program is to end.
+        m_item.m_state.status = QStringLiteral("Moving the image cache.\nThe program ends then.\n");
+        m_item.refresh();
+        dialog.finish();
+    }
     if (dialog.cacheFolder() != m_item.m_state.cacheFolder) {
         followCache(dialog.cacheFolder());
         UserChange::announce();

@@ -5,8 +5,8 @@
 
 namespace raincast {
 
-/// The radar item's dialogs, over its page. Each blocks until it is closed, and then until what its
-/// OK asks for is loaded.
+/// The radar item's dialogs, over its page. Each blocks until it is closed; what its OK asks for is
+/// loaded in the background.
 class CItemWeather::Dialogs {
 public:
     /// The item is borrowed; its page has a window.

@@ -7,7 +7,10 @@
 #include "weather/servers_setting.h"
 
 #include <QFileInfo>
-#include <QGuiApplication>
+#include <QWidget>
+
+#include <utility>
+#include <vector>
 
 namespace raincast {
 
@@ -27,49 +30,171 @@ bool CItemWeather::Loading::begin(const FirstShow& first) {
 }
 
 void CItemWeather::Loading::resume() {
+    const bool interrupted = std::exchange(m_interrupted, false);
     if (m_item.placed()) {
+        if (interrupted) {
+            update();
+        }
         return;
     }
-    RadarState& state = m_item.m_state;
-    state.status = QStringLiteral("Loading...");
+    m_item.m_state.status = QStringLiteral("Loading...");
     m_item.refresh();
-    const bool needRadar = !loadFrames();
+    loadFrames();
+}
+
+CItemWeather::Loading::~Loading() {
+    QObject::disconnect(m_windowGone);
+}
+
+void CItemWeather::Loading::watch(QWidget& window) {
+    QObject::disconnect(m_windowGone);
+    m_windowGone = QObject::connect(&window, &QObject::destroyed, [this] { windowGone(); });
+    m_inWindow = true;
+}
+
+void CItemWeather::Loading::windowGone() {
+    if (running() && m_inWindow) {
+        cancel();
+        m_item.m_state.status.clear();
+        m_interrupted = true;
+    }
+}
+
+// Loads the frames that are not loaded yet, up to the first that cannot be.
+void CItemWeather::Loading::loadFrames() {
+    cancel();
+    std::vector<QString> files;
+    for (const RadarFrame& frame : m_item.m_state.frames) {
+        if (!frame.bitmap) {
+            files.push_back(frame.path);
+        }
+    }
+    const auto load = [files] {
+        std::map<QString, Bitmap> bitmaps;
+        for (const QString& file : files) {
+            const Bitmap bitmap =
+                QFileInfo(file).isFile() ? LoadImageFile(file, kMostRadarPixels) : nullptr;
+            if (!bitmap) {
+                break;
+            }
+            bitmaps[file] = bitmap;
+        }
+        return bitmaps;
+    };
+    m_resuming.emplace();
+    m_resuming->run(load, [this](const std::map<QString, Bitmap>& bitmaps) {
+        framesLoaded(bitmaps);
+    });
+}
+
+void CItemWeather::Loading::framesLoaded(const std::map<QString, Bitmap>& bitmaps) {
+    RadarState& state = m_item.m_state;
+    bool complete = !state.frames.empty();
+    for (RadarFrame& frame : state.frames) {
+        const auto loaded = bitmaps.find(frame.path);
+        if (!frame.bitmap && loaded != bitmaps.end()) {
+            frame.bitmap = loaded->second;
+        }
+        complete = complete && frame.bitmap;
+    }
     if (!state.frames.empty()) {
         rewindAnimation(state);
     }
-    load(state.siteId, needRadar);
+    load(state.siteId, !complete);
 }
 
-// Loads the frames that are not loaded yet, up to the first that cannot be; false when there is one
-// or no frame at all.
-bool CItemWeather::Loading::loadFrames() {
-    for (RadarFrame& frame : m_item.m_state.frames) {
-        if (!frame.bitmap && QFileInfo(frame.path).isFile()) {
-            frame.bitmap = LoadImageFile(frame.path, kMostRadarPixels);
-        }
-        if (!frame.bitmap) {
-            return false;
-        }
+Downloads& CItemWeather::Loading::downloads() {
+    if (m_downloads != nullptr) {
+        return *m_downloads;
     }
-    return !m_item.m_state.frames.empty();
+    if (!m_ownDownloads) {
+        m_ownDownloads = std::make_unique<Downloads>();
+    }
+    return *m_ownDownloads;
 }
 
 RadarScene CItemWeather::Loading::scene() {
-    return {m_item.m_state, m_item.m_layers, m_basemaps, *this, ServersSetting::current()};
+    return {m_item.m_state, m_item.m_layers,           m_basemaps,
+            *this,          ServersSetting::current(), downloads()};
 }
 
-bool CItemWeather::Loading::load(const QString& siteId, bool updateRadar) {
-    return LoadBasemaps(scene(), siteId, updateRadar);
+void CItemWeather::Loading::load(const QString& siteId, bool updateRadar) {
+    cancel();
+    if (!m_held) {
+        m_action = LoadBasemaps(scene(), siteId, updateRadar, [this](bool) { ended(); });
+    }
 }
 
-bool CItemWeather::Loading::update() {
+void CItemWeather::Loading::loadThenUpdate(const QString& siteId) {
+    load(siteId, false);
+    m_updateNext = true;
+}
+
+void CItemWeather::Loading::update() {
     const QString& siteId = m_item.m_state.siteId;
-    if (siteId.isEmpty()) {
-        return false;
+    if (siteId.isEmpty() || m_held) {
+        return;
     }
     // An image without a place (its page was not shown yet, or its layers could not be loaded) does
     // not show where the user looks: the item keeps its site.
-    return m_item.placed() ? RequestUpdate(scene()) : load(siteId, true);
+    if (!m_item.placed()) {
+        load(siteId, true);
+        return;
+    }
+    cancel();
+    m_action = RequestUpdate(scene(), [this](bool) { ended(); });
+}
+
+void CItemWeather::Loading::updateDueAt(FileTime now) {
+    if (!running()) {
+        update();
+        m_dueAt = now;
+        if (!running()) {
+            settleDue(); // there is no site, or no cache at present
+        }
+    }
+}
+
+void CItemWeather::Loading::stop() {
+    if (!running()) {
+        return;
+    }
+    cancel();
+    RadarState& state = m_item.m_state;
+    state.status = state.frames.empty() ? QStringLiteral("Stopped.\n") : QString();
+    m_item.invalidate();
+}
+
+void CItemWeather::Loading::hold(bool held) {
+    m_held = held;
+    if (held) {
+        stop();
+    }
+}
+
+void CItemWeather::Loading::ended() {
+    m_action.reset();
+    m_progress = {};
+    settleDue();
+    if (std::exchange(m_updateNext, false)) {
+        update();
+    }
+}
+
+void CItemWeather::Loading::cancel() {
+    m_inWindow = m_item.page() != nullptr && m_item.page()->widget() != nullptr;
+    m_resuming.reset();
+    m_action.reset();
+    m_updateNext = false;
+    m_progress = {};
+    settleDue();
+}
+
+// An automatic update has ended.
+void CItemWeather::Loading::settleDue() {
+    if (const auto due = std::exchange(m_dueAt, std::nullopt)) {
+        postponeUpdate(m_item.m_state, *due);
+    }
 }
 
 void CItemWeather::Loading::repaint() {
@@ -106,12 +231,9 @@ void CItemWeather::Loading::geoReferenceChanged(GeoPosition centre) {
 }
 
 void CItemWeather::Loading::showWaiting(bool waiting) {
-    if (waiting) {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        return;
+    if (!waiting) {
+        m_progress = {};
     }
-    QGuiApplication::restoreOverrideCursor();
-    m_progress = {};
 }
 
 void CItemWeather::Loading::contentChanged() {

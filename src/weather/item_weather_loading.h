@@ -1,35 +1,63 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/background.h"
+#include "net/downloads.h"
 #include "radar/basemaps.h"
 #include "radar/radar_view.h"
 #include "weather/item_weather.h"
 
+#include <QObject>
 #include <QString>
+
+#include <map>
+#include <memory>
+#include <optional>
 
 namespace raincast {
 
 struct FirstShow;
 
-/// Loads a radar item's pictures into its state, and is the view that loads and updates report to:
-/// the item is painted at each step, and the cursor shows that the user has to wait. Every call
-/// that loads blocks until it is done; what goes wrong stands in the state's status text.
+/// Loads a radar item's pictures into its state in the background, one action of the user at a
+/// time, and is the view that loads and updates report to: the item is painted at each step. What
+/// goes wrong stands in the state's status text.
 class CItemWeather::Loading : public RadarView {
 public:
     /// The item is borrowed.
     explicit Loading(CItemWeather& item) : m_item(item) {}
+    ~Loading() override;
+    Loading(const Loading&) = delete;
+    Loading& operator=(const Loading&) = delete;
+
+    /// What fetches, borrowed; until then the item fetches for itself.
+    void use(Downloads& downloads) { m_downloads = &downloads; }
 
     /// Shows what the program's start asks for; false, and nothing is done, when it asks for
     /// nothing that this item takes.
     [[nodiscard]] bool begin(const FirstShow& first);
     /// Shows the item's site, from the cache where that has its frames; does nothing while an image
-    /// is in its place already.
+    /// is in its place already, unless the page went while something was loaded.
     void resume();
+    /// The item's page has a window. When that goes, what was begun in it is cancelled, and made up
+    /// for when the page comes back.
+    void watch(QWidget& window);
 
-    /// Changes to a site (LoadBasemaps); the result is that of the load.
-    bool load(const QString& siteId, bool updateRadar);
-    /// Updates the radar (RequestUpdate); false without a site.
-    bool update();
+    /// Changes to a site (LoadBasemaps); what runs is cancelled.
+    void load(const QString& siteId, bool updateRadar);
+    /// The same with the layers alone, and then an update.
+    void loadThenUpdate(const QString& siteId);
+    /// Updates the radar (RequestUpdate); what runs is cancelled. Does nothing without a site.
+    void update();
+    /// The same because an update was due at this time; does nothing while something runs.
+    void updateDueAt(FileTime now);
+    /// Cancels what runs, as the user wishes.
+    void stop();
+
+    [[nodiscard]] bool running() const { return m_resuming || m_action != nullptr; }
+
+    /// While the cache is on its way to another place nothing is loaded, and what runs is
+    /// cancelled.
+    void hold(bool held);
 
     /// The map layers that were loaded last.
     [[nodiscard]] const Basemaps& basemaps() const { return m_basemaps; }
@@ -52,13 +80,29 @@ public:
     void contentChanged() override;
 
 private:
-    [[nodiscard]] bool loadFrames();
+    void windowGone();
+    void loadFrames();
+    void framesLoaded(const std::map<QString, Bitmap>& bitmaps);
+    void ended();
+    void cancel();
+    void settleDue();
     [[nodiscard]] bool wholeImageInView() const;
+    [[nodiscard]] Downloads& downloads();
     [[nodiscard]] RadarScene scene();
 
     CItemWeather& m_item;
     Basemaps m_basemaps;
     Progress m_progress;
+    Downloads* m_downloads = nullptr;
+    std::unique_ptr<Downloads> m_ownDownloads;
+    bool m_held = false;
+    QMetaObject::Connection m_windowGone;
+    bool m_inWindow = false; ///< what runs was begun while the page had its window
+    bool m_interrupted = false;
+    bool m_updateNext = false;       ///< when the present action has ended
+    std::optional<FileTime> m_dueAt; ///< of the automatic update that runs
+    std::optional<Background> m_resuming;
+    std::unique_ptr<RadarAction> m_action;
 };
 
 } // namespace raincast

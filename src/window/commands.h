@@ -23,6 +23,7 @@ enum Command : int {
     kZoomIn = 40030,
     kZoomOut = 40031,
     kUpdate = 40032,
+    kStop = 40911, ///< of an update that runs
     // Radar
     kNearbyStations = 40028,
     kAnimation = 40033,

@@ -41,7 +41,7 @@ public:
     /// The left button (or a finger) went down at x, y in device pixels of the window.
     virtual void
     onLeftButton(bool doubleClick, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys);
-    /// A timer of startTimer() is due. Not called while a transfer waits.
+    /// A timer of startTimer() is due. Not called while the program is busy (BusyGuard).
     virtual void onTimer(int id);
     /// The client area has this size, in logical pixels.
     virtual void onSize(int width, int height);

@@ -86,6 +86,7 @@ protected:
         m_application.attach(m_window, m_window, m_commands, m_menu);
         test::show(m_window);
         m_application.restoreDefaultPages();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !m_application.loading(); }, 30'000));
         const QString log = m_home.path("drive.log");
         QByteArray sentences;
         for (int second = 0; second < kSeconds; ++second) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The server that the viewer starts, at ports of their own: the usual one may be taken here.
 #include "app/local_server.h"
-#include "net/http_transfer.h"
 #include "support/files.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
@@ -9,15 +8,18 @@
 #include "support/radar_tree.h"
 #include "support/scoped_http.h"
 #include "support/temporary_home.h"
+#include "support/transfers.h"
 
 #include <QProcess>
 #include <QTcpSocket>
 #include <QTest>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
@@ -74,8 +76,10 @@ protected:
         ServersSetting::set({radar, basemap});
     }
     /// What a listing holds; nothing without a server.
-    static std::optional<std::set<QString>> listingFrom(const QString& host) {
-        CHttpTransfer transfer(host, true, false);
+    static std::optional<std::set<QString>>
+    listingFrom(const QString& host, ConnectionManager& connection) {
+        Transfers transfers(connection);
+        WaitingTransfer transfer(transfers, host, true, false);
         std::set<QString> names;
         const bool fetched = transfer.FetchQuotedStrings(test::framesPath("TLX"), names);
         return fetched ? std::optional(names) : std::nullopt;
@@ -87,9 +91,9 @@ protected:
 
 TEST_F(LocalServerTest, ItIsStartedWhereNobodyListensAndEndsWithItsOwner) {
     {
-        const LocalServer server(address, kProgram);
+        LocalServer server(address, kProgram);
         EXPECT_EQ(server.processId(), 0);
-        const auto names = listingFrom(address);
+        const auto names = listingFrom(address, server);
         ASSERT_TRUE(names);
         EXPECT_GT(names->size(), 5U);
         EXPECT_NE(server.processId(), 0);
@@ -100,8 +104,8 @@ TEST_F(LocalServerTest, ItIsStartedWhereNobodyListensAndEndsWithItsOwner) {
 TEST_F(LocalServerTest, OneServerOfTheTwoIsEnoughToWantIt) {
     const HttpServer other;
     useServers(other.host(), address);
-    const LocalServer server(address, kProgram);
-    EXPECT_TRUE(listingFrom(address));
+    LocalServer server(address, kProgram);
+    EXPECT_TRUE(listingFrom(address, server));
     EXPECT_NE(server.processId(), 0);
 }
 
@@ -109,16 +113,16 @@ TEST_F(LocalServerTest, AServerThatIsThereIsUsed) {
     HttpServer there;
     useServers(there.host(), there.host());
     there.serve(test::framesPath("TLX"), "\"a name\"");
-    const LocalServer server(there.host(), kProgram);
-    EXPECT_EQ(listingFrom(there.host()), std::set<QString>{"a name"});
+    LocalServer server(there.host(), kProgram);
+    EXPECT_EQ(listingFrom(there.host(), server), std::set<QString>{"a name"});
     EXPECT_EQ(server.processId(), 0);
 }
 
 TEST_F(LocalServerTest, AConfiguredOtherServerIsNeverReplaced) {
     const RefusingPort other;
     useServers(other.host(), other.host());
-    const LocalServer server(address, kProgram);
-    EXPECT_FALSE(listingFrom(other.host()));
+    LocalServer server(address, kProgram);
+    EXPECT_FALSE(listingFrom(other.host(), server));
     EXPECT_EQ(server.processId(), 0);
     EXPECT_FALSE(answers(address));
 }
@@ -128,39 +132,51 @@ TEST_F(LocalServerTest, ItTakesTheirPlaceWhenAnothersServerEnds) {
     const QString shared = another->host();
     useServers(shared, shared);
     another->serve(test::framesPath("TLX"), "\"a name\"");
-    const LocalServer server(shared, kProgram);
-    EXPECT_EQ(listingFrom(shared), std::set<QString>{"a name"});
+    LocalServer server(shared, kProgram);
+    EXPECT_EQ(listingFrom(shared, server), std::set<QString>{"a name"});
     another.reset();
-    const auto names = listingFrom(shared);
+    const auto names = listingFrom(shared, server);
     ASSERT_TRUE(names);
     EXPECT_GT(names->size(), 5U);
     EXPECT_NE(server.processId(), 0);
 }
 
 TEST_F(LocalServerTest, WithoutTheProgramNothingIsStarted) {
-    const LocalServer server(address, home.path("missing"));
-    EXPECT_FALSE(listingFrom(address));
+    LocalServer server(address, home.path("missing"));
+    EXPECT_FALSE(listingFrom(address, server));
     EXPECT_EQ(server.processId(), 0);
 }
 
 TEST_F(LocalServerTest, AProgramThatDoesNotListenIsGivenUp) {
     const UselessProgram program;
-    const LocalServer server(address, program.path());
+    LocalServer server(address, program.path());
     for (int i = 0; i < 6; ++i) {
-        EXPECT_FALSE(listingFrom(address));
+        EXPECT_FALSE(listingFrom(address, server));
     }
     EXPECT_EQ(program.starts(), 3);
 }
 
-TEST_F(LocalServerTest, WindowsArePaintedWhileItStarts) {
-    const ScopedHttp http;
-    int calls = 0;
-    httpHooks().waiting = [&calls] { ++calls; };
+TEST_F(LocalServerTest, NothingWaitsButTheTransferWhileItStarts) {
     writeFile(home.path("slow"), "#!/bin/sh\nexec sleep 1\n");
     QFile::setPermissions(home.path("slow"), QFile::ReadOwner | QFile::ExeOwner);
     LocalServer server(address, home.path("slow"));
-    EXPECT_TRUE(server.establish());
-    EXPECT_GT(calls, 3);
+    int events = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&events] { ++events; });
+    timer.start(10);
+    EXPECT_FALSE(listingFrom(address, server));
+    EXPECT_GT(events, 10);
+}
+
+TEST_F(LocalServerTest, TheEndDoesNotWaitForAServerThatStays) {
+    writeFile(home.path("deaf"), "#!/bin/sh\ntrap '' TERM\necho up\nwhile :; do sleep 1; done\n");
+    QFile::setPermissions(home.path("deaf"), QFile::ReadOwner | QFile::ExeOwner);
+    auto server = std::make_unique<LocalServer>(address, home.path("deaf"));
+    EXPECT_FALSE(listingFrom(address, *server));
+    EXPECT_NE(server->processId(), 0);
+    const auto start = std::chrono::steady_clock::now();
+    server.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(400));
 }
 
 // In a process of its own, which ends as a viewer that is killed does.
@@ -176,7 +192,7 @@ TEST(LocalServerDeathTest, AKilledViewerTakesItAlong) {
         test::qtApp();
         ServersSetting::set({address, address});
         LocalServer server(address, kProgram);
-        static_cast<void>(server.establish());
+        server.EstablishConnection([](bool) {});
         // A busy machine may take longer to start it than the viewer waits.
         if (!QTest::qWaitFor([&address] { return answers(address); }, kDeadline)) {
             std::_Exit(1);

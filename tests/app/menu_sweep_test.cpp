@@ -209,10 +209,13 @@ protected:
     static void addTools(Viewer& viewer, std::vector<Choice>& choices) {
         auto& tools = dynamic_cast<QToolBar&>(*barOf(viewer).cornerWidget());
         for (QAction* tool : tools.actions()) {
-            if (QWidget* const button = tools.widgetForAction(tool); !tool->isSeparator()) {
+            if (!tool->isSeparator()) {
                 choices.push_back(
                     {"button " + tool->text().toStdString(), tool->text(), false,
-                     [button] { test::click(*button, button->rect().center()); }}
+                     [&tools, tool] {
+                         QWidget* const button = tools.widgetForAction(tool);
+                         test::click(*button, button->rect().center());
+                     }}
                 );
             }
         }
@@ -220,6 +223,9 @@ protected:
     static void addShortcuts(Viewer& viewer, std::vector<Choice>& choices) {
         QMainWindow& frame = *viewer.window()->frame();
         for (QAction* action : frame.actions()) {
+            if (!action->isEnabled()) {
+                continue; // nothing is loading that could be stopped
+            }
             for (const QKeySequence& keys : action->shortcuts()) {
                 choices.push_back(
                     {"key " + keys.toString().toStdString(), action->text().remove('&'), false,
@@ -283,6 +289,7 @@ protected:
             AnyDialog newcomer(hand(), AnyDialog::Answer::cancel);
             const int status = run([&](Viewer& viewer) {
                 prepare(viewer);
+                finish(viewer);
                 sweepOneRun(viewer, answer, next, count);
             });
             EXPECT_EQ(status, 0);
@@ -333,6 +340,7 @@ protected:
             count(action, ofMenu);
         });
         choice.choose();
+        finish(viewer);
         test::settle();
         EXPECT_EQ(std::max(ofAction, ofMenu), 1);
         expectReady(viewer);
@@ -345,7 +353,6 @@ protected:
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
         EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-        EXPECT_FALSE(BusyGuard::active());
         // A page, or the hint that there is no page, and nothing else.
         int shown = 0;
         for (const QObject* child : viewer.window()->client()->children()) {

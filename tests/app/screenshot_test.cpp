@@ -40,7 +40,9 @@ protected:
 TEST_F(ScreenshotTest, TheWindowIsSavedAfterItsPaint) {
     test::show(window);
     const QString file = folder.filePath("picture.png");
-    const Screenshot screenshot(window, file, [this](bool good) { saved = good; });
+    const Screenshot screenshot(
+        window, file, [] { return false; }, [this](bool good) { saved = good; }
+    );
     EXPECT_FALSE(saved);
     ASSERT_TRUE(wait());
     EXPECT_EQ(saved, true);
@@ -52,7 +54,9 @@ TEST_F(ScreenshotTest, TheWindowIsSavedAfterItsPaint) {
 
 TEST_F(ScreenshotTest, AWindowThatIsNeverPaintedIsSavedAllTheSame) {
     const QString file = folder.filePath("picture.png");
-    const Screenshot screenshot(window, file, [this](bool good) { saved = good; });
+    const Screenshot screenshot(
+        window, file, [] { return false; }, [this](bool good) { saved = good; }
+    );
     ASSERT_TRUE(wait());
     EXPECT_EQ(saved, true);
     EXPECT_EQ(QImage(file).size(), QSize(120, 80));
@@ -60,9 +64,10 @@ TEST_F(ScreenshotTest, AWindowThatIsNeverPaintedIsSavedAllTheSame) {
 
 TEST_F(ScreenshotTest, WhatIsUnderWayReturnsFirst) {
     test::show(window);
-    const Screenshot screenshot(window, folder.filePath("picture.png"), [this](bool good) {
-        saved = good;
-    });
+    const Screenshot screenshot(
+        window, folder.filePath("picture.png"), [] { return false; },
+        [this](bool good) { saved = good; }
+    );
     {
         const BusyGuard busy;
         for (int i = 0; i < 10; ++i) {
@@ -73,11 +78,33 @@ TEST_F(ScreenshotTest, WhatIsUnderWayReturnsFirst) {
     EXPECT_TRUE(wait());
 }
 
+TEST_F(ScreenshotTest, WhatIsLoadedIsWaitedForAndPaintedOnceMore) {
+    test::show(window);
+    int asked = 0;
+    const QString file = folder.filePath("picture.png");
+    const Screenshot screenshot(
+        window, file,
+        [&] {
+            if (++asked == 3) {
+                QPalette palette;
+                palette.setColor(QPalette::Window, QColor(200, 10, 30));
+                window.setPalette(palette);
+            }
+            return asked < 4;
+        },
+        [this](bool good) { saved = good; }
+    );
+    ASSERT_TRUE(wait());
+    EXPECT_GE(asked, 5) << "and once more after the paint";
+    EXPECT_EQ(QImage(file).pixelColor(60, 40), QColor(200, 10, 30));
+}
+
 TEST_F(ScreenshotTest, AFileThatCannotBeWrittenIsTold) {
     test::show(window);
-    const Screenshot screenshot(window, folder.filePath("missing/picture.png"), [this](bool good) {
-        saved = good;
-    });
+    const Screenshot screenshot(
+        window, folder.filePath("missing/picture.png"), [] { return false; },
+        [this](bool good) { saved = good; }
+    );
     ASSERT_TRUE(wait());
     EXPECT_EQ(saved, false);
     EXPECT_EQ(namesIn(folder.path()), "");
@@ -87,9 +114,10 @@ TEST_F(ScreenshotTest, AFullDiskLeavesTheOldPictureAndNoHalfOne) {
     test::show(window);
     writeFile(folder.filePath("picture.png"), "old");
     const FullDisk disk(50);
-    const Screenshot screenshot(window, folder.filePath("picture.png"), [this](bool good) {
-        saved = good;
-    });
+    const Screenshot screenshot(
+        window, folder.filePath("picture.png"), [] { return false; },
+        [this](bool good) { saved = good; }
+    );
     ASSERT_TRUE(wait());
     EXPECT_EQ(saved, false);
     EXPECT_EQ(namesIn(folder.path()), "picture.png");
@@ -101,7 +129,9 @@ TEST_F(ScreenshotTest, APipeIsWrittenInto) {
     const QString pipe = folder.filePath("pipe");
     ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     const FileDescriptor reader(open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK));
-    const Screenshot screenshot(window, pipe, [this](bool good) { saved = good; });
+    const Screenshot screenshot(
+        window, pipe, [] { return false; }, [this](bool good) { saved = good; }
+    );
     ASSERT_TRUE(wait());
     EXPECT_EQ(saved, true);
     QByteArray bytes(65536, '\0');

@@ -4,7 +4,6 @@
 #include "app/main_window.h"
 #include "app/viewer.h"
 #include "app/window_place.h"
-#include "core/busy_guard.h"
 #include "core/clock.h"
 #include "page/item.h"
 #include "page/page.h"
@@ -63,8 +62,8 @@ protected:
         Viewer viewer(options);
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, [&] {
-            // A dialog or a transfer before the loop lets timers run as well.
-            if (Modal::depth() == 0 && !BusyGuard::active()) {
+            // A dialog before the loop lets timers run as well.
+            if (Modal::depth() == 0 && !viewer.application().loading()) {
                 timer.stop();
                 step(viewer);
                 if (!Modal::endRequested()) {
@@ -76,6 +75,10 @@ protected:
         return viewer.run();
     }
 
+    /// Waits until the current page has loaded what it is about to load.
+    static void finish(const Viewer& viewer) {
+        EXPECT_TRUE(QTest::qWaitFor([&viewer] { return !viewer.application().loading(); }, 30'000));
+    }
     static void choose(Viewer& viewer, const QStringList& path) {
         chooseInMenu(*viewer.window()->frame()->menuBar(), path);
     }

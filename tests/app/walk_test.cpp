@@ -53,11 +53,13 @@ TEST_F(WalkTest, ANewcomerFindsTheRadarAndFindsItAgain) {
                 test::press(dialog, "OK");
             });
             choose(viewer, {"Menu", "Weather", "Layers"});
+            finish(viewer);
             EXPECT_EQ(newest(item), "MUX_20190519_0555_N0V.gif");
             EXPECT_EQ(colourAt(viewer, {201, 275}), 0xFFFF0000);
 
             script.expect("Animation", [](QDialog& dialog) { animate(dialog, 2, false); });
             choose(viewer, {"Menu", "Weather", "Animation"});
+            finish(viewer);
             ASSERT_EQ(item.state().frames.size(), 2U);
             // It moves by itself.
             const QString oldest = item.state().frames[0].path;
@@ -92,14 +94,17 @@ TEST_F(WalkTest, AHiddenPageUpdatesItselfAndKeepsItsSiteAndItsFrames) {
         run([&](Viewer& viewer) {
             script.expect("Animation", [](QDialog& dialog) { animate(dialog, 2, true); });
             choose(viewer, {"Menu", "Weather", "Animation"});
+            finish(viewer);
 
             script.expect("Pages", [](QDialog& dialog) { test::press(dialog, "Add..."); });
             script.expect("Select Page Type", [](QDialog& /*dialog*/) { chooseSite("Weather"); });
             script.expect("Weather Station", [](QDialog& /*dialog*/) { chooseSite("Sterling"); });
             choose(viewer, {"Menu", "Pages..."});
+            finish(viewer);
             ASSERT_EQ(viewer.application().pages().size(), 2U);
             script.expect("Animation", [](QDialog& dialog) { animate(dialog, 2, true); });
             choose(viewer, {"Menu", "Weather", "Animation"});
+            finish(viewer);
 
             CItemWeather& hidden = itemOf(viewer, 0);
             CItemWeather& shown = itemOf(viewer, 1);
@@ -153,6 +158,7 @@ TEST_F(WalkTest, ARadarIsPutOnAPageThatHadNone) {
                     chooseSite("San Fr");
                 });
                 test::chooseInMenu(bar, {"Menu", "Layout", "Add item..."}, hand);
+                finish(viewer);
                 EXPECT_EQ(newest(itemOf(viewer, 1)), "MUX_20190519_0554_N0R.gif");
                 script.expect("Radar Layers");
                 test::chooseInMenu(bar, {"Menu", "Weather", "Layers"}, hand);
@@ -171,6 +177,7 @@ TEST_F(WalkTest, WhoCancelsTheListOfSitesIsToldHowToGoOn) {
             EXPECT_EQ(server.count(), 0);
             script.expect("Weather Station", [](QDialog& /*dialog*/) { chooseSite("San Fr"); });
             choose(viewer, {"Menu", "Weather", "All Stations"});
+            finish(viewer);
             EXPECT_EQ(newest(itemOf(viewer)), "MUX_20190519_0554_N0R.gif");
             script.expect("Weather Station");
             choose(viewer, {"Menu", "Weather", "Nearby Stations"});

@@ -9,6 +9,7 @@
 #include "window/events.h"
 
 #include <QMainWindow>
+#include <QTest>
 
 namespace raincast::test {
 
@@ -36,8 +37,13 @@ SampleViewer::SampleViewer()
     show(frame());
     m_application.attach(frame(), *m_window.client(), m_window.commands(), *m_window.pageMenu());
     addPages();
+    finish();
     beat();
     settle();
+}
+
+void SampleViewer::finish() {
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !m_application.loading(); }, 60'000));
 }
 
 void SampleViewer::beat() {

@@ -32,6 +32,8 @@ public:
     [[nodiscard]] CPageDisplay& page();
     /// One beat of the main window's clock: its title catches up with the page.
     void beat();
+    /// Waits until the current page has loaded what it is about to load.
+    void finish();
     /// Has the main window carry out a command, as its menu does.
     void command(int id);
 

@@ -7,6 +7,7 @@
 #include "support/http_server.h"
 #include "support/loopback.h"
 #include "support/scoped_http.h"
+#include "support/transfers.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -17,6 +18,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -37,10 +40,12 @@ protected:
     [[nodiscard]] std::string files() const { return namesIn(m_folder.path()); }
     /// The outcome of the last request, in words.
     [[nodiscard]] std::string lastOutcome() const {
-        return m_http.finished.empty() ? "(none)" : m_http.finished.back().second.toStdString();
+        return m_transfers.finished.empty() ? "(none)"
+                                            : m_transfers.finished.back().second.toStdString();
     }
 
     ScopedHttp m_http;
+    Transfers m_transfers;
     QTemporaryDir m_folder;
 };
 
@@ -49,7 +54,7 @@ protected:
 TEST_F(HttpTransferTest, AFileIsCreatedAndOverwritten) {
     HttpServer server;
     server.serve("/a", "a longer first version");
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     ASSERT_TRUE(transfer.DownloadToFile("/a", local()));
     EXPECT_EQ(readFile(local()), "a longer first version");
 
@@ -62,7 +67,7 @@ TEST_F(HttpTransferTest, AFileIsCreatedAndOverwritten) {
 TEST_F(HttpTransferTest, AnEmptyBodyIsAnEmptyFile) {
     HttpServer server;
     server.serve("/a", "");
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/a", local()));
     EXPECT_EQ(readFile(local()), "");
 }
@@ -72,7 +77,7 @@ TEST_F(HttpTransferTest, EveryStatusFrom300OnFailsAndTouchesNoFile) {
     for (const int status : {300, 301, 302, 304, 404, 500, 503}) {
         const QString path = QStringLiteral("/%1").arg(status);
         server.serve(path, "an error page", status);
-        CHttpTransfer transfer(server.host(), true, false);
+        WaitingTransfer transfer(m_transfers, server.host(), true, false);
         EXPECT_FALSE(transfer.DownloadToFile(path, local()));
         EXPECT_FALSE(QFileInfo::exists(local()));
         EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::connected);
@@ -84,7 +89,7 @@ TEST_F(HttpTransferTest, EveryStatusFrom300OnFailsAndTouchesNoFile) {
 TEST_F(HttpTransferTest, AFailureLeavesTheOldFile) {
     HttpServer server;
     writeFile(local(), "old");
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/absent", local()));
     EXPECT_EQ(readFile(local()), "old");
 }
@@ -92,7 +97,7 @@ TEST_F(HttpTransferTest, AFailureLeavesTheOldFile) {
 TEST_F(HttpTransferTest, AFailureDoesNotSpoilTheNextRequest) {
     HttpServer server;
     server.serve("/a", "fine");
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/absent", local()));
     EXPECT_TRUE(transfer.DownloadToFile("/a", local()));
     EXPECT_EQ(readFile(local()), "fine");
@@ -104,7 +109,7 @@ TEST_F(HttpTransferTest, ARedirectIsNotFollowed) {
     server.handle("/moved", [](const auto&) {
         return HttpServer::Response{301, "moved", "text/html", {{"Location", "/target"}}};
     });
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/moved", local()));
     EXPECT_EQ(server.count("/target"), 0);
     EXPECT_TRUE(files().empty());
@@ -115,7 +120,7 @@ TEST_F(HttpTransferTest, ARedirectIsNotFollowed) {
 TEST_F(HttpTransferTest, AListingGivesItsQuotedStrings) {
     HttpServer server;
     server.serve("/", "<a href=\"y\">one</a> two \"x\", \"y\" again, \"\" and \"unclosed");
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     Strings strings{"kept"};
     ASSERT_TRUE(transfer.FetchQuotedStrings("/", strings));
     EXPECT_EQ(strings, (Strings{"", "kept", "x", "y"}));
@@ -124,7 +129,7 @@ TEST_F(HttpTransferTest, AListingGivesItsQuotedStrings) {
 TEST_F(HttpTransferTest, AnErrorPageIsScannedLikeAListing) {
     HttpServer server;
     server.serve("/", "<p class=\"error\">", 404);
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     Strings strings;
     EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
     EXPECT_EQ(strings, Strings{"error"});
@@ -138,7 +143,7 @@ TEST_F(HttpTransferTest, AllRequestsShareOneConnection) {
     for (int i = 0; i < 5; ++i) {
         server.serve("/" + QString::number(i), QByteArray(30'000, 'x'));
     }
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     Strings strings;
     EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
     for (int i = 0; i < 5; ++i) {
@@ -151,7 +156,7 @@ TEST_F(HttpTransferTest, AllRequestsShareOneConnection) {
 
 TEST_F(HttpTransferTest, RequestsCarryTheProgramsHeadersAndNoCookies) {
     FaultServer server(answers::respond(200, "x", "Set-Cookie: flavour=oat; Path=/\r\n"));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/a b\r\n\"#c", local()));
     EXPECT_TRUE(transfer.DownloadToFile("/second", local()));
     const auto requests = server.requests();
@@ -169,8 +174,9 @@ TEST_F(HttpTransferTest, EachObjectEstablishesOnceAndReleasesOnce) {
     HttpServer server;
     server.serve("/", "x");
     CountingConnectionManager manager(false); // its failure is not acted upon
+    Transfers transfers(manager);
     for (int i = 1; i <= 2; ++i) {
-        CHttpTransfer transfer(server.host(), true, false);
+        WaitingTransfer transfer(transfers, server.host(), true, false);
         EXPECT_EQ(manager.established, i - 1);
         EXPECT_TRUE(transfer.DownloadToFile("/", local()));
         EXPECT_TRUE(transfer.DownloadToFile("/", local()));
@@ -179,9 +185,9 @@ TEST_F(HttpTransferTest, EachObjectEstablishesOnceAndReleasesOnce) {
     }
     EXPECT_EQ(manager.released, 2);
 
-    { CHttpTransfer unused(server.host(), true, false); }
+    { WaitingTransfer unused(transfers, server.host(), true, false); }
     {
-        CHttpTransfer without(server.host(), false, false);
+        WaitingTransfer without(transfers, server.host(), false, false);
         EXPECT_TRUE(without.DownloadToFile("/", local()));
     }
     EXPECT_EQ(manager.established, 2);
@@ -191,15 +197,17 @@ TEST_F(HttpTransferTest, EachObjectEstablishesOnceAndReleasesOnce) {
 TEST_F(HttpTransferTest, AFailedConnectIsNotTriedAgain) {
     const RefusingPort port;
     CountingConnectionManager manager;
+    Transfers transfers(manager);
+    const auto outcome = [&transfers] { return transfers.finished.back().second.toStdString(); };
     {
-        CHttpTransfer transfer(port.host(), true, false);
+        WaitingTransfer transfer(transfers, port.host(), true, false);
         EXPECT_FALSE(transfer.DownloadToFile("/a", local()));
-        EXPECT_THAT(lastOutcome(), HasSubstr("connect to server"));
+        EXPECT_THAT(outcome(), HasSubstr("connect to server"));
         EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::failed);
         Strings strings;
         EXPECT_FALSE(transfer.FetchQuotedStrings("/", strings));
         EXPECT_FALSE(transfer.DownloadToFile("/a", local()));
-        EXPECT_EQ(lastOutcome(), "not tried again");
+        EXPECT_EQ(outcome(), "not tried again");
         EXPECT_EQ(manager.established, 1);
     }
     EXPECT_EQ(manager.released, 1);
@@ -256,7 +264,7 @@ TEST_F(HttpTransferTest, EachFaultOfAServerHasItsOutcome) {
         SCOPED_TRACE(fault.name);
         FaultServer server(answers::respond(200, "fine"));
         server.on("/fault", fault.answer);
-        CHttpTransfer transfer(server.host(), true, false);
+        WaitingTransfer transfer(m_transfers, server.host(), true, false);
         EXPECT_EQ(transfer.DownloadToFile("/fault", local()), fault.result);
         EXPECT_EQ(QFileInfo::exists(local()), fault.contents != nullptr);
         if (fault.contents != nullptr) {
@@ -264,7 +272,7 @@ TEST_F(HttpTransferTest, EachFaultOfAServerHasItsOutcome) {
         }
         EXPECT_THAT(lastOutcome(), HasSubstr(fault.outcome));
         EXPECT_NE(lastOutcome(), "");
-        EXPECT_EQ(m_http.finished.size(), 1U);
+        EXPECT_EQ(m_transfers.finished.size(), 1U);
 
         // None of them spoils the object.
         EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::connected);
@@ -272,7 +280,7 @@ TEST_F(HttpTransferTest, EachFaultOfAServerHasItsOutcome) {
         EXPECT_EQ(readFile(local()), "fine");
         QFile::remove(local());
         EXPECT_TRUE(files().empty());
-        m_http.finished.clear();
+        m_transfers.finished.clear();
     }
 }
 
@@ -283,7 +291,7 @@ TEST_F(HttpTransferTest, AConnectionResetInTheMiddleKeepsWhatCame) {
     }
     FaultServer server(answers::respond(200, "fine"));
     server.on("/reset", answers::reset(body, 50'000));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     // What had not been read when the reset came may be lost on the way, the headers included.
     if (transfer.DownloadToFile("/reset", local())) {
         EXPECT_LE(readFile(local()).size(), 50'000);
@@ -297,7 +305,7 @@ TEST_F(HttpTransferTest, AConnectionResetInTheMiddleKeepsWhatCame) {
 
 TEST_F(HttpTransferTest, ABrokenOffFileIsKeptAsItCame) {
     FaultServer server(answers::cut("whole", 2));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(readFile(local()), "wh");
 }
@@ -334,7 +342,7 @@ TEST_F(HttpTransferTest, ABodyOfAnotherKindIsNoFile) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
         const FaultServer server(row.answer);
-        CHttpTransfer transfer(server.host(), true, false);
+        WaitingTransfer transfer(m_transfers, server.host(), true, false);
         EXPECT_EQ(transfer.DownloadToFile("/", local("new"), kDigits), row.kept);
         EXPECT_EQ(QFile::exists(local("new")), row.kept);
         EXPECT_THAT(lastOutcome(), HasSubstr(row.outcome));
@@ -355,7 +363,7 @@ TEST_F(HttpTransferTest, AKindThatMustBeWholeIsNotKeptInPart) {
     server.on("/cut", answers::cut("0123456789", 9));
     server.on("/chunks", answers::chunked("0123456789", 3, false));
     server.on("/stall", answers::stall("0123456789"));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local(), whole));
     for (const char* path : {"/cut", "/chunks", "/stall"}) {
         EXPECT_FALSE(transfer.DownloadToFile(path, local(), whole)) << path;
@@ -383,7 +391,7 @@ TEST_F(HttpTransferTest, AFileOfMoreThanFourMebibytesIsRefused) {
     server.on("/more", answers::respond(200, most + 'x'));
     server.on("/chunks", answers::chunked(most + 'x', 1 << 20));
     server.on("/endless", answers::hugeListing(qint64{1} << 40));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(readFile(local()), most);
     for (const char* path : {"/more", "/chunks", "/endless"}) {
@@ -397,8 +405,8 @@ TEST_F(HttpTransferTest, AnActionBringsNoMoreThanItMay) {
     httpLimits().actionBytes = 25'000;
     FaultServer server(answers::respond(200, QByteArray(10'000, 'x')));
     const auto allowance = std::make_shared<ByteAllowance>();
-    CHttpTransfer first(server.host(), true, false, allowance);
-    CHttpTransfer second(server.host(), true, false, allowance);
+    WaitingTransfer first(m_transfers, server.host(), true, false, allowance);
+    WaitingTransfer second(m_transfers, server.host(), true, false, allowance);
     EXPECT_TRUE(first.DownloadToFile("/", local("a")));
     EXPECT_TRUE(second.DownloadToFile("/", local("b")));
     EXPECT_FALSE(first.DownloadToFile("/", local("c")));
@@ -409,7 +417,7 @@ TEST_F(HttpTransferTest, AnActionBringsNoMoreThanItMay) {
     EXPECT_EQ(server.requests().size(), 3U);
     EXPECT_EQ(files(), "a b");
 
-    CHttpTransfer next(server.host(), true, false);
+    WaitingTransfer next(m_transfers, server.host(), true, false);
     EXPECT_TRUE(next.DownloadToFile("/", local("c")));
 }
 
@@ -418,7 +426,7 @@ TEST_F(HttpTransferTest, WhatIsRefusedCountsAsBrought) {
     httpLimits().actionBytes = 25'000;
     FaultServer server(answers::respond(404, QByteArray(5'000, 'x')));
     server.on("/large", answers::respond(200, QByteArray(2'000, 'x')));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     int tried = 0;
     while (tried < 100 && lastOutcome() != "not tried again") {
         EXPECT_FALSE(transfer.DownloadToFile(tried % 2 == 0 ? "/large" : "/", local()));
@@ -430,7 +438,7 @@ TEST_F(HttpTransferTest, WhatIsRefusedCountsAsBrought) {
 // Servers that keep us waiting. Each object then gives up, or every frame of an update would wait
 // as long again.
 
-void expectGivenUp(CHttpTransfer& transfer, const FaultServer& server, const QString& local) {
+void expectGivenUp(WaitingTransfer& transfer, const FaultServer& server, const QString& local) {
     const auto requests = server.requests().size();
     const auto start = std::chrono::steady_clock::now();
     Strings strings;
@@ -444,7 +452,7 @@ void expectGivenUp(CHttpTransfer& transfer, const FaultServer& server, const QSt
 TEST_F(HttpTransferTest, AStalledBodyEndsThereAndIsTheLast) {
     ScopedHttp::waitBriefly();
     FaultServer server(answers::stall("half a fra"));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(readFile(local()), "half a fra");
     EXPECT_EQ(lastOutcome(), "200, the server stalled");
@@ -457,7 +465,7 @@ TEST_F(HttpTransferTest, ABodyThatDripsEndsToo) {
     ScopedHttp::waitBriefly();
     httpLimits().stallBytesPerSecond = 1000;
     FaultServer server(answers::drip(milliseconds(10)));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_GT(readFile(local()).size(), 0);
     EXPECT_LT(readFile(local()).size(), 200);
@@ -468,7 +476,7 @@ TEST_F(HttpTransferTest, AResponseWithoutEndEndsAtItsTime) {
     httpLimits().stallBytesPerSecond = 1;
     httpLimits().totalTime = milliseconds(500);
     FaultServer server(answers::drip(milliseconds(10)));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_GT(readFile(local()).size(), 0);
     EXPECT_LT(readFile(local()).size(), 200);
@@ -480,7 +488,7 @@ TEST_F(HttpTransferTest, AResponseWithoutEndEndsAtItsTime) {
 TEST_F(HttpTransferTest, ASilentServerGivesNoFile) {
     ScopedHttp::waitBriefly();
     FaultServer server(answers::silence());
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(lastOutcome(), "the server stalled");
     expectGivenUp(transfer, server, local());
@@ -490,7 +498,7 @@ TEST_F(HttpTransferTest, ASilentServerGivesNoFile) {
 TEST_F(HttpTransferTest, AListingThatStallsGivesWhatCame) {
     ScopedHttp::waitBriefly();
     FaultServer server(answers::stall("<a href=\"one\"><a href=\"tw"));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     Strings strings;
     EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
     EXPECT_EQ(strings, Strings{"one"});
@@ -500,7 +508,7 @@ TEST_F(HttpTransferTest, AListingThatStallsGivesWhatCame) {
 TEST_F(HttpTransferTest, ConnectingThatTakesTooLongHasFailed) {
     ScopedHttp::waitBriefly();
     const DeafPort port;
-    CHttpTransfer transfer(port.host(), true, false);
+    WaitingTransfer transfer(m_transfers, port.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::failed);
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
@@ -512,7 +520,7 @@ TEST_F(HttpTransferTest, AnUnknownHostHasFailed) {
     for (const char* host :
          {"radar.invalid", "", ":80", "a b", "127.0.0.1/ridge", "me@127.0.0.1"}) {
         SCOPED_TRACE(host);
-        CHttpTransfer transfer(host, true, false);
+        WaitingTransfer transfer(m_transfers, host, true, false);
         Strings strings;
         EXPECT_FALSE(transfer.FetchQuotedStrings("/ridge/", strings));
         EXPECT_EQ(transfer.connectState(), CHttpTransfer::ConnectState::failed);
@@ -523,7 +531,7 @@ TEST_F(HttpTransferTest, AnUnknownHostHasFailed) {
 
 TEST_F(HttpTransferTest, AHugeListingEndsAtItsLimit) {
     FaultServer server(answers::hugeListing(100'000'000));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     Strings strings;
     EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
     // "<html>\n", then lines of 40 bytes whose string ends after 22.
@@ -539,7 +547,7 @@ TEST_F(HttpTransferTest, AHugeListingEndsAtItsLimit) {
 
 TEST_F(HttpTransferTest, AListingOfAnyBytesIsScanned) {
     FaultServer server(answers::respond(200, "\"\xE9t\xE9\" \"\" \"odd"));
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     Strings strings;
     EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
     const QChar widened(0xFFE9);
@@ -549,7 +557,7 @@ TEST_F(HttpTransferTest, AListingOfAnyBytesIsScanned) {
 TEST_F(HttpTransferTest, AListingThatBreaksOffGivesWhatCame) {
     FaultServer server(answers::cut("\"one\" \"two\" \"three\"", 14));
     server.on("/none", answers::nothing());
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     Strings strings;
     EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
     EXPECT_EQ(strings, (Strings{"one", "two"}));
@@ -573,21 +581,21 @@ TEST_F(HttpTransferTest, ThePortFollowsTheSecureFlag) {
         {"[::1]:1", true, "http://[::1]:1/a", "https://[::1]:1/a"},
     };
     for (const auto& row : rows) {
-        m_http.finished.clear();
-        CHttpTransfer transfer(row.host, false, row.secure);
+        m_transfers.finished.clear();
+        WaitingTransfer transfer(m_transfers, row.host, false, row.secure);
         Strings strings;
         EXPECT_FALSE(transfer.FetchQuotedStrings("/a", strings));
         EXPECT_FALSE(transfer.DownloadToFile("/a", local()));
-        ASSERT_EQ(m_http.finished.size(), 2U);
-        EXPECT_EQ(m_http.finished[0].first, row.listing);
-        EXPECT_EQ(m_http.finished[1].first, row.file);
+        ASSERT_EQ(m_transfers.finished.size(), 2U);
+        EXPECT_EQ(m_transfers.finished[0].first, row.listing);
+        EXPECT_EQ(m_transfers.finished[1].first, row.file);
     }
 }
 
 TEST_F(HttpTransferTest, ASecureObjectsListingIsPlainAndItsFilesAreNot) {
     HttpServer server;
     server.serve("/", "\"x\"");
-    CHttpTransfer transfer(server.host(), true, true);
+    WaitingTransfer transfer(m_transfers, server.host(), true, true);
     Strings strings;
     EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
     EXPECT_EQ(strings, Strings{"x"});
@@ -604,7 +612,7 @@ TEST_F(HttpTransferTest, AFolderThatIsNotThereOrNoFolderFails) {
     server.serve("/", "x");
     writeFile(local(), "a file");
     const auto failure = [&](const QString& path) {
-        CHttpTransfer transfer(server.host(), true, false);
+        WaitingTransfer transfer(m_transfers, server.host(), true, false);
         EXPECT_FALSE(transfer.DownloadToFile("/", path));
         return transfer.writeFailure();
     };
@@ -625,7 +633,7 @@ TEST_F(HttpTransferTest, AFolderThatMayNotBeWrittenFails) {
     if (user == 0 && seteuid(nobody) != 0) {
         GTEST_SKIP() << "root cannot step down here";
     }
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     EXPECT_FALSE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(transfer.writeFailure(), qt_error_string(EACCES));
     EXPECT_EQ(seteuid(user), 0);
@@ -638,7 +646,7 @@ TEST_F(HttpTransferTest, AFullDiskLeavesTheOldFileAndNoShortOne) {
     server.serve("/large", QByteArray(500'000, 'x'));
     server.serve("/small", "small");
     writeFile(local("old"), "old");
-    CHttpTransfer transfer(server.host(), true, false);
+    WaitingTransfer transfer(m_transfers, server.host(), true, false);
     {
         const FullDisk disk(100'000);
         EXPECT_FALSE(transfer.DownloadToFile("/large", local("old")));
@@ -651,43 +659,125 @@ TEST_F(HttpTransferTest, AFullDiskLeavesTheOldFileAndNoShortOne) {
     EXPECT_EQ(files(), "old small");
 }
 
-TEST_F(HttpTransferTest, OnceTheProgramIsToEndNoRequestBegins) {
-    HttpServer server;
-    server.serve("/file", "bytes");
-    bool ending = false;
-    httpHooks().ending = [&ending] { return ending; };
-    CHttpTransfer transfer(server.host(), true, false);
-    EXPECT_TRUE(transfer.DownloadToFile("/file", local("first")));
-    ending = true;
-    std::set<QString> strings;
-    EXPECT_FALSE(transfer.DownloadToFile("/file", local("second")));
-    EXPECT_FALSE(transfer.FetchQuotedStrings("/file", strings));
-    EXPECT_EQ(lastOutcome(), "not tried again");
-    EXPECT_EQ(files(), "first");
+// Several at a time
+
+TEST_F(HttpTransferTest, RequestsOfOneObjectRunSideBySideOverSixConnections) {
+    std::atomic<int> atOnce = 0;
+    std::atomic<int> most = 0;
+    std::atomic<bool> go = false;
+    FaultServer server([&](FaultConnection& to) {
+        most = std::max<int>(most, ++atOnce);
+        while (!go && to.pause(milliseconds(5))) {
+        }
+        --atOnce;
+        to.send(answers::response(200, "x"));
+    });
+    CHttpTransfer transfer(m_transfers.downloads(), server.host(), true, false);
+    int kept = 0;
+    for (int i = 0; i < 20; ++i) {
+        const QString name = QString::number(i);
+        transfer.DownloadToFile("/" + name, local(name), kAnyFile, [&](const auto& fetched) {
+            kept += fetched.kept ? 1 : 0;
+        });
+    }
+    EXPECT_TRUE(m_transfers.loop().until([&] { return most == 6; }));
+    go = true;
+    EXPECT_TRUE(m_transfers.loop().until([&] { return kept == 20; }));
+    EXPECT_EQ(most, 6);
+    EXPECT_EQ(server.connections(), 6);
+    EXPECT_EQ(server.requests().size(), 20U);
 }
 
-// The child dies by its own hand in the middle of the body.
-TEST_F(HttpTransferTest, AProgramKilledInTheMiddleLeavesNoHalfFile) {
-    FaultServer server(answers::stall(QByteArray(100'000, 'x')));
-    const pid_t child = fork();
-    if (child == 0) {
-        int waits = 0;
-        httpHooks().waiting = [&] {
-            if (++waits == 3) {
-                kill(getpid(), SIGKILL);
+TEST_F(HttpTransferTest, WhatStillRunsFailsWithTheOneThatStalls) {
+    FaultServer server(answers::silence());
+    server.on("/stall", answers::stall("half a fra"));
+    httpLimits().stallTime = std::chrono::seconds(20);
+    CHttpTransfer transfer(m_transfers.downloads(), server.host(), true, false);
+    std::vector<std::string> ended;
+    const auto get = [&](const char* path) {
+        transfer.DownloadToFile(
+            path, local(path + 1), kAnyFile,
+            [&ended, path](const auto& fetched) {
+                EXPECT_TRUE(fetched.last) << path;
+                ended.push_back((fetched.kept ? "kept " : "failed ") + std::string(path));
             }
-        };
-        CHttpTransfer transfer(server.host(), false, false);
+        );
+    };
+    get("/a");
+    get("/b");
+    httpLimits().stallTime = milliseconds(200);
+    get("/stall");
+    EXPECT_TRUE(m_transfers.loop().until([&] { return ended.size() == 3; }));
+    EXPECT_THAT(ended, testing::UnorderedElementsAre("failed /a", "failed /b", "kept /stall"));
+    get("/c");
+    EXPECT_TRUE(m_transfers.loop().until([&] { return ended.size() == 4; }));
+    EXPECT_EQ(ended.back(), "failed /c");
+    EXPECT_EQ(server.count("/c"), 0);
+}
+
+TEST_F(HttpTransferTest, NothingComesToAnObjectThatHasGone) {
+    FaultServer server(answers::respond(200, QByteArray(100'000, 'x')));
+    server.on("/slow", answers::silence());
+    for (const char* path : {"/slow", "/quick"}) {
+        for (int events = 0; events < 4; ++events) {
+            auto transfer = std::make_unique<CHttpTransfer>(
+                m_transfers.downloads(), server.host(), true, false
+            );
+            bool called = false;
+            transfer->DownloadToFile(path, local(), kAnyFile, [&](const auto&) { called = true; });
+            transfer->FetchQuotedStrings(path, [&](const auto&) { called = true; });
+            for (int i = 0; i < events; ++i) {
+                m_transfers.loop().drain();
+            }
+            const bool before = called;
+            transfer.reset();
+            WaitingTransfer another(m_transfers, server.host(), true, false);
+            EXPECT_TRUE(another.DownloadToFile("/another", local("another")));
+            EXPECT_EQ(called, before) << path;
+        }
+    }
+}
+
+TEST_F(HttpTransferTest, AnObjectMayEndInItsCall) {
+    FaultServer server(answers::respond(200, "x"));
+    auto transfer =
+        std::make_unique<CHttpTransfer>(m_transfers.downloads(), server.host(), true, false);
+    bool ended = false;
+    transfer->DownloadToFile("/a", local(), kAnyFile, [&](const auto&) {
+        transfer.reset();
+        ended = true;
+    });
+    transfer->DownloadToFile("/b", local(), kAnyFile, [&](const auto&) {
+        transfer.reset();
+        ended = true;
+    });
+    EXPECT_TRUE(m_transfers.loop().until([&] { return ended; }));
+}
+
+// The child dies in the middle of the body.
+TEST_F(HttpTransferTest, AProgramKilledInTheMiddleLeavesNoHalfFile) {
+    std::atomic<pid_t> child = 0;
+    FaultServer server([&child](FaultConnection& to) {
+        to.send("HTTP/1.1 200 OK\r\nContent-Length: 200000\r\n\r\n" + QByteArray(100'000, 'x'));
+        to.pause(milliseconds(100));
+        kill(child, SIGKILL);
+        to.waitForEnd();
+    });
+    const pid_t forked = fork();
+    if (forked == 0) {
+        Transfers transfers;
+        WaitingTransfer transfer(transfers, server.host(), false, false);
         _exit(transfer.DownloadToFile("/", local()) ? 1 : 2);
     }
+    child = forked;
     int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(waitpid(forked, &status, 0), forked);
     ASSERT_TRUE(WIFSIGNALED(status)) << WEXITSTATUS(status);
     EXPECT_EQ(files(), "");
 
     writeFile(local("file.part"), "what one leaves that is killed while it writes");
     server.otherwise(answers::respond(200, "whole"));
-    CHttpTransfer transfer(server.host(), false, false);
+    WaitingTransfer transfer(m_transfers, server.host(), false, false);
     EXPECT_TRUE(transfer.DownloadToFile("/", local()));
     EXPECT_EQ(readFile(local()), "whole");
     EXPECT_EQ(files(), "file");

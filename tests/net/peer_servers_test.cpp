@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Transfers from servers that others wrote: each lists a folder and serves its files in its own
 // way.
-#include "net/http_transfer.h"
 #include "support/files.h"
 #include "support/peer_servers.h"
 #include "support/scoped_http.h"
+#include "support/transfers.h"
 
 #include <QTemporaryDir>
 
@@ -26,9 +26,9 @@ protected:
 
     static QByteArray body(const QString& name) { return name.toUtf8().repeated(1000); }
 
-    void expectListingAndFiles(const QString& host) const {
+    void expectListingAndFiles(const QString& host) {
         ASSERT_NE(host, "");
-        CHttpTransfer transfer(host, true, false);
+        WaitingTransfer transfer(m_transfers, host, true, false);
         std::set<QString> listing;
         ASSERT_TRUE(transfer.FetchQuotedStrings("/ridge/MUX/", listing));
         EXPECT_THAT(listing, testing::IsSupersetOf(m_names));
@@ -45,6 +45,7 @@ protected:
     const std::vector<QString> m_names{
         "MUX_20190519_0446_N0R.gif", "MUX_20190519_0452_N0R.gif", "MUX_N0R_0.gfw"};
     ScopedHttp m_http;
+    Transfers m_transfers;
     QTemporaryDir m_folder;
     QTemporaryDir m_local;
 };

@@ -11,6 +11,7 @@
 #include "support/loopback.h"
 #include "support/radar_tree.h"
 #include "support/scoped_http.h"
+#include "support/transfers.h"
 
 #include <QTemporaryDir>
 
@@ -97,12 +98,34 @@ protected:
         m_basemap.serve("/weather_radar/basemaps/MUX_City_Short.gif", test::columnGif(40));
     }
     bool load(bool updateRadar = false) {
-        return LoadBasemaps(from(m_radar.host(), m_basemap.host()), "MUX", updateRadar);
+        return loadFrom(m_radar.host(), m_basemap.host(), "MUX", updateRadar);
     }
-    bool request() { return RequestUpdate(from(m_radar.host(), m_basemap.host())); }
+    bool
+    loadFrom(const QString& radar, const QString& basemap, const QString& site, bool updateRadar) {
+        return finish([&](const RadarAction::Done& done) {
+            return LoadBasemaps(from(radar, basemap), site, updateRadar, done);
+        });
+    }
+    bool request() { return requestFrom(m_radar.host(), m_basemap.host()); }
+    bool requestFrom(const QString& radar, const QString& basemap) {
+        return finish([&](const RadarAction::Done& done) {
+            return RequestUpdate(from(radar, basemap), done);
+        });
+    }
+    /// Waits for an action's end and ends it there.
+    template<typename Begin>
+    bool finish(const Begin& begin) {
+        std::unique_ptr<RadarAction> action;
+        return m_transfers.loop().resultOf<bool>([&](const RadarAction::Done& done) {
+            action = begin([&action, done](bool result) {
+                action.reset();
+                done(result);
+            });
+        });
+    }
     /// What is shown, with pictures from these servers.
     RadarScene from(const QString& radar, const QString& basemap) {
-        return {m_state, m_shown, m_basemaps, m_view, {radar, basemap}};
+        return {m_state, m_shown, m_basemaps, m_view, {radar, basemap}, m_transfers.downloads()};
     }
     void publishFrame() {
         m_radar.serve(kFrames, "\"MUX_20190519_0554_N0R.gif\"");
@@ -137,6 +160,7 @@ protected:
     BasemapLayers m_shown;
     Basemaps m_basemaps;
     RecordingView m_view;
+    Transfers m_transfers;
 };
 
 TEST_F(BasemapsTest, LoadsEveryLayerOntoItsGround) {
@@ -184,7 +208,17 @@ TEST_F(BasemapsTest, ASecondLoadOfTheSiteAsksNobody) {
     ASSERT_TRUE(load());
     const int before = m_radar.count() + m_basemap.count();
     CountingConnectionManager connections;
-    ASSERT_TRUE(load());
+    Transfers transfers(connections);
+    const auto action = LoadBasemaps(
+        {m_state,
+         m_shown,
+         m_basemaps,
+         m_view,
+         {m_radar.host(), m_basemap.host()},
+         transfers.downloads()},
+        "MUX", false, [](bool) {}
+    );
+    EXPECT_TRUE(transfers.loop().until([this] { return m_view.changes == 2; }));
     EXPECT_EQ(m_radar.count() + m_basemap.count(), before);
     EXPECT_EQ(connections.established, 0);
     EXPECT_TRUE(m_basemaps.topo && m_basemaps.overlay);
@@ -246,7 +280,7 @@ TEST_F(BasemapsTest, ANetworkThatWantsALogInLeavesNothingBehind) {
          {answers::respond(200, "<html><a href=\"/login\">Please log in</a>"),
           answers::redirect(302, "http://login.example/")}) {
         const FaultServer portal(answer);
-        EXPECT_FALSE(LoadBasemaps(from(portal.host(), portal.host()), "MUX", true));
+        EXPECT_FALSE(loadFrom(portal.host(), portal.host(), "MUX", true));
         EXPECT_EQ(m_state.status, kNoInternet);
         EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
         ASSERT_TRUE(load());
@@ -296,7 +330,7 @@ TEST_F(BasemapsTest, ALayerThatWasCutShortIsMissingUntilTheNextLoad) {
 // A number that was cut would place the image elsewhere.
 TEST_F(BasemapsTest, AWorldFileThatBreaksOffIsNotKept) {
     FaultServer server(answers::cut("0.009\n0\n0\n-0.009\n-124.6\n39.6\n", 28));
-    EXPECT_FALSE(LoadBasemaps(from(server.host(), m_basemap.host()), "MUX", false));
+    EXPECT_FALSE(loadFrom(server.host(), m_basemap.host(), "MUX", false));
     EXPECT_EQ(m_state.status, kNoInternet);
     EXPECT_FALSE(m_view.geoReference().valid());
     EXPECT_EQ(namesIn(m_state.cacheFolder + "/MUX"), "");
@@ -340,7 +374,7 @@ TEST_F(BasemapsTest, AServerThatIsAwayTakesThePlacementAway) {
     ASSERT_TRUE(load());
     QDir(m_state.cacheFolder).removeRecursively();
     const RefusingPort refusing;
-    EXPECT_FALSE(LoadBasemaps(from(refusing.host(), refusing.host()), "LWX", true));
+    EXPECT_FALSE(loadFrom(refusing.host(), refusing.host(), "LWX", true));
     EXPECT_EQ(m_state.siteId, QStringLiteral("LWX"));
     EXPECT_FALSE(m_view.geoReference().valid());
     EXPECT_FALSE(m_basemaps.topo || m_basemaps.overlay);
@@ -559,7 +593,7 @@ TEST_F(BasemapsTest, WithoutAServerNoLayerIsTried) {
     const Basemaps shown = m_basemaps;
     const int before = m_basemap.count();
     const RefusingPort refusing;
-    EXPECT_FALSE(RequestUpdate(from(refusing.host(), m_basemap.host())));
+    EXPECT_FALSE(requestFrom(refusing.host(), m_basemap.host()));
     EXPECT_EQ(m_state.status, QStringLiteral("Could not access server.\n"));
     EXPECT_EQ(m_basemap.count(), before);
     EXPECT_EQ(m_basemaps.topo, shown.topo);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "core/clock.h"
-#include "net/http_transfer.h"
 #include "radar/image/composite.h"
 #include "radar/radar_update.h"
 #include "support/fault_server.h"
@@ -12,6 +11,7 @@
 #include "support/radar_tree.h"
 #include "support/scoped_http.h"
 #include "support/time_zone.h"
+#include "support/transfers.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -101,8 +101,11 @@ protected:
     }
     bool update() { return updateFrom(m_server.host()); }
     bool updateFrom(const QString& host) {
-        CHttpTransfer transfer(host, true, false);
-        return RadarUpdate(m_state, m_recorder).UpdateRadar(transfer);
+        CHttpTransfer transfer(m_transfers.downloads(), host, true, false);
+        RadarUpdate run(m_state, m_recorder, transfer);
+        return m_transfers.loop().resultOf<bool>([&run](const RadarUpdate::Done& done) {
+            run.UpdateRadar(done);
+        });
     }
     [[nodiscard]] QStringList frameStamps() const {
         QStringList stamps;
@@ -117,6 +120,7 @@ protected:
     HttpServer m_server;
     RadarState m_state;
     Recorder m_recorder;
+    Transfers m_transfers;
 };
 
 TEST_F(RadarUpdateTest, WithoutAnimationOneFrameIsFetchedWhateverTheCount) {
@@ -218,14 +222,14 @@ TEST_F(RadarUpdateTest, ASecondUpdateDownloadsNoFrameAgain) {
     EXPECT_EQ(m_state.frames.size(), 2U);
 }
 
-TEST_F(RadarUpdateTest, AllRequestsOfAnUpdateShareOneConnection) {
+TEST_F(RadarUpdateTest, TheRequestsOfAnUpdateShareSixConnections) {
     publish({"20190519_0534", "20190519_0544", "20190519_0554"});
     m_server.serve(kWarnings, warningsGif());
     m_state.showWarnings = true;
     animate(3, 9);
     EXPECT_TRUE(update());
     EXPECT_EQ(m_server.count(), 5);
-    EXPECT_EQ(m_server.connections(), 1);
+    EXPECT_LE(m_server.connections(), 4) << "the listing's, and one for each that runs beside";
 }
 
 TEST_F(RadarUpdateTest, AFrameThatCannotBeHadIsPassedOver) {
@@ -343,7 +347,8 @@ TEST_F(RadarUpdateTest, AnUpdateKeepsNoMoreThanItMay) {
     }
     EXPECT_FALSE(update());
     EXPECT_LE(bytesIn(m_state.cacheFolder + "/MUX"), 500'000);
-    EXPECT_EQ(m_server.count(), 1 + 6);
+    // Five more may be under way when the sixth has brought too much.
+    EXPECT_LE(m_server.count(), 1 + 6 + 5);
 
     for (const QString& stamp : stamps) {
         m_server.serve(kListing + nameOf(stamp), "GIF89a" + QByteArray(100'000, '\0'));
@@ -507,7 +512,8 @@ TEST_F(RadarUpdateTest, AFrameThatWasKeptBeforeIsShownWithTheWord) {
     }
     EXPECT_EQ(frameStamps(), QStringList{"20190519_0544"});
     EXPECT_EQ(m_state.status, cacheFailure(EFBIG));
-    EXPECT_EQ(m_server.count(), 2) << "the listing, one frame and no more";
+    const int beside = m_server.count(kWarnings);
+    EXPECT_EQ(m_server.count() - beside, 2) << "the listing, one frame and no more";
     EXPECT_TRUE(update());
     EXPECT_EQ(m_state.status, QString());
 }
@@ -657,8 +663,12 @@ TEST(RealDataRadarUpdateTest, SixOfThirteenPublishedFrames) {
     state.cacheFolder = cache.path();
     state.animate = true;
     Recorder recorder;
-    CHttpTransfer transfer(server.host(), true, false);
-    ASSERT_TRUE(RadarUpdate(state, recorder).UpdateRadar(transfer));
+    Transfers transfers;
+    CHttpTransfer transfer(transfers.downloads(), server.host(), true, false);
+    RadarUpdate run(state, recorder, transfer);
+    ASSERT_TRUE(transfers.loop().resultOf<bool>([&run](const RadarUpdate::Done& done) {
+        run.UpdateRadar(done);
+    }));
     std::vector<std::string> times;
     for (const RadarFrame& frame : state.frames) {
         times.push_back(frame.timeText.toStdString());

@@ -65,6 +65,10 @@ private:
         } else if (m_answer != Answer::cancel) {
             accept(*dialog);
         }
+        // A dialog that does what it was asked for closes when that is done.
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return !dialog || !dialog->isVisible() || dialog->isEnabled(); }, 60'000
+        )) << qPrintable(m_opened.last());
         if (dialog && dialog->isVisible()) {
             cancel(*dialog);
         }

@@ -5,8 +5,11 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace raincast {
 
@@ -19,17 +22,29 @@ public:
         }
     }
 
-    /// Handles events until something is true; false when that takes unreasonably long.
+    /// Handles events until something is true, here or in another thread; false when that takes
+    /// unreasonably long.
     [[nodiscard]] bool until(const std::function<bool()>& isTrue) {
         bool late = false;
         QTimer limit;
         limit.setSingleShot(true);
         QObject::connect(&limit, &QTimer::timeout, [&late] { late = true; });
         limit.start(30'000);
+        QTimer look; // what other threads do makes no event
+        look.start(10);
         while (!isTrue() && !late) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
         return isTrue();
+    }
+
+    /// Begins something and handles events until it calls back; what it calls back with.
+    template<typename Result, typename Begin>
+    [[nodiscard]] Result resultOf(const Begin& begin) {
+        std::optional<Result> result;
+        begin([&result](Result given) { result = std::move(given); });
+        EXPECT_TRUE(until([&result] { return result.has_value(); })) << "it never ended";
+        return result.value_or(Result{});
     }
 
     /// Handles the events that have come already.

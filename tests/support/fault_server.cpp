@@ -112,6 +112,11 @@ int FaultServer::connections() const {
     return static_cast<int>(m_talkers.size());
 }
 
+int FaultServer::openConnections() const {
+    const std::lock_guard lock(m_mutex);
+    return static_cast<int>(m_sockets.size());
+}
+
 void FaultServer::accept() {
     while (!m_stopping) {
         const int socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);

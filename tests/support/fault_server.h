@@ -71,6 +71,8 @@ public:
     [[nodiscard]] std::vector<QByteArray> requests() const;
     [[nodiscard]] int count(const QString& path) const;
     [[nodiscard]] int connections() const;
+    /// Those that are open.
+    [[nodiscard]] int openConnections() const;
 
 private:
     void accept();

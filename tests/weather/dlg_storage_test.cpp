@@ -97,6 +97,7 @@ TEST_F(DlgStorageTest, AFolderThatCannotBeMadeIsToldAndKeepsTheDialog) {
             [](QDialog& dialog) {
                 dialog.findChild<QComboBox*>()->setCurrentIndex(1);
                 test::press(dialog, "OK");
+                EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.isEnabled(); }, 60'000));
                 EXPECT_TRUE(dialog.isVisible());
             },
             QStringLiteral("Error")

@@ -87,7 +87,7 @@ TEST_F(ItemWeatherAgeTest, AFreshPictureHasNone) {
     showSite();
     passTime(30);
     publishFrames({"20190519_0630"});
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     test::settle();
     EXPECT_TRUE(says(0, "6:30"));
     EXPECT_TRUE(says(1, "MUX Base Reflectivity"));

@@ -21,7 +21,6 @@ const char* const kNoInternet =
 class ItemWeatherCacheTest : public test::WeatherPage {
 protected:
     [[nodiscard]] QString folder() const { return m_item->state().cacheFolder + "/MUX"; }
-    void update() { EXPECT_TRUE(m_item->command(kUpdate, 0)); }
     /// Looks at the image's north-west, where the lines are; returns the colour of a column.
     [[nodiscard]] QRgb lineAt(int column) {
         while (m_item->view().toPage({0, 0}).x < 5) {

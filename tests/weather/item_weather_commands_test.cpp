@@ -51,6 +51,7 @@ TEST_F(ItemWeatherCommandsTest, EachNumberDoesItsWork) {
     expectDialog(40035, "Radar Image Storage");
     const int before = m_server.count(test::framesPath("MUX"));
     EXPECT_TRUE(m_page->command(40032, clicked));
+    finish();
     EXPECT_EQ(m_server.count(test::framesPath("MUX")), before + 1);
 }
 

@@ -107,13 +107,13 @@ TEST_F(ItemWeatherLoadingTest, TheEndIsSeenAtOnce) {
     EXPECT_EQ(m_seen.back(), " 0 TRCYE");
     m_server.serve(test::framesPath("MUX"), "", 503);
     m_seen.clear();
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_THAT(
         m_seen,
         ElementsAre("Updating radar image...| 0 TRCY", "No radar images found on server.| 0 TRCY")
     );
     publishFrames({"20190519_0554"});
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_EQ(m_seen.back(), " 0 TRCYE");
     m_server.serve("/ridge/Overlays/Rivers/Short/MUX_Rivers_Short.gif", "", 404);
     QFile::remove(m_item->state().cacheFolder + "/MUX/MUX_Rivers_Short.gif");

@@ -42,6 +42,7 @@ protected:
             QTest::keyClick(&dialog, Qt::Key_Return);
         });
         EXPECT_TRUE(m_item->command(kAllStations, 0));
+        finish();
     }
     /// Around what is drawn of the flag; empty if nothing is.
     [[nodiscard]] QRect flagged() {
@@ -122,7 +123,7 @@ TEST_F(ItemWeatherOverlaysTest, TheyLieOverTheTexts) {
         return all;
     }()) << "the time's line, or the date's";
     m_server.serve(test::framesPath("MUX"), "", 503);
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     ASSERT_NE(m_item->statusText(), QString());
     const Flag overStatus(at(150, 20));
     const QImage status = drawn().copy(135, 8, 30, 25);

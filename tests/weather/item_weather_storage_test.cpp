@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The storage dialog of a radar item that is shown: a large cache on its way to a card.
-#include "core/busy_guard.h"
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "weather_page.h"
@@ -9,6 +8,8 @@
 #include <QDirIterator>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPointer>
+#include <QTimer>
 
 #include <set>
 
@@ -39,12 +40,14 @@ protected:
             places->setCurrentIndex(1);
             m_dialog = &dialog;
             test::press(dialog, "OK");
+            EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.isEnabled(); }, 60'000));
             EXPECT_EQ(dialog.isVisible(), messages > 0);
         });
         for (int i = 0; i < messages; ++i) {
             script.expect("Error");
         }
         EXPECT_TRUE(m_item->command(kStorage, 0));
+        finish();
         m_dialog = nullptr;
     }
     [[nodiscard]] QString card() const {
@@ -60,19 +63,23 @@ protected:
     }
 
     QString m_before;
-    QDialog* m_dialog = nullptr;
+    QPointer<QDialog> m_dialog;
 };
 
-TEST_F(ItemWeatherStorageTest, AMoveShowsHowFarItIsAndNothingElseRuns) {
-    int calls = 0;
+TEST_F(ItemWeatherStorageTest, AMoveShowsHowFarItIsAndAllElseGoesOn) {
     std::set<QString> texts;
     std::set<int> bars;
     const int requests = m_server.count();
-    httpHooks().waiting = [&] { // what is let through while one waits
-        ++calls;
-        EXPECT_TRUE(BusyGuard::active());
-        EXPECT_NE(QGuiApplication::overrideCursor(), nullptr);
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        if (!m_dialog || m_dialog->isEnabled()) {
+            return;
+        }
+        EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
         CHeartbeat::program().Beat();
+        m_item->Tick();
+        EXPECT_TRUE(m_item->command(kUpdate, 0));
+        EXPECT_FALSE(m_item->loading()) << "not while the cache is under way";
         for (const auto* label : m_dialog->findChildren<QLabel*>()) {
             if (label->text().contains("files moved")) {
                 texts.insert(label->text());
@@ -84,21 +91,20 @@ TEST_F(ItemWeatherStorageTest, AMoveShowsHowFarItIsAndNothingElseRuns) {
             ++filled;
         }
         bars.insert(filled);
-    };
+    });
+    look.start(0);
     const auto before = filesIn(m_before);
     moveToCard();
+    look.stop();
     EXPECT_EQ(filesIn(card()), before);
     EXPECT_FALSE(QDir(m_before).exists());
     EXPECT_EQ(m_item->state().cacheFolder, card());
-    const QString last = QStringLiteral("%1 of %1 files moved").arg(before.size());
-    EXPECT_TRUE(texts.count(QStringLiteral("0 of %1 files moved").arg(before.size())));
-    EXPECT_TRUE(texts.count(last));
-    EXPECT_TRUE(bars.count(0));
-    EXPECT_TRUE(bars.count(300));
-    EXPECT_LT(calls, kFiles / 10) << "painting is no part of moving";
+    EXPECT_GT(texts.size(), 1U) << "the dialog says how far it is";
+    EXPECT_GT(bars.size(), 1U) << "and so does the item";
     EXPECT_EQ(m_server.count(), requests);
-    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
     EXPECT_NE(drawn().pixel(0, 279), qRgb(0, 90, 200)) << "the bar is gone";
+    update();
+    EXPECT_GT(m_server.count(), requests);
 }
 
 TEST_F(ItemWeatherStorageTest, AMoveThatFailsHalfWayLosesNothing) {
@@ -111,7 +117,7 @@ TEST_F(ItemWeatherStorageTest, AMoveThatFailsHalfWayLosesNothing) {
     EXPECT_EQ(m_item->state().cacheFolder, m_before);
     EXPECT_TRUE(filesIn(card()).empty());
     // The radar goes on.
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_EQ(m_item->statusText(), QString());
     EXPECT_EQ(shown(), "5:54");
 }
@@ -133,6 +139,7 @@ TEST_F(ItemWeatherStorageTest, WithoutACardThereIsOnlyInternalMemory) {
         EXPECT_EQ(dialog.findChild<QComboBox*>()->count(), 1);
     });
     EXPECT_TRUE(m_item->command(kStorage, 0));
+    finish();
     EXPECT_EQ(m_item->state().cacheFolder, m_before);
 }
 
@@ -140,9 +147,10 @@ TEST_F(ItemWeatherStorageTest, CleaningLeavesWhatIsShownAndTheNextUpdateFetchesI
     DialogScript script;
     script.expect("Radar Image Storage", [](QDialog& dialog) { test::press(dialog, "OK"); });
     EXPECT_TRUE(m_item->command(kStorage, 0));
+    finish();
     EXPECT_EQ(drawn().pixel(202 - 150, 150), 0xFFFF0000);
     EXPECT_EQ(QDir(m_before + "/MUX").entryList({"MUX_2*"}), QStringList());
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_EQ(QDir(m_before + "/MUX").entryList({"MUX_2*"}).size(), 1);
 }
 

@@ -197,10 +197,11 @@ TEST_F(ItemWeatherTest, WithoutASiteNothingUpdatesByItself) {
         test::press(dialog, "OK");
     });
     m_item->command(kAnimation, 0);
+    finish();
     beatAt(fromCalendar({2019, 5, 19, 6, 3}));
     EXPECT_EQ(m_server.count(), 0);
     script.expect("Weather Station");
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
 }
 
 TEST_F(ItemWeatherTest, LeavingTheImageChangesToTheNearestSite) {
@@ -213,7 +214,7 @@ TEST_F(ItemWeatherTest, LeavingTheImageChangesToTheNearestSite) {
     ASSERT_NE(nearest, QStringLiteral("MUX"));
     publishLayers(nearest);
     publishFrames({"20190519_0558"}, nearest);
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_EQ(m_item->state().siteId, nearest);
     EXPECT_EQ(shown(), "5:58");
 }
@@ -225,7 +226,7 @@ TEST_F(ItemWeatherTest, WithTheWholeImageInViewTheSiteStays) {
     }
     m_item->keyDown(Qt::Key_Right);
     m_item->keyDown(Qt::Key_Right); // 64 pixels: the image is 38 wide
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_EQ(m_item->state().siteId, QStringLiteral("MUX"));
     EXPECT_EQ(m_server.count(kFrames), 2);
 }
@@ -245,7 +246,7 @@ TEST_F(ItemWeatherTest, AFaultIsShownAndTheNextUpdateWorks) {
     showSite();
     EXPECT_EQ(m_item->statusText(), QStringLiteral("No radar images found on server.\n"));
     publishFrames({"20190519_0554"});
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_EQ(m_item->statusText(), QString());
     EXPECT_EQ(shown(), "5:54");
 }
@@ -256,7 +257,7 @@ TEST_F(ItemWeatherTest, LayersThatCannotBeHadAreToldAndTriedAgain) {
     showSite();
     EXPECT_THAT(m_item->statusText().toStdString(), HasSubstr("Failed to access\nthe internet."));
     publishLayers("MUX");
-    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    update();
     EXPECT_EQ(m_item->statusText(), QString());
     EXPECT_EQ(shown(), "5:54");
 }

@@ -118,6 +118,7 @@ TEST_F(ItemWeatherViewTest, WhatIsFollowedIsInTheMiddleOfAnotherSiteToo) {
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
     m_item->command(kAllStations, 0);
+    finish();
     EXPECT_EQ(m_item->state().siteId, "DAX");
     EXPECT_TRUE(m_item->following());
     EXPECT_NEAR(m_item->centrePosition().latitude, 37.5, 0.01);

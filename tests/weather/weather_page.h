@@ -18,6 +18,7 @@
 
 #include <QPainter>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QWidget>
 
 #include <gmock/gmock.h>
@@ -83,7 +84,17 @@ protected:
     void showPage() {
         test::show(m_window);
         m_page->activate(m_window, true);
+        finish();
+    }
+    /// Waits until the item has loaded what it is about to load.
+    void finish() {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !m_item->loading(); }, 30'000));
         settle();
+    }
+    /// Updates as F5 does.
+    void update() {
+        EXPECT_TRUE(m_item->command(kUpdate, 0));
+        finish();
     }
     void showSite() {
         m_item->beginWith({FirstShow::Choice{"MUX", 0}, std::nullopt});
@@ -109,6 +120,7 @@ protected:
             press(dialog, "OK");
         });
         EXPECT_TRUE(m_item->command(kAnimation, 0));
+        finish();
     }
     /// Switches layers off.
     void editLayers(const QStringList& off) {
@@ -120,6 +132,7 @@ protected:
             press(dialog, "OK");
         });
         EXPECT_TRUE(m_item->command(kLayers, 0));
+        finish();
     }
     /// Heartbeats at a time, as many as the item needs for one tick.
     void beatAt(FileTime time) {
@@ -128,11 +141,11 @@ protected:
         for (int i = 0; i < 5; ++i) {
             CHeartbeat::program().Beat();
         }
-        settle();
+        finish();
     }
     void tick() {
         m_item->Tick();
-        settle();
+        finish();
     }
     [[nodiscard]] QImage drawn() {
         QImage picture(300, 280, QImage::Format_RGB32);

@@ -9,7 +9,7 @@
 namespace raincast {
 
 /// One wait for the navigator, or for another of its clients: the one thread stands still, but the
-/// program is marked as busy and its hook is called in between, as in a transfer.
+/// program is marked as busy and its hook is called in between.
 class NavigatorWaiting {
 public:
     /// Lets exposures through, and nothing else. False ends the wait: the program is to end.

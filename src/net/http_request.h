@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "net/curl_library.h"
+#include "net/download_order.h"
+#include "net/http_response.h"
+#include "net/stall_meter.h"
+
+#include <QByteArray>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace raincast {
+
+/// One GET request on its way through libcurl: its options, its limits and what has come so far.
+/// It belongs to the thread of Downloads.
+///
+/// Sends the agent "Quorvane" and "Pragma: no-cache". Follows no redirects, keeps and sends no
+/// cookies, and speaks nothing but HTTP and HTTPS. Proxies come from the environment (http_proxy,
+/// https_proxy, all_proxy, no_proxy), but not for a server of this machine.
+class HttpRequest {
+public:
+    using Time = StallMeter::Time;
+
+    HttpRequest(const CurlLibrary& curl, DownloadOrder order);
+    HttpRequest(const HttpRequest&) = delete;
+    HttpRequest& operator=(const HttpRequest&) = delete;
+
+    [[nodiscard]] CURL* handle() const { return m_easy.get(); }
+    [[nodiscard]] const DownloadOrder& order() const { return m_order; }
+
+    /// What comes counts against this allowance too, and what has come does.
+    void share(const std::shared_ptr<ByteAllowance>& allowance);
+
+    /// Whether the response has reached a limit of time, which ends it.
+    [[nodiscard]] bool lasted(Time now);
+
+    /// The request has ended, with this result of libcurl's.
+    [[nodiscard]] HttpResponse end(CURLcode result);
+
+private:
+    static size_t onHeader(char* data, size_t, size_t bytes, void* self);
+    static size_t onBody(char* data, size_t, size_t bytes, void* self);
+    static int onConnected(void* self, char*, char*, int, int);
+
+    void setOptions();
+    template<typename T>
+    void set(CURLoption option, T value);
+    [[nodiscard]] bool goodStatus() const;
+    [[nodiscard]] bool take(QByteArrayView piece);
+    [[nodiscard]] bool takeListing(QByteArrayView piece);
+    [[nodiscard]] std::optional<QString> faultOfBody(bool ended) const;
+    [[nodiscard]] bool allowanceUsedUp() const;
+    [[nodiscard]] std::optional<QString> failure(CURLcode result) const;
+    [[nodiscard]] bool connectingFailed(CURLcode result) const;
+
+    struct EasyDeleter {
+        void operator()(CURL* easy) const { CurlLibrary::get()->easyCleanup(easy); }
+    };
+    struct ListDeleter {
+        void operator()(curl_slist* list) const { CurlLibrary::get()->slistFreeAll(list); }
+    };
+
+    const CurlLibrary& m_curl;
+    DownloadOrder m_order;
+    std::vector<std::shared_ptr<ByteAllowance>> m_allowances;
+    std::unique_ptr<curl_slist, ListDeleter> m_headers;
+    std::unique_ptr<CURL, EasyDeleter> m_easy;
+    std::array<char, CURL_ERROR_SIZE> m_error{};
+
+    QByteArray m_body;
+    std::optional<QString> m_refusal;
+    bool m_enough = false; ///< what else comes is not wanted
+    bool m_connected = false;
+    bool m_headersComplete = false;
+    const char* m_timeout = nullptr; ///< the limit of time that ended it, in words
+    int m_status = 0;
+    qint64 m_headerBytes = 0;
+    qint64 m_bodyBytes = 0;
+    std::optional<StallMeter> m_meter; ///< from the moment the server is reached
+    Time m_deadline;                   ///< while there is a meter
+};
+
+} // namespace raincast
