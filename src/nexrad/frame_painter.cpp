@@ -31,7 +31,12 @@ ImageGeometry frameGeometry(const PolarScan& scan, Range range) {
 }
 
 std::optional<QByteArray> renderFrame(const PolarScan& scan, Product as) {
-    IndexedPicture picture = rasterise(scan, frameGeometry(scan, rangeOf(as)));
+    return renderFrame(scan, as, frameGeometry(scan, rangeOf(as)));
+}
+
+std::optional<QByteArray>
+renderFrame(const PolarScan& scan, Product as, const ImageGeometry& image) {
+    IndexedPicture picture = rasterise(scan, image);
     std::array<QRgb, 18> colours{};
     const auto& levels = nwsColours(quantityOf(as));
     std::copy(levels.begin(), levels.end(), colours.begin());

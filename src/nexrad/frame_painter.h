@@ -18,6 +18,9 @@ namespace raincast {
 /// under its centre. Ground without echo is transparent white; an echo never is white.
 [[nodiscard]] std::optional<QByteArray> renderFrame(const PolarScan& scan, Product as);
 
+/// The same on a picture whose place on the earth is given.
+[[nodiscard]] QByteArray renderFrame(const PolarScan& scan, Product as, const ImageGeometry& image);
+
 /// An empty picture: the warnings of a source that has none.
 [[nodiscard]] std::optional<QByteArray> emptyFrame();
 

@@ -3,6 +3,7 @@
 
 #include "sample/sample_scan.h"
 #include "sample/sample_storm.h"
+#include "tree/warning_kinds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +19,7 @@ constexpr double kWarnedDbz = 58;
 constexpr double kWarnedStrength = .55;
 
 /// The place on the ground, on the sphere: azimuth and distance kept, as the frames keep them.
-WarningPolygon::Corner onGround(const AntennaPosition& antenna, PlaneVector place) {
+WeatherWarning::Corner onGround(const AntennaPosition& antenna, PlaneVector place) {
     const double distance = place.length() / kKmPerDegree / 180 * kPi;
     const double azimuth = std::atan2(place.east, place.north);
     const double from = antenna.latitude / 180 * kPi;
@@ -34,36 +35,51 @@ WarningPolygon::Corner onGround(const AntennaPosition& antenna, PlaneVector plac
 }
 
 /// Narrow around the storm, wide where it may go.
-WarningPolygon polygonFor(const AntennaPosition& antenna, const SampleStorm& storm, double issued) {
+WeatherWarning::Polygon
+polygonFor(const AntennaPosition& antenna, const SampleStorm& storm, double issued) {
     const PlaneVector ahead = 1 / storm.motion.length() * storm.motion;
     const PlaneVector begin = storm.placeAt(issued) - .9 * storm.sizeKm * ahead;
     const PlaneVector end = storm.placeAt(issued + kHoldsMinutes) + .3 * storm.sizeKm * ahead;
     const PlaneVector narrow = .9 * storm.sizeKm * ahead.left();
     const PlaneVector wide = 1.5 * storm.sizeKm * ahead.left();
-    WarningPolygon warning;
-    if (storm.rotating) {
-        warning.kind = WarningPolygon::Kind::tornado;
-    }
+    WeatherWarning::Ring ring;
     for (const PlaneVector& corner : {begin + narrow, end + wide, end - wide, begin - narrow}) {
-        warning.corners.push_back(onGround(antenna, corner));
+        ring.push_back(onGround(antenna, corner));
     }
+    return {ring};
+}
+
+FileTime timeOf(double minute) {
+    return kUnixEpoch + static_cast<FileTime>(minute) * kFileTimePerMinute;
+}
+
+WeatherWarning warningFor(const AntennaPosition& antenna, const SampleStorm& storm, double issued) {
+    WeatherWarning warning;
+    warning.kind = storm.rotating ? WarningKind::tornado : WarningKind::severeThunderstorm;
+    warning.office = QStringLiteral("Sample weather");
+    warning.headline = nameOf(warning.kind) + QStringLiteral(" of sample weather");
+    warning.text = QStringLiteral("This warning is made up. Nothing of it has happened.");
+    warning.instruction = QStringLiteral("Do nothing.");
+    warning.begin = timeOf(issued);
+    warning.end = timeOf(issued + kHoldsMinutes);
+    warning.polygons = {polygonFor(antenna, storm, issued)};
     return warning;
 }
 
 } // namespace
 
-std::vector<WarningPolygon>
+std::vector<WeatherWarning>
 sampleWarnings(const AntennaPosition& antenna, Range range, FileTime time) {
     const double reachKm = range == Range::longRange ? 460 : 230;
     const FileTime wholeMinutes = (time - kUnixEpoch) / kFileTimePerMinute;
     const auto minute = static_cast<double>(wholeMinutes);
-    std::vector<WarningPolygon> warnings;
+    std::vector<WeatherWarning> warnings;
     for (const SampleStorm& storm : stormsAt(sampleClimate(antenna.id), minute, reachKm)) {
         // A storm's warnings follow each other from its birth on.
         const double issued = minute - std::fmod(minute - storm.birthMinute, kHoldsMinutes);
         const double strength = std::max(storm.strengthAt(issued), storm.strengthAt(issued + 10));
         if (storm.mostDbz >= kWarnedDbz && strength >= kWarnedStrength) {
-            warnings.push_back(polygonFor(antenna, storm, issued));
+            warnings.push_back(warningFor(antenna, storm, issued));
         }
     }
     return warnings;

@@ -6,7 +6,6 @@
 #include "sample/sample_noise.h"
 #include "sample/sample_scan.h"
 #include "sample/sample_warnings.h"
-#include "tree/warnings_painter.h"
 
 #include <algorithm>
 #include <array>
@@ -79,14 +78,13 @@ SampleWeather::frame(std::string_view site, Product product, FileTime time) cons
     return renderFrame(sampleScan(*antenna, product, time, m_memory), product);
 }
 
-std::optional<QByteArray>
-SampleWeather::warnings(std::string_view site, Range range, FileTime time) const {
+WeatherWarnings SampleWeather::warnings(std::string_view site, Range range, FileTime time) const {
     const AntennaPosition* antenna = findAntenna(site);
-    if (antenna == nullptr) {
-        return std::nullopt;
+    WeatherWarnings warnings{{}, true};
+    if (antenna != nullptr) {
+        warnings.warnings = sampleWarnings(*antenna, range, time);
     }
-    const ImageGeometry image(antenna->latitude, antenna->longitude, range);
-    return renderWarnings(image, sampleWarnings(*antenna, range, time), true);
+    return warnings;
 }
 
 } // namespace raincast

@@ -19,7 +19,7 @@ public:
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
     [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
-    [[nodiscard]] std::optional<QByteArray>
+    [[nodiscard]] WeatherWarnings
     warnings(std::string_view site, Range range, FileTime time) const override;
 
 private:

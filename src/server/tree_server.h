@@ -14,7 +14,7 @@
 namespace raincast {
 
 /// The image tree over HTTP: GET and HEAD of its paths. Other methods get status 405, other paths
-/// 404.
+/// 404. A file that may change, and every listing, has a tag for If-None-Match.
 class TreeServer {
 public:
     using Limits = WebServer::Limits;

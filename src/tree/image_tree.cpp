@@ -7,6 +7,8 @@
 #include "tree/frame_source.h"
 #include "tree/layer_store.h"
 #include "tree/listing_page.h"
+#include "tree/warnings_painter.h"
+#include "tree/warnings_text.h"
 
 #include <future>
 
@@ -17,9 +19,10 @@ namespace {
 constexpr int kDay = 24 * 60 * 60;
 
 const char* typeOf(std::string_view path) {
-    return path.ends_with(".gif")   ? "image/gif"
-           : path.ends_with(".jpg") ? "image/jpeg"
-                                    : "text/plain; charset=utf-8";
+    return path.ends_with(".gif")    ? "image/gif"
+           : path.ends_with(".jpg")  ? "image/jpeg"
+           : path.ends_with(".json") ? "application/json"
+                                     : "text/plain; charset=utf-8";
 }
 
 FileTime thisMinute() {
@@ -27,23 +30,17 @@ FileTime thisMinute() {
     return now - now % kFileTimePerMinute;
 }
 
-/// The cache key of a path: warnings change from minute to minute.
-QByteArray keyOf(std::string_view path, const TreeItem& item) {
-    QByteArray key(path.data(), static_cast<qsizetype>(path.size()));
-    if (item.kind == TreeItem::Kind::warnings) {
-        key += '@' + QByteArray::number(qlonglong(thisMinute()));
-    }
-    return key;
+bool isOfWarnings(const TreeItem& item) {
+    return item.kind == TreeItem::Kind::warnings || item.kind == TreeItem::Kind::warningTexts;
 }
 
-std::optional<QByteArray> worldFileOf(const TreeItem& item) {
-    const AntennaPosition* const antenna = findAntenna(item.site);
-    if (antenna == nullptr) {
-        return std::nullopt;
-    }
-    return QByteArray::fromStdString(
-        ImageGeometry(antenna->latitude, antenna->longitude, item.range).worldFile()
-    );
+/// Calls `prepare` with something to be called, and waits until it is.
+template<typename Prepare>
+void waitFor(Prepare prepare) {
+    // Shared: a thread that sets the value may still use the promise when get() returns.
+    const auto ready = std::make_shared<std::promise<void>>();
+    prepare([ready] { ready->set_value(); });
+    ready->get_future().get();
 }
 
 } // namespace
@@ -56,19 +53,41 @@ void ImageTree::ask(std::string_view path, TreeAsker asker) const {
         return asker.tell(TreeAnswer{page->second.make(), page->second.type, 0});
     }
     if (path.ends_with('/')) {
-        return asker.tell(findFolder(path));
+        return askForFolder(path, std::move(asker));
     }
     const auto item = findTreeItem(path);
     if (!item || item->time > Clock::current().now()) {
         return asker.tell(std::nullopt);
     }
-    askForItem(path, *item, std::move(asker));
+    prepare(*item, [this, path = std::string(path), item = *item, asker = std::move(asker)] {
+        askForItem(path, item, asker);
+    });
 }
 
-void ImageTree::askForItem(std::string_view path, const TreeItem& item, TreeAsker asker) const {
-    const QByteArray key = keyOf(path, item);
+// Lets the source of frames look elsewhere first.
+void ImageTree::prepare(const TreeItem& item, std::function<void()> ready) const {
+    if (item.kind == TreeItem::Kind::frame) {
+        m_frames.prepareFrame(item.site, item.product, item.time, std::move(ready));
+    } else if (isOfWarnings(item)) {
+        m_frames.prepareWarnings(std::move(ready));
+    } else {
+        ready();
+    }
+}
+
+void ImageTree::askForItem(const std::string& path, const TreeItem& item, TreeAsker asker) const {
+    // Warnings change from minute to minute, and some frames do.
+    QByteArray key = QByteArray::fromStdString(path);
+    bool isFinal = !isOfWarnings(item);
+    if (!isFinal) {
+        key += '@' + QByteArray::number(qlonglong(thisMinute()));
+    } else if (item.kind == TreeItem::Kind::frame) {
+        const FrameStamp stamp = m_frames.stamp(item.site, item.product, item.time);
+        key += '@' + stamp.version;
+        isFinal = !stamp.mayChange;
+    }
     const char* const type = typeOf(path);
-    const int maxAge = item.kind == TreeItem::Kind::warnings ? 0 : kDay;
+    const int maxAge = isFinal ? kDay : 0;
     if (const auto kept = m_cache.find(key)) {
         return asker.tell(TreeAnswer{*kept, type, maxAge});
     }
@@ -94,28 +113,58 @@ std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
 }
 
 std::optional<QByteArray> ImageTree::make(const TreeItem& item) const {
+    return item.kind == TreeItem::Kind::frame ? m_frames.frame(item.site, item.product, item.time)
+                                              : makeOfSite(item);
+}
+
+// What lies round a site's antenna.
+std::optional<QByteArray> ImageTree::makeOfSite(const TreeItem& item) const {
+    const AntennaPosition* const antenna = m_frames.antenna(item.site);
+    if (antenna == nullptr) {
+        return std::nullopt;
+    }
+    const ImageGeometry image(antenna->latitude, antenna->longitude, item.range);
     switch (item.kind) {
-    case TreeItem::Kind::frame:
-        return m_frames.frame(item.site, item.product, item.time);
     case TreeItem::Kind::warnings:
-        return m_frames.warnings(item.site, item.range, thisMinute());
+        return renderWarnings(image, m_frames.warnings(item.site, item.range, thisMinute()));
+    case TreeItem::Kind::warningTexts:
+        return warningsText(image, m_frames.warnings(item.site, item.range, thisMinute()));
     case TreeItem::Kind::layer:
-        return m_layers.layer(item.layer, item.site, item.range);
+        return m_layers.layer(item.layer, *antenna, item.range);
+    case TreeItem::Kind::frame:
     case TreeItem::Kind::worldFile:
         break;
     }
-    return worldFileOf(item);
+    return QByteArray::fromStdString(image.worldFile());
 }
 
-std::optional<TreeAnswer> ImageTree::findFolder(std::string_view path) const {
+void ImageTree::askForFolder(std::string_view path, TreeAsker asker) const {
     if (const auto folder = findFrameFolder(path)) {
-        return TreeAnswer{listingPage(path, framesIn(*folder))};
+        const auto tell = [this, folder = *folder, asker = std::move(asker)] {
+            TreeAnswer answer{listingPage(pathOf(folder), namesOf(folder))};
+            answer.source = wordOf(m_frames.state(folder.site, folder.product));
+            asker.tell(answer);
+        };
+        return m_frames.prepareTimes(folder->site, folder->product, tell);
     }
     const auto names = namesInFolder(path);
-    return names.empty() ? std::nullopt : std::optional(TreeAnswer{listingPage(path, names)});
+    asker.tell(names.empty() ? std::nullopt : std::optional(TreeAnswer{listingPage(path, names)}));
 }
 
 std::vector<std::string> ImageTree::framesIn(const FrameFolder& folder) const {
+    waitFor([&](std::function<void()> ready) {
+        m_frames.prepareTimes(folder.site, folder.product, std::move(ready));
+    });
+    return namesOf(folder);
+}
+
+bool ImageTree::mayChange(std::string_view path) const {
+    const auto item = findTreeItem(path);
+    return item && item->kind == TreeItem::Kind::frame &&
+           m_frames.stamp(item->site, item->product, item->time).mayChange;
+}
+
+std::vector<std::string> ImageTree::namesOf(const FrameFolder& folder) const {
     std::vector<std::string> names;
     for (const FileTime time :
          m_frames.frameTimes(folder.site, folder.product, Clock::current().now())) {

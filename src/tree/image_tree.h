@@ -25,14 +25,18 @@ public:
     ImageTree(const FrameSource& frames, const LayerStore& layers);
 
     /// Gives the asker the file or listing at a path: at once if it is a listing or kept in memory,
-    /// otherwise when a thread has made it. A frame of the future is not there yet.
+    /// otherwise when the source of frames is ready and a thread has made it. A frame of the future
+    /// is not there yet.
     void ask(std::string_view path, TreeAsker asker) const;
 
     /// The same, but waits for it.
     [[nodiscard]] std::optional<TreeAnswer> find(std::string_view path) const;
 
-    /// The names of a folder of frames, oldest first.
+    /// The names of a folder of frames, oldest first. Waits until the source is ready.
     [[nodiscard]] std::vector<std::string> framesIn(const FrameFolder& folder) const;
+
+    /// Whether the file at a path may have other bytes later.
+    [[nodiscard]] bool mayChange(std::string_view path) const;
 
     /// Adds a page beside the tree, "/status" for example. `page` is called at each request, so it
     /// must be quick.
@@ -48,9 +52,12 @@ private:
         std::function<QByteArray()> make;
     };
 
-    [[nodiscard]] std::optional<TreeAnswer> findFolder(std::string_view path) const;
-    void askForItem(std::string_view path, const TreeItem& item, TreeAsker asker) const;
+    void askForFolder(std::string_view path, TreeAsker asker) const;
+    [[nodiscard]] std::vector<std::string> namesOf(const FrameFolder& folder) const;
+    void prepare(const TreeItem& item, std::function<void()> ready) const;
+    void askForItem(const std::string& path, const TreeItem& item, TreeAsker asker) const;
     [[nodiscard]] std::optional<QByteArray> make(const TreeItem& item) const;
+    [[nodiscard]] std::optional<QByteArray> makeOfSite(const TreeItem& item) const;
 
     const FrameSource& m_frames;
     const LayerStore& m_layers;

@@ -3,7 +3,6 @@
 
 #include "core/whole_file.h"
 #include "maps/layer_painter.h"
-#include "radar/catalogue/antenna_positions.h"
 #include "tree/whole_picture.h"
 
 #include <QDir>
@@ -26,18 +25,14 @@ LayerStore::LayerStore(const MapData& data, const QString& folder) : m_data(data
 }
 
 std::optional<QByteArray>
-LayerStore::layer(LayerKind layer, std::string_view site, Range range) const {
-    const AntennaPosition* const antenna = findAntenna(site);
-    if (antenna == nullptr) {
-        return std::nullopt;
-    }
+LayerStore::layer(LayerKind layer, const AntennaPosition& antenna, Range range) const {
     const std::lock_guard lock(m_painting[static_cast<std::size_t>(layer)]);
-    const QString file = fileOf(layer, site, range);
+    const QString file = fileOf(layer, antenna.id, range);
     const bool isKept = !m_folder.isEmpty();
     if (auto kept = isKept ? wholePictureIn(file) : std::nullopt) {
         return kept;
     }
-    const ImageGeometry geometry(antenna->latitude, antenna->longitude, range);
+    const ImageGeometry geometry(antenna.latitude, antenna.longitude, range);
     auto painted = paintLayer(layer, m_data, geometry, range);
     if (painted && isKept) {
         // A layer that cannot be stored is painted again.

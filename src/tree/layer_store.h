@@ -2,6 +2,7 @@
 #pragma once
 
 #include "maps/map_data.h"
+#include "radar/catalogue/antenna_positions.h"
 #include "radar/catalogue/product.h"
 #include "radar/catalogue/tree_index.h"
 
@@ -23,10 +24,10 @@ public:
     /// keeps nothing. The data are borrowed.
     LayerStore(const MapData& data, const QString& folder);
 
-    /// The bytes of a layer; nothing for an unknown site. A folder that cannot be written to costs
-    /// time, nothing else.
+    /// The bytes of a layer around an antenna, whose id names it in the folder; nothing when there
+    /// is no memory. A folder that cannot be written to costs time, nothing else.
     [[nodiscard]] std::optional<QByteArray>
-    layer(LayerKind layer, std::string_view site, Range range) const;
+    layer(LayerKind layer, const AntennaPosition& antenna, Range range) const;
 
 private:
     [[nodiscard]] QString fileOf(LayerKind layer, std::string_view site, Range range) const;

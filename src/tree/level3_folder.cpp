@@ -287,8 +287,8 @@ Level3Folder::frame(std::string_view site, Product product, FileTime time) const
     return bytes;
 }
 
-std::optional<QByteArray> Level3Folder::warnings(std::string_view site, Range, FileTime) const {
-    return findAntenna(site) == nullptr ? std::nullopt : emptyFrame();
+WeatherWarnings Level3Folder::warnings(std::string_view, Range, FileTime) const {
+    return {};
 }
 
 } // namespace raincast

@@ -46,8 +46,8 @@ public:
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
     [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
-    /// A picture without any: Level III products hold no warnings.
-    [[nodiscard]] std::optional<QByteArray>
+    /// None: Level III products hold no warnings.
+    [[nodiscard]] WeatherWarnings
     warnings(std::string_view site, Range range, FileTime time) const override;
 
 private:

@@ -111,6 +111,25 @@ bool Publisher::put(const std::string& path, Again again) {
     return !answer || has(name, answer->body) || write(path, answer->body);
 }
 
+// A frame that may change is written again until it is seen that it does not any more.
+bool Publisher::putFrame(const std::string& path) {
+    const bool mayChange = m_tree.mayChange(path);
+    const auto isChanging = [&] {
+        const std::lock_guard lock(m_changingMutex);
+        return m_changing.contains(path);
+    };
+    if (!put(path, mayChange || isChanging() ? Again::whenChanged : Again::never)) {
+        return false;
+    }
+    const std::lock_guard lock(m_changingMutex);
+    if (mayChange) {
+        m_changing.insert(path);
+    } else {
+        m_changing.erase(path);
+    }
+    return true;
+}
+
 // The newest `most` frames of all of a site's products. The oldest of them first, and all products
 // of a time together: they are made of the same data.
 bool Publisher::publishFrames(const Site& site, std::size_t most, const std::stop_token& stop) {
@@ -129,7 +148,7 @@ bool Publisher::publishFrames(const Site& site, std::size_t most, const std::sto
     }
     for (const auto& [time, frames] : paths) {
         for (const std::string& path : frames) {
-            if (stop.stop_requested() || !put(path, Again::never)) {
+            if (stop.stop_requested() || !putFrame(path)) {
                 return false;
             }
         }
@@ -170,7 +189,9 @@ bool Publisher::publishListing(const FrameFolder& folder) {
 
 bool Publisher::publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop) {
     return std::all_of(site.standing.begin(), site.standing.end(), [&](const std::string& path) {
-        const bool isLasting = findTreeItem(path)->kind != TreeItem::Kind::warnings;
+        const auto kind = findTreeItem(path)->kind;
+        const bool isLasting =
+            kind != TreeItem::Kind::warnings && kind != TreeItem::Kind::warningTexts;
         return !stop.stop_requested() && put(path, isLasting ? layersAgain : Again::whenChanged);
     });
 }

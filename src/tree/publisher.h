@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <mutex>
+#include <set>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -50,6 +51,7 @@ private:
     bool publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop);
     bool publishPages();
     bool put(const std::string& path, Again again);
+    bool putFrame(const std::string& path);
     [[nodiscard]] bool isPublished(const QString& name) const;
     bool write(const std::string& path, const QByteArray& bytes);
     void log(const QString& line);
@@ -62,6 +64,8 @@ private:
     bool m_isSound = false; ///< this object made or checked every file
     std::mutex m_logMutex;
     ServerLog m_log;
+    std::mutex m_changingMutex;
+    std::set<std::string> m_changing; ///< paths of frames that could change when they were written
 };
 
 } // namespace raincast

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace raincast {
 
@@ -13,6 +14,8 @@ struct TreeAnswer {
     QByteArray body;
     const char* type = "text/html; charset=utf-8"; ///< lives as long as the program
     int maxAgeSeconds = 0; ///< how long a cache may keep it; 0: it must ask again
+    /// Of a listing of frames: a word for why it may be empty or old, as in frame_source.h.
+    std::string_view source{};
 };
 
 /// A request to the tree for a path.

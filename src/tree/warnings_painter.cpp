@@ -4,6 +4,7 @@
 #include "radar/image/bitmap.h"
 #include "radar/image/gif_writer.h"
 #include "radar/image/sample_mark.h"
+#include "tree/warning_kinds.h"
 
 #include <QImage>
 #include <QPainter>
@@ -15,39 +16,49 @@ namespace raincast {
 
 namespace {
 
-enum : std::uint8_t { ground, casing, yellow, red, ink, rim };
-constexpr std::array<QRgb, 6> kColours = {
-    kTransparentWhite, 0xFF202020, 0xFFFFFF00, 0xFFFF0000, 0xFF303030, 0xFFE8E8E8,
-};
+enum : std::uint8_t { ground, casing, ink, rim, firstKind };
+constexpr std::size_t kColourCount = firstKind + kAllWarningKinds.size();
 
-QPolygonF outline(const ImageGeometry& image, const WarningPolygon& warning) {
+const std::array<QRgb, kColourCount>& colours() {
+    static const auto made = [] {
+        std::array<QRgb, kColourCount> result{
+            kTransparentWhite, 0xFF202020, 0xFF303030, 0xFFE8E8E8};
+        std::transform(
+            kAllWarningKinds.begin(), kAllWarningKinds.end(), result.begin() + firstKind, colourOf
+        );
+        return result;
+    }();
+    return made;
+}
+
+// Far beyond the picture all places are as good: what may be drawn is bounded.
+constexpr double kFarthest = 20'000;
+
+QPolygonF outline(const ImageGeometry& image, const WeatherWarning::Ring& ring) {
     QPolygonF polygon;
-    for (const WarningPolygon::Corner& corner : warning.corners) {
+    for (const WeatherWarning::Corner& corner : ring) {
         // A pixel's centre is half a pixel into it.
         polygon << QPointF(
-            image.columnOfLongitude(corner.longitude) + .5,
-            image.rowOfLatitude(corner.latitude) + .5
+            std::clamp(image.columnOfLongitude(corner.longitude) + .5, -kFarthest, kFarthest),
+            std::clamp(image.rowOfLatitude(corner.latitude) + .5, -kFarthest, kFarthest)
         );
     }
     return polygon;
 }
 
 /// A line with a dark edge, which stands out from every echo below it.
-void stroke(QPainter& painter, const QPolygonF& polygon, std::uint8_t colour) {
+void stroke(QPainter& painter, const QPolygonF& polygon, QRgb colour) {
     constexpr int kWidth = 2;
-    painter.setPen(QPen(QColor::fromRgb(kColours[casing]), kWidth + 2));
+    painter.setPen(QPen(QColor::fromRgb(colours()[casing]), kWidth + 2));
     painter.drawPolygon(polygon);
-    painter.setPen(QPen(QColor::fromRgb(kColours[colour]), kWidth));
+    painter.setPen(QPen(QColor::fromRgb(colour), kWidth));
     painter.drawPolygon(polygon);
 }
 
-void draw(
-    QPainter& painter, const ImageGeometry& image, const std::vector<WarningPolygon>& warnings,
-    WarningPolygon::Kind kind, std::uint8_t colour
-) {
-    for (const WarningPolygon& warning : warnings) {
-        if (warning.kind == kind) {
-            stroke(painter, outline(image, warning), colour);
+void draw(QPainter& painter, const ImageGeometry& image, const WeatherWarning& warning) {
+    for (const WeatherWarning::Polygon& polygon : warning.polygons) {
+        for (const WeatherWarning::Ring& ring : polygon) {
+            stroke(painter, outline(image, ring), colourOf(warning.kind));
         }
     }
 }
@@ -58,8 +69,8 @@ IndexedPicture indexed(const QImage& canvas) {
     for (int row = 0; row < kFrameHeight; ++row) {
         const auto* pixels = reinterpret_cast<const QRgb*>(canvas.constScanLine(row));
         std::transform(pixels, pixels + kFrameWidth, std::back_inserter(picture), [](QRgb pixel) {
-            const auto* found = std::find(kColours.begin(), kColours.end(), pixel);
-            return static_cast<std::uint8_t>((found - kColours.begin()) % kColours.size());
+            const auto* found = std::find(colours().begin(), colours().end(), pixel);
+            return static_cast<std::uint8_t>((found - colours().begin()) % kColourCount);
         });
     }
     return picture;
@@ -67,22 +78,25 @@ IndexedPicture indexed(const QImage& canvas) {
 
 } // namespace
 
-std::optional<QByteArray> renderWarnings(
-    const ImageGeometry& image, const std::vector<WarningPolygon>& warnings, bool sample
-) {
+std::optional<QByteArray>
+renderWarnings(const ImageGeometry& image, const WeatherWarnings& warnings) {
     QImage canvas(kFrameWidth, kFrameHeight, QImage::Format_RGB32);
     canvas.fill(kTransparentWhite);
     {
         QPainter painter(&canvas);
-        using Kind = WarningPolygon::Kind;
-        draw(painter, image, warnings, Kind::severeThunderstorm, yellow);
-        draw(painter, image, warnings, Kind::tornado, red);
+        for (const WarningKind kind : kAllWarningKinds) {
+            for (const WeatherWarning& warning : warnings.warnings) {
+                if (warning.kind == kind) {
+                    draw(painter, image, warning);
+                }
+            }
+        }
     }
     IndexedPicture picture = indexed(canvas);
-    if (sample) {
+    if (warnings.isSample) {
         markAsSample(picture, ink, rim);
     }
-    return writeGif(picture, kColours);
+    return writeGif(picture, colours());
 }
 
 } // namespace raincast

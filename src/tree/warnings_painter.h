@@ -2,19 +2,17 @@
 #pragma once
 
 #include "radar/catalogue/image_geometry.h"
-#include "tree/warning_polygon.h"
+#include "tree/weather_warning.h"
 
 #include <QByteArray>
 
 #include <optional>
-#include <vector>
 
 namespace raincast {
 
-/// The picture of warnings: outlines on transparent white, the bytes of a GIF of 600 × 550 pixels.
-/// With `sample` it is marked as made up.
-[[nodiscard]] std::optional<QByteArray> renderWarnings(
-    const ImageGeometry& image, const std::vector<WarningPolygon>& warnings, bool sample
-);
+/// The picture of warnings: outlines and those of holes on transparent white, the bytes of a GIF of
+/// 600 × 550 pixels. The most dangerous lie over the others. What is made up is marked.
+[[nodiscard]] std::optional<QByteArray>
+renderWarnings(const ImageGeometry& image, const WeatherWarnings& warnings);
 
 } // namespace raincast

@@ -10,7 +10,9 @@
 namespace raincast {
 namespace {
 
-using Kind = WarningPolygon::Kind;
+const WeatherWarning::Ring& outlineOf(const WeatherWarning& warning) {
+    return warning.polygons.at(0).at(0);
+}
 
 const FileTime kTime = fromCalendar({2026, 11, 20, 10, 30});
 
@@ -18,10 +20,10 @@ TEST(SampleWarningsTest, StrongStormsAreWarnedOfAndTurningOnesInRed) {
     int red = 0;
     int yellow = 0;
     for (const char* site : {"TLX", "OKX", "MUX", "AMX"}) {
-        for (const WarningPolygon& warning :
+        for (const WeatherWarning& warning :
              sampleWarnings(*findAntenna(site), Range::longRange, kTime)) {
-            EXPECT_EQ(warning.corners.size(), 4U);
-            (warning.kind == Kind::tornado ? red : yellow) += 1;
+            EXPECT_EQ(outlineOf(warning).size(), 4U);
+            (warning.kind == WarningKind::tornado ? red : yellow) += 1;
         }
     }
     EXPECT_GT(red, 0);
@@ -33,12 +35,12 @@ TEST(SampleWarningsTest, AWarningStandsStillWhileItHolds) {
     const auto now = sampleWarnings(antenna, Range::shortRange, kTime);
     ASSERT_FALSE(now.empty());
     const auto later = sampleWarnings(antenna, Range::shortRange, kTime + kFileTimePerMinute);
-    const auto samePlace = [](const WarningPolygon& a, const WarningPolygon& b) {
-        return a.corners[0].latitude == b.corners[0].latitude &&
-               a.corners[0].longitude == b.corners[0].longitude;
+    const auto samePlace = [](const WeatherWarning& a, const WeatherWarning& b) {
+        return outlineOf(a)[0].latitude == outlineOf(b)[0].latitude &&
+               outlineOf(a)[0].longitude == outlineOf(b)[0].longitude;
     };
-    const auto kept = std::count_if(now.begin(), now.end(), [&](const WarningPolygon& warning) {
-        return std::any_of(later.begin(), later.end(), [&](const WarningPolygon& other) {
+    const auto kept = std::count_if(now.begin(), now.end(), [&](const WeatherWarning& warning) {
+        return std::any_of(later.begin(), later.end(), [&](const WeatherWarning& other) {
             return samePlace(warning, other);
         });
     });
@@ -49,10 +51,10 @@ TEST(SampleWarningsTest, TheWarnedStormIsWithinItsPolygon) {
     const AntennaPosition& antenna = *findAntenna("TLX");
     const auto minute = static_cast<double>((kTime - kUnixEpoch) / kFileTimePerMinute);
     const auto storms = stormsAt(sampleClimate("TLX"), minute, 230);
-    for (const WarningPolygon& warning : sampleWarnings(antenna, Range::shortRange, kTime)) {
+    for (const WeatherWarning& warning : sampleWarnings(antenna, Range::shortRange, kTime)) {
         double east = 0;
         double north = 0;
-        for (const auto& corner : warning.corners) {
+        for (const auto& corner : outlineOf(warning)) {
             const PolarPlace place =
                 seenFrom(antenna.latitude, antenna.longitude, corner.latitude, corner.longitude);
             east += place.km * towards(place.azimuthDegrees).east / 4;

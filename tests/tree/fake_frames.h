@@ -46,10 +46,20 @@ public:
         const bool isThere = times.contains(time) && !lost.contains(time);
         return isThere ? std::optional(says(site, codeOf(product))) : std::nullopt;
     }
-    [[nodiscard]] std::optional<QByteArray>
-    warnings(std::string_view site, Range range, FileTime time) const override {
+    /// One whose outline and text change with the minute.
+    [[nodiscard]] WeatherWarnings
+    warnings(std::string_view site, Range, FileTime time) const override {
         ++made;
-        return says(site, std::string(wordOf(range)) + std::to_string(time));
+        const AntennaPosition& antenna = *findAntenna(site);
+        const double north = static_cast<double>(time / kFileTimePerMinute % 60) / 100;
+        const WeatherWarning::Corner corner{antenna.latitude + north, antenna.longitude};
+        WeatherWarning warning;
+        warning.text = QString::fromUtf8(text) + QString::number(time);
+        warning.polygons = {
+            {{corner,
+              {corner.latitude + 1, corner.longitude},
+              {corner.latitude, corner.longitude + 1}}}};
+        return {{warning}, false};
     }
 
 private:

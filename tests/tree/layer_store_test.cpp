@@ -12,6 +12,8 @@
 namespace raincast {
 namespace {
 
+const AntennaPosition& kAntenna = *findAntenna("LWX");
+
 class LayerStoreTest : public ::testing::Test {
 protected:
     /// The only folder of layers.
@@ -27,12 +29,12 @@ protected:
 TEST_F(LayerStoreTest, PaintsOnceAndKeeps) {
     const MapData data(m_files);
     const LayerStore store(data, m_folder.path());
-    const QByteArray painted = store.layer(LayerKind::rivers, "LWX", Range::longRange).value();
+    const QByteArray painted = store.layer(LayerKind::rivers, kAntenna, Range::longRange).value();
     EXPECT_EQ(QImage::fromData(painted, "GIF").size(), QSize(600, 550));
     EXPECT_EQ(namesIn(kept()), "LWX_rivers_Long");
     writeFile(kept() + "/LWX_rivers_Long", m_other);
-    EXPECT_EQ(store.layer(LayerKind::rivers, "LWX", Range::longRange), m_other);
-    EXPECT_EQ(store.layer(LayerKind::rivers, "LWX", Range::shortRange), painted);
+    EXPECT_EQ(store.layer(LayerKind::rivers, kAntenna, Range::longRange), m_other);
+    EXPECT_EQ(store.layer(LayerKind::rivers, kAntenna, Range::shortRange), painted);
 }
 
 TEST_F(LayerStoreTest, OtherDataHaveOtherLayers) {
@@ -41,14 +43,14 @@ TEST_F(LayerStoreTest, OtherDataHaveOtherLayers) {
     writeFile(m_files.roads, "{}");
     const MapData data(m_files);
     const LayerStore store(data, m_folder.path());
-    static_cast<void>(store.layer(LayerKind::highways, "LWX", Range::shortRange));
+    static_cast<void>(store.layer(LayerKind::highways, kAntenna, Range::shortRange));
     writeFile(kept() + "/LWX_highways_Short", m_other);
-    EXPECT_EQ(store.layer(LayerKind::highways, "LWX", Range::shortRange), m_other);
+    EXPECT_EQ(store.layer(LayerKind::highways, kAntenna, Range::shortRange), m_other);
 
     writeFile(m_files.roads, R"({"type":"LineString","coordinates":[[-78,39],[-77,39]]})");
     const MapData newData(m_files);
     const LayerStore newStore(newData, m_folder.path());
-    EXPECT_NE(newStore.layer(LayerKind::highways, "LWX", Range::shortRange), m_other);
+    EXPECT_NE(newStore.layer(LayerKind::highways, kAntenna, Range::shortRange), m_other);
 }
 
 TEST_F(LayerStoreTest, AFullDiskKeepsNoCutLayer) {
@@ -57,11 +59,11 @@ TEST_F(LayerStoreTest, AFullDiskKeepsNoCutLayer) {
     QByteArray painted;
     {
         const FullDisk disk(100);
-        painted = store.layer(LayerKind::rivers, "LWX", Range::longRange).value();
+        painted = store.layer(LayerKind::rivers, kAntenna, Range::longRange).value();
     }
     EXPECT_EQ(QImage::fromData(painted, "GIF").size(), QSize(600, 550));
     EXPECT_EQ(namesIn(kept()), "");
-    EXPECT_EQ(store.layer(LayerKind::rivers, "LWX", Range::longRange), painted);
+    EXPECT_EQ(store.layer(LayerKind::rivers, kAntenna, Range::longRange), painted);
     EXPECT_EQ(readFile(kept() + "/LWX_rivers_Long"), painted);
 }
 
@@ -69,32 +71,24 @@ TEST_F(LayerStoreTest, AKeptLayerOfTheWrongLengthIsPaintedAgain) {
     const MapData data(m_files);
     const LayerStore store(data, m_folder.path());
     for (const LayerKind layer : {LayerKind::topo, LayerKind::rivers}) { // a JPEG and a GIF
-        const QByteArray painted = store.layer(layer, "LWX", Range::longRange).value();
+        const QByteArray painted = store.layer(layer, kAntenna, Range::longRange).value();
         const QString file =
             kept() + "/LWX_" + (layer == LayerKind::topo ? "topo" : "rivers") + "_Long";
         ASSERT_EQ(readFile(file), painted);
         for (const QByteArray& wrong :
              {QByteArray(), painted.chopped(1), painted.first(100), painted + "more"}) {
             writeFile(file, wrong);
-            EXPECT_EQ(store.layer(layer, "LWX", Range::longRange), painted);
+            EXPECT_EQ(store.layer(layer, kAntenna, Range::longRange), painted);
             EXPECT_EQ(readFile(file), painted);
         }
     }
-}
-
-TEST_F(LayerStoreTest, UnknownSitesHaveNone) {
-    const MapData data(m_files);
-    EXPECT_EQ(
-        LayerStore(data, m_folder.path()).layer(LayerKind::topo, "ZZZ", Range::shortRange),
-        std::nullopt
-    );
 }
 
 TEST_F(LayerStoreTest, AFolderThatCannotBeMadeKeepsNothing) {
     writeFile(m_folder.filePath("file"));
     const MapData data(m_files);
     const LayerStore store(data, m_folder.filePath("file"));
-    const QByteArray painted = store.layer(LayerKind::rivers, "LWX", Range::shortRange).value();
+    const QByteArray painted = store.layer(LayerKind::rivers, kAntenna, Range::shortRange).value();
     EXPECT_EQ(QImage::fromData(painted, "GIF").size(), QSize(600, 550));
     EXPECT_EQ(readFile(m_folder.filePath("file")), "x");
 }

@@ -67,7 +67,7 @@ TEST_F(PublisherTest, WritesTheTree) {
         namesIn(file("/weather_radar/basemaps")),
         "LWX_City_Long.gif LWX_City_Short.gif LWX_County_Long.gif LWX_County_Short.gif"
     );
-    EXPECT_EQ(namesIn(file("/ridge/Warnings/Short")), "LWX_Warnings_0.gif");
+    EXPECT_EQ(namesIn(file("/ridge/Warnings/Short")), "LWX_Warnings_0.gif LWX_Warnings_0.json");
     EXPECT_EQ(readFile(file("/index.html")), "home");
     EXPECT_EQ(readFile(file("/status")), "{}");
     EXPECT_EQ(m_log, QString());
@@ -108,7 +108,8 @@ TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
         readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")), gifThatSays("LWXN0R")
     );
     EXPECT_THAT(
-        readFile(file("/ridge/Warnings/Short/LWX_Warnings_0.gif")).toStdString(), HasSubstr("other")
+        readFile(file("/ridge/Warnings/Short/LWX_Warnings_0.json")).toStdString(),
+        HasSubstr("other")
     );
 }
 

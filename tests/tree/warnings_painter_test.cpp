@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image/bitmap.h"
 #include "radar/image/image_file.h"
+#include "tree/warning_kinds.h"
 #include "tree/warnings_painter.h"
 
 #include <gtest/gtest.h>
@@ -8,21 +9,27 @@
 namespace raincast {
 namespace {
 
-using Kind = WarningPolygon::Kind;
+using Kind = WarningKind;
 
 const ImageGeometry kImage(35, -97, Range::shortRange);
 
-QImage painted(const std::vector<WarningPolygon>& warnings, bool sample = false) {
-    return decodeImage(renderWarnings(kImage, warnings, sample).value(), kMostImagePixels);
+QImage painted(const std::vector<WeatherWarning>& warnings, bool sample = false) {
+    return decodeImage(renderWarnings(kImage, {warnings, sample}).value(), kMostImagePixels);
+}
+
+WeatherWarning::Ring ring(int left, int top, int right, int bottom) {
+    const auto corner = [](int column, int row) {
+        return WeatherWarning::Corner{kImage.latitudeOfRow(row), kImage.longitudeOfColumn(column)};
+    };
+    return {corner(left, top), corner(right, top), corner(right, bottom), corner(left, bottom)};
 }
 
 /// A rectangle between pixels.
-WarningPolygon rectangle(Kind kind, int left, int top, int right, int bottom) {
-    const auto corner = [](int column, int row) {
-        return WarningPolygon::Corner{kImage.latitudeOfRow(row), kImage.longitudeOfColumn(column)};
-    };
-    return {
-        kind, {corner(left, top), corner(right, top), corner(right, bottom), corner(left, bottom)}};
+WeatherWarning rectangle(Kind kind, int left, int top, int right, int bottom) {
+    WeatherWarning warning;
+    warning.kind = kind;
+    warning.polygons = {{ring(left, top, right, bottom)}};
+    return warning;
 }
 
 TEST(WarningsPainterTest, OutlinesAreYellowAndRedOnTransparentGround) {
@@ -41,7 +48,7 @@ TEST(WarningsPainterTest, OutlinesAreYellowAndRedOnTransparentGround) {
 
 TEST(WarningsPainterTest, RedLiesOverYellowWhateverTheOrder) {
     for (const bool redFirst : {false, true}) {
-        std::vector<WarningPolygon> warnings = {
+        std::vector<WeatherWarning> warnings = {
             rectangle(Kind::severeThunderstorm, 100, 100, 200, 160),
             rectangle(Kind::tornado, 150, 80, 250, 160)};
         if (redFirst) {
@@ -49,6 +56,31 @@ TEST(WarningsPainterTest, RedLiesOverYellowWhateverTheOrder) {
         }
         EXPECT_EQ(painted(warnings).pixel(150, 100), 0xFFFF0000) << redFirst;
     }
+}
+
+TEST(WarningsPainterTest, EachKindHasAColourOfItsOwn) {
+    std::set<QRgb> colours;
+    for (const Kind kind : kAllWarningKinds) {
+        const QImage image = painted({rectangle(kind, 100, 100, 200, 160)});
+        EXPECT_EQ(image.pixel(150, 100), colourOf(kind));
+        const bool hasRim =
+            image.pixel(150, 99) == 0xFF202020 && image.pixel(150, 102) == 0xFF202020;
+        EXPECT_TRUE(hasRim);
+        colours.insert(colourOf(kind));
+    }
+    EXPECT_EQ(colours.size(), kAllWarningKinds.size());
+}
+
+TEST(WarningsPainterTest, HolesAndFurtherPolygonsHaveOutlinesToo) {
+    WeatherWarning warning = rectangle(Kind::flashFlood, 100, 100, 300, 300);
+    warning.polygons[0].push_back(ring(150, 150, 250, 250));
+    warning.polygons.push_back({ring(400, 100, 500, 200)});
+    const QImage image = painted({warning});
+    for (const int row : {100, 150}) {
+        EXPECT_EQ(image.pixel(200, row), 0xFF00FF00) << row;
+    }
+    EXPECT_EQ(image.pixel(450, 100), 0xFF00FF00);
+    EXPECT_EQ(image.pixel(200, 200), kTransparentWhite);
 }
 
 TEST(WarningsPainterTest, WhatLiesOutsideIsCutOff) {

@@ -31,6 +31,7 @@ constexpr auto kWorldFile = TreeItem::Kind::worldFile;
 // clang-format off
 constexpr StandingFile kStandingFiles[] = {
     {TreeItem::Kind::warnings, LayerKind::topo, "/ridge/Warnings/%/", "Warnings_0.gif"},
+    {TreeItem::Kind::warningTexts, LayerKind::topo, "/ridge/Warnings/%/", "Warnings_0.json"},
     {kLayer,     LayerKind::topo,     "/ridge/Overlays/Topo/%/",     "Topo_%.jpg"},
     {kWorldFile, LayerKind::topo,     "/ridge/Overlays/Topo/%/",     "Topo_%.gfw"},
     {kLayer,     LayerKind::rivers,   "/ridge/Overlays/Rivers/%/",   "Rivers_%.gif"},

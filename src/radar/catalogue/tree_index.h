@@ -14,6 +14,7 @@
 //
 //   /ridge/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif  a frame; its time is UTC, to the minute
 //   /ridge/Warnings/Short/LWX_Warnings_0.gif           the present warnings
+//   /ridge/Warnings/Short/LWX_Warnings_0.json          their texts
 //   /ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg      layers, each with its world file (.gfw)
 //   /ridge/Overlays/Cities/Short/LWX_City_Short.gfw
 //   /weather_radar/basemaps/LWX_County_Short.gif       the layers of the basemap server
@@ -31,7 +32,7 @@ inline constexpr std::array kAllLayers = {
 
 /// What a path of the tree stands for. `product` and `time` are a frame's only, `layer` a layer's.
 struct TreeItem {
-    enum class Kind { frame, warnings, layer, worldFile };
+    enum class Kind { frame, warnings, warningTexts, layer, worldFile };
 
     Kind kind;
     std::string site;

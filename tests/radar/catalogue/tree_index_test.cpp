@@ -101,7 +101,7 @@ TEST(TreeIndexTest, EveryPathComesBack) {
 
 TEST(TreeIndexTest, EverySiteHasEverything) {
     EXPECT_THAT(allFrameFolders(), SizeIs(kAllProducts.size() * kAntennaCount));
-    EXPECT_THAT(standingPaths(), SizeIs(11 * kRanges.size() * kAntennaCount));
+    EXPECT_THAT(standingPaths(), SizeIs(12 * kRanges.size() * kAntennaCount));
 }
 
 TEST(TreeIndexTest, ListsFolders) {
