@@ -19,9 +19,10 @@ namespace raincast {
 [[nodiscard]] std::optional<QByteArray> renderFrame(const PolarScan& scan, Product as);
 
 /// The same on a picture whose place on the earth is given.
-[[nodiscard]] QByteArray renderFrame(const PolarScan& scan, Product as, const ImageGeometry& image);
+[[nodiscard]] std::optional<QByteArray>
+renderFrame(const PolarScan& scan, Product as, const ImageGeometry& image);
 
-/// An empty picture: the warnings of a source that has none.
+/// A picture with nothing on it.
 [[nodiscard]] std::optional<QByteArray> emptyFrame();
 
 } // namespace raincast

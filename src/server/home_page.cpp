@@ -156,11 +156,18 @@ QByteArray scales() {
 
 } // namespace
 
-QByteArray homePage(const MapData& maps, bool isSample) {
+QByteArray homePage(const MapData& maps, SourceKind source) {
     return QByteArray(kHomePageText)
         .replace(
-            "@NOTE@",
-            isSample ? "<p class=\"note\">Sample weather: nothing here has happened.</p>" : ""
+            "@NOTE@", source == SourceKind::sample
+                          ? "<p class=\"note\">Sample weather: nothing here has happened.</p>"
+                          : ""
+        )
+        .replace(
+            "@CREDIT@", source == SourceKind::live ? "Radar: NOAA/NWS NEXRAD via Unidata (AWS Open "
+                                                     "Data), NOAA/NWS. Warnings: NOAA/NWS, "
+                                                     "Iowa Environmental Mesonet."
+                                                   : ""
         )
         .replace("@STATES@", statePaths(maps))
         .replace("@DOTS@", dots())

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "server/server_options.h"
+
 #include <QByteArray>
 
 namespace raincast {
@@ -8,10 +10,10 @@ namespace raincast {
 class MapData;
 
 /// The page for people: a map and a list of all sites, and the newest frames of the chosen one
-/// with its layers, moving. Its links are relative and stay within the tree, so a published tree
-/// has it too. Made once.
+/// with its layers, moving, how old they are, and the warnings' texts. Its links are relative and
+/// stay within the tree, so a published tree has it too. Made once.
 ///
-/// With `isSample` a line at its top says that the weather is made up.
-[[nodiscard]] QByteArray homePage(const MapData& maps, bool isSample);
+/// A line at its top says where the weather is made up; that of public providers is credited.
+[[nodiscard]] QByteArray homePage(const MapData& maps, SourceKind source);
 
 } // namespace raincast

@@ -30,6 +30,12 @@ nav a.on { background: #22588a; border-color: #22588a; color: #fff; }
 #stack img { position: absolute; inset: 0; width: 100%; height: 100%; }
 #stack img.bad { display: none; }
 #time { position: absolute; right: 6px; bottom: 6px; padding: 1px 7px; background: #fffd; font-variant-numeric: tabular-nums; }
+#age { min-height: 1.4em; margin: 8px 0 0; color: #56606c; font-size: 13.5px; }
+#age.old { color: #a3301c; }
+#warnings { margin: 8px 0 0; padding: 0; list-style: none; font-size: 13.5px; }
+#warnings li { margin: 0 0 8px; padding: 4px 10px; border-left: 4px solid #a3301c; background: #f7f3ee; }
+#warnings b, #warnings span { display: block; }
+#warnings span { white-space: pre-line; }
 #scale { display: flex; margin-top: 8px; font-size: 11px; font-variant-numeric: tabular-nums; }
 #scale span { flex: 1; border-top: 12px solid; text-align: center; }
 #scale b { font-weight: normal; padding: 9px 0 0 6px; }
@@ -43,6 +49,7 @@ svg a.on circle { fill: #c3271b; }
 #list { display: grid; grid-template-columns: repeat(auto-fill, minmax(14em, 1fr)); margin: 12px 0 0; padding: 0; list-style: none; max-height: 400px; overflow-y: auto; font-size: 13.5px; }
 #list a { color: #22588a; text-decoration: none; }
 #list a:hover { text-decoration: underline; }
+#list small { color: #56606c; }
 #list a.on { font-weight: bold; color: #c3271b; }
 footer { padding: 16px 20px 28px; color: #56606c; font-size: 13px; }
 footer a { color: inherit; }
@@ -55,8 +62,10 @@ footer a { color: inherit; }
 <h2><span id="site"></span> <small id="what"></small></h2>
 <nav id="products"></nav>
 <div id="stack"><span id="time"></span></div>
+<p id="age" role="status"></p>
 <div id="scale"></div>
 <fieldset id="layers"></fieldset>
+<ul id="warnings" aria-label="Warnings"></ul>
 <noscript><p>Without scripts: each site of the list leads to its newest frames.</p></noscript>
 </section>
 <section id="places">
@@ -66,7 +75,7 @@ footer a { color: inherit; }
 </section>
 </main>
 <footer>
-Server: <a href="status">status</a>, <a href="ridge/">image tree</a>.
+Server: <a href="status">status</a>, <a href="ridge/">image tree</a>. @CREDIT@
 Map data: U.S. Census Bureau (borders), GSHHG by P. Wessel and W. H. F. Smith (shores, rivers), ETOPO5 (relief),
 <a href="https://www.geonames.org/">GeoNames</a>, CC BY 4.0 (places).
 </footer>
@@ -121,6 +130,47 @@ function show() {
     .toLocaleString([], {dateStyle: "medium", timeStyle: "short"});
 }
 
+const words = {"no-product": "This radar makes no such product.", "radar-down": "The radar itself is down.",
+  provider: "The provider does not answer.", network: "The server has no network."};
+
+function ageOf(time, now) {
+  const minutes = Math.max(0, Math.round((Date.parse(now) - Date.parse(time)) / 60000));
+  return minutes < 120 ? `${minutes} min` : `${Math.round(minutes / 60)} h`;
+}
+
+function showAges(status) {
+  const newest = status.newest || {}, wanted = (status.wanted || {})[site] || {};
+  const time = (newest[site] || {})[product], known = wanted[product] || {};
+  const age = time ? `Newest frame: ${ageOf(time, status.now)} old` : "";
+  const from = time && known.provider ? `, from ${known.provider}` : "";
+  byId("age").textContent = [age && age + from + ".", words[known.state]].filter(Boolean).join(" ");
+  byId("age").className = time && Date.parse(status.now) - Date.parse(time) > 720000 ? "old" : "";
+  for (const link of document.querySelectorAll("#list a")) {
+    const times = Object.values(newest[link.dataset.site] || {}).sort();
+    let mark = link.querySelector("small");
+    if (!mark) link.append(mark = document.createElement("small"));
+    mark.textContent = times.length ? " " + ageOf(times[times.length - 1], status.now) : "";
+  }
+}
+
+function showWarnings(found) {
+  byId("warnings").replaceChildren(...(found.warnings || []).map(warning => {
+    const row = document.createElement("li"), until = warning.end ? new Date(warning.end) : null;
+    const title = document.createElement("b");
+    title.textContent = warning.event + (until ? " until " + until.toLocaleString([], {timeStyle: "short"}) : "") +
+      (warning.office ? ", " + warning.office : "");
+    row.append(title);
+    for (const text of [warning.headline, warning.instruction]) {
+      if (!text) continue;
+      const line = document.createElement("span");
+      line.textContent = text;
+      row.append(line);
+    }
+    row.title = warning.text;
+    return row;
+  }));
+}
+
 async function refresh() {
   const mine = ++turn;
   const page = await fetch(folder()).then(answer => answer.text(), () => "");
@@ -132,7 +182,13 @@ async function refresh() {
     byId("time").textContent = "No frames";
   }
   for (const name of frames) new Image().src = folder() + name;
-  images.Warnings.src = layers.Warnings[2](site, product === "N0Z" ? "Long" : "Short") + "?" + Date.now();
+  const warnings = layers.Warnings[2](site, product === "N0Z" ? "Long" : "Short");
+  images.Warnings.src = warnings + "?" + Date.now();
+  const read = path => fetch(path).then(answer => answer.ok ? answer.json() : {}).catch(() => ({}));
+  const [status, texts] = await Promise.all([read("status"), read(warnings.replace(".gif", ".json"))]);
+  if (mine !== turn) return;
+  showAges(status);
+  showWarnings(texts);
 }
 
 function choose() {

@@ -2,6 +2,8 @@
 #include "server/running_server.h"
 
 #include "core/clock.h"
+#include "live/live_network.h"
+#include "live/live_source.h"
 #include "sample/sample_weather.h"
 #include "server/home_page.h"
 #include "server/level3_watch.h"
@@ -28,6 +30,15 @@ QString cacheFolder(const ServeOptions& options) {
                : options.cacheFolder;
 }
 
+QByteArray agentOf(const LiveOptions& options) {
+    const QByteArray agent = "Raincast/" RAINCAST_VERSION;
+    return options.contact.isEmpty() ? agent : agent + " (" + options.contact.toUtf8() + ')';
+}
+
+QByteArray addressOf(const std::optional<QString>& given, const char* usual) {
+    return given ? given->toUtf8() : QByteArray(usual);
+}
+
 /// The store of frames that belongs to a folder of products.
 QString storeFolder(const ServeOptions& options) {
     const QByteArray folder = QDir(options.level3Folder).absolutePath().toUtf8();
@@ -49,12 +60,17 @@ RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
       ),
       m_status([this] { return statusOfNow(); }) {
     logMissingData();
-    const QByteArray home = homePage(m_maps, isSample());
+    const QByteArray home = homePage(m_maps, m_options.source);
     m_tree.addPage("/", "text/html; charset=utf-8", [home] { return home; });
     m_tree.addPage("/status", "application/json", [this] { return m_status.get(); });
 }
 
-RunningServer::~RunningServer() = default;
+RunningServer::~RunningServer() {
+    if (m_live != nullptr) {
+        m_live->close();
+        m_network->stop();
+    }
+}
 
 void RunningServer::logMissingData() const {
     for (const QString& line : m_maps.files().missing()) {
@@ -94,7 +110,9 @@ void RunningServer::work() {
 }
 
 QString RunningServer::readyLine() const {
-    const QString what = isSample() ? QStringLiteral("sample weather") : m_options.level3Folder;
+    const QString what = m_options.source == SourceKind::sample ? QStringLiteral("sample weather")
+                         : m_options.source == SourceKind::live ? QStringLiteral("live radar")
+                                                                : m_options.level3Folder;
     if (!m_server) {
         return QStringLiteral("Publishing %1 in %2").arg(what, m_options.publishFolder);
     }
@@ -105,8 +123,11 @@ QString RunningServer::readyLine() const {
 }
 
 std::unique_ptr<FrameSource> RunningServer::makeFrames() {
-    if (isSample()) {
+    if (m_options.source == SourceKind::sample) {
         return std::make_unique<SampleWeather>(m_options.hours);
+    }
+    if (m_options.source == SourceKind::live) {
+        return makeLive();
     }
     auto folder = std::make_unique<Level3Folder>(
         m_options.level3Folder, storeFolder(m_options), m_options.hours, m_log
@@ -115,12 +136,35 @@ std::unique_ptr<FrameSource> RunningServer::makeFrames() {
     return folder;
 }
 
+std::unique_ptr<FrameSource> RunningServer::makeLive() {
+    const LiveOptions& options = m_options.live;
+    m_network = std::make_unique<LiveNetwork>(agentOf(options));
+    LiveSource::Settings settings;
+    settings.folder = cacheFolder(m_options) + QStringLiteral("/live");
+    settings.hours = m_options.hours;
+    settings.bucket = addressOf(options.frames, LiveSource::kBucket);
+    settings.ring = addressOf(options.fallback, LiveSource::kRing);
+    // One address stands for both of those who give warnings: their paths differ.
+    settings.warnings = addressOf(options.warnings, LiveSource::kWarnings);
+    settings.otherWarnings = addressOf(options.warnings, LiveSource::kOtherWarnings);
+    auto live = std::make_unique<LiveSource>(settings, m_network->fetcher(), m_log, [this] {
+        m_network->fetcher().wake();
+    });
+    m_live = live.get();
+    m_network->start(*live);
+    return live;
+}
+
 QByteArray RunningServer::statusOfNow() const {
-    ServerStatus status{
-        isSample() ? QStringLiteral("sample") : QStringLiteral("level3"), m_started, std::nullopt,
-        m_tree.bytesInMemory()};
+    ServerStatus status;
+    status.source = m_options.source;
+    status.started = m_started;
+    status.bytesInMemory = m_tree.bytesInMemory();
     if (m_server) {
         status.counts = m_server->counts();
+    }
+    if (m_live != nullptr) {
+        status.live = m_live->status();
     }
     return statusPage(status, *m_frames, m_maps);
 }

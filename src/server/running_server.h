@@ -16,6 +16,8 @@ namespace raincast {
 
 class Level3Folder;
 class Level3Watch;
+class LiveNetwork;
+class LiveSource;
 class PeriodicTask;
 class TreeServer;
 
@@ -41,8 +43,8 @@ public:
     [[nodiscard]] QString readyLine() const;
 
 private:
-    [[nodiscard]] bool isSample() const { return m_options.level3Folder.isEmpty(); }
     std::unique_ptr<FrameSource> makeFrames();
+    std::unique_ptr<FrameSource> makeLive();
     void logMissingData() const;
     [[nodiscard]] QByteArray statusOfNow() const;
 
@@ -50,9 +52,11 @@ private:
     ServerLog m_log;
     FileTime m_started;
     Level3Folder* m_level3 = nullptr;
+    LiveSource* m_live = nullptr;
     // Each uses those above it.
     MapData m_maps;
     LayerStore m_layers;
+    std::unique_ptr<LiveNetwork> m_network;
     std::unique_ptr<FrameSource> m_frames;
     ImageTree m_tree;
     Publisher m_publisher;

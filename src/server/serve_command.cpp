@@ -39,7 +39,7 @@ ServerExit runServer(const ServeOptions& options, EndSignals& signals, std::ostr
     if (options.endWithParent) {
         EndSignals::endWithParent();
     }
-    if (!options.level3Folder.isEmpty() && !QFileInfo(options.level3Folder).isDir()) {
+    if (options.source == SourceKind::level3 && !QFileInfo(options.level3Folder).isDir()) {
         return failed(QStringLiteral("%1 is not a directory.").arg(options.level3Folder));
     }
     if (!options.roadsFile.isEmpty() && !QFileInfo(options.roadsFile).isFile()) {

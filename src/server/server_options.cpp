@@ -3,6 +3,10 @@
 
 #include "radar/catalogue/sites.h"
 
+#include <QUrl>
+
+#include <array>
+
 namespace raincast {
 
 namespace {
@@ -19,8 +23,13 @@ QList<QCommandLineOption> options() {
         );
     };
     return {
-        option("sample", "Serve sample weather (the default without --level3)."),
+        option("sample", "Serve sample weather (the default)."),
         option("level3", "Serve the NEXRAD Level III products of a folder.", "DIR"),
+        option("live", "Fetch what people look at from public providers and serve it."),
+        option("live-frames", "Where --live finds products, or \"none\".", "URL"),
+        option("live-fallback", "Where it finds them when that fails, or \"none\".", "URL"),
+        option("live-warnings", "Where it finds warnings, or \"none\".", "URL"),
+        option("contact", "An address that --live tells to the providers.", "ADDRESS"),
         option("hours", "How long frames are kept, 1 to 48 hours; 0: for good.", "N", "4"),
         option(
             "listen", "Where to listen; port 0 is any free one.", "ADDRESS:PORT", "127.0.0.1:8155"
@@ -30,7 +39,7 @@ QList<QCommandLineOption> options() {
         option("once", "Publish once, then end."),
         option("roads", "The lines of the highways layer: GeoJSON or a shapefile.", "FILE"),
         option("map-data", "The folder that scripts/install-map-data has filled.", "DIR"),
-        option("cache", "The folder that keeps painted layers and frames.", "DIR"),
+        option("cache", "The folder that keeps painted layers, frames and products.", "DIR"),
         option("end-with-parent", "End when the program that started this one ends."),
         option("quiet", "Log nothing."),
     };
@@ -54,21 +63,99 @@ tl::expected<QStringList, QString> sitesIn(const QString& text) {
     return sites;
 }
 
-Reading readSource(const QCommandLineParser& parser, ServeOptions& result) {
-    const bool level3 = parser.isSet(QStringLiteral("level3"));
-    if (parser.isSet(QStringLiteral("sample")) && level3) {
-        return wrong(QStringLiteral("--sample and --level3 exclude each other."));
+tl::expected<SourceKind, QString> sourceIn(const QCommandLineParser& parser) {
+    struct Choice {
+        const char* option;
+        SourceKind kind;
+    };
+    constexpr std::array kChoices = {
+        Choice{"sample", SourceKind::sample}, Choice{"level3", SourceKind::level3},
+        Choice{"live", SourceKind::live}};
+    std::optional<Choice> chosen;
+    for (const Choice& choice : kChoices) {
+        if (!parser.isSet(QLatin1String(choice.option))) {
+            continue;
+        }
+        if (chosen) {
+            return tl::unexpected(QStringLiteral("--%1 and --%2 exclude each other.")
+                                      .arg(QLatin1String(chosen->option))
+                                      .arg(QLatin1String(choice.option)));
+        }
+        chosen = choice;
     }
+    return chosen ? chosen->kind : SourceKind::sample;
+}
+
+/// An address without its last slash, or an empty text for "none".
+tl::expected<std::optional<QString>, QString>
+addressIn(const QCommandLineParser& parser, const QString& option) {
+    if (!parser.isSet(option)) {
+        return std::nullopt;
+    }
+    QString text = parser.value(option);
+    if (text == u"none") {
+        return QString();
+    }
+    const QUrl url(text, QUrl::StrictMode);
+    const bool isHttp = url.scheme() == u"http" || url.scheme() == u"https";
+    if (!url.isValid() || !isHttp || url.host().isEmpty() || url.hasQuery() || url.hasFragment()) {
+        return tl::unexpected(QStringLiteral("--%1 takes an address that begins with http:// or "
+                                             "https://, or the word none.")
+                                  .arg(option));
+    }
+    while (text.endsWith(u'/')) {
+        text.chop(1);
+    }
+    return text;
+}
+
+Reading readLive(const QCommandLineParser& parser, ServeOptions& result) {
+    LiveOptions& live = result.live;
+    const std::pair<const char*, std::optional<QString>*> addresses[] = {
+        {"live-frames", &live.frames},
+        {"live-fallback", &live.fallback},
+        {"live-warnings", &live.warnings},
+    };
+    for (const auto& [name, value] : addresses) {
+        const QString option = QLatin1String(name);
+        if (parser.isSet(option) && result.source != SourceKind::live) {
+            return wrong(QStringLiteral("--%1 needs --live.").arg(option));
+        }
+        const auto address = addressIn(parser, option);
+        if (!address) {
+            return wrong(address.error());
+        }
+        *value = *address;
+    }
+    live.contact = parser.value(QStringLiteral("contact")).simplified();
+    if (!live.contact.isEmpty() && result.source != SourceKind::live) {
+        return wrong(QStringLiteral("--contact needs --live."));
+    }
+    const bool publishesAll = !parser.value(QStringLiteral("publish")).isEmpty() &&
+                              parser.value(QStringLiteral("sites")).isEmpty();
+    if (result.source == SourceKind::live && publishesAll) {
+        return wrong(QStringLiteral("--live with --publish needs --sites: all of them would ask "
+                                    "the providers for too much."));
+    }
+    return {};
+}
+
+Reading readSource(const QCommandLineParser& parser, ServeOptions& result) {
+    const auto source = sourceIn(parser);
+    if (!source) {
+        return wrong(source.error());
+    }
+    result.source = *source;
     bool isNumber = false;
     result.hours = parser.value(QStringLiteral("hours")).toInt(&isNumber);
     if (!isNumber || result.hours < 0 || result.hours > kMostHours) {
         return wrong(QStringLiteral("--hours takes a number from 0 to %1.").arg(kMostHours));
     }
-    if (result.hours == 0 && !level3) {
-        return wrong(QStringLiteral("--hours 0 needs --level3: sample weather has no beginning."));
+    if (result.hours == 0 && result.source != SourceKind::level3) {
+        return wrong(QStringLiteral("--hours 0 needs --level3: other weather has no beginning."));
     }
     result.level3Folder = parser.value(QStringLiteral("level3"));
-    return {};
+    return readLive(parser, result);
 }
 
 Reading readPublishing(const QCommandLineParser& parser, ServeOptions& result) {

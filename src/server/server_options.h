@@ -21,10 +21,28 @@ struct ListenAddress {
     friend bool operator==(const ListenAddress&, const ListenAddress&) = default;
 };
 
+/// Where the frames come from.
+enum class SourceKind {
+    sample, ///< made-up weather
+    level3, ///< products that something else puts into a folder
+    live,   ///< public providers
+};
+
+/// How live weather is fetched. Addresses have no slash at their end; an empty one turns a provider
+/// off, none stands for the usual one.
+struct LiveOptions {
+    std::optional<QString> frames;
+    std::optional<QString> fallback;
+    std::optional<QString> warnings;
+    QString contact; ///< told to the providers; may be empty
+};
+
 /// The options of raincast-server when it serves or publishes.
 struct ServeOptions {
     std::optional<ListenAddress> listen = ListenAddress(); ///< nothing: it only publishes
-    QString level3Folder;                                  ///< empty: sample weather
+    SourceKind source = SourceKind::sample;
+    QString level3Folder;     ///< of level3 only
+    LiveOptions live;         ///< of live only
     int hours = 4;            ///< how long frames are kept; 0: for good
     QString publishFolder;    ///< empty: it does not publish
     QStringList publishSites; ///< empty: all

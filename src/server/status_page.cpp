@@ -53,6 +53,53 @@ QJsonObject mapData(const MapDataFiles& files) {
     };
 }
 
+QString wordOf(SourceKind kind) {
+    return kind == SourceKind::sample   ? QStringLiteral("sample")
+           : kind == SourceKind::level3 ? QStringLiteral("level3")
+                                        : QStringLiteral("live");
+}
+
+QJsonValue timeOf(FileTime time) {
+    return time == 0 ? QJsonValue() : textOf(time);
+}
+
+QJsonArray providersOf(const LiveStatus& live) {
+    QJsonArray providers;
+    for (const LiveStatus::Host& host : live.hosts) {
+        providers += QJsonObject{
+            {QStringLiteral("name"), host.name},
+            {QStringLiteral("host"), host.host},
+            {QStringLiteral("requests"), static_cast<qint64>(host.health.requests)},
+            {QStringLiteral("bytes"), static_cast<qint64>(host.health.bytes)},
+            {QStringLiteral("failures"), host.health.failures},
+            {QStringLiteral("problem"), host.health.problem},
+            {QStringLiteral("resting"), host.rests},
+            {QStringLiteral("lastAnswer"), timeOf(host.health.lastGood)},
+        };
+    }
+    return providers;
+}
+
+/// {"TLX":{"N0R":{"newest":...,"ageSeconds":84,"provider":...,"state":"ok"}}}
+QJsonObject wantedOf(const LiveStatus& live, FileTime now) {
+    QJsonObject sites;
+    for (const LiveStatus::Wanted& wanted : live.wanted) {
+        const QString site = textOf(wanted.site);
+        QJsonObject products = sites[site].toObject();
+        const QJsonValue age =
+            wanted.newest == 0 ? QJsonValue()
+                               : static_cast<qint64>((now - wanted.newest) / kFileTimePerSecond);
+        products[textOf(codeOf(wanted.product))] = QJsonObject{
+            {QStringLiteral("newest"), timeOf(wanted.newest)},
+            {QStringLiteral("ageSeconds"), age},
+            {QStringLiteral("provider"), wanted.provider},
+            {QStringLiteral("state"), textOf(wordOf(wanted.state))},
+        };
+        sites[site] = products;
+    }
+    return sites;
+}
+
 } // namespace
 
 QByteArray statusPage(const ServerStatus& status, const FrameSource& frames, const MapData& maps) {
@@ -60,7 +107,7 @@ QByteArray statusPage(const ServerStatus& status, const FrameSource& frames, con
     QJsonObject page{
         {QStringLiteral("program"), QStringLiteral("raincast-server")},
         {QStringLiteral("version"), QStringLiteral(RAINCAST_VERSION)},
-        {QStringLiteral("source"), status.source},
+        {QStringLiteral("source"), wordOf(status.source)},
         {QStringLiteral("started"), textOf(status.started)},
         {QStringLiteral("now"), textOf(now)},
         {QStringLiteral("bytesInMemory"), status.bytesInMemory},
@@ -73,6 +120,11 @@ QByteArray statusPage(const ServerStatus& status, const FrameSource& frames, con
         page[QStringLiteral("refusedConnections")] = static_cast<qint64>(status.counts->refused);
         page[QStringLiteral("displacedConnections")] =
             static_cast<qint64>(status.counts->displaced);
+    }
+    if (status.live) {
+        page[QStringLiteral("reachable")] = status.live->reachable;
+        page[QStringLiteral("providers")] = providersOf(*status.live);
+        page[QStringLiteral("wanted")] = wantedOf(*status.live, now);
     }
     return QJsonDocument(page).toJson();
 }

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "core/file_time.h"
+#include "live/live_source.h"
+#include "server/server_options.h"
 #include "server/tree_server.h"
 
 #include <QByteArray>
-#include <QString>
 
 #include <optional>
 
@@ -16,14 +17,16 @@ class MapData;
 
 /// The state of a running server.
 struct ServerStatus {
-    QString source; ///< "sample" or "level3"
+    SourceKind source = SourceKind::sample;
     FileTime started = 0;
     std::optional<TreeServer::Counts> counts; ///< nothing if it does not listen
     qsizetype bytesInMemory = 0;
+    std::optional<LiveStatus> live; ///< of live weather
 };
 
 /// The status as JSON: the source, the map data, the numbers of requests and each site's newest
-/// frame. Times are UTC, as in "2018-07-25T19:24:00Z".
+/// frame; of live weather also the providers, what is wanted, and whether any can be reached. Times
+/// are UTC, as in "2018-07-25T19:24:00Z".
 [[nodiscard]] QByteArray
 statusPage(const ServerStatus& status, const FrameSource& frames, const MapData& maps);
 

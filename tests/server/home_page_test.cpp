@@ -13,7 +13,7 @@ namespace raincast {
 namespace {
 
 TEST(HomePageTest, HasEverySiteOnTheMapAndInTheList) {
-    const QByteArray page = homePage(MapData(MapDataFiles()), false);
+    const QByteArray page = homePage(MapData(MapDataFiles()), SourceKind::level3);
     for (const RadarSite& site : radarSites()) {
         const QByteArray mark = "data-site=\"" + site.idText().toUtf8() + '"';
         EXPECT_EQ(page.count(mark), 2) << mark.constData();
@@ -23,23 +23,30 @@ TEST(HomePageTest, HasEverySiteOnTheMapAndInTheList) {
 
 TEST(HomePageTest, SaysThatItIsSampleWeather) {
     const MapData maps{MapDataFiles()};
-    EXPECT_TRUE(homePage(maps, true).contains("Sample weather"));
-    EXPECT_FALSE(homePage(maps, false).contains("Sample weather"));
+    EXPECT_TRUE(homePage(maps, SourceKind::sample).contains("Sample weather"));
+    EXPECT_FALSE(homePage(maps, SourceKind::level3).contains("Sample weather"));
+}
+
+TEST(HomePageTest, SaysWhereLiveRadarComesFrom) {
+    const MapData maps{MapDataFiles()};
+    const QByteArray credit = "NOAA/NWS NEXRAD via Unidata (AWS Open Data)";
+    EXPECT_TRUE(homePage(maps, SourceKind::live).contains(credit));
+    EXPECT_FALSE(homePage(maps, SourceKind::sample).contains(credit));
 }
 
 TEST(HomePageTest, SaysWhatColoursMean) {
-    const QByteArray page = homePage(MapData(MapDataFiles()), true);
+    const QByteArray page = homePage(MapData(MapDataFiles()), SourceKind::sample);
     EXPECT_TRUE(page.contains(R"(["#04e9e7","5"])"));
     EXPECT_TRUE(page.contains(R"("unit":"knots")"));
 }
 
 TEST(HomePageTest, LeavesNoPlaceEmpty) {
-    const QByteArray page = homePage(MapData(MapDataFiles()), true);
+    const QByteArray page = homePage(MapData(MapDataFiles()), SourceKind::sample);
     EXPECT_FALSE(QRegularExpression("@[A-Z]+@").match(page).hasMatch());
 }
 
 TEST(HomePageTest, AsksForNothingOutsideOfTheTree) {
-    const QByteArray page = homePage(MapData(MapDataFiles()), true);
+    const QByteArray page = homePage(MapData(MapDataFiles()), SourceKind::sample);
     for (const char* const loaded : {"src=\"http", "src=\"//", "@import", "<link", "url("}) {
         EXPECT_FALSE(page.contains(loaded)) << loaded;
     }
@@ -55,7 +62,7 @@ TEST(HomePageTest, DrawsTheStates) {
         files.borders,
         R"({"objects":{"states":{"arcs":[0]}},"arcs":[[[-100,40],[-95,40],[-95,35]]]})"
     );
-    EXPECT_TRUE(homePage(MapData(files), false).contains("d=\"M"));
+    EXPECT_TRUE(homePage(MapData(files), SourceKind::live).contains("d=\"M"));
 }
 
 } // namespace

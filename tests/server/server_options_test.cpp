@@ -48,6 +48,23 @@ TEST(ServerOptionsTest, TakesEverything) {
     EXPECT_TRUE(options.quiet);
 }
 
+TEST(ServerOptionsTest, FetchesLiveWeather) {
+    ServeOptions options = serving({"--live", "--hours", "26"});
+    EXPECT_EQ(options.source, SourceKind::live);
+    EXPECT_EQ(options.live.frames, std::nullopt);
+    options = serving(
+        {"--live", "--live-frames", "http://127.0.0.1:1/bucket/", "--live-fallback", "none",
+         "--live-warnings", "https://alerts.example", "--contact", "me@radar.example"}
+    );
+    EXPECT_EQ(options.live.frames, "http://127.0.0.1:1/bucket");
+    EXPECT_EQ(options.live.fallback, "");
+    EXPECT_EQ(options.live.warnings, "https://alerts.example");
+    EXPECT_EQ(options.live.contact, "me@radar.example");
+    EXPECT_EQ(
+        serving({"--live", "--publish", "www", "--sites", "TLX"}).publishSites, QStringList("TLX")
+    );
+}
+
 TEST(ServerOptionsTest, APublisherListensOnlyIfAskedTo) {
     EXPECT_FALSE(serving({"--publish", "www"}).listen);
     EXPECT_TRUE(serving({"--publish", "www", "--listen", "[::1]:0"}).listen);
@@ -99,7 +116,16 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRow{{"--listen", "8155"}, "ADDRESS:PORT"}, WrongRow{{"--help-all"}, "help-all"},
         WrongRow{{"--level3", ""}, "--level3 takes a value."},
         WrongRow{{"--publish="}, "--publish takes a value."},
-        WrongRow{{"--cache", "", "--quiet"}, "--cache takes a value."}
+        WrongRow{{"--cache", "", "--quiet"}, "--cache takes a value."},
+        WrongRow{{"--live", "--sample"}, "--sample and --live exclude"},
+        WrongRow{{"--live", "--level3", "d"}, "--level3 and --live exclude"},
+        WrongRow{{"--live", "--hours", "0"}, "--level3"},
+        WrongRow{{"--live", "--publish", "d"}, "needs --sites"},
+        WrongRow{{"--live-frames", "http://a"}, "needs --live"},
+        WrongRow{{"--contact", "a"}, "needs --live"},
+        WrongRow{{"--live", "--live-frames", "ftp://a"}, "begins with http://"},
+        WrongRow{{"--live", "--live-warnings", "http://"}, "begins with http://"},
+        WrongRow{{"--live", "--live-fallback", "off"}, "the word none"}
     )
 );
 

@@ -19,7 +19,8 @@ TEST(StatusPageTest, TellsWhatTheOperatorWantsToKnow) {
     frames.times = {clock.now() - 6 * kFileTimePerMinute, clock.now() + kFileTimePerMinute};
     MapDataFiles files;
     files.roads = "roads.json";
-    const ServerStatus status{"sample", clock.now(), TreeServer::Counts{{7, 1, 3}, 2}, 42};
+    const ServerStatus status{
+        SourceKind::sample, clock.now(), TreeServer::Counts{{7, 1, 3}, 2}, 42, {}};
     const QByteArray page = statusPage(status, frames, MapData(files));
     Clock::use(nullptr);
 

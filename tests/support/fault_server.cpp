@@ -143,9 +143,17 @@ void FaultServer::talk(int socket) {
     ::close(socket);
 }
 
+void FaultServer::choose(std::function<Answer(const QByteArray&)> chooser) {
+    const std::lock_guard lock(m_mutex);
+    m_chooser = std::move(chooser);
+}
+
 FaultServer::Answer FaultServer::answerTo(const QByteArray& request) {
     const std::lock_guard lock(m_mutex);
     m_requests.push_back(request);
+    if (m_chooser) {
+        return m_chooser(request);
+    }
     const auto found = m_answers.find(requestPath(request));
     return found == m_answers.end() ? m_otherwise : found->second;
 }

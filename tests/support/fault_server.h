@@ -66,6 +66,8 @@ public:
 
     void on(const QString& path, Answer answer);
     void otherwise(Answer answer);
+    /// Lets a function choose the answer to each request by its head, from the first line on.
+    void choose(std::function<Answer(const QByteArray& head)> chooser);
 
     /// The request heads so far as they came in, and the number of connections.
     [[nodiscard]] std::vector<QByteArray> requests() const;
@@ -85,6 +87,7 @@ private:
     mutable std::mutex m_mutex; ///< guards everything below but the acceptor
     std::map<QString, Answer> m_answers;
     Answer m_otherwise;
+    std::function<Answer(const QByteArray&)> m_chooser;
     std::vector<QByteArray> m_requests;
     std::set<int> m_sockets;
     std::vector<std::thread> m_talkers;

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+// Runs the program itself with live weather, whose providers are stand-ins.
+#include "core/clock.h"
+#include "live/live_object.h"
+#include "live_sim/live_sim.h"
+#include "raw_client.h"
+#include "support/files.h"
+#include "support/level3_maker.h"
+#include "support/loopback.h"
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace raincast {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+constexpr int kDeadline = 120'000; // milliseconds; nothing takes that long
+
+class LiveProgramTest : public ::testing::Test {
+protected:
+    ~LiveProgramTest() override {
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.kill();
+            m_process.waitForFinished(kDeadline);
+        }
+    }
+
+    void prepare(const QStringList& arguments) {
+        keepLoopbackFromProxies();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_CACHE_HOME", m_folder.filePath("cache"));
+        m_process.setProcessEnvironment(environment);
+        m_process.setProgram(QStringLiteral(RAINCAST_SERVER_PROGRAM));
+        m_process.setArguments(
+            QStringList{
+                "--live", "--live-frames", m_sim.bucket.url(), "--live-fallback", m_sim.ring.url(),
+                "--live-warnings", m_sim.alerts.url(), "--contact", "test@radar.example"} +
+            arguments
+        );
+    }
+    void start() {
+        prepare({"--listen", "127.0.0.1:0"});
+        m_process.start();
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(kDeadline)) {
+        }
+        m_ready = m_process.readLine();
+        m_port = m_ready.mid(m_ready.lastIndexOf(':') + 1).chopped(2).toInt();
+    }
+    [[nodiscard]] std::string get(const std::string& path, const std::string& header = {}) const {
+        const RawClient client(m_port);
+        client.send("GET " + path + " HTTP/1.1\r\n" + header + "Connection: close\r\n\r\n");
+        return client.readAll();
+    }
+    [[nodiscard]] QJsonObject json(const std::string& path) const {
+        const std::string answer = get(path);
+        return QJsonDocument::fromJson(
+                   QByteArray::fromStdString(answer.substr(answer.find("\r\n\r\n") + 4))
+        )
+            .object();
+    }
+    /// So many minutes ago.
+    static FileTime ago(int minutes) {
+        const FileTime time = SystemClock().now() - minutes * kFileTimePerMinute;
+        return time - time % kFileTimePerSecond;
+    }
+    void put(const std::string& site, FileTime time) {
+        Level3ToMake wanted;
+        wanted.awipsId = "N0B" + site;
+        wanted.code = 153;
+        wanted.picture = Level3ToMake::Picture::digital;
+        wanted.thresholds = digitalThresholds(-320, 5);
+        const std::uint64_t seconds = toUnixSeconds(time);
+        wanted.day = static_cast<int>(seconds / 86'400) + 1;
+        wanted.second = static_cast<int>(seconds % 86'400);
+        m_sim.bucket.put(
+            keyOf({site, "N0B"}, time), QByteArray::fromStdString(makeLevel3(wanted)), time
+        );
+    }
+    /// The names of frames in a listing.
+    static std::vector<std::string> framesIn(const std::string& page) {
+        static const QRegularExpression name(QStringLiteral("\"([A-Z]{3}_\\d{8}_\\d{4}_N0R.gif)\"")
+        );
+        std::vector<std::string> names;
+        for (const auto& match : name.globalMatch(QString::fromStdString(page))) {
+            names.push_back(match.captured(1).toStdString());
+        }
+        return names;
+    }
+
+    QTemporaryDir m_folder;
+    LiveSim m_sim;
+    QProcess m_process;
+    QByteArray m_ready;
+    int m_port = 0;
+};
+
+TEST_F(LiveProgramTest, ServesWhatTheProvidersHave) {
+    put("TLX", ago(8));
+    put("TLX", ago(3));
+    start();
+    EXPECT_THAT(m_ready.toStdString(), StartsWith("Serving live radar at http://127.0.0.1:"));
+    EXPECT_THAT(get("/"), HasSubstr("NOAA/NWS NEXRAD via Unidata (AWS Open Data)"));
+    EXPECT_EQ(json("/status")["source"], "live");
+    EXPECT_EQ(m_sim.bucket.count() + m_sim.ring.count() + m_sim.alerts.count(), 0);
+
+    const std::string folder = "/ridge/RadarImg/N0R/TLX/";
+    const std::string listing = get(folder);
+    EXPECT_THAT(listing, HasSubstr("Raincast-Source: ok\r\n"));
+    const auto names = framesIn(listing);
+    ASSERT_EQ(names.size(), 2U);
+    EXPECT_THAT(
+        get(folder + names[0]),
+        AllOf(StartsWith("HTTP/1.1 200"), HasSubstr("max-age="), HasSubstr("GIF89a"))
+    );
+    // The newest one may change: it is asked for again, and sent again only then.
+    const std::string newest = get(folder + names[1]);
+    EXPECT_THAT(newest, AllOf(HasSubstr("no-cache"), HasSubstr("GIF89a")));
+    const auto tag = QRegularExpression("ETag: (\"[^\"]+\")").match(QString::fromStdString(newest));
+    ASSERT_TRUE(tag.hasMatch());
+    const std::string again =
+        get(folder + names[1], "If-None-Match: " + tag.captured(1).toStdString() + "\r\n");
+    EXPECT_THAT(again, AllOf(StartsWith("HTTP/1.1 304"), Not(HasSubstr("GIF89a"))));
+
+    // The page is made once a second at most.
+    const QJsonObject status = [this] {
+        for (;;) {
+            const QJsonObject page = json("/status");
+            if (!page["wanted"].toObject().isEmpty()) {
+                return page;
+            }
+        }
+    }();
+    EXPECT_EQ(status["reachable"], true);
+    const QJsonObject wanted = status["wanted"]["TLX"]["N0R"].toObject();
+    EXPECT_EQ(wanted["state"], "ok");
+    EXPECT_NEAR(wanted["ageSeconds"].toDouble(), 180, 60);
+    EXPECT_THAT(wanted["provider"].toString().toStdString(), HasSubstr("Unidata"));
+    EXPECT_EQ(status["providers"][0]["failures"], 0);
+    EXPECT_GT(status["providers"][0]["bytes"].toInt(), 0);
+    for (const QByteArray& head : m_sim.bucket.heads()) {
+        EXPECT_EQ(
+            headerIn(head, "User-Agent"), "Raincast/" RAINCAST_VERSION " (test@radar.example)"
+        );
+    }
+}
+
+TEST_F(LiveProgramTest, SaysWhyAListingIsEmpty) {
+    put("OKX", ago(3));
+    put("TLX", ago(90));
+    start();
+    EXPECT_THAT(get("/ridge/RadarImg/NCR/OKX/"), HasSubstr("Raincast-Source: "));
+    EXPECT_THAT(get("/ridge/RadarImg/N0R/OKX/"), HasSubstr("Raincast-Source: ok\r\n"));
+    EXPECT_THAT(get("/ridge/RadarImg/NCR/OKX/"), HasSubstr("Raincast-Source: no-product\r\n"));
+    EXPECT_THAT(get("/ridge/RadarImg/N0R/TLX/"), HasSubstr("Raincast-Source: radar-down\r\n"));
+}
+
+TEST_F(LiveProgramTest, HasWarningsAndTheirTexts) {
+    const QString end = QDateTime::currentDateTimeUtc().addSecs(1800).toString(Qt::ISODate);
+    m_sim.alerts.setAlerts(
+        R"({"features":[{"geometry":{"type":"Polygon","coordinates":[[[-97.5,35],[-97,35],)"
+        R"([-97,35.5],[-97.5,35]]]},"properties":{"id":"a","event":"Tornado Warning",)"
+        R"("headline":"Take cover","ends":")" +
+        end.toUtf8() + R"("}}]})"
+    );
+    start();
+    const std::string folder = "/ridge/Warnings/Short/";
+    EXPECT_THAT(get(folder + "TLX_Warnings_0.gif"), HasSubstr("GIF89a"));
+    EXPECT_EQ(json(folder + "TLX_Warnings_0.json")["warnings"][0]["headline"], "Take cover");
+    EXPECT_EQ(json(folder + "OKX_Warnings_0.json")["warnings"].toArray().size(), 0);
+    EXPECT_EQ(m_sim.alerts.count(), 1);
+}
+
+TEST_F(LiveProgramTest, AClosedSiteHasTheAntennaOfItsFollower) {
+    put("HDC", ago(3));
+    start();
+    EXPECT_EQ(framesIn(get("/ridge/RadarImg/N0R/LIX/")).size(), 1U);
+    const std::string world = get("/ridge/Overlays/Cities/Short/LIX_City_Short.gfw");
+    const auto lines = QString::fromStdString(world.substr(world.find("\r\n\r\n") + 4)).split('\n');
+    ASSERT_GE(lines.size(), 6);
+    const double step = lines[0].toDouble();
+    EXPECT_NEAR(lines[4].toDouble() + 299.5 * step, -90.407, .001);
+    EXPECT_NEAR(lines[5].toDouble() - 274.5 * step, 30.519, .001);
+}
+
+TEST_F(LiveProgramTest, PublishesSomeSites) {
+    put("TLX", ago(3));
+    prepare({"--publish", m_folder.filePath("www"), "--sites", "TLX", "--once"});
+    m_process.start();
+    ASSERT_TRUE(m_process.waitForFinished(kDeadline));
+    EXPECT_EQ(m_process.exitCode(), 0) << m_process.readAllStandardError().constData();
+    const QByteArray index = readFile(m_folder.filePath("www/ridge/RadarImg/N0R/TLX/index.html"));
+    const auto names = framesIn(index.toStdString());
+    ASSERT_EQ(names.size(), 1U);
+    EXPECT_THAT(
+        readFile(m_folder.filePath("www/ridge/RadarImg/N0R/TLX/") + names[0].c_str()).toStdString(),
+        StartsWith("GIF89a")
+    );
+}
+
+TEST_F(LiveProgramTest, EndsAtOnceThoughAProviderIsSilent) {
+    m_sim.bucket.breakBy(answers::silence());
+    start();
+    const RawClient client(m_port);
+    client.send("GET /ridge/RadarImg/N0R/TLX/ HTTP/1.1\r\n\r\n");
+    while (m_sim.bucket.count() == 0) {
+    }
+    QElapsedTimer timer;
+    timer.start();
+    m_process.terminate();
+    ASSERT_TRUE(m_process.waitForFinished(kDeadline));
+    EXPECT_EQ(m_process.exitCode(), 0);
+    EXPECT_LT(timer.elapsed(), 5000);
+}
+
+} // namespace
+} // namespace raincast
