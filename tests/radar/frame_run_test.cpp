@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <optional>
 #include <random>
 #include <string>
@@ -20,6 +21,8 @@ const FileTime kNow = fromCalendar({2019, 5, 19, 6, 0});
 /// A server, a cache and a connection, all made up.
 struct World {
     std::set<QString> listed;
+    std::map<FileTime, QString> ofMinute; ///< the same by their minutes
+    std::shared_ptr<const FrameListing> listing;
     std::set<QString> cached;    ///< and loads
     std::set<QString> bad;       ///< cannot be fetched, or is no picture
     std::optional<int> breaksAt; ///< after so many frames have been fetched
@@ -44,6 +47,7 @@ World makeWorld(Chance& chance) {
     for (int i = chance.upTo(120); i >= 0; --i) {
         const QString name = frameFileName(kSite, time, kProduct);
         world.listed.insert(name);
+        world.ofMinute[time / kFileTimePerMinute] = name;
         if (chance.in(4)) {
             world.cached.insert(name);
         }
@@ -52,6 +56,7 @@ World makeWorld(Chance& chance) {
         }
         time -= (1 + chance.upTo(chance.in(20) ? 130 : spacing)) * kFileTimePerMinute;
     }
+    world.listing = std::make_shared<const FrameListing>(world.listed, kSite, kProduct, kNow);
     if (chance.in(3)) {
         world.breaksAt = chance.upTo(15);
     }
@@ -60,9 +65,7 @@ World makeWorld(Chance& chance) {
 }
 
 FrameSearch searchIn(const World& world) {
-    return FrameSearch(
-        world.wanted, std::make_shared<const FrameListing>(world.listed, kSite, kProduct, kNow)
-    );
+    return FrameSearch(world.wanted, world.listing);
 }
 
 /// What came of a search, and what had been fetched when the connection broke.
@@ -139,11 +142,11 @@ std::vector<QString> asDescribed(const World& world) {
         bool found = false;
         for (int tries = 0; tries < 100 && !found; ++tries) {
             time -= kFileTimePerMinute;
-            const QString name = frameFileName(kSite, time, kProduct);
-            found = world.listed.contains(name) &&
-                    (world.cached.contains(name) || !world.bad.contains(name));
+            const auto name = world.ofMinute.find(time / kFileTimePerMinute);
+            found = name != world.ofMinute.end() &&
+                    (world.cached.contains(name->second) || !world.bad.contains(name->second));
             if (found) {
-                frames.push_back(name);
+                frames.push_back(name->second);
             }
         }
         if (!found) {
@@ -180,6 +183,7 @@ TEST(FrameRunTest, TheNewestIsBegunFirstAndNoMoreThanMayBeUnderWay) {
         world.listed.insert(frameFileName(kSite, kNow - i * 10 * kFileTimePerMinute, kProduct));
     }
     world.wanted = {kSite, kProduct, 25, 9};
+    world.listing = std::make_shared<const FrameListing>(world.listed, kSite, kProduct, kNow);
     std::vector<QString> begun;
     FrameRun run(
         searchIn(world), [&begun](const QString& name) { begun.push_back(name); },

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "radar/catalogue/frame_name.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 
 namespace raincast {
@@ -19,15 +17,17 @@ bool hasFrameForm(const QString& name) {
 
 /// The time in a name of a frame's form; none when its digits are not a time.
 std::optional<FileTime> timeOf(const QString& name) {
-    static const QRegularExpression pattern(
-        QStringLiteral("^(\\d{4})(\\d\\d)(\\d\\d)_(\\d\\d)(\\d\\d)")
-    );
-    const auto match = pattern.match(name.sliced(4));
-    if (!match.hasMatch()) {
+    const QStringView stamp = QStringView(name).sliced(4, 13); // 20070615_1830
+    const auto isDigit = [](QChar c) { return u'0' <= c && c <= u'9'; };
+    const bool digits = std::count_if(stamp.begin(), stamp.end(), isDigit) == stamp.size() - 1;
+    if (stamp[8] != u'_' || !digits) {
         return std::nullopt;
     }
-    const auto field = [&match](int number) { return match.capturedView(number).toInt(); };
-    const FileTime time = fromCalendar({field(1), field(2), field(3), field(4), field(5)});
+    const auto field = [stamp](qsizetype first, qsizetype size) {
+        return stamp.sliced(first, size).toInt();
+    };
+    const FileTime time =
+        fromCalendar({field(0, 4), field(4, 2), field(6, 2), field(9, 2), field(11, 2)});
     return time != 0 ? std::optional(time) : std::nullopt;
 }
 
