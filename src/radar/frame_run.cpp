@@ -7,7 +7,7 @@ namespace raincast {
 
 FrameRun::FrameRun(FrameSearch search, Begin begin, Take take)
     : m_search(std::move(search)), m_begin(std::move(begin)), m_take(std::move(take)),
-      m_plan(m_search.plan()) {}
+      m_ahead(m_search) {}
 
 void FrameRun::ended(const QString& name, Outcome outcome) {
     m_ended[name] = std::move(outcome);
@@ -31,7 +31,7 @@ void FrameRun::settle(const Outcome& frame) {
     m_brokenOff = m_brokenOff || frame.last;
     if (!counts) {
         m_search.failed();
-        m_plan = m_search.plan();
+        m_ahead = m_search; // a new plan
         return;
     }
     m_take(m_search, frame.bitmap);
@@ -39,10 +39,9 @@ void FrameRun::settle(const Outcome& frame) {
 }
 
 void FrameRun::fetchAhead() {
-    for (const QString& name : m_plan) {
-        if (m_begun.size() - m_ended.size() >= kMostUnderWay) {
-            return;
-        }
+    while (m_ahead.next() && m_begun.size() - m_ended.size() < kMostUnderWay) {
+        const QString name = *m_ahead.next();
+        m_ahead.came();
         if (m_begun.insert(name).second) {
             m_begin(name);
         }

@@ -10,7 +10,6 @@
 #include <functional>
 #include <map>
 #include <set>
-#include <vector>
 
 namespace raincast {
 
@@ -61,7 +60,7 @@ private:
     FrameSearch m_search;
     Begin m_begin;
     Take m_take;
-    std::vector<QString> m_plan;
+    FrameSearch m_ahead; ///< as the search goes on if all that was begun comes
     std::set<QString> m_begun;
     std::map<QString, Outcome> m_ended;
     bool m_brokenOff = false;

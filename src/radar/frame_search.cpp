@@ -67,12 +67,4 @@ void FrameSearch::findNext() {
     }
 }
 
-std::vector<QString> FrameSearch::plan() const {
-    std::vector<QString> names;
-    for (FrameSearch ahead = *this; ahead.next(); ahead.came()) {
-        names.push_back(*ahead.next());
-    }
-    return names;
-}
-
 } // namespace raincast

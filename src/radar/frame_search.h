@@ -62,9 +62,6 @@ public:
     [[nodiscard]] int found() const { return m_found; }
     [[nodiscard]] int wanted() const { return m_wanted.frames; }
 
-    /// The frames that the search would want from here on if every one of them came.
-    [[nodiscard]] std::vector<QString> plan() const;
-
 private:
     void findNext();
 
