@@ -27,8 +27,8 @@ using namespace raincast;
 
 constexpr int kDeadline = 60'000; // milliseconds
 constexpr std::chrono::milliseconds kRoundTrip{80};
-constexpr int kFrames = 40;
-constexpr int kRuns = 7;
+constexpr int kFrames = 12;
+constexpr int kRuns = 3;
 
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "%s\n", what);
