@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Runs the program itself, and lets the viewer's engine work against it.
 #include "geo/geo_reference.h"
-#include "net/http_transfer.h"
 #include "radar/basemaps.h"
 #include "radar/catalogue/products.h"
 #include "radar/catalogue/sites.h"
@@ -11,6 +10,7 @@
 #include "support/full_disk.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
+#include "support/transfers.h"
 
 #include <QDeadlineTimer>
 #include <QImage>
@@ -90,7 +90,8 @@ protected:
     }
 
     [[nodiscard]] QByteArray get(const QString& path) const {
-        CHttpTransfer transfer(m_host, true, false);
+        Transfers transfers;
+        WaitingTransfer transfer(transfers, m_host, true, false);
         const QString file = m_folder.filePath("body");
         QFile::remove(file);
         EXPECT_TRUE(transfer.DownloadToFile(path, file)) << qPrintable(path);
@@ -169,8 +170,14 @@ TEST_F(ServerProgramTest, TheViewersEngineWorksAgainstIt) {
         Basemaps maps;
         const QString site = radarSites()[i].idText().toString();
         const BasemapLayers shown;
-        EXPECT_TRUE(LoadBasemaps({state, shown, maps, view, {m_host, m_host}}, site, true))
-            << qPrintable(site);
+        Transfers transfers;
+        std::unique_ptr<RadarAction> load;
+        EXPECT_TRUE(transfers.loop().resultOf<bool>([&](const RadarAction::Done& done) {
+            load = LoadBasemaps(
+                {state, shown, maps, view, {m_host, m_host}, transfers.downloads()}, site, true,
+                done
+            );
+        })) << qPrintable(site);
         EXPECT_EQ(state.status, QString()) << qPrintable(site);
         EXPECT_EQ(state.frames.size(), 3U);
         for (const RadarFrame& frame : state.frames) {

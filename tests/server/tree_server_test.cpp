@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "net/http_transfer.h"
 #include "raw_client.h"
 #include "server/tree_server.h"
 #include "support/files.h"
 #include "support/loopback.h"
+#include "support/transfers.h"
 
 #include <QTemporaryDir>
 
@@ -98,7 +98,8 @@ TEST_F(TreeServerTest, OnlyReadsAreAllowed) {
 TEST_F(TreeServerTest, TheViewersTransferReadsIt) {
     keepLoopbackFromProxies();
     const QTemporaryDir folder;
-    CHttpTransfer transfer(loopbackHost(m_server.port()), true, false);
+    Transfers transfers;
+    WaitingTransfer transfer(transfers, loopbackHost(m_server.port()), true, false);
     EXPECT_TRUE(transfer.DownloadToFile("/page", folder.filePath("page")));
     EXPECT_EQ(readFile(folder.filePath("page")), "hello");
     EXPECT_FALSE(transfer.DownloadToFile("/none", folder.filePath("none")));
