@@ -17,7 +17,9 @@ struct LiveName {
     std::string site;
     std::string product;
 
-    friend auto operator<=>(const LiveName&, const LiveName&) = default;
+    // The check takes the 0 of a comparison for a pointer.
+    friend auto
+    operator<=>(const LiveName&, const LiveName&) = default; // NOLINT(modernize-use-nullptr)
 };
 
 /// One volume of a product, as a provider has it.

@@ -100,7 +100,7 @@ TEST(AppOptionsTest, HelpNamesEveryOptionOfOurs) {
         const CommandLineAnswer help = answer({option});
         EXPECT_FALSE(help.isUsageError);
         for (const char* text :
-             {"raincast [options]", "--page-file <FILE>", "--geometry <WxH>", "--screenshot <FILE>",
+             {" [options]", "--page-file <FILE>", "--geometry <WxH>", "--screenshot <FILE>",
               "--nmea <SOURCE>", "--version", "Qt's own options"}) {
             EXPECT_THAT(help.text.toStdString(), HasSubstr(text));
         }
