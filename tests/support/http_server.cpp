@@ -32,7 +32,10 @@ void fill(httplib::Response& response, const HttpServer::Response& from) {
     for (const auto& [name, value] : from.headers) {
         response.set_header(name.toStdString(), value.toStdString());
     }
-    response.set_content(from.body.toStdString(), from.type.toStdString());
+    // A 304 has no body: a client takes what follows its head for the next answer.
+    if (from.status != 304) {
+        response.set_content(from.body.toStdString(), from.type.toStdString());
+    }
 }
 
 // <li><a href="MUX_20190519_0446_N0R.gif">MUX_20190519_0446_N0R.gif</a></li>
