@@ -3,7 +3,7 @@
 
 #include "core/errand.h"
 #include "core/mailbox.h"
-#include "radar/storage.h"
+#include "weather/storage.h"
 #include "window/combo_list.h"
 #include "window/dialog.h"
 

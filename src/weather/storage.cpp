@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/storage.h"
+#include "weather/storage.h"
 
 #include "core/folders.h"
 #include "geo/local_frame.h"

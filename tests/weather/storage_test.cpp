@@ -2,8 +2,8 @@
 #include "core/storage_cards.h"
 #include "geo/local_frame.h"
 #include "radar/catalogue/sites.h"
-#include "radar/storage.h"
 #include "support/files.h"
+#include "weather/storage.h"
 
 #include <QTemporaryDir>
 
