@@ -1,14 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QColor>
+
 class QPainter;
 class QPoint;
 class QString;
 
 namespace raincast {
 
-/// Draws a line of text from its top-left corner on, black on a white box of its own: legible over
-/// any picture.
-void drawTextBox(QPainter& painter, const QPoint& topLeft, const QString& line);
+/// How a text is written over a picture.
+struct TextBoxColours {
+    QColor ground = {255, 255, 255};
+    QColor ink = {0, 0, 0};
+};
+
+/// Draws a line of text from its top-left corner on, on a box of its own: legible over any picture.
+void drawTextBox(
+    QPainter& painter, const QPoint& topLeft, const QString& line,
+    const TextBoxColours& colours = {}
+);
 
 } // namespace raincast

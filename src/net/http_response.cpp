@@ -18,4 +18,19 @@ QString outcomeOf(const HttpResponse& response) {
     return outcome.join(QStringLiteral(", "));
 }
 
+QString troubleOf(const HttpResponse& response, const QString& host) {
+    if (response.timedOut || response.connectingFailed) {
+        return QStringLiteral("%1 does not answer.").arg(host);
+    }
+    if (response.status >= kFirstFailingStatus) {
+        return QStringLiteral("%1 answers with error %2.").arg(host).arg(response.status);
+    }
+    if (response.refusal) {
+        return QStringLiteral("%1 sends something else: %2.").arg(host, *response.refusal);
+    }
+    return response.failure || !response.answered()
+               ? QStringLiteral("The connection to %1 broke.").arg(host)
+               : QString();
+}
+
 } // namespace raincast

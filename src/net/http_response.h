@@ -35,4 +35,8 @@ struct HttpResponse {
 /// wrong ("Could not resolve host: radar.example"), or both ("200, no GIF image").
 [[nodiscard]] QString outcomeOf(const HttpResponse& response);
 
+/// What was wrong with a response, in a sentence for the user: "radar.example does not answer.";
+/// empty when nothing was.
+[[nodiscard]] QString troubleOf(const HttpResponse& response, const QString& host);
+
 } // namespace raincast

@@ -178,6 +178,10 @@ void CHttpTransfer::arrived(Requests::iterator request, const HttpResponse& resp
 
 // Notes how a request ended.
 void CHttpTransfer::settle(const HttpResponse& response) {
+    const QString trouble = troubleOf(response, m_host);
+    if (!trouble.isEmpty()) {
+        m_trouble = trouble;
+    }
     if (m_connectState == ConnectState::notYet) {
         m_connectState = response.connectingFailed ? ConnectState::failed : ConnectState::connected;
     }

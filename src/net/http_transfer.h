@@ -86,6 +86,10 @@ public:
 
     [[nodiscard]] ConnectState connectState() const { return m_connectState; }
 
+    /// What was wrong with the last response that had a fault, in a sentence for the user:
+    /// "radar.example does not answer."; empty while none had.
+    [[nodiscard]] const QString& trouble() const { return m_trouble; }
+
 private:
     /// Called with the response; null when there is none, because the object has given up.
     using Ended = std::function<void(const HttpResponse* response)>;
@@ -118,6 +122,7 @@ private:
     bool m_connectionRequested = false;
     bool m_ready = false; ///< for requests to begin
     ConnectState m_connectState = ConnectState::notYet;
+    QString m_trouble;
     bool m_gaveUp = false; ///< a request waited to its limit, or the owner wants no more
     std::shared_ptr<ByteAllowance> m_allowance;
     std::shared_ptr<void> m_connections; ///< kept for the action

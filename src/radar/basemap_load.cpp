@@ -100,6 +100,13 @@ std::optional<QString> BasemapLoad::cacheFailure() const {
                           : std::nullopt;
 }
 
+QString BasemapLoad::trouble() const {
+    if (m_writeFailure) {
+        return {};
+    }
+    return m_radar.trouble().isEmpty() ? m_basemap.trouble() : m_radar.trouble();
+}
+
 bool BasemapLoad::isShown(const MapLayer& layer) const {
     return m_shown.*layer.shown;
 }
@@ -237,7 +244,7 @@ void BasemapLoad::draw(const MapLayer& layer, Taken done) {
 }
 
 void BasemapLoad::end(bool complete) {
-    // From the event loop: whoever hears of the end may end this.
+    // From the event loop: what is called may end this.
     m_background.later([done = m_whenDone, complete] { done(complete); });
 }
 

@@ -37,6 +37,9 @@ public:
     /// The status text for a cache that could not be written; none if it could.
     [[nodiscard]] std::optional<QString> cacheFailure() const;
 
+    /// What a server did wrong, in a sentence; empty when nothing, or when the cache is to blame.
+    [[nodiscard]] QString trouble() const;
+
 private:
     /// Calls with whether a file was taken: from the cache, or as it came.
     using Taken = std::function<void(bool taken)>;

@@ -13,7 +13,8 @@ namespace raincast {
 
 namespace {
 
-void setStatus(const RadarScene& scene, const QString& status) {
+void setStatus(const RadarScene& scene, const QString& status, const QString& cause = {}) {
+    scene.state.cause = cause;
     scene.state.status = status;
     scene.view.statusChanged(status);
 }
@@ -59,14 +60,14 @@ public:
         m_scene.view.repaint();
         const GeoPosition centre = m_scene.view.centrePosition();
         m_scene.view.showWaiting(true);
-        if (updateRadar) {
-            discardFrames(m_scene.state);
-        }
         beginLoad(m_scene, siteId);
+        if (updateRadar) {
+            discardOtherFrames(m_scene.state);
+        }
         m_load.emplace(m_scene);
         m_load->loadToFirstFailure(centre, [this, updateRadar](bool complete) {
             if (!complete) {
-                setStatus(m_scene, failureText());
+                setStatus(m_scene, failureText(), m_load->trouble());
                 end(false, false);
             } else if (updateRadar) {
                 update();

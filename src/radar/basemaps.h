@@ -60,8 +60,8 @@ protected:
 
 /// Changes the scene to a site and loads the site's map layers of the product's range, and the
 /// world file that places them on the earth: each file from the cache or, where the cache has no
-/// file that can be used, from its server. With `updateRadar` it drops the frames at the start and
-/// updates the radar at the end.
+/// file that can be used, from its server. With `updateRadar` it drops frames of another site or
+/// product at the start and updates the radar at the end.
 ///
 /// The result is false when the world file, the topo or the rivers (of those that are shown) cannot
 /// be fetched: then the status text says that the internet cannot be reached, or that the cache

@@ -3,6 +3,7 @@
 
 #include "core/file_time.h"
 #include "radar/frame.h"
+#include "radar/warnings_file.h"
 
 #include <QString>
 
@@ -35,6 +36,8 @@ struct RadarState {
     int imageHeight = 0;
     FileTime nextUpdate = 0; ///< earliest time of the next automatic update
     QString status;          ///< painted over the picture; empty: none
+    QString cause;           ///< of a failure, a line below the status; empty: unknown
+    RadarWarnings warnings;  ///< the last that came, whether or not they are to be shown
 };
 
 } // namespace raincast

@@ -6,8 +6,9 @@
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
 #include "radar/file_kinds.h"
-#include "radar/image/composite.h"
 #include "radar/image/image_file.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -21,17 +22,6 @@ constexpr FileTime kNextUpdateAfter = 8 * kFileTimePerMinute;
 // Makes the animation start over on its second tick after an update.
 constexpr int kCounterAfterUpdate = 10;
 
-/// Draws a picture over all of these; none of them may be in anybody's hands.
-std::vector<Bitmap> drawnOver(const std::vector<Bitmap>& pictures, const QString& file) {
-    const Bitmap above = LoadImageFile(file, kMostRadarPixels);
-    std::vector<Bitmap> drawn;
-    for (const Bitmap& picture : above ? pictures : std::vector<Bitmap>()) {
-        drawn.push_back(std::make_shared<QImage>(*picture));
-        CompositeOnto(drawn.back(), *above, above->width(), above->height());
-    }
-    return drawn;
-}
-
 } // namespace
 
 void discardFrames(RadarState& state) {
@@ -40,13 +30,25 @@ void discardFrames(RadarState& state) {
     state.current = {};
 }
 
+void discardOtherFrames(RadarState& state) {
+    const QString product = ProductCode(state.product).toString();
+    const auto other = [&](const RadarFrame& frame) {
+        const QString name = QFileInfo(frame.path).fileName();
+        const auto time = frameTime(name);
+        return !time || name != frameFileName(state.siteId, *time, product);
+    };
+    if (std::any_of(state.frames.begin(), state.frames.end(), other)) {
+        discardFrames(state);
+    }
+}
+
 RadarUpdate::RadarUpdate(RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer)
     : m_state(state), m_observer(observer), m_transfer(transfer),
       m_product(ProductCode(state.product).toString()) {}
 
 void RadarUpdate::UpdateRadar(Done done) {
     m_done = std::move(done);
-    discardFrames(m_state);
+    discardOtherFrames(m_state);
     setStatus(QStringLiteral("Updating radar image...\n"));
     m_observer.repaint();
     m_transfer.FetchQuotedStrings(
@@ -57,8 +59,7 @@ void RadarUpdate::UpdateRadar(Done done) {
 
 void RadarUpdate::takeListing(const CHttpTransfer::Listing& names) {
     if (!names) {
-        setStatus(QStringLiteral("Could not access server.\n"));
-        end(false);
+        fail(QStringLiteral("Could not access server.\n"));
         return;
     }
     m_background.run(
@@ -72,8 +73,7 @@ void RadarUpdate::takeListing(const CHttpTransfer::Listing& names) {
 void RadarUpdate::startSearch(std::shared_ptr<const FrameListing> listing) {
     m_listing = std::move(listing);
     if (!m_listing->newest()) {
-        setStatus(QStringLiteral("No radar images found on server.\n"));
-        end(false);
+        fail(QStringLiteral("No radar images found on server.\n"));
         return;
     }
     const auto makeFolder = [root = m_state.cacheFolder, site = m_state.siteId] {
@@ -158,6 +158,9 @@ void RadarUpdate::takeFrame(const FrameSearch& search, const Bitmap& bitmap) {
     m_state.imageWidth = bitmap->width();
     m_state.imageHeight = bitmap->height();
     m_state.nextUpdate = std::max(m_state.nextUpdate, search.time() + kNextUpdateAfter);
+    if (search.found() == 0) {
+        discardFrames(m_state); // those of before
+    }
     prepend({bitmap, clockText(search.time()), cached(*search.next())});
     m_observer.progress(search.found() + 1, search.wanted());
 }
@@ -186,10 +189,31 @@ void RadarUpdate::beginWarnings() {
         warningsPath(m_state.siteId, ProductRange(m_state.product).toString()),
         cached(warningsFileName(m_state.siteId)), kGifFile,
         [this](const CHttpTransfer::Fetched& fetched) {
-            m_warningsPending = false;
-            m_warningsCame = fetched.kept;
             if (!m_writeFailure) {
                 m_writeFailure = fetched.writeFailure;
+            }
+            if (fetched.kept) {
+                loadFetchedWarnings();
+            } else {
+                m_warningsPending = false;
+                endWhenComplete();
+            }
+        }
+    );
+}
+
+void RadarUpdate::loadFetchedWarnings() {
+    const RadarWarnings fetched{
+        nullptr, m_state.siteId, ProductRange(m_state.product).toString(), Clock::current().now()};
+    m_background.run(
+        [root = m_state.cacheFolder, fetched] {
+            noteWarnings(root, fetched);
+            return loadWarnings(root, fetched.siteId, fetched.range);
+        },
+        [this](const RadarWarnings& warnings) {
+            m_warningsPending = false;
+            if (warnings.picture) {
+                m_state.warnings = warnings;
             }
             endWhenComplete();
         }
@@ -198,13 +222,12 @@ void RadarUpdate::beginWarnings() {
 
 void RadarUpdate::endSearch() {
     m_searchEnded = true;
-    if (m_state.frames.empty()) {
-        setStatus(outcome());
-        end(false);
+    if (m_run->found() == 0) {
+        fail(outcome());
         return;
     }
     if (m_run->missing() > 0) {
-        setStatus(outcome());
+        setStatus(outcome(), cause());
     }
     m_background.run(
         [root = m_state.cacheFolder, site = m_state.siteId, product = m_product,
@@ -224,35 +247,8 @@ void RadarUpdate::endWhenComplete() {
     if (!m_searchEnded || m_warningsPending || m_listing) {
         return;
     }
-    if (m_warningsCame) {
-        drawWarnings();
-    } else {
-        setStatus(outcome());
-        end(true);
-    }
-}
-
-// Burns the warnings into every frame.
-void RadarUpdate::drawWarnings() {
-    std::vector<Bitmap> pictures;
-    for (const RadarFrame& frame : m_state.frames) {
-        pictures.push_back(frame.bitmap);
-    }
-    m_background.run(
-        [pictures, file = cached(warningsFileName(m_state.siteId))] {
-            return drawnOver(pictures, file);
-        },
-        [this, pictures](const std::vector<Bitmap>& drawn) {
-            for (std::size_t i = 0; i < drawn.size(); ++i) {
-                m_state.frames[i].bitmap = drawn[i];
-                if (m_state.current.bitmap == pictures[i]) {
-                    m_state.current.bitmap = drawn[i];
-                }
-            }
-            setStatus(outcome());
-            end(true);
-        }
-    );
+    setStatus(outcome(), cause());
+    end(true);
 }
 
 // The status text after the search.
@@ -260,19 +256,32 @@ QString RadarUpdate::outcome() const {
     if (m_writeFailure) {
         return cacheFailureText(m_state.cacheFolder, *m_writeFailure);
     }
-    if (m_state.frames.empty()) {
+    if (m_run->found() == 0) {
         return QStringLiteral("Could not download\nany radar images.\n");
     }
     return m_run->missing() > 0 ? QStringLiteral("Could not get\nall images.\n") : QString();
 }
 
+// What the server did wrong. A cache that could not be written is named by the status.
+QString RadarUpdate::cause() const {
+    const bool complete = m_run && m_run->missing() == 0;
+    return m_writeFailure || complete ? QString() : m_transfer.trouble();
+}
+
+// The frames of before stay.
+void RadarUpdate::fail(const QString& status) {
+    setStatus(status, cause());
+    end(false);
+}
+
 void RadarUpdate::end(bool updated) {
     m_observer.repaint();
-    // From the event loop: whoever hears of the end may end this.
+    // From the event loop: what is called may end this.
     m_background.later([done = m_done, updated] { done(updated); });
 }
 
-void RadarUpdate::setStatus(const QString& status) {
+void RadarUpdate::setStatus(const QString& status, const QString& cause) {
+    m_state.cause = cause;
     if (m_state.status != status) {
         m_state.status = status;
         m_observer.statusChanged(status);
@@ -282,4 +291,5 @@ void RadarUpdate::setStatus(const QString& status) {
 QString RadarUpdate::cached(const QString& name) const {
     return siteCacheFolder(m_state.cacheFolder, m_state.siteId) + u'/' + name;
 }
+
 } // namespace raincast

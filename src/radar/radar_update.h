@@ -14,7 +14,7 @@
 
 namespace raincast {
 
-/// Hears of an update while it runs, on its thread.
+/// Follows an update while it runs, on its thread.
 class RadarUpdateObserver {
 public:
     virtual ~RadarUpdateObserver() = default;
@@ -32,6 +32,9 @@ public:
 /// as files in the cache and not fetched again, unless a file is not a picture. The frames are
 /// those of a search one by one (frame_search.h), but what it will want is fetched ahead, several
 /// at a time and the newest first, and loaded in the background; the warnings come beside them.
+///
+/// The frames of before stay in the list until the newest one is there, and all of them when that
+/// cannot be had. Frames of another site or product go at once.
 ///
 /// When the transfer gives up, whatever is unfinished fails, and no frame is taken that was not in
 /// the cache before: the result is that of the one-by-one search whose connection fails there. Once
@@ -62,10 +65,12 @@ private:
     void beginWarnings();
     void endSearch();
     void endWhenComplete();
-    void drawWarnings();
+    void loadFetchedWarnings();
+    void fail(const QString& status);
     void end(bool updated);
     [[nodiscard]] QString outcome() const;
-    void setStatus(const QString& status);
+    [[nodiscard]] QString cause() const;
+    void setStatus(const QString& status, const QString& cause = {});
     [[nodiscard]] QString cached(const QString& name) const;
 
     RadarState& m_state;
@@ -79,12 +84,14 @@ private:
     /// Warnings that keep us waiting must not cost the frames.
     std::unique_ptr<CHttpTransfer> m_warningsTransfer;
     bool m_warningsPending = false;
-    bool m_warningsCame = false;
     bool m_searchEnded = false;
     Background m_background;
 };
 
 /// Empties a state's frame list and clears the frame on screen.
 void discardFrames(RadarState& state);
+
+/// The same if a frame is of another site or product than the state's.
+void discardOtherFrames(RadarState& state);
 
 } // namespace raincast

@@ -28,7 +28,7 @@ constexpr Unit kUnits[] = {
 
 } // namespace
 
-QString imageAgeText(FileTime taken, FileTime now) {
+ImageAge imageAge(FileTime taken, FileTime now) {
     const FileTime age = now - taken;
     if (taken == 0 || age <= kOld) {
         return {};
@@ -37,9 +37,10 @@ QString imageAgeText(FileTime taken, FileTime now) {
         return age >= row.from;
     });
     const qint64 number = age / unit->length;
-    return QStringLiteral("Image is %1 %2 old")
-        .arg(number)
-        .arg(QLatin1String(number == 1 ? unit->one : unit->several));
+    const QString text = QStringLiteral("Image is %1 %2 old")
+                             .arg(number)
+                             .arg(QLatin1String(number == 1 ? unit->one : unit->several));
+    return {text, age > kHour};
 }
 
 } // namespace raincast

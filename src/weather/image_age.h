@@ -7,8 +7,14 @@
 
 namespace raincast {
 
-/// A sentence about a picture that is more than twenty minutes old: "Image is 43 minutes old", or
-/// in hours, days or years. Empty for a younger picture and for one of the future.
-[[nodiscard]] QString imageAgeText(FileTime taken, FileTime now);
+/// The age of a picture, for the user.
+struct ImageAge {
+    /// "Image is 43 minutes old", or in hours, days or years. Empty for a picture of at most twenty
+    /// minutes and for one of the future.
+    QString text = {};
+    bool overAnHour = false;
+};
+
+[[nodiscard]] ImageAge imageAge(FileTime taken, FileTime now);
 
 } // namespace raincast

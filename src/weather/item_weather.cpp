@@ -83,13 +83,14 @@ void CItemWeather::draw(QPainter& painter) {
     const Basemaps& maps = m_loading->basemaps();
     m_stack.setLayers(
         {QSize(m_state.imageWidth, m_state.imageHeight), maps.topo, m_state.current.bitmap,
-         maps.overlay}
+         maps.overlay,
+         warningsUse(m_state) == WarningsUse::drawn ? m_state.warnings.picture : nullptr}
     );
     m_stack.draw(painter, area(), view());
     const int linesAbove = linesHeight(painter.fontMetrics());
     const PictureTexts present = texts();
     drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), present);
-    m_ageShown = present.age;
+    m_ageShown = present.age.text;
     CItemMapView::draw(painter);
     const auto [done, wanted] = m_loading->progress();
     drawProgress(painter, area(), done, wanted);
@@ -104,7 +105,7 @@ QRect CItemWeather::opaqueArea() const {
 
 PictureTexts CItemWeather::texts() const {
     PictureTexts texts;
-    texts.status = m_state.status;
+    texts.status = overPicture();
     if (m_state.siteId.isEmpty() && m_state.status.isEmpty()) {
         texts.status = QStringLiteral("No radar site is chosen.\nMenu: Weather, All Stations");
     }
@@ -114,8 +115,18 @@ PictureTexts CItemWeather::texts() const {
     if (shownFrame() != nullptr) {
         texts.about = caption();
     }
-    texts.age = ageText();
+    texts.age = age();
     return texts;
+}
+
+QString CItemWeather::overPicture() const {
+    QString text = m_state.status + m_state.cause;
+    if (warningsUse(m_state) == WarningsUse::stale) {
+        const CalendarTime local = toLocalCalendar(m_state.warnings.fetched);
+        text += text.isEmpty() || text.endsWith(u'\n') ? "" : "\n";
+        text += QString::asprintf("Warnings of %d:%02d are not shown", local.hour, local.minute);
+    }
+    return text;
 }
 
 // Between two rounds of the animation the screen is empty for a moment; the texts stay those of the
@@ -129,12 +140,12 @@ const RadarFrame* CItemWeather::shownFrame() const {
 }
 
 // The age of the newest frame, whichever is on the screen.
-QString CItemWeather::ageText() const {
+ImageAge CItemWeather::age() const {
     if (shownFrame() == nullptr || m_state.frames.empty()) {
         return {};
     }
     const auto taken = timeOf(m_state.frames.back());
-    return taken ? imageAgeText(*taken, Clock::current().now()) : QString();
+    return taken ? imageAge(*taken, Clock::current().now()) : ImageAge();
 }
 
 QString CItemWeather::productText() const {
@@ -213,16 +224,12 @@ bool CItemWeather::command(int id, int notification) {
 void CItemWeather::Tick() {
     const FileTime now = CHeartbeat::program().now();
     if (updateIsDue(m_state, now)) {
-        const bool ran = m_loading->running();
         m_loading->updateDueAt(now);
-        if (!ran) {
-            return;
-        }
     }
     // A page has a window only while it is on the screen. A picture that stands still is painted
     // again only when the words for its age change.
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;
-    if (onScreen && (stepAnimation(m_state) || ageText() != m_ageShown)) {
+    if (onScreen && (stepAnimation(m_state) || age().text != m_ageShown)) {
         invalidate();
     }
 }

@@ -19,14 +19,17 @@ class CDlgLayers;
 class CDlgStation;
 class CDlgStorage;
 class Downloads;
+struct ImageAge;
 struct PictureTexts;
 
 /// The radar item: a site's radar images over and under map layers, placed on the earth so that the
 /// map view's overlays fall where they belong. On request it is animated and updates itself.
 ///
 /// It loads in the background, one load at a time, and is painted at each step, with a bar that
-/// shows how far it is. What goes wrong stands in the item as a text until the next load. Another
-/// site, product or page, and the item's end, cancel what runs.
+/// shows how far it is. What goes wrong stands in the item as a text until the next load; the
+/// picture of before stays, with its age. After a start, or for another site, while the server
+/// cannot be reached, it shows the newest frames in the cache. Another site, product or page, and
+/// the item's end, cancel what runs.
 class CItemWeather : public CItemMapView, public CHeartbeat::Counter {
 public:
     using CDlgAnimation = raincast::CDlgAnimation;
@@ -53,8 +56,11 @@ public:
     /// Loads what the item shows, unless it is there. An item without a site asks for one.
     void windowCreated() override;
     bool command(int id, int notification) override;
-    /// The text over the picture: what goes wrong, or what is being loaded.
+    /// What goes wrong, or what is being loaded.
     [[nodiscard]] QString statusText() const override { return m_state.status; }
+    /// The text over the picture: the status, the cause of a failure, and which warnings are too
+    /// old to be shown.
+    [[nodiscard]] QString overPicture() const;
     [[nodiscard]] QString caption() const override;
 
     /// Every half second: makes an automatic update that is due, or a step of the animation, and
@@ -79,7 +85,7 @@ private:
     void placeImage(GeoPosition centreBefore);
     [[nodiscard]] PictureTexts texts() const;
     [[nodiscard]] const RadarFrame* shownFrame() const;
-    [[nodiscard]] QString ageText() const;
+    [[nodiscard]] ImageAge age() const;
     [[nodiscard]] QString productText() const;
 
     RadarState m_state;

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "weather/item_weather_loading.h"
 
+#include "core/clock.h"
 #include "radar/animation.h"
-#include "radar/image/image_file.h"
+#include "weather/cached_frames.h"
 #include "weather/first_show.h"
 #include "weather/servers_setting.h"
 
-#include <QFileInfo>
 #include <QWidget>
 
 #include <utility>
-#include <vector>
 
 namespace raincast {
 
@@ -37,9 +36,14 @@ void CItemWeather::Loading::resume() {
         }
         return;
     }
-    m_item.m_state.status = QStringLiteral("Loading...");
-    m_item.refresh();
-    loadFrames();
+    say(QStringLiteral("Loading..."));
+    loadCached([this](bool complete) { load(m_item.m_state.siteId, !complete); });
+}
+
+void CItemWeather::Loading::say(const QString& status) {
+    m_item.m_state.status = status;
+    m_item.m_state.cause.clear();
+    m_item.invalidate();
 }
 
 CItemWeather::Loading::~Loading() {
@@ -55,52 +59,24 @@ void CItemWeather::Loading::watch(QWidget& window) {
 void CItemWeather::Loading::windowGone() {
     if (running() && m_inWindow) {
         cancel();
-        m_item.m_state.status.clear();
+        say({});
         m_interrupted = true;
     }
 }
 
-// Loads the frames that are not loaded yet, up to the first that cannot be.
-void CItemWeather::Loading::loadFrames() {
+// Loads what the cache has, and then calls.
+void CItemWeather::Loading::loadCached(std::function<void(bool complete)> done) {
     cancel();
-    std::vector<QString> files;
-    for (const RadarFrame& frame : m_item.m_state.frames) {
-        if (!frame.bitmap) {
-            files.push_back(frame.path);
-        }
-    }
-    const auto load = [files] {
-        std::map<QString, Bitmap> bitmaps;
-        for (const QString& file : files) {
-            const Bitmap bitmap =
-                QFileInfo(file).isFile() ? LoadImageFile(file, kMostRadarPixels) : nullptr;
-            if (!bitmap) {
-                break;
-            }
-            bitmaps[file] = bitmap;
-        }
-        return bitmaps;
+    const auto load = [state = m_item.m_state, now = Clock::current().now()] {
+        return loadCachedRadar(state, now);
     };
     m_resuming.emplace();
-    m_resuming->run(load, [this](const std::map<QString, Bitmap>& bitmaps) {
-        framesLoaded(bitmaps);
+    m_resuming->run(load, [this, done = std::move(done)](const CachedRadar& cached) {
+        m_item.m_state.frames = cached.frames;
+        m_item.m_state.warnings = cached.warnings;
+        rewindAnimation(m_item.m_state);
+        done(cached.complete);
     });
-}
-
-void CItemWeather::Loading::framesLoaded(const std::map<QString, Bitmap>& bitmaps) {
-    RadarState& state = m_item.m_state;
-    bool complete = !state.frames.empty();
-    for (RadarFrame& frame : state.frames) {
-        const auto loaded = bitmaps.find(frame.path);
-        if (!frame.bitmap && loaded != bitmaps.end()) {
-            frame.bitmap = loaded->second;
-        }
-        complete = complete && frame.bitmap;
-    }
-    if (!state.frames.empty()) {
-        rewindAnimation(state);
-    }
-    load(state.siteId, !complete);
 }
 
 Downloads& CItemWeather::Loading::downloads() {
@@ -121,7 +97,7 @@ RadarScene CItemWeather::Loading::scene() {
 void CItemWeather::Loading::load(const QString& siteId, bool updateRadar) {
     cancel();
     if (!m_held) {
-        m_action = LoadBasemaps(scene(), siteId, updateRadar, [this](bool) { ended(); });
+        m_action = LoadBasemaps(scene(), siteId, updateRadar, [this](bool well) { ended(well); });
     }
 }
 
@@ -142,11 +118,11 @@ void CItemWeather::Loading::update() {
         return;
     }
     cancel();
-    m_action = RequestUpdate(scene(), [this](bool) { ended(); });
+    m_action = RequestUpdate(scene(), [this](bool well) { ended(well); });
 }
 
 void CItemWeather::Loading::updateDueAt(FileTime now) {
-    if (!running()) {
+    if (!running() && m_retry.over(now)) {
         update();
         m_dueAt = now;
         if (!running()) {
@@ -160,9 +136,8 @@ void CItemWeather::Loading::stop() {
         return;
     }
     cancel();
-    RadarState& state = m_item.m_state;
-    state.status = state.frames.empty() ? QStringLiteral("Stopped.\n") : QString();
-    m_item.invalidate();
+    m_retry.ended(false, Clock::current().now());
+    say(m_item.m_state.frames.empty() ? QStringLiteral("Stopped.\n") : QString());
 }
 
 void CItemWeather::Loading::hold(bool held) {
@@ -172,12 +147,19 @@ void CItemWeather::Loading::hold(bool held) {
     }
 }
 
-void CItemWeather::Loading::ended() {
+void CItemWeather::Loading::ended(bool well) {
     m_action.reset();
     m_progress = {};
+    m_retry.ended(well, Clock::current().now());
     settleDue();
     if (std::exchange(m_updateNext, false)) {
         update();
+    } else if (!well && m_item.placed() && m_item.m_state.frames.empty()) {
+        // The server has nothing for us: better an old picture of the site than none.
+        loadCached([this](bool) {
+            cancel();
+            m_item.invalidate();
+        });
     }
 }
 
@@ -198,12 +180,12 @@ void CItemWeather::Loading::settleDue() {
 }
 
 void CItemWeather::Loading::repaint() {
-    m_item.refresh();
+    m_item.invalidate();
 }
 
 void CItemWeather::Loading::progress(int done, int wanted) {
     m_progress = {done, wanted};
-    m_item.refresh();
+    m_item.invalidate();
 }
 
 // With the whole image in view the site stays, even if the item's centre lies outside of the image.

@@ -6,11 +6,12 @@
 #include "radar/basemaps.h"
 #include "radar/radar_view.h"
 #include "weather/item_weather.h"
+#include "weather/retry_wait.h"
 
 #include <QObject>
 #include <QString>
 
-#include <map>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -48,7 +49,8 @@ public:
     void loadThenUpdate(const QString& siteId);
     /// Updates the radar (RequestUpdate); what runs is cancelled. Does nothing without a site.
     void update();
-    /// The same because an update was due at this time; does nothing while something runs.
+    /// The same because an update was due at this time; does nothing while something runs, and for
+    /// a while after a failure.
     void updateDueAt(FileTime now);
     /// Cancels what runs, as the user wishes.
     void stop();
@@ -81,9 +83,9 @@ public:
 
 private:
     void windowGone();
-    void loadFrames();
-    void framesLoaded(const std::map<QString, Bitmap>& bitmaps);
-    void ended();
+    void loadCached(std::function<void(bool complete)> done);
+    void say(const QString& status);
+    void ended(bool well);
     void cancel();
     void settleDue();
     [[nodiscard]] bool wholeImageInView() const;
@@ -99,7 +101,8 @@ private:
     QMetaObject::Connection m_windowGone;
     bool m_inWindow = false; ///< what runs was begun while the page had its window
     bool m_interrupted = false;
-    bool m_updateNext = false;       ///< when the present action has ended
+    bool m_updateNext = false; ///< when the present action has ended
+    RetryWait m_retry;
     std::optional<FileTime> m_dueAt; ///< of the automatic update that runs
     std::optional<Background> m_resuming;
     std::unique_ptr<RadarAction> m_action;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/layer_stack.h"
 
+#include "radar/image/composite.h"
 #include "weather/shrink.h"
 
 #include <QPainter>
@@ -113,10 +114,11 @@ QImage* plainTarget(const QPainter& painter, const QRect& shown) {
 
 void LayerStack::setLayers(const Layers& layers) {
     if (layers.size != m_layers.size || keyOf(layers.ground) != m_groundKey ||
-        keyOf(layers.overlay) != m_overlayKey) {
+        keyOf(layers.warnings) != m_warningsKey || keyOf(layers.overlay) != m_overlayKey) {
         m_shift.reset();
     }
     m_groundKey = keyOf(layers.ground);
+    m_warningsKey = keyOf(layers.warnings);
     m_overlayKey = keyOf(layers.overlay);
     m_layers = layers;
 }
@@ -159,20 +161,35 @@ void LayerStack::useScale(int shift) {
         return;
     }
     m_shift = shift;
-    m_lines = m_layers.overlay ? shrinkLines(*m_layers.overlay, shift) : QImage();
+    m_lines = makeLines(shift);
     m_lineSpans = RowSpans::ofColours(m_lines, 0);
     m_base = makeBase(m_layers.ground ? shrinkGround(*m_layers.ground, shift) : QImage());
     m_framesAtScale.clear();
     m_framesAtScale.setMaxCost(kMostFramesAtScale);
 }
 
-// Lines over the ground, or over black.
+// Lines over the warnings.
+QImage LayerStack::makeLines(int shift) const {
+    if (!m_layers.warnings) {
+        return m_layers.overlay ? shrinkLines(*m_layers.overlay, shift) : QImage();
+    }
+    Bitmap lines;
+    for (const Bitmap& picture : {m_layers.warnings, m_layers.overlay}) {
+        if (picture) {
+            CompositeOnto(lines, *picture, m_layers.size.width(), m_layers.size.height());
+        }
+    }
+    return lines ? shrinkLines(*lines, shift) : QImage();
+}
+
+// Lines over the ground, or over black; without those, warnings over nothing.
 QImage LayerStack::makeBase(const QImage& ground) const {
-    if (!isOpaque()) {
+    if (!isOpaque() && m_lines.isNull()) {
         return {};
     }
-    QImage base(sizeAtScale(m_layers.size, *m_shift), QImage::Format_RGB32);
-    base.fill(kBlack);
+    const auto format = isOpaque() ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied;
+    QImage base(sizeAtScale(m_layers.size, *m_shift), format);
+    base.fill(isOpaque() ? kBlack : 0);
     for (int row = 0; row < base.height(); ++row) {
         QRgb* to = lineOf(base, row);
         if (row < ground.height()) {

@@ -17,9 +17,9 @@ class QPainter;
 
 namespace raincast {
 
-/// Draws a radar image: ground, echoes and lines over each other, at any zoom of a view. Zoomed in,
-/// every image pixel is a whole block; zoomed out, neither lines nor echoes are lost and no echo
-/// changes its colour into one that no pixel had.
+/// Draws a radar image: ground, echoes, warnings and lines over each other, at any zoom of a view.
+/// Zoomed in, every image pixel is a whole block; zoomed out, neither lines nor echoes are lost and
+/// no echo changes its colour into one that no pixel had.
 ///
 /// For the present zoom it keeps ground and lines as one picture, and for each frame the places of
 /// its echoes: drawing then costs a copy of the visible part and its echoes, also when the view
@@ -31,16 +31,17 @@ public:
     /// layer is transparent in the rest of the image.
     struct Layers {
         QSize size;
-        Bitmap ground;  ///< opaque
-        Bitmap echoes;  ///< a frame; white is transparent
-        Bitmap overlay; ///< lines; white is transparent
+        Bitmap ground;             ///< opaque
+        Bitmap echoes;             ///< a frame; white is transparent
+        Bitmap overlay;            ///< lines; white is transparent
+        Bitmap warnings = nullptr; ///< outlines between echoes and lines; white is transparent
     };
 
     void setLayers(const Layers& layers);
 
     /// Draws the part of the image that `view` places in `area` (page pixels). Without a ground the
-    /// image is black under the lines; without lines as well, only the echoes are drawn. The
-    /// painter has no transformation: its pixels are the page's.
+    /// image is black under the lines; without lines as well, only echoes and warnings are drawn.
+    /// The painter has no transformation: its pixels are the page's.
     void draw(QPainter& painter, const QRect& area, const ViewTransform& view);
 
     /// The part of `area` that an image of this size covers. With a ground or lines, draw() fills
@@ -58,6 +59,7 @@ private:
 
     void useScale(int shift);
     [[nodiscard]] bool isOpaque() const { return m_layers.ground || m_layers.overlay; }
+    [[nodiscard]] QImage makeLines(int shift) const;
     [[nodiscard]] QImage makeBase(const QImage& ground) const;
     [[nodiscard]] EchoesPointer echoesAtScale();
     void
@@ -67,11 +69,12 @@ private:
 
     Layers m_layers;
     qint64 m_groundKey = 0;
+    qint64 m_warningsKey = 0;
     qint64 m_overlayKey = 0;
     std::optional<int> m_shift; ///< of the pictures below
 
-    QImage m_base;  ///< all but the echoes; null without ground and lines
-    QImage m_lines; ///< to be drawn over echoes, transparent where 0
+    QImage m_base;  ///< all but the echoes; null when there is nothing else
+    QImage m_lines; ///< warnings and lines, to be drawn over echoes, transparent where 0
     RowSpans m_lineSpans;
     QCache<qint64, EchoesPointer> m_framesAtScale; ///< by their images' keys
     EchoesPointer m_echoes;                        ///< while drawing: the layers' own

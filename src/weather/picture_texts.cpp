@@ -17,6 +17,9 @@ namespace {
 constexpr int kLeftMargin = 2;
 constexpr int kStatusMargin = 3;
 constexpr int kStatusTopMargin = 8;
+// The colours of an age: amber, red.
+constexpr TextBoxColours kOld{{255, 191, 0}, {0, 0, 0}};
+constexpr TextBoxColours kVeryOld{{192, 0, 0}, {255, 255, 255}};
 constexpr QColor kProgressGround(255, 255, 255);
 constexpr QColor kProgressDone(0, 90, 200);
 
@@ -56,11 +59,20 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
     }
 }
 
-/// The text above the time that fits a width.
-QString aboutLine(const QFontMetrics& metrics, int width, const PictureTexts& texts) {
-    const bool two = !texts.age.isEmpty() && !texts.about.isEmpty();
-    const QString both = texts.about + (two ? QStringLiteral("  ") : QString()) + texts.age;
-    return metrics.horizontalAdvance(both) <= width ? both : texts.age;
+/// Draws what the picture is about, and its age behind that, as far as both fit a width.
+void drawAbout(QPainter& painter, QPoint place, int width, const PictureTexts& texts) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const QString& age = texts.age.text;
+    const bool two = !age.isEmpty() && !texts.about.isEmpty();
+    const QString about = texts.about + (two ? QStringLiteral("  ") : QString());
+    const int wide = metrics.horizontalAdvance(about);
+    if (!about.isEmpty() && wide + metrics.horizontalAdvance(age) <= width) {
+        drawTextBox(painter, place, about);
+        place.rx() += wide;
+    }
+    if (!age.isEmpty()) {
+        drawTextBox(painter, place, age, texts.age.overAnHour ? kVeryOld : kOld);
+    }
 }
 
 } // namespace
@@ -69,14 +81,12 @@ void drawPictureTexts(QPainter& painter, const QRect& area, const PictureTexts& 
     painter.save();
     painter.setClipRect(area, Qt::IntersectClip);
     const QFontMetrics metrics = painter.fontMetrics();
-    int bottom = area.bottom() + 1;
-    const QString about = aboutLine(metrics, area.width() - 2 * kLeftMargin, texts);
-    for (const QString& line : {texts.time, about}) {
-        bottom -= metrics.height();
-        if (!line.isEmpty()) {
-            drawTextBox(painter, {area.left() + kLeftMargin, bottom}, line);
-        }
+    const int left = area.left() + kLeftMargin;
+    const int top = area.bottom() + 1 - metrics.height();
+    if (!texts.time.isEmpty()) {
+        drawTextBox(painter, {left, top}, texts.time);
     }
+    drawAbout(painter, {left, top - metrics.height()}, area.width() - 2 * kLeftMargin, texts);
     drawStatus(painter, area, texts.status);
     painter.restore();
 }

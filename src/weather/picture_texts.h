@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "weather/image_age.h"
+
 #include <QString>
 
 class QPainter;
@@ -8,11 +10,11 @@ class QRect;
 
 namespace raincast {
 
-/// The texts over a radar picture, black on white boxes.
+/// The texts over a radar picture, in boxes.
 struct PictureTexts {
     QString time = {};   ///< of the frame: a line at the bottom left
     QString about = {};  ///< site, product and date: on the line above the time, if there is room
-    QString age = {};    ///< on the same line; it has priority when there is not room for both
+    ImageAge age = {};   ///< on the same line; it has priority when there is not room for both
     QString status = {}; ///< centred lines at the top
 };
 

@@ -10,6 +10,7 @@
 #include "support/loopback.h"
 #include "support/radar_tree.h"
 #include "support/scoped_http.h"
+#include "support/test_clock.h"
 #include "support/time_zone.h"
 #include "support/transfers.h"
 
@@ -20,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <functional>
 
 namespace raincast {
 namespace {
@@ -56,12 +58,18 @@ QByteArray warningsGif() {
 class Recorder : public RadarUpdateObserver {
 public:
     void statusChanged(const QString& status) override { statuses.push_back(status); }
-    void repaint() override { ++repaints; }
+    void repaint() override {
+        ++repaints;
+        if (watch) {
+            watch();
+        }
+    }
     void progress(int done, int wanted) override { steps.emplace_back(done, wanted); }
 
     std::vector<QString> statuses;
     std::vector<std::pair<int, int>> steps;
     int repaints = 0;
+    std::function<void()> watch; ///< called at each repaint
 };
 
 class RadarUpdateTest : public ::testing::Test {
@@ -106,6 +114,11 @@ protected:
         return m_transfers.loop().resultOf<bool>([&run](const RadarUpdate::Done& done) {
             run.UpdateRadar(done);
         });
+    }
+    /// Whether the warnings of the server are to be drawn.
+    [[nodiscard]] bool warned() const {
+        return warningsUse(m_state) == WarningsUse::drawn &&
+               m_state.warnings.picture->pixel(20, 20) == kWarning;
     }
     [[nodiscard]] QStringList frameStamps() const {
         QStringList stamps;
@@ -307,7 +320,7 @@ TEST_F(RadarUpdateTest, ANetworkThatWantsALogInLeavesNothingBehind) {
 
         EXPECT_TRUE(update());
         EXPECT_EQ(m_state.status, QString());
-        EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kWarning);
+        EXPECT_TRUE(warned());
         QDir(m_state.cacheFolder).removeRecursively();
     }
 }
@@ -319,7 +332,7 @@ TEST_F(RadarUpdateTest, APageInTheWarningsPlaceLeavesTheOldOnesInTheCache) {
     EXPECT_TRUE(update());
     m_server.serve(kWarnings, "<html>Please log in</html>");
     EXPECT_TRUE(update());
-    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite) << "they may be old";
+    EXPECT_TRUE(warned()) << "they are minutes old";
     EXPECT_EQ(readFile(cached("MUX_Warnings_0.gif")), warningsGif());
 }
 
@@ -401,20 +414,26 @@ TEST_F(RadarUpdateTest, StaleFramesOfThatProductGoAndAllElseStays) {
     EXPECT_TRUE(QFile::exists(cached(nameOf("20190519_0554"))));
 }
 
-TEST_F(RadarUpdateTest, WarningsAreBurntIntoEveryFrameAndFetchedAnewEachTime) {
+TEST_F(RadarUpdateTest, WarningsLieBesideTheFramesAndAreFetchedAnewEachTime) {
+    TestClock clock(fromCalendar({2019, 5, 19, 6, 0}));
+    Clock::use(&clock);
     publish({"20190519_0544", "20190519_0554"});
     m_server.serve(kWarnings, warningsGif());
     m_state.showWarnings = true;
     animate(2, 9);
     EXPECT_TRUE(update());
+    EXPECT_TRUE(warned());
+    EXPECT_EQ(m_state.warnings.fetched, clock.now());
+    EXPECT_EQ(readFile(cached("MUX_Warnings_0.time")), "Short 2019-05-19T06:00:00Z\n");
     for (const RadarFrame& frame : m_state.frames) {
-        EXPECT_EQ(frame.bitmap->pixel(20, 20), kWarning);
+        EXPECT_EQ(frame.bitmap->pixel(20, 20), kTransparentWhite) << "never burnt in";
         EXPECT_EQ(frame.bitmap->pixel(10, 10), kEcho);
-        EXPECT_EQ(frame.bitmap->pixel(0, 0), kTransparentWhite);
-        EXPECT_EQ(frame.bitmap->format(), QImage::Format_Indexed8);
     }
+    clock.advance(kFileTimePerMinute);
     EXPECT_TRUE(update());
     EXPECT_EQ(m_server.count(kWarnings), 2);
+    EXPECT_EQ(m_state.warnings.fetched, clock.now());
+    Clock::use(nullptr);
 }
 
 TEST_F(RadarUpdateTest, WithAFrameMissingStaleFramesGoAndWarningsShowAllTheSame) {
@@ -426,15 +445,7 @@ TEST_F(RadarUpdateTest, WithAFrameMissingStaleFramesGoAndWarningsShowAllTheSame)
     EXPECT_TRUE(update());
     EXPECT_EQ(m_state.status, kNotAll);
     EXPECT_FALSE(QFile::exists(cached("MUX_20190518_0101_N0R.gif")));
-    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kWarning);
-}
-
-TEST_F(RadarUpdateTest, WarningsShowInTheFrameOnScreenToo) {
-    publish({"20190519_0554"});
-    m_server.serve(kWarnings, warningsGif());
-    m_state.showWarnings = true;
-    EXPECT_TRUE(update());
-    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kWarning);
+    EXPECT_TRUE(warned());
 }
 
 TEST_F(RadarUpdateTest, LongRangeProductsHaveWarningsOfTheirOwn) {
@@ -458,8 +469,7 @@ TEST_F(RadarUpdateTest, MissingWarningsAreNoFailure) {
         m_server.serve(kWarnings, defect);
         EXPECT_TRUE(update());
         EXPECT_EQ(m_state.status, QString());
-        EXPECT_EQ(m_state.current.bitmap->format(), QImage::Format_Indexed8);
-        EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite);
+        EXPECT_EQ(warningsUse(m_state), WarningsUse::none);
     }
 }
 
@@ -468,20 +478,66 @@ TEST_F(RadarUpdateTest, WarningsThatAreSwitchedOffAreNotAskedFor) {
     m_server.serve(kWarnings, warningsGif());
     EXPECT_TRUE(update());
     EXPECT_EQ(m_server.count(kWarnings), 0);
-    EXPECT_EQ(m_state.current.bitmap->pixel(20, 20), kTransparentWhite);
+    EXPECT_EQ(warningsUse(m_state), WarningsUse::none);
 }
 
-TEST_F(RadarUpdateTest, AFailedUpdateLeavesNoFrames) {
-    publish({"20190519_0554"});
+TEST_F(RadarUpdateTest, AFailedUpdateLeavesTheFramesOfBefore) {
+    publish({"20190519_0544", "20190519_0554"});
+    animate(2, 9);
     EXPECT_TRUE(update());
+    m_state.position = 1;
+    const RadarFrame shown = m_state.current;
     const RefusingPort refusing;
+    EXPECT_FALSE(updateFrom(refusing.host()));
+    EXPECT_EQ(m_state.status, kNoServer);
+    EXPECT_EQ(m_state.cause, refusing.host() + " does not answer.");
+    EXPECT_EQ(frameStamps(), (QStringList{"20190519_0544", "20190519_0554"}));
+    EXPECT_EQ(m_state.current.bitmap, shown.bitmap);
+    EXPECT_EQ(m_state.position, 1U);
+
+    m_server.serve(kListing, "<html>none</html>");
+    EXPECT_FALSE(update());
+    EXPECT_EQ(m_state.status, kNoImages);
+    EXPECT_EQ(m_state.cause, QString()) << "the server did as it was asked";
+    EXPECT_EQ(m_state.frames.size(), 2U);
+
+    m_server.serve(kListing, "\"" + nameOf("20190519_0604").toLatin1() + "\"");
+    EXPECT_FALSE(update());
+    EXPECT_EQ(m_state.status, kNoFrame);
+    EXPECT_EQ(m_state.cause, m_server.host() + " answers with error 404.");
+    EXPECT_EQ(m_state.frames.size(), 2U);
+}
+
+TEST_F(RadarUpdateTest, TheFramesOfBeforeStayUntilTheNewestIsThere) {
+    publish({"20190519_0544", "20190519_0554"});
+    animate(2, 9);
+    EXPECT_TRUE(update());
+    publish({"20190519_0554", "20190519_0604"});
+    m_recorder = {};
+    std::vector<QStringList> lists;
+    m_recorder.watch = [&] { lists.push_back(frameStamps()); };
+    EXPECT_TRUE(update());
+    const QStringList before{"20190519_0544", "20190519_0554"};
+    const QStringList newest{"20190519_0604"};
+    const QStringList after{"20190519_0554", "20190519_0604"};
+    EXPECT_THAT(lists, ElementsAre(before, newest, after));
+}
+
+TEST_F(RadarUpdateTest, FramesOfAnotherSiteOrProductGoAtOnce) {
+    publish({"20190519_0554"});
+    const RefusingPort refusing;
+    EXPECT_TRUE(update());
+    m_state.product = 1;
     EXPECT_FALSE(updateFrom(refusing.host()));
     EXPECT_TRUE(m_state.frames.empty());
     EXPECT_FALSE(m_state.current.bitmap);
-    EXPECT_EQ(m_state.current.timeText, QString());
-    EXPECT_EQ(m_state.current.path, QString());
     EXPECT_EQ(m_state.position, 0U);
-    EXPECT_EQ(m_state.status, kNoServer);
+
+    m_state.product = 0;
+    EXPECT_TRUE(update());
+    m_state.siteId = QStringLiteral("DAX");
+    EXPECT_FALSE(updateFrom(refusing.host()));
+    EXPECT_TRUE(m_state.frames.empty());
 }
 
 TEST_F(RadarUpdateTest, ACacheFolderThatCannotBeMadeIsTold) {

@@ -29,14 +29,20 @@ TEST(ImageAgeTest, TellsWhatIsOlderThanTwentyMinutes) {
     const FileTime taken = fromCalendar({2019, 5, 19, 5, 54});
     for (const Row& row : rows) {
         EXPECT_EQ(
-            imageAgeText(taken, taken + row.minutes * kFileTimePerMinute).toStdString(), row.text
+            imageAge(taken, taken + row.minutes * kFileTimePerMinute).text.toStdString(), row.text
         ) << row.minutes;
     }
     EXPECT_EQ(
-        imageAgeText(taken, taken + 20 * kFileTimePerMinute + 1).toStdString(),
+        imageAge(taken, taken + 20 * kFileTimePerMinute + 1).text.toStdString(),
         "Image is 20 minutes old"
     );
-    EXPECT_EQ(imageAgeText(0, taken).toStdString(), "");
+    EXPECT_EQ(imageAge(0, taken).text.toStdString(), "");
+}
+
+TEST(ImageAgeTest, OverAnHourIsVeryOld) {
+    const FileTime taken = fromCalendar({2019, 5, 19, 5, 54});
+    EXPECT_FALSE(imageAge(taken, taken + 60 * kFileTimePerMinute).overAnHour);
+    EXPECT_TRUE(imageAge(taken, taken + 60 * kFileTimePerMinute + 1).overAnHour);
 }
 
 } // namespace

@@ -8,6 +8,9 @@
 namespace raincast {
 namespace {
 
+constexpr TextBoxColours kAmber{{255, 191, 0}, {0, 0, 0}};
+constexpr TextBoxColours kRed{{192, 0, 0}, {255, 255, 255}};
+
 class ItemWeatherAgeTest : public test::WeatherPage {
 protected:
     void look() {
@@ -39,17 +42,17 @@ protected:
         const int width = QFontMetrics(m_window.font()).horizontalAdvance(text);
         return picture.copy(2, 280 - (n + 1) * height(), width, height());
     }
-    [[nodiscard]] QImage written(const QString& text) const {
+    [[nodiscard]] QImage written(const QString& text, const TextBoxColours& colours) const {
         const QFontMetrics metrics(m_window.font());
         QImage picture(metrics.horizontalAdvance(text), height(), QImage::Format_RGB32);
         QPainter painter(&picture);
         painter.setFont(m_window.font());
-        drawTextBox(painter, {0, 0}, text);
+        drawTextBox(painter, {0, 0}, text, colours);
         return picture;
     }
     /// Whether a text stands at the beginning of the n-th line from the bottom.
-    [[nodiscard]] bool says(int n, const QString& text) const {
-        return line(m_screen, n, text) == written(text);
+    [[nodiscard]] bool says(int n, const QString& text, const TextBoxColours& colours = {}) const {
+        return line(m_screen, n, text) == written(text, colours);
     }
 
     int m_paintings = 0;
@@ -62,14 +65,14 @@ TEST_F(ItemWeatherAgeTest, ItAppearsAndGrowsByItselfAndNothingElseIsPainted) {
     EXPECT_EQ(paintingsIn(14), 0);
     EXPECT_EQ(paintingsIn(1), 2) << "more than twenty minutes, then twenty-one";
     EXPECT_TRUE(says(0, "5:54"));
-    EXPECT_TRUE(says(1, "Image is 21 minutes old"));
+    EXPECT_TRUE(says(1, "Image is 21 minutes old", kAmber));
     EXPECT_EQ(paintingsIn(5), 5);
-    EXPECT_TRUE(says(1, "Image is 26 minutes old"));
+    EXPECT_TRUE(says(1, "Image is 26 minutes old", kAmber));
     passTime(94);
-    EXPECT_TRUE(says(1, "Image is 2 hours old"));
+    EXPECT_TRUE(says(1, "Image is 2 hours old", kRed));
     EXPECT_EQ(paintingsIn(59), 0);
     EXPECT_EQ(paintingsIn(1), 1);
-    EXPECT_TRUE(says(1, "Image is 3 hours old"));
+    EXPECT_TRUE(says(1, "Image is 3 hours old", kRed));
 }
 
 TEST_F(ItemWeatherAgeTest, AHiddenPageIsNotPaintedAndTellsItsAgeWhenItIsShown) {
@@ -78,7 +81,7 @@ TEST_F(ItemWeatherAgeTest, AHiddenPageIsNotPaintedAndTellsItsAgeWhenItIsShown) {
     m_page->deactivate();
     EXPECT_EQ(paintingsIn(30), 0);
     showPage();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return says(1, "Image is 36 minutes old"); }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return says(1, "Image is 36 minutes old", kAmber); }));
     EXPECT_EQ(paintingsIn(3), 3);
 }
 
@@ -102,7 +105,7 @@ TEST_F(ItemWeatherAgeTest, ItIsToldBesideAStatus) {
     editAnimation(6);
     EXPECT_EQ(m_item->statusText(), "Could not get\nall images.\n");
     passTime(30);
-    EXPECT_TRUE(says(1, "Image is 36 minutes old"));
+    EXPECT_TRUE(says(1, "Image is 36 minutes old", kAmber));
 }
 
 TEST_F(ItemWeatherAgeTest, InTheBlankTickItStaysWhereItIsAndTheTitleKeepsItsDate) {
@@ -122,14 +125,14 @@ TEST_F(ItemWeatherAgeTest, InTheBlankTickItStaysWhereItIsAndTheTitleKeepsItsDate
     tick();
     const QString age = "Image is 36 minutes old";
     EXPECT_EQ(shown(), "5:54");
-    EXPECT_TRUE(says(1, age));
+    EXPECT_TRUE(says(1, age, kAmber));
     tick();
     EXPECT_EQ(shown(), "");
-    EXPECT_TRUE(says(1, age));
+    EXPECT_TRUE(says(1, age, kAmber));
     EXPECT_EQ(m_item->caption(), title);
     tick();
     EXPECT_EQ(shown(), "5:34");
-    EXPECT_TRUE(says(1, age)) << "the newest image's, whichever is shown";
+    EXPECT_TRUE(says(1, age, kAmber)) << "the newest image's, whichever is shown";
 }
 
 } // namespace

@@ -68,7 +68,8 @@ TEST_F(ItemWeatherBackgroundTest, StopEndsItAndTheNextOneWorks) {
     beginEndlessUpdate();
     m_page->command(kStop, clicked);
     EXPECT_FALSE(m_item->loading());
-    EXPECT_EQ(m_item->statusText(), "Stopped.\n");
+    EXPECT_EQ(m_item->statusText(), QString());
+    EXPECT_EQ(shown(), "5:54") << "the frame of before";
     EXPECT_TRUE(serverIsLeft());
     useGoodServer();
     update();

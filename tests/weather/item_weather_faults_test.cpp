@@ -89,7 +89,7 @@ TEST_F(ItemWeatherFaultsTest, EveryFaultOfTheListingIsTold) {
         FaultServer server(fault.answer);
         updateFrom(server.host());
         expectStatus(fault.status, fault.what);
-        EXPECT_TRUE(m_item->state().frames.empty()) << fault.what;
+        EXPECT_EQ(shown(), "5:54") << "the frame of before: " << fault.what;
         expectUsable(fault.what);
         expectNextUpdateWorks(fault.what);
     }

@@ -3,10 +3,10 @@
 #include "support/files.h"
 #include "weather_page.h"
 
+#include <algorithm>
+
 namespace raincast {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr QRgb kRed = 0xFFFF0000;
 constexpr QRgb kBar = qRgb(0, 90, 200);
@@ -46,31 +46,41 @@ protected:
         return text.toStdString();
     }
 
+    /// Whether no other steps than these were seen, in this order and to the last one. Steps that
+    /// follow each other at once are painted together.
+    void expectSteps(const std::vector<std::string>& steps) const {
+        auto next = steps.begin();
+        for (const std::string& seen : m_seen) {
+            next = std::find(next, steps.end(), seen);
+            ASSERT_NE(next, steps.end()) << seen;
+        }
+        ASSERT_FALSE(m_seen.empty());
+        EXPECT_EQ(m_seen.back(), steps.back());
+        EXPECT_GE(2 * m_seen.size(), steps.size());
+    }
+
     std::vector<std::string> m_seen;
 };
 
 TEST_F(ItemWeatherLoadingTest, AFirstLoadShowsEachStep) {
     showSite();
-    EXPECT_THAT(
-        m_seen,
-        ElementsAre(
-            "Loading basemap...| 0 ",      // the world file is fetched,
-            "Loading basemap...| 16 ",     // the topo,
-            "Loading basemap...| 16 T",    // and so on: there, and the next one is fetched
-            "Loading basemap...| 33 T",    // rivers
-            "Loading basemap...| 33 TR",   //
-            "Loading basemap...| 50 TR",   // counties
-            "Loading basemap...| 50 TRC",  //
-            "Loading basemap...| 66 TRC",  // highways
-            "Loading basemap...| 66 TRCH", //
-            "Loading basemap...| 83 TRCH", // cities
-            "Loading basemap...| 83 TRCHY",
-            "Updating radar image...| 83 TRCHY",   // the listing is fetched,
-            "Updating radar image...| 0 TRCHY",    // the frame,
-            "Updating radar image...| 0 TRCHYE",   // which is shown
-            "Updating radar image...| 100 TRCHYE", // while the warnings are fetched
-            " 100 TRCHYE", " 0 TRCHYE"
-        )
+    expectSteps(
+        {"Loading basemap...| 0 ",      // the world file is fetched,
+         "Loading basemap...| 16 ",     // the topo,
+         "Loading basemap...| 16 T",    // and so on: there, and the next one is fetched
+         "Loading basemap...| 33 T",    // rivers
+         "Loading basemap...| 33 TR",   //
+         "Loading basemap...| 50 TR",   // counties
+         "Loading basemap...| 50 TRC",  //
+         "Loading basemap...| 66 TRC",  // highways
+         "Loading basemap...| 66 TRCH", //
+         "Loading basemap...| 83 TRCH", // cities
+         "Loading basemap...| 83 TRCHY",
+         "Updating radar image...| 83 TRCHY",   // the listing is fetched,
+         "Updating radar image...| 0 TRCHY",    // the frame,
+         "Updating radar image...| 0 TRCHYE",   // which is shown
+         "Updating radar image...| 100 TRCHYE", // while the warnings are fetched
+         " 100 TRCHYE", " 0 TRCHYE"}
     );
 }
 
@@ -82,8 +92,7 @@ TEST_F(ItemWeatherLoadingTest, AnotherStartSaysThatItLoads) {
     showPage();
     ASSERT_GT(m_seen.size(), 2U);
     EXPECT_EQ(m_seen[0], "Loading... 0 ");
-    EXPECT_EQ(m_seen[1], "Loading basemap...| 0 ");
-    EXPECT_EQ(m_seen[2], "Loading basemap...| 0 E") << "the cached frame is there";
+    EXPECT_EQ(m_seen[1], "Loading basemap...| 0 E") << "the cached frame is there";
     EXPECT_EQ(m_seen.back(), " 0 TRCHYE");
 }
 
@@ -91,27 +100,21 @@ TEST_F(ItemWeatherLoadingTest, AnUpdateShowsEachFrameThatComes) {
     showSite();
     m_seen.clear();
     editAnimation(3);
-    EXPECT_THAT(
-        m_seen, ElementsAre(
-                    "Updating radar image...| 0 TRCHY", "Updating radar image...| 0 TRCHYE",
-                    "Updating radar image...| 33 TRCHYE", "Updating radar image...| 66 TRCHYE",
-                    "Updating radar image...| 100 TRCHYE", " 100 TRCHYE", " 0 TRCHYE"
-                )
+    expectSteps(
+        {"Updating radar image...| 0 TRCHYE", "Updating radar image...| 33 TRCHYE",
+         "Updating radar image...| 66 TRCHYE", "Updating radar image...| 100 TRCHYE", " 100 TRCHYE",
+         " 0 TRCHYE"}
     );
 }
 
-// Before anything else is done: what is waited for may be painted much later.
-TEST_F(ItemWeatherLoadingTest, TheEndIsSeenAtOnce) {
+TEST_F(ItemWeatherLoadingTest, TheFrameOfBeforeStaysBehindAFailure) {
     showSite();
     editLayers({"Highways"});
     EXPECT_EQ(m_seen.back(), " 0 TRCYE");
     m_server.serve(test::framesPath("MUX"), "", 503);
     m_seen.clear();
     update();
-    EXPECT_THAT(
-        m_seen,
-        ElementsAre("Updating radar image...| 0 TRCY", "No radar images found on server.| 0 TRCY")
-    );
+    expectSteps({"Updating radar image...| 0 TRCYE", "No radar images found on server.| 0 TRCYE"});
     publishFrames({"20190519_0554"});
     update();
     EXPECT_EQ(m_seen.back(), " 0 TRCYE");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // When the radar item moves and updates by itself: half-seconds of the program's clock, one by one.
+#include "support/fault_server.h"
 #include "weather_page.h"
 
 namespace raincast {
@@ -124,13 +125,17 @@ TEST_F(ItemWeatherUpdatesTest, AfterALongPauseEveryTickUpdatesUntilItHasCaughtUp
     EXPECT_EQ(m_item->state().nextUpdate, fromCalendar({2019, 5, 19, 6, 22, 30}));
 }
 
-TEST_F(ItemWeatherUpdatesTest, ATickThatUpdatesDoesNotMoveTheAnimation) {
+TEST_F(ItemWeatherUpdatesTest, ATickThatStartsAnUpdateStillAnimates) {
     showSite();
     editAnimation(3, true);
     EXPECT_EQ(timesOf(3), " 5:54 - 5:34");
-    beatAt(fromCalendar({2019, 5, 19, 6, 3}));
-    EXPECT_EQ(shown(), "5:54"); // of the update
-    EXPECT_EQ(m_item->state().animationCounter, 3 + 10);
+    const FaultServer silent(answers::silence());
+    ServersSetting::set({silent.host(), silent.host()});
+    beginBeatAt(fromCalendar({2019, 5, 19, 6, 3}));
+    EXPECT_TRUE(m_item->loading());
+    EXPECT_EQ(shown(), "5:44") << "the loop goes on meanwhile";
+    beginBeatAt(fromCalendar({2019, 5, 19, 6, 3, 1}));
+    EXPECT_EQ(shown(), "5:54");
 }
 
 TEST_F(ItemWeatherUpdatesTest, AnUpdateThatFailsIsTriedAgainAfterFiveMinutes) {
@@ -141,7 +146,7 @@ TEST_F(ItemWeatherUpdatesTest, AnUpdateThatFailsIsTriedAgainAfterFiveMinutes) {
     beatAt(fromCalendar({2019, 5, 19, 6, 3}));
     EXPECT_EQ(updates(), before + 1);
     EXPECT_EQ(m_item->statusText(), "No radar images found on server.\n");
-    EXPECT_TRUE(m_item->state().frames.empty());
+    EXPECT_EQ(m_item->state().frames.size(), 2U) << "those of before stay";
     publishFrames({"20190519_0554", "20190519_0604"});
     beatAt(fromCalendar({2019, 5, 19, 6, 7}));
     EXPECT_EQ(updates(), before + 1) << "due at 6:07, and not before";
@@ -149,6 +154,39 @@ TEST_F(ItemWeatherUpdatesTest, AnUpdateThatFailsIsTriedAgainAfterFiveMinutes) {
     EXPECT_EQ(updates(), before + 2);
     EXPECT_EQ(shown(), "6:04");
     EXPECT_EQ(m_item->statusText(), QString());
+}
+
+TEST_F(ItemWeatherUpdatesTest, AfterAFailureTheNextOnesWaitLongerAndLonger) {
+    showSite();
+    editAnimation(2, true);
+    m_server.serve(kFrames, "", 503);
+    // Hours later an update is due on each tick.
+    FileTime now = fromCalendar({2019, 5, 19, 18, 0});
+    beatAt(now);
+    int made = updates();
+    for (const int seconds : {30, 60, 120, 240, 300, 300}) {
+        beatAt(now + (seconds - 1) * kFileTimePerSecond);
+        EXPECT_EQ(updates(), made) << "not before " << seconds;
+        now += seconds * kFileTimePerSecond;
+        beatAt(now);
+        EXPECT_EQ(updates(), ++made) << seconds;
+    }
+    // The user does not wait, and a success ends the wait.
+    publishFrames({"20190519_0554", "20190519_0604"});
+    update();
+    EXPECT_EQ(updates(), ++made);
+    beatAt(now + kFileTimePerSecond);
+    EXPECT_EQ(updates(), ++made) << "the catching up goes on";
+}
+
+TEST_F(ItemWeatherUpdatesTest, AClockThatIsSetBackDoesNotKeepUpdatesWaiting) {
+    showSite();
+    editAnimation(2, true);
+    m_server.serve(kFrames, "", 503);
+    beatAt(fromCalendar({2019, 5, 20, 6, 0}));
+    const int before = updates();
+    beatAt(fromCalendar({2019, 5, 19, 18, 0}));
+    EXPECT_EQ(updates(), before + 1);
 }
 
 } // namespace

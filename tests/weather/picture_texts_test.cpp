@@ -75,8 +75,8 @@ TEST_F(PictureTextsTest, AStatusLineThatIsTooWideIsBroken) {
 
 TEST_F(PictureTextsTest, TheAgeComesFirstWhereThereIsNotRoomForBoth) {
     const QRect narrow(10, 20, 150, 200);
-    const PictureTexts both{"5:54", "MUX 2019-05-19", "Image is 2 days old", {}};
-    const PictureTexts ageOnly{"5:54", {}, "Image is 2 days old", {}};
+    const PictureTexts both{"5:54", "MUX 2019-05-19", {"Image is 2 days old"}, {}};
+    const PictureTexts ageOnly{"5:54", {}, {"Image is 2 days old"}, {}};
     EXPECT_EQ(drawn(both, narrow), drawn(ageOnly, narrow));
     const QRect line = changed(drawn(both), QRect(0, 0, 320, 240));
     EXPECT_EQ(line.height(), 2 * m_height);
@@ -85,7 +85,7 @@ TEST_F(PictureTextsTest, TheAgeComesFirstWhereThereIsNotRoomForBoth) {
 
 TEST_F(PictureTextsTest, TheAgeKeepsItsLineWithoutATimeAndBesideAStatus) {
     const QRect all(0, 0, 320, 240);
-    const QString age = "Image is 2 days old";
+    const ImageAge age = {"Image is 2 days old"};
     const QRect line = changed(drawn({.age = age}), all);
     EXPECT_EQ(line.height(), m_height);
     EXPECT_EQ(line.bottom(), kArea.bottom() - m_height) << "above the time's";
@@ -93,10 +93,22 @@ TEST_F(PictureTextsTest, TheAgeKeepsItsLineWithoutATimeAndBesideAStatus) {
     EXPECT_EQ(changed(drawn({.age = age, .status = "Could not"}), lower), line);
 }
 
+TEST_F(PictureTextsTest, AnAgeStandsOnAmberAndAfterAnHourOnRed) {
+    const auto ground = [this](const ImageAge& age) {
+        const QImage picture = drawn({.age = age});
+        return QColor(picture.pixel(kArea.left() + 2, kArea.bottom() + 1 - 2 * m_height));
+    };
+    EXPECT_EQ(ground({"Image is 43 minutes old", false}), QColor(255, 191, 0));
+    EXPECT_EQ(ground({"Image is 2 days old", true}), QColor(192, 0, 0));
+    // What the picture is about stays white beside it.
+    const QImage both = drawn({.about = "MUX", .age = {"Image is 2 days old", true}});
+    EXPECT_EQ(both.pixel(kArea.left() + 2, kArea.bottom() + 1 - 2 * m_height), 0xFFFFFFFF);
+}
+
 TEST_F(PictureTextsTest, NothingLeavesTheArea) {
     const QRect small(100, 100, 30, 30);
     const QImage picture =
-        drawn({"5:54", "about", "age", "a status that is far too long\n"}, small);
+        drawn({"5:54", "about", {"age"}, "a status that is far too long\n"}, small);
     EXPECT_TRUE(small.contains(changed(picture, QRect(0, 0, 320, 240))));
 }
 

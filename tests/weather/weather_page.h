@@ -136,12 +136,16 @@ protected:
     }
     /// Heartbeats at a time, as many as the item needs for one tick.
     void beatAt(FileTime time) {
+        beginBeatAt(time);
+        finish();
+    }
+    /// The same, but what it starts goes on.
+    void beginBeatAt(FileTime time) {
         m_clock.set(time);
         CHeartbeat::program().Beat(); // the clock jumped: nobody counts
         for (int i = 0; i < 5; ++i) {
             CHeartbeat::program().Beat();
         }
-        finish();
     }
     void tick() {
         m_item->Tick();

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "radar/warnings_file.h"
+
+#include "core/whole_file.h"
+#include "radar/cache.h"
+#include "radar/catalogue/frame_name.h"
+#include "radar/catalogue/products.h"
+#include "radar/image/image_file.h"
+#include "radar/radar_state.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+namespace raincast {
+
+namespace {
+
+constexpr qint64 kMostNoteBytes = 64;
+constexpr FileTime kMostOlderThanFrame = 15 * kFileTimePerMinute;
+
+QString pictureFile(const QString& cacheFolder, const QString& siteId) {
+    return siteCacheFolder(cacheFolder, siteId) + u'/' + warningsFileName(siteId);
+}
+
+QString noteFile(const QString& cacheFolder, const QString& siteId) {
+    const QFileInfo picture(pictureFile(cacheFolder, siteId));
+    return picture.path() + u'/' + picture.completeBaseName() + QStringLiteral(".time");
+}
+
+} // namespace
+
+void noteWarnings(const QString& cacheFolder, const RadarWarnings& warnings) {
+    const auto seconds = static_cast<qint64>(toUnixSeconds(warnings.fetched));
+    const QString time = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(Qt::ISODate);
+    const QString note = warnings.range + u' ' + time + u'\n';
+    static_cast<void>(
+        replaceFile(noteFile(cacheFolder, warnings.siteId), note.toLatin1(), Lasting::no)
+    );
+}
+
+RadarWarnings
+loadWarnings(const QString& cacheFolder, const QString& siteId, const QString& range) {
+    RadarWarnings warnings{nullptr, siteId, range, 0};
+    const auto note = readWhole(noteFile(cacheFolder, siteId), kMostNoteBytes);
+    const QStringList words =
+        QString::fromLatin1(note.value_or(QByteArray())).simplified().split(u' ');
+    if (words.size() != 2 || words[0] != range) {
+        return warnings;
+    }
+    const QDateTime time = QDateTime::fromString(words[1], Qt::ISODate);
+    if (time.isValid()) {
+        warnings.fetched = kUnixEpoch + time.toSecsSinceEpoch() * kFileTimePerSecond;
+        warnings.picture = LoadImageFile(pictureFile(cacheFolder, siteId), kMostRadarPixels);
+    }
+    return warnings;
+}
+
+WarningsUse warningsUse(const RadarState& state) {
+    const RadarWarnings& warnings = state.warnings;
+    if (!state.showWarnings || !warnings.picture || state.frames.empty() ||
+        warnings.siteId != state.siteId || warnings.range != ProductRange(state.product)) {
+        return WarningsUse::none;
+    }
+    const auto newest = frameTime(QFileInfo(state.frames.back().path).fileName());
+    const bool stale = newest && *newest - warnings.fetched > kMostOlderThanFrame;
+    return stale ? WarningsUse::stale : WarningsUse::drawn;
+}
+
+} // namespace raincast
