@@ -61,7 +61,10 @@ void editMarks(CItemMapView& view) {
     if (view.placed()) {
         goTo = [&view](GeoPosition place) { return view.goTo(place); };
     }
-    MarksDialog(*view.marks(), fix ? fix : view.centreOnImage(), goTo).run(view.page()->widget());
+    CAppPaged* const application = view.page()->application();
+    Undo* const undo = application != nullptr ? application->undo() : nullptr;
+    MarksDialog(*view.marks(), undo, fix ? fix : view.centreOnImage(), goTo)
+        .run(view.page()->widget());
 }
 
 void goToPosition(CItemMapView& view) {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace raincast {
 
@@ -95,6 +96,23 @@ void CMarkManager::remove(const COverlayMark& mark) {
     UserChange::announce();
 }
 
+CMarkManager::Kept CMarkManager::keep(const COverlayMark& mark) const {
+    const auto place =
+        static_cast<std::size_t>(std::distance(m_marks.begin(), placeOf(m_marks, mark)));
+    return {mark, place, isTarget(mark), m_startLine.reference};
+}
+
+void CMarkManager::putBack(const Kept& kept) {
+    const auto place = static_cast<std::ptrdiff_t>(std::min(kept.place, m_marks.size()));
+    COverlayMark& mark = *m_marks.emplace(std::next(m_marks.begin(), place));
+    static_cast<MarkData&>(mark) = kept.data;
+    mark.announceChanged();
+    if (kept.isTarget && !hasTarget()) {
+        takeTarget(mark, kept.start);
+    }
+    UserChange::announce();
+}
+
 void CMarkManager::clear() {
     dropTarget();
     while (!m_marks.empty()) {
@@ -106,14 +124,19 @@ void CMarkManager::setTarget(const COverlayMark& mark) {
     if (placeOf(m_marks, mark) == m_marks.end() || !mark.isPlaced()) {
         return;
     }
-    takeTarget(mark);
+    takeTarget(mark, std::nullopt);
     UserChange::announce();
 }
 
-void CMarkManager::takeTarget(const COverlayMark& mark) {
+void CMarkManager::takeTarget(const COverlayMark& mark, std::optional<LocalOffset> lineStart) {
     m_target = targetOf(mark);
     m_targetMark = &mark;
     dropNavigation();
+    const LocalOffset start = lineStart.value_or(LocalOffset());
+    const bool onEarth = std::hypot(start.eastMetres, start.northMetres) < kMostStartMetres;
+    if (const auto line = onEarth ? lineFrom(start) : std::nullopt) {
+        m_startLine = *line;
+    }
 }
 
 void CMarkManager::clearTarget() {
@@ -136,12 +159,7 @@ bool CMarkManager::restoreTarget(const Target& target) {
     if (found == m_marks.end()) {
         return false;
     }
-    takeTarget(*found);
-    const auto start = target.start.value_or(LocalOffset());
-    const bool onEarth = std::hypot(start.eastMetres, start.northMetres) < kMostStartMetres;
-    if (const auto line = onEarth ? lineFrom(start) : std::nullopt) {
-        m_startLine = *line;
-    }
+    takeTarget(*found, target.start);
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include "persist/serializable.h"
 #include "position/data_gps_position.h"
 
+#include <cstddef>
 #include <list>
 #include <optional>
 
@@ -37,6 +38,18 @@ public:
     /// A mark that is not of this manager changes nothing, here and below.
     void rename(const COverlayMark& mark, const QString& name);
     void remove(const COverlayMark& mark);
+
+    /// A mark that is about to be removed, for putBack().
+    struct Kept {
+        MarkData data;
+        std::size_t place = 0; ///< among the marks
+        bool isTarget = false;
+        std::optional<LocalOffset> start; ///< of the line to the target
+    };
+    [[nodiscard]] Kept keep(const COverlayMark& mark) const;
+    /// Adds the mark again, where it was. It is the target again if it was and there is no other.
+    void putBack(const Kept& kept);
+
     /// Removes all of them.
     void clear();
 
@@ -87,7 +100,7 @@ private:
     [[nodiscard]] static std::optional<StartLine> lineFrom(const LocalOffset& start);
 
     void onPublished(CDataGPSPosition& position) override;
-    void takeTarget(const COverlayMark& mark);
+    void takeTarget(const COverlayMark& mark, std::optional<LocalOffset> lineStart);
     void dropTarget();
     void navigate(float course);
     [[nodiscard]] float crossTrack(const LocalOffset& offset);

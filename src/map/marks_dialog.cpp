@@ -9,6 +9,7 @@
 #include "window/row_delegate.h"
 #include "window/screen_metrics.h"
 #include "window/type_ahead.h"
+#include "window/undo.h"
 
 #include <QIcon>
 #include <QListWidget>
@@ -79,8 +80,10 @@ QIcon targetIcon(const QListWidget& list) {
 
 } // namespace
 
-MarksDialog::MarksDialog(CMarkManager& marks, const std::optional<GeoPosition>& from, GoTo goTo)
-    : Dialog(kTemplate), m_marks(marks), m_from(from), m_goTo(std::move(goTo)) {}
+MarksDialog::MarksDialog(
+    CMarkManager& marks, Undo* undo, const std::optional<GeoPosition>& from, GoTo goTo
+)
+    : Dialog(kTemplate), m_marks(marks), m_undo(undo), m_from(from), m_goTo(std::move(goTo)) {}
 
 bool MarksDialog::onInitialise() {
     list().setItemDelegate(new RowDelegate(&list()));
@@ -88,6 +91,10 @@ bool MarksDialog::onInitialise() {
     const int extent = list().fontMetrics().ascent();
     list().setIconSize({extent, extent});
     new TypeAhead(list());
+    host(m_undo, [this] {
+        fill();
+        updateButtons();
+    });
     fill();
     updateButtons();
     return true;
@@ -109,6 +116,7 @@ const COverlayMark* MarksDialog::selected() const {
 
 void MarksDialog::fill() {
     const QSignalBlocker quiet(list());
+    list().clear();
     m_rows = listMarks(m_marks.marks(), m_from);
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         list().addItem(new QListWidgetItem);
@@ -212,7 +220,13 @@ void MarksDialog::deleteMark() {
     if (row < 0) {
         return;
     }
+    const CMarkManager::Kept kept = m_marks.keep(*selected());
     m_marks.remove(*selected());
+    if (m_undo != nullptr) {
+        m_undo->offer(Undo::deleted(shownMarkName(kept.data.name)), [&marks = m_marks, kept] {
+            marks.putBack(kept);
+        });
+    }
     {
         const QSignalBlocker quiet(list());
         m_rows.erase(m_rows.begin() + row);

@@ -25,9 +25,9 @@ public:
     /// Shows a position on the map; false if it is not on it.
     using GoTo = std::function<bool(GeoPosition place)>;
 
-    /// The marks are borrowed. Distances are from `from`, left out without one. Without `goTo`
-    /// there is no map to show a mark on.
-    MarksDialog(CMarkManager& marks, const std::optional<GeoPosition>& from, GoTo goTo);
+    /// Marks and undo are borrowed; without an undo nothing can be put back. Distances are from
+    /// `from`, left out without one. Without `goTo` there is no map to show a mark on.
+    MarksDialog(CMarkManager& marks, Undo* undo, const std::optional<GeoPosition>& from, GoTo goTo);
 
     bool onInitialise() override;
     /// Shows the selected mark on the map and ends; where it is not on it, says so and stays.
@@ -50,6 +50,7 @@ private:
     void deleteMark();
 
     CMarkManager& m_marks;
+    Undo* m_undo;
     std::optional<GeoPosition> m_from;
     GoTo m_goTo;
     std::vector<MarkRow> m_rows; ///< of the list, in its order

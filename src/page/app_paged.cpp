@@ -22,6 +22,7 @@
 #include <QMenu>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace raincast {
@@ -48,6 +49,7 @@ void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, Q
     m_notice->setForegroundRole(QPalette::ToolTipText);
     m_notice->setAutoFillBackground(true);
     rows->add(*m_notice);
+    m_undo = new Undo(*rows);
     Window::attach(window, &client);
 }
 
@@ -59,6 +61,7 @@ auto CAppPaged::positionOf(const Page* page) const -> std::optional<Position> {
 }
 
 CAppPaged::Page& CAppPaged::append(std::unique_ptr<Page> page) {
+    page->m_application = this;
     return *m_pages.emplace_back(std::move(page));
 }
 
@@ -129,7 +132,14 @@ void CAppPaged::nextEnabledWithWrap() {
     }
 }
 
+void CAppPaged::dropUndo() {
+    if (m_undo) {
+        m_undo->drop();
+    }
+}
+
 void CAppPaged::clear() {
+    dropUndo(); // it may know the pages
     select(std::nullopt);
     m_pages.clear();
     showState();
@@ -141,6 +151,69 @@ void CAppPaged::restoreDefaultPages() {
     clear();
     createDefaultPages();
     nextEnabledWithWrap();
+}
+
+void CAppPaged::deletePage(Position position) {
+    if (position >= m_pages.size()) {
+        return;
+    }
+    const Page* const shown = m_current;
+    select(std::nullopt);
+    const auto place = m_pages.begin() + static_cast<std::ptrdiff_t>(position);
+    const auto page = std::make_shared<std::unique_ptr<Page>>(std::move(*place));
+    m_pages.erase(place);
+    showState();
+    UserChange::announce();
+    if (m_undo) {
+        m_undo->offer(Undo::deleted((*page)->shownName()), [this, page, position, shown] {
+            putBack(std::move(*page), position, shown);
+        });
+    }
+}
+
+void CAppPaged::putBack(std::unique_ptr<Page> page, Position position, const Page* shownBefore) {
+    const Position place = std::min(position, m_pages.size());
+    m_pages.insert(m_pages.begin() + static_cast<std::ptrdiff_t>(place), std::move(page));
+    UserChange::announce();
+    if (m_current == nullptr) {
+        select(positionOf(shownBefore));
+    }
+    showState();
+}
+
+void CAppPaged::replaceByDefaultPages() {
+    dropUndo(); // it may know a page
+    const Page* const shown = m_current;
+    select(std::nullopt);
+    const auto pages = std::make_shared<PageList>(std::exchange(m_pages, {}));
+    createDefaultPages();
+    std::vector<const Page*> instead;
+    std::transform(
+        m_pages.begin(), m_pages.end(), std::back_inserter(instead),
+        [](const auto& page) { return page.get(); }
+    );
+    UserChange::announce();
+    if (m_undo && !pages->empty()) {
+        m_undo->offer(QStringLiteral("Restored default pages."), [this, pages, instead, shown] {
+            putBack(std::move(*pages), instead, shown);
+        });
+    }
+    nextEnabledWithWrap(); // last: it may ask for a site
+}
+
+// In the place of the default pages; what the user has added since stays.
+void CAppPaged::putBack(
+    PageList pages, const std::vector<const Page*>& instead, const Page* shownBefore
+) {
+    select(std::nullopt);
+    for (auto& page : m_pages) {
+        if (std::find(instead.begin(), instead.end(), page.get()) == instead.end()) {
+            pages.push_back(std::move(page));
+        }
+    }
+    m_pages = std::move(pages);
+    UserChange::announce();
+    select(positionOf(shownBefore));
 }
 
 bool CAppPaged::addPage(QWidget* parent) {
@@ -181,6 +254,7 @@ void CAppPaged::remove(Position position) {
     if (m_pages[position].get() == m_current) {
         select(std::nullopt);
     }
+    dropUndo(); // it may know the page
     m_pages.erase(m_pages.begin() + static_cast<std::ptrdiff_t>(position));
     UserChange::announce();
     showState();

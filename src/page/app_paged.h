@@ -2,6 +2,7 @@
 #pragma once
 
 #include "persist/serializable.h"
+#include "window/undo.h"
 #include "window/window.h"
 
 #include <cstddef>
@@ -79,6 +80,14 @@ public:
     /// with the list as it was, if the user chose none or the page could not be created.
     bool addPage(QWidget* parent);
 
+    /// What puts back what the user deletes; null without a window.
+    [[nodiscard]] Undo* undo() const { return m_undo; }
+
+    /// As the user wants it: shows no page, and takes one out of the list. It can be put back.
+    void deletePage(Position position);
+    /// The same for all pages, in whose place the default ones come.
+    void replaceByDefaultPages();
+
     /// Swaps a page with its neighbour behind it; nothing without one.
     void swapWithNext(Position position);
     /// Destroys a page and takes it out of the list. If it is the current one, none is current
@@ -109,11 +118,15 @@ private:
     [[nodiscard]] bool onZoom(QEvent& event);
     void deactivateCurrent();
     void showState();
+    void putBack(std::unique_ptr<Page> page, Position position, const Page* shownBefore);
+    void putBack(PageList pages, const std::vector<const Page*>& instead, const Page* shownBefore);
+    void dropUndo();
 
     PageList m_pages;
     Page* m_current = nullptr;
     QPointer<QWidget> m_client;
     QPointer<QLabel> m_notice;
+    QPointer<Undo> m_undo;
     CommandSet* m_commands = nullptr;
     QPointer<QMenu> m_menu;
     std::unique_ptr<PageMenu> m_pageMenu;

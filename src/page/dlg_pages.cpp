@@ -61,8 +61,15 @@ CAppPaged::CDlgPages::CDlgPages(CAppPaged& application)
 bool CAppPaged::CDlgPages::onInitialise() {
     m_selected = m_application.current();
     list().setItemDelegate(new RowDelegate(&list()));
+    host(m_application.undo(), [this] { showPutBack(); });
     fill();
     return true;
+}
+
+// The page that is shown again, or else the one that was selected.
+void CAppPaged::CDlgPages::showPutBack() {
+    m_selected = m_application.current() != nullptr ? m_application.current() : m_selected;
+    fill();
 }
 
 QListWidget& CAppPaged::CDlgPages::list() const {
@@ -181,8 +188,7 @@ void CAppPaged::CDlgPages::deletePage() {
     if (!position) {
         return;
     }
-    m_application.select(std::nullopt);
-    m_application.remove(*position);
+    m_application.deletePage(*position);
     const auto& pages = m_application.pages();
     m_selected = pages.empty() ? nullptr : pages[*position > 0 ? *position - 1 : 0].get();
     fill();
@@ -197,8 +203,7 @@ void CAppPaged::CDlgPages::addPage() {
 void CAppPaged::CDlgPages::restoreDefault() {
     m_selected = nullptr;
     end(kCancel);
-    UserChange::announce();
-    m_application.restoreDefaultPages();
+    m_application.replaceByDefaultPages();
 }
 
 void CAppPaged::CDlgPages::onOk() {

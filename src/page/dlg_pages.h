@@ -32,6 +32,7 @@ public:
 private:
     [[nodiscard]] QListWidget& list() const;
     void fill();
+    void showPutBack();
     /// -1 for none.
     [[nodiscard]] int selectedRow() const;
     void readSelection();

@@ -12,6 +12,15 @@ namespace raincast {
 ItemCatalogueEntry::ItemCatalogueEntry(QString name, std::uint32_t typeId, int rank)
     : RankedRecord(rank), m_name(std::move(name)), m_typeId(typeId) {}
 
+QString ItemCatalogueEntry::nameOf(std::uint32_t typeId) {
+    for (const ItemCatalogueEntry* entry : all()) {
+        if (entry->typeId() == typeId) {
+            return entry->name().section(u':', -1);
+        }
+    }
+    return {};
+}
+
 std::unique_ptr<CPageDisplay::CItem> selectDisplayItem(QWidget* parent) {
     CDlgItemTypeSelect dialog(QStringLiteral("Select Display Item"));
     for (const ItemCatalogueEntry* entry : ItemCatalogueEntry::all()) {

@@ -28,6 +28,10 @@ public:
     [[nodiscard]] const QString& name() const { return m_name; }
     [[nodiscard]] std::uint32_t typeId() const { return m_typeId; }
 
+    /// The name of the items of a serializable type, without their category; empty for a type that
+    /// the user cannot add.
+    [[nodiscard]] static QString nameOf(std::uint32_t typeId);
+
 private:
     const QString m_name;
     const std::uint32_t m_typeId;

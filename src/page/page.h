@@ -67,6 +67,9 @@ public:
     [[nodiscard]] const PageType* pageType() const { return m_pageType; }
     void setPageType(const PageType* pageType) { m_pageType = pageType; }
 
+    /// The application whose page this is; null until it is appended to one.
+    [[nodiscard]] CAppPaged* application() const { return m_application; }
+
     /// Whether this is the current page.
     [[nodiscard]] bool active() const { return m_active; }
 
@@ -84,6 +87,7 @@ private:
     void unmergeMenus();
     void menusChanged();
 
+    CAppPaged* m_application = nullptr;
     QString m_name;
     const PageType* m_pageType;
     bool m_enabled = true;

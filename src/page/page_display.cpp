@@ -9,10 +9,13 @@
 #include "page/page_type.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
+#include "persist/serializable_list.h"
 #include "window/command_set.h"
 #include "window/device_pixels.h"
 #include "window/menu_table.h"
+#include "window/undo.h"
 
+#include <QBuffer>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -165,6 +168,10 @@ void CPageDisplay::chooseAndAddItem() {
 }
 
 void CPageDisplay::deleteSelected() {
+    const auto place = std::find_if(m_items.begin(), m_items.end(), [this](const auto& each) {
+        return each.get() == m_selected;
+    });
+    const auto position = static_cast<std::size_t>(place - m_items.begin());
     const auto item = takeSelected();
     m_selected = nullptr;
     if (!item) {
@@ -175,6 +182,43 @@ void CPageDisplay::deleteSelected() {
     const auto needs = [&item](const auto& other) { return other->menuId() == item->menuId(); };
     if (std::none_of(m_items.begin(), m_items.end(), needs)) {
         removeMenu(item->menuId());
+    }
+    offerUndo(*item, position);
+}
+
+// What is put back is made of what a page file would hold: all that the item does has ended.
+void CPageDisplay::offerUndo(const CItem& item, std::size_t place) {
+    Undo* const undo = application() != nullptr ? application()->undo() : nullptr;
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    CSerialWriter writer(buffer);
+    const QString name = ItemCatalogueEntry::nameOf(item.GetTypeId());
+    if (undo != nullptr && !name.isEmpty() && writer.writeObject(item) && writer.finish()) {
+        undo->offer(Undo::deleted(name), [this, bytes = buffer.data(), place] {
+            putBack(bytes, place);
+        });
+    }
+}
+
+void CPageDisplay::putBack(const QByteArray& item, std::size_t place) {
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(item.constData());
+    CSerialReader reader({bytes, static_cast<std::size_t>(item.size())});
+    std::unique_ptr<CSerializable> object;
+    if (!reader.readObject(object) || dynamic_cast<CItem*>(object.get()) == nullptr) {
+        destroyObject(std::move(object));
+        return;
+    }
+    CItem& added = addItem(std::unique_ptr<CItem>(dynamic_cast<CItem*>(object.release())));
+    const auto behind =
+        m_items.begin() + static_cast<std::ptrdiff_t>(std::min(place, m_items.size() - 1));
+    std::rotate(behind, m_items.end() - 1, m_items.end());
+    UserChange::announce();
+    if (widget() != nullptr) {
+        m_selected = &added;
+        prepare(added);
+        added.followPageSize();
+        invalidate();
+        added.windowCreated(); // last: it may show a dialog
     }
 }
 

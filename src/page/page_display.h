@@ -8,6 +8,7 @@
 #include "window/window.h"
 #include "window/zoom_input.h"
 
+#include <QByteArray>
 #include <QSize>
 #include <QString>
 #include <QWidget>
@@ -111,6 +112,8 @@ private:
     void deleteSelected();
     void bringSelectedToFront();
     [[nodiscard]] std::unique_ptr<CItem> takeSelected();
+    void offerUndo(const CItem& item, std::size_t place);
+    void putBack(const QByteArray& item, std::size_t place);
 
     QSize m_deviceSize;
     bool m_layoutMode = false;

@@ -5,9 +5,11 @@
 #include "window/dialog_widget.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
+#include "window/undo.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>
+#include <QHideEvent>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -16,6 +18,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <utility>
 
 namespace raincast {
 
@@ -85,7 +88,12 @@ int Dialog::run(QWidget* parent) {
         SizeEvent size(m_client->width(), m_client->height());
         QCoreApplication::sendEvent(dialog, &size);
     }
-    const int result = m_result ? *m_result : Modal::run(*dialog);
+    const bool ended = m_result.has_value();
+    const int result = ended ? *m_result : Modal::run(*dialog);
+    if (dialog && ended) {
+        QHideEvent neverShown; // what it hosts hears of the end by this
+        QCoreApplication::sendEvent(dialog, &neverShown);
+    }
     if (dialog) {
         destroyWindow(*dialog);
     }
@@ -115,6 +123,12 @@ bool Dialog::dialogProcedure(QEvent& event) {
 QWidget* Dialog::findControl(int id) const {
     const auto* const dialog = static_cast<const DialogWidget*>(widget());
     return dialog != nullptr ? dialog->control(id) : nullptr;
+}
+
+void Dialog::host(Undo* undo, std::function<void()> undone) {
+    if (undo != nullptr) {
+        undo->moveInto(*static_cast<DialogWidget*>(widget()), std::move(undone));
+    }
 }
 
 void Dialog::setCaption(const QString& caption) {

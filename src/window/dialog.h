@@ -6,11 +6,13 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace raincast {
 
 class DialogWidget;
+class Undo;
 
 /// A modal dialog made from a template. The object usually lives on its caller's stack; its
 /// widgets live only while run() does, and so do all the helpers' effects.
@@ -57,6 +59,10 @@ public:
     void end(int result);
 
 protected:
+    /// Has the row that undoes the last deletion stand in the running dialog; `undone` is called
+    /// after each step back. Null: there is none.
+    void host(Undo* undo, std::function<void()> undone);
+
     /// A control of the running dialog, or null: control<QCheckBox>(1042).
     template<typename Widget = QWidget>
     [[nodiscard]] Widget* control(int id) const {

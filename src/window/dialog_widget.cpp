@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace raincast {
 
@@ -81,23 +82,66 @@ void DialogWidget::takeSize(const QSize& clientSize, const QSize& leastSize) {
     QSize wanted(
         std::max(clientSize.width(), buttons.width()), clientSize.height() + buttons.height()
     );
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrollArea);
+    const QSize least = m_client->minimumSize();
+    if (least.height() + buttons.height() > room().height()) {
+        wanted.rwidth() += scrollBar;
+    }
+    if (least.width() > room().width()) {
+        wanted.rheight() += scrollBar;
+    }
+    resize(wanted.boundedTo(room()));
+    if (!resizable) {
+        setFixedSize(size());
+    }
+}
+
+// What the screen has for the dialog, inside of its frame.
+QSize DialogWidget::room() const {
     const QSize frame =
         parentWidget() != nullptr
             ? parentWidget()->window()->frameGeometry().size() - parentWidget()->window()->size()
             : QSize(0, 0);
-    const QSize room = ScreenMetrics::current().available - frame;
-    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrollArea);
-    const QSize least = m_client->minimumSize();
-    if (least.height() + buttons.height() > room.height()) {
-        wanted.rwidth() += scrollBar;
+    return ScreenMetrics::current().available - frame;
+}
+
+int DialogWidget::buttonsHeight() const {
+    return m_doneButtons != nullptr ? m_doneButtons->sizeHint().height() : 0;
+}
+
+void DialogWidget::addRow(QWidget& row) {
+    layout()->addWidget(&row);
+    row.installEventFilter(this);
+}
+
+bool DialogWidget::eventFilter(QObject* row, QEvent* event) {
+    if (event->type() == QEvent::Show) {
+        makeRoomFor(*static_cast<QWidget*>(row));
+    } else if (event->type() == QEvent::Hide && m_sizeWithoutRow.isValid() && isVisible()) {
+        become(std::exchange(m_sizeWithoutRow, {}));
     }
-    if (least.width() > room.width()) {
-        wanted.rheight() += scrollBar;
+    return QDialog::eventFilter(row, event);
+}
+
+void DialogWidget::makeRoomFor(const QWidget& row) {
+    const int high =
+        row.hasHeightForWidth() ? row.heightForWidth(width()) : row.sizeHint().height();
+    QSize wanted(width(), m_client->minimumHeight() + buttonsHeight() + high);
+    if (wanted.height() <= height()) {
+        return;
     }
-    resize(wanted.boundedTo(room));
-    if (!resizable) {
-        setFixedSize(size());
+    if (wanted.height() > room().height()) {
+        wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrollArea);
     }
+    if (!m_sizeWithoutRow.isValid()) {
+        m_sizeWithoutRow = size();
+    }
+    become(wanted.boundedTo(room()));
+}
+
+void DialogWidget::become(const QSize& wanted) {
+    const bool fixed = minimumSize() == maximumSize();
+    fixed ? setFixedSize(wanted) : resize(wanted);
 }
 
 void DialogWidget::focusFirst() {

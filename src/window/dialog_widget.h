@@ -26,11 +26,17 @@ public:
     [[nodiscard]] QWidget& client() const { return *m_client; }
     [[nodiscard]] QWidget* control(int id) const;
 
+    /// Adds a row below all others. Where there is no room for it the dialog is larger for as long
+    /// as the row is shown.
+    void addRow(QWidget& row);
+
     /// Gives the focus to the first control that takes input, else to button 1.
     void focusFirst();
 
     /// Cancelling in any of Qt's ways is command 2.
     void reject() override;
+
+    bool eventFilter(QObject* row, QEvent* event) override;
 
 protected:
     bool event(QEvent* event) override;
@@ -38,12 +44,17 @@ protected:
 
 private:
     void addDoneButtons();
+    [[nodiscard]] QSize room() const;
+    [[nodiscard]] int buttonsHeight() const;
+    void makeRoomFor(const QWidget& row);
+    void become(const QSize& wanted);
     void takeSize(const QSize& clientSize, const QSize& leastSize);
 
     Dialog* m_dialog; // null once the dialog is over
     QScrollArea* m_scrollArea;
     QWidget* m_client;
     QDialogButtonBox* m_doneButtons = nullptr;
+    QSize m_sizeWithoutRow; // while it is another one
 };
 
 } // namespace raincast

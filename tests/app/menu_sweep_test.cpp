@@ -12,6 +12,8 @@
 #include "support/pointer.h"
 #include "weather/dialog_controls.h"
 #include "window/commands.h"
+#include "window/modal.h"
+#include "window/undo.h"
 
 #include <QBuffer>
 #include <QToolBar>
@@ -353,11 +355,12 @@ protected:
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
         EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-        // A page, or the hint that there is no page, and nothing else.
+        // A page, or the hint that there is no page, and nothing else but what can be undone.
         int shown = 0;
         for (const QObject* child : viewer.window()->client()->children()) {
             const auto* const widget = qobject_cast<const QWidget*>(child);
-            shown += widget != nullptr && widget->isVisible() ? 1 : 0;
+            const bool undo = dynamic_cast<const Undo*>(child) != nullptr;
+            shown += widget != nullptr && !undo && widget->isVisible() ? 1 : 0;
         }
         EXPECT_EQ(shown, 1);
         EXPECT_FALSE(pageOf(viewer).isNull());

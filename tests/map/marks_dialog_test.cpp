@@ -85,7 +85,7 @@ protected:
 
     int run(test::DialogScript::Step step, const std::optional<GeoPosition>& from = kHere) {
         script.expect(kCaption, std::move(step));
-        MarksDialog dialog(marks, from, goTo);
+        MarksDialog dialog(marks, nullptr, from, goTo);
         return dialog.run(nullptr);
     }
     const COverlayMark& mark(int index) const { return *std::next(marks.marks().begin(), index); }

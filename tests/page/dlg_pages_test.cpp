@@ -331,6 +331,8 @@ TEST_F(DlgPagesTest, DeletingSelectsThePageBeforeAndShowsNone) {
     expectPages([this](QDialog& open) {
         pageLog().clear();
         click(open, kDelete);
+        EXPECT_THAT(pageLog(), ElementsAre("B deactivate"));
+        app.undo()->drop(); // as it is after ten seconds
         EXPECT_THAT(pageLog(), ElementsAre("B deactivate", "B destroyed"));
         EXPECT_EQ(app.shown(), "-");
         EXPECT_THAT(rows(listOf(open)), ElementsAre("A", "C"));
