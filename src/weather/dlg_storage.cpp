@@ -2,6 +2,7 @@
 #include "weather/dlg_storage.h"
 
 #include "core/storage_cards.h"
+#include "radar/cache.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"
@@ -9,7 +10,10 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QLocale>
+#include <QStorageInfo>
 
+#include <algorithm>
 #include <utility>
 
 namespace raincast {
@@ -23,12 +27,13 @@ enum Control {
     kCleanBasemaps = 1073,
     kKeepBasemaps = 1074,
     kPlaceLabel = 1075,
+    kAmount = 1076,
 };
 
 const DialogTemplateRecord record{
     {kStorageDialog,
      QStringLiteral("Radar Image Storage"),
-     {122, 104},
+     {122, 118},
      {
          {kPlaceLabel, ControlKind::label, QStringLiteral("Cache &images on:"), {4, 4, 114, 12}},
          {kPlace, ControlKind::comboBox, {}, {4, 18, 114, 14}},
@@ -36,18 +41,19 @@ const DialogTemplateRecord record{
           ControlKind::checkBox,
           QStringLiteral("&Cleanup cached files"),
           {4, 38, 114, 14}},
+         {kAmount, ControlKind::label, {}, {12, 53, 106, 12}},
          {kKeepRadar,
           ControlKind::checkBox,
           QStringLiteral("Keep nearby &radar images"),
-          {12, 54, 106, 14}},
+          {12, 68, 106, 14}},
          {kCleanBasemaps,
           ControlKind::checkBox,
           QStringLiteral("Cleanup &basemaps"),
-          {12, 70, 106, 14}},
+          {12, 84, 106, 14}},
          {kKeepBasemaps,
           ControlKind::checkBox,
           QStringLiteral("&Keep nearby basemaps"),
-          {20, 86, 98, 14}},
+          {20, 100, 98, 14}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};
@@ -67,6 +73,19 @@ constexpr CleanupBox kBoxes[] = {
     {kKeepBasemaps, &StorageCleanup::keepNearbyBasemaps},
 };
 
+/// "1,204 files, 31 MB (12 GB free)"
+QString amountText(const StorageCount& count, qint64 freeBytes) {
+    const QLocale locale(QLocale::English, QLocale::UnitedStates);
+    const auto size = [&locale](qint64 bytes) {
+        return locale.formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
+    };
+    const QString files = count.files == 1
+                              ? QStringLiteral("1 file")
+                              : locale.toString(count.files) + QStringLiteral(" files");
+    return QStringLiteral("%1, %2 (%3 free)")
+        .arg(files, size(count.bytes), size(std::max<qint64>(freeBytes, 0)));
+}
+
 } // namespace
 
 CDlgStorage::CDlgStorage(StorageRequest request, Waiting waiting)
@@ -84,6 +103,7 @@ bool CDlgStorage::onInitialise() {
         control<QCheckBox>(box.control)->setChecked(StorageCleanup{}.*box.chosen);
     }
     control(kKeepBasemaps)->setEnabled(false);
+    count();
     return true;
 }
 
@@ -92,6 +112,9 @@ void CDlgStorage::onDialogCommand(int id, QWidget* sender, int notification) {
         enableBoxes();
     } else if (id == kCleanBasemaps) {
         control(kKeepBasemaps)->setEnabled(control<QCheckBox>(kCleanBasemaps)->isChecked());
+    }
+    if (kPlace <= id && id <= kKeepBasemaps && !working()) {
+        count();
     }
     Dialog::onDialogCommand(id, sender, notification);
 }
@@ -102,6 +125,22 @@ void CDlgStorage::enableBoxes() {
     for (const int box : {kCleanBasemaps, kKeepRadar, kKeepBasemaps}) {
         control(box)->setEnabled(enabled);
     }
+}
+
+// In another thread: a card may be slow.
+void CDlgStorage::count() {
+    const auto work = [request = chosen()] {
+        const QString place = request.card.value_or(internalCacheFolder());
+        return std::pair(
+            countCleanUp(request.cacheFolder, request.cleanup, request.viewCentre),
+            QStorageInfo(place).bytesAvailable()
+        );
+    };
+    m_counting.emplace().run(work, [this](const std::pair<StorageCount, qint64>& result) {
+        if (widget() != nullptr) {
+            setText(kAmount, amountText(result.first, result.second));
+        }
+    });
 }
 
 StorageRequest CDlgStorage::chosen() const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/background.h"
 #include "core/errand.h"
 #include "core/mailbox.h"
 #include "weather/storage.h"
@@ -10,12 +11,14 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 namespace raincast {
 
 /// "Radar Image Storage": moves the image cache and cleans it up. OK has that done in the
 /// background and then closes the dialog; until then it cannot be cancelled. A failure shows a
-/// message and leaves the dialog open.
+/// message and leaves the dialog open. A line says how much would be deleted and how much space is
+/// free, as the user chooses.
 class CDlgStorage : public Dialog {
 public:
     /// Called before the work begins (true) and after it has ended (false).
@@ -40,6 +43,7 @@ public:
 
 private:
     void enableBoxes();
+    void count();
     void showProgress(int done, int wanted);
     void ended();
     [[nodiscard]] StorageRequest chosen() const;
@@ -48,7 +52,8 @@ private:
     Waiting m_waiting;
     QStringList m_cards;
     ComboList m_places;
-    QString m_label; ///< that gave its place to the progress
+    QString m_label;                      ///< that gave its place to the progress
+    std::optional<Background> m_counting; ///< its end drops the result
     Mailbox m_progress;
     StorageResult m_result; ///< of the work
     Errand m_work;          // last: it uses the rest until it ends

@@ -9,8 +9,9 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QStringList>
 
-#include <initializer_list>
+#include <utility>
 
 namespace raincast {
 
@@ -18,21 +19,38 @@ namespace {
 
 constexpr float kNearbyMetres = 300'000;
 
-void deleteKinds(const QString& folder, std::initializer_list<QChar> kinds) {
-    for (const QChar kind : kinds) {
-        DeleteMatchingExcept(folder, QStringLiteral("\?\?\?_") + kind + u'*', {});
-    }
-}
-
-void cleanUpSite(const QString& folder, const StorageCleanup& cleanup, bool far) {
+/// The patterns of the names of a site's files that a clean-up deletes.
+QStringList patternsToDelete(const StorageCleanup& cleanup, bool far) {
+    QString kinds;
     if (far || !cleanup.keepNearbyRadar) {
-        deleteKinds(folder, {u'2', u'W', u'N'});
+        kinds += QStringLiteral("2WN");
     }
     if (cleanup.basemaps && (far || !cleanup.keepNearbyBasemaps)) {
-        deleteKinds(folder, {u'C', u'H', u'R', u'T'});
+        kinds += QStringLiteral("CHRT");
     }
-    // Removes only an empty folder.
-    QDir().rmdir(folder);
+    QStringList patterns;
+    for (const QChar kind : std::as_const(kinds)) {
+        patterns.append(QStringLiteral("\?\?\?_") + kind + u'*');
+    }
+    return patterns;
+}
+
+/// Calls `visit(folder, patterns)` for each site's folder with what a clean-up deletes there.
+template<typename Visit>
+void forEachSite(
+    const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre, Visit visit
+) {
+    if (!cleanup.cachedFiles || cacheFolder.isEmpty()) {
+        return;
+    }
+    const LocalFrame frame(viewCentre);
+    for (const RadarSite& site : radarSites()) {
+        const QFileInfo folder(siteCacheFolder(cacheFolder, site.idText()));
+        if (folder.isDir() && !folder.isSymLink()) {
+            const bool far = siteDistanceMetres(frame, site) > kNearbyMetres;
+            visit(folder.filePath(), patternsToDelete(cleanup, far));
+        }
+    }
 }
 
 /// The number of files below a folder. A link counts as one file and is not followed.
@@ -76,18 +94,28 @@ qsizetype selectedStorage(const QStringList& cards, const QString& cacheFolder) 
 void cleanUpCache(
     const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre
 ) {
-    if (!cleanup.cachedFiles || cacheFolder.isEmpty()) {
-        return;
-    }
-    const LocalFrame frame(viewCentre);
-    for (const RadarSite& site : radarSites()) {
-        const QFileInfo folder(siteCacheFolder(cacheFolder, site.idText()));
-        if (folder.isDir() && !folder.isSymLink()) {
-            cleanUpSite(
-                folder.filePath(), cleanup, siteDistanceMetres(frame, site) > kNearbyMetres
-            );
+    const auto cleanUp = [](const QString& folder, const QStringList& patterns) {
+        for (const QString& pattern : patterns) {
+            DeleteMatchingExcept(folder, pattern, {});
         }
-    }
+        QDir().rmdir(folder); // removes only an empty one
+    };
+    forEachSite(cacheFolder, cleanup, viewCentre, cleanUp);
+}
+
+StorageCount
+countCleanUp(const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre) {
+    StorageCount count;
+    const auto add = [&count](const QString& folder, const QStringList& patterns) {
+        QDirIterator files(folder, patterns, QDir::Files | QDir::Hidden | QDir::System);
+        while (!patterns.isEmpty() && files.hasNext()) {
+            files.next();
+            ++count.files;
+            count.bytes += files.fileInfo().size();
+        }
+    };
+    forEachSite(cacheFolder, cleanup, viewCentre, add);
+    return count;
 }
 
 StorageResult applyStorage(const StorageRequest& request) {

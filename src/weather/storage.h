@@ -52,6 +52,16 @@ void cleanUpCache(
     const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre
 );
 
+/// What a clean-up would delete.
+struct StorageCount {
+    qint64 files = 0;
+    qint64 bytes = 0;
+};
+/// Counts the files that cleanUpCache() would delete at present. It reads many folders: it is for
+/// another thread.
+[[nodiscard]] StorageCount
+countCleanUp(const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre);
+
 /// Carries out the dialog's OK: makes the new root, cleans up, moves the cache. If the root cannot
 /// be made nothing changes; a move that fails is undone, but the clean-up before it is not.
 /// Meanwhile the program is busy (BusyGuard).

@@ -6,7 +6,9 @@
 #include "weather/dlg_storage.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QTemporaryDir>
+#include <QTest>
 
 namespace raincast {
 namespace {
@@ -67,6 +69,33 @@ TEST_F(DlgStorageTest, OpensWithTheUsualChoices) {
         }
     });
     EXPECT_EQ(m_waits, "");
+}
+
+TEST_F(DlgStorageTest, SaysHowMuchWouldBeDeletedAndWhatIsFree) {
+    writeFile(m_request.cacheFolder + "/MUX/MUX_20190519_0544_N0R.gif", QByteArray(30'000, 'x'));
+    writeFile(m_request.cacheFolder + "/BMX/BMX_Topo_Short.jpg", QByteArray(2'000'000, 'x'));
+    run([](QDialog& dialog) {
+        const auto* const amount = dialog.findChild<QLabel*>("1076");
+        ASSERT_NE(amount, nullptr);
+        const auto expectAmount = [amount](const QString& files) {
+            EXPECT_TRUE(QTest::qWaitFor([&] { return amount->text().startsWith(files); }))
+                << qPrintable(amount->text());
+        };
+        expectAmount("2 files, 30 kB (");
+        EXPECT_TRUE(amount->text().endsWith(" free)"));
+        test::check(dialog, "Cleanup basemaps", true);
+        expectAmount("3 files, 2 MB (");
+        test::check(dialog, "Keep nearby basemaps", false);
+        expectAmount("4 files, 2 MB (");
+        test::check(dialog, "Keep nearby radar images", true);
+        test::check(dialog, "Cleanup basemaps", false);
+        expectAmount("0 files, 0 bytes (");
+        test::check(dialog, "Cleanup basemaps", true);
+        test::check(dialog, "Keep nearby basemaps", true);
+        expectAmount("1 file, 2 MB (");
+        test::check(dialog, "Cleanup cached files", false);
+        expectAmount("0 files, 0 bytes (");
+    });
 }
 
 TEST_F(DlgStorageTest, OkCleansAsChosen) {
