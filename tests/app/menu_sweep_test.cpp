@@ -11,6 +11,7 @@
 #include "support/files.h"
 #include "support/pointer.h"
 #include "weather/dialog_controls.h"
+#include "window/bottom_rows.h"
 #include "window/commands.h"
 #include "window/modal.h"
 #include "window/undo.h"
@@ -359,7 +360,8 @@ protected:
         int shown = 0;
         for (const QObject* child : viewer.window()->client()->children()) {
             const auto* const widget = qobject_cast<const QWidget*>(child);
-            const bool undo = dynamic_cast<const Undo*>(child) != nullptr;
+            const bool undo = dynamic_cast<const BottomRows*>(child) != nullptr &&
+                              viewer.application().undo()->isVisible();
             shown += widget != nullptr && !undo && widget->isVisible() ? 1 : 0;
         }
         EXPECT_EQ(shown, 1);
