@@ -8,12 +8,12 @@
 
 namespace raincast {
 
-/// A piece of work in a thread of its own, for which nobody waits who need not, and which always
-/// comes to its end. It belongs to the thread that starts it, whose event loop hears of the end.
+/// A piece of work in a thread of its own that always comes to its end. It belongs to the thread
+/// that starts it; `done` is called from that one's event loop.
 class Errand {
 public:
     Errand() = default;
-    /// Waits for the work. Nobody hears of its end.
+    /// Waits for the work. `done` is not called.
     ~Errand();
     Errand(const Errand&) = delete;
     Errand& operator=(const Errand&) = delete;

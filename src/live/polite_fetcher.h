@@ -37,7 +37,7 @@ struct HostHealth {
 /// come in any.
 class PoliteFetcher {
 public:
-    /// The reason why a good answer (status 200) is none for who asked.
+    /// Says why a good answer (status 200) is of no use; nothing if it is.
     using Check = std::function<std::optional<QString>(const FetchAnswer&)>;
     using Done = Fetcher::Done;
 

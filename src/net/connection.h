@@ -15,8 +15,8 @@ public:
     ConnectionManager(const ConnectionManager&) = delete;
     ConnectionManager& operator=(const ConnectionManager&) = delete;
 
-    /// Brings up a connection, and then calls `ready`, now or from the event loop; whoever asked
-    /// may have gone by then, which `ready` has to know. `up`: there is a connection. Without one
+    /// Brings up a connection, and then calls `ready`, now or from the event loop. The caller
+    /// may have gone by then: `ready` has to know. `up`: there is a connection. Without one
     /// the transfer is tried all the same.
     using Ready = std::function<void(bool up)>;
     virtual void EstablishConnection(Ready ready) { ready(true); }

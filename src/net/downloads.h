@@ -21,7 +21,7 @@ namespace raincast {
 /// made it, which is the only one that may use it. What several ask for at the same time is fetched
 /// once. Connections are kept for as long as somebody wants to use them again.
 ///
-/// The program owns one and hands it down; whoever asks must end before it. Its end cancels what
+/// The program owns one and hands it down; its users must end before it. Its end cancels what
 /// runs and takes no longer than a moment, whatever the network does.
 class Downloads {
     class Thread;
@@ -30,7 +30,7 @@ public:
     static constexpr int kMostConnections = 6; ///< to one server
 
     using Done = std::function<void(HttpResponse)>;
-    /// Hears of each request with its URL and its outcome in words: the HTTP status ("200"), the
+    /// Called for each request with its URL and its outcome in words: the HTTP status ("200"), the
     /// cause of its failure ("Could not resolve host: radar.example"), or both ("200, end of
     /// response with 512 bytes missing", "200, no GIF image").
     using Report = std::function<void(const QString& url, const QString& outcome)>;

@@ -44,7 +44,7 @@ struct RadarScene {
 };
 
 /// An action of the user while it runs in the background. Its end cancels it: then nothing more
-/// changes, and nobody is told.
+/// changes, and `Done` is not called.
 class RadarAction {
 public:
     /// Called once at its end, from the event loop; may end the action.

@@ -43,7 +43,7 @@ struct FramesWanted {
 /// The search for frames, one by one: the newest listed frame first, and then each time the newest
 /// one that lies at least the interval before the last. It goes back minute by minute, a hundred
 /// minutes for a frame; a frame that cannot be had is passed over. The search says which frame it
-/// wants and is told what became of it; a copy of it can be told something else.
+/// wants; call came() or failed() for it. A copy may try another outcome.
 class FrameSearch {
 public:
     /// The listing has a newest frame.

@@ -91,7 +91,7 @@ int Dialog::run(QWidget* parent) {
     const bool ended = m_result.has_value();
     const int result = ended ? *m_result : Modal::run(*dialog);
     if (dialog && ended) {
-        QHideEvent neverShown; // what it hosts hears of the end by this
+        QHideEvent neverShown; // for what it hosts
         QCoreApplication::sendEvent(dialog, &neverShown);
     }
     if (dialog) {
