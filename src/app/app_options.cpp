@@ -7,6 +7,7 @@
 #include "weather/servers_setting.h"
 
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
 
 #include <optional>
@@ -36,6 +37,9 @@ QList<QCommandLineOption> ownOptions() {
          QStringLiteral("HOST[:PORT]")},
         {QStringLiteral("basemap-server"), QStringLiteral("Where counties and cities come from."),
          QStringLiteral("HOST[:PORT]")},
+        {QStringLiteral("live-arguments"),
+         QStringLiteral("Options for the server that the viewer starts for live radar."),
+         QStringLiteral("TEXT")},
         {QStringLiteral("site"), QStringLiteral("Show this radar site first, such as MUX."),
          QStringLiteral("SITE")},
         {QStringLiteral("product"),
@@ -141,6 +145,7 @@ Reading readServers(const QCommandLineParser& parser, AppOptions& result) {
             return wrong(QStringLiteral("\"%1\" is not HOST or HOST:PORT.").arg(host));
         }
     }
+    result.liveArguments = QProcess::splitCommand(parser.value(QStringLiteral("live-arguments")));
     return {};
 }
 

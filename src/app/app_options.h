@@ -23,7 +23,8 @@ struct AppOptions {
     QString siteId;        ///< of the first radar item; empty: its own
     /// Index into the product table, with a site only; none: the item's own.
     std::optional<int> product;
-    QString welcomeSiteId; ///< of the first radar item while it has none; empty: it asks
+    QString welcomeSiteId;     ///< of the first radar item while it has none; empty: it asks
+    QStringList liveArguments; ///< for the server of live radar, as its command line takes them
     /// Qt's own options, to be given to the application object.
     QStringList qtArguments;
 };

@@ -12,13 +12,19 @@ namespace raincast {
 
 namespace {
 
-constexpr int kConnectMilliseconds = 1000;
 constexpr int kStartMilliseconds = 10'000;
 // The program's end waits for it.
 constexpr int kEndMilliseconds = 100;
-// A server that does not come up will hardly do so at the next update; but of two viewers that
-// start at the same time only one can have the port, and the other has to try again.
+// A server that does not come up will hardly do so at the next update.
 constexpr int kMostFailures = 3;
+
+/// The address in the line that a server prints when it listens: "Serving sample weather at
+/// http://127.0.0.1:8155/"; empty for any other line.
+QString addressIn(const QByteArray& line) {
+    const QUrl url = QUrl::fromEncoded(line.mid(line.lastIndexOf(' ') + 1).trimmed());
+    const bool isReadyLine = line.startsWith("Serving ") && url.scheme() == u"http";
+    return isReadyLine && url.port() > 0 ? url.authority() : QString();
+}
 
 } // namespace
 
@@ -26,95 +32,117 @@ QString LocalServer::installedProgram() {
     return programFolder() + QStringLiteral("/raincast-server");
 }
 
-LocalServer::LocalServer(QString address, QString program)
-    : m_address(std::move(address)), m_program(std::move(program)) {
-    m_server.setStandardErrorFile(QProcess::nullDevice());
+LocalServer::LocalServer(QString program, QStringList arguments)
+    : m_program(std::move(program)), m_arguments(std::move(arguments)) {
     m_limit.setSingleShot(true);
-    QObject::connect(&m_limit, &QTimer::timeout, [this] { m_starting ? failed() : ready(); });
-    // The server prints a line when it listens.
-    QObject::connect(&m_server, &QProcess::readyReadStandardOutput, [this] { ready(); });
-    QObject::connect(&m_server, &QProcess::stateChanged, [this](QProcess::ProcessState state) {
-        if (m_starting && state == QProcess::NotRunning) {
-            failed();
-        }
+    QObject::connect(&m_limit, &QTimer::timeout, [this] {
+        letGo();
+        failed();
     });
 }
 
 LocalServer::~LocalServer() {
-    m_server.disconnect();
-    if (m_server.state() != QProcess::NotRunning) {
-        m_server.terminate();
-        if (!m_server.waitForFinished(kEndMilliseconds)) {
-            m_server.kill();
-            m_server.waitForFinished(kEndMilliseconds);
+    letGo();
+    for (auto* const process : m_ending.findChildren<QProcess*>()) {
+        process->disconnect();
+        if (!process->waitForFinished(kEndMilliseconds)) {
+            process->kill();
+            process->waitForFinished(kEndMilliseconds);
         }
     }
 }
 
-void LocalServer::EstablishConnection(Ready ready) {
-    if (m_waiting.empty() && !mayStart()) {
-        ready(true);
+void LocalServer::use(Ready ready) {
+    const bool starts = !m_waiting.empty();
+    if (!starts && (!m_address.isEmpty() || m_failures >= kMostFailures)) {
+        ready(m_address);
         return;
     }
     m_waiting.push_back(std::move(ready));
-    if (m_waiting.size() == 1) {
-        lookForServer();
+    if (!starts) {
+        start();
     }
 }
 
-bool LocalServer::isWanted() const {
-    const RadarServers servers = ServersSetting::current();
-    return servers.radar == m_address || servers.basemap == m_address;
-}
-
-bool LocalServer::mayStart() const {
-    return m_server.state() == QProcess::NotRunning && m_failures < kMostFailures && isWanted();
-}
-
-void LocalServer::lookForServer() {
-    const QUrl url(QStringLiteral("http://") + m_address);
-    m_probe = std::make_unique<QTcpSocket>();
-    QObject::connect(m_probe.get(), &QTcpSocket::connected, &m_limit, [this] { ready(); });
-    QObject::connect(
-        m_probe.get(), &QTcpSocket::errorOccurred, &m_limit,
-        [this](QAbstractSocket::SocketError error) {
-            error == QAbstractSocket::ConnectionRefusedError ? start() : ready();
-        },
-        Qt::QueuedConnection
-    );
-    m_limit.start(kConnectMilliseconds);
-    m_probe->connectToHost(url.host(), static_cast<quint16>(url.port()));
-}
-
 void LocalServer::start() {
+    letGo();
     if (!QFileInfo(m_program).isExecutable()) {
         failed();
         return;
     }
-    m_starting = true;
-    m_limit.start(kStartMilliseconds);
-    m_server.start(
-        m_program, {QStringLiteral("--listen"), m_address, QStringLiteral("--end-with-parent"),
-                    QStringLiteral("--quiet")}
+    m_process = std::make_unique<QProcess>();
+    m_process->setStandardErrorFile(QProcess::nullDevice());
+    m_process->setProgram(m_program);
+    m_process->setArguments(
+        m_arguments +
+        QStringList{
+            QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
+            QStringLiteral("--end-with-parent"), QStringLiteral("--quiet")}
     );
+    QObject::connect(m_process.get(), &QProcess::readyReadStandardOutput, [this] { readOutput(); });
+    QObject::connect(
+        m_process.get(), &QProcess::stateChanged,
+        [this](QProcess::ProcessState state) {
+            if (state == QProcess::NotRunning) {
+                m_address.clear();
+                if (m_limit.isActive()) {
+                    failed();
+                }
+            }
+        }
+    );
+    m_limit.start(kStartMilliseconds);
+    m_process->start(QIODevice::ReadOnly);
+}
+
+void LocalServer::readOutput() {
+    while (m_process->canReadLine()) {
+        const QString address = addressIn(m_process->readLine());
+        if (!address.isEmpty() && m_limit.isActive()) {
+            m_limit.stop();
+            m_address = address;
+            m_failures = 0;
+            for (const Ready& ready : std::exchange(m_waiting, {})) {
+                ready(address);
+            }
+            return;
+        }
+    }
 }
 
 void LocalServer::failed() {
+    m_limit.stop();
     ++m_failures;
-    ready();
+    for (const Ready& ready : std::exchange(m_waiting, {})) {
+        ready({});
+    }
 }
 
-// Lets everything go on that waits.
-void LocalServer::ready() {
-    m_starting = false;
+void LocalServer::end() {
+    letGo();
+    m_failures = 0;
     m_limit.stop();
-    if (m_probe) {
-        m_probe->disconnect();
-        m_probe.release()->deleteLater(); // this may be its call
+    for (const Ready& ready : std::exchange(m_waiting, {})) {
+        ready({});
     }
-    for (const Ready& waiting : std::exchange(m_waiting, {})) {
-        waiting(true);
+}
+
+// This may be a call of the process: it goes later.
+void LocalServer::letGo() {
+    m_address.clear();
+    QProcess* const process = m_process.release();
+    if (process == nullptr) {
+        return;
     }
+    process->disconnect();
+    process->setParent(&m_ending);
+    if (process->state() == QProcess::NotRunning) {
+        process->deleteLater();
+        return;
+    }
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QTimer::singleShot(kStartMilliseconds, process, &QProcess::kill);
+    process->terminate();
 }
 
 } // namespace raincast

@@ -1,59 +1,60 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "net/connection.h"
-#include "weather/servers_setting.h"
-
+#include <QObject>
 #include <QProcess>
 #include <QString>
-#include <QTcpSocket>
+#include <QStringList>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 namespace raincast {
 
-/// Starts the radar image server that is installed beside the viewer when it is wanted and not
-/// running, so that a newcomer sees weather without configuring anything. While the settings name
-/// the installed server, each transfer that is about to connect first tries whether a server
-/// listens there, and starts it if not. (Another viewer may have started it, and may end.) The
-/// server ends with the viewer, even if the viewer is killed. Only the transfer waits, never the
-/// program.
-class LocalServer : public ConnectionManager {
+/// A radar image server that the viewer starts for itself when it is wanted, at a port that is
+/// free. It ends with the viewer, even if the viewer is killed. Nobody waits but who asks for it.
+class LocalServer {
 public:
-    /// Where the installed server is. If it is missing, nothing is ever started.
+    /// Where the server that is installed beside the viewer is.
     [[nodiscard]] static QString installedProgram();
 
-    /// `address` is HOST:PORT.
-    explicit LocalServer(
-        QString address = ServersSetting::localServer(), QString program = installedProgram()
-    );
-    /// Ends the server that it started.
-    ~LocalServer() override;
+    /// `arguments` say what it serves. If the program is missing, nothing is ever started.
+    LocalServer(QString program, QStringList arguments);
+    /// Ends it.
+    ~LocalServer();
+    LocalServer(const LocalServer&) = delete;
+    LocalServer& operator=(const LocalServer&) = delete;
 
-    /// Always gives true.
-    void EstablishConnection(Ready ready) override;
+    /// Calls `ready`, now or from the event loop, with the address (HOST:PORT) at which the server
+    /// listens, after starting it if it does not run; with an empty text if it cannot be started.
+    /// After three starts in vain it is not tried again until end().
+    using Ready = std::function<void(const QString& address)>;
+    void use(Ready ready);
 
-    /// The server that was started by this object and runs; 0 for none.
-    [[nodiscard]] qint64 processId() const { return m_server.processId(); }
+    /// Ends it, if it runs, without waiting for that.
+    void end();
+
+    /// The address at which it listens; empty while it does not.
+    [[nodiscard]] const QString& address() const { return m_address; }
+    /// 0 while it does not run.
+    [[nodiscard]] qint64 processId() const { return m_process ? m_process->processId() : 0; }
 
 private:
-    [[nodiscard]] bool isWanted() const;
-    [[nodiscard]] bool mayStart() const;
-    void lookForServer();
     void start();
+    void readOutput();
     void failed();
-    void ready();
+    void letGo();
 
-    QString m_address;
     QString m_program;
-    QProcess m_server;
+    QStringList m_arguments;
+    QObject m_ending; ///< the parent of processes that were asked to end
+    std::unique_ptr<QProcess> m_process;
+    QString m_address;
     int m_failures = 0;           ///< starts that did not bring up a server
-    std::vector<Ready> m_waiting; ///< while a server is looked for or starts
-    std::unique_ptr<QTcpSocket> m_probe;
-    QTimer m_limit; ///< of the look, then of the start
-    bool m_starting = false;
+    std::vector<Ready> m_waiting; ///< while it starts
+    QTimer m_limit;               ///< of the start
 };
 
 } // namespace raincast

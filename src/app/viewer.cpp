@@ -56,7 +56,9 @@ void closePopups() {
 
 } // namespace
 
-Viewer::Viewer(AppOptions options) : m_options(std::move(options)) {
+Viewer::Viewer(AppOptions options)
+    : m_options(std::move(options)),
+      m_localServers(LocalServer::installedProgram(), m_options.liveArguments) {
     m_application.useDownloads(m_downloads);
 }
 

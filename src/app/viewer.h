@@ -5,7 +5,7 @@
 #include "app/exposures.h"
 #include "app/globals.h"
 #include "app/keeper.h"
-#include "app/local_server.h"
+#include "app/local_servers.h"
 #include "app/position_feeds.h"
 #include "app/position_source_settings_type.h"
 #include "app/raincast_app.h"
@@ -76,8 +76,8 @@ private:
     AppOptions m_options;
     CGlobals::Persistant m_settings;
     Exposures m_exposures;
-    LocalServer m_localServer;
-    Downloads m_downloads{m_localServer};
+    LocalServers m_localServers;
+    Downloads m_downloads{m_localServers};
     PositionFeeds m_feeds;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<Keeper> m_keeper;

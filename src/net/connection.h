@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 namespace raincast {
@@ -15,11 +17,15 @@ public:
     ConnectionManager(const ConnectionManager&) = delete;
     ConnectionManager& operator=(const ConnectionManager&) = delete;
 
-    /// Brings up a connection, and then calls `ready`, now or from the event loop. The caller
-    /// may have gone by then: `ready` has to know. `up`: there is a connection. Without one
+    /// Brings up a connection to a host, and then calls `ready`, now or from the event loop. The
+    /// caller may have gone by then: `ready` has to know. `up`: there is a connection. Without one
     /// the transfer is tried all the same.
     using Ready = std::function<void(bool up)>;
-    virtual void EstablishConnection(Ready ready) { ready(true); }
+    virtual void EstablishConnection(const QString& /*host*/, Ready ready) { ready(true); }
+
+    /// Where a host is reached after that, HOST or HOST:PORT: the host itself unless the manager
+    /// knows better; empty if it is nowhere, and is not to be tried.
+    [[nodiscard]] virtual QString addressOf(const QString& host) const { return host; }
 
     /// Releases what EstablishConnection brought up. Always true.
     virtual bool ReleaseConnection() { return true; }

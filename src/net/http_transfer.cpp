@@ -34,8 +34,8 @@ CHttpTransfer::CHttpTransfer(
     Downloads& downloads, QString host, bool useConnectionManager, bool secure,
     std::shared_ptr<ByteAllowance> allowance
 )
-    : m_downloads(downloads), m_host(std::move(host)), m_useConnectionManager(useConnectionManager),
-      m_secure(secure),
+    : m_downloads(downloads), m_host(std::move(host)), m_address(m_host),
+      m_useConnectionManager(useConnectionManager), m_secure(secure),
       m_allowance(allowance ? std::move(allowance) : std::make_shared<ByteAllowance>()),
       m_connections(downloads.keepConnections()) {}
 
@@ -55,11 +55,10 @@ std::unique_ptr<CHttpTransfer> CHttpTransfer::sibling() const {
 void CHttpTransfer::DownloadToFile(
     const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
 ) {
-    const QByteArray address = url(serverPath, m_secure);
     OpenRequest(
-        {address, DownloadOrder::Body::file, kind, m_allowance},
+        {serverPath, m_secure}, {{}, DownloadOrder::Body::file, kind, m_allowance},
         [=, this, done = std::move(done)](const HttpResponse* response) {
-            ReceiveToFile(address, response, localPath, done);
+            ReceiveToFile(url({serverPath, m_secure}), response, localPath, done);
         }
     );
 }
@@ -95,12 +94,11 @@ void CHttpTransfer::ReceiveToFile(
 }
 
 void CHttpTransfer::FetchQuotedStrings(const QString& serverPath, ListingDone done) {
-    const QByteArray address = url(serverPath, false);
     OpenRequest(
-        {address, DownloadOrder::Body::listing},
-        [this, address, done = std::move(done)](const HttpResponse* response) {
+        {serverPath, false}, {{}, DownloadOrder::Body::listing},
+        [this, serverPath, done = std::move(done)](const HttpResponse* response) {
             if (response != nullptr) {
-                m_downloads.report(address, outcomeOf(*response));
+                m_downloads.report(url({serverPath, false}), outcomeOf(*response));
             }
             if (response == nullptr || !response->answered()) {
                 done(std::nullopt);
@@ -117,7 +115,7 @@ void CHttpTransfer::FetchQuotedStrings(const QString& serverPath, ListingDone do
 void CHttpTransfer::giveUp() {
     m_gaveUp = true;
     for (Request& request : std::exchange(m_requests, {})) {
-        refuse(request.order.url, std::move(request.ended));
+        refuse(url(request.place), std::move(request.ended));
     }
 }
 
@@ -128,41 +126,56 @@ bool CHttpTransfer::hasGivenUp() const {
 // Asks for a data connection, once. The connection to the server itself is made by the first
 // request, which then settles the state.
 void CHttpTransfer::Connect() {
-    if (m_connectionRequested || m_ready) {
+    if (m_connectionRequested) {
         return;
     }
     ConnectionManager& manager = m_downloads.connection();
     if (!m_useConnectionManager || manager.IsConnected()) {
-        m_ready = true;
+        beginAll();
         return;
     }
     m_connectionRequested = true;
-    // Without a connection the request itself will fail.
-    manager.EstablishConnection([this, alive = std::weak_ptr(m_alive)](bool /*up*/) {
-        if (alive.expired()) {
-            return;
+    // Without a connection the requests themselves will fail.
+    const auto ready = [this, alive = std::weak_ptr(m_alive)](bool /*up*/) {
+        if (!alive.expired()) {
+            beginAll();
         }
-        m_ready = true;
-        for (auto request = m_requests.begin(); request != m_requests.end(); ++request) {
-            begin(request);
-        }
-    });
+    };
+    manager.EstablishConnection(m_host, ready);
 }
 
-void CHttpTransfer::OpenRequest(DownloadOrder order, Ended ended) {
-    const bool broughtAll = order.body == DownloadOrder::Body::file && m_allowance->usedUp();
-    if (hasGivenUp() || broughtAll) {
-        refuse(order.url, std::move(ended));
+// Begins what has waited for the connection.
+void CHttpTransfer::beginAll() {
+    m_ready = true;
+    m_address = m_downloads.connection().addressOf(m_host);
+    if (m_address.isEmpty() && !m_host.isEmpty()) {
+        HttpResponse nobody;
+        nobody.connectingFailed = true;
+        settle(nobody);
         return;
     }
-    Connect();
-    m_requests.push_back({std::move(order), std::move(ended), nullptr});
+    for (auto request = m_requests.begin(); request != m_requests.end(); ++request) {
+        begin(request);
+    }
+}
+
+void CHttpTransfer::OpenRequest(const Place& place, DownloadOrder order, Ended ended) {
+    const bool broughtAll = order.body == DownloadOrder::Body::file && m_allowance->usedUp();
+    if (hasGivenUp() || broughtAll) {
+        refuse(url(place), std::move(ended));
+        return;
+    }
+    m_requests.push_back({place, std::move(order), std::move(ended), nullptr});
+    const auto request = std::prev(m_requests.end());
     if (m_ready) {
-        begin(std::prev(m_requests.end()));
+        begin(request);
+    } else {
+        Connect();
     }
 }
 
 void CHttpTransfer::begin(Requests::iterator request) {
+    request->order.url = url(request->place);
     request->download =
         m_downloads.get(request->order, [this, request](const HttpResponse& response) {
             arrived(request, response);
@@ -197,15 +210,15 @@ void CHttpTransfer::refuse(const QByteArray& address, Ended ended) {
 }
 
 // Encodes what must not stand in a request, so that a host stays a host and a path a path.
-QByteArray CHttpTransfer::url(const QString& serverPath, bool secureFlag) const {
+QByteArray CHttpTransfer::url(const Place& place) const {
     // Without a host libcurl would take the path's first folder for it.
-    const QString host = m_host.isEmpty() ? QStringLiteral(" ") : m_host;
-    QByteArray address = secureFlag ? "https://" : "http://";
+    const QString host = m_address.isEmpty() ? QStringLiteral(" ") : m_address;
+    QByteArray address = place.secure ? "https://" : "http://";
     address += QUrl::toPercentEncoding(host, ":[]");
-    if (m_secure && !secureFlag && !namesPort(host)) {
+    if (m_secure && !place.secure && !namesPort(host)) {
         address += ":443";
     }
-    return address + QUrl::toPercentEncoding(serverPath, "/!$&'()*+,;=:@?%");
+    return address + QUrl::toPercentEncoding(place.path, "/!$&'()*+,;=:@?%");
 }
 
 } // namespace raincast

@@ -51,8 +51,9 @@ public:
 
     /// `host` is HOST or HOST:PORT; without a port it is 80, or 443 when `secure`. With
     /// `useConnectionManager` a data connection is asked for before the first request and released
-    /// by the destructor. Objects of one action share an allowance; without one the object has its
-    /// own. The downloads are borrowed.
+    /// by the destructor; it may be a name, too, that the connection manager knows an address for.
+    /// Objects of one action share an allowance; without one the object has its own. The downloads
+    /// are borrowed.
     CHttpTransfer(
         Downloads& downloads, QString host, bool useConnectionManager, bool secure,
         std::shared_ptr<ByteAllowance> allowance = nullptr
@@ -94,8 +95,15 @@ private:
     /// Called with the response; null when there is none, because the object has given up.
     using Ended = std::function<void(const HttpResponse* response)>;
 
-    /// A request from its asking to its response.
+    /// What a request is for, on whichever address the host has.
+    struct Place {
+        QString path;
+        bool secure;
+    };
+
+    /// A request from its asking to its response. Its order has no URL before it has begun.
     struct Request {
+        Place place;
         DownloadOrder order;
         Ended ended;
         std::unique_ptr<Downloads::Download> download; ///< once it has begun
@@ -103,7 +111,8 @@ private:
     using Requests = std::list<Request>;
 
     void Connect();
-    void OpenRequest(DownloadOrder order, Ended ended);
+    void beginAll();
+    void OpenRequest(const Place& place, DownloadOrder order, Ended ended);
     void ReceiveToFile(
         const QByteArray& address, const HttpResponse* response, const QString& localPath,
         const FileDone& done
@@ -113,10 +122,11 @@ private:
     void settle(const HttpResponse& response);
     void refuse(const QByteArray& address, Ended ended);
     [[nodiscard]] bool hasGivenUp() const;
-    [[nodiscard]] QByteArray url(const QString& serverPath, bool secureFlag) const;
+    [[nodiscard]] QByteArray url(const Place& place) const;
 
     Downloads& m_downloads;
     QString m_host;
+    QString m_address; ///< where the host is
     bool m_useConnectionManager;
     bool m_secure;
     bool m_connectionRequested = false;

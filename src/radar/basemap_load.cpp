@@ -77,7 +77,7 @@ void BasemapLoad::loadToFirstFailure(GeoPosition centre, Done done) {
     m_whenDone = std::move(done);
     m_endAtFailure = true;
     m_background.run(
-        [root = m_state.cacheFolder, site = m_state.siteId] { return makeSiteFolder(root, site); },
+        [root = m_state.cacheRoot(), site = m_state.siteId] { return makeSiteFolder(root, site); },
         [this, centre](const tl::expected<void, QString>& made) {
             if (!made) {
                 m_writeFailure = made.error();
@@ -96,7 +96,7 @@ void BasemapLoad::loadLayers(Done done) {
 }
 
 std::optional<QString> BasemapLoad::cacheFailure() const {
-    return m_writeFailure ? std::optional(cacheFailureText(m_state.cacheFolder, *m_writeFailure))
+    return m_writeFailure ? std::optional(cacheFailureText(m_state.cacheRoot(), *m_writeFailure))
                           : std::nullopt;
 }
 
@@ -121,7 +121,7 @@ QString BasemapLoad::fileName(const MapLayer& layer) const {
 }
 
 QString BasemapLoad::cachedFile(const MapLayer& layer) const {
-    return siteCacheFolder(m_state.cacheFolder, m_state.siteId) + u'/' + fileName(layer);
+    return siteCacheFolder(m_state.cacheRoot(), m_state.siteId) + u'/' + fileName(layer);
 }
 
 QString BasemapLoad::serverPath(const MapLayer& layer) const {

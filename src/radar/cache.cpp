@@ -46,6 +46,10 @@ QString ChooseDefaultCache() {
     return chosen;
 }
 
+bool isOfSample(const QString& path) {
+    return path.contains(u'/' % QStringView(kSampleBranch) % u'/');
+}
+
 QString siteCacheFolder(const QString& cacheFolder, QStringView siteId) {
     // Without a cache the path must not begin at the file system's root.
     return cacheFolder.isEmpty() ? QString() : cacheFolder % u'/' % siteId;

@@ -14,6 +14,8 @@ namespace raincast {
 // character after that says what it is, and the clean-ups go by it:
 //   2 a radar frame (its year)   W the warnings image    N any other image of the radar
 //   C counties, cities and the world file   H highways   R rivers   T topographic map
+// Sample weather has the same below a folder of its own in the root, so that it is never taken for
+// weather that was measured, and neither cleans up after the other.
 
 /// The cache root on a storage card: CARD/Quorvane/Temp/Weather. The folder is not made.
 [[nodiscard]] QString cardCacheFolder(const QString& card);
@@ -27,6 +29,12 @@ namespace raincast {
 /// the files of the internal root itself (not those in the sites' folders) that are named like
 /// cached files: an earlier layout left them there.
 [[nodiscard]] QString ChooseDefaultCache();
+
+/// The folder of sample weather in the cache root.
+inline constexpr char16_t kSampleBranch[] = u".sample";
+
+/// Whether a cached file is one of sample weather.
+[[nodiscard]] bool isOfSample(const QString& path);
 
 /// The folder of one site: ROOT/SSS. Empty without a root.
 [[nodiscard]] QString siteCacheFolder(const QString& cacheFolder, QStringView siteId);

@@ -27,6 +27,7 @@ struct RadarState {
     bool autoUpdate = false; ///< fetch new frames without being asked
     bool showWarnings = true;
     QString cacheFolder; ///< root of the image cache; while it is empty nothing can be fetched
+    QString cacheBranch; ///< folder in the root for the present weather; empty: the root itself
 
     std::vector<RadarFrame> frames; ///< oldest first
     std::size_t position = 0;       ///< the animation's place in frames; may be their end
@@ -38,6 +39,12 @@ struct RadarState {
     QString status;          ///< painted over the picture; empty: none
     QString cause;           ///< of a failure, a line below the status; empty: unknown
     RadarWarnings warnings;  ///< the last that came, whether or not they are to be shown
+
+    /// Where the present weather's files are, each site's in its folder.
+    [[nodiscard]] QString cacheRoot() const {
+        const bool isRoot = cacheFolder.isEmpty() || cacheBranch.isEmpty();
+        return isRoot ? cacheFolder : cacheFolder + u'/' + cacheBranch;
+    }
 };
 
 } // namespace raincast

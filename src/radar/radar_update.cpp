@@ -76,7 +76,7 @@ void RadarUpdate::startSearch(std::shared_ptr<const FrameListing> listing) {
         fail(QStringLiteral("No radar images found on server.\n"));
         return;
     }
-    const auto makeFolder = [root = m_state.cacheFolder, site = m_state.siteId] {
+    const auto makeFolder = [root = m_state.cacheRoot(), site = m_state.siteId] {
         return makeSiteFolder(root, site);
     };
     m_background.run(makeFolder, [this](const tl::expected<void, QString>& made) {
@@ -206,7 +206,7 @@ void RadarUpdate::loadFetchedWarnings() {
     const RadarWarnings fetched{
         nullptr, m_state.siteId, ProductRange(m_state.product).toString(), Clock::current().now()};
     m_background.run(
-        [root = m_state.cacheFolder, fetched] {
+        [root = m_state.cacheRoot(), fetched] {
             noteWarnings(root, fetched);
             return loadWarnings(root, fetched.siteId, fetched.range);
         },
@@ -230,7 +230,7 @@ void RadarUpdate::endSearch() {
         setStatus(outcome(), cause());
     }
     m_background.run(
-        [root = m_state.cacheFolder, site = m_state.siteId, product = m_product,
+        [root = m_state.cacheRoot(), site = m_state.siteId, product = m_product,
          listing = m_listing] { deleteStaleFrames(root, site, product, listing->names()); },
         [this] {
             m_listing.reset();
@@ -254,7 +254,7 @@ void RadarUpdate::endWhenComplete() {
 // The status text after the search.
 QString RadarUpdate::outcome() const {
     if (m_writeFailure) {
-        return cacheFailureText(m_state.cacheFolder, *m_writeFailure);
+        return cacheFailureText(m_state.cacheRoot(), *m_writeFailure);
     }
     if (m_run->found() == 0) {
         return QStringLiteral("Could not download\nany radar images.\n");
@@ -289,7 +289,7 @@ void RadarUpdate::setStatus(const QString& status, const QString& cause) {
 }
 
 QString RadarUpdate::cached(const QString& name) const {
-    return siteCacheFolder(m_state.cacheFolder, m_state.siteId) + u'/' + name;
+    return siteCacheFolder(m_state.cacheRoot(), m_state.siteId) + u'/' + name;
 }
 
 } // namespace raincast

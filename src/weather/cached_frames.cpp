@@ -42,7 +42,7 @@ std::vector<RadarFrame> loadListed(std::vector<RadarFrame> frames) {
 
 std::shared_ptr<const FrameListing> listCache(const RadarState& state, FileTime now) {
     const QString product = ProductCode(state.product).toString();
-    const QDir folder(siteCacheFolder(state.cacheFolder, state.siteId));
+    const QDir folder(siteCacheFolder(state.cacheRoot(), state.siteId));
     std::set<QString> names;
     if (!state.cacheFolder.isEmpty()) {
         const QStringList files = folder.entryList(
@@ -56,7 +56,7 @@ std::shared_ptr<const FrameListing> listCache(const RadarState& state, FileTime 
 /// Loads the frames that an update would choose if the server had those of a listing of the cache.
 std::vector<RadarFrame>
 loadNewest(const RadarState& state, const std::shared_ptr<const FrameListing>& listing) {
-    const QString folder = siteCacheFolder(state.cacheFolder, state.siteId) + u'/';
+    const QString folder = siteCacheFolder(state.cacheRoot(), state.siteId) + u'/';
     const int wanted = state.animate ? state.frameCount : 1;
     FrameSearch search(
         {state.siteId, ProductCode(state.product).toString(), wanted, state.frameInterval}, listing
@@ -90,7 +90,7 @@ CachedRadar loadCachedRadar(const RadarState& state, FileTime now) {
         }
     }
     cached.warnings =
-        loadWarnings(state.cacheFolder, state.siteId, ProductRange(state.product).toString());
+        loadWarnings(state.cacheRoot(), state.siteId, ProductRange(state.product).toString());
     return cached;
 }
 

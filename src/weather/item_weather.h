@@ -29,7 +29,8 @@ struct PictureTexts;
 /// shows how far it is. What goes wrong stands in the item as a text until the next load; the
 /// picture of before stays, with its age. After a start, or for another site, while the server
 /// cannot be reached, it shows the newest frames in the cache. Another site, product or page, and
-/// the item's end, cancel what runs.
+/// the item's end, cancel what runs. When the servers change it loads all anew, at once or when it
+/// is shown next; nothing of another source's weather is shown or used.
 class CItemWeather : public CItemMapView, public CHeartbeat::Counter {
 public:
     using CDlgAnimation = raincast::CDlgAnimation;

@@ -3,15 +3,20 @@
 
 #include "core/clock.h"
 #include "radar/animation.h"
+#include "radar/cache.h"
 #include "weather/cached_frames.h"
 #include "weather/first_show.h"
 #include "weather/servers_setting.h"
 
 #include <QWidget>
 
+#include <algorithm>
 #include <utility>
 
 namespace raincast {
+
+CItemWeather::Loading::Loading(CItemWeather& item)
+    : m_item(item), m_servers(ServersSetting::current()) {}
 
 bool CItemWeather::Loading::begin(const FirstShow& first) {
     RadarState& state = m_item.m_state;
@@ -31,11 +36,12 @@ bool CItemWeather::Loading::begin(const FirstShow& first) {
 void CItemWeather::Loading::resume() {
     const bool interrupted = std::exchange(m_interrupted, false);
     if (m_item.placed()) {
-        if (interrupted) {
+        if (interrupted || m_outdated) {
             update();
         }
         return;
     }
+    followSource();
     say(QStringLiteral("Loading..."));
     loadCached([this](bool complete) { load(m_item.m_state.siteId, !complete); });
 }
@@ -90,13 +96,50 @@ Downloads& CItemWeather::Loading::downloads() {
 }
 
 RadarScene CItemWeather::Loading::scene() {
-    return {m_item.m_state, m_item.m_layers,           m_basemaps,
-            *this,          ServersSetting::current(), downloads()};
+    followSource();
+    m_servers = ServersSetting::current();
+    return {m_item.m_state, m_item.m_layers, m_basemaps, *this, m_servers, downloads()};
+}
+
+// Uses the part of the cache that belongs to the present source of weather, and drops what the item
+// has of another one.
+void CItemWeather::Loading::followSource() {
+    RadarState& state = m_item.m_state;
+    const bool isSample = ServersSetting::inUse() == WeatherSource::sample;
+    const QString branch = isSample ? QString::fromUtf16(kSampleBranch) : QString();
+    if (std::exchange(state.cacheBranch, branch) != branch) {
+        state.warnings = {};
+    }
+    const bool hasOthers =
+        std::any_of(state.frames.begin(), state.frames.end(), [isSample](const RadarFrame& frame) {
+            return isOfSample(frame.path) != isSample;
+        });
+    if (hasOthers) {
+        discardFrames(state);
+    }
+}
+
+void CItemWeather::Loading::onPublished(ServersChange& /*change*/) {
+    if (ServersSetting::current() == std::exchange(m_servers, ServersSetting::current())) {
+        return;
+    }
+    cancel();
+    followSource();
+    m_retry = {};
+    m_outdated = true;
+    if (onScreen()) {
+        update();
+    }
+}
+
+bool CItemWeather::Loading::onScreen() const {
+    return m_item.page() != nullptr && m_item.page()->widget() != nullptr;
 }
 
 void CItemWeather::Loading::load(const QString& siteId, bool updateRadar) {
     cancel();
     if (!m_held) {
+        m_outdated = m_outdated && !updateRadar;
         m_action = LoadBasemaps(scene(), siteId, updateRadar, [this](bool well) { ended(well); });
     }
 }
@@ -113,7 +156,7 @@ void CItemWeather::Loading::update() {
     }
     // An image without a place (its page was not shown yet, or its layers could not be loaded) does
     // not show where the user looks: the item keeps its site.
-    if (!m_item.placed()) {
+    if (!m_item.placed() || m_outdated) {
         load(siteId, true);
         return;
     }
@@ -164,7 +207,7 @@ void CItemWeather::Loading::ended(bool well) {
 }
 
 void CItemWeather::Loading::cancel() {
-    m_inWindow = m_item.page() != nullptr && m_item.page()->widget() != nullptr;
+    m_inWindow = onScreen();
     m_resuming.reset();
     m_action.reset();
     m_updateNext = false;

@@ -7,6 +7,7 @@
 #include "radar/radar_view.h"
 #include "weather/item_weather.h"
 #include "weather/retry_wait.h"
+#include "weather/servers_setting.h"
 
 #include <QObject>
 #include <QString>
@@ -22,10 +23,10 @@ struct FirstShow;
 /// Loads a radar item's pictures into its state in the background, one action of the user at a
 /// time, and is the view that loads and updates report to: the item is painted at each step. What
 /// goes wrong stands in the state's status text.
-class CItemWeather::Loading : public RadarView {
+class CItemWeather::Loading : public RadarView, public Listener<ServersChange> {
 public:
     /// The item is borrowed.
-    explicit Loading(CItemWeather& item) : m_item(item) {}
+    explicit Loading(CItemWeather& item);
     ~Loading() override;
     Loading(const Loading&) = delete;
     Loading& operator=(const Loading&) = delete;
@@ -52,6 +53,8 @@ public:
     /// The same because an update was due at this time; does nothing while something runs, and for
     /// a while after a failure.
     void updateDueAt(FileTime now);
+    /// Loads all anew if there are other servers now, at once or when it is shown next.
+    void onPublished(ServersChange& change) override;
     /// Cancels what runs, as the user wishes.
     void stop();
 
@@ -88,9 +91,11 @@ private:
     void ended(bool well);
     void cancel();
     void settleDue();
+    [[nodiscard]] bool onScreen() const;
     [[nodiscard]] bool wholeImageInView() const;
     [[nodiscard]] Downloads& downloads();
     [[nodiscard]] RadarScene scene();
+    void followSource();
 
     CItemWeather& m_item;
     Basemaps m_basemaps;
@@ -98,6 +103,8 @@ private:
     Downloads* m_downloads = nullptr;
     std::unique_ptr<Downloads> m_ownDownloads;
     bool m_held = false;
+    RadarServers m_servers;  ///< that were used last
+    bool m_outdated = false; ///< layers and frames are those of other servers
     QMetaObject::Connection m_windowGone;
     bool m_inWindow = false; ///< what runs was begun while the page had its window
     bool m_interrupted = false;

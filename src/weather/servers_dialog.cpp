@@ -2,29 +2,56 @@
 #include "weather/servers_dialog.h"
 
 #include "page/global_settings_type.h"
-#include "weather/servers_setting.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"
+
+#include <QComboBox>
+
+#include <array>
 
 namespace raincast {
 
 namespace {
 
-enum Control { kRadarServer = 1080, kBasemapServer = 1081 };
+enum Control {
+    kRadarServer = 1080,
+    kBasemapServer = 1081,
+    kSource = 1082,
+    kRadarLabel = 1083,
+    kBasemapLabel = 1084
+};
 
 const DialogTemplateRecord record{
     {kServersDialog,
      QStringLiteral("Servers"),
-     {122, 68},
+     {122, 100},
      {
-         {0, ControlKind::label, QStringLiteral("&Radar images (HOST[:PORT]):"), {4, 4, 114, 12}},
-         {kRadarServer, ControlKind::edit, {}, {4, 18, 114, 14}},
-         {0, ControlKind::label, QStringLiteral("&Counties and cities:"), {4, 36, 114, 12}},
-         {kBasemapServer, ControlKind::edit, {}, {4, 50, 114, 14}},
+         {0, ControlKind::label, QStringLiteral("&Weather comes from:"), {4, 4, 114, 12}},
+         {kSource, ControlKind::comboBox, {}, {4, 18, 114, 14}},
+         {kRadarLabel,
+          ControlKind::label,
+          QStringLiteral("&Radar images (HOST[:PORT]):"),
+          {4, 38, 114, 12}},
+         {kRadarServer, ControlKind::edit, {}, {4, 51, 114, 14}},
+         {kBasemapLabel,
+          ControlKind::label,
+          QStringLiteral("&Counties and cities:"),
+          {4, 68, 114, 12}},
+         {kBasemapServer, ControlKind::edit, {}, {4, 81, 114, 14}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {}}};
+
+struct SourceRow {
+    WeatherSource source;
+    const char16_t* text;
+};
+constexpr std::array kSourceRows = {
+    SourceRow{WeatherSource::live, u"Live radar (NOAA)"},
+    SourceRow{WeatherSource::sample, u"Sample weather"},
+    SourceRow{WeatherSource::another, u"Another server"},
+};
 
 /// Offers the dialog in the "Settings" menu.
 class ServersSettingsType : public CAppPaged::GlobalSettingsType {
@@ -42,15 +69,41 @@ const ServersSettingsType settingsType;
 ServersDialog::ServersDialog() : Dialog(kServersDialog) {}
 
 bool ServersDialog::onInitialise() {
-    const RadarServers servers = ServersSetting::current();
-    setText(kRadarServer, servers.radar);
-    setText(kBasemapServer, servers.basemap);
+    m_sources.attach(*control<QComboBox>(kSource));
+    for (const SourceRow& row : kSourceRows) {
+        m_sources.add(QString::fromUtf16(row.text));
+        if (row.source == ServersSetting::source()) {
+            m_sources.select(m_sources.count() - 1);
+        }
+    }
+    const RadarServers hosts = ServersSetting::hosts();
+    setText(kRadarServer, hosts.radar);
+    setText(kBasemapServer, hosts.basemap);
+    enableHosts();
     return true;
 }
 
+WeatherSource ServersDialog::chosen() const {
+    return kSourceRows.at(static_cast<std::size_t>(m_sources.selected())).source;
+}
+
+void ServersDialog::onDialogCommand(int id, QWidget* sender, int notification) {
+    if (id == kSource) {
+        enableHosts();
+    }
+    Dialog::onDialogCommand(id, sender, notification);
+}
+
+void ServersDialog::enableHosts() {
+    for (const int id : {kRadarLabel, kRadarServer, kBasemapLabel, kBasemapServer}) {
+        control(id)->setEnabled(chosen() == WeatherSource::another);
+    }
+}
+
 void ServersDialog::onOk() {
-    const RadarServers servers{text(kRadarServer).trimmed(), text(kBasemapServer).trimmed()};
-    if (!isServer(servers.radar) || !isServer(servers.basemap)) {
+    const RadarServers typed{text(kRadarServer).trimmed(), text(kBasemapServer).trimmed()};
+    const bool typedCounts = chosen() == WeatherSource::another;
+    if (typedCounts && (!isServer(typed.radar) || !isServer(typed.basemap))) {
         messageBox(
             widget(),
             QStringLiteral("A server is a host name or address, and if need be a colon and a port"),
@@ -58,7 +111,7 @@ void ServersDialog::onOk() {
         );
         return;
     }
-    ServersSetting::set(servers);
+    ServersSetting::choose(chosen(), typedCounts ? typed : ServersSetting::hosts());
     Dialog::onOk();
 }
 

@@ -1,26 +1,57 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/listener.h"
 #include "radar/servers.h"
 
 #include <QString>
 
 namespace raincast {
 
-/// The servers that pictures come from, as the settings keep them. By default both are the server
-/// that is installed with the viewer.
+/// Where weather comes from.
+enum class WeatherSource {
+    live,   ///< real weather, from a server that the viewer starts itself
+    sample, ///< made-up weather, likewise
+    another ///< the servers that the user has named
+};
+
+/// Another source, or another server: published when the user, or the program for want of live
+/// radar, has changed it.
+struct ServersChange {};
+
+/// The source of weather that the user has chosen, as the settings keep it, and the servers that
+/// pictures come from then.
+///
+/// Of "another" source, one host alone that is the default one stands for a server that the viewer
+/// starts itself. Settings of earlier versions have hosts only: the default ones mean the default
+/// source.
 class ServersSetting {
 public:
     class Persistant;
 
-    /// Where the installed server listens.
-    [[nodiscard]] static QString localServer();
+    /// The source of an installation that nobody has changed.
+    static constexpr WeatherSource kDefaultSource = WeatherSource::sample;
 
-    [[nodiscard]] static RadarServers current();
-    /// Changes the settings.
-    static void set(const RadarServers& servers);
+    /// The hosts of an installation that nobody has changed: where raincast-server listens unless
+    /// it is told otherwise.
+    [[nodiscard]] static QString defaultHost();
+
+    /// The user's choice, and the hosts of "another" source, which are kept with other choices too.
+    [[nodiscard]] static WeatherSource source();
+    [[nodiscard]] static RadarServers hosts();
+    /// Changes the settings and publishes that.
+    static void choose(WeatherSource source, const RadarServers& hosts);
+
+    /// Uses these hosts from now on, with the source that they mean, as settings that are loaded
+    /// do.
+    static void set(const RadarServers& hosts);
     /// Uses another server for this run only; empty texts change nothing.
     static void setForThisRun(const QString& radarServer, const QString& basemapServer);
+
+    /// Where weather comes from at present: the user's choice, or what stands in for it.
+    [[nodiscard]] static WeatherSource inUse();
+    /// The servers of that.
+    [[nodiscard]] static RadarServers current();
 };
 
 } // namespace raincast

@@ -35,7 +35,16 @@ QStringList patternsToDelete(const StorageCleanup& cleanup, bool far) {
     return patterns;
 }
 
-/// Calls `visit(folder, patterns)` for each site's folder with what a clean-up deletes there.
+bool isFolder(const QFileInfo& path) {
+    return path.isDir() && !path.isSymLink();
+}
+
+QString sampleFolder(const QString& cacheFolder) {
+    return cacheFolder + u'/' + QString::fromUtf16(kSampleBranch);
+}
+
+/// Calls `visit(folder, patterns)` for each site's folder with what a clean-up deletes there,
+/// whichever weather it is.
 template<typename Visit>
 void forEachSite(
     const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre, Visit visit
@@ -43,12 +52,18 @@ void forEachSite(
     if (!cleanup.cachedFiles || cacheFolder.isEmpty()) {
         return;
     }
+    QStringList roots(cacheFolder);
+    if (isFolder(QFileInfo(sampleFolder(cacheFolder)))) {
+        roots.append(sampleFolder(cacheFolder));
+    }
     const LocalFrame frame(viewCentre);
     for (const RadarSite& site : radarSites()) {
-        const QFileInfo folder(siteCacheFolder(cacheFolder, site.idText()));
-        if (folder.isDir() && !folder.isSymLink()) {
-            const bool far = siteDistanceMetres(frame, site) > kNearbyMetres;
-            visit(folder.filePath(), patternsToDelete(cleanup, far));
+        const bool far = siteDistanceMetres(frame, site) > kNearbyMetres;
+        for (const QString& root : std::as_const(roots)) {
+            const QFileInfo folder(siteCacheFolder(root, site.idText()));
+            if (isFolder(folder)) {
+                visit(folder.filePath(), patternsToDelete(cleanup, far));
+            }
         }
     }
 }
@@ -101,6 +116,9 @@ void cleanUpCache(
         QDir().rmdir(folder); // removes only an empty one
     };
     forEachSite(cacheFolder, cleanup, viewCentre, cleanUp);
+    if (cleanup.cachedFiles && !cacheFolder.isEmpty()) {
+        QDir().rmdir(sampleFolder(cacheFolder));
+    }
 }
 
 StorageCount

@@ -45,9 +45,10 @@ struct StorageResult {
 /// card: the last one whose path the cache root begins with.
 [[nodiscard]] qsizetype selectedStorage(const QStringList& cards, const QString& cacheFolder);
 
-/// Deletes cached files of all sites below the cache root as the check boxes say; near is a site
-/// within 300 km of the view centre. Also deletes site folders that are empty then. A file that
-/// cannot be deleted stays, without a message. An empty cacheFolder deletes nothing.
+/// Deletes cached files of all sites below the cache root, sample weather too, as the check boxes
+/// say; near is a site within 300 km of the view centre. Also deletes site folders that are empty
+/// then. A file that cannot be deleted stays, without a message. An empty cacheFolder deletes
+/// nothing.
 void cleanUpCache(
     const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre
 );

@@ -286,7 +286,7 @@ TEST_F(DriveTest, OverSampleWeather) {
 class RealDataDrive : public Drive {
 protected:
     ~RealDataDrive() override {
-        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
     }
 
     HttpServer m_server;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The server that the viewer starts, at ports of their own: the usual one may be taken here.
-#include "app/local_server.h"
+// The servers that the viewer starts.
+#include "app/local_servers.h"
 #include "support/files.h"
 #include "support/http_server.h"
 #include "support/loopback.h"
@@ -17,7 +17,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -28,15 +27,11 @@ namespace raincast {
 namespace {
 
 constexpr int kDeadline = 60'000; // milliseconds
-constexpr const char* kPortVariable = "RAINCAST_TEST_PORT";
+constexpr const char* kFolderVariable = "RAINCAST_TEST_FOLDER";
 const QString kProgram = QStringLiteral(RAINCAST_SERVER_PROGRAM);
-
-/// A port that is free at this moment.
-int freePort() {
-    int port = 0;
-    close(bindLoopback(-1, port));
-    return port;
-}
+// Live radar without a provider: it asks nobody.
+const QStringList kNoProviders = {"--live-frames",   "none", "--live-fallback", "none",
+                                  "--live-warnings", "none"};
 
 bool answers(const QString& address) {
     QTcpSocket socket;
@@ -44,17 +39,15 @@ bool answers(const QString& address) {
     return socket.waitForConnected(kDeadline);
 }
 
-/// A program that notes each of its starts in a file and ends at once.
-class UselessProgram {
+/// A program that is a shell script; "$0" is its file.
+class Script {
 public:
-    UselessProgram() {
-        writeFile(path(), "#!/bin/sh\necho start >> \"$0.log\"\n");
+    explicit Script(const QByteArray& lines) {
+        writeFile(path(), "#!/bin/sh\n" + lines);
         QFile::setPermissions(path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     [[nodiscard]] QString path() const { return m_folder.filePath("server"); }
-    [[nodiscard]] int starts() const {
-        return static_cast<int>(readFile(path() + ".log").count("start"));
-    }
+    [[nodiscard]] QByteArray log() const { return readFile(path() + ".log"); }
 
 private:
     QTemporaryDir m_folder;
@@ -65,114 +58,159 @@ protected:
     LocalServerTest() {
         keepLoopbackFromProxies();
         qputenv("XDG_CACHE_HOME", home.path("cache").toLocal8Bit());
-        useServers(address, address);
     }
     ~LocalServerTest() override {
-        useServers(ServersSetting::localServer(), ServersSetting::localServer());
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
         qunsetenv("XDG_CACHE_HOME");
     }
 
-    static void useServers(const QString& radar, const QString& basemap) {
-        ServersSetting::set({radar, basemap});
+    static void choose(WeatherSource source) {
+        ServersSetting::choose(source, ServersSetting::hosts());
     }
-    /// What a listing holds; nothing without a server.
-    static std::optional<std::set<QString>>
-    listingFrom(const QString& host, ConnectionManager& connection) {
+    /// What a listing of the server in use holds; nothing without a server.
+    static std::optional<std::set<QString>> listingFrom(ConnectionManager& connection) {
         Transfers transfers(connection);
-        WaitingTransfer transfer(transfers, host, true, false);
+        WaitingTransfer transfer(transfers, ServersSetting::current().radar, true, false);
         std::set<QString> names;
         const bool fetched = transfer.FetchQuotedStrings(test::framesPath("TLX"), names);
         return fetched ? std::optional(names) : std::nullopt;
     }
 
     test::TemporaryHome home;
-    const QString address = loopbackHost(freePort());
 };
 
-TEST_F(LocalServerTest, ItIsStartedWhereNobodyListensAndEndsWithItsOwner) {
+TEST_F(LocalServerTest, TheOneThatIsWantedIsStartedAtAPortOfItsOwnAndEndsWithItsOwner) {
+    choose(WeatherSource::sample);
+    QString address;
     {
-        LocalServer server(address, kProgram);
-        EXPECT_EQ(server.processId(), 0);
-        const auto names = listingFrom(address, server);
+        LocalServers servers(kProgram, kNoProviders);
+        LocalServers others(kProgram, kNoProviders);
+        EXPECT_EQ(servers.sample().processId(), 0);
+        const auto names = listingFrom(servers);
         ASSERT_TRUE(names);
-        EXPECT_GT(names->size(), 5U);
-        EXPECT_NE(server.processId(), 0);
+        EXPECT_GT(names->size(), 26U * 60 / 10); // of 26 hours
+        EXPECT_NE(servers.sample().processId(), 0);
+        EXPECT_EQ(servers.live().processId(), 0);
+        address = servers.sample().address();
+        EXPECT_TRUE(address.startsWith("127.0.0.1:"));
+
+        ASSERT_TRUE(listingFrom(others));
+        EXPECT_NE(others.sample().address(), address);
     }
     EXPECT_FALSE(answers(address));
 }
 
-TEST_F(LocalServerTest, OneServerOfTheTwoIsEnoughToWantIt) {
-    const HttpServer other;
-    useServers(other.host(), address);
-    LocalServer server(address, kProgram);
-    EXPECT_TRUE(listingFrom(address, server));
-    EXPECT_NE(server.processId(), 0);
+TEST_F(LocalServerTest, AnotherChoiceStartsTheOtherOneAndEndsTheFirst) {
+    choose(WeatherSource::sample);
+    LocalServers servers(kProgram, kNoProviders);
+    ASSERT_TRUE(listingFrom(servers));
+    const QString address = servers.sample().address();
+    choose(WeatherSource::live);
+    EXPECT_EQ(servers.sample().address(), QString());
+    EXPECT_EQ(listingFrom(servers), std::set<QString>{"../"});
+    EXPECT_NE(servers.live().processId(), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&address] { return !answers(address); }, kDeadline));
+    choose(WeatherSource::sample);
+    ASSERT_TRUE(listingFrom(servers));
+    EXPECT_EQ(servers.live().processId(), 0);
+    choose(WeatherSource::another);
+    EXPECT_EQ(servers.sample().processId(), 0);
 }
 
-TEST_F(LocalServerTest, AServerThatIsThereIsUsed) {
+TEST_F(LocalServerTest, NobodyElsesServerIsUsed) {
     HttpServer there;
-    useServers(there.host(), there.host());
     there.serve(test::framesPath("TLX"), "\"a name\"");
-    LocalServer server(there.host(), kProgram);
-    EXPECT_EQ(listingFrom(there.host(), server), std::set<QString>{"a name"});
-    EXPECT_EQ(server.processId(), 0);
+    ServersSetting::choose(WeatherSource::sample, {there.host(), there.host()});
+    LocalServers servers(kProgram, kNoProviders);
+    ASSERT_TRUE(listingFrom(servers));
+    EXPECT_EQ(there.count(), 0);
+    ServersSetting::choose(WeatherSource::another, {there.host(), there.host()});
+    EXPECT_EQ(listingFrom(servers), std::set<QString>{"a name"});
 }
 
-TEST_F(LocalServerTest, AConfiguredOtherServerIsNeverReplaced) {
+TEST_F(LocalServerTest, AnotherServerIsNeverReplaced) {
     const RefusingPort other;
-    useServers(other.host(), other.host());
-    LocalServer server(address, kProgram);
-    EXPECT_FALSE(listingFrom(other.host(), server));
-    EXPECT_EQ(server.processId(), 0);
-    EXPECT_FALSE(answers(address));
+    ServersSetting::set({other.host(), other.host()});
+    LocalServers servers(kProgram, kNoProviders);
+    EXPECT_FALSE(listingFrom(servers));
+    EXPECT_EQ(servers.sample().processId(), 0);
+    EXPECT_EQ(servers.live().processId(), 0);
 }
 
-TEST_F(LocalServerTest, ItTakesTheirPlaceWhenAnothersServerEnds) {
-    auto another = std::make_unique<HttpServer>();
-    const QString shared = another->host();
-    useServers(shared, shared);
-    another->serve(test::framesPath("TLX"), "\"a name\"");
-    LocalServer server(shared, kProgram);
-    EXPECT_EQ(listingFrom(shared, server), std::set<QString>{"a name"});
-    another.reset();
-    const auto names = listingFrom(shared, server);
-    ASSERT_TRUE(names);
-    EXPECT_GT(names->size(), 5U);
-    EXPECT_NE(server.processId(), 0);
+TEST_F(LocalServerTest, OneThatEndedIsStartedAgain) {
+    choose(WeatherSource::sample);
+    LocalServers servers(kProgram, kNoProviders);
+    ASSERT_TRUE(listingFrom(servers));
+    kill(static_cast<pid_t>(servers.sample().processId()), SIGKILL);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return servers.sample().address().isEmpty(); }, kDeadline));
+    EXPECT_TRUE(listingFrom(servers));
 }
 
-TEST_F(LocalServerTest, WithoutTheProgramNothingIsStarted) {
-    LocalServer server(address, home.path("missing"));
-    EXPECT_FALSE(listingFrom(address, server));
-    EXPECT_EQ(server.processId(), 0);
+TEST_F(LocalServerTest, WithoutTheProgramNothingIsStartedAndTheTransferSaysWhoFails) {
+    choose(WeatherSource::live);
+    LocalServers servers(home.path("missing"), kNoProviders);
+    Transfers transfers(servers);
+    WaitingTransfer transfer(transfers, ServersSetting::current().radar, true, false);
+    std::set<QString> names;
+    EXPECT_FALSE(transfer.FetchQuotedStrings(test::framesPath("TLX"), names));
+    EXPECT_EQ(transfer.trouble(), "Raincast's live radar server does not answer.");
+    EXPECT_EQ(servers.live().processId(), 0);
+}
+
+TEST_F(LocalServerTest, TheArgumentsSayWhatIsServed) {
+    const Script script("echo \"$@\" >> \"$0.log\"\n");
+    LocalServers servers(script.path(), kNoProviders);
+    choose(WeatherSource::live);
+    EXPECT_FALSE(listingFrom(servers));
+    choose(WeatherSource::sample);
+    EXPECT_FALSE(listingFrom(servers));
+    const QString rest = " --listen 127.0.0.1:0 --end-with-parent --quiet";
+    const QStringList lines = QString::fromUtf8(script.log()).split('\n');
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_EQ(lines[0], "--live --hours 26 " + kNoProviders.join(' ') + rest);
+    EXPECT_EQ(lines[1], "--sample --hours 26" + rest);
 }
 
 TEST_F(LocalServerTest, AProgramThatDoesNotListenIsGivenUp) {
-    const UselessProgram program;
-    LocalServer server(address, program.path());
+    const Script script("echo start >> \"$0.log\"\n");
+    choose(WeatherSource::sample);
+    LocalServers servers(script.path());
     for (int i = 0; i < 6; ++i) {
-        EXPECT_FALSE(listingFrom(address, server));
+        EXPECT_FALSE(listingFrom(servers));
     }
-    EXPECT_EQ(program.starts(), 3);
+    EXPECT_EQ(script.log().count("start"), 3);
+}
+
+TEST_F(LocalServerTest, WhatElseAProgramPrintsIsNoAddress) {
+    const Script script("echo up\necho Serving nothing at all\necho http://127.0.0.1:9/\n"
+                        "echo Publishing at http://127.0.0.1:9/\n");
+    LocalServer server(script.path(), {});
+    std::optional<QString> address;
+    server.use([&address](const QString& given) { address = given; });
+    EXPECT_TRUE(QTest::qWaitFor([&address] { return address.has_value(); }, kDeadline));
+    EXPECT_EQ(address, QString());
 }
 
 TEST_F(LocalServerTest, NothingWaitsButTheTransferWhileItStarts) {
-    writeFile(home.path("slow"), "#!/bin/sh\nexec sleep 1\n");
-    QFile::setPermissions(home.path("slow"), QFile::ReadOwner | QFile::ExeOwner);
-    LocalServer server(address, home.path("slow"));
+    const Script script("exec sleep 1\n");
+    choose(WeatherSource::sample);
+    LocalServers servers(script.path());
     int events = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&events] { ++events; });
     timer.start(10);
-    EXPECT_FALSE(listingFrom(address, server));
+    EXPECT_FALSE(listingFrom(servers));
     EXPECT_GT(events, 10);
 }
 
 TEST_F(LocalServerTest, TheEndDoesNotWaitForAServerThatStays) {
-    writeFile(home.path("deaf"), "#!/bin/sh\ntrap '' TERM\necho up\nwhile :; do sleep 1; done\n");
-    QFile::setPermissions(home.path("deaf"), QFile::ReadOwner | QFile::ExeOwner);
-    auto server = std::make_unique<LocalServer>(address, home.path("deaf"));
-    EXPECT_FALSE(listingFrom(address, *server));
+    const Script script("trap '' TERM\necho Serving nothing at http://127.0.0.1:9/\n"
+                        "while :; do sleep 1; done\n");
+    auto server = std::make_unique<LocalServer>(script.path(), QStringList());
+    QString address;
+    server->use([&address](const QString& given) { address = given; });
+    EXPECT_TRUE(QTest::qWaitFor([&address] { return !address.isEmpty(); }, kDeadline));
+    EXPECT_EQ(address, "127.0.0.1:9");
     EXPECT_NE(server->processId(), 0);
     const auto start = std::chrono::steady_clock::now();
     server.reset();
@@ -182,26 +220,28 @@ TEST_F(LocalServerTest, TheEndDoesNotWaitForAServerThatStays) {
 // In a process of its own, which ends as a viewer that is killed does.
 TEST(LocalServerDeathTest, AKilledViewerTakesItAlong) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const QTemporaryDir cache;
-    if (!qEnvironmentVariableIsSet(kPortVariable)) {
-        qputenv(kPortVariable, QByteArray::number(freePort()));
-        qputenv("XDG_CACHE_HOME", QFile::encodeName(cache.path()));
+    const QTemporaryDir folder;
+    if (!qEnvironmentVariableIsSet(kFolderVariable)) {
+        qputenv(kFolderVariable, QFile::encodeName(folder.path()));
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(folder.path()));
     }
-    const QString address = loopbackHost(qEnvironmentVariableIntValue(kPortVariable));
-    const auto dying = [&address] {
+    const QString note = qEnvironmentVariable(kFolderVariable) + "/address";
+    const auto dying = [&note] {
         test::qtApp();
-        ServersSetting::set({address, address});
-        LocalServer server(address, kProgram);
-        server.EstablishConnection([](bool) {});
-        // A busy machine may take longer to start it than the viewer waits.
-        if (!QTest::qWaitFor([&address] { return answers(address); }, kDeadline)) {
+        LocalServer server(kProgram, {"--sample"});
+        QString address;
+        server.use([&address](const QString& given) { address = given; });
+        if (!QTest::qWaitFor([&address] { return !address.isEmpty(); }, kDeadline)) {
             std::_Exit(1);
         }
+        writeFile(note, address.toUtf8());
         std::raise(SIGKILL);
     };
     EXPECT_EXIT(dying(), testing::KilledBySignal(SIGKILL), "");
+    const QString address = QString::fromUtf8(readFile(note));
+    EXPECT_TRUE(address.startsWith("127.0.0.1:"));
     EXPECT_TRUE(QTest::qWaitFor([&address] { return !answers(address); }, kDeadline));
-    qunsetenv(kPortVariable);
+    qunsetenv(kFolderVariable);
     qunsetenv("XDG_CACHE_HOME");
 }
 

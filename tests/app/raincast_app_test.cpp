@@ -89,7 +89,7 @@ protected:
         application.setFirstShow({std::nullopt, QStringLiteral("LWX")});
     }
     ~FirstShowTest() override {
-        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
     }
     static QString siteOf(const CAppPaged::Page& page, std::size_t item = 0) {
         const auto& items = dynamic_cast<const CPageDisplay&>(page).items();

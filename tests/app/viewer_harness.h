@@ -52,7 +52,7 @@ protected:
     /// What a new process would not know.
     static void forgetRun() {
         WindowPlace::settings.geometry.clear();
-        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
         Modal::forgetEnd();
         Modal::neverAsk(false);
     }

@@ -464,7 +464,8 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
     inLoop([&] {
         EXPECT_NE(viewer.window()->frame()->size(), options.geometry);
         EXPECT_EQ(PositionSourceSetting::text(), QString());
-        EXPECT_EQ(ServersSetting::current().radar, ServersSetting::localServer());
+        EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
+        EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
         EXPECT_EQ(viewer.settings().configFile, home.pageFile());
         viewer.requestEnd();
     });
@@ -478,7 +479,8 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
         );
     };
     EXPECT_TRUE(saved("CWindowPlace", "geometry"));
-    EXPECT_EQ(saved("CServers", "radar_server"), ServersSetting::localServer());
+    EXPECT_EQ(saved("CServers", "radar_server"), ServersSetting::defaultHost());
+    EXPECT_NE(saved("CServers", "source"), "another");
     EXPECT_EQ(saved("CGlobals", "config_file"), home.pageFile());
 }
 

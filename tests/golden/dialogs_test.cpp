@@ -59,7 +59,7 @@ void sendTo(SampleViewer& viewer) {
 }
 
 void openServers(SampleViewer& viewer) {
-    ServersSetting::set({ServersSetting::localServer(), QStringLiteral("maps.example.org:8080")});
+    ServersSetting::set({ServersSetting::defaultHost(), QStringLiteral("maps.example.org:8080")});
     openSettings<CAppPaged::GlobalSettingsType::kRankServers>(viewer);
 }
 

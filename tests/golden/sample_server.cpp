@@ -105,7 +105,7 @@ SampleServer::SampleServer() : m_clock(fromCalendar({2019, 5, 19, 6, 0})) {
 }
 
 SampleServer::~SampleServer() {
-    ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+    ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
     Clock::use(nullptr);
 }
 

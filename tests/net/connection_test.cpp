@@ -9,8 +9,9 @@ namespace {
 TEST(ConnectionTest, TheSystemsConnectionIsTakenToBeUp) {
     ConnectionManager& system = ConnectionManager::ofTheSystem();
     bool up = false;
-    system.EstablishConnection([&up](bool given) { up = given; });
+    system.EstablishConnection("radar.example", [&up](bool given) { up = given; });
     EXPECT_TRUE(up);
+    EXPECT_EQ(system.addressOf("radar.example"), "radar.example");
     EXPECT_TRUE(system.ReleaseConnection());
     EXPECT_TRUE(system.ReleaseConnection());
     EXPECT_FALSE(system.IsConnected());

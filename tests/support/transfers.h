@@ -60,6 +60,7 @@ public:
     [[nodiscard]] const std::optional<QString>& writeFailure() const {
         return m_fetched.writeFailure;
     }
+    using CHttpTransfer::trouble;
     /// Adds to the strings.
     [[nodiscard]] bool FetchQuotedStrings(const QString& path, std::set<QString>& strings) {
         auto listing = m_loop.resultOf<Listing>([&](const ListingDone& done) {
@@ -81,7 +82,7 @@ class CountingConnectionManager : public ConnectionManager {
 public:
     explicit CountingConnectionManager(bool succeeds = true) : m_succeeds(succeeds) {}
 
-    void EstablishConnection(Ready ready) override {
+    void EstablishConnection(const QString& /*host*/, Ready ready) override {
         ++established;
         ready(m_succeeds);
     }

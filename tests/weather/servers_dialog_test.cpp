@@ -6,6 +6,8 @@
 #include "weather/servers_dialog.h"
 #include "weather/servers_setting.h"
 
+#include <QComboBox>
+
 #include <algorithm>
 
 namespace raincast {
@@ -16,7 +18,7 @@ using test::DialogScript;
 class DlgServersTest : public test::GuiTest {
 protected:
     ~DlgServersTest() override {
-        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
     }
 };
 
@@ -31,31 +33,71 @@ TEST_F(DlgServersTest, TheSettingsMenuOffersIt) {
     (*found)->open(nullptr);
 }
 
-TEST_F(DlgServersTest, OkChangesBoth) {
+void choose(QDialog& dialog, const QString& source) {
+    auto* const sources = dialog.findChild<QComboBox*>();
+    ASSERT_NE(sources, nullptr);
+    const int row = sources->findText(source);
+    ASSERT_GE(row, 0);
+    sources->setFocus();
+    QTest::keyClick(sources, Qt::Key_Home);
+    for (int down = 0; down < row; ++down) {
+        QTest::keyClick(sources, Qt::Key_Down);
+    }
+    EXPECT_EQ(sources->currentText(), source);
+}
+
+TEST_F(DlgServersTest, AnotherServerHasTwoHosts) {
     DialogScript script;
     script.expect("Servers", [](QDialog& dialog) {
+        choose(dialog, "Another server");
         const auto fields = dialog.findChildren<QLineEdit*>();
         ASSERT_EQ(fields.size(), 2);
-        EXPECT_EQ(fields[0]->text(), ServersSetting::localServer());
+        EXPECT_EQ(fields[0]->text(), ServersSetting::defaultHost());
         test::type(dialog, 0, "radar.example");
         test::type(dialog, 1, " maps.example:81 ");
         test::press(dialog, "OK");
     });
     EXPECT_EQ(ServersDialog().run(nullptr), Dialog::kOk);
-    EXPECT_EQ(ServersSetting::current().radar, QStringLiteral("radar.example"));
-    EXPECT_EQ(ServersSetting::current().basemap, QStringLiteral("maps.example:81"));
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::another);
+    EXPECT_EQ(ServersSetting::current(), (RadarServers{"radar.example", "maps.example:81"}));
+}
+
+TEST_F(DlgServersTest, OnlyAnotherServersHostsCanBeTyped) {
+    ServersSetting::set({"radar.example", "maps.example"});
+    DialogScript script;
+    script.expect("Servers", [](QDialog& dialog) {
+        const auto areEnabled = [&dialog] {
+            const auto fields = dialog.findChildren<QLineEdit*>();
+            EXPECT_EQ(fields[0]->isEnabled(), fields[1]->isEnabled());
+            return fields[0]->isEnabled();
+        };
+        EXPECT_EQ(dialog.findChild<QComboBox*>()->currentText(), "Another server");
+        EXPECT_TRUE(areEnabled());
+        choose(dialog, "Sample weather");
+        EXPECT_FALSE(areEnabled());
+        choose(dialog, "Another server");
+        EXPECT_TRUE(areEnabled());
+        choose(dialog, "Live radar (NOAA)");
+        EXPECT_FALSE(areEnabled());
+        test::press(dialog, "OK");
+    });
+    EXPECT_EQ(ServersDialog().run(nullptr), Dialog::kOk);
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::live);
+    EXPECT_EQ(ServersSetting::hosts(), (RadarServers{"radar.example", "maps.example"}));
 }
 
 TEST_F(DlgServersTest, WhatIsNoHostKeepsItOpen) {
     DialogScript script;
     script.expect("Servers", [](QDialog& dialog) {
+        choose(dialog, "Another server");
         test::type(dialog, 0, "http://radar.example/");
         test::press(dialog, "OK");
         EXPECT_TRUE(dialog.isVisible());
     });
     script.expect("Raincast");
     EXPECT_EQ(ServersDialog().run(nullptr), Dialog::kCancel);
-    EXPECT_EQ(ServersSetting::current().radar, ServersSetting::localServer());
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+    EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
 }
 
 } // namespace

@@ -15,39 +15,122 @@ const QString kKey = QStringLiteral("Software/Quorvane/Raincast_1/CServers");
 class ServersTest : public ::testing::Test {
 protected:
     ~ServersTest() override {
-        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
     }
 
     [[nodiscard]] RegistryStore store() const {
         return {m_folder.filePath("machine.json"), m_folder.filePath("user.json")};
     }
 
+    void save() const {
+        RegistryStore saved = store();
+        ASSERT_TRUE(PersistantData::saveAll(saved, "Raincast_1"));
+    }
+    void load() const {
+        RegistryStore loaded = store();
+        PersistantData::loadAll(loaded, "Raincast_1");
+    }
+    void write(const QString& value, const QString& text) const {
+        RegistryStore written = store();
+        written.setString(RegistryStore::Branch::user, kKey, value, text);
+        ASSERT_TRUE(written.save(RegistryStore::Branch::user));
+    }
+    static RadarServers own(const char16_t* name) {
+        return {QString::fromUtf16(name), QString::fromUtf16(name)};
+    }
+
     QTemporaryDir m_folder;
 };
 
-TEST_F(ServersTest, BothAreAtFirstTheInstalledOne) {
-    EXPECT_EQ(ServersSetting::current().radar, QStringLiteral("127.0.0.1:8155"));
-    EXPECT_EQ(ServersSetting::current().basemap, QStringLiteral("127.0.0.1:8155"));
+TEST_F(ServersTest, AtFirstTheViewersOwnServerIsUsed) {
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+    EXPECT_EQ(ServersSetting::hosts().radar, QStringLiteral("127.0.0.1:8155"));
+    EXPECT_EQ(ServersSetting::hosts().basemap, QStringLiteral("127.0.0.1:8155"));
 }
 
-TEST_F(ServersTest, TheSettingsKeepThem) {
-    ServersSetting::set({"radar.example", "maps.example:8080"});
-    RegistryStore saved = store();
-    ASSERT_TRUE(PersistantData::saveAll(saved, "Raincast_1"));
-    ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
-    RegistryStore loaded = store();
-    PersistantData::loadAll(loaded, "Raincast_1");
-    EXPECT_EQ(ServersSetting::current().radar, QStringLiteral("radar.example"));
-    EXPECT_EQ(ServersSetting::current().basemap, QStringLiteral("maps.example:8080"));
+TEST_F(ServersTest, EachSourceHasItsOwnServers) {
+    const RadarServers hosts{"radar.example", "maps.example:8080"};
+    ServersSetting::choose(WeatherSource::live, hosts);
+    EXPECT_EQ(ServersSetting::current(), own(kOwnLiveServer));
+    ServersSetting::choose(WeatherSource::sample, hosts);
+    EXPECT_EQ(ServersSetting::current(), own(kOwnSampleServer));
+    ServersSetting::choose(WeatherSource::another, hosts);
+    EXPECT_EQ(ServersSetting::current(), hosts);
+    EXPECT_EQ(ServersSetting::inUse(), WeatherSource::another);
 }
 
-TEST_F(ServersTest, AStoredTextThatIsNoHostKeepsTheDefault) {
-    RegistryStore written = store();
-    written.setString(RegistryStore::Branch::user, kKey, "radar_server", "http://radar.example/");
-    ASSERT_TRUE(written.save(RegistryStore::Branch::user));
-    RegistryStore loaded = store();
-    PersistantData::loadAll(loaded, "Raincast_1");
-    EXPECT_EQ(ServersSetting::current().radar, ServersSetting::localServer());
+TEST_F(ServersTest, NoServerOfTheUsersHasTheNameOfAnOwnOne) {
+    EXPECT_FALSE(isServer(QString::fromUtf16(kOwnLiveServer)));
+    EXPECT_FALSE(isServer(QString::fromUtf16(kOwnSampleServer)));
+}
+
+TEST_F(ServersTest, AChoiceIsKeptWithItsHosts) {
+    for (const WeatherSource source :
+         {WeatherSource::live, WeatherSource::sample, WeatherSource::another}) {
+        ServersSetting::choose(source, {"radar.example", "maps.example:8080"});
+        save();
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
+        load();
+        EXPECT_EQ(ServersSetting::source(), source);
+        EXPECT_EQ(ServersSetting::hosts(), (RadarServers{"radar.example", "maps.example:8080"}));
+    }
+}
+
+TEST_F(ServersTest, TheDefaultHostsMayBeAnotherServer) {
+    const RadarServers usual{ServersSetting::defaultHost(), ServersSetting::defaultHost()};
+    ServersSetting::choose(WeatherSource::another, usual);
+    save();
+    ServersSetting::set(usual);
+    load();
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::another);
+    EXPECT_EQ(ServersSetting::current(), usual);
+}
+
+TEST_F(ServersTest, SettingsOfAnEarlierVersionKeepTheirMeaning) {
+    write("radar_server", "radar.example");
+    load();
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::another);
+    EXPECT_EQ(
+        ServersSetting::current(),
+        (RadarServers{"radar.example", QString::fromUtf16(kOwnSampleServer)})
+    );
+    write("basemap_server", "maps.example");
+    load();
+    EXPECT_EQ(ServersSetting::current(), (RadarServers{"radar.example", "maps.example"}));
+    write("radar_server", "127.0.0.1:8155");
+    write("basemap_server", "127.0.0.1:8155");
+    load();
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+}
+
+TEST_F(ServersTest, AnOptionMeansAnotherServerForThisRun) {
+    ServersSetting::choose(WeatherSource::sample, ServersSetting::hosts());
+    save();
+    ServersSetting::setForThisRun({}, {});
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::sample);
+    ServersSetting::setForThisRun("radar.example", "maps.example");
+    EXPECT_EQ(ServersSetting::current(), (RadarServers{"radar.example", "maps.example"}));
+    save();
+    load();
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::sample);
+    EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
+}
+
+TEST_F(ServersTest, AChoiceIsPublished) {
+    struct Ear : Listener<ServersChange> {
+        void onPublished(ServersChange& /*change*/) override { ++heard; }
+        int heard = 0;
+    } ear;
+    ServersSetting::choose(WeatherSource::sample, ServersSetting::hosts());
+    EXPECT_EQ(ear.heard, 1);
+}
+
+TEST_F(ServersTest, AStoredTextThatIsNoHostOrSourceKeepsTheDefault) {
+    write("radar_server", "http://radar.example/");
+    write("source", "moon");
+    load();
+    EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
 }
 
 } // namespace

@@ -60,7 +60,7 @@ protected:
     }
     ~WeatherPage() override {
         m_page->deactivate();
-        ServersSetting::set({ServersSetting::localServer(), ServersSetting::localServer()});
+        ServersSetting::set({ServersSetting::defaultHost(), ServersSetting::defaultHost()});
         qunsetenv("XDG_DATA_HOME");
         qunsetenv("RAINCAST_CARD_ROOT");
         Clock::use(nullptr);
