@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+
 namespace raincast {
 namespace {
 
@@ -42,7 +44,7 @@ protected:
         return client.readAll();
     }
 
-    bool m_wasWaiting = false;
+    std::atomic<bool> m_wasWaiting = false;
     TreeServer m_server{
         [this](std::string_view path, const TreeAsker& asker) { answer(path, asker); }};
 };

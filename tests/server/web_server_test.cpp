@@ -45,6 +45,11 @@ protected:
     }
     void start() { start({}); }
 
+    /// The last request that was answered.
+    HttpRequest last() {
+        const std::lock_guard lock(m_mutex);
+        return m_last;
+    }
     /// "/later" waits for answerLater(), "/never" is forgotten.
     void answer(const HttpRequest& request, const HttpReply& reply) {
         {
@@ -124,10 +129,10 @@ TEST_F(WebServerTest, Answers) {
             HasSubstr("Cache-Control: no-cache"), HasSubstr("Date: ")
         )
     );
-    EXPECT_EQ(m_last.method, "GET");
-    EXPECT_EQ(m_last.path, "/page");
-    EXPECT_EQ(m_last.query, "a=/../b");
-    EXPECT_EQ(m_last.header("if-none-match"), "x");
+    EXPECT_EQ(last().method, "GET");
+    EXPECT_EQ(last().path, "/page");
+    EXPECT_EQ(last().query, "a=/../b");
+    EXPECT_EQ(last().header("if-none-match"), "x");
     EXPECT_EQ(m_server->counts().requests, 1U);
 }
 
@@ -139,12 +144,12 @@ TEST_F(WebServerTest, UnderstandsEveryFormOfATarget) {
         EXPECT_THAT(get(target), EndsWith("hello")) << target;
     }
     EXPECT_THAT(get("/?q?r"), StartsWith("HTTP/1.1 404"));
-    EXPECT_EQ(m_last.path, "/");
-    EXPECT_EQ(m_last.query, "q?r");
+    EXPECT_EQ(last().path, "/");
+    EXPECT_EQ(last().query, "q?r");
     EXPECT_THAT(get("http://127.0.0.1"), StartsWith("HTTP/1.1 404"));
-    EXPECT_EQ(m_last.path, "/");
+    EXPECT_EQ(last().path, "/");
     EXPECT_THAT(get("/page%00"), StartsWith("HTTP/1.1 404"));
-    EXPECT_EQ(m_last.path, std::string("/page\0", 6));
+    EXPECT_EQ(last().path, std::string("/page\0", 6));
 }
 
 TEST_F(WebServerTest, HeadGivesNoBody) {
@@ -167,7 +172,7 @@ TEST_F(WebServerTest, TheHandlerSeesEveryMethod) {
             ask(std::string(method) + " /page HTTP/1.1\r\nConnection: close\r\n\r\n"),
             EndsWith("hello")
         ) << method;
-        EXPECT_EQ(m_last.method, method);
+        EXPECT_EQ(last().method, method);
     }
 }
 
@@ -184,7 +189,7 @@ TEST_F(WebServerTest, ABodyEndsTheConnection) {
             const std::string answer =
                 ask(method + (" /page HTTP/1.1\r\n" + headers + "\r\n\r\n" + hidden));
             EXPECT_EQ(countOf(answer, "HTTP/1.1"), 1) << method << ' ' << headers;
-            EXPECT_EQ(m_last.path, "/page");
+            EXPECT_EQ(last().path, "/page");
         }
     }
 }
