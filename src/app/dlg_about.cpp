@@ -16,7 +16,7 @@ namespace {
 const DialogTemplateRecord aboutTemplate{
     {CDlgAbout::kTemplate,
      QStringLiteral("About Raincast"),
-     {125, 46},
+     {125, 74},
      {
          {CDlgAbout::kPicture, ControlKind::picture, {}, {4, 4, 34, 38}},
          {CDlgAbout::kProduct, ControlKind::label, QStringLiteral("Raincast"), {41, 10, 82, 10}},
@@ -24,6 +24,10 @@ const DialogTemplateRecord aboutTemplate{
           ControlKind::label,
           QStringLiteral("Version 5.2.0, Build 756"),
           {41, 26, 82, 10}},
+         {CDlgAbout::kCredits,
+          ControlKind::label,
+          QStringLiteral("NOAA/NWS NEXRAD via Unidata (AWS Open Data)"),
+          {4, 46, 117, 24}},
      },
      {}}};
 

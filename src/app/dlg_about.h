@@ -11,6 +11,7 @@ public:
     static constexpr int kTemplate = 103;
     static constexpr int kPicture = 1013;
     static constexpr int kVersion = 1014;
+    static constexpr int kCredits = 1016;
     static constexpr int kProduct = 1015;
     /// The picture, in the resource module.
     static constexpr int kPictureResource = 5001;

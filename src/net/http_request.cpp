@@ -112,7 +112,18 @@ size_t HttpRequest::onHeader(char* data, size_t, size_t bytes, void* self) {
         request.m_headersComplete = true;
         request.m_status = static_cast<int>(status);
     }
+    if (!request.m_headersComplete) {
+        request.noteHeader(line);
+    }
     return bytes;
+}
+
+void HttpRequest::noteHeader(QByteArrayView line) {
+    constexpr QByteArrayView kSource = "raincast-source:";
+    if (line.first(std::min(line.size(), kSource.size())).compare(kSource, Qt::CaseInsensitive) ==
+        0) {
+        m_source = line.sliced(kSource.size()).trimmed().toByteArray();
+    }
 }
 
 size_t HttpRequest::onBody(char* data, size_t, size_t bytes, void* self) {
@@ -190,6 +201,7 @@ HttpResponse HttpRequest::end(CURLcode result) {
     response.connectingFailed = connectingFailed(result);
     response.timedOut = m_timeout != nullptr || result == CURLE_OPERATION_TIMEDOUT;
     response.failure = failure(result);
+    response.source = m_source;
     response.whole = m_headersComplete && !m_enough && result == CURLE_OK && m_timeout == nullptr;
     const bool file = m_order.body == DownloadOrder::Body::file;
     if (file && goodStatus()) {

@@ -49,6 +49,7 @@ private:
     void setOptions();
     template<typename T>
     void set(CURLoption option, T value);
+    void noteHeader(QByteArrayView line);
     [[nodiscard]] bool goodStatus() const;
     [[nodiscard]] bool take(QByteArrayView piece);
     [[nodiscard]] bool takeListing(QByteArrayView piece);
@@ -76,6 +77,7 @@ private:
     bool m_enough = false; ///< what else comes is not wanted
     bool m_connected = false;
     bool m_headersComplete = false;
+    QByteArray m_source;             ///< of the header of that name
     const char* m_timeout = nullptr; ///< the limit of time that ended it, in words
     int m_status = 0;
     qint64 m_headerBytes = 0;

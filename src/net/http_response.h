@@ -25,6 +25,9 @@ struct HttpResponse {
     bool timedOut = false;
     /// What went wrong on the way, in words: "the server stalled".
     std::optional<QString> failure;
+    /// What a radar image server says about its source of frames: the header "Raincast-Source";
+    /// empty without one.
+    QByteArray source;
     /// Why the body was not taken: "no GIF image".
     std::optional<QString> refusal;
 

@@ -99,6 +99,7 @@ void CHttpTransfer::FetchQuotedStrings(const QString& serverPath, ListingDone do
         [this, serverPath, done = std::move(done)](const HttpResponse* response) {
             if (response != nullptr) {
                 m_downloads.report(url({serverPath, false}), outcomeOf(*response));
+                m_listingSource = response->source;
             }
             if (response == nullptr || !response->answered()) {
                 done(std::nullopt);

@@ -91,6 +91,10 @@ public:
     /// "radar.example does not answer."; empty while none had.
     [[nodiscard]] const QString& trouble() const { return m_trouble; }
 
+    /// What the server of the last listing said about its source of frames, in the words of its
+    /// header: "provider"; empty if nothing.
+    [[nodiscard]] const QByteArray& listingSource() const { return m_listingSource; }
+
 private:
     /// Called with the response; null when there is none, because the object has given up.
     using Ended = std::function<void(const HttpResponse* response)>;
@@ -133,6 +137,7 @@ private:
     bool m_ready = false; ///< for requests to begin
     ConnectState m_connectState = ConnectState::notYet;
     QString m_trouble;
+    QByteArray m_listingSource;
     bool m_gaveUp = false; ///< a request waited to its limit, or the owner wants no more
     std::shared_ptr<ByteAllowance> m_allowance;
     std::shared_ptr<void> m_connections; ///< kept for the action

@@ -37,7 +37,7 @@ struct RadarState {
     int imageHeight = 0;
     FileTime nextUpdate = 0; ///< earliest time of the next automatic update
     QString status;          ///< painted over the picture; empty: none
-    QString cause;           ///< of a failure, a line below the status; empty: unknown
+    QString cause;           ///< of a failure or an outage, a line below the status; empty: unknown
     RadarWarnings warnings;  ///< the last that came, whether or not they are to be shown
 
     /// Where the present weather's files are, each site's in its folder.

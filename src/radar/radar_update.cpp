@@ -11,6 +11,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace raincast {
@@ -21,6 +22,26 @@ namespace {
 constexpr FileTime kNextUpdateAfter = 8 * kFileTimePerMinute;
 // Makes the animation start over on its second tick after an update.
 constexpr int kCounterAfterUpdate = 10;
+
+/// What a server's source of frames lacks, by its header.
+struct Outage {
+    const char* source;
+    const char16_t* text;
+};
+constexpr Outage kOutages[] = {
+    {"no-product", u"This radar makes no such product."},
+    {"radar-down", u"The radar itself is down."},
+    {"provider", u"The provider does not answer."},
+    {"network", u"This machine has no network."},
+};
+
+QString outageText(const QByteArray& source) {
+    const auto* const found =
+        std::find_if(std::begin(kOutages), std::end(kOutages), [&source](const Outage& outage) {
+            return source == outage.source;
+        });
+    return found == std::end(kOutages) ? QString() : QString::fromUtf16(found->text);
+}
 
 } // namespace
 
@@ -262,10 +283,15 @@ QString RadarUpdate::outcome() const {
     return m_run->missing() > 0 ? QStringLiteral("Could not get\nall images.\n") : QString();
 }
 
-// What the server did wrong. A cache that could not be written is named by the status.
+// What the server lacks, even if its frames of before came, or did wrong. A cache that could not be
+// written is named by the status.
 QString RadarUpdate::cause() const {
+    if (m_writeFailure) {
+        return {};
+    }
+    const QString outage = outageText(m_transfer.listingSource());
     const bool complete = m_run && m_run->missing() == 0;
-    return m_writeFailure || complete ? QString() : m_transfer.trouble();
+    return !outage.isEmpty() || complete ? outage : m_transfer.trouble();
 }
 
 // The frames of before stay.

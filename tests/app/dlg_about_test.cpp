@@ -52,7 +52,12 @@ protected:
 TEST_F(AboutTest, ItNamesTheProductAndItsVersion) {
     DialogScript script;
     script.expect(kCaption, [](QDialog& dialog) {
-        EXPECT_EQ(texts(dialog), QStringList({"Raincast", "Version 5.2.0, Build 756"}));
+        EXPECT_EQ(
+            texts(dialog), QStringList(
+                               {"Raincast", "Version 5.2.0, Build 756",
+                                "NOAA/NWS NEXRAD via Unidata (AWS Open Data)"}
+                           )
+        );
         EXPECT_FALSE(picture(dialog).isNull());
         auto* const done = dialog.findChild<QPushButton*>();
         ASSERT_NE(done, nullptr);

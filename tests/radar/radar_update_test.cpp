@@ -508,6 +508,28 @@ TEST_F(RadarUpdateTest, AFailedUpdateLeavesTheFramesOfBefore) {
     EXPECT_EQ(m_state.frames.size(), 2U);
 }
 
+TEST_F(RadarUpdateTest, AnOutageOfTheSourceStandsBelowTheStatusEvenIfFramesCame) {
+    publish({"20190519_0554"});
+    const QByteArray listing = "\"" + nameOf("20190519_0554").toLatin1() + "\"";
+    const auto outage = [&](const QByteArray& source, const QByteArray& body) {
+        m_server.handle(kListing, [=](const HttpServer::Request&) {
+            return HttpServer::Response{200, body, "text/html", {{"Raincast-Source", source}}};
+        });
+        static_cast<void>(update());
+        return m_state.cause.toStdString();
+    };
+    const char* const kNoProduct = "This radar makes no such product.";
+    EXPECT_EQ(outage("no-product", ""), kNoProduct);
+    EXPECT_EQ(m_state.status, kNoImages);
+    EXPECT_EQ(outage("radar-down", listing), "The radar itself is down.");
+    EXPECT_EQ(m_state.status, QString());
+    EXPECT_EQ(m_state.frames.size(), 1U);
+    EXPECT_EQ(outage("provider", listing), "The provider does not answer.");
+    EXPECT_EQ(outage("network", listing), "This machine has no network.");
+    EXPECT_EQ(outage("ok", listing), "");
+    EXPECT_EQ(outage("moon", ""), "");
+}
+
 TEST_F(RadarUpdateTest, TheFramesOfBeforeStayUntilTheNewestIsThere) {
     publish({"20190519_0544", "20190519_0554"});
     animate(2, 9);
