@@ -21,6 +21,7 @@ constexpr FileTime kLongestRetryAfter = 60 * kFileTimePerMinute;
 constexpr FileTime kShortRest = 10 * kFileTimePerSecond;
 // Without a connection nothing was asked of anybody: the next provider is wanted soon.
 constexpr FileTime kFirstReconnect = 1 * kFileTimePerSecond;
+constexpr FileTime kLongestReconnect = 25 * kFileTimePerSecond;
 constexpr FileTime kFirstRepeat = 2 * kFileTimePerSecond;
 
 constexpr int kNotModified = 304;
@@ -193,7 +194,9 @@ void PoliteFetcher::noteFailure(Host& host, const Job& job, const FetchAnswer& a
         FileTime rest = (isReached ? kFirstRepeat : kFirstReconnect)
                         << (std::min(health.failures - 1, 4));
         if (health.failures >= kFailuresToRest) {
-            rest = std::min(kFirstRest << std::min(host.rests, 4), kLongestRest);
+            rest = std::min(
+                kFirstRest << std::min(host.rests, 4), isReached ? kLongestRest : kLongestReconnect
+            );
             ++host.rests;
         }
         const double spread = 1 + m_jitter() / 4;

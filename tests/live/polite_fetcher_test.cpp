@@ -185,6 +185,8 @@ TEST_F(PoliteFetcherTest, WithoutAConnectionItTriesSooner) {
     EXPECT_EQ(pause(), 2);
     answer(unreachable());
     EXPECT_EQ(m_answers.size(), 1U);
+    // A network that is there again is found within half a minute.
+    EXPECT_EQ(health().restsUntil, m_clock.now() + 25 * kSecond);
 }
 
 TEST_F(PoliteFetcherTest, WhatIsNoAnswerToTheQuestionIsAFailure) {
