@@ -25,6 +25,7 @@ struct AppOptions {
     std::optional<int> product;
     QString welcomeSiteId;     ///< of the first radar item while it has none; empty: it asks
     QStringList liveArguments; ///< for the server of live radar, as its command line takes them
+    QString serverProgram; ///< that serves live radar and sample weather; empty: the installed one
     /// Qt's own options, to be given to the application object.
     QStringList qtArguments;
 };

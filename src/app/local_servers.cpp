@@ -43,7 +43,8 @@ QString LocalServers::addressOf(const QString& host) const {
 }
 
 void LocalServers::onPublished(ServersChange& /*change*/) {
-    if (!isWanted(kOwnLiveServer)) {
+    // Behind sample weather that stands in it looks for a way to live radar.
+    if (!isWanted(kOwnLiveServer) && ServersSetting::source() != WeatherSource::live) {
         m_live.end();
     }
     if (!isWanted(kOwnSampleServer)) {

@@ -4,6 +4,8 @@
 #include "page/item.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
+#include "radar/catalogue/frame_name.h"
+#include "radar/catalogue/products.h"
 #include "weather/item_weather.h"
 #include "weather/page_default_weather.h"
 
@@ -49,6 +51,21 @@ bool CRaincastApp::loading() const {
                const auto* const radar = dynamic_cast<const CItemWeather*>(item.get());
                return radar != nullptr && radar->loading();
            });
+}
+
+QString CRaincastApp::listing() const {
+    const auto* const page = dynamic_cast<const CPageDisplay*>(current());
+    if (page == nullptr) {
+        return {};
+    }
+    for (const auto& item : page->items()) {
+        const auto* const radar = dynamic_cast<const CItemWeather*>(item.get());
+        if (radar != nullptr && !radar->state().siteId.isEmpty()) {
+            const RadarState& state = radar->state();
+            return listingDirectory(state.siteId, ProductCode(state.product).toString());
+        }
+    }
+    return {};
 }
 
 QString CRaincastApp::problem() const {

@@ -34,6 +34,8 @@ public:
 
     /// Whether an item of the current page is being loaded.
     [[nodiscard]] bool loading() const;
+    /// Where a server lists the frames that the current page shows; empty for none.
+    [[nodiscard]] QString listing() const;
     /// A text that says what is wrong on the current page; empty while nothing is.
     [[nodiscard]] QString problem() const;
     /// What the current page shows, for the window's title; may be empty.

@@ -58,7 +58,15 @@ void closePopups() {
 
 Viewer::Viewer(AppOptions options)
     : m_options(std::move(options)),
-      m_localServers(LocalServer::installedProgram(), m_options.liveArguments) {
+      m_localServers(
+          m_options.serverProgram.isEmpty() ? LocalServer::installedProgram()
+                                            : m_options.serverProgram,
+          m_options.liveArguments
+      ),
+      m_liveWatch(
+          m_downloads, m_timers, [this] { return m_application.listing(); },
+          [this](bool standsIn) { sayStandIn(standsIn); }
+      ) {
     m_application.useDownloads(m_downloads);
 }
 
@@ -80,6 +88,7 @@ int Viewer::run() {
     saveAtExit();
     m_window->showNow();
     openPositionSource();
+    m_liveWatch.begin();
     const int status = loop();
     m_receiver.use(std::nullopt);
     if (m_userIsThere) {
@@ -178,6 +187,11 @@ void Viewer::saveInBackground() {
     );
 }
 
+void Viewer::sayStandIn(bool standsIn) {
+    const QString text = QStringLiteral("Live radar cannot be reached: sample weather.");
+    m_application.setRetryNotice(standsIn ? text : QString(), [this] { m_liveWatch.ask(); });
+}
+
 void Viewer::openPositionSource() {
     if (const auto address = PositionSourceSetting::address(); !address) {
         qCCritical(viewerLog, "No position: %s", qUtf8Printable(address.error()));
@@ -195,7 +209,12 @@ int Viewer::loop() {
     std::unique_ptr<Screenshot> screenshot;
     if (!forAPerson()) {
         screenshot = std::make_unique<Screenshot>(
-            *m_window->frame(), m_options.screenshot, [this] { return m_application.loading(); },
+            *m_window->frame(), m_options.screenshot,
+            [this] {
+                const bool mayHaveStandIn =
+                    m_liveWatch.undecided() && !m_application.problem().isEmpty();
+                return m_application.loading() || mayHaveStandIn;
+            },
             [this](bool saved) { pictureTaken(saved); }
         );
     }

@@ -5,6 +5,7 @@
 #include "app/exposures.h"
 #include "app/globals.h"
 #include "app/keeper.h"
+#include "app/live_watch.h"
 #include "app/local_servers.h"
 #include "app/position_feeds.h"
 #include "app/position_source_settings_type.h"
@@ -65,6 +66,7 @@ private:
     void saveInBackground();
     void saveAtExit();
     void openPositionSource();
+    void sayStandIn(bool standsIn);
     [[nodiscard]] int loop();
     void pictureTaken(bool saved);
     void closedByUser();
@@ -86,6 +88,7 @@ private:
     CRaincastApp m_application;
     TargetSetting m_target{m_application.marks()};
     QtTimers m_timers;
+    LiveWatch m_liveWatch;
     PositionReceiver m_receiver{m_timers};
     PositionSourceSettingsType m_positionSource{m_receiver};
     std::unique_ptr<BackgroundSave> m_saving; ///< of a run for a person

@@ -9,6 +9,7 @@
 #include "page/page_type.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
+#include "window/action_row.h"
 #include "window/bottom_rows.h"
 #include "window/command_set.h"
 #include "window/commands.h"
@@ -49,6 +50,8 @@ void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, Q
     m_notice->setForegroundRole(QPalette::ToolTipText);
     m_notice->setAutoFillBackground(true);
     rows->add(*m_notice);
+    m_retryNotice = new ActionRow(QStringLiteral("Try again"), [this] { m_again(); });
+    rows->add(*m_retryNotice);
     m_undo = new Undo(*rows);
     Window::attach(window, &client);
 }
@@ -308,6 +311,14 @@ void CAppPaged::setNotice(const QString& text) {
     if (m_notice) {
         m_notice->setText(text);
         m_notice->setVisible(!text.isEmpty());
+    }
+}
+
+void CAppPaged::setRetryNotice(const QString& text, std::function<void()> again) {
+    m_again = std::move(again);
+    if (m_retryNotice) {
+        m_retryNotice->setText(text);
+        m_retryNotice->setVisible(!text.isEmpty());
     }
 }
 

@@ -102,6 +102,8 @@ public:
     /// Shows a text over the bottom of whatever page is shown; an empty one takes it away. Needs
     /// the window.
     void setNotice(const QString& text);
+    /// The same with a button "Try again", which calls `again`.
+    void setRetryNotice(const QString& text, std::function<void()> again);
 
     void onCommand(int id, QWidget* control, int notification) override;
     void onSize(int width, int height) override;
@@ -126,6 +128,8 @@ private:
     Page* m_current = nullptr;
     QPointer<QWidget> m_client;
     QPointer<QLabel> m_notice;
+    QPointer<ActionRow> m_retryNotice;
+    std::function<void()> m_again; ///< what the button of that does
     QPointer<Undo> m_undo;
     CommandSet* m_commands = nullptr;
     QPointer<QMenu> m_menu;

@@ -140,6 +140,7 @@ void CItemWeather::Loading::load(const QString& siteId, bool updateRadar) {
     cancel();
     if (!m_held) {
         m_outdated = m_outdated && !updateRadar;
+        m_forRadar = updateRadar;
         m_action = LoadBasemaps(scene(), siteId, updateRadar, [this](bool well) { ended(well); });
     }
 }
@@ -161,6 +162,7 @@ void CItemWeather::Loading::update() {
         return;
     }
     cancel();
+    m_forRadar = true;
     m_action = RequestUpdate(scene(), [this](bool well) { ended(well); });
 }
 
@@ -193,6 +195,9 @@ void CItemWeather::Loading::hold(bool held) {
 void CItemWeather::Loading::ended(bool well) {
     m_action.reset();
     m_progress = {};
+    if (well && m_forRadar && ServersSetting::inUse() == WeatherSource::live) {
+        ServersSetting::noteLive();
+    }
     m_retry.ended(well, Clock::current().now());
     settleDue();
     if (std::exchange(m_updateNext, false)) {

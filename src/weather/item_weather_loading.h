@@ -104,6 +104,7 @@ private:
     std::unique_ptr<Downloads> m_ownDownloads;
     bool m_held = false;
     RadarServers m_servers;  ///< that were used last
+    bool m_forRadar = false; ///< the present action brings radar images, not layers alone
     bool m_outdated = false; ///< layers and frames are those of other servers
     QMetaObject::Connection m_windowGone;
     bool m_inWindow = false; ///< what runs was begun while the page had its window

@@ -5,6 +5,7 @@
 #include "persist/persistant_data.h"
 
 #include <array>
+#include <utility>
 
 namespace raincast {
 
@@ -29,9 +30,14 @@ bool isDefault(const QString& host) {
     return host == ServersSetting::defaultHost();
 }
 
+void publishChange() {
+    ServersChange change;
+    Listener<ServersChange>::Notify(change);
+}
+
 /// What hosts mean in settings without a source.
 WeatherSource sourceOf(const RadarServers& hosts) {
-    return isDefault(hosts.radar) && isDefault(hosts.basemap) ? ServersSetting::kDefaultSource
+    return isDefault(hosts.radar) && isDefault(hosts.basemap) ? ServersSetting::defaultSource()
                                                               : WeatherSource::another;
 }
 
@@ -47,8 +53,10 @@ class ServersSetting::Persistant : public PersistantData {
 public:
     Persistant() : PersistantData("CServers") {}
 
-    WeatherSource source = kDefaultSource;
+    WeatherSource source = defaultSource();
     RadarServers hosts{defaultHost(), defaultHost()};
+    std::uint32_t hadLive = 0;
+    bool standsIn = false; ///< of this run
 
     void useForThisRun(const char* value, QString& member, const QString& host) {
         if (!host.isEmpty()) {
@@ -62,6 +70,8 @@ private:
         exchangeHost(values, "radar_server", hosts.radar);
         exchangeHost(values, "basemap_server", hosts.basemap);
         exchangeSource(values);
+        values.dword("had_live", hadLive);
+        standsIn = standsIn && !values.loading();
     }
     static void exchangeHost(SettingsExchange& values, const char* name, QString& member) {
         QString host = member;
@@ -90,6 +100,10 @@ ServersSetting::Persistant persistant;
 
 } // namespace
 
+WeatherSource ServersSetting::defaultSource() {
+    return WeatherSource::live;
+}
+
 QString ServersSetting::defaultHost() {
     return QString::fromUtf16(kLocalServer);
 }
@@ -105,12 +119,14 @@ RadarServers ServersSetting::hosts() {
 void ServersSetting::choose(WeatherSource source, const RadarServers& hosts) {
     persistant.source = source;
     persistant.hosts = hosts;
+    persistant.standsIn = false;
     UserChange::announce();
-    ServersChange change;
-    Listener<ServersChange>::Notify(change);
+    publishChange();
 }
 
 void ServersSetting::set(const RadarServers& hosts) {
+    persistant.standsIn = false;
+    persistant.hadLive = 0;
     persistant.hosts = hosts;
     persistant.source = sourceOf(hosts);
 }
@@ -120,8 +136,30 @@ void ServersSetting::setForThisRun(const QString& radarServer, const QString& ba
     persistant.useForThisRun("basemap_server", persistant.hosts.basemap, basemapServer);
 }
 
+bool ServersSetting::hadLive() {
+    return persistant.hadLive != 0;
+}
+
+// It has to be saved even if the program does not end in good order.
+void ServersSetting::noteLive() {
+    if (std::exchange(persistant.hadLive, 1) == 0) {
+        UserChange::announce();
+    }
+}
+
+void ServersSetting::standIn(bool standsIn) {
+    if (std::exchange(persistant.standsIn, standsIn) != standsIn) {
+        publishChange();
+    }
+}
+
+bool ServersSetting::standsIn() {
+    return persistant.standsIn;
+}
+
 WeatherSource ServersSetting::inUse() {
-    return persistant.source;
+    const bool isLive = persistant.source == WeatherSource::live;
+    return isLive && persistant.standsIn ? WeatherSource::sample : persistant.source;
 }
 
 RadarServers ServersSetting::current() {
@@ -132,7 +170,7 @@ RadarServers ServersSetting::current() {
     if (isDefault(servers.radar) != isDefault(servers.basemap)) {
         // Layers are the same in any weather: they need no network.
         QString& own = isDefault(servers.radar) ? servers.radar : servers.basemap;
-        own = ownServer(&own == &servers.radar ? kDefaultSource : WeatherSource::sample);
+        own = ownServer(&own == &servers.radar ? defaultSource() : WeatherSource::sample);
     }
     return servers;
 }

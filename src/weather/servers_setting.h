@@ -30,7 +30,7 @@ public:
     class Persistant;
 
     /// The source of an installation that nobody has changed.
-    static constexpr WeatherSource kDefaultSource = WeatherSource::sample;
+    [[nodiscard]] static WeatherSource defaultSource();
 
     /// The hosts of an installation that nobody has changed: where raincast-server listens unless
     /// it is told otherwise.
@@ -42,11 +42,19 @@ public:
     /// Changes the settings and publishes that.
     static void choose(WeatherSource source, const RadarServers& hosts);
 
-    /// Uses these hosts from now on, with the source that they mean, as settings that are loaded
-    /// do.
+    /// From now on all is as with settings that have nothing but these hosts.
     static void set(const RadarServers& hosts);
     /// Uses another server for this run only; empty texts change nothing.
     static void setForThisRun(const QString& radarServer, const QString& basemapServer);
+
+    /// Whether live radar was ever seen here, as the settings keep it.
+    [[nodiscard]] static bool hadLive();
+    static void noteLive();
+
+    /// Has sample weather stand in for live radar, or no longer, and publishes a change of that. A
+    /// choice ends it.
+    static void standIn(bool standsIn);
+    [[nodiscard]] static bool standsIn();
 
     /// Where weather comes from at present: the user's choice, or what stands in for it.
     [[nodiscard]] static WeatherSource inUse();

@@ -2,15 +2,10 @@
 #include "window/undo.h"
 
 #include "window/bottom_rows.h"
-#include "window/dialog_layout.h"
 #include "window/dialog_widget.h"
 #include "window/one_line.h"
-#include "window/screen_metrics.h"
 
 #include <QEvent>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QPushButton>
 #include <QShortcut>
 #include <QTimer>
 
@@ -24,21 +19,9 @@ constexpr int kMostNameCharacters = 24;
 
 } // namespace
 
-Undo::Undo(BottomRows& rows) : m_rows(rows), m_text(new QLabel), m_timer(new QTimer(this)) {
-    const int margin = dialogMargin(ScreenMetrics::current().logPixelsY);
-    setBackgroundRole(QPalette::ToolTipBase);
-    setAutoFillBackground(true);
-    m_text->setTextFormat(Qt::PlainText);
-    m_text->setWordWrap(true);
-    m_text->setForegroundRole(QPalette::ToolTipText);
-    auto* const button = new QPushButton(QStringLiteral("Undo"));
-    button->setAutoDefault(true);
-    button->setFocusPolicy(Qt::TabFocus); // a click leaves the keyboard where it is
-    auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(2 * margin, margin, margin, margin);
-    row->addWidget(m_text, 1);
-    row->addWidget(button);
-    connect(button, &QPushButton::clicked, this, [this] { undo(); });
+Undo::Undo(BottomRows& rows)
+    : ActionRow(QStringLiteral("Undo"), [this] { undo(); }), m_rows(rows),
+      m_timer(new QTimer(this)) {
     connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this, [this] {
         undo();
     });
@@ -57,7 +40,7 @@ QString Undo::deleted(const QString& name) {
 
 void Undo::offer(const QString& what, std::function<void()> putBack) {
     m_putBack = std::move(putBack);
-    m_text->setText(what);
+    setText(what);
     m_timer->start();
     show();
 }
@@ -91,7 +74,7 @@ bool Undo::eventFilter(QObject* dialog, QEvent* event) {
         dialog->removeEventFilter(this);
         moveBack();
     }
-    return QFrame::eventFilter(dialog, event);
+    return ActionRow::eventFilter(dialog, event);
 }
 
 void Undo::moveBack() {

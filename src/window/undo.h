@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFrame>
+#include "window/action_row.h"
+
 #include <QString>
 
 #include <functional>
 
-class QLabel;
-class QPushButton;
 class QTimer;
 
 namespace raincast {
@@ -20,7 +19,7 @@ class DialogWidget;
 /// and back when that ends.
 ///
 /// There is one step: another one takes its place, and the one before can no longer be undone.
-class Undo : public QFrame {
+class Undo : public ActionRow {
 public:
     static constexpr int kOfferedMilliseconds = 10'000;
 
@@ -47,7 +46,6 @@ private:
     void moveBack();
 
     BottomRows& m_rows;
-    QLabel* m_text;
     QTimer* m_timer;
     std::function<void()> m_putBack;
     std::function<void()> m_undone;

@@ -50,7 +50,10 @@ protected:
     void start(QProcess& process, const QStringList& arguments) const {
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(home.root());
-        process.start(QStringLiteral(RAINCAST_PROGRAM), arguments);
+        // Live radar without a provider: nothing is asked of another machine.
+        const QStringList noProviders = {
+            "--live-arguments", "--live-frames none --live-fallback none --live-warnings none"};
+        process.start(QStringLiteral(RAINCAST_PROGRAM), noProviders + arguments);
         EXPECT_TRUE(process.waitForStarted(kDeadline));
     }
     Result run(const QStringList& arguments) const {

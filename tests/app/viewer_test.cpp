@@ -465,7 +465,7 @@ TEST_F(ViewerTest, WhatOptionsSetHoldsForOneRun) {
         EXPECT_NE(viewer.window()->frame()->size(), options.geometry);
         EXPECT_EQ(PositionSourceSetting::text(), QString());
         EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
-        EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+        EXPECT_EQ(ServersSetting::source(), ServersSetting::defaultSource());
         EXPECT_EQ(viewer.settings().configFile, home.pageFile());
         viewer.requestEnd();
     });

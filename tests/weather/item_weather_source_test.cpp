@@ -113,6 +113,27 @@ TEST_F(ItemWeatherSourceTest, TheOtherSourcesFramesGoFromTheScreenEvenIfItHasNon
     EXPECT_TRUE(m_item->state().frames.empty());
     EXPECT_EQ(m_item->state().current.bitmap, nullptr);
     EXPECT_EQ(m_item->state().status, "No radar images found on server.\n");
+    EXPECT_FALSE(ServersSetting::hadLive());
+}
+
+TEST_F(ItemWeatherSourceTest, ItNotesThatLiveRadarWasSeen) {
+    showSite();
+    EXPECT_FALSE(ServersSetting::hadLive()) << "that was sample weather";
+    choose(WeatherSource::live);
+    EXPECT_TRUE(ServersSetting::hadLive());
+}
+
+TEST_F(ItemWeatherSourceTest, SampleWeatherThatStandsInIsSampleWeather) {
+    choose(WeatherSource::live);
+    ServersSetting::standIn(true);
+    showSite();
+    EXPECT_EQ(shown(), "5:50");
+    EXPECT_THAT(cached(kBranch), ElementsAre("0550"));
+    EXPECT_FALSE(ServersSetting::hadLive());
+    ServersSetting::standIn(false);
+    finish();
+    EXPECT_EQ(shown(), "5:54");
+    EXPECT_THAT(cached(kBranch), ElementsAre("0550"));
 }
 
 TEST_F(ItemWeatherSourceTest, AnItemThatIsNotOnTheScreenFollowsWhenItIs) {

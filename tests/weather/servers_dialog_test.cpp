@@ -96,7 +96,7 @@ TEST_F(DlgServersTest, WhatIsNoHostKeepsItOpen) {
     });
     script.expect("Raincast");
     EXPECT_EQ(ServersDialog().run(nullptr), Dialog::kCancel);
-    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::defaultSource());
     EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
 }
 

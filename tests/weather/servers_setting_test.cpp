@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(ServersTest, AtFirstTheViewersOwnServerIsUsed) {
-    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::defaultSource());
     EXPECT_EQ(ServersSetting::hosts().radar, QStringLiteral("127.0.0.1:8155"));
     EXPECT_EQ(ServersSetting::hosts().basemap, QStringLiteral("127.0.0.1:8155"));
 }
@@ -100,7 +100,7 @@ TEST_F(ServersTest, SettingsOfAnEarlierVersionKeepTheirMeaning) {
     write("radar_server", "127.0.0.1:8155");
     write("basemap_server", "127.0.0.1:8155");
     load();
-    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::defaultSource());
 }
 
 TEST_F(ServersTest, AnOptionMeansAnotherServerForThisRun) {
@@ -116,13 +116,43 @@ TEST_F(ServersTest, AnOptionMeansAnotherServerForThisRun) {
     EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
 }
 
+struct Ear : Listener<ServersChange> {
+    void onPublished(ServersChange& /*change*/) override { ++heard; }
+    int heard = 0;
+};
+
 TEST_F(ServersTest, AChoiceIsPublished) {
-    struct Ear : Listener<ServersChange> {
-        void onPublished(ServersChange& /*change*/) override { ++heard; }
-        int heard = 0;
-    } ear;
+    const Ear ear;
     ServersSetting::choose(WeatherSource::sample, ServersSetting::hosts());
     EXPECT_EQ(ear.heard, 1);
+}
+
+TEST_F(ServersTest, SampleWeatherStandsInForLiveRadarUntilTheNextChoiceOrRun) {
+    ServersSetting::choose(WeatherSource::live, ServersSetting::hosts());
+    const Ear ear;
+    ServersSetting::standIn(true);
+    ServersSetting::standIn(true);
+    EXPECT_EQ(ear.heard, 1);
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::live);
+    EXPECT_EQ(ServersSetting::inUse(), WeatherSource::sample);
+    EXPECT_EQ(ServersSetting::current(), own(kOwnSampleServer));
+    save();
+    load();
+    EXPECT_EQ(ServersSetting::inUse(), WeatherSource::live);
+    ServersSetting::standIn(true);
+    ServersSetting::choose(WeatherSource::another, {"radar.example", "maps.example"});
+    EXPECT_EQ(ServersSetting::inUse(), WeatherSource::another);
+    EXPECT_FALSE(ServersSetting::standsIn());
+}
+
+TEST_F(ServersTest, ThatLiveRadarWasSeenIsKept) {
+    EXPECT_FALSE(ServersSetting::hadLive());
+    ServersSetting::noteLive();
+    save();
+    ServersSetting::set(ServersSetting::hosts());
+    EXPECT_FALSE(ServersSetting::hadLive());
+    load();
+    EXPECT_TRUE(ServersSetting::hadLive());
 }
 
 TEST_F(ServersTest, AStoredTextThatIsNoHostOrSourceKeepsTheDefault) {
@@ -130,7 +160,7 @@ TEST_F(ServersTest, AStoredTextThatIsNoHostOrSourceKeepsTheDefault) {
     write("source", "moon");
     load();
     EXPECT_EQ(ServersSetting::hosts().radar, ServersSetting::defaultHost());
-    EXPECT_EQ(ServersSetting::source(), ServersSetting::kDefaultSource);
+    EXPECT_EQ(ServersSetting::source(), ServersSetting::defaultSource());
 }
 
 } // namespace
