@@ -194,6 +194,51 @@ TEST_F(HttpTransferTest, EachObjectEstablishesOnceAndReleasesOnce) {
     EXPECT_EQ(manager.released, 2);
 }
 
+TEST_F(HttpTransferTest, AListingTellsOfItsSource) {
+    HttpServer server;
+    for (const char* source : {"provider", "", "ok"}) {
+        server.handle("/", [source](const HttpServer::Request&) {
+            return HttpServer::Response{404, "\"a\"", "text/html", {{"raincast-SOURCE", source}}};
+        });
+        Transfers transfers;
+        WaitingTransfer transfer(transfers, server.host(), false, false);
+        EXPECT_EQ(transfer.listingSource(), "");
+        Strings strings;
+        EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+        EXPECT_EQ(transfer.listingSource(), source);
+    }
+}
+
+/// Knows a host by another address, or by none.
+struct Directory : ConnectionManager {
+    [[nodiscard]] QString addressOf(const QString& host) const override {
+        return host == "a server" ? address : host;
+    }
+    QString address;
+};
+
+TEST_F(HttpTransferTest, AHostIsWhereTheConnectionManagerSays) {
+    HttpServer server;
+    server.serve("/", "\"x\"");
+    Directory directory;
+    directory.address = server.host();
+    Transfers transfers(directory);
+    WaitingTransfer transfer(transfers, "a server", true, false);
+    Strings strings;
+    EXPECT_TRUE(transfer.FetchQuotedStrings("/", strings));
+    EXPECT_EQ(strings, Strings{"x"});
+    server.serve("/", "", 500);
+    EXPECT_FALSE(transfer.DownloadToFile("/", local()));
+    EXPECT_EQ(transfer.trouble(), "a server answers with error 500.");
+
+    directory.address.clear();
+    WaitingTransfer nowhere(transfers, "a server", true, false);
+    EXPECT_FALSE(nowhere.FetchQuotedStrings("/", strings));
+    EXPECT_EQ(nowhere.trouble(), "a server does not answer.");
+    EXPECT_EQ(nowhere.connectState(), CHttpTransfer::ConnectState::failed);
+    EXPECT_FALSE(nowhere.DownloadToFile("/", local()));
+}
+
 TEST_F(HttpTransferTest, AFailedConnectIsNotTriedAgain) {
     const RefusingPort port;
     CountingConnectionManager manager;
