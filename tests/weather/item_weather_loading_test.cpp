@@ -89,10 +89,15 @@ TEST_F(ItemWeatherLoadingTest, AnotherStartSaysThatItLoads) {
     restart();
     m_seen.clear();
     useWholePage();
-    showPage();
-    ASSERT_GT(m_seen.size(), 2U);
-    EXPECT_EQ(m_seen[0], "Loading... 0 ");
-    EXPECT_EQ(m_seen[1], "Loading basemap...| 0 E") << "the cached frame is there";
+    test::show(m_window);
+    m_page->activate(m_window, true);
+    EXPECT_EQ(m_item->statusText(), "Loading...");
+    finish();
+    if (!m_seen.empty() && m_seen[0] == "Loading... 0 ") {
+        m_seen.erase(m_seen.begin()); // the frame may be there before this is painted
+    }
+    ASSERT_GT(m_seen.size(), 1U);
+    EXPECT_EQ(m_seen[0], "Loading basemap...| 0 E") << "the cached frame is there";
     EXPECT_EQ(m_seen.back(), " 0 TRCHYE");
 }
 
