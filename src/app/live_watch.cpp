@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kFirst = 5s;
 constexpr auto kAgain = 30s;
+constexpr int kMostInVain = 3;
 
 QString liveServer() {
     return QString::fromUtf16(kOwnLiveServer);
@@ -47,6 +48,7 @@ void LiveWatch::onPublished(ServersChange& /*change*/) {
     m_told(ServersSetting::standsIn());
     if (!ServersSetting::standsIn()) {
         m_decided = false;
+        m_inVain = 0;
         m_download.reset();
         rest();
     }
@@ -73,7 +75,8 @@ void LiveWatch::ask() {
     m_download.reset();
     const bool runs = !m_downloads.connection().addressOf(liveServer()).isEmpty();
     if (!runs && !ServersSetting::standsIn()) {
-        m_decided = true; // nothing was asked of it, or it cannot be started
+        // Nothing was asked of it, it cannot be started, or the machine is slow.
+        m_decided = ++m_inVain >= kMostInVain;
         rest();
         return;
     }
