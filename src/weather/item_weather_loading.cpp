@@ -202,7 +202,7 @@ void CItemWeather::Loading::ended(bool well) {
     settleDue();
     if (std::exchange(m_updateNext, false)) {
         update();
-    } else if (!well && m_item.placed() && m_item.m_state.frames.empty()) {
+    } else if (!well && m_item.placed() && m_item.shownFrame() == nullptr) {
         // The server has nothing for us: better an old picture of the site than none.
         loadCached([this](bool) {
             cancel();

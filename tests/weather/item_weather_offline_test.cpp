@@ -80,6 +80,17 @@ TEST_F(ItemWeatherOfflineTest, AStartThatShowsOldFramesDoesNotAskOnEachTick) {
     EXPECT_THAT(frames(), ElementsAre("5:44", "5:54"));
 }
 
+TEST_F(ItemWeatherOfflineTest, AStartWithTheSiteOfThePageShowsItFromTheCache) {
+    showSite();
+    loseNetwork();
+    restart();
+    m_item->beginWith({FirstShow::Choice{"MUX", std::nullopt}, std::nullopt});
+    showPage();
+    EXPECT_EQ(shown(), "5:54");
+    ASSERT_TRUE(m_item->state().current.bitmap);
+    EXPECT_EQ(m_item->statusText(), "Could not access server.\n");
+}
+
 TEST_F(ItemWeatherOfflineTest, ASiteThatWasSeenBeforeIsShownFromTheCache) {
     publishLayers("LWX");
     publishFrames({"20190519_0553"}, "LWX");
