@@ -2,8 +2,8 @@
 // How long a live server that knows nothing takes to its first frame, with providers that answer 80
 // ms later, and what each frame shown costs it in bytes fetched and in processor time.
 #include "core/clock.h"
-#include "live/live_object.h"
 #include "live_sim/live_sim.h"
+#include "provider/live_object.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
 

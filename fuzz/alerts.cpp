@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Messages about warnings, in both providers' forms: whatever the bytes, what is found can be drawn
 // and told.
-#include "live/alert_reader.h"
+#include "provider/alert_reader.h"
 #include "radar/catalogue/image_geometry.h"
 #include "tree/warnings_text.h"
 

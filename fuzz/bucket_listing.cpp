@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The answers of a bucket: whatever the bytes, reading ends with a list or a reason.
-#include "live/bucket_listing.h"
+#include "provider/bucket_listing.h"
 
-#include "live/live_object.h"
+#include "provider/live_object.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The page that lists a ring of files: whatever the bytes, what is found is a file's name, in order
 // and none twice.
-#include "live/ring_page.h"
+#include "provider/ring_page.h"
 
 #include <cstdlib>
 #include <set>

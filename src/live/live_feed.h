@@ -2,7 +2,7 @@
 #pragma once
 
 #include "live/live_store.h"
-#include "live/provider.h"
+#include "provider/provider.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/curl_fetcher.h"
+#include "provider/curl_fetcher.h"
 
 #include <thread>
 

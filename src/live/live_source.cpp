@@ -4,10 +4,10 @@
 #include "core/clock.h"
 #include "live/live_plan.h"
 #include "live/live_warnings.h"
-#include "live/s3_bucket.h"
-#include "live/tgftp.h"
 #include "nexrad/frame_painter.h"
 #include "nexrad/level3_decoder.h"
+#include "provider/s3_bucket.h"
+#include "provider/tgftp.h"
 
 #include <QDateTime>
 #include <QRandomGenerator>

@@ -3,7 +3,7 @@
 
 #include "live/live_series.h"
 #include "live/live_store.h"
-#include "live/provider.h"
+#include "provider/provider.h"
 #include "tree/frame_source.h"
 #include "tree/server_log.h"
 

@@ -2,7 +2,7 @@
 #include "live/live_store.h"
 
 #include "core/whole_file.h"
-#include "live/live_check.h"
+#include "provider/live_check.h"
 
 #include <QDir>
 #include <QDirIterator>

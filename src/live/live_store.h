@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/live_object.h"
+#include "provider/live_object.h"
 #include "tree/server_log.h"
 
 #include <QCache>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/alert_reader.h"
-#include "live/polite_fetcher.h"
+#include "provider/alert_reader.h"
+#include "provider/polite_fetcher.h"
 #include "tree/weather_warning.h"
 
 #include <QByteArray>

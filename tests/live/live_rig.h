@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/curl_fetcher.h"
 #include "live/live_source.h"
 #include "live_sim/live_sim.h"
+#include "provider/curl_fetcher.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
 #include "support/test_clock.h"

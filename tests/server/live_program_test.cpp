@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Runs the program itself with live weather, whose providers are stand-ins.
 #include "core/clock.h"
-#include "live/live_object.h"
 #include "live_sim/live_sim.h"
+#include "provider/live_object.h"
 #include "raw_client.h"
 #include "support/files.h"
 #include "support/level3_maker.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // scripts/try-live against stand-ins, and without a network.
 #include "core/clock.h"
-#include "live/live_object.h"
 #include "live_sim/live_sim.h"
+#include "provider/live_object.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/live_object.h"
+#include "provider/live_object.h"
 
 #include <QDateTime>
 

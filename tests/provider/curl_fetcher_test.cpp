@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/curl_fetcher.h"
+#include "provider/curl_fetcher.h"
 #include "support/fault_server.h"
 #include "support/files.h"
 #include "support/loopback.h"

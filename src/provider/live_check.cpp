@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/live_check.h"
+#include "provider/live_check.h"
 
 #include "core/clock.h"
 #include "nexrad/level3_kinds.h"

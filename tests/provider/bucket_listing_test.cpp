@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/bucket_listing.h"
+#include "provider/bucket_listing.h"
 #include "support/files.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/live_products.h"
+#include "provider/live_products.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/polite_fetcher.h"
+#include "provider/polite_fetcher.h"
 #include "support/test_clock.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/http_time.h"
+#include "provider/http_time.h"
 
 #include <QDateTime>
 #include <QLocale>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/file_time.h"
-#include "live/fetcher.h"
+#include "provider/fetcher.h"
 
 #include <cstdint>
 #include <deque>

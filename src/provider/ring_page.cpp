@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/ring_page.h"
+#include "provider/ring_page.h"
 
 #include <QDateTime>
 #include <QLocale>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/provider.h"
-#include "live/ring_page.h"
+#include "provider/provider.h"
+#include "provider/ring_page.h"
 
 #include <map>
 

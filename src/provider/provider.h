@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/live_object.h"
-#include "live/live_products.h"
-#include "live/polite_fetcher.h"
+#include "provider/live_object.h"
+#include "provider/live_products.h"
+#include "provider/polite_fetcher.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/ring_page.h"
+#include "provider/ring_page.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

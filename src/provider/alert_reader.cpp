@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/alert_reader.h"
+#include "provider/alert_reader.h"
 
 #include "tree/warning_kinds.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "live/s3_bucket.h"
+#include "provider/s3_bucket.h"
 
 #include "core/clock.h"
-#include "live/bucket_listing.h"
-#include "live/live_check.h"
+#include "provider/bucket_listing.h"
+#include "provider/live_check.h"
 
 #include <algorithm>
 

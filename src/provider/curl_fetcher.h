@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/fetcher.h"
 #include "net/curl_library.h"
+#include "provider/fetcher.h"
 
 #include <chrono>
 #include <map>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "live/curl_fetcher.h"
+#include "provider/curl_fetcher.h"
 
 #include <QUrl>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "live/tgftp.h"
+#include "provider/tgftp.h"
 
 #include "core/clock.h"
-#include "live/http_time.h"
-#include "live/live_check.h"
+#include "provider/http_time.h"
+#include "provider/live_check.h"
 
 #include <algorithm>
 #include <deque>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "live/polite_fetcher.h"
+#include "provider/polite_fetcher.h"
 
 #include "core/clock.h"
-#include "live/http_time.h"
+#include "provider/http_time.h"
 
 #include <QUrl>
 

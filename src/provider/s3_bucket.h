@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "live/provider.h"
+#include "provider/provider.h"
 
 namespace raincast {
 
