@@ -11,10 +11,10 @@ namespace {
 
 constexpr int kMegabyte = 1024 * 1024;
 
-// Rain: a storm total of the longest kind and some more. Sums: the last one of every site. Echoes
+// Rain: a storm total of the longest kind and some more. Sums: the last ones of most sites. Echoes
 // and velocities are of use only while one picture of them follows the other.
 constexpr std::array<int, 4> kMostOfKind = {
-    16 * kMegabyte, 20 * kMegabyte, 4 * kMegabyte, 4 * kMegabyte};
+    12 * kMegabyte, 10 * kMegabyte, 3 * kMegabyte, 3 * kMegabyte};
 static_assert(
     std::accumulate(kMostOfKind.begin(), kMostOfKind.end(), 0) == SampleMemory::kMostBytes
 );

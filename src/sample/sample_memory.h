@@ -55,7 +55,7 @@ public:
     }
 
     /// The most bytes that are kept, of all kinds together.
-    static constexpr int kMostBytes = 44 * 1024 * 1024;
+    static constexpr int kMostBytes = 28 * 1024 * 1024;
 
 private:
     static constexpr std::size_t kKinds = 4;

@@ -44,7 +44,7 @@ public:
 
     /// Bytes of the pictures kept in memory, and the most there may be.
     [[nodiscard]] qsizetype bytesInMemory() const { return m_cache.bytes(); }
-    static constexpr qsizetype kMostBytesInMemory = 16 * 1024 * 1024;
+    static constexpr qsizetype kMostBytesInMemory = 12 * 1024 * 1024;
 
 private:
     struct Page {
