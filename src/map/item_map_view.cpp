@@ -2,10 +2,12 @@
 #include "map/item_map_view.h"
 
 #include "core/user_change.h"
+#include "map/fitted_view.h"
 #include "map/follow_icon.h"
 #include "map/map_lines.h"
 #include "map/map_menu.h"
 #include "map/mark_manager.h"
+#include "map/text_box.h"
 #include "map/view_bytes.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
@@ -13,6 +15,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 
 namespace raincast {
@@ -73,6 +76,9 @@ void CItemMapView::draw(QPainter& painter) {
     if (placed()) {
         m_overlays.draw(painter, m_view, rectangle());
     }
+    if (placed() && !imageInView()) {
+        drawBoxedText(painter, area(), QStringLiteral("Home brings the radar back"));
+    }
     drawMapLines(painter, area(), lines(painter.fontMetrics()));
     if (m_following && m_lastFix.valid()) {
         const QPoint corner(rectangle().right, rectangle().bottom);
@@ -82,17 +88,22 @@ void CItemMapView::draw(QPainter& painter) {
 
 void CItemMapView::setRectangle(const PageRectangle& newRectangle) {
     const ImagePixel pixel = m_view.toImage({rectangle().left, rectangle().top});
+    const bool fitted = !imageSize().isEmpty() && m_view == fittedView(rectangle(), imageSize());
     CItem::setRectangle(newRectangle);
+    if (fitted) {
+        m_view = fittedView(newRectangle, imageSize());
+        return;
+    }
     place({newRectangle.left, newRectangle.top}, pixel);
 }
 
 bool CItemMapView::command(int id, int /*notification*/) {
     switch (id) {
     case kZoomIn:
-        zoomBy(-1);
+        zoomBy(-1, centre());
         return true;
     case kZoomOut:
-        zoomBy(1);
+        zoomBy(1, centre());
         return true;
     default:
         return runMapCommand(*this, id);
@@ -100,6 +111,10 @@ bool CItemMapView::command(int id, int /*notification*/) {
 }
 
 bool CItemMapView::keyDown(int key) {
+    if (key == Qt::Key_Home) {
+        fitImage();
+        return true;
+    }
     const auto pan = std::find_if(std::begin(kPans), std::end(kPans), [key](const Pan& each) {
         return each.key == key;
     });
@@ -114,11 +129,14 @@ bool CItemMapView::character(char16_t unit) {
     switch (unit) {
     case u'+':
     case u'=':
-        zoomBy(-1);
+        zoomBy(-1, centre());
         return true;
     case u'-':
     case u'_':
-        zoomBy(1);
+        zoomBy(1, centre());
+        return true;
+    case u'0':
+        fitImage();
         return true;
     case u'L':
     case u'l':
@@ -150,6 +168,18 @@ void CItemMapView::stylusLost() {
     if (m_followedBeforeDrag && !m_following) {
         follow();
     }
+}
+
+bool CItemMapView::doublePress(int x, int y) {
+    return zoom(1, x, y);
+}
+
+bool CItemMapView::zoom(int steps, int x, int y) {
+    const PagePoint place{rectangle().left + x, rectangle().top + y};
+    for (int step = 0; step < std::abs(steps); ++step) {
+        zoomBy(steps > 0 ? -1 : 1, m_following ? centre() : place);
+    }
+    return true;
 }
 
 std::span<const MenuRow> CItemMapView::contextMenu(int x, int y) {
@@ -243,6 +273,30 @@ void CItemMapView::showPixel(ImagePixel pixel) {
     place(centre(), pixel);
 }
 
+void CItemMapView::fitImage() {
+    m_following = false;
+    showWholeImage();
+    UserChange::announce();
+}
+
+void CItemMapView::showWholeImage() {
+    if (!imageSize().isEmpty()) {
+        m_view = fittedView(rectangle(), imageSize());
+        invalidate();
+    }
+}
+
+QSize CItemMapView::imageSize() const {
+    return placed() ? QSize(m_geoReference.width(), m_geoReference.height()) : QSize();
+}
+
+bool CItemMapView::imageInView() const {
+    const PagePoint first = m_view.toPage({0, 0});
+    const PagePoint last = m_view.toPage({imageSize().width(), imageSize().height()});
+    return first.x < rectangle().right && last.x > rectangle().left &&
+           first.y < rectangle().bottom && last.y > rectangle().top;
+}
+
 void CItemMapView::geoReferenceChanged() {
     m_overlays.layoutAll(m_geoReference);
     invalidate();
@@ -286,8 +340,8 @@ void CItemMapView::onUnitsChanged() {
     invalidate();
 }
 
-void CItemMapView::zoomBy(int step) {
-    if (m_view.zoomBy(step, centre())) {
+void CItemMapView::zoomBy(int step, PagePoint fixed) {
+    if (m_view.zoomBy(step, fixed)) {
         UserChange::announce();
         invalidate();
     }
@@ -303,10 +357,6 @@ void CItemMapView::panBy(int dx, int dy) {
 void CItemMapView::place(PagePoint point, ImagePixel pixel) {
     m_view.placeOrigin(point, pixel);
     invalidate();
-}
-
-PagePoint CItemMapView::centre() const {
-    return {(rectangle().left + rectangle().right) / 2, (rectangle().top + rectangle().bottom) / 2};
 }
 
 } // namespace raincast

@@ -12,6 +12,7 @@
 #include "units/units_change_listener.h"
 
 #include <QRect>
+#include <QSize>
 #include <QStringList>
 
 #include <optional>
@@ -36,17 +37,22 @@ public:
     /// The overlays, while the image is placed; the lines at the top; while following, the follow
     /// icon.
     void draw(QPainter& painter) override;
-    /// Keeps the image pixel at the top-left corner where it is.
+    /// Keeps the image pixel at the top-left corner where it is; an image that is fitted into the
+    /// old rectangle is fitted into the new one.
     void setRectangle(const PageRectangle& rectangle) override;
     /// Zooms in and out, and what else the map's menu offers (map/map_menu.h).
     bool command(int id, int notification) override;
-    /// The arrow keys pan.
+    /// The arrow keys pan, Home fits.
     bool keyDown(int key) override;
-    /// "+" and "-" zoom (or "=" and "_"), "L" follows.
+    /// "+" and "-" zoom (or "=" and "_"), "L" follows, "0" fits.
     bool character(char16_t unit) override;
     bool stylusDown(int x, int y, Qt::KeyboardModifiers keys) override;
     void stylusMove(int x, int y) override;
     void stylusLost() override;
+    /// Zooms in there.
+    bool doublePress(int x, int y) override;
+    /// About the place; while following, about the middle, where the position is to stay.
+    bool zoom(int steps, int x, int y) override;
     std::span<const MenuRow> contextMenu(int x, int y) override;
     void menuPopUp(QMenu& menu) override;
 
@@ -84,6 +90,10 @@ public:
     /// The image pixel in the middle.
     [[nodiscard]] ImagePixel centrePixel() const;
 
+    /// Fits the image into the item (map/fitted_view.h), as the user asks: following ends. The
+    /// image stays fitted when the item's size changes, until the view is another one.
+    void fitImage();
+
 protected:
     explicit CItemMapView(int menuId);
 
@@ -92,9 +102,14 @@ protected:
     bool setView(ImagePixel pixel, GeoPosition fallback);
     /// Puts an image pixel in the middle.
     void showPixel(ImagePixel pixel);
+    /// Fits the image into the item, if its size is known.
+    void showWholeImage();
 
     [[nodiscard]] GeoReference& geoReference() { return m_geoReference; }
     [[nodiscard]] const GeoReference& geoReference() const { return m_geoReference; }
+    /// The size of the image that is shown or will be; empty if it is not known.
+    [[nodiscard]] virtual QSize imageSize() const;
+
     /// To be called when the geo-reference was changed: the overlays take their new places.
     void geoReferenceChanged();
 
@@ -111,10 +126,11 @@ private:
 
     [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;
     [[nodiscard]] bool firstOnPage() const;
-    void zoomBy(int step);
+    void zoomBy(int step, PagePoint fixed);
+    [[nodiscard]] bool imageInView() const;
     void panBy(int dx, int dy);
     void place(PagePoint point, ImagePixel pixel);
-    [[nodiscard]] PagePoint centre() const;
+    [[nodiscard]] PagePoint centre() const { return rectangle().centre(); }
 
     CMarkManager* m_marks = nullptr;
     GeoReference m_geoReference;

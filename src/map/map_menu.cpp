@@ -56,6 +56,7 @@ constexpr MapCommand kCommands[] = {
      [](const View& view) { return view.placed() || view.following(); },
      [](const View& view) { return view.following(); }},
     {kGoToPosition, goToPosition, [](const View& view) { return view.placed(); }, nullptr},
+    {kFitImage, [](View& view) { view.fitImage(); }, always, nullptr},
     {kShowPosition, toggleLine<MapLinesSetting::position>, always,
      lineIsShown<MapLinesSetting::position>},
     {kShowNavigation, toggleLine<MapLinesSetting::navigation>, always,

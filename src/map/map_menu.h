@@ -17,6 +17,7 @@ inline constexpr MenuRow kMarkRows[] = {
 inline constexpr MenuRow kMapRows[] = {
     menuEntry(kFollowPosition, u"&Follow Position"),
     menuEntry(kGoToPosition, u"&Go to Position..."),
+    menuEntry(kFitImage, u"&Whole Image\tHome"),
     menuEntry(kShowPosition, u"Show &Position"),
     menuEntry(kShowNavigation, u"Show &Navigation"),
     subMenu(u"&Marks", kMarkRows),

@@ -16,4 +16,12 @@ void drawTextBox(
     painter.drawText(topLeft + QPoint(0, metrics.ascent()), line);
 }
 
+void drawBoxedText(QPainter& painter, const QRect& area, const QString& words) {
+    constexpr int kFlags = Qt::AlignCenter | Qt::TextWordWrap;
+    const QRect box = painter.boundingRect(area, kFlags, words);
+    painter.fillRect(box, Qt::white);
+    painter.setPen(Qt::black);
+    painter.drawText(box, kFlags, words);
+}
+
 } // namespace raincast

@@ -5,6 +5,7 @@
 
 class QPainter;
 class QPoint;
+class QRect;
 class QString;
 
 namespace raincast {
@@ -20,5 +21,8 @@ void drawTextBox(
     QPainter& painter, const QPoint& topLeft, const QString& line,
     const TextBoxColours& colours = {}
 );
+
+/// Draws words in the middle of a rectangle, in such a box, on as many lines as its width asks for.
+void drawBoxedText(QPainter& painter, const QRect& area, const QString& words);
 
 } // namespace raincast

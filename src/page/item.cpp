@@ -3,6 +3,10 @@
 
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
+#include "window/commands.h"
+#include "window/window.h"
+
+#include <cstdlib>
 
 namespace raincast {
 
@@ -56,6 +60,18 @@ bool CPageDisplay::CItem::stylusDown(int /*x*/, int /*y*/, Qt::KeyboardModifiers
 void CPageDisplay::CItem::stylusMove(int /*x*/, int /*y*/) {}
 void CPageDisplay::CItem::stylusUp(int /*x*/, int /*y*/) {}
 void CPageDisplay::CItem::stylusLost() {}
+
+bool CPageDisplay::CItem::doublePress(int /*x*/, int /*y*/) {
+    return false;
+}
+
+bool CPageDisplay::CItem::zoom(int steps, int /*x*/, int /*y*/) {
+    bool taken = false;
+    for (int step = 0; step < std::abs(steps); ++step) {
+        taken = command(steps > 0 ? kZoomIn : kZoomOut, clicked);
+    }
+    return taken;
+}
 
 std::span<const MenuRow> CPageDisplay::CItem::contextMenu(int /*x*/, int /*y*/) {
     return {};

@@ -52,6 +52,12 @@ public:
     virtual bool stylusDown(int x, int y, Qt::KeyboardModifiers keys);
     virtual void stylusMove(int x, int y);
     virtual void stylusUp(int x, int y);
+    /// The stylus went down a second time at once, in the same place. True takes that press for
+    /// good; false makes it a press as any other.
+    virtual bool doublePress(int x, int y);
+    /// The wheel was turned or fingers were spread at a place: positive steps zoom in. False if the
+    /// item cannot be zoomed. An item that knows no better zooms by its commands.
+    virtual bool zoom(int steps, int x, int y);
     /// A captured press will not be lifted: it was held still and has become a menu (contextMenu),
     /// a second finger came down, or the system took the touch for itself. What little the stylus
     /// moved meant nothing. Nothing of it comes to the item any more.

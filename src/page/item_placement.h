@@ -22,6 +22,8 @@ struct PageRectangle {
 
     [[nodiscard]] bool isEmpty() const { return right <= left || bottom <= top; }
     [[nodiscard]] bool contains(PagePoint point) const;
+    /// Rounded towards 0.
+    [[nodiscard]] PagePoint centre() const { return {(left + right) / 2, (top + bottom) / 2}; }
     [[nodiscard]] PageRectangle grown(std::int32_t pixels) const;
     [[nodiscard]] PageRectangle shifted(std::int32_t dx, std::int32_t dy) const;
     /// The same pixels; an empty rectangle is a QRect that is empty as well.

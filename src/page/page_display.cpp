@@ -103,7 +103,7 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     window->setAttribute(Qt::WA_OpaquePaintEvent);
     window->setAttribute(Qt::WA_NoSystemBackground);
     ZoomInput::enable(*window);
-    attach(*window, nullptr, SecondPress::press);
+    attach(*window);
     size(parent.width(), parent.height());
     window->show();
     for (const auto& item : m_items) {
@@ -300,11 +300,11 @@ void CPageDisplay::menuPopUp(QMenu& menu) {
 
 bool CPageDisplay::zoom(int steps, const QPoint& place) {
     CItem* const item = itemAt({place.x(), place.y()});
-    bool taken = false;
-    for (int step = 0; item != nullptr && step < std::abs(steps); ++step) {
-        taken = item->command(steps > 0 ? kZoomIn : kZoomOut, clicked);
+    if (item == nullptr) {
+        return false;
     }
-    return taken;
+    const PageRectangle& corner = item->rectangle();
+    return item->zoom(steps, place.x() - corner.left, place.y() - corner.top);
 }
 
 void CPageDisplay::invalidate() {
@@ -359,9 +359,9 @@ void CPageDisplay::drawItems() {
 }
 
 void CPageDisplay::onLeftButton(
-    bool /*doubleClick*/, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys
+    bool doubleClick, std::int16_t x, std::int16_t y, Qt::KeyboardModifiers keys
 ) {
-    m_stylus.down({x, y}, keys);
+    m_stylus.down({x, y}, keys, doubleClick ? PageStylus::Press::second : PageStylus::Press::first);
 }
 
 void CPageDisplay::onCommand(int id, QWidget* /*control*/, int /*notification*/) {

@@ -55,7 +55,7 @@ public:
     bool keyDown(int key) override;
     bool character(char16_t unit) override;
     void menuPopUp(QMenu& menu) override;
-    /// Becomes as many zoom commands for the topmost item at that place.
+    /// Zooms the topmost item at that place.
     bool zoom(int steps, const QPoint& place) override;
 
     /// The items, the bottom one first.

@@ -29,7 +29,7 @@ void PageStylus::reset() {
     endHold();
 }
 
-void PageStylus::down(PagePoint place, Qt::KeyboardModifiers keys) {
+void PageStylus::down(PagePoint place, Qt::KeyboardModifiers keys, Press press) {
     m_last = place;
     m_drag = Drag::none;
     startHold(place);
@@ -46,6 +46,11 @@ void PageStylus::down(PagePoint place, Qt::KeyboardModifiers keys) {
         const auto& corner = item.rectangle();
         if (m_page.layoutMode()) {
             m_drag = layoutDrag(place);
+            return;
+        }
+        if (press == Press::second &&
+            item.doublePress(place.x - corner.left, place.y - corner.top)) {
+            endHold();
             return;
         }
         if (item.stylusDown(place.x - corner.left, place.y - corner.top, keys)) {

@@ -27,7 +27,11 @@ public:
     /// Forgets a press that is under way.
     void reset();
 
-    void down(PagePoint place, Qt::KeyboardModifiers keys);
+    enum class Press {
+        first,
+        second ///< at once after the first, in the same place
+    };
+    void down(PagePoint place, Qt::KeyboardModifiers keys, Press press);
     void move(PagePoint place);
     void up(PagePoint place);
     /// The press that is under way will not be lifted and is not a tap.

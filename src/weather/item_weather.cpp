@@ -178,13 +178,13 @@ void CItemWeather::windowCreated() {
 }
 
 // The image has a new place on the earth. A view that showed a place still shows it; a new one
-// begins with the radar in its middle.
+// begins with the whole image.
 void CItemWeather::placeImage(GeoPosition centreBefore) {
     geoReferenceChanged();
     if (centreBefore.longitude != 0) {
         static_cast<void>(setView(kImageCentre, centreBefore));
     } else if (!m_viewStored) {
-        showPixel(kImageCentre);
+        showWholeImage();
     }
     m_viewStored = true;
 }

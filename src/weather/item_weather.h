@@ -79,6 +79,11 @@ public:
     /// Whether something is being loaded, or updated.
     [[nodiscard]] bool loading() const;
 
+protected:
+    [[nodiscard]] QSize imageSize() const override {
+        return {m_state.imageWidth, m_state.imageHeight};
+    }
+
 private:
     class Loading;
     class Dialogs;

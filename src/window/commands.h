@@ -38,6 +38,7 @@ enum Command : int {
     kShowNavigation = 40924,
     kAddMarkHere = 40925, ///< at the place that a held press or the right button chose
     kGoToPosition = 40926,
+    kFitImage = 40927,
 };
 
 /// Numbers in the page menu that are no commands: their entries mark the places where the program

@@ -114,8 +114,8 @@ bool Window::windowProcedure(QEvent& event) {
     return false;
 }
 
-void Window::attach(QWidget& widget, QWidget* client, SecondPress secondPress) {
-    WindowMap::instance().attach(*this, widget, client, secondPress);
+void Window::attach(QWidget& widget, QWidget* client) {
+    WindowMap::instance().attach(*this, widget, client);
 }
 
 void Window::startTimer(int id, int milliseconds) {

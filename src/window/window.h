@@ -25,9 +25,6 @@ namespace raincast {
 /// User-interface thread only.
 class Window {
 public:
-    /// What a second fast press means to a window.
-    enum class SecondPress { doubleClick, press };
-
     Window() = default;
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
@@ -53,12 +50,8 @@ public:
 
     /// Binds this object to a widget, in front of those bound to it already. `client` is the
     /// widget whose size is the window's client area, the central widget of a main window; null
-    /// for the one that an earlier object named, or else the widget itself. A second fast press is
-    /// a press for all objects of the widget as soon as one of them asks for it.
-    void attach(
-        QWidget& widget, QWidget* client = nullptr,
-        SecondPress secondPress = SecondPress::doubleClick
-    );
+    /// for the one that an earlier object named, or else the widget itself.
+    void attach(QWidget& widget, QWidget* client = nullptr);
 
     /// The widget, null before attach() and once it is destroyed.
     [[nodiscard]] QWidget* widget() const { return m_widget; }

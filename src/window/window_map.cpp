@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QResizeEvent>
 #include <QWidget>
 
@@ -34,17 +33,12 @@ WindowMap& WindowMap::instance() {
     return *map;
 }
 
-void WindowMap::attach(
-    Window& window, QWidget& widget, QWidget* client, Window::SecondPress secondPress
-) {
+void WindowMap::attach(Window& window, QWidget& widget, QWidget* client) {
     detach(window);
     const bool first = m_bindings.find(&widget) == m_bindings.end();
     Binding& binding = m_bindings[&widget];
     binding.windows.push_back(&window);
     window.m_widget = &widget;
-    if (secondPress == Window::SecondPress::press) {
-        binding.secondPress = secondPress;
-    }
     if (first) {
         binding.client = &widget;
         widget.installEventFilter(this);
@@ -113,28 +107,12 @@ bool WindowMap::dispatch(QWidget& widget, QEvent& event) {
     if (found == m_bindings.end()) {
         windowNotFound();
     }
-    const bool press = found->second.secondPress == Window::SecondPress::press;
-    if (press && event.type() == QEvent::MouseButtonDblClick) {
-        return asPress(widget, static_cast<QMouseEvent&>(event));
-    }
     const bool consumed = offer(widget, event, found->second.windows);
     if (event.type() == event_type::destroy) {
         unbind(&widget);
     } else if (event.type() == QEvent::KeyPress) {
         sendCharacters(widget, static_cast<const QKeyEvent&>(event));
     }
-    return consumed;
-}
-
-bool WindowMap::asPress(QWidget& widget, QMouseEvent& doubleClick) {
-    QMouseEvent press(
-        QEvent::MouseButtonPress, doubleClick.position(), doubleClick.scenePosition(),
-        doubleClick.globalPosition(), doubleClick.button(), doubleClick.buttons(),
-        doubleClick.modifiers(), doubleClick.pointingDevice()
-    );
-    press.setTimestamp(doubleClick.timestamp());
-    const bool consumed = offer(widget, press, m_bindings[&widget].windows);
-    doubleClick.setAccepted(press.isAccepted());
     return consumed;
 }
 

@@ -9,7 +9,6 @@
 #include <vector>
 
 class QKeyEvent;
-class QMouseEvent;
 
 namespace raincast {
 
@@ -20,7 +19,7 @@ class WindowMap : public QObject {
 public:
     [[nodiscard]] static WindowMap& instance();
 
-    void attach(Window& window, QWidget& widget, QWidget* client, Window::SecondPress secondPress);
+    void attach(Window& window, QWidget& widget, QWidget* client);
 
     /// Unbinds one object; nothing if it is not bound.
     void detach(Window& window);
@@ -36,13 +35,11 @@ private:
     struct Binding {
         std::vector<Window*> windows; // the last attached at the back
         QPointer<QWidget> client;
-        Window::SecondPress secondPress = Window::SecondPress::doubleClick;
     };
 
     WindowMap() = default;
     [[nodiscard]] bool bound(const QWidget& widget, const Window& window) const;
     bool offer(QWidget& widget, QEvent& event, std::vector<Window*> windows);
-    bool asPress(QWidget& widget, QMouseEvent& doubleClick);
     void sendCharacters(QWidget& widget, const QKeyEvent& event);
     void unbind(QObject* widget);
     [[nodiscard]] QWidget* windowOfClient(QObject* resized) const;

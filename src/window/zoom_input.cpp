@@ -4,9 +4,11 @@
 #include "window/device_pixels.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLineF>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
+#include <QStyleHints>
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWidget>
@@ -120,6 +122,7 @@ ZoomInput::Step ZoomInput::touch(QWidget& widget, const QTouchEvent& event) {
         followFinger(widget, event);
         return {};
     }
+    m_tapped = 0;
     Step step = event.pointCount() == 2 ? pinch(widget, event) : Step{};
     step.pressLost = std::exchange(m_pressed, false);
     return step;
@@ -129,12 +132,31 @@ void ZoomInput::followFinger(QWidget& widget, const QTouchEvent& event) {
     const QEventPoint& finger = event.points().first();
     if (event.type() == QEvent::TouchBegin) {
         m_pressed = true;
-        sendMouse(widget, QEvent::MouseButtonPress, finger, event);
+        const bool again = pressesAgain(event);
+        sendMouse(
+            widget, again ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress, finger, event
+        );
     } else if (m_pressed) {
+        const double moved = QLineF(finger.globalPosition(), m_tapPlace).length();
+        if (moved > QGuiApplication::styleHints()->touchDoubleTapDistance()) {
+            m_tapped = 0; // a drag is no tap
+        }
         m_pressed = event.type() == QEvent::TouchUpdate;
         const auto type = m_pressed ? QEvent::MouseMove : QEvent::MouseButtonRelease;
         sendMouse(widget, type, finger, event);
     }
+}
+
+// The window system pairs the clicks of a mouse only.
+bool ZoomInput::pressesAgain(const QTouchEvent& event) {
+    const QStyleHints& hints = *QGuiApplication::styleHints();
+    const QPointF place = event.points().first().globalPosition();
+    const auto interval = static_cast<quint64>(hints.mouseDoubleClickInterval());
+    const bool again = m_tapped != 0 && event.timestamp() - m_tapped < interval &&
+                       QLineF(place, m_tapPlace).length() <= hints.touchDoubleTapDistance();
+    m_tapped = again ? 0 : event.timestamp();
+    m_tapPlace = place;
+    return again;
 }
 
 ZoomInput::Step ZoomInput::pinch(const QWidget& widget, const QTouchEvent& event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QPointF>
 
 #include <optional>
 
@@ -15,7 +16,8 @@ namespace raincast {
 
 /// Turns the wheel and pinches, on a touch pad or a touch screen, into steps of zooming; and the
 /// first finger on a touch screen into the left button of a mouse, so that a window knows one kind
-/// of pointer only. One object per window, asked from its window procedure.
+/// of pointer only: two quick taps are a double click. One object per window, asked from its window
+/// procedure.
 class ZoomInput {
 public:
     struct Step {
@@ -41,6 +43,7 @@ private:
     Step gesture(const QWidget& widget, const QNativeGestureEvent& event);
     Step touch(QWidget& widget, const QTouchEvent& event);
     void followFinger(QWidget& widget, const QTouchEvent& event);
+    bool pressesAgain(const QTouchEvent& event);
     Step pinch(const QWidget& widget, const QTouchEvent& event);
     int takeScale(double factor);
 
@@ -48,6 +51,8 @@ private:
     double m_scale = 1;     // pinched but not yet a step
     double m_distance = 0;  // between two fingers at the last event, 0 when they just came down
     bool m_pressed = false; // one finger stands for the left button
+    quint64 m_tapped = 0;   // when a finger came down that may tap twice, 0 for none; milliseconds
+    QPointF m_tapPlace;
 };
 
 } // namespace raincast

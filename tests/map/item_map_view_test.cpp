@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "map/fitted_view.h"
 #include "map/follow_icon.h"
 #include "map/item_map_view.h"
 #include "map_page.h"
@@ -130,7 +131,7 @@ TEST_F(ItemMapViewTest, ZoomedOutTheOriginIsAWholeBlock) {
 
 TEST_F(ItemMapViewTest, OtherCommandsAreNotTaken) {
     EXPECT_FALSE(view->command(40028, 0));
-    EXPECT_FALSE(view->keyDown(Qt::Key_Home));
+    EXPECT_FALSE(view->keyDown(Qt::Key_End));
     EXPECT_FALSE(view->character(u'x'));
 }
 
@@ -173,6 +174,111 @@ TEST_F(ItemMapViewTest, TheKeysOfAPersonReachIt) {
     EXPECT_TRUE(page->keyDown(Qt::Key_Right));
     EXPECT_TRUE(page->character(u'+'));
     EXPECT_NE(view->view(), before);
+}
+
+// --- Getting about
+// --------------------------------------------------------------------------------
+
+TEST_F(ItemMapViewTest, TheWheelZoomsAtThePointer) {
+    view->placeOnEarth();
+    showPage();
+    view->showPixel({300, 275});
+    const ImagePixel pointed = view->view().toImage({30, 100});
+    for (const int steps : {1, 1, -1, -1}) {
+        EXPECT_TRUE(page->zoom(steps, {30, 100}));
+        EXPECT_EQ(view->view().toImage({30, 100}), pointed) << zoom();
+    }
+    EXPECT_TRUE(page->zoom(2, {30, 100}));
+    EXPECT_EQ(zoom(), -2);
+    EXPECT_EQ(view->view().toImage({30, 100}), pointed);
+    EXPECT_NE(view->centrePixel(), (ImagePixel{300, 275}));
+}
+
+TEST_F(ItemMapViewTest, WhileFollowingTheWheelZoomsAtThePosition) {
+    view->placeOnEarth();
+    publish(200, 150);
+    view->follow();
+    EXPECT_TRUE(page->zoom(1, {30, 100}));
+    EXPECT_EQ(view->centrePixel(), (ImagePixel{200, 150}));
+    EXPECT_TRUE(view->following());
+}
+
+TEST_F(ItemMapViewTest, ADoublePressZoomsInThere) {
+    showPage();
+    view->showPixel({300, 275});
+    const ImagePixel pressed = view->view().toImage({30, 100});
+    tap(30, 100);
+    press(30, 100);
+    EXPECT_EQ(zoom(), -1);
+    EXPECT_EQ(view->view().toImage({30, 100}), pressed);
+    const ImagePixel before = origin();
+    moveTo(60, 100);
+    EXPECT_EQ(origin(), before) << "the second press drags nothing";
+}
+
+TEST_F(ItemMapViewTest, InLayoutModeADoublePressZoomsNothing) {
+    showPage();
+    page->command(kToggleLayout, 0);
+    tap(30, 100);
+    tap(30, 100);
+    EXPECT_EQ(zoom(), 0);
+}
+
+TEST_F(ItemMapViewTest, HomeAndZeroFitTheImage) {
+    view->placeOnEarth();
+    view->setRectangle({0, 0, kWidth, kHeight});
+    const ViewTransform fitted = fittedView(view->rectangle(), {600, 550});
+    for (const bool home : {true, false}) {
+        publish(200, 150);
+        view->follow();
+        EXPECT_NE(view->view(), fitted);
+        EXPECT_TRUE(home ? page->keyDown(Qt::Key_Home) : page->character(u'0'));
+        EXPECT_EQ(view->view(), fitted);
+        EXPECT_FALSE(view->following());
+    }
+}
+
+TEST_F(ItemMapViewTest, WithoutAnImageThereIsNothingToFit) {
+    const ViewTransform before = view->view();
+    view->fitImage();
+    EXPECT_EQ(view->view(), before);
+}
+
+TEST_F(ItemMapViewTest, AFittedImageStaysFittedUntilTheUserLooksElsewhere) {
+    view->placeOnEarth();
+    view->fitImage();
+    for (const PageRectangle& size : {PageRectangle{0, 0, 640, 500}, {20, 30, 90, 80}}) {
+        view->setRectangle(size);
+        EXPECT_EQ(view->view(), fittedView(size, {600, 550}));
+    }
+    page->keyDown(Qt::Key_Right);
+    const ImagePixel corner = view->view().toImage({20, 30});
+    view->setRectangle({20, 30, 700, 600});
+    EXPECT_EQ(view->view().toImage({20, 30}), corner);
+}
+
+TEST_F(ItemMapViewTest, AViewWithNothingOfTheImageSaysHowToComeBack) {
+    view->placeOnEarth();
+    view->fitImage();
+    const auto words = [this] { // black on white, in the item's middle
+        const QImage middle = draw().copy(30, 40, 80, 60);
+        int dark = 0;
+        for (int i = 0; i < 80 * 60; ++i) {
+            dark += qGray(middle.pixel(i % 80, i / 80)) < 128 ? 1 : 0;
+        }
+        return dark > 30;
+    };
+    EXPECT_FALSE(words());
+    view->setRectangle({20, 30, 120, 110});
+    for (const ImagePixel far : {ImagePixel{-3000, 275}, {3000, 275}, {300, -3000}, {300, 3000}}) {
+        view->showPixel(far);
+        EXPECT_TRUE(words()) << far.column << " " << far.row;
+    }
+    view->showPixel({0, 0});
+    EXPECT_FALSE(words());
+    view->showPixel({3000, 275});
+    view->takeOffEarth();
+    EXPECT_FALSE(words()) << "there is no radar to bring back";
 }
 
 // --- Dragging ---------------------------------------------------------------------------------

@@ -89,8 +89,8 @@ protected:
 TEST_F(MapMenuTest, HasItsEntriesInTheMenuOfItsPage) {
     EXPECT_THAT(
         seen({u"Map"}), ElementsAre(
-                            "&Follow Position", "&Go to Position...", "Show &Position*",
-                            "Show &Navigation*", "&Marks>"
+                            "&Follow Position", "&Go to Position...", "&Whole Image\tHome",
+                            "Show &Position*", "Show &Navigation*", "&Marks>"
                         )
     );
     EXPECT_THAT(seen({u"Map", u"Marks"}), ElementsAre("&Add Mark...", "(&Marks...)"));
@@ -108,8 +108,9 @@ TEST_F(MapMenuTest, TheNumbersOfItsCommandsStay) {
         numbers,
         ElementsAre(
             Pair(40922, "&Follow Position"), Pair(40926, "&Go to Position..."),
-            Pair(40923, "Show &Position"), Pair(40924, "Show &Navigation"), Pair(0, "&Marks"),
-            Pair(40920, "&Add Mark..."), Pair(40921, "&Marks..."), Pair(40925, "&Add Mark Here")
+            Pair(40927, "&Whole Image\tHome"), Pair(40923, "Show &Position"),
+            Pair(40924, "Show &Navigation"), Pair(0, "&Marks"), Pair(40920, "&Add Mark..."),
+            Pair(40921, "&Marks..."), Pair(40925, "&Add Mark Here")
         )
     );
 }

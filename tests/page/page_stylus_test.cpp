@@ -219,6 +219,19 @@ TEST_F(PageStylusTest, TheSecondFastPressIsAPress) {
     EXPECT_THAT(log, ElementsAre(" down 10,10", " up 10,10", " down 10,10"));
 }
 
+TEST_F(PageStylusTest, AnItemMayTakeTheSecondFastPressForGood) {
+    NotingItem& item = add({20, 30, 120, 130});
+    item.captures = true;
+    item.takesDoublePress = true;
+    showPage();
+    log.clear();
+    tap(30, 40);
+    press(30, 40);
+    moveTo(35, 45);
+    lift(35, 45);
+    EXPECT_THAT(log, ElementsAre(" down 10,10", " up 10,10", " double 10,10"));
+}
+
 TEST_F(PageStylusTest, OtherButtonsAndAHoveringPointerDoNothing) {
     NotingItem& item = add({20, 30, 120, 130});
     item.captures = true;

@@ -39,6 +39,7 @@ public:
     bool takesCommands = false;
     bool takesKeys = false;
     bool captures = false;
+    bool takesDoublePress = false;
     bool refreshes = false; // in setRectangle
     QColor colour;
     QString status;
@@ -82,6 +83,12 @@ public:
             (keys.testFlag(Qt::ShiftModifier) ? " shift" : "")
         );
         return captures;
+    }
+    bool doublePress(int x, int y) override {
+        if (takesDoublePress) {
+            note("double " + std::to_string(x) + "," + std::to_string(y));
+        }
+        return takesDoublePress;
     }
     void stylusMove(int x, int y) override {
         note("move " + std::to_string(x) + "," + std::to_string(y));

@@ -285,7 +285,7 @@ TEST_F(WindowTest, PlacesBeyond16BitsAreClamped) {
     EXPECT_THAT(log, ElementsAre("w press 32767,-32768"));
 }
 
-TEST_F(WindowTest, ASecondFastPressIsADoubleClickOrAPressAsTheWindowWants) {
+TEST_F(WindowTest, ASecondFastPressIsADoubleClick) {
     NotingWindow window("w", log);
     window.attach(*widget);
     test::show(*widget);
@@ -293,11 +293,6 @@ TEST_F(WindowTest, ASecondFastPressIsADoubleClickOrAPressAsTheWindowWants) {
     test::doubleClick(*widget, {5, 6});
     const std::string at = place(toDevicePixels(*widget, QPointF(5, 6)));
     EXPECT_THAT(log, ElementsAre("w press " + at, "w double " + at));
-
-    window.attach(*widget, nullptr, Window::SecondPress::press);
-    log.clear();
-    test::doubleClick(*widget, {5, 6});
-    EXPECT_THAT(log, ElementsAre("w press " + at, "w press " + at));
 }
 
 TEST_F(WindowTest, AKeyPressIsAKeyDownAndThenACharacterForEachUnit) {
@@ -348,7 +343,7 @@ TEST_F(WindowTest, AnObjectThatNamesNoClientAreaLeavesTheOneThatIsNamed) {
     auto* client = new QWidget(widget);
     NotingWindow mainWindow("main", log);
     NotingWindow application("application", log);
-    mainWindow.attach(*widget, client, Window::SecondPress::press);
+    mainWindow.attach(*widget, client);
     application.attach(*widget);
     test::show(*widget);
     log.clear();

@@ -4,8 +4,10 @@
 #include "window/window.h"
 #include "window/zoom_input.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
+#include <QStyleHints>
 #include <QTest>
 #include <QTouchEvent>
 #include <QWheelEvent>
@@ -14,8 +16,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace raincast {
@@ -49,8 +54,8 @@ public:
         }
         return Window::windowProcedure(event);
     }
-    void onLeftButton(bool, std::int16_t, std::int16_t, Qt::KeyboardModifiers) override {
-        log.push_back("press");
+    void onLeftButton(bool again, std::int16_t, std::int16_t, Qt::KeyboardModifiers) override {
+        log.push_back(again ? "press again" : "press");
     }
 
     QPoint lastPlace;
@@ -78,6 +83,32 @@ protected:
             Qt::NoScrollPhase, false
         );
         QCoreApplication::sendEvent(child, &event);
+    }
+
+    /// One finger taps, and moves by so much meanwhile, at a time in milliseconds.
+    void tapAt(quint64 time, int x, int moved = 0) {
+        static QPointingDevice* const screen = QTest::createTouchDevice();
+        const std::pair<QEvent::Type, int> steps[] = {
+            {QEvent::TouchBegin, x}, {QEvent::TouchUpdate, x + moved}, {QEvent::TouchEnd, x}};
+        for (const auto& [type, column] : steps) {
+            const QPointF place(column, 20);
+            QTouchEvent event(
+                type, screen, Qt::NoModifier,
+                {QEventPoint(0, QEventPoint::Updated, place, child->mapToGlobal(place))}
+            );
+            event.setTimestamp(time);
+            QCoreApplication::sendEvent(child, &event);
+        }
+    }
+    /// What the taps were.
+    std::vector<std::string> presses() {
+        std::vector<std::string> found;
+        std::copy_if(
+            window.log.begin(), window.log.end(), std::back_inserter(found),
+            [](const std::string& line) { return line.starts_with("press"); }
+        );
+        window.log.clear();
+        return found;
     }
 
     void takeTouch(const QPointingDevice& screen) {
@@ -136,6 +167,26 @@ TEST_F(ZoomInputTest, OneFingerIsTheLeftButton) {
     QTest::touchEvent(child, screen).move(0, {15, 20});
     QTest::touchEvent(child, screen).release(0, {16, 20});
     EXPECT_THAT(window.log, ElementsAre("press", "move 15", "release 16"));
+}
+
+TEST_F(ZoomInputTest, TwoQuickTapsAreADoubleClick) {
+    tapAt(10'000, 50);
+    tapAt(10'200, 52);
+    EXPECT_THAT(presses(), ElementsAre("press", "press again"));
+    tapAt(10'300, 52);
+    EXPECT_THAT(presses(), ElementsAre("press")) << "a third one begins again";
+}
+
+TEST_F(ZoomInputTest, TapsFarApartAreTwo) {
+    tapAt(10'000, 50);
+    tapAt(10'000 + QGuiApplication::styleHints()->mouseDoubleClickInterval(), 50);
+    EXPECT_THAT(presses(), ElementsAre("press", "press")) << "in time";
+    tapAt(20'000, 50);
+    tapAt(20'100, 150);
+    EXPECT_THAT(presses(), ElementsAre("press", "press")) << "in place";
+    tapAt(30'000, 50, 100);
+    tapAt(30'100, 50);
+    EXPECT_THAT(presses(), ElementsAre("press", "press")) << "a drag is no tap";
 }
 
 TEST_F(ZoomInputTest, TwoFingersPinchAndNoLongerPress) {
