@@ -208,7 +208,7 @@ TEST_F(ItemMapViewTest, ADoublePressZoomsInThere) {
     view->showPixel({300, 275});
     const ImagePixel pressed = view->view().toImage({30, 100});
     tap(30, 100);
-    press(30, 100);
+    pressAgain(30, 100);
     EXPECT_EQ(zoom(), -1);
     EXPECT_EQ(view->view().toImage({30, 100}), pressed);
     const ImagePixel before = origin();
@@ -220,7 +220,8 @@ TEST_F(ItemMapViewTest, InLayoutModeADoublePressZoomsNothing) {
     showPage();
     page->command(kToggleLayout, 0);
     tap(30, 100);
-    tap(30, 100);
+    pressAgain(30, 100);
+    lift(30, 100);
     EXPECT_EQ(zoom(), 0);
 }
 

@@ -175,14 +175,14 @@ TEST_F(MapMenuTest, FollowingCanBeSwitchedOffWithoutAPlacedImage) {
 TEST_F(MapMenuTest, TheLinesAreSwitchedOffAndOn) {
     click({u"Map"}, u"Show Position");
     EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::position));
-    EXPECT_THAT(seen({u"Map"})[2], "Show &Position");
+    EXPECT_THAT(seen({u"Map"})[3], "Show &Position");
     click({u"Map"}, u"Show Navigation");
     EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::navigation));
-    EXPECT_THAT(seen({u"Map"})[3], "Show &Navigation");
+    EXPECT_THAT(seen({u"Map"})[4], "Show &Navigation");
     click({u"Map"}, u"Show Position");
     EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::position));
     EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::navigation));
-    EXPECT_THAT(seen({u"Map"})[2], "Show &Position*");
+    EXPECT_THAT(seen({u"Map"})[3], "Show &Position*");
 }
 
 TEST_F(MapMenuTest, AMarkIsAddedByTheMenu) {
@@ -205,8 +205,8 @@ TEST_F(MapMenuTest, OfTwoMapsTheMenuIsTheFirstOnes) {
     EXPECT_FALSE(upper.following());
     EXPECT_THAT(
         seen({u"Map"}), ElementsAre(
-                            "&Follow Position*", "&Go to Position...", "Show &Position*",
-                            "Show &Navigation*", "&Marks>"
+                            "&Follow Position*", "&Go to Position...", "&Whole Image\tHome",
+                            "Show &Position*", "Show &Navigation*", "&Marks>"
                         )
     );
 }

@@ -226,7 +226,7 @@ TEST_F(PageStylusTest, AnItemMayTakeTheSecondFastPressForGood) {
     showPage();
     log.clear();
     tap(30, 40);
-    press(30, 40);
+    pressAgain(30, 40);
     moveTo(35, 45);
     lift(35, 45);
     EXPECT_THAT(log, ElementsAre(" down 10,10", " up 10,10", " double 10,10"));

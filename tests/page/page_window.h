@@ -166,6 +166,10 @@ protected:
 
     void press(int x, int y, Qt::KeyboardModifiers keys = {}) {
         m_time += 5000;
+        pressAgain(x, y, keys);
+    }
+    /// So soon after the last press that both may make a double-click.
+    void pressAgain(int x, int y, Qt::KeyboardModifiers keys = {}) {
         mouse(QEvent::MouseButtonPress, x, y, Qt::LeftButton, Qt::LeftButton, keys);
     }
     void moveTo(int x, int y) { mouse(QEvent::MouseMove, x, y, Qt::NoButton, Qt::LeftButton, {}); }
@@ -238,7 +242,7 @@ private:
         m_client.resize(qRound(width / ratio), qRound(height / ratio));
     }
 
-    int m_time = 0;
+    inline static int m_time = 0; ///< of the events; Qt remembers that of the last test's
 };
 
 /// The placement of an item with another decoration.

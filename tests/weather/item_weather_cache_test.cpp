@@ -47,6 +47,7 @@ TEST_F(ItemWeatherCacheTest, WhatALogInPageLeftIsGoneOnTheNextNetwork) {
     EXPECT_EQ(m_item->statusText(), kNoInternet);
     ServersSetting::set({m_server.host(), m_server.host()});
     update();
+    useFullSize();
     EXPECT_EQ(m_item->statusText(), QString());
     EXPECT_EQ(shown(), "5:54");
     expectAllLines("after the log-in");

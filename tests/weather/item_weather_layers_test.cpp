@@ -136,6 +136,7 @@ TEST_F(ItemWeatherLayersTest, WithAllLayersOffOnlyTheWorldFileIsFetched) {
     editLayers({"Topo Map", "Rivers", "Counties", "Highways", "Cities", "Warnings"});
     EXPECT_EQ(m_server.count(), 0);
     chooseSite();
+    useFullSize();
     EXPECT_THAT(
         pathsSince(0),
         ElementsAre(

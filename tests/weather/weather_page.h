@@ -99,6 +99,19 @@ protected:
     void showSite() {
         m_item->beginWith({FirstShow::Choice{"MUX", 0}, std::nullopt});
         showPage();
+        useFullSize();
+    }
+    /// Shows an image pixel in a pixel of the page, the radar in the middle: most tests look at
+    /// single pixels.
+    void useFullSize() {
+        struct Opened : CItemWeather {
+            using CItemWeather::showPixel;
+        };
+        while (m_item->view().zoom() > 0) {
+            EXPECT_TRUE(m_item->command(kZoomIn, 0));
+        }
+        (m_item->*&Opened::showPixel)(CItemWeather::kImageCentre);
+        settle();
     }
     /// Saves the page and puts the one that is read back in its place, as another start would.
     void restart() {

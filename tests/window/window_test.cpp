@@ -349,9 +349,6 @@ TEST_F(WindowTest, AnObjectThatNamesNoClientAreaLeavesTheOneThatIsNamed) {
     log.clear();
     client->resize(280, 150);
     EXPECT_THAT(log, ElementsAre("application size 280x150", "main size 280x150"));
-    log.clear();
-    test::doubleClick(*widget, {5, 6});
-    EXPECT_THAT(log, testing::Each(testing::HasSubstr("press")));
 }
 
 TEST_F(WindowTest, ATimerFiresUntilItIsStoppedOrTheWindowDestroyed) {
