@@ -70,6 +70,23 @@ struct Angle {
     double halfSine;
 };
 
+#if defined(__x86_64__)
+/// The C library's functions come in a form for newer processors. Where somebody has left the upper
+/// halves of its registers in use, each change between these forms and our own code waits for them:
+/// all that follows then takes ten times as long.
+[[gnu::target("avx")]] void releaseUpperHalves() {
+    __builtin_ia32_vzeroupper();
+}
+
+void prepareForMathematics() {
+    if (__builtin_cpu_supports("avx") != 0) {
+        releaseUpperHalves();
+    }
+}
+#else
+void prepareForMathematics() {}
+#endif
+
 /// An angle of -180 to 180 degrees as 0 to below 360: rounding may make 360 of one just left of
 /// north, which then is north.
 float clockwiseDegrees(double degrees) {
@@ -112,6 +129,7 @@ seenFrom(double antennaLatitude, double antennaLongitude, double latitude, doubl
 
 std::vector<PolarPlace>
 placePixels(const ImageGeometry& image, double antennaLatitude, double antennaLongitude) {
+    prepareForMathematics();
     const LocalSphere sphere(antennaLatitude, antennaLongitude);
     std::vector<Angle> columns;
     columns.reserve(kFrameWidth);
