@@ -136,7 +136,7 @@ endfunction()
 # nothing new to it.
 set(RAINCAST_LEFT_OUT "")
 if(RAINCAST_SANITIZE STREQUAL "thread")
-    string(CONCAT RAINCAST_LEFT_OUT ":EndSignals*:PeerServers*:*KilledInTheMiddle*:LiveProgram*"
+    string(CONCAT RAINCAST_LEFT_OUT ":EndSignals*:PeerServers*:*KilledInTheMiddle*:LivePicture*:LiveProgram*"
         ":NginxSettings*:ServerProgram*:TlsCurlFetcher*:TryLive*:*TenThousandRuns*")
 endif()
 
