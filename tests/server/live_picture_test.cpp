@@ -5,9 +5,9 @@
 // test's own.
 #include "core/clock.h"
 #include "gate_reading.h"
-#include "live/live_object.h"
 #include "live_sim/live_sim.h"
 #include "nexrad/level3_decoder.h"
+#include "provider/live_object.h"
 #include "radar/catalogue/antenna_positions.h"
 #include "radar/image/bitmap.h"
 #include "radar/image/image_file.h"
