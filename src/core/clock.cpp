@@ -10,15 +10,24 @@ namespace {
 
 const SystemClock systemClock;
 const Clock* clockInUse = nullptr;
+const Clock* replayClock = nullptr;
 
 } // namespace
 
 const Clock& Clock::current() {
+    return replayClock != nullptr ? *replayClock : real();
+}
+
+const Clock& Clock::real() {
     return clockInUse != nullptr ? *clockInUse : systemClock;
 }
 
 void Clock::use(const Clock* clock) {
     clockInUse = clock;
+}
+
+void Clock::replayBy(const Clock* clock) {
+    replayClock = clock;
 }
 
 FileTime SystemClock::now() const {

@@ -81,7 +81,7 @@ void LiveFeed::find(std::vector<LiveObject> objects) {
             volume.checkedAt = now();
             object.body.clear();
         } else if (object.time != volume.object.time) {
-            volume.kept.reset();
+            volume.kept = m_store.has(object) ? std::optional(object.etag) : std::nullopt;
         }
         volume.object = std::move(object);
     }

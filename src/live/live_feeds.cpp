@@ -22,7 +22,11 @@ LiveFeeds::LiveFeeds(
     std::unique_ptr<Provider> bucket, std::unique_ptr<Provider> ring, LiveStore& store, int hours
 )
     : m_bucket(std::move(bucket)), m_ring(std::move(ring)), m_store(store), m_hours(hours) {
+    const FileTime now = Clock::current().now();
     for (const LiveObject& object : m_store.load(horizon())) {
+        if (object.time > now) {
+            continue; // of a replay that came further; found again when its time has come
+        }
         for (Provider* const provider : providers()) {
             if (offers(*provider, object.name.product)) {
                 feed(*provider, object.name).take(object);

@@ -17,7 +17,7 @@ constexpr FileTime kLongestSleep = 10 * kFileTimePerMinute;
 constexpr FileTime kMillisecond = kFileTimePerSecond / 1000;
 
 milliseconds until(FileTime next) {
-    const FileTime wait = std::clamp<FileTime>(next - Clock::current().now(), 0, kLongestSleep);
+    const FileTime wait = std::clamp<FileTime>(next - Clock::real().now(), 0, kLongestSleep);
     return milliseconds((wait + kMillisecond - 1) / kMillisecond);
 }
 

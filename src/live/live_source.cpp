@@ -6,6 +6,7 @@
 #include "live/live_warnings.h"
 #include "nexrad/frame_painter.h"
 #include "nexrad/level3_decoder.h"
+#include "provider/past_bucket.h"
 #include "provider/s3_bucket.h"
 #include "provider/tgftp.h"
 
@@ -21,8 +22,18 @@ namespace {
 
 constexpr FileTime kNever = std::numeric_limits<FileTime>::max();
 
+// Of the weather.
 FileTime now() {
     return Clock::current().now();
+}
+
+// Of the world: nobody waits longer because the weather is slow.
+FileTime worldNow() {
+    return Clock::real().now();
+}
+
+FileTime worldTimeOf(FileTime time) {
+    return time == kNever ? kNever : worldNow() + Clock::current().until(time);
 }
 
 QString textOf(FileTime time) {
@@ -36,9 +47,20 @@ QString textOf(std::string_view text) {
 
 /// Whether something is due that is done at an interval; it is done then.
 bool isTime(FileTime& due, FileTime interval) {
-    const bool isDue = now() >= due || due > now() + interval;
-    due = isDue ? now() + interval : due;
+    const bool isDue = worldNow() >= due || due > worldNow() + interval;
+    due = isDue ? worldNow() + interval : due;
     return isDue;
+}
+
+std::unique_ptr<Provider> bucketOf(const LiveSource::Settings& settings, PoliteFetcher& polite) {
+    if (settings.bucket.isEmpty()) {
+        return nullptr;
+    }
+    auto bucket = std::make_unique<S3Bucket>(polite, settings.bucket);
+    if (!settings.replay) {
+        return bucket;
+    }
+    return std::make_unique<PastBucket>(std::move(bucket));
 }
 
 double anyPart() {
@@ -54,12 +76,11 @@ public:
         : m_log(std::move(log)), m_wake(std::move(wake)), m_polite(fetcher, anyPart),
           m_store(settings.folder, m_log),
           m_feeds(
-              settings.bucket.isEmpty() ? nullptr
-                                        : std::make_unique<S3Bucket>(m_polite, settings.bucket),
+              bucketOf(settings, m_polite),
               settings.ring.isEmpty() ? nullptr : std::make_unique<Tgftp>(m_polite, settings.ring),
               m_store, settings.hours
           ),
-          m_warnings(m_polite, settings.warnings, settings.otherWarnings) {}
+          m_warnings(m_polite, settings.warnings, settings.otherWarnings, settings.replay) {}
 
     FileTime turn();
     void close();
@@ -78,7 +99,7 @@ private:
     struct Waiter {
         LiveSeries* series;
         std::optional<FileTime> minute;
-        FileTime since;
+        FileTime since; ///< by the world's clock
         Ready ready;
     };
 
@@ -118,12 +139,13 @@ FileTime LiveSource::Engine::turn() {
     {
         const std::lock_guard lock(m_mutex);
         static_cast<void>(m_polite.turn());
-        const FileTime due = pursueWanted();
+        const FileTime due = worldTimeOf(pursueWanted());
         ready = takeReady();
         next = std::min(due, m_polite.turn());
         for (const Waiter& waiter : m_waiters) {
             for (const FileTime most : {kWarmWait, kColdWait, kFrameWait}) {
-                next = waiter.since + most > now() ? std::min(next, waiter.since + most) : next;
+                next =
+                    waiter.since + most > worldNow() ? std::min(next, waiter.since + most) : next;
             }
         }
         if (isTime(m_logAt, kFileTimePerSecond)) {
@@ -163,7 +185,7 @@ FileTime LiveSource::Engine::pursueWanted() {
 }
 
 bool LiveSource::Engine::isWaiting(const Waiter& waiter) {
-    const FileTime waited = now() - waiter.since;
+    const FileTime waited = worldNow() - waiter.since;
     if (m_isClosed || waited < 0) { // the clock went back
         return false;
     }
@@ -216,13 +238,13 @@ void LiveSource::Engine::prepare(
     std::unique_lock lock(m_mutex);
     LiveSeries& series = seriesOf(site, product);
     series.want(now());
-    wait({&series, minute, now(), std::move(ready)}, lock);
+    wait({&series, minute, worldNow(), std::move(ready)}, lock);
 }
 
 void LiveSource::Engine::prepareWarnings(Ready ready) {
     std::unique_lock lock(m_mutex);
     m_warnings.want(now());
-    wait({nullptr, std::nullopt, now(), std::move(ready)}, lock);
+    wait({nullptr, std::nullopt, worldNow(), std::move(ready)}, lock);
 }
 
 // Lets somebody wait if there is something to wait for.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/replay_clock.h"
 #include "live/live_series.h"
 #include "live/live_store.h"
 #include "provider/provider.h"
@@ -52,6 +53,9 @@ public:
         QByteArray ring = kRing;
         QByteArray warnings = kWarnings;
         QByteArray otherWarnings = kOtherWarnings;
+        /// Weather of the past, by Clock::current(): only the bucket and the other one of those who
+        /// give warnings know it.
+        std::optional<Replay> replay;
     };
 
     static constexpr auto kBucket = "https://unidata-nexrad-level3.s3.amazonaws.com";
@@ -67,8 +71,8 @@ public:
     LiveSource(const LiveSource&) = delete;
     LiveSource& operator=(const LiveSource&) = delete;
 
-    /// Does what is due. Returns when it wants to be called again, which may be now. For one
-    /// thread, the one that the fetcher answers in.
+    /// Does what is due. Returns when it wants to be called again, by Clock::real(), which may be
+    /// now. For one thread, the one that the fetcher answers in.
     FileTime turn();
 
     /// Lets nobody wait any more, now and later. For any thread.

@@ -88,6 +88,10 @@ void LiveStore::keep(const LiveObject& object) {
     m_cannotWrite = !written;
 }
 
+bool LiveStore::has(const LiveObject& object) const {
+    return QFile::exists(fileOf(object));
+}
+
 std::optional<QByteArray> LiveStore::read(const LiveObject& object) const {
     const QString file = fileOf(object);
     {

@@ -27,6 +27,9 @@ public:
     /// several failures in a row is logged.
     void keep(const LiveObject& object);
 
+    /// Whether an object is there, as far as its file's name says.
+    [[nodiscard]] bool has(const LiveObject& object) const;
+
     /// The bytes of an object, if it is there and what its key says.
     [[nodiscard]] std::optional<QByteArray> read(const LiveObject& object) const;
 

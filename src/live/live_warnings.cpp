@@ -5,6 +5,8 @@
 #include "live/live_plan.h"
 #include "tree/warning_kinds.h"
 
+#include <QDateTime>
+
 #include <algorithm>
 #include <limits>
 
@@ -14,9 +16,16 @@ namespace {
 
 constexpr qint64 kMostBytes = qint64{16} * 1024 * 1024;
 constexpr FileTime kInterval = kFileTimePerMinute;
+constexpr FileTime kLeastOfWorld = 15 * kFileTimePerSecond;
 
 FileTime now() {
     return Clock::current().now();
+}
+
+QByteArray textOf(FileTime time) {
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
+        .toString(Qt::ISODate)
+        .toLatin1();
 }
 
 /// Which kinds are wanted, as one parameter.
@@ -43,8 +52,12 @@ bool isGood(const FetchAnswer& answer) {
 
 } // namespace
 
-LiveWarnings::LiveWarnings(PoliteFetcher& fetcher, QByteArray base, QByteArray other)
-    : m_fetcher(fetcher), m_base(std::move(base)), m_other(std::move(other)) {}
+LiveWarnings::LiveWarnings(
+    PoliteFetcher& fetcher, QByteArray base, QByteArray other, const std::optional<Replay>& replay
+)
+    : m_fetcher(fetcher), m_base(replay ? QByteArray() : std::move(base)),
+      m_other(std::move(other)), m_isPast(replay.has_value()),
+      m_interval(std::max(kInterval, replay ? replay->speed * kLeastOfWorld : 0)) {}
 
 bool LiveWarnings::isWanted() const {
     return m_wantedAt != 0 && now() < m_wantedAt + kWantedFor && m_wantedAt < now() + kWantedFor;
@@ -55,10 +68,10 @@ FileTime LiveWarnings::due() const {
 }
 
 bool LiveWarnings::pursue() {
-    const bool isDue = now() >= m_due || m_due > now() + 2 * kInterval;
+    const bool isDue = now() >= m_due || m_due > now() + 2 * m_interval;
     if (!m_isAsking && isDue && isWanted()) {
         m_isAsking = true;
-        m_due = now() + kInterval;
+        m_due = now() + m_interval;
         askFirst();
     }
     return m_isAsking;
@@ -108,6 +121,9 @@ void LiveWarnings::askOther() {
         return;
     }
     FetchRequest request{m_other + "/geojson/sbw.geojson", kMostBytes};
+    if (m_isPast) {
+        request.url += "?ts=" + textOf(now());
+    }
     m_fetcher.get(request, checkOf(readStormWarnings), [this](const FetchAnswer& answer) {
         if (isGood(answer)) {
             if (const auto alerts = readStormWarnings(answer.body)) {

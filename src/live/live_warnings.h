@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/replay_clock.h"
 #include "provider/alert_reader.h"
 #include "provider/polite_fetcher.h"
 #include "tree/weather_warning.h"
 
 #include <QByteArray>
 
+#include <optional>
 #include <vector>
 
 namespace raincast {
@@ -16,8 +18,13 @@ namespace raincast {
 class LiveWarnings {
 public:
     /// `base` is the address of the National Weather Service's programming interface, `other` that
-    /// of the Iowa Environmental Mesonet; empty ones are not asked. The fetcher is borrowed.
-    LiveWarnings(PoliteFetcher& fetcher, QByteArray base, QByteArray other);
+    /// of the Iowa Environmental Mesonet; empty ones are not asked. Only the latter knows those of
+    /// a replay's moment, and it is asked at the same pace of the world's clock at any speed. The
+    /// fetcher is borrowed.
+    LiveWarnings(
+        PoliteFetcher& fetcher, QByteArray base, QByteArray other,
+        const std::optional<Replay>& replay = {}
+    );
 
     /// Somebody asked at a time.
     void want(FileTime time) { m_wantedAt = time; }
@@ -42,6 +49,8 @@ private:
     PoliteFetcher& m_fetcher;
     QByteArray m_base;
     QByteArray m_other;
+    bool m_isPast;
+    FileTime m_interval;       ///< of the weather's clock
     bool m_asksForAll = false; ///< the provider does not understand what is asked of it
     QByteArray m_etag;
     QByteArray m_lastModified;

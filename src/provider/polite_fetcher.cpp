@@ -69,7 +69,7 @@ const HostHealth& PoliteFetcher::health(const QByteArray& host) const {
 }
 
 bool PoliteFetcher::rests(const QByteArray& host) const {
-    return health(host).restsUntil > Clock::current().now() + kShortRest;
+    return health(host).restsUntil > Clock::real().now() + kShortRest;
 }
 
 void PoliteFetcher::get(FetchRequest request, Check check, Done done) {
@@ -83,7 +83,7 @@ void PoliteFetcher::get(FetchRequest request, Check check, Done done) {
 
 FileTime PoliteFetcher::turn() {
     takeArrived();
-    const FileTime now = Clock::current().now();
+    const FileTime now = Clock::real().now();
     for (auto& [name, host] : m_hosts) {
         if (host.health.restsUntil > now + kLongestRetryAfter) {
             host.health.restsUntil = now; // the clock went back
@@ -174,7 +174,7 @@ void PoliteFetcher::take(std::unique_ptr<Job> job, FetchAnswer answer) {
 
 void PoliteFetcher::noteSuccess(Host& host, const Job& job) {
     HostHealth& health = host.health;
-    health.lastGood = Clock::current().now();
+    health.lastGood = Clock::real().now();
     if (job.round == host.round) {
         health.failures = 0;
         health.problem.clear();
@@ -184,7 +184,7 @@ void PoliteFetcher::noteSuccess(Host& host, const Job& job) {
 }
 
 void PoliteFetcher::noteFailure(Host& host, const Job& job, const FetchAnswer& answer) {
-    const FileTime now = Clock::current().now();
+    const FileTime now = Clock::real().now();
     HostHealth& health = host.health;
     health.problem = answer.problem;
     if (job.round == host.round) {

@@ -33,7 +33,7 @@ struct HostHealth {
 /// two, up to ten; requests to one that rests fail at once. A failure is what the transport calls
 /// one, an error status other than 404, 304 apart, and whatever the request's own check finds.
 ///
-/// The time is that of Clock::current(). For one thread, but for answers of the fetcher, which may
+/// The time is that of Clock::real(). For one thread, but for answers of the fetcher, which may
 /// come in any.
 class PoliteFetcher {
 public:

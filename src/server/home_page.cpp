@@ -156,12 +156,13 @@ QByteArray scales() {
 
 } // namespace
 
-QByteArray homePage(const MapData& maps, SourceKind source) {
+QByteArray homePage(const MapData& maps, SourceKind source, const std::optional<Replay>& replay) {
     return QByteArray(kHomePageText)
         .replace(
             "@NOTE@", source == SourceKind::sample
                           ? "<p class=\"note\">Sample weather: nothing here has happened.</p>"
-                          : ""
+                      : replay ? "<p class=\"note\" id=\"replay\">A replay.</p>"
+                               : ""
         )
         .replace(
             "@CREDIT@", source == SourceKind::live ? "Radar: NOAA/NWS NEXRAD via Unidata (AWS Open "
@@ -169,6 +170,7 @@ QByteArray homePage(const MapData& maps, SourceKind source) {
                                                      "Iowa Environmental Mesonet."
                                                    : ""
         )
+        .replace("@SPEED@", QByteArray::number(replay ? replay->speed : 1))
         .replace("@STATES@", statePaths(maps))
         .replace("@DOTS@", dots())
         .replace("@LIST@", list())

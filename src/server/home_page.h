@@ -13,7 +13,9 @@ class MapData;
 /// with its layers, moving, how old they are, and the warnings' texts. Its links are relative and
 /// stay within the tree, so a published tree has it too. Made once.
 ///
-/// A line at its top says where the weather is made up; that of public providers is credited.
-[[nodiscard]] QByteArray homePage(const MapData& maps, SourceKind source);
+/// A line at its top says where the weather is made up or of the past, and of when; that of public
+/// providers is credited.
+[[nodiscard]] QByteArray
+homePage(const MapData& maps, SourceKind source, const std::optional<Replay>& replay = {});
 
 } // namespace raincast

@@ -83,6 +83,7 @@ Map data: U.S. Census Bureau (borders), GSHHG by P. Wessel and W. H. F. Smith (s
 "use strict";
 const sites = @SITES@;
 const scales = @SCALES@;
+const speed = @SPEED@; // of the weather's clock
 const products = {N0R: "Base reflectivity", NCR: "Composite", N0Z: "Long range", N1P: "1 hour precipitation",
   NTP: "Total precipitation", N0V: "Velocity", N0S: "Storm relative velocity"};
 const layers = {
@@ -153,6 +154,15 @@ function showAges(status) {
   }
 }
 
+// The weather's clock goes on between two looks at it.
+let weather = null;
+function showReplay() {
+  if (!byId("replay") || !weather) return;
+  const now = new Date(weather.now + speed * (Date.now() - weather.at)).toISOString();
+  byId("replay").textContent = `Replay of ${now.slice(0, 10)} ${now.slice(11, 16)} UTC` +
+    (speed > 1 ? `, ${speed} times as fast` : "");
+}
+
 function showWarnings(found) {
   byId("warnings").replaceChildren(...(found.warnings || []).map(warning => {
     const row = document.createElement("li"), until = warning.end ? new Date(warning.end) : null;
@@ -187,6 +197,8 @@ async function refresh() {
   const read = path => fetch(path).then(answer => answer.ok ? answer.json() : {}).catch(() => ({}));
   const [status, texts] = await Promise.all([read("status"), read(warnings.replace(".gif", ".json"))]);
   if (mine !== turn) return;
+  if (status.now) weather = {now: Date.parse(status.now), at: Date.now()};
+  showReplay();
   showAges(status);
   showWarnings(texts);
 }
@@ -218,7 +230,8 @@ function choose() {
 
 addEventListener("hashchange", choose);
 choose();
-setInterval(refresh, 60000);
+setInterval(refresh, Math.max(5000, 60000 / speed));
+setInterval(showReplay, 1000);
 let pause = 0;
 setInterval(() => {
   if (frames.length < 2 || pause-- > 0) return;

@@ -30,6 +30,12 @@ QString cacheFolder(const ServeOptions& options) {
                : options.cacheFolder;
 }
 
+/// Below the cache folder. Replays of one storm share theirs, whatever their speed.
+QString liveFolder(const std::optional<Replay>& replay) {
+    return replay ? QStringLiteral("/replay-") + textOf(Replay{replay->begin}).remove(u':')
+                  : QStringLiteral("/live");
+}
+
 QByteArray agentOf(const LiveOptions& options) {
     const QByteArray agent = "Raincast/" RAINCAST_VERSION;
     return options.contact.isEmpty() ? agent : agent + " (" + options.contact.toUtf8() + ')';
@@ -50,8 +56,16 @@ QString storeFolder(const ServeOptions& options) {
 
 } // namespace
 
+RunningServer::WeatherTime::WeatherTime(const std::optional<Replay>& replay) {
+    if (replay) {
+        m_clock.emplace(*replay, Clock::real().now());
+        Clock::replayBy(&*m_clock);
+    }
+}
+
 RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
-    : m_options(options), m_log(std::move(log)), m_started(Clock::current().now()),
+    : m_options(options), m_time(options.live.replay), m_log(std::move(log)),
+      m_started(Clock::real().now()),
       m_maps(MapDataFiles::find(options.mapDataFolder, options.roadsFile)),
       m_layers(m_maps, cacheFolder(options) + QStringLiteral("/layers")), m_frames(makeFrames()),
       m_tree(*m_frames, m_layers),
@@ -60,7 +74,7 @@ RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
       ),
       m_status([this] { return statusOfNow(); }) {
     logMissingData();
-    const QByteArray home = homePage(m_maps, m_options.source);
+    const QByteArray home = homePage(m_maps, m_options.source, m_options.live.replay);
     m_tree.addPage("/", "text/html; charset=utf-8", [home] { return home; });
     m_tree.addPage("/status", "application/json", [this] { return m_status.get(); });
 }
@@ -110,9 +124,11 @@ void RunningServer::work() {
 }
 
 QString RunningServer::readyLine() const {
-    const QString what = m_options.source == SourceKind::sample ? QStringLiteral("sample weather")
-                         : m_options.source == SourceKind::live ? QStringLiteral("live radar")
-                                                                : m_options.level3Folder;
+    const QString what = m_options.source == SourceKind::sample   ? QStringLiteral("sample weather")
+                         : m_options.source == SourceKind::level3 ? m_options.level3Folder
+                         : m_options.live.replay
+                             ? QStringLiteral("a replay of %1").arg(textOf(*m_options.live.replay))
+                             : QStringLiteral("live radar");
     if (!m_server) {
         return QStringLiteral("Publishing %1 in %2").arg(what, m_options.publishFolder);
     }
@@ -140,10 +156,12 @@ std::unique_ptr<FrameSource> RunningServer::makeLive() {
     const LiveOptions& options = m_options.live;
     m_network = std::make_unique<LiveNetwork>(agentOf(options));
     LiveSource::Settings settings;
-    settings.folder = cacheFolder(m_options) + QStringLiteral("/live");
+    settings.replay = options.replay;
+    settings.folder = cacheFolder(m_options) + liveFolder(options.replay);
     settings.hours = m_options.hours;
     settings.bucket = addressOf(options.frames, LiveSource::kBucket);
-    settings.ring = addressOf(options.fallback, LiveSource::kRing);
+    // The ring has nothing that is older than a day.
+    settings.ring = options.replay ? QByteArray() : addressOf(options.fallback, LiveSource::kRing);
     // One address stands for both of those who give warnings: their paths differ.
     settings.warnings = addressOf(options.warnings, LiveSource::kWarnings);
     settings.otherWarnings = addressOf(options.warnings, LiveSource::kOtherWarnings);
@@ -165,6 +183,7 @@ QByteArray RunningServer::statusOfNow() const {
     }
     if (m_live != nullptr) {
         status.live = m_live->status();
+        status.replay = m_time.replay();
     }
     return statusPage(status, *m_frames, m_maps);
 }

@@ -48,7 +48,22 @@ private:
     void logMissingData() const;
     [[nodiscard]] QByteArray statusOfNow() const;
 
+    /// The weather's clock, for as long as it lives.
+    class WeatherTime {
+    public:
+        explicit WeatherTime(const std::optional<Replay>& replay);
+        ~WeatherTime() { Clock::replayBy(nullptr); }
+        WeatherTime(const WeatherTime&) = delete;
+        WeatherTime& operator=(const WeatherTime&) = delete;
+
+        [[nodiscard]] const std::optional<ReplayClock>& replay() const { return m_clock; }
+
+    private:
+        std::optional<ReplayClock> m_clock;
+    };
+
     const ServeOptions& m_options;
+    WeatherTime m_time; ///< the rest asks it, in several threads
     ServerLog m_log;
     FileTime m_started;
     Level3Folder* m_level3 = nullptr;

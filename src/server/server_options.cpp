@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "server/server_options.h"
 
+#include "core/clock.h"
 #include "radar/catalogue/sites.h"
 
 #include <QUrl>
@@ -13,6 +14,8 @@ namespace {
 
 // Two days of 155 sites' frames fill some twenty gigabytes.
 constexpr int kMostHours = 48;
+// The bucket has no year before this one.
+const FileTime kFirstOfBucket = fromCalendar({2020, 1, 1, 0, 0});
 
 QList<QCommandLineOption> options() {
     const auto option = [](const char* name, const char* text, const char* value = "",
@@ -29,6 +32,11 @@ QList<QCommandLineOption> options() {
         option("live-frames", "Where --live finds products, or \"none\".", "URL"),
         option("live-fallback", "Where it finds them when that fails, or \"none\".", "URL"),
         option("live-warnings", "Where it finds warnings, or \"none\".", "URL"),
+        option(
+            "replay",
+            "Let --live begin at a time of the past (UTC) and run up to 60 times as fast.",
+            "2021-12-11T02:00Z[xN]"
+        ),
         option("contact", "An address that --live tells to the providers.", "ADDRESS"),
         option("hours", "How long frames are kept, 1 to 48 hours; 0: for good.", "N", "4"),
         option(
@@ -107,6 +115,27 @@ addressIn(const QCommandLineParser& parser, const QString& option) {
         text.chop(1);
     }
     return text;
+}
+
+Reading readReplayIn(const QCommandLineParser& parser, ServeOptions& result) {
+    const QString option = QStringLiteral("replay");
+    if (!parser.isSet(option)) {
+        return {};
+    }
+    if (result.source != SourceKind::live) {
+        return wrong(QStringLiteral("--replay needs --live."));
+    }
+    const auto replay = readReplay(parser.value(option));
+    if (!replay) {
+        return wrong(QStringLiteral("--replay takes a time like 2021-12-11T02:00Z, and behind it x "
+                                    "and a speed from 1 to %1 if the weather is to run faster.")
+                         .arg(Replay::kMostSpeed));
+    }
+    if (replay->begin < kFirstOfBucket || replay->begin > Clock::real().now()) {
+        return wrong(QStringLiteral("--replay begins between 2020 and now."));
+    }
+    result.live.replay = replay;
+    return {};
 }
 
 Reading readLive(const QCommandLineParser& parser, ServeOptions& result) {
@@ -200,7 +229,7 @@ tl::expected<ServerOptions, QString> readCommand(const CommandLine& line) {
         return tl::unexpected(QStringLiteral("The only command is: render FILE OUT.gif"));
     }
     ServeOptions result;
-    for (const auto read : {readSource, readPublishing, readRest}) {
+    for (const auto read : {readSource, readReplayIn, readPublishing, readRest}) {
         if (const Reading done = read(parser, result); !done) {
             return tl::unexpected(done.error());
         }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/command_line.h"
+#include "core/replay_clock.h"
 
 #include <QString>
 #include <QStringList>
@@ -34,7 +35,8 @@ struct LiveOptions {
     std::optional<QString> frames;
     std::optional<QString> fallback;
     std::optional<QString> warnings;
-    QString contact; ///< told to the providers; may be empty
+    QString contact;                ///< told to the providers; may be empty
+    std::optional<Replay> replay{}; ///< of the past; nothing: weather of now
 };
 
 /// The options of raincast-server when it serves or publishes.

@@ -20,6 +20,13 @@ QString textOf(FileTime time) {
         .toString(Qt::ISODate);
 }
 
+/// At a speed of 60 a second of the world is a minute of the weather.
+QString toMilliseconds(FileTime time) {
+    constexpr FileTime kMillisecond = kFileTimePerSecond / 1000;
+    return QDateTime::fromMSecsSinceEpoch((time - kUnixEpoch) / kMillisecond, Qt::UTC)
+        .toString(Qt::ISODateWithMs);
+}
+
 QString textOf(std::string_view text) {
     return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -125,6 +132,13 @@ QByteArray statusPage(const ServerStatus& status, const FrameSource& frames, con
         page[QStringLiteral("reachable")] = status.live->reachable;
         page[QStringLiteral("providers")] = providersOf(*status.live);
         page[QStringLiteral("wanted")] = wantedOf(*status.live, now);
+    }
+    if (status.replay) {
+        page[QStringLiteral("replay")] = QJsonObject{
+            {QStringLiteral("begin"), textOf(status.replay->replay().begin)},
+            {QStringLiteral("speed"), status.replay->replay().speed},
+            {QStringLiteral("started"), toMilliseconds(status.replay->start())},
+        };
     }
     return QJsonDocument(page).toJson();
 }

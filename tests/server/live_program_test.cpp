@@ -51,8 +51,8 @@ protected:
             arguments
         );
     }
-    void start() {
-        prepare({"--listen", "127.0.0.1:0"});
+    void start(const QStringList& arguments = {}) {
+        prepare(QStringList{"--listen", "127.0.0.1:0"} + arguments);
         m_process.start();
         while (!m_process.canReadLine() && m_process.waitForReadyRead(kDeadline)) {
         }
@@ -193,6 +193,47 @@ TEST_F(LiveProgramTest, AClosedSiteHasTheAntennaOfItsFollower) {
     const double step = lines[0].toDouble();
     EXPECT_NEAR(lines[4].toDouble() + 299.5 * step, -90.407, .001);
     EXPECT_NEAR(lines[5].toDouble() - 274.5 * step, 30.519, .001);
+}
+
+TEST_F(LiveProgramTest, ReplaysAPastStorm) {
+    const FileTime begin = fromCalendar({2021, 12, 11, 2, 0});
+    put("TLX", begin - 3 * kFileTimePerMinute);
+    put("TLX", begin + 300 * kFileTimePerMinute); // after all that this test lives to see
+    m_sim.alerts.setStormWarnings(
+        R"({"features":[{"geometry":{"type":"MultiPolygon","coordinates":[[[[-97.5,35],[-97,35],)"
+        R"([-97,35.5],[-97.5,35]]]]},"properties":{"status":"NEW","phenomena":"TO",)"
+        R"("significance":"W","ps":"Tornado Warning","wfo":"OUN","eventid":2,)"
+        R"("polygon_begin":"2021-12-11T01:50:00Z","expire":"2021-12-12T02:30:00Z"}}]})"
+    );
+    start({"--replay", "2021-12-11T02:00Zx60"});
+    EXPECT_THAT(
+        m_ready.toStdString(), StartsWith("Serving a replay of 2021-12-11T02:00Zx60 at http://127.")
+    );
+    EXPECT_THAT(get("/"), HasSubstr("const speed = 60;"));
+    EXPECT_THAT(get("/"), HasSubstr("id=\"replay\""));
+
+    const std::string folder = "/ridge/RadarImg/N0R/TLX/";
+    const auto names = framesIn(get(folder));
+    ASSERT_EQ(names, std::vector<std::string>{"TLX_20211211_0157_N0R.gif"});
+    EXPECT_THAT(get(folder + names[0]), HasSubstr("GIF89a"));
+    EXPECT_THAT(get(folder + "TLX_20211211_0700_N0R.gif"), StartsWith("HTTP/1.1 404"));
+    EXPECT_EQ(
+        json("/ridge/Warnings/Short/TLX_Warnings_0.json")["warnings"][0]["event"], "Tornado Warning"
+    );
+    EXPECT_EQ(m_sim.ring.count(), 0);
+    EXPECT_EQ(m_sim.alerts.count("/alerts/active"), 0);
+
+    const QJsonObject status = json("/status");
+    const QJsonObject replay = status["replay"].toObject();
+    EXPECT_EQ(replay["begin"], "2021-12-11T02:00:00Z");
+    EXPECT_EQ(replay["speed"], 60);
+    const auto started = QDateTime::fromString(replay["started"].toString(), Qt::ISODateWithMs);
+    const auto passed = started.msecsTo(QDateTime::currentDateTimeUtc());
+    EXPECT_GE(passed, 0);
+    const auto weather = QDateTime::fromString(status["now"].toString(), Qt::ISODate);
+    const auto weatherBegin = QDateTime::fromString("2021-12-11T02:00:00Z", Qt::ISODate);
+    EXPECT_LE(weatherBegin.msecsTo(weather), 60 * passed);
+    EXPECT_GE(weatherBegin.msecsTo(weather), 0);
 }
 
 TEST_F(LiveProgramTest, PublishesSomeSites) {

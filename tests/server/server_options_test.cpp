@@ -48,6 +48,13 @@ TEST(ServerOptionsTest, TakesEverything) {
     EXPECT_TRUE(options.quiet);
 }
 
+TEST(ServerOptionsTest, LiveWeatherMayBeOfThePast) {
+    EXPECT_FALSE(serving({"--live"}).live.replay);
+    const auto options = serving({"--live", "--replay", "2021-12-11T02:00Zx10"});
+    EXPECT_EQ(options.live.replay, (Replay{fromCalendar({2021, 12, 11, 2, 0}), 10}));
+    EXPECT_EQ(serving({"--live", "--replay", "2020-01-01T00:00Z"}).live.replay->speed, 1);
+}
+
 TEST(ServerOptionsTest, FetchesLiveWeather) {
     ServeOptions options = serving({"--live", "--hours", "26"});
     EXPECT_EQ(options.source, SourceKind::live);
@@ -122,6 +129,12 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRow{{"--live", "--hours", "0"}, "--level3"},
         WrongRow{{"--live", "--publish", "d"}, "needs --sites"},
         WrongRow{{"--live-frames", "http://a"}, "needs --live"},
+        WrongRow{{"--replay", "2021-12-11T02:00Z"}, "needs --live"},
+        WrongRow{{"--sample", "--replay", "2021-12-11T02:00Z"}, "needs --live"},
+        WrongRow{{"--live", "--replay", "yesterday"}, "takes a time like 2021-12-11T02:00Z"},
+        WrongRow{{"--live", "--replay", "2021-12-11T02:00Zx61"}, "from 1 to 60"},
+        WrongRow{{"--live", "--replay", "2019-12-31T23:59Z"}, "between 2020 and now"},
+        WrongRow{{"--live", "--replay", "2999-01-01T00:00Z"}, "between 2020 and now"},
         WrongRow{{"--contact", "a"}, "needs --live"},
         WrongRow{{"--live", "--live-frames", "ftp://a"}, "begins with http://"},
         WrongRow{{"--live", "--live-warnings", "http://"}, "begins with http://"},
