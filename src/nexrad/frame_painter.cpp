@@ -2,8 +2,8 @@
 #include "nexrad/frame_painter.h"
 
 #include "nexrad/rasteriser.h"
+#include "palette/nws_colours.h"
 #include "radar/catalogue/antenna_positions.h"
-#include "radar/catalogue/nws_colours.h"
 #include "radar/image/gif_writer.h"
 #include "radar/image/sample_mark.h"
 

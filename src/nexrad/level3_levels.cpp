@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/level3_levels.h"
 
-#include "radar/catalogue/nws_colours.h"
+#include "palette/nws_colours.h"
 
 #include <algorithm>
 #include <bit>

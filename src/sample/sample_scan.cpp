@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sample/sample_scan.h"
 
-#include "radar/catalogue/nws_colours.h"
+#include "palette/nws_colours.h"
 #include "sample/sample_accumulation.h"
 #include "sample/sample_noise.h"
 #include "sample/sample_sky.h"

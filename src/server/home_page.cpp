@@ -2,8 +2,8 @@
 #include "server/home_page.h"
 
 #include "maps/map_data.h"
+#include "palette/nws_colours.h"
 #include "radar/catalogue/antenna_positions.h"
-#include "radar/catalogue/nws_colours.h"
 #include "radar/catalogue/sites.h"
 #include "server/home_page_text.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/frame_painter.h"
+#include "palette/nws_colours.h"
 #include "radar/catalogue/antenna_positions.h"
-#include "radar/catalogue/nws_colours.h"
 #include "radar/image/bitmap.h"
 #include "radar/image/image_file.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gate_reading.h"
 
-#include "radar/catalogue/nws_colours.h"
+#include "palette/nws_colours.h"
 
 #include <QtEndian>
 

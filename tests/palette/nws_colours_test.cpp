@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/polar_scan.h"
-#include "radar/catalogue/nws_colours.h"
+#include "palette/nws_colours.h"
 #include "radar/image/bitmap.h"
 
 #include <QFile>
 
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
 
 namespace raincast {
 namespace {
@@ -97,6 +100,40 @@ TEST(NwsColoursTest, LevelsAreNamedByWhereTheyBegin) {
         }
     }
     EXPECT_STREQ(nwsUnit(Quantity::reflectivity), "dBZ");
+}
+
+TEST(NwsColoursTest, AColourTellsItsLevel) {
+    for (const Quantity quantity : kQuantities) {
+        for (std::size_t level = 0; level < 16; ++level) {
+            EXPECT_EQ(nwsLevelOf(quantity, nwsColours(quantity)[level]), level);
+        }
+        EXPECT_EQ(nwsLevelOf(quantity, 0xFF303030), std::nullopt) << "the sample mark's ink";
+    }
+    EXPECT_EQ(nwsLevelOf(Quantity::reflectivity, 0x00FDF802), 7U) << "without its opacity";
+}
+
+TEST(NwsColoursTest, ARangeHoldsWhatFallsIntoItsLevel) {
+    constexpr double kNoEnd = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(nwsRange(kN0r, 0), (NwsRange{-kNoEnd, 5}));
+    EXPECT_EQ(nwsRange(kN0r, 9), (NwsRange{45, 50}));
+    EXPECT_EQ(nwsRange(kN0r, 15), (NwsRange{75, kNoEnd}));
+    EXPECT_EQ(nwsRange(kN0v, 0), std::nullopt);
+    EXPECT_EQ(nwsRange(kN0v, 1), (NwsRange{-kNoEnd, -64}));
+    EXPECT_EQ(nwsRange(kN0v, 7), (NwsRange{-10, -1}));
+    EXPECT_EQ(nwsRange(kN0v, 8), (NwsRange{0, 10}));
+    EXPECT_EQ(nwsRange(kN0v, 14), (NwsRange{64, kNoEnd}));
+    EXPECT_EQ(nwsRange(kN0v, 15), std::nullopt);
+    EXPECT_EQ(nwsRange(kN1p, 0), (NwsRange{0, 0}));
+    EXPECT_EQ(nwsRange(kNtp, 2), (NwsRange{double{.3F}, double{.6F}}));
+    for (const Product product : kAllProducts) {
+        for (std::size_t level = 1; level < 16; ++level) {
+            const auto range = nwsRange(product, level);
+            if (range && std::isfinite(range->from) && std::isfinite(range->below)) {
+                const auto middle = static_cast<float>((range->from + range->below) / 2);
+                EXPECT_EQ(nwsLevel(product, middle), level) << codeOf(product);
+            }
+        }
+    }
 }
 
 TEST(RealDataNwsColoursTest, TheTablesAreTheMeasuredOnes) {

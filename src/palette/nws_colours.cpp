@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "radar/catalogue/nws_colours.h"
+#include "palette/nws_colours.h"
 
 #include "radar/image/bitmap.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <span>
 
 namespace raincast {
@@ -64,6 +65,26 @@ std::uint8_t precipitationLevel(std::span<const float> thresholds, float inches)
     return inches > 0 ? thresholdsReached(thresholds, inches) : 0;
 }
 
+constexpr double kNoEnd = std::numeric_limits<double>::infinity();
+
+/// Where levels 1 and up begin at thresholds; `least` is where level 0 does.
+NwsRange between(std::span<const float> thresholds, std::size_t level, double least) {
+    return {
+        level == 0 ? least : double{thresholds[level - 1]},
+        level < thresholds.size() ? double{thresholds[level]} : kNoEnd};
+}
+
+std::optional<NwsRange> velocityRange(std::size_t level) {
+    if (level == 0 || level >= kRangeFoldedLevel) {
+        return std::nullopt;
+    }
+    if (level >= kCalmLevel) {
+        return between(kSpeedFrom, level - kCalmLevel, 0);
+    }
+    const NwsRange towards = between(kSpeedFrom, kCalmLevel - 1 - level, 1);
+    return NwsRange{-towards.below, -towards.from};
+}
+
 QByteArray velocityName(std::size_t level) {
     constexpr std::size_t kLeastAway = kCalmLevel + 1;
     constexpr std::size_t kMostTowards = kCalmLevel - 2;
@@ -107,6 +128,29 @@ std::uint8_t nwsLevel(Product product, float value) {
                    : precipitationLevel(kStormTotalFrom, value);
     }
     return thresholdsReached(kReflectivityFrom, value);
+}
+
+std::optional<std::size_t> nwsLevelOf(Quantity quantity, QRgb colour) {
+    const auto& colours = nwsColours(quantity);
+    const auto* const found = std::find(colours.begin(), colours.end(), colour | 0xFF000000U);
+    return found != colours.end() ? std::optional(static_cast<std::size_t>(found - colours.begin()))
+                                  : std::nullopt;
+}
+
+std::optional<NwsRange> nwsRange(Product product, std::size_t level) {
+    switch (quantityOf(product)) {
+    case Quantity::reflectivity:
+        break;
+    case Quantity::velocity:
+        return velocityRange(level);
+    case Quantity::precipitation:
+        if (level == 0) {
+            return NwsRange{0, 0};
+        }
+        return product == Product::oneHourPrecipitation ? between(kOneHourFrom, level, 0)
+                                                        : between(kStormTotalFrom, level, 0);
+    }
+    return between(kReflectivityFrom, level, -kNoEnd);
 }
 
 QByteArray nwsLevelName(Product product, std::size_t level) {
