@@ -57,12 +57,17 @@ bool LiveSeries::pursue() {
         isPending = pursue(*bucket, m_bucket, m_feeds.horizon());
     }
     if (needsRing()) {
-        const FileTime since = hasBucketFailed()
-                                   ? m_feeds.horizon()
-                                   : std::max(m_feeds.horizon(), newestIn(*m_feeds.bucket()));
-        isPending = pursue(*m_feeds.ring(), m_ring, since) || isPending;
+        isPending = pursue(*m_feeds.ring(), m_ring, ringSince()) || isPending;
     }
     return isPending;
+}
+
+// Volumes that the bucket has listed need not come from the ring, unless somebody wants a frame
+// whose object the bucket does not give.
+FileTime LiveSeries::ringSince() {
+    Provider* const bucket = m_feeds.bucket();
+    const bool isListed = bucket != nullptr && chosen(*bucket, m_bucket).listedAt() != 0;
+    return isListed ? std::max(m_feeds.horizon(), newestIn(*bucket)) : m_feeds.horizon();
 }
 
 // Tries the choices in turn until one is fresh, then stays with it for the day.

@@ -59,6 +59,7 @@ private:
     [[nodiscard]] LiveFeed& chosen(Provider& provider, const Choice& choice);
     [[nodiscard]] std::size_t freshest(Provider& provider);
     [[nodiscard]] FileTime newestIn(Provider& provider);
+    [[nodiscard]] FileTime ringSince();
     [[nodiscard]] bool needsRing();
     [[nodiscard]] bool hasBucketFailed();
 

@@ -15,6 +15,7 @@ struct FetchRequest {
     QByteArray etag{};         ///< asks only for a body with another one, unless empty
     QByteArray lastModified{}; ///< asks only for a later one, unless empty
     QByteArray accept = "*/*";
+    bool mayBeAbsent = false; ///< 404 is a good answer, too
 };
 
 /// What became of a request.

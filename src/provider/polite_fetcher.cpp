@@ -25,11 +25,19 @@ constexpr FileTime kLongestReconnect = 25 * kFileTimePerSecond;
 constexpr FileTime kFirstRepeat = 2 * kFileTimePerSecond;
 
 constexpr int kNotModified = 304;
+constexpr int kForbidden = 403;
 constexpr int kNotFound = 404;
 constexpr int kTooMany = 429;
 
-bool isGoodStatus(int status) {
-    return (status >= 200 && status < 300) || status == kNotModified || status == kNotFound;
+bool isGoodAnswer(const FetchRequest& request, int status) {
+    return (status >= 200 && status < 300) || status == kNotModified ||
+           (status == kNotFound && request.mayBeAbsent);
+}
+
+QString problemOf(int status) {
+    const bool mayHaveMoved = status == kForbidden || status == kNotFound;
+    return QStringLiteral("status %1").arg(status) +
+           (mayHaveMoved ? QStringLiteral(", as if it had moved or closed") : QString());
 }
 
 /// Whether the same request may do better in a moment.
@@ -151,8 +159,8 @@ void PoliteFetcher::take(std::unique_ptr<Job> job, FetchAnswer answer) {
     host.health.isReached = answer.failure != FetchAnswer::Failure::unreachable;
     const bool hasCome = answer.failure == FetchAnswer::Failure::none;
     bool mayRepeat = isWorthRepeating(answer);
-    if (hasCome && !isGoodStatus(answer.status)) {
-        answer.problem = QStringLiteral("status %1").arg(answer.status);
+    if (hasCome && !isGoodAnswer(job->request, answer.status)) {
+        answer.problem = problemOf(answer.status);
     } else if (hasCome && answer.status == 200 && job->check) {
         if (const auto fault = job->check(answer)) {
             answer.failure = FetchAnswer::Failure::broken;

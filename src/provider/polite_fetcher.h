@@ -31,7 +31,8 @@ struct HostHealth {
 /// may help (a status of 500 and above or 429, no connection, no whole answer), never before the
 /// time that Retry-After names. A host that fails three times running rests for a minute, then for
 /// two, up to ten; requests to one that rests fail at once. A failure is what the transport calls
-/// one, an error status other than 404, 304 apart, and whatever the request's own check finds.
+/// one, an error status (but 304, and 404 where the request says so), and whatever the request's
+/// own check finds.
 ///
 /// The time is that of Clock::real(). For one thread, but for answers of the fetcher, which may
 /// come in any.

@@ -129,6 +129,7 @@ void S3Bucket::listPage(
 
 void S3Bucket::get(const LiveObject& object, bool isKept, Got got) {
     FetchRequest request{m_base + '/' + bytesOf(keyOf(object.name, object.time)), kMostObjectBytes};
+    request.mayBeAbsent = true;
     if (isKept && !object.etag.isEmpty()) {
         request.etag = '"' + object.etag + '"';
     }

@@ -29,6 +29,13 @@ bool isNew(const FetchAnswer& answer) {
     return isGood(answer) && answer.status == 200;
 }
 
+/// A request for what a site may not have.
+FetchRequest requestOf(QByteArray url, qint64 mostBytes) {
+    FetchRequest request{std::move(url), mostBytes};
+    request.mayBeAbsent = true;
+    return request;
+}
+
 PoliteFetcher::Check productOf(const std::string& site) {
     return [site](const FetchAnswer& answer) -> std::optional<QString> {
         const auto time = checkProduct(answer.body, site);
@@ -74,7 +81,7 @@ QByteArray Tgftp::folderOf(const LiveName& name) const {
 void Tgftp::list(const ListQuestion& question, Found found, Listed listed) {
     auto listing =
         std::make_shared<Listing>(Listing{question, std::move(found), std::move(listed)});
-    FetchRequest request{folderOf(question.name) + "sn.last", kMostFileBytes};
+    FetchRequest request = requestOf(folderOf(question.name) + "sn.last", kMostFileBytes);
     request.lastModified = m_rings[question.name].lastModified;
     m_fetcher.get(
         request, productOf(question.name.site),
@@ -105,12 +112,12 @@ bool Tgftp::needsRing(const ListQuestion& question, const Ring& ring, FileTime b
     const bool hasGap = ring.newest > known + kLongestInterval;
     const bool isStale = ring.newest < now - kStale;
     const bool isFirst = ring.listedAt == 0 && ring.newest > known;
-    const bool isWorthIt = hasGap || isStale || isFirst || question.all;
-    return isWorthIt && now >= ring.listedAt + kLeastBetweenRings;
+    const bool isWorthIt = hasGap || isStale || isFirst;
+    return question.all || (isWorthIt && now >= ring.listedAt + kLeastBetweenRings);
 }
 
 void Tgftp::listRing(const std::shared_ptr<Listing>& listing) {
-    const FetchRequest request{folderOf(listing->question.name), kMostPageBytes};
+    const FetchRequest request = requestOf(folderOf(listing->question.name), kMostPageBytes);
     m_fetcher.get(request, {}, [this, listing](const FetchAnswer& answer) {
         if (!isGood(answer)) {
             return listing->listed(LiveOutcome::failed);
@@ -147,7 +154,7 @@ void Tgftp::fetchNext(const std::shared_ptr<Listing>& listing) {
         ++listing->running;
         const LiveName& name = listing->question.name;
         m_fetcher.get(
-            {folderOf(name) + entry.name, kMostFileBytes}, productOf(name.site),
+            requestOf(folderOf(name) + entry.name, kMostFileBytes), productOf(name.site),
             [this, listing, entry](FetchAnswer answer) {
                 takeFile(listing, entry, std::move(answer));
             }
@@ -189,7 +196,7 @@ void Tgftp::get(const LiveObject& object, bool, Got got) {
     }();
     const auto check = [object](const FetchAnswer& answer) { return whyNot(object, answer.body); };
     m_fetcher.get(
-        {folderOf(object.name) + name, kMostFileBytes}, check,
+        requestOf(folderOf(object.name) + name, kMostFileBytes), check,
         [object, got = std::move(got)](FetchAnswer answer) {
             if (const auto outcome = outcomeOf(answer); outcome != LiveOutcome::good) {
                 return got(outcome, std::nullopt);

@@ -7,6 +7,8 @@
 #include "radar/image/image_file.h"
 #include "support/files.h"
 
+#include <QCryptographicHash>
+
 #include <gmock/gmock.h>
 
 namespace raincast {
@@ -443,6 +445,22 @@ TEST_F(LiveSourceTest, TheRingsConditionMayHaveNoEffect) {
     }
 }
 
+TEST_F(LiveSourceTest, WhatTheBucketHasListedIsNotFetchedFromTheRing) {
+    for (int i = 0; i < 12; ++i) {
+        put("N0B", ago(3 + 5 * i));
+        putRing(20 - i, ago(3 + 5 * i), false);
+    }
+    ASSERT_THAT(list(), SizeIs(12));
+    sim.bucket.breakBy(sim_errors::slowDown());
+    putRing(21, ago(-2));
+    advance(6 * kMinute);
+    EXPECT_THAT(list(), SizeIs(13));
+    // sn.last, the page and the file before it.
+    EXPECT_LE(sim.ring.count(), 4);
+    // But a frame that somebody wants is.
+    EXPECT_TRUE(frame(minuteOf(ago(33))));
+}
+
 TEST_F(LiveSourceTest, ABucketThatRecoversIsUsedAgain) {
     sim.bucket.breakBy(sim_errors::slowDown());
     putRing(1, ago(3));
@@ -465,6 +483,7 @@ TEST_F(LiveSourceTest, EveryFaultEndsInAnAnswerInTime) {
         sim_errors::slowDown(),
         sim_errors::slowDown(120),
         sim_errors::logInPage(),
+        sim_errors::noSuchBucket(),
         answers::nothing(),
         answers::stall("<?xml"),
         answers::cut("<ListBucketResult/>", 5),
@@ -487,6 +506,57 @@ TEST_F(LiveSourceTest, EveryFaultEndsInAnAnswerInTime) {
         EXPECT_LE(sim.bucket.count() - before, 6);
         EXPECT_EQ(source().state("TLX", Product::baseReflectivity), SourceState::ok);
     }
+}
+
+TEST_F(LiveSourceTest, WhateverIsWrongWithAnObjectTheRingHasIt) {
+    whole = std::chrono::milliseconds(300);
+    put("N0B", ago(8));
+    put("N0B", ago(3));
+    putRing(1, ago(8), false);
+    putRing(2, ago(3));
+    const QByteArray good = product("N0BTLX", ago(3));
+    const QByteArray tag =
+        "ETag: \"" + QCryptographicHash::hash(good, QCryptographicHash::Md5).toHex() + "\"\r\n";
+    const FaultServer::Answer faults[] = {
+        answers::respond(200, good.left(good.size() / 2), tag),
+        answers::cut(good, 100),
+        answers::stall(good.left(100)),
+        sim_errors::logInPage(),
+        sim_errors::accessDenied(),
+        sim_errors::forbiddenPage(),
+        answers::respond(404, "<Error><Code>NoSuchKey</Code></Error>"),
+        sim_errors::slowDown(),
+        sim_errors::slowDown(120),
+    };
+    for (const auto& fault : faults) {
+        SCOPED_TRACE(&fault - faults);
+        clock.set(start);
+        sim.bucket.breakBy(fault, "/TLX_N0B_2026_11_21_17_49");
+        QDir(folder.filePath("live")).removeRecursively();
+        open();
+        const int objects = sim.bucket.count("/TLX_");
+        const int ring = sim.ring.count();
+        ASSERT_THAT(list(), SizeIs(2));
+        const auto gif = frame(minuteOf(ago(3)));
+        EXPECT_LE(waited, 20 * kSecond);
+        const auto scan = decodeLevel3(product("N0QTLX", ago(3), 94));
+        EXPECT_EQ(gif, renderFrame(*scan, Product::baseReflectivity));
+        // Three attempts at most; sn.last, the page and the other file.
+        EXPECT_LE(sim.bucket.count("/TLX_") - objects, 3);
+        EXPECT_LE(sim.ring.count() - ring, 3);
+    }
+}
+
+TEST_F(LiveSourceTest, ASiteOfWhichThereIsNothingMakesNoProduct) {
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_THAT(list(), IsEmpty());
+        advance(kMinute);
+    }
+    EXPECT_EQ(source().state("TLX", Product::baseReflectivity), SourceState::noProduct);
+    EXPECT_TRUE(source().status().reachable);
+    // The three names that its product may have every two minutes, and sn.last every 150 seconds.
+    EXPECT_LE(sim.bucket.count(), 3 * 6);
+    EXPECT_LE(sim.ring.count(), 5);
 }
 
 TEST_F(LiveSourceTest, RetryAfterIsObeyed) {
@@ -613,6 +683,48 @@ TEST_F(LiveSourceTest, TheOtherProviderTellsWarningsWhenTheFirstFails) {
     ASSERT_THAT(warnings, SizeIs(1));
     EXPECT_EQ(warnings[0].kind, WarningKind::tornado);
     EXPECT_EQ(warnings[0].office, "NWS BIS");
+}
+
+class TwoAlertersLiveSourceTest : public LiveRig {
+protected:
+    LiveSource::Settings settings() override {
+        LiveSource::Settings result = LiveRig::settings();
+        result.otherWarnings = other.url();
+        return result;
+    }
+
+    SimAlerts other;
+};
+
+TEST_F(TwoAlertersLiveSourceTest, WhateverIsWrongWithTheFirstTheOtherTellsWarnings) {
+    whole = std::chrono::milliseconds(300);
+    other.setStormWarnings(R"({"features":[{"properties":{"status":"NEW","phenomena":"TO",
+        "significance":"W","wfo":"BIS","eventid":2,"polygon_end":"2026-11-21T18:15:00Z"},"geometry":
+        {"type":"Polygon","coordinates":[[[-97,35],[-96,35],[-96,36],[-97,35]]]}}]})");
+    const FaultServer::Answer faults[] = {
+        sim_errors::problem(),
+        sim_errors::forbiddenPage(),
+        sim_errors::logInPage(),
+        sim_errors::slowDown(120),
+        answers::respond(404, "{}"),
+        answers::respond(200, R"({"features":7})"),
+        answers::nothing(),
+        answers::cut(R"({"features":[]})", 5),
+        answers::stall(R"({"features":)"),
+    };
+    int asked = 0;
+    for (const auto& fault : faults) {
+        SCOPED_TRACE(&fault - faults);
+        clock.set(start);
+        sim.alerts.breakBy(fault);
+        open();
+        const int before = sim.alerts.count();
+        waitFor([this](FrameSource::Ready ready) { source().prepareWarnings(std::move(ready)); });
+        advance(30 * kSecond);
+        EXPECT_THAT(source().warnings("TLX", Range::shortRange, clock.now()).warnings, SizeIs(1));
+        EXPECT_LE(sim.alerts.count() - before, 3);
+        EXPECT_EQ(std::exchange(asked, other.count()), other.count() - 1);
+    }
 }
 
 TEST_F(LiveSourceTest, AProviderThatDoesNotUnderstandIsAskedForAll) {

@@ -283,6 +283,12 @@ FaultServer::Answer accessDenied() {
     return answers::respond(403, xmlError("AccessDenied", "Access Denied"), kXml);
 }
 
+FaultServer::Answer noSuchBucket() {
+    return answers::respond(
+        404, xmlError("NoSuchBucket", "The specified bucket does not exist"), kXml
+    );
+}
+
 FaultServer::Answer forbiddenPage() {
     return answers::respond(
         403, "<html><head><title>Access Denied</title></head><body>Reference #18.1</body></html>",

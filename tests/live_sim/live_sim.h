@@ -139,6 +139,7 @@ struct LiveSim {
 namespace sim_errors {
 
 [[nodiscard]] FaultServer::Answer accessDenied();      ///< 403 with XML
+[[nodiscard]] FaultServer::Answer noSuchBucket();      ///< 404 with XML
 [[nodiscard]] FaultServer::Answer forbiddenPage();     ///< 403 with HTML
 [[nodiscard]] FaultServer::Answer slowDown();          ///< 503 with XML
 [[nodiscard]] FaultServer::Answer slowDown(int retry); ///< with Retry-After

@@ -45,7 +45,10 @@ FetchAnswer unreachable() {
 class PoliteFetcherTest : public ::testing::Test {
 protected:
     void ask(const QByteArray& url = "http://radar.example/a", PoliteFetcher::Check check = {}) {
-        m_polite.get({url, 1000}, std::move(check), [this](const FetchAnswer& answer) {
+        ask(FetchRequest{url, 1000}, std::move(check));
+    }
+    void ask(FetchRequest request, PoliteFetcher::Check check = {}) {
+        m_polite.get(std::move(request), std::move(check), [this](const FetchAnswer& answer) {
             m_answers.push_back(answer);
         });
         m_polite.turn();
@@ -137,7 +140,14 @@ TEST_F(PoliteFetcherTest, DoesNotRepeatWhatIsGoneOrForbidden) {
         m_polite.turn();
     }
     EXPECT_EQ(m_fetcher.urls.size(), 2U);
-    EXPECT_EQ(health().failures, 0); // 404 is an answer
+    EXPECT_EQ(health().failures, 2);
+    EXPECT_EQ(health().problem, "status 404, as if it had moved or closed");
+    FetchRequest request{"http://radar.example/a", 1000};
+    request.mayBeAbsent = true;
+    ask(request);
+    answer(status(404));
+    EXPECT_EQ(m_answers.back().status, 404);
+    EXPECT_EQ(health().failures, 0); // it is an answer
 }
 
 TEST_F(PoliteFetcherTest, FailuresTogetherCountOnce) {
