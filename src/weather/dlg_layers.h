@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/basemaps.h"
+#include "basemap/basemaps.h"
 #include "radar/radar_state.h"
 #include "window/combo_list.h"
 #include "window/dialog.h"

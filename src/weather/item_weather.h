@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "basemap/basemaps.h"
 #include "core/heartbeat.h"
 #include "map/item_map_view.h"
 #include "persist/type_ids.h"
-#include "radar/basemaps.h"
 #include "radar/radar_state.h"
 #include "weather/first_show.h"
 #include "weather/layer_stack.h"

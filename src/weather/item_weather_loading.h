@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "basemap/basemaps.h"
+#include "basemap/radar_view.h"
 #include "core/background.h"
 #include "net/downloads.h"
-#include "radar/basemaps.h"
-#include "radar/radar_view.h"
 #include "weather/item_weather.h"
 #include "weather/retry_wait.h"
 #include "weather/servers_setting.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Runs the program itself, and lets the viewer's engine work against it.
+#include "basemap/basemaps.h"
+#include "basemap/radar_view.h"
 #include "geo/geo_reference.h"
-#include "radar/basemaps.h"
 #include "radar/catalogue/products.h"
 #include "radar/catalogue/sites.h"
-#include "radar/radar_view.h"
 #include "raw_client.h"
 #include "support/files.h"
 #include "support/full_disk.h"

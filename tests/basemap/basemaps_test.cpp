@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "basemap/basemaps.h"
+#include "basemap/radar_view.h"
 #include "geo/geo_reference.h"
-#include "radar/basemaps.h"
 #include "radar/cache.h"
-#include "radar/radar_view.h"
 #include "support/fault_server.h"
 #include "support/files.h"
 #include "support/full_disk.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "radar/basemap_load.h"
+#include "basemap/basemap_load.h"
 
+#include "basemap/radar_view.h"
 #include "geo/geo_reference.h"
 #include "net/byte_allowance.h"
 #include "radar/cache.h"
@@ -8,7 +9,6 @@
 #include "radar/file_kinds.h"
 #include "radar/image/composite.h"
 #include "radar/image/image_file.h"
-#include "radar/radar_view.h"
 
 #include <QFile>
 

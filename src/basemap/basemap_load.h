@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "basemap/basemaps.h"
 #include "core/background.h"
 #include "geo/geo_position.h"
 #include "net/http_transfer.h"
-#include "radar/basemaps.h"
 
 #include <QString>
 

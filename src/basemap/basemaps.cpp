@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "radar/basemaps.h"
+#include "basemap/basemaps.h"
 
+#include "basemap/basemap_load.h"
+#include "basemap/radar_view.h"
 #include "geo/geo_reference.h"
-#include "radar/basemap_load.h"
 #include "radar/catalogue/sites.h"
-#include "radar/radar_view.h"
 
 #include <optional>
 #include <utility>
