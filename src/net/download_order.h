@@ -26,12 +26,13 @@ struct DownloadOrder {
     Body body = Body::file;
     FileKind kind = kAnyFile;                           ///< of a file
     std::shared_ptr<ByteAllowance> allowance = nullptr; ///< of a file; null: as much as it likes
+    QByteArray knownTag = {};                           ///< of the bytes that are there already
     HttpLimits limits = httpLimits();
 
     /// Whether another's response would do for this one as well.
     [[nodiscard]] bool sameAs(const DownloadOrder& other) const {
         return url == other.url && body == other.body && kind.isOne == other.kind.isOne &&
-               kind.mustBeWhole == other.kind.mustBeWhole;
+               kind.mustBeWhole == other.kind.mustBeWhole && knownTag == other.knownTag;
     }
 };
 

@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 
 namespace raincast {
 
@@ -75,12 +76,17 @@ public:
     void reportTo(Report report) { m_report = std::move(report); }
     void report(const QByteArray& url, const QString& outcome) const;
 
+    /// Remembers places (HOST/PATH, or HOST:PORT/PATH) whose server says that nothing is there.
+    void noteAbsent(const QString& place) { m_absent.insert(place); }
+    [[nodiscard]] bool isAbsent(const QString& place) const { return m_absent.contains(place); }
+
 private:
     void cancel(std::uint64_t number);
     void arrived(std::uint64_t number, const HttpResponse& response);
 
     ConnectionManager& m_connection;
     Report m_report;
+    std::set<QString> m_absent;
     std::uint64_t m_last = 0;
     std::weak_ptr<void> m_keeping;
     std::map<std::uint64_t, Done> m_waiting;

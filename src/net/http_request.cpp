@@ -20,6 +20,8 @@ constexpr char kAgent[] = "Quorvane";
 constexpr qint64 kMaxHeaderBytes = qint64{256} << 10;
 // An error page up to this size is read to its end, so that the connection can be kept.
 constexpr qint64 kErrorPageBytes = qint64{8} << 10;
+// A longer tag counts as none.
+constexpr qsizetype kMostTagBytes = 128;
 
 /// Whether a URL's server is this machine.
 bool isOfThisMachine(const QByteArray& url) {
@@ -27,20 +29,32 @@ bool isOfThisMachine(const QByteArray& url) {
     return host == u"localhost" || host == u"::1" || host.startsWith(u"127.");
 }
 
+/// The value of a header's line if it is the header of that name, which ends in ":".
+std::optional<QByteArrayView> valueOf(QByteArrayView line, QByteArrayView name) {
+    const bool isOne = line.size() >= name.size() &&
+                       line.first(name.size()).compare(name, Qt::CaseInsensitive) == 0;
+    return isOne ? std::optional(line.sliced(name.size()).trimmed()) : std::nullopt;
+}
+
 } // namespace
 
 HttpRequest::HttpRequest(const CurlLibrary& curl, DownloadOrder order)
     : m_curl(curl), m_order(std::move(order)), m_easy(m_curl.easyInit()) {
     share(m_order.allowance);
-    // A name alone takes that header away; libcurl's own says that it accepts anything.
-    for (const char* header : {"Pragma: no-cache", "Accept:"}) {
-        curl_slist* longer = m_curl.slistAppend(m_headers.get(), header);
-        if (longer != nullptr) {
-            static_cast<void>(m_headers.release());
-            m_headers.reset(longer);
-        }
+    addHeader("Pragma: no-cache");
+    addHeader("Accept:"); // a name alone takes away libcurl's own, that it accepts anything
+    if (!m_order.knownTag.isEmpty()) {
+        addHeader("If-None-Match: " + m_order.knownTag);
     }
     setOptions();
+}
+
+void HttpRequest::addHeader(const QByteArray& header) {
+    curl_slist* const longer = m_curl.slistAppend(m_headers.get(), header.constData());
+    if (longer != nullptr) {
+        static_cast<void>(m_headers.release());
+        m_headers.reset(longer);
+    }
 }
 
 template<typename T>
@@ -119,10 +133,12 @@ size_t HttpRequest::onHeader(char* data, size_t, size_t bytes, void* self) {
 }
 
 void HttpRequest::noteHeader(QByteArrayView line) {
-    constexpr QByteArrayView kSource = "raincast-source:";
-    if (line.first(std::min(line.size(), kSource.size())).compare(kSource, Qt::CaseInsensitive) ==
-        0) {
-        m_source = line.sliced(kSource.size()).trimmed().toByteArray();
+    if (const auto source = valueOf(line, "raincast-source:")) {
+        m_source = source->toByteArray();
+    } else if (const auto tag = valueOf(line, "etag:")) {
+        m_tag = tag->size() <= kMostTagBytes ? tag->toByteArray() : QByteArray();
+    } else if (const auto control = valueOf(line, "cache-control:")) {
+        m_mayChange = control->toByteArray().toLower().contains("no-cache");
     }
 }
 
@@ -202,6 +218,8 @@ HttpResponse HttpRequest::end(CURLcode result) {
     response.timedOut = m_timeout != nullptr || result == CURLE_OPERATION_TIMEDOUT;
     response.failure = failure(result);
     response.source = m_source;
+    response.tag = m_mayChange ? m_tag : QByteArray();
+    response.unchanged = response.status == kUnchangedStatus && !m_order.knownTag.isEmpty();
     response.whole = m_headersComplete && !m_enough && result == CURLE_OK && m_timeout == nullptr;
     const bool file = m_order.body == DownloadOrder::Body::file;
     if (file && goodStatus()) {

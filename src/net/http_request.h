@@ -18,9 +18,10 @@ namespace raincast {
 /// One GET request on its way through libcurl: its options, its limits and what has come so far.
 /// It belongs to the thread of Downloads.
 ///
-/// Sends the agent "Quorvane" and "Pragma: no-cache". Follows no redirects, keeps and sends no
-/// cookies, and speaks nothing but HTTP and HTTPS. Proxies come from the environment (http_proxy,
-/// https_proxy, all_proxy, no_proxy), but not for a server of this machine.
+/// Sends the agent "Quorvane", "Pragma: no-cache" and the order's tag as "If-None-Match". Follows
+/// no redirects, keeps and sends no cookies, and speaks nothing but HTTP and HTTPS. Proxies come
+/// from the environment (http_proxy, https_proxy, all_proxy, no_proxy), but not for a server of
+/// this machine.
 class HttpRequest {
 public:
     using Time = StallMeter::Time;
@@ -46,6 +47,7 @@ private:
     static size_t onBody(char* data, size_t, size_t bytes, void* self);
     static int onConnected(void* self, char*, char*, int, int);
 
+    void addHeader(const QByteArray& header);
     void setOptions();
     template<typename T>
     void set(CURLoption option, T value);
@@ -77,7 +79,9 @@ private:
     bool m_enough = false; ///< what else comes is not wanted
     bool m_connected = false;
     bool m_headersComplete = false;
-    QByteArray m_source;             ///< of the header of that name
+    QByteArray m_source;             ///< of the header "Raincast-Source"
+    QByteArray m_tag;                ///< of the header "ETag"
+    bool m_mayChange = false;        ///< by the header "Cache-Control"
     const char* m_timeout = nullptr; ///< the limit of time that ended it, in words
     int m_status = 0;
     qint64 m_headerBytes = 0;

@@ -22,6 +22,9 @@ QString troubleOf(const HttpResponse& response, const QString& host) {
     if (response.timedOut || response.connectingFailed) {
         return QStringLiteral("%1 does not answer.").arg(host);
     }
+    if (response.unchanged) {
+        return {};
+    }
     if (response.status >= kFirstFailingStatus) {
         return QStringLiteral("%1 answers with error %2.").arg(host).arg(response.status);
     }

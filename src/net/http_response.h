@@ -10,6 +10,8 @@ namespace raincast {
 
 /// A status from here on brings no file.
 inline constexpr int kFirstFailingStatus = 300;
+inline constexpr int kUnchangedStatus = 304;
+inline constexpr int kAbsentStatus = 404;
 
 /// How a request ended.
 struct HttpResponse {
@@ -28,6 +30,11 @@ struct HttpResponse {
     /// What a radar image server says about its source of frames: the header "Raincast-Source";
     /// empty without one.
     QByteArray source;
+    /// The tag of a body that the server wants to be asked for again before each use: its "ETag"
+    /// beside a "Cache-Control" of "no-cache". Empty for any other body.
+    QByteArray tag;
+    /// The bytes that are there already, whose tag was sent, are still the server's.
+    bool unchanged = false;
     /// Why the body was not taken: "no GIF image".
     std::optional<QString> refusal;
 

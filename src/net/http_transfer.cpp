@@ -55,12 +55,46 @@ std::unique_ptr<CHttpTransfer> CHttpTransfer::sibling() const {
 void CHttpTransfer::DownloadToFile(
     const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
 ) {
+    DownloadIfOther(serverPath, localPath, kind, {}, std::move(done));
+}
+
+void CHttpTransfer::DownloadIfOther(
+    const QString& serverPath, const QString& localPath, const FileKind& kind,
+    const QByteArray& knownTag, FileDone done
+) {
+    DownloadOrder order = fileOrder(kind);
+    order.knownTag = knownTag;
     OpenRequest(
-        {serverPath, m_secure}, {{}, DownloadOrder::Body::file, kind, m_allowance},
+        {serverPath, m_secure}, std::move(order),
         [=, this, done = std::move(done)](const HttpResponse* response) {
             ReceiveToFile(url({serverPath, m_secure}), response, localPath, done);
         }
     );
+}
+
+void CHttpTransfer::DownloadIfThere(
+    const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
+) {
+    const QString place = m_host + serverPath;
+    if (m_downloads.isAbsent(place)) {
+        m_background.later([last = hasGivenUp(), done = std::move(done)] {
+            done({false, last, std::nullopt, {}});
+        });
+        return;
+    }
+    OpenRequest(
+        {serverPath, m_secure}, fileOrder(kind),
+        [=, this, done = std::move(done)](const HttpResponse* response) {
+            if (response != nullptr && response->status == kAbsentStatus) {
+                m_downloads.noteAbsent(place);
+            }
+            ReceiveToFile(url({serverPath, m_secure}), response, localPath, done);
+        }
+    );
+}
+
+DownloadOrder CHttpTransfer::fileOrder(const FileKind& kind) const {
+    return {{}, DownloadOrder::Body::file, kind, m_allowance};
 }
 
 // Writes the body into the file.
@@ -73,7 +107,7 @@ void CHttpTransfer::ReceiveToFile(
         if (response != nullptr) {
             m_downloads.report(address, outcomeOf(*response));
         }
-        done({false, last, std::nullopt});
+        done({false, last, std::nullopt, {}});
         return;
     }
     const auto write = [localPath, body = response->body] {
@@ -82,7 +116,7 @@ void CHttpTransfer::ReceiveToFile(
     HttpResponse outcome = *response;
     outcome.body.clear();
     m_background.run(write, [this, address, outcome, last, done](const WholeFile::Result& written) {
-        Fetched fetched{written.has_value(), last, std::nullopt};
+        Fetched fetched{written.has_value(), last, std::nullopt, outcome.tag};
         HttpResponse told = outcome;
         if (!written) {
             fetched.writeFailure = written.error();

@@ -42,6 +42,9 @@ public:
         /// Why the file could not be written, in the system's words ("Permission denied"); none
         /// when nothing was wrong with the disk.
         std::optional<QString> writeFailure;
+        /// Of a file that was kept: its tag, if the server wants to be asked for it again (see
+        /// HttpResponse).
+        QByteArray tag;
     };
     using FileDone = std::function<void(const Fetched&)>;
 
@@ -74,6 +77,19 @@ public:
     /// file is kept. The file gets its name only when the transfer is over: a program that is
     /// killed in the middle leaves no file.
     void DownloadToFile(
+        const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
+    );
+
+    /// The same for a file whose bytes of that tag are there: fetches others, if the server has
+    /// them.
+    void DownloadIfOther(
+        const QString& serverPath, const QString& localPath, const FileKind& kind,
+        const QByteArray& knownTag, FileDone done
+    );
+
+    /// The same for a file that the server need not have: once it answers that there is none
+    /// (404), it is not asked for that again as long as the downloads live.
+    void DownloadIfThere(
         const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
     );
 
@@ -117,6 +133,7 @@ private:
     void Connect();
     void beginAll();
     void OpenRequest(const Place& place, DownloadOrder order, Ended ended);
+    [[nodiscard]] DownloadOrder fileOrder(const FileKind& kind) const;
     void ReceiveToFile(
         const QByteArray& address, const HttpResponse* response, const QString& localPath,
         const FileDone& done
