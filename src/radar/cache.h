@@ -13,6 +13,7 @@ namespace raincast {
 // Every file lies directly in its site's folder and begins with the id and an underscore; the
 // character after that says what it is, and the clean-ups go by it:
 //   2 a radar frame (its year)   W the warnings image    N any other image of the radar
+//     or the newest one's tag        or their texts
 //   C counties, cities and the world file   H highways   R rivers   T topographic map
 // Sample weather has the same below a folder of its own in the root, so that it is never taken for
 // weather that was measured, and neither cleans up after the other.

@@ -2,6 +2,8 @@
 #include "radar/file_kinds.h"
 
 #include "geo/geo_reference.h"
+#include "radar/image/image_file.h"
+#include "radar/warning_texts.h"
 
 namespace raincast {
 
@@ -16,6 +18,17 @@ bool isJpeg(QByteArrayView first) {
     return first == "\xFF\xD8\xFF";
 }
 
+// More than the limits of size let through: only the whole file shows these.
+constexpr qsizetype kAllBytes = qsizetype{1} << 30;
+
+bool isSoundGif(QByteArrayView all) {
+    return all.startsWith("GIF8") && !decodeImage(all.toByteArray(), kMostRadarPixels).isNull();
+}
+
+bool isWarningTexts(QByteArrayView first) {
+    return readWarningTexts(first.toByteArray()).has_value();
+}
+
 bool isWorldFile(QByteArrayView first) {
     return GeoReference::isWorldFile({first.data(), static_cast<std::size_t>(first.size())});
 }
@@ -24,6 +37,8 @@ bool isWorldFile(QByteArrayView first) {
 
 const FileKind kGifFile{"GIF image", 6, isGif, false};
 const FileKind kJpegFile{"JPEG image", 3, isJpeg, false};
+const FileKind kSoundGifFile{"sound GIF image", kAllBytes, isSoundGif, true};
+const FileKind kWarningTextsFile{"texts of warnings", kMostWarningTextBytes, isWarningTexts, true};
 const FileKind kWorldFile{"world file", GeoReference::kWorldFileBytes, isWorldFile, true};
 
 } // namespace raincast

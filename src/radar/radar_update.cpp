@@ -6,8 +6,11 @@
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
 #include "radar/file_kinds.h"
+#include "radar/frame_tag.h"
 #include "radar/image/image_file.h"
+#include "radar/warning_texts.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -123,24 +126,31 @@ void RadarUpdate::beginFrame(const QString& name) {
         m_background.later([this, name] { frameEnded(name, {}); });
         return;
     }
-    loadFrame(name, false, false);
+    loadFrame(name);
 }
 
 // Loads a frame from the cache. One that is not there, or is no picture, is fetched.
-void RadarUpdate::loadFrame(const QString& name, bool fetched, bool last) {
-    m_background.run(
-        [file = cached(name)] { return LoadImageFile(file, kMostRadarPixels); },
-        [this, name, fetched, last](const Bitmap& bitmap) {
-            const bool ended = bitmap || fetched;
-            if (!ended) {
-                fetchFrame(name);
-            }
-            beginWarnings(); // behind the newest frame
-            if (ended) {
-                frameEnded(name, {bitmap, fetched, last});
-            }
+void RadarUpdate::loadFrame(const QString& name, const std::optional<Fetched>& fetched) {
+    const auto load = [file = cached(name), isTagged = fetched && isNewest(name),
+                       tag = fetched ? fetched->tag : QByteArray()] {
+        if (isTagged) {
+            noteFrameTag(file, tag);
         }
-    );
+        return LoadImageFile(file, kMostRadarPixels);
+    };
+    m_background.run(load, [this, name, fetched](const Bitmap& bitmap) {
+        const bool ended = bitmap || fetched;
+        if (!ended) {
+            fetchFrame(name);
+        }
+        beginWarnings(); // behind the newest frame
+        if (bitmap && !fetched) {
+            recheck(name);
+        }
+        if (ended) {
+            frameEnded(name, {bitmap, fetched.has_value(), fetched && fetched->last});
+        }
+    });
 }
 
 void RadarUpdate::fetchFrame(const QString& name) {
@@ -149,20 +159,17 @@ void RadarUpdate::fetchFrame(const QString& name) {
         return;
     }
     const QString path = listingDirectory(m_state.siteId, m_product) + name;
-    m_transfer.DownloadToFile(
-        path, cached(name), kGifFile,
-        [this, name](const CHttpTransfer::Fetched& fetched) {
-            if (fetched.writeFailure && !m_writeFailure) {
-                m_writeFailure = fetched.writeFailure;
-                m_transfer.giveUp();
-            }
-            if (fetched.kept) {
-                loadFrame(name, true, fetched.last);
-            } else {
-                frameEnded(name, {nullptr, true, fetched.last || m_writeFailure});
-            }
+    m_transfer.DownloadToFile(path, cached(name), kGifFile, [this, name](const Fetched& fetched) {
+        if (fetched.writeFailure && !m_writeFailure) {
+            m_writeFailure = fetched.writeFailure;
+            m_transfer.giveUp();
         }
-    );
+        if (fetched.kept) {
+            loadFrame(name, fetched);
+        } else {
+            frameEnded(name, {nullptr, true, fetched.last || m_writeFailure});
+        }
+    });
 }
 
 void RadarUpdate::frameEnded(const QString& name, FrameRun::Outcome outcome) {
@@ -199,6 +206,62 @@ void RadarUpdate::prepend(RadarFrame frame) {
     m_observer.repaint();
 }
 
+bool RadarUpdate::isNewest(const QString& name) const {
+    return m_listing && frameTime(name) == m_listing->newest();
+}
+
+// Asks for other bytes of the newest frame, whose file was there, where its server may have some.
+void RadarUpdate::recheck(const QString& name) {
+    if (m_recheckPending || m_writeFailure || !isNewest(name)) {
+        return;
+    }
+    m_recheckPending = true;
+    m_background.run(
+        [file = cached(name)] { return frameTag(file); },
+        [this, name](const QByteArray& tag) {
+            tag.isEmpty() ? recheckEnded() : recheckWith(tag, name);
+        }
+    );
+}
+
+void RadarUpdate::recheckWith(const QByteArray& tag, const QString& name) {
+    m_recheckTransfer = m_transfer.sibling();
+    m_recheckTransfer->DownloadIfOther(
+        listingDirectory(m_state.siteId, m_product) + name, cached(name), kSoundGifFile, tag,
+        [this, name](const Fetched& fetched) {
+            fetched.kept ? takeOtherBytes(name, fetched.tag) : recheckEnded();
+        }
+    );
+}
+
+void RadarUpdate::takeOtherBytes(const QString& name, const QByteArray& tag) {
+    const auto load = [file = cached(name), tag] {
+        noteFrameTag(file, tag);
+        return LoadImageFile(file, kMostRadarPixels);
+    };
+    m_background.run(load, [this, file = cached(name)](const Bitmap& bitmap) {
+        if (bitmap) {
+            replace(file, bitmap);
+        }
+        recheckEnded();
+    });
+}
+
+void RadarUpdate::replace(const QString& file, const Bitmap& bitmap) {
+    for (RadarFrame& frame : m_state.frames) {
+        frame.bitmap = frame.path == file ? bitmap : frame.bitmap;
+    }
+    if (m_state.current.path == file) {
+        m_state.current.bitmap = bitmap;
+        m_observer.repaint();
+    }
+}
+
+void RadarUpdate::recheckEnded() {
+    m_recheckPending = false;
+    endWhenComplete();
+}
+
 // The present warnings are fetched for each update.
 void RadarUpdate::beginWarnings() {
     if (!m_state.showWarnings || m_writeFailure || m_warningsTransfer) {
@@ -209,16 +272,11 @@ void RadarUpdate::beginWarnings() {
     m_warningsTransfer->DownloadToFile(
         warningsPath(m_state.siteId, ProductRange(m_state.product).toString()),
         cached(warningsFileName(m_state.siteId)), kGifFile,
-        [this](const CHttpTransfer::Fetched& fetched) {
+        [this](const Fetched& fetched) {
             if (!m_writeFailure) {
                 m_writeFailure = fetched.writeFailure;
             }
-            if (fetched.kept) {
-                loadFetchedWarnings();
-            } else {
-                m_warningsPending = false;
-                endWhenComplete();
-            }
+            fetched.kept ? loadFetchedWarnings() : warningsEnded();
         }
     );
 }
@@ -232,13 +290,34 @@ void RadarUpdate::loadFetchedWarnings() {
             return loadWarnings(root, fetched.siteId, fetched.range);
         },
         [this](const RadarWarnings& warnings) {
-            m_warningsPending = false;
             if (warnings.picture) {
                 m_state.warnings = warnings;
+                m_observer.repaint();
             }
-            endWhenComplete();
+            fetchWarningTexts();
         }
     );
+}
+
+// Texts of before are not those of the picture that came.
+void RadarUpdate::fetchWarningTexts() {
+    const QString file = warningTextsFile(m_state.cacheRoot(), m_state.siteId);
+    const QString range = ProductRange(m_state.product).toString();
+    m_warningsTransfer->DownloadIfThere(
+        warningTextsPath(m_state.siteId, range), file, kWarningTextsFile,
+        [this, file](const Fetched& fetched) {
+            if (fetched.kept) {
+                warningsEnded();
+            } else {
+                m_background.run([file] { QFile::remove(file); }, [this] { warningsEnded(); });
+            }
+        }
+    );
+}
+
+void RadarUpdate::warningsEnded() {
+    m_warningsPending = false;
+    endWhenComplete();
 }
 
 void RadarUpdate::endSearch() {
@@ -258,14 +337,17 @@ void RadarUpdate::endSearch() {
             endWhenComplete();
         }
     );
-    if (m_run->brokenOff() && m_warningsTransfer) {
-        m_warningsTransfer->giveUp();
+    for (const auto* const beside : {&m_warningsTransfer, &m_recheckTransfer}) {
+        if (m_run->brokenOff() && *beside) {
+            (*beside)->giveUp();
+        }
     }
 }
 
-// All that is left are the warnings and the deletion of stale frames.
+// All that is left are the warnings, other bytes of the newest frame and the deletion of stale
+// ones.
 void RadarUpdate::endWhenComplete() {
-    if (!m_searchEnded || m_warningsPending || m_listing) {
+    if (!m_searchEnded || m_warningsPending || m_recheckPending || m_listing) {
         return;
     }
     setStatus(outcome(), cause());

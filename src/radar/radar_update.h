@@ -29,7 +29,9 @@ public:
 
 /// Fills a state's frame list from the radar image server: the newest frame of its site and product
 /// and, with animation on, older ones that lie at least the chosen interval apart. Frames are kept
-/// as files in the cache and not fetched again, unless a file is not a picture. The frames are
+/// as files in the cache and not fetched again, unless a file is not a picture. Only of the newest
+/// one, when its server said that it may change (frame_tag.h), other bytes are asked for; they take
+/// the place of those of before, which stay where none come. The frames are
 /// those of a search one by one (frame_search.h), but what it will want is fetched ahead, several
 /// at a time and the newest first, and loaded in the background; the warnings come beside them.
 ///
@@ -57,15 +59,24 @@ private:
     void takeListing(const CHttpTransfer::Listing& names);
     void startSearch(std::shared_ptr<const FrameListing> listing);
     void beginFrame(const QString& name);
-    void loadFrame(const QString& name, bool fetched, bool last);
+    using Fetched = CHttpTransfer::Fetched;
+    void loadFrame(const QString& name, const std::optional<Fetched>& fetched = {});
     void fetchFrame(const QString& name);
     void frameEnded(const QString& name, FrameRun::Outcome outcome);
     void takeFrame(const FrameSearch& search, const Bitmap& bitmap);
     void prepend(RadarFrame frame);
     void beginWarnings();
+    [[nodiscard]] bool isNewest(const QString& name) const;
+    void recheck(const QString& name);
+    void recheckWith(const QByteArray& tag, const QString& name);
+    void takeOtherBytes(const QString& name, const QByteArray& tag);
+    void replace(const QString& file, const Bitmap& bitmap);
+    void recheckEnded();
     void endSearch();
     void endWhenComplete();
     void loadFetchedWarnings();
+    void fetchWarningTexts();
+    void warningsEnded();
     void fail(const QString& status);
     void end(bool updated);
     [[nodiscard]] QString outcome() const;
@@ -84,6 +95,9 @@ private:
     /// Warnings that keep us waiting must not cost the frames.
     std::unique_ptr<CHttpTransfer> m_warningsTransfer;
     bool m_warningsPending = false;
+    /// Nor must the newest frame when it is asked for again.
+    std::unique_ptr<CHttpTransfer> m_recheckTransfer;
+    bool m_recheckPending = false;
     bool m_searchEnded = false;
     Background m_background;
 };

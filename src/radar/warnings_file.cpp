@@ -27,6 +27,15 @@ QString noteFile(const QString& cacheFolder, const QString& siteId) {
     return picture.path() + u'/' + picture.completeBaseName() + QStringLiteral(".time");
 }
 
+/// When the cached warnings were fetched; not a valid time unless they are of the range.
+QDateTime fetchTime(const QString& cacheFolder, const QString& siteId, const QString& range) {
+    const auto note = readWhole(noteFile(cacheFolder, siteId), kMostNoteBytes);
+    const QStringList words =
+        QString::fromLatin1(note.value_or(QByteArray())).simplified().split(u' ');
+    const bool isOfRange = words.size() == 2 && words[0] == range;
+    return isOfRange ? QDateTime::fromString(words[1], Qt::ISODate) : QDateTime();
+}
+
 } // namespace
 
 void noteWarnings(const QString& cacheFolder, const RadarWarnings& warnings) {
@@ -41,18 +50,16 @@ void noteWarnings(const QString& cacheFolder, const RadarWarnings& warnings) {
 RadarWarnings
 loadWarnings(const QString& cacheFolder, const QString& siteId, const QString& range) {
     RadarWarnings warnings{nullptr, siteId, range, 0};
-    const auto note = readWhole(noteFile(cacheFolder, siteId), kMostNoteBytes);
-    const QStringList words =
-        QString::fromLatin1(note.value_or(QByteArray())).simplified().split(u' ');
-    if (words.size() != 2 || words[0] != range) {
-        return warnings;
-    }
-    const QDateTime time = QDateTime::fromString(words[1], Qt::ISODate);
+    const QDateTime time = fetchTime(cacheFolder, siteId, range);
     if (time.isValid()) {
         warnings.fetched = kUnixEpoch + time.toSecsSinceEpoch() * kFileTimePerSecond;
         warnings.picture = LoadImageFile(pictureFile(cacheFolder, siteId), kMostRadarPixels);
     }
     return warnings;
+}
+
+bool hasWarningsOf(const QString& cacheFolder, const QString& siteId, const QString& range) {
+    return fetchTime(cacheFolder, siteId, range).isValid();
 }
 
 WarningsUse warningsUse(const RadarState& state) {

@@ -30,6 +30,10 @@ void noteWarnings(const QString& cacheFolder, const RadarWarnings& warnings);
 [[nodiscard]] RadarWarnings
 loadWarnings(const QString& cacheFolder, const QString& siteId, const QString& range);
 
+/// Whether the cached warnings of a site are of a range, by their note.
+[[nodiscard]] bool
+hasWarningsOf(const QString& cacheFolder, const QString& siteId, const QString& range);
+
 /// How a state's warnings are to be shown.
 enum class WarningsUse {
     none,  ///< there are none, or they are switched off

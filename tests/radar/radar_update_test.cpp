@@ -2,6 +2,7 @@
 #include "core/clock.h"
 #include "radar/image/composite.h"
 #include "radar/radar_update.h"
+#include "radar/warning_texts.h"
 #include "support/fault_server.h"
 #include "support/files.h"
 #include "support/full_disk.h"
@@ -36,6 +37,7 @@ const QString kNotAll = QStringLiteral("Could not get\nall images.\n");
 
 const QString kListing = QStringLiteral("/ridge/RadarImg/N0R/MUX/");
 const QString kWarnings = QStringLiteral("/ridge/Warnings/Short/MUX_Warnings_0.gif");
+const QString kTexts = QStringLiteral("/ridge/Warnings/Short/MUX_Warnings_0.json");
 
 constexpr QRgb kEcho = 0xFF00FF00;
 constexpr QRgb kWarning = 0xFFFF0000;
@@ -235,13 +237,267 @@ TEST_F(RadarUpdateTest, ASecondUpdateDownloadsNoFrameAgain) {
     EXPECT_EQ(m_state.frames.size(), 2U);
 }
 
+/// A frame whose one echo is in another column.
+QByteArray otherGif() {
+    return makeGif({.screen = {60, 55}, .transparent = 1, .pixel = [](int column, int row) {
+                        return column == 30 && row == 10 ? 3 : 1;
+                    }});
+}
+
+/// A server whose newest frame may be replaced, as one of live radar has it.
+class NewestFrameTest : public RadarUpdateTest {
+protected:
+    NewestFrameTest() { publish({"20190519_0544", "20190519_0554"}); }
+
+    /// Serves the newest frame with a tag.
+    void tag(const QByteArray& body, const QByteArray& tag, QByteArray control = "no-cache") {
+        m_server.handle(kNewest, [=](const HttpServer::Request& request) {
+            HttpServer::Response response;
+            const bool isKnown = request.header("If-None-Match") == tag;
+            response.status = isKnown ? 304 : 200;
+            response.body = isKnown ? QByteArray() : body;
+            response.headers = {{"ETag", tag}, {"Cache-Control", control}};
+            return response;
+        });
+    }
+    /// The tags that were sent with requests for the newest frame.
+    [[nodiscard]] std::vector<std::string> tagsSent() const {
+        std::vector<std::string> tags;
+        for (const HttpServer::Request& request : m_server.requests()) {
+            if (request.path == kNewest) {
+                tags.push_back(request.header("If-None-Match").toStdString());
+            }
+        }
+        return tags;
+    }
+    [[nodiscard]] bool showsOther() const {
+        const auto isOther = [](const Bitmap& bitmap) { return bitmap->pixel(30, 10) == kEcho; };
+        EXPECT_EQ(isOther(m_state.current.bitmap), isOther(m_state.frames.back().bitmap));
+        return isOther(m_state.current.bitmap);
+    }
+
+    const QString kNewest = kListing + nameOf("20190519_0554");
+};
+
+TEST_F(NewestFrameTest, IsAskedForAgainByItsTagUntilALaterOneIsListed) {
+    tag(frameGif(), "\"one\"");
+    animate(2, 9);
+    EXPECT_TRUE(update());
+    EXPECT_TRUE(update());
+    EXPECT_FALSE(showsOther());
+    tag(otherGif(), "\"two\"");
+    EXPECT_TRUE(update());
+    EXPECT_TRUE(showsOther());
+    EXPECT_EQ(readFile(cached(nameOf("20190519_0554"))), otherGif());
+    EXPECT_EQ(m_state.status, QString());
+    EXPECT_TRUE(update());
+    EXPECT_THAT(tagsSent(), ElementsAre("", "\"one\"", "\"one\"", "\"two\""));
+    publish({"20190519_0554", "20190519_0604"});
+    tag(frameGif(), "\"three\"");
+    EXPECT_TRUE(update());
+    EXPECT_TRUE(update());
+    EXPECT_EQ(tagsSent().size(), 4U) << "another one is the newest";
+    EXPECT_EQ(m_server.count(kListing + nameOf("20190519_0544")), 1);
+}
+
+TEST_F(NewestFrameTest, TheTagOutlivesTheProgram) {
+    tag(frameGif(), "W/\"one\"");
+    EXPECT_TRUE(update());
+    m_state.frames.clear();
+    m_state.current = {};
+    EXPECT_TRUE(update());
+    EXPECT_THAT(tagsSent(), ElementsAre("", "W/\"one\""));
+}
+
+TEST_F(NewestFrameTest, IsNotAskedForAgainWhereTheServerDoesNotSayThatItMayChange) {
+    for (const char* control : {"max-age=86400", ""}) {
+        QDir(m_state.cacheFolder).removeRecursively();
+        tag(frameGif(), "\"one\"", control);
+        EXPECT_TRUE(update());
+        EXPECT_TRUE(update());
+    }
+    EXPECT_THAT(tagsSent(), ElementsAre("", ""));
+}
+
+TEST_F(NewestFrameTest, AFileThatIsNoLongerTheTagsIsNotTakenForIt) {
+    tag(otherGif(), "\"two\"");
+    EXPECT_TRUE(update());
+    writeFile(cached(nameOf("20190519_0554")), frameGif());
+    EXPECT_TRUE(update());
+    EXPECT_THAT(tagsSent(), ElementsAre("")) << "whose bytes these are is unknown";
+    EXPECT_TRUE(QFile::remove(cached(nameOf("20190519_0554"))));
+    EXPECT_TRUE(update());
+    EXPECT_THAT(tagsSent(), ElementsAre("", ""));
+}
+
+TEST_F(NewestFrameTest, StaysAsItIsWhenNothingBetterComes) {
+    const QByteArray good = otherGif();
+    const QByteArray head = "ETag: \"two\"\r\nCache-Control: no-cache\r\n";
+    const std::pair<const char*, answers::Answer> faults[] = {
+        {"error", answers::respond(503, "busy")},
+        {"gone", answers::respond(404, "none")},
+        {"redirect", answers::redirect(302, "http://127.0.0.1/")},
+        {"a page", answers::respond(200, "<html>log in</html>", head)},
+        {"no picture", answers::respond(200, "GIF89a and nothing", head)},
+        {"empty", answers::respond(200, "", head)},
+        {"half", answers::cut(good, good.size() / 2)},
+        {"a byte short", answers::cut(good, good.size() - 1)},
+        {"reset", answers::reset(good, good.size() / 2)},
+        {"nothing", answers::nothing()},
+        {"stall", answers::stall(good.first(20))},
+        {"silence", answers::silence()},
+    };
+    ScopedHttp settings;
+    ScopedHttp::waitBriefly();
+    for (const auto& [what, answer] : faults) {
+        SCOPED_TRACE(what);
+        QDir(m_state.cacheFolder).removeRecursively();
+        tag(frameGif(), "\"one\"");
+        EXPECT_TRUE(update());
+        FaultServer server;
+        server.on(kListing, answers::respond(200, "\"" + nameOf("20190519_0554").toLatin1() + '"'));
+        server.on(kNewest, answer);
+        EXPECT_TRUE(updateFrom(server.host()));
+        EXPECT_GE(server.count(kNewest), 1) << "libcurl tries a kept connection that broke twice";
+        EXPECT_EQ(m_state.status, QString());
+        EXPECT_EQ(m_state.cause, QString());
+        EXPECT_FALSE(showsOther());
+        EXPECT_EQ(readFile(cached(nameOf("20190519_0554"))), frameGif());
+    }
+}
+
+TEST_F(NewestFrameTest, ThatKeepsUsWaitingDoesNotCostTheOthers) {
+    tag(frameGif(), "\"one\"");
+    EXPECT_TRUE(update());
+    FaultServer server;
+    server.on(
+        kListing,
+        answers::respond(200, "\"MUX_20190519_0544_N0R.gif\" \"MUX_20190519_0554_N0R.gif\"")
+    );
+    server.on(kNewest, answers::silence());
+    server.on(kListing + nameOf("20190519_0544"), answers::respond(200, frameGif()));
+    ScopedHttp settings;
+    ScopedHttp::waitBriefly();
+    animate(2, 9);
+    EXPECT_TRUE(updateFrom(server.host()));
+    EXPECT_EQ(m_state.frames.size(), 2U);
+    EXPECT_EQ(m_state.status, QString());
+}
+
+TEST_F(NewestFrameTest, ATagWithABadByteIsNotKept) {
+    for (const QByteArray& bad :
+         {QByteArray("\"a b\""), QByteArray(300, 'x'), QByteArray("\xFF")}) {
+        QDir(m_state.cacheFolder).removeRecursively();
+        tag(frameGif(), bad);
+        EXPECT_TRUE(update());
+        EXPECT_TRUE(update());
+    }
+    EXPECT_THAT(tagsSent(), ElementsAre("", "", ""));
+}
+
+TEST_F(NewestFrameTest, ADamagedNoteIsNone) {
+    tag(frameGif(), "\"one\"");
+    const QString note = cached("MUX_2_N0R.tag");
+    for (const QByteArray& text :
+         {QByteArray(), QByteArray("a b"), QByteArray(5000, 'a'),
+          QByteArray("MUX_20190519_0554_N0R.gif \"x\" 0123")}) {
+        EXPECT_TRUE(update());
+        ASSERT_TRUE(QFile::exists(note));
+        writeFile(note, text);
+        EXPECT_TRUE(update());
+        QDir(m_state.cacheFolder).removeRecursively();
+    }
+    EXPECT_THAT(tagsSent(), ElementsAre("", "", "", ""));
+}
+
+/// A server with warnings, whose texts stand beside the picture.
+class WarningTextsUpdateTest : public RadarUpdateTest {
+protected:
+    WarningTextsUpdateTest() {
+        publish({"20190519_0554"});
+        m_server.serve(kWarnings, warningsGif());
+        m_state.showWarnings = true;
+    }
+    [[nodiscard]] std::vector<std::string> events(const QString& range = "Short") const {
+        std::vector<std::string> events;
+        const auto texts = loadWarningTexts(m_state.cacheRoot(), "MUX", range);
+        for (const WarningText& warning : texts ? texts->warnings : std::vector<WarningText>()) {
+            events.push_back(warning.event.toStdString());
+        }
+        return events;
+    }
+
+    static constexpr const char* kTornado = R"({"warnings": [{"event": "Tornado Warning"}]})";
+};
+
+TEST_F(WarningTextsUpdateTest, AreFetchedAfterThePictureAndStandBesideIt) {
+    m_server.serve(kTexts, kTornado);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_server.requests().back().path, kTexts);
+    EXPECT_TRUE(warned());
+    EXPECT_EQ(m_state.status, QString());
+    EXPECT_EQ(warningTextsFile(m_state.cacheRoot(), "MUX"), cached("MUX_Warnings_0.json"));
+    EXPECT_EQ(readFile(cached("MUX_Warnings_0.json")), kTornado);
+    EXPECT_THAT(events(), ElementsAre("Tornado Warning"));
+    EXPECT_THAT(events("Long"), ElementsAre()) << "the picture is of the other range";
+}
+
+TEST_F(WarningTextsUpdateTest, AreNotAskedForAgainInARunWhereThereAreNone) {
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(update());
+        EXPECT_EQ(m_state.status, QString());
+        EXPECT_EQ(m_state.cause, QString());
+        EXPECT_TRUE(warned());
+    }
+    EXPECT_EQ(m_server.count(kWarnings), 3);
+    EXPECT_EQ(m_server.count(kTexts), 1);
+    HttpServer other;
+    other.serve(kListing, "\"" + nameOf("20190519_0554").toLatin1() + '"');
+    other.serve(kWarnings, warningsGif());
+    other.serve(kTexts, kTornado);
+    EXPECT_TRUE(updateFrom(other.host()));
+    EXPECT_THAT(events(), ElementsAre("Tornado Warning")) << "another server may have some";
+}
+
+TEST_F(WarningTextsUpdateTest, AreNotAskedForWithoutThePicture) {
+    m_server.serve(kTexts, kTornado);
+    m_server.serve(kWarnings, "none", 404);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(m_server.count(kTexts), 0);
+}
+
+TEST_F(WarningTextsUpdateTest, WhatIsNotTheirFormIsNotKept) {
+    const QByteArray bodies[] = {
+        "<html>log in</html>",
+        "",
+        "{}",
+        "[]",
+        R"({"warnings": 1})",
+        QByteArray(kTornado).chopped(1),
+        R"({"warnings": [")" + QByteArray(kMostWarningTextBytes, 'a') + R"("]})",
+        QByteArray(100'000, '[')};
+    for (const QByteArray& body : bodies) {
+        SCOPED_TRACE(body.left(40).toStdString());
+        m_server.serve(kTexts, kTornado);
+        EXPECT_TRUE(update());
+        EXPECT_THAT(events(), ElementsAre("Tornado Warning"));
+        m_server.serve(kTexts, body);
+        EXPECT_TRUE(update());
+        EXPECT_EQ(m_state.status, QString());
+        EXPECT_EQ(m_state.cause, QString());
+        EXPECT_TRUE(warned());
+        EXPECT_FALSE(QFile::exists(cached("MUX_Warnings_0.json")))
+            << "those are of another picture";
+    }
+}
+
 TEST_F(RadarUpdateTest, TheRequestsOfAnUpdateShareSixConnections) {
     publish({"20190519_0534", "20190519_0544", "20190519_0554"});
     m_server.serve(kWarnings, warningsGif());
     m_state.showWarnings = true;
     animate(3, 9);
     EXPECT_TRUE(update());
-    EXPECT_EQ(m_server.count(), 5);
+    EXPECT_EQ(m_server.count(), 6) << "the last one for the texts of the warnings";
     EXPECT_LE(m_server.connections(), 4) << "the listing's, and one for each that runs beside";
 }
 

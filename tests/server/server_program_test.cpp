@@ -192,6 +192,34 @@ TEST_F(ServerProgramTest, TheViewersEngineWorksAgainstIt) {
     }
 }
 
+// Only live radar replaces what it gave.
+TEST_F(ServerProgramTest, NoFrameOfSampleWeatherIsAskedForTwice) {
+    start();
+    RadarState state;
+    state.siteId = "TLX";
+    state.cacheFolder = m_folder.filePath("viewer");
+    BlindView view;
+    Transfers transfers;
+    const auto update = [&] {
+        CHttpTransfer transfer(transfers.downloads(), m_host, true, false);
+        RadarUpdate run(state, view, transfer);
+        return transfers.loop().resultOf<bool>([&run](const RadarUpdate::Done& done) {
+            run.UpdateRadar(done);
+        });
+    };
+    EXPECT_TRUE(update());
+    EXPECT_TRUE(update());
+    QStringList frames;
+    for (const auto& [url, outcome] : transfers.finished) {
+        EXPECT_EQ(outcome, "200") << qPrintable(url);
+        if (url.endsWith("_N0R.gif")) {
+            frames += url;
+        }
+    }
+    EXPECT_GE(frames.size(), 1) << "or one more if a later one was there by then";
+    EXPECT_EQ(frames.removeDuplicates(), 0);
+}
+
 TEST_F(ServerProgramTest, ServesTheProductsOfAFolder) {
     const QString feed = m_folder.filePath("feed");
     writeFile(feed + "/first", QByteArray::fromStdString(makeLevel3({})));

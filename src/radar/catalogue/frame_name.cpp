@@ -49,8 +49,16 @@ QString warningsFileName(const QString& siteId) {
     return siteId + QStringLiteral("_Warnings_0.gif");
 }
 
+QString warningTextsFileName(const QString& siteId) {
+    return siteId + QStringLiteral("_Warnings_0.json");
+}
+
 QString warningsPath(const QString& siteId, const QString& range) {
     return QStringLiteral("/ridge/Warnings/%1/%2").arg(range, warningsFileName(siteId));
+}
+
+QString warningTextsPath(const QString& siteId, const QString& range) {
+    return QStringLiteral("/ridge/Warnings/%1/%2").arg(range, warningTextsFileName(siteId));
 }
 
 std::optional<FileTime> frameTime(const QString& fileName) {

@@ -13,6 +13,7 @@
 //   /ridge/RadarImg/N0R/BMX/                          the listing of a site's frames of a product
 //   /ridge/RadarImg/N0R/BMX/BMX_20070615_1830_N0R.gif a frame; its time is UTC, to the minute
 //   /ridge/Warnings/Short/BMX_Warnings_0.gif          the present warnings
+//   /ridge/Warnings/Short/BMX_Warnings_0.json         their texts
 namespace raincast {
 
 /// The server path of a listing, with "/" at its end. `product` is the product's code.
@@ -22,9 +23,11 @@ namespace raincast {
 [[nodiscard]] QString frameFileName(const QString& siteId, FileTime time, const QString& product);
 
 [[nodiscard]] QString warningsFileName(const QString& siteId);
+[[nodiscard]] QString warningTextsFileName(const QString& siteId);
 
-/// The server path of the warnings for a range word, "Short" or "Long".
+/// The server path of the warnings for a range word, "Short" or "Long", and that of their texts.
 [[nodiscard]] QString warningsPath(const QString& siteId, const QString& range);
+[[nodiscard]] QString warningTextsPath(const QString& siteId, const QString& range);
 
 /// The time in the name of a frame's file; none when the name has another form or its digits are
 /// not a time.
