@@ -163,6 +163,19 @@ std::string makeLevel3(const Level3ToMake& wanted) {
     return result;
 }
 
+Level3ToMake digitalReflectivity(const std::string& site, FileTime volume) {
+    constexpr std::uint64_t kDay = 86'400;
+    const std::uint64_t seconds = toUnixSeconds(volume);
+    Level3ToMake wanted;
+    wanted.awipsId = "N0B" + site;
+    wanted.code = 153;
+    wanted.picture = Picture::digital;
+    wanted.thresholds = digitalThresholds(-320, 5);
+    wanted.day = static_cast<int>(seconds / kDay) + 1;
+    wanted.second = static_cast<int>(seconds % kDay);
+    return wanted;
+}
+
 std::array<std::uint16_t, 16> digitalThresholds(int leastTenths, int incrementTenths) {
     return {
         static_cast<std::uint16_t>(leastTenths), static_cast<std::uint16_t>(incrementTenths), 254};

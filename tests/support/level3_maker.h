@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/file_time.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -46,6 +48,9 @@ struct Level3ToMake {
 
 /// The product's bytes.
 [[nodiscard]] std::string makeLevel3(const Level3ToMake& wanted);
+
+/// Base reflectivity as live radar has it, the digital N0B, of a site's volume at a time.
+[[nodiscard]] Level3ToMake digitalReflectivity(const std::string& site, FileTime volume);
 
 /// The thresholds of digital reflectivity and velocity: least value and increment in tenths.
 [[nodiscard]] std::array<std::uint16_t, 16> digitalThresholds(int leastTenths, int incrementTenths);
