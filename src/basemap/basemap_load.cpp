@@ -2,18 +2,24 @@
 #include "basemap/basemap_load.h"
 
 #include "basemap/radar_view.h"
+#include "core/clock.h"
+#include "core/folders.h"
 #include "geo/geo_reference.h"
 #include "net/byte_allowance.h"
 #include "radar/cache.h"
+#include "radar/catalogue/closed_sites.h"
+#include "radar/catalogue/image_geometry.h"
 #include "radar/catalogue/products.h"
 #include "radar/file_kinds.h"
 #include "radar/image/composite.h"
 #include "radar/image/image_file.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <memory>
 #include <utility>
 
@@ -57,6 +63,39 @@ constexpr std::array<MapLayer, 5> kLayers = {{
 /// The text file that places all layers of a site and range; it is named like the cities.
 constexpr MapLayer kPlacement = {nullptr,  "City",          "gfw", kWorldFile, Source::radarServer,
                                  "Cities", Ground::overlay, true};
+
+GeoReference readPlace(const QString& file) {
+    GeoReference reference;
+    static_cast<void>(reference.loadWorldFile(
+        QFile::encodeName(file).toStdString(), kRadarImageWidth, kRadarImageHeight
+    ));
+    return reference;
+}
+
+/// Whether the middle of a site's pictures lies at a position, by about a kilometre.
+bool isMiddle(const GeoReference& reference, GeoPosition position) {
+    constexpr double kNear = 0.01;
+    const GeoPosition middle = reference.pixelToGeo({kAntennaColumn, kAntennaRow});
+    return std::abs(middle.latitude - position.latitude) < kNear &&
+           std::abs(middle.longitude - position.longitude) < kNear;
+}
+
+/// Puts a site's new world file in the place of the old one if it places the pictures elsewhere;
+/// then nothing that lies round the old antenna stays, the world file of the other range included.
+void takePlace(const QString& file, const QString& newFile, GeoPosition oldPlace) {
+    const GeoReference reference = readPlace(newFile);
+    if (!reference.valid() || isMiddle(reference, oldPlace)) {
+        QFile::remove(newFile);
+        return;
+    }
+    const QFileInfo place(newFile);
+    for (const QChar kind : QStringLiteral("CHRTW")) { // as in radar/cache.h
+        const QString pattern = QStringLiteral("\?\?\?_") + kind + u'*';
+        DeleteMatchingExcept(place.path(), pattern, {place.fileName()});
+    }
+    // Killed before this, we have no layers left, and fetch all of them.
+    QFile::rename(newFile, file);
+}
 
 } // namespace
 
@@ -158,7 +197,7 @@ void BasemapLoad::placeImage(GeoPosition centre) {
     };
     place([this, placed](bool valid) {
         if (valid) {
-            placed(true);
+            mayHaveMoved() ? askForPlace(placed) : placed(true);
             return;
         }
         fetch(kPlacement, [this, placed](bool kept) { kept ? place(placed) : placed(false); });
@@ -167,17 +206,41 @@ void BasemapLoad::placeImage(GeoPosition centre) {
 
 // Reads the cached world file.
 void BasemapLoad::place(Taken done) {
-    const auto read = [file = QFile::encodeName(cachedFile(kPlacement)).toStdString()] {
-        GeoReference reference;
-        static_cast<void>(reference.loadWorldFile(file, kRadarImageWidth, kRadarImageHeight));
-        return reference;
-    };
+    const auto read = [file = cachedFile(kPlacement)] { return readPlace(file); };
     m_background.run(read, [this, done = std::move(done)](const GeoReference& reference) {
         if (reference.valid()) {
             m_view.geoReference() = reference;
         }
         done(reference.valid());
     });
+}
+
+// Whether the place in the cache is that of an antenna that is no more. Sample weather keeps to it.
+bool BasemapLoad::mayHaveMoved() const {
+    const std::string site = m_state.siteId.toStdString();
+    const AntennaPosition* const antenna = findAntenna(site);
+    return m_state.cacheBranch.isEmpty() && antenna != nullptr &&
+           findClosedSite(site, Clock::current().now()) != nullptr &&
+           isMiddle(m_view.geoReference(), {antenna->latitude, antenna->longitude});
+}
+
+void BasemapLoad::askForPlace(Taken done) {
+    const QString file = cachedFile(kPlacement);
+    const QString newFile = file + QStringLiteral(".new");
+    const AntennaPosition* const antenna = findAntenna(m_state.siteId.toStdString());
+    const GeoPosition oldPlace{antenna->latitude, antenna->longitude};
+    m_radar.DownloadToFile(
+        serverPath(kPlacement), newFile, kWorldFile,
+        [=, this, done = std::move(done)](const CHttpTransfer::Fetched& fetched) {
+            if (!fetched.kept) {
+                done(true);
+                return;
+            }
+            m_background.run(
+                [=] { takePlace(file, newFile, oldPlace); }, [this, done] { place(done); }
+            );
+        }
+    );
 }
 
 void BasemapLoad::loadNext() {

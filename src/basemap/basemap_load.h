@@ -17,8 +17,10 @@ namespace raincast {
 struct MapLayer;
 
 /// One load of a site's map layers: each file from the cache or, where the cache has no file that
-/// can be used, from its server. The layers are drawn into the scene's basemaps, which begin empty.
-/// It lives for one action of the user; its end cancels it.
+/// can be used, from its server. What the cache has of a closed site may lie round its old antenna:
+/// if the server has another place for its pictures, all layers of the site are fetched again. The
+/// layers are drawn into the scene's basemaps, which begin empty. It lives for one action of the
+/// user; its end cancels it.
 class BasemapLoad {
 public:
     using Done = std::function<void(bool complete)>;
@@ -53,6 +55,8 @@ private:
     void fetch(const MapLayer& layer, Taken done);
     void placeImage(GeoPosition centre);
     void place(Taken done);
+    [[nodiscard]] bool mayHaveMoved() const;
+    void askForPlace(Taken done);
     void loadNext();
     void load(const MapLayer& layer);
     void draw(const MapLayer& layer, Taken done);

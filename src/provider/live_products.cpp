@@ -42,13 +42,6 @@ char regionOf(std::string_view site) {
     return isOneOf(kPacific) ? 'p' : isOneOf(kTropical) ? 't' : 'k';
 }
 
-const std::vector<ClosedSite>& closedSites() {
-    static const std::vector<ClosedSite> sites = {
-        {"LIX", fromCalendar({2024, 1, 1}), {"HDC", 30.519, -90.407}},
-    };
-    return sites;
-}
-
 } // namespace
 
 const LiveChoices& bucketChoices(Product product) {
@@ -65,14 +58,6 @@ std::string ringSite(std::string_view site) {
         name += static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
     }
     return name;
-}
-
-const ClosedSite* findClosedSite(std::string_view site, FileTime time) {
-    const auto& sites = closedSites();
-    const auto found = std::find_if(sites.begin(), sites.end(), [&](const ClosedSite& row) {
-        return row.site == site && time >= row.since;
-    });
-    return found == sites.end() ? nullptr : &*found;
 }
 
 std::string_view radarOf(std::string_view site, FileTime time) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/file_time.h"
-#include "radar/catalogue/antenna_positions.h"
+#include "radar/catalogue/closed_sites.h"
 #include "radar/catalogue/product.h"
 
 #include <string>
@@ -23,16 +23,6 @@ using LiveChoices = std::vector<std::string>;
 
 /// The name of a site's folder in the ring, "ktlx" for TLX.
 [[nodiscard]] std::string ringSite(std::string_view site);
-
-/// A site that was closed, and the radar that covers its region since.
-struct ClosedSite {
-    std::string_view site;
-    FileTime since;
-    AntennaPosition follower;
-};
-
-/// The row of a site that is closed at a time; null for any other.
-[[nodiscard]] const ClosedSite* findClosedSite(std::string_view site, FileTime time);
 
 /// The id that a site's products have at a time: its own, or that of the radar that follows it.
 [[nodiscard]] std::string_view radarOf(std::string_view site, FileTime time);

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "basemap/basemaps.h"
 #include "basemap/radar_view.h"
+#include "core/clock.h"
 #include "geo/geo_reference.h"
 #include "radar/cache.h"
+#include "radar/catalogue/closed_sites.h"
+#include "radar/catalogue/image_geometry.h"
 #include "support/fault_server.h"
 #include "support/files.h"
 #include "support/full_disk.h"
@@ -598,6 +601,91 @@ TEST_F(BasemapsTest, WithoutAServerNoLayerIsTried) {
     EXPECT_EQ(m_basemap.count(), before);
     EXPECT_EQ(m_basemaps.topo, shown.topo);
     EXPECT_EQ(m_basemaps.overlay, shown.overlay);
+}
+
+/// A site that was closed: layers and world file in the cache lie round its old antenna.
+class MovedSiteTest : public BasemapsTest {
+protected:
+    MovedSiteTest() {
+        const AntennaPosition& old = *findAntenna("LIX");
+        for (const QString& range : {QString("Short"), QString("Long")}) {
+            for (const char* name :
+                 {"Topo_%1.jpg", "Rivers_%1.gif", "Highways_%1.gif", "County_%1.gif",
+                  "City_%1.gif"}) {
+                keep(
+                    QString(name).arg(range),
+                    QString(name).startsWith("Topo") ? test::topoJpeg() : test::columnGif(99)
+                );
+            }
+            keep(QStringLiteral("City_%1.gfw").arg(range), worldFile(old));
+        }
+        keep("Warnings_0.gif", test::columnGif(99));
+        for (const QString word : {"Rivers", "Highways"}) {
+            m_radar.serve(
+                "/ridge/Overlays/" + word + "/Short/LIX_" + word + "_Short.gif", test::columnGif(10)
+            );
+        }
+        m_radar.serve("/ridge/Overlays/Topo/Short/LIX_Topo_Short.jpg", test::topoJpeg());
+        for (const QString word : {"County", "City"}) {
+            m_basemap.serve(
+                "/weather_radar/basemaps/LIX_" + word + "_Short.gif", test::columnGif(10)
+            );
+        }
+        m_radar.serve(kWorld, worldFile(findClosedSite("LIX", Clock::current().now())->follower));
+    }
+    static QByteArray worldFile(const AntennaPosition& antenna) {
+        return QByteArray::fromStdString(
+            ImageGeometry(antenna.latitude, antenna.longitude, Range::shortRange).worldFile()
+        );
+    }
+    [[nodiscard]] QString file(const QString& name) const {
+        return m_state.cacheFolder + "/LIX/LIX_" + name;
+    }
+    void keep(const QString& name, const QByteArray& bytes) { writeFile(file(name), bytes); }
+    bool loadSite() { return loadFrom(m_radar.host(), m_basemap.host(), "LIX", false); }
+    [[nodiscard]] GeoPosition middle() {
+        return m_view.geoReference().pixelToGeo({kAntennaColumn, kAntennaRow});
+    }
+    [[nodiscard]] int requests() const { return m_radar.count() + m_basemap.count(); }
+
+    const QString kWorld = "/ridge/Overlays/Cities/Short/LIX_City_Short.gfw";
+};
+
+TEST_F(MovedSiteTest, LayersOfBeforeAreFetchedAgainOnce) {
+    EXPECT_TRUE(loadSite());
+    EXPECT_EQ(requests(), 6);
+    EXPECT_NEAR(middle().latitude, 30.519, 1e-6);
+    EXPECT_NEAR(middle().longitude, -90.407, 1e-6);
+    EXPECT_EQ(readFile(file("Rivers_Short.gif")), test::columnGif(10));
+    EXPECT_FALSE(QFile::exists(file("Rivers_Long.gif"))) << "round the old antenna";
+    EXPECT_FALSE(QFile::exists(file("City_Long.gfw")));
+    EXPECT_FALSE(QFile::exists(file("Warnings_0.gif")));
+    EXPECT_FALSE(QFile::exists(file("City_Short.gfw.new")));
+    EXPECT_TRUE(loadSite());
+    EXPECT_EQ(requests(), 6);
+}
+
+TEST_F(MovedSiteTest, LayersStayWhereTheServerHasTheSamePlaceOrNone) {
+    m_radar.serve(kWorld, worldFile(*findAntenna("LIX")));
+    EXPECT_TRUE(loadSite());
+    EXPECT_EQ(requests(), 1);
+    m_radar.serve(kWorld, "<html>log in</html>");
+    EXPECT_TRUE(loadSite());
+    const RefusingPort refusing;
+    EXPECT_TRUE(loadFrom(refusing.host(), refusing.host(), "LIX", false));
+    EXPECT_NEAR(middle().latitude, findAntenna("LIX")->latitude, 1e-6);
+    EXPECT_EQ(readFile(file("Rivers_Short.gif")), test::columnGif(99));
+    EXPECT_TRUE(QFile::exists(file("City_Long.gfw")));
+    EXPECT_FALSE(QFile::exists(file("City_Short.gfw.new")));
+}
+
+TEST_F(MovedSiteTest, SampleWeatherKeepsToTheOldPlace) {
+    QDir().rename(m_state.cacheFolder, m_state.cacheFolder + "2");
+    QDir().mkpath(m_state.cacheFolder);
+    QDir().rename(m_state.cacheFolder + "2", m_state.cacheFolder + "/.sample");
+    m_state.cacheBranch = ".sample";
+    EXPECT_TRUE(loadSite());
+    EXPECT_EQ(requests(), 0);
 }
 
 } // namespace
