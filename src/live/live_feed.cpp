@@ -211,9 +211,7 @@ void LiveFeed::lose(FileTime minute, Loss loss) {
 
 void LiveFeed::forget(FileTime oldest) {
     while (!m_volumes.empty() && m_volumes.begin()->second.object.time < oldest) {
-        const FileTime minute = m_volumes.begin()->first;
-        lose(minute, Loss::gone);
-        m_volumes.erase(minute);
+        m_volumes.erase(m_volumes.begin());
     }
 }
 

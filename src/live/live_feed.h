@@ -59,7 +59,7 @@ public:
     };
     void lose(FileTime minute, Loss loss);
 
-    /// Forgets what is older, and removes it from the store.
+    /// Forgets what is older. The store keeps it as long as somebody may want it.
     void forget(FileTime oldest);
 
     [[nodiscard]] Provider& provider() const { return m_provider; }

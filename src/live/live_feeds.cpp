@@ -19,11 +19,11 @@ bool offers(const Provider& provider, const std::string& product) {
 } // namespace
 
 LiveFeeds::LiveFeeds(
-    std::unique_ptr<Provider> bucket, std::unique_ptr<Provider> ring, LiveStore& store, int hours
+    std::unique_ptr<Provider> bucket, std::unique_ptr<Provider> ring, LiveStore& store
 )
-    : m_bucket(std::move(bucket)), m_ring(std::move(ring)), m_store(store), m_hours(hours) {
+    : m_bucket(std::move(bucket)), m_ring(std::move(ring)), m_store(store) {
     const FileTime now = Clock::current().now();
-    for (const LiveObject& object : m_store.load(horizon())) {
+    for (const LiveObject& object : m_store.load()) {
         if (object.time > now) {
             continue; // of a replay that came further; found again when its time has come
         }
@@ -77,10 +77,6 @@ FileTime LiveFeeds::newestOf(std::string_view radar) const {
         }
     }
     return newest;
-}
-
-FileTime LiveFeeds::horizon() const {
-    return Clock::current().now() - m_hours * 60 * kFileTimePerMinute;
 }
 
 void LiveFeeds::forgetOld() {

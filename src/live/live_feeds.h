@@ -13,12 +13,9 @@ namespace raincast {
 /// time.
 class LiveFeeds {
 public:
-    /// Either provider may be missing; the store is borrowed and must not be used up by others.
+    /// Either provider may be missing; the store is borrowed.
     /// Volumes that it has are known from the beginning.
-    LiveFeeds(
-        std::unique_ptr<Provider> bucket, std::unique_ptr<Provider> ring, LiveStore& store,
-        int hours
-    );
+    LiveFeeds(std::unique_ptr<Provider> bucket, std::unique_ptr<Provider> ring, LiveStore& store);
 
     [[nodiscard]] Provider* bucket() const { return m_bucket.get(); }
     [[nodiscard]] Provider* ring() const { return m_ring.get(); }
@@ -33,7 +30,7 @@ public:
     [[nodiscard]] FileTime newestOf(std::string_view radar) const;
 
     /// Volumes before this time are of no use.
-    [[nodiscard]] FileTime horizon() const;
+    [[nodiscard]] FileTime horizon() const { return m_store.horizon(); }
     void forgetOld();
 
 private:
@@ -42,7 +39,6 @@ private:
     std::unique_ptr<Provider> m_bucket;
     std::unique_ptr<Provider> m_ring;
     LiveStore& m_store;
-    int m_hours;
     std::map<Key, std::unique_ptr<LiveFeed>> m_feeds;
 };
 

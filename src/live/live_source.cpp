@@ -20,6 +20,7 @@ namespace raincast {
 
 namespace {
 
+constexpr FileTime kCleanAfter = 10 * kFileTimePerMinute;
 constexpr FileTime kNever = std::numeric_limits<FileTime>::max();
 
 // Of the weather.
@@ -74,11 +75,11 @@ class LiveSource::Engine {
 public:
     Engine(const Settings& settings, Fetcher& fetcher, ServerLog log, std::function<void()> wake)
         : m_log(std::move(log)), m_wake(std::move(wake)), m_polite(fetcher, anyPart),
-          m_store(settings.folder, m_log),
+          m_store(settings.folder, settings.hours, m_log),
           m_feeds(
               bucketOf(settings, m_polite),
               settings.ring.isEmpty() ? nullptr : std::make_unique<Tgftp>(m_polite, settings.ring),
-              m_store, settings.hours
+              m_store
           ),
           m_warnings(m_polite, settings.warnings, settings.otherWarnings, settings.replay) {}
 
@@ -123,7 +124,9 @@ private:
     std::vector<Waiter> m_waiters;
     FileTime m_logAt = 0;
     FileTime m_forgetAt = 0;
+    FileTime m_cleanAt = 0;
     bool m_isClosed = false;
+    bool m_hasNetwork = true;                               ///< as it was logged
     std::map<const Provider*, bool> m_isDown;               ///< as it was logged
     std::map<const LiveSeries*, SourceState> m_loggedState; ///< the same
 };
@@ -136,6 +139,7 @@ LiveSeries& LiveSource::Engine::seriesOf(std::string_view site, Product product)
 FileTime LiveSource::Engine::turn() {
     std::vector<Ready> ready;
     FileTime next = kNever;
+    bool isCleaning = false;
     {
         const std::lock_guard lock(m_mutex);
         static_cast<void>(m_polite.turn());
@@ -154,6 +158,10 @@ FileTime LiveSource::Engine::turn() {
         if (isTime(m_forgetAt, kFileTimePerMinute)) {
             m_feeds.forgetOld();
         }
+        isCleaning = isTime(m_cleanAt, kCleanAfter);
+    }
+    if (isCleaning) {
+        m_store.clean(); // nobody has to wait for it
     }
     for (const Ready& one : ready) {
         one();
@@ -365,11 +373,13 @@ void LiveSource::Engine::logChanges() {
             );
         }
     }
+    bool hasNetwork = true;
     for (auto& [key, series] : m_series) {
         if (!series.isWanted()) {
             continue;
         }
         const SourceState state = series.state();
+        hasNetwork = hasNetwork && state != SourceState::network;
         if (std::exchange(m_loggedState[&series], state) == state) {
             continue;
         }
@@ -382,6 +392,9 @@ void LiveSource::Engine::logChanges() {
                            .arg(textOf(m_feeds.newestOf(series.radar())))
             );
         }
+    }
+    if (std::exchange(m_hasNetwork, hasNetwork) && !hasNetwork) {
+        m_log(QStringLiteral("This machine has no network."));
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "live/live_store.h"
 
+#include "core/clock.h"
 #include "core/whole_file.h"
 #include "provider/live_check.h"
 
@@ -8,11 +9,14 @@
 #include <QDirIterator>
 #include <QFile>
 
+#include <algorithm>
+
 namespace raincast {
 
 namespace {
 
 constexpr qint64 kMostBytes = 2 * 1024 * 1024;
+constexpr int kMostHours = 1'000'000; // another program's wish may be any number
 constexpr int kMostBytesInMemory = 4 * 1024 * 1024;
 // Between key and tag; neither has one.
 constexpr QChar kMark = u',';
@@ -29,8 +33,9 @@ std::optional<LiveObject> readName(const QString& name) {
 
 } // namespace
 
-LiveStore::LiveStore(QString folder, ServerLog log)
-    : m_folder(std::move(folder)), m_log(std::move(log)), m_latest(kMostBytesInMemory) {}
+LiveStore::LiveStore(QString folder, int hours, ServerLog log)
+    : m_folder(std::move(folder)), m_hours(hours), m_wish(m_folder, hours), m_log(std::move(log)),
+      m_latest(kMostBytesInMemory) {}
 
 QString LiveStore::folderOf(const LiveName& name) const {
     return m_folder + u'/' + QString::fromStdString(name.site) + u'/' +
@@ -42,29 +47,45 @@ QString LiveStore::fileOf(const LiveObject& object) const {
            kMark + QString::fromLatin1(object.etag.toPercentEncoding());
 }
 
-std::vector<LiveObject> LiveStore::load(FileTime oldest) {
-    std::vector<LiveObject> objects;
-    QDirIterator entries(
-        m_folder, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories
-    );
+FileTime LiveStore::horizon(int hours) {
+    const FileTime wanted = std::min(hours, kMostHours);
+    return Clock::current().now() - wanted * 60 * kFileTimePerMinute;
+}
+
+template<typename Visit>
+void LiveStore::forEach(Visit visit) const {
+    QDirIterator entries(m_folder, QDir::Files, QDirIterator::Subdirectories);
     while (entries.hasNext()) {
         entries.next();
-        if (entries.fileInfo().isDir()) {
-            removeAbandonedFiles(entries.filePath());
-            continue;
-        }
         auto object = readName(entries.fileName());
-        if (!object || fileOf(*object) != entries.filePath()) {
-            continue; // not ours
-        }
-        if (object->time < oldest) {
-            QFile::remove(entries.filePath());
-        } else {
+        if (object && fileOf(*object) == entries.filePath()) { // it is ours
             object->bytes = entries.fileInfo().size();
-            objects.push_back(std::move(*object));
+            visit(std::move(*object), entries.filePath());
         }
     }
+}
+
+std::vector<LiveObject> LiveStore::load() const {
+    std::vector<LiveObject> objects;
+    forEach([&](LiveObject object, const QString& /*path*/) {
+        if (object.time >= horizon()) {
+            objects.push_back(std::move(object));
+        }
+    });
     return objects;
+}
+
+void LiveStore::clean() const {
+    const FileTime oldest = horizon(m_wish.greatest());
+    QDirIterator folders(m_folder, QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (folders.hasNext()) {
+        removeAbandonedFiles(folders.next());
+    }
+    forEach([oldest](const LiveObject& object, const QString& path) {
+        if (object.time < oldest) {
+            QFile::remove(path);
+        }
+    });
 }
 
 void LiveStore::keep(const LiveObject& object) {

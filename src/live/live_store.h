@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/folder_wish.h"
 #include "provider/live_object.h"
 #include "tree/server_log.h"
 
@@ -14,14 +15,20 @@
 namespace raincast {
 
 /// Providers' objects on disk, each under its key and tag, whole or not at all. Where the disk
-/// takes nothing the latest few stay in memory. For several threads at once.
+/// takes nothing the latest few stay in memory. For several threads at once. Several programs may
+/// use one folder: what any of them wants stays.
 class LiveStore {
 public:
-    /// The folder is made at need, and only this object uses it.
-    LiveStore(QString folder, ServerLog log);
+    /// The folder is made at need. Objects of the last so many hours are wanted.
+    LiveStore(QString folder, int hours, ServerLog log);
 
-    /// The objects that are there, without their bytes; older ones are deleted.
-    [[nodiscard]] std::vector<LiveObject> load(FileTime oldest);
+    /// Objects before this time are of no use.
+    [[nodiscard]] FileTime horizon() const { return horizon(m_hours); }
+
+    /// The objects that are there and of use, without their bytes.
+    [[nodiscard]] std::vector<LiveObject> load() const;
+    /// Deletes what is of no use to any program that runs.
+    void clean() const;
 
     /// Keeps an object with its bytes, in the place of another one with its key. The first of
     /// several failures in a row is logged.
@@ -38,8 +45,14 @@ public:
 private:
     [[nodiscard]] QString folderOf(const LiveName& name) const;
     [[nodiscard]] QString fileOf(const LiveObject& object) const;
+    [[nodiscard]] static FileTime horizon(int hours);
+    /// Calls `visit(object, path)` for each object that is there.
+    template<typename Visit>
+    void forEach(Visit visit) const;
 
     QString m_folder;
+    int m_hours;
+    FolderWish m_wish;
     ServerLog m_log;
     mutable std::mutex m_mutex; ///< of what follows
     mutable QCache<QString, QByteArray> m_latest;

@@ -288,7 +288,7 @@ TEST_F(LiveSourceTest, WrongObjectsAreNeverShownOrAskedForAgainSoon) {
         EXPECT_EQ(frame(minuteOf(ago(minutes))), std::nullopt) << minutes;
     }
     EXPECT_EQ(sim.bucket.count("/TLX_"), asked);
-    EXPECT_EQ(namesIn(folder.filePath("live")), "");
+    EXPECT_EQ(namesIn(folder.filePath("live/TLX")), "");
 }
 
 TEST_F(LiveSourceTest, AProductWithoutAPictureIsAnEmptyFrame) {
@@ -616,6 +616,8 @@ TEST_F(UnreachableLiveSourceTest, SaysThatThereIsNoNetwork) {
     EXPECT_THAT(list(), IsEmpty());
     EXPECT_LE(waited, 8 * kSecond);
     EXPECT_EQ(source().state("TLX", Product::baseReflectivity), SourceState::network);
+    advance(5 * kSecond);
+    EXPECT_EQ(log.count("This machine has no network."), 1);
     EXPECT_FALSE(source().status().reachable);
 }
 

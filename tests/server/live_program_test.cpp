@@ -32,32 +32,45 @@ constexpr int kDeadline = 120'000; // milliseconds; nothing takes that long
 class LiveProgramTest : public ::testing::Test {
 protected:
     ~LiveProgramTest() override {
-        if (m_process.state() != QProcess::NotRunning) {
-            m_process.kill();
-            m_process.waitForFinished(kDeadline);
+        for (QProcess* const process : {&m_process, &m_other}) {
+            if (process->state() != QProcess::NotRunning) {
+                process->kill();
+                process->waitForFinished(kDeadline);
+            }
         }
     }
 
-    void prepare(const QStringList& arguments) {
+    void prepare(const QStringList& arguments) { prepare(m_process, arguments); }
+    void prepare(QProcess& process, const QStringList& arguments) {
         keepLoopbackFromProxies();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CACHE_HOME", m_folder.filePath("cache"));
-        m_process.setProcessEnvironment(environment);
-        m_process.setProgram(QStringLiteral(RAINCAST_SERVER_PROGRAM));
-        m_process.setArguments(
+        process.setProcessEnvironment(environment);
+        process.setProgram(QStringLiteral(RAINCAST_SERVER_PROGRAM));
+        process.setArguments(
             QStringList{
                 "--live", "--live-frames", m_sim.bucket.url(), "--live-fallback", m_sim.ring.url(),
                 "--live-warnings", m_sim.alerts.url(), "--contact", "test@radar.example"} +
             arguments
         );
     }
-    void start(const QStringList& arguments = {}) {
-        prepare(QStringList{"--listen", "127.0.0.1:0"} + arguments);
-        m_process.start();
-        while (!m_process.canReadLine() && m_process.waitForReadyRead(kDeadline)) {
+    void start(const QStringList& arguments = {}) { m_port = start(m_process, arguments); }
+    /// Starts a server and waits until it is ready; its port.
+    int start(QProcess& process, const QStringList& arguments) {
+        prepare(process, QStringList{"--listen", "127.0.0.1:0"} + arguments);
+        process.start();
+        while (!process.canReadLine() && process.waitForReadyRead(kDeadline)) {
         }
-        m_ready = m_process.readLine();
-        m_port = m_ready.mid(m_ready.lastIndexOf(':') + 1).chopped(2).toInt();
+        m_ready = process.readLine();
+        return m_ready.mid(m_ready.lastIndexOf(':') + 1).chopped(2).toInt();
+    }
+    static void end(QProcess& process) {
+        process.terminate();
+        EXPECT_TRUE(process.waitForFinished(kDeadline));
+    }
+    /// How many volumes of TLX the servers have on the disk.
+    [[nodiscard]] qsizetype stored() const {
+        return QDir(m_folder.filePath("store/live/TLX/N0B")).entryList(QDir::Files).size();
     }
     [[nodiscard]] std::string get(const std::string& path, const std::string& header = {}) const {
         const RawClient client(m_port);
@@ -77,17 +90,8 @@ protected:
         return time - time % kFileTimePerSecond;
     }
     void put(const std::string& site, FileTime time) {
-        Level3ToMake wanted;
-        wanted.awipsId = "N0B" + site;
-        wanted.code = 153;
-        wanted.picture = Level3ToMake::Picture::digital;
-        wanted.thresholds = digitalThresholds(-320, 5);
-        const std::uint64_t seconds = toUnixSeconds(time);
-        wanted.day = static_cast<int>(seconds / 86'400) + 1;
-        wanted.second = static_cast<int>(seconds % 86'400);
-        m_sim.bucket.put(
-            keyOf({site, "N0B"}, time), QByteArray::fromStdString(makeLevel3(wanted)), time
-        );
+        const std::string product = makeLevel3(digitalReflectivity(site, time));
+        m_sim.bucket.put(keyOf({site, "N0B"}, time), QByteArray::fromStdString(product), time);
     }
     /// The names of frames in a listing.
     static std::vector<std::string> framesIn(const std::string& page) {
@@ -103,6 +107,7 @@ protected:
     QTemporaryDir m_folder;
     LiveSim m_sim;
     QProcess m_process;
+    QProcess m_other;
     QByteArray m_ready;
     int m_port = 0;
 };
@@ -249,6 +254,37 @@ TEST_F(LiveProgramTest, PublishesSomeSites) {
         readFile(m_folder.filePath("www/ridge/RadarImg/N0R/TLX/") + names[0].c_str()).toStdString(),
         StartsWith("GIF89a")
     );
+}
+
+// Two viewers of a user, each with a server of its own.
+TEST_F(LiveProgramTest, AServerLeavesWhatAnotherOneOfTheSameStoreWants) {
+    put("TLX", ago(300));
+    put("TLX", ago(3));
+    const QStringList store{"--cache", m_folder.filePath("store"), "--hours"};
+    const std::string folder = "/ridge/RadarImg/N0R/TLX/";
+    const auto fetchAll = [&] {
+        for (const std::string& name : framesIn(get(folder))) {
+            EXPECT_THAT(get(folder + name), HasSubstr("GIF89a"));
+        }
+    };
+    m_port = start(m_process, store + QStringList{"26"});
+    fetchAll();
+    ASSERT_EQ(stored(), 2);
+    const int downloads = m_sim.bucket.count();
+
+    const int port = std::exchange(m_port, start(m_other, store + QStringList{"4"}));
+    EXPECT_EQ(framesIn(get(folder)).size(), 1U);
+    EXPECT_EQ(stored(), 2) << "the other one lists 26 hours";
+    end(m_other);
+    m_port = port;
+    fetchAll();
+    EXPECT_LE(m_sim.bucket.count(), downloads + 1) << "but for the second one's listing";
+
+    end(m_process);
+    m_port = start(m_other, store + QStringList{"4"});
+    while (stored() > 1) {
+        EXPECT_EQ(framesIn(get(folder)).size(), 1U); // it cleans meanwhile
+    }
 }
 
 TEST_F(LiveProgramTest, EndsAtOnceThoughAProviderIsSilent) {
