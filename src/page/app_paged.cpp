@@ -31,6 +31,9 @@ namespace raincast {
 CAppPaged::CAppPaged() = default;
 
 CAppPaged::~CAppPaged() {
+    if (m_rows) {
+        m_rows->onLastingHeight({});
+    }
     clear();
 }
 
@@ -42,6 +45,8 @@ void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, Q
     m_hint = std::make_unique<EmptyHint>(client);
     m_zoomInput = std::make_unique<ZoomInput>();
     auto* const rows = new BottomRows(client);
+    m_rows = rows;
+    rows->onLastingHeight([this] { fitPage(); });
     m_notice = new QLabel;
     m_notice->setTextFormat(Qt::PlainText);
     m_notice->setWordWrap(true);
@@ -49,9 +54,9 @@ void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, Q
     m_notice->setBackgroundRole(QPalette::ToolTipBase);
     m_notice->setForegroundRole(QPalette::ToolTipText);
     m_notice->setAutoFillBackground(true);
-    rows->add(*m_notice);
+    rows->addLasting(*m_notice);
     m_retryNotice = new ActionRow(QStringLiteral("Try again"), [this] { m_again(); });
-    rows->add(*m_retryNotice);
+    rows->addLasting(*m_retryNotice);
     m_undo = new Undo(*rows);
     Window::attach(window, &client);
 }
@@ -81,6 +86,9 @@ void CAppPaged::select(std::optional<Position> position) {
     m_current->m_active = true;
     showState();
     m_current->activate(*m_client, true);
+    if (m_rows && m_rows->lastingHeight() > 0) {
+        fitPage();
+    }
 }
 
 void CAppPaged::deactivateCurrent() {
@@ -322,10 +330,16 @@ void CAppPaged::setRetryNotice(const QString& text, std::function<void()> again)
     }
 }
 
-void CAppPaged::onSize(int width, int height) {
+void CAppPaged::onSize(int /*width*/, int /*height*/) {
     m_hint->fit();
-    if (m_current != nullptr) {
-        m_current->size(width, height);
+    fitPage();
+}
+
+// The page ends above rows that stay: they would cover what an item has at its lower edge.
+void CAppPaged::fitPage() {
+    if (m_current != nullptr && m_client) {
+        const int rows = m_rows ? m_rows->lastingHeight() : 0;
+        m_current->size(m_client->width(), std::max(m_client->height() - rows, 0));
     }
 }
 

@@ -99,8 +99,7 @@ public:
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
 
-    /// Shows a text over the bottom of whatever page is shown; an empty one takes it away. Needs
-    /// the window.
+    /// Shows a text below whatever page is shown; an empty one takes it away. Needs the window.
     void setNotice(const QString& text);
     /// The same with a button "Try again", which calls `again`.
     void setRetryNotice(const QString& text, std::function<void()> again);
@@ -119,6 +118,7 @@ private:
     void onMenuPopup(QMenu& menu);
     [[nodiscard]] bool onZoom(QEvent& event);
     void deactivateCurrent();
+    void fitPage();
     void showState();
     void putBack(std::unique_ptr<Page> page, Position position, const Page* shownBefore);
     void putBack(PageList pages, const std::vector<const Page*>& instead, const Page* shownBefore);
@@ -127,6 +127,7 @@ private:
     PageList m_pages;
     Page* m_current = nullptr;
     QPointer<QWidget> m_client;
+    QPointer<BottomRows> m_rows;
     QPointer<QLabel> m_notice;
     QPointer<ActionRow> m_retryNotice;
     std::function<void()> m_again; ///< what the button of that does

@@ -4,6 +4,8 @@
 #include <QEvent>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace raincast {
 
 BottomRows::BottomRows(QWidget& client) : QWidget(&client), m_rows(new QVBoxLayout(this)) {
@@ -16,6 +18,11 @@ BottomRows::BottomRows(QWidget& client) : QWidget(&client), m_rows(new QVBoxLayo
 void BottomRows::add(QWidget& row) {
     row.hide();
     m_rows->addWidget(&row);
+}
+
+void BottomRows::addLasting(QWidget& row) {
+    m_lasting.push_back(&row);
+    add(row);
 }
 
 // A row that is shown, hidden or changed asks for a new layout.
@@ -39,6 +46,7 @@ void BottomRows::fit() {
     m_rows->activate(); // by itself it stays as it is while this is hidden, and asks for nothing
     if (m_rows->isEmpty()) {
         hide();
+        noteLasting();
         return;
     }
     const QRect area = parentWidget()->rect();
@@ -47,6 +55,18 @@ void BottomRows::fit() {
     const int height = qMin(wanted, area.height());
     setGeometry(0, area.height() - height, area.width(), height);
     show();
+    m_rows->activate(); // the rows have their heights now
+    noteLasting();
+}
+
+void BottomRows::noteLasting() {
+    int height = 0;
+    for (const QWidget* const row : m_lasting) {
+        height += row->isHidden() ? 0 : row->height();
+    }
+    if (std::exchange(m_lastingHeight, height) != height && m_changed) {
+        m_changed();
+    }
 }
 
 } // namespace raincast

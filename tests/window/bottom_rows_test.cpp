@@ -72,5 +72,23 @@ TEST_F(BottomRowsTest, TheyStayOverWhatComesLater) {
     EXPECT_EQ(client.childAt(120, 318), one);
 }
 
+TEST_F(BottomRowsTest, SaysHowHighLastingRowsAre) {
+    auto* const lasting = new QLabel("Lasting");
+    rows->addLasting(*lasting);
+    std::vector<int> heights;
+    rows->onLastingHeight([&] { heights.push_back(rows->lastingHeight()); });
+    one->show();
+    test::settle();
+    EXPECT_TRUE(heights.empty()) << "it goes soon";
+    lasting->show();
+    test::settle();
+    ASSERT_EQ(heights.size(), 1U);
+    EXPECT_EQ(heights[0], lasting->height());
+    EXPECT_EQ(rows->height(), lasting->height() + one->height());
+    lasting->hide();
+    test::settle();
+    EXPECT_EQ(heights.back(), 0);
+}
+
 } // namespace
 } // namespace raincast
