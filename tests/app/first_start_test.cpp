@@ -3,7 +3,10 @@
 // cannot be reached.
 #include "live_sim/live_sim.h"
 #include "radar/cache.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "radar/catalogue/image_geometry.h"
 #include "support/files.h"
+#include "support/gif_maker.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
 #include "viewer_harness.h"
@@ -19,10 +22,15 @@
 namespace raincast {
 namespace {
 
+using testing::AllOf;
 using testing::IsEmpty;
+using testing::Ne;
+using testing::Not;
 using testing::SizeIs;
 
 constexpr int kDeadline = 120'000; // milliseconds
+// An animation's volumes: so many minutes ago.
+constexpr int kMinutes[] = {53, 43, 33, 23, 13, 3};
 
 /// The program itself.
 class FirstStartTest : public test::GuiTest {
@@ -33,19 +41,34 @@ protected:
     }
 
     /// Makes a picture as ./run does without a display; the providers are at these addresses.
-    int picture(const QString& frames, const QString& fallback, const QString& warnings) {
+    int picture(
+        const QString& frames, const QString& fallback, const QString& warnings,
+        const QString& site = "TLX"
+    ) {
         QProcess program;
         program.setProcessEnvironment(environment);
         program.setWorkingDirectory(home.root());
         program.start(
             QStringLiteral(RAINCAST_PROGRAM),
-            {"--welcome", "TLX", "--screenshot", "picture.png", "--live-arguments",
+            {"--welcome", site, "--screenshot", "picture.png", "--live-arguments",
              QStringLiteral("--live-frames %1 --live-fallback %2 --live-warnings %3")
                  .arg(frames, fallback, warnings)}
         );
         EXPECT_TRUE(program.waitForFinished(kDeadline));
         errors = program.readAllStandardError().toStdString();
         return program.exitCode();
+    }
+    /// Gives the bucket a volume of so many minutes ago.
+    static void put(LiveSim& sim, const std::string& site, int minutes) {
+        const FileTime now = SystemClock().now();
+        const FileTime time = now - now % kFileTimePerMinute - minutes * kFileTimePerMinute;
+        const auto seconds = static_cast<qint64>(toUnixSeconds(time));
+        const QString stamp = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC)
+                                  .toString(QStringLiteral("_yyyy_MM_dd_HH_mm_ss"));
+        const std::string product = makeLevel3(digitalReflectivity(site, time));
+        sim.bucket.put(
+            site + "_N0B" + stamp.toStdString(), QByteArray::fromStdString(product), time
+        );
     }
     [[nodiscard]] QStringList frames(const QString& branch = {}) const {
         return QDir(home.path("data/Quorvane/Temp/Weather") + branch + "/TLX")
@@ -59,26 +82,38 @@ protected:
 
 TEST_F(FirstStartTest, ShowsLiveRadar) {
     LiveSim sim;
-    for (const int minutes : {53, 43, 33, 23, 13, 3}) {
-        const FileTime now = SystemClock().now();
-        const FileTime time = now - now % kFileTimePerMinute - minutes * kFileTimePerMinute;
-        Level3ToMake wanted;
-        wanted.awipsId = "N0BTLX";
-        wanted.code = 153;
-        wanted.picture = Level3ToMake::Picture::digital;
-        wanted.thresholds = digitalThresholds(-320, 5);
-        const std::uint64_t seconds = toUnixSeconds(time);
-        wanted.day = static_cast<int>(seconds / 86'400) + 1;
-        wanted.second = static_cast<int>(seconds % 86'400);
-        const QByteArray key = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC)
-                                   .toString(QStringLiteral("'TLX_N0B_'yyyy_MM_dd_HH_mm_ss"))
-                                   .toLatin1();
-        sim.bucket.put(key.toStdString(), QByteArray::fromStdString(makeLevel3(wanted)), time);
+    for (const int minutes : kMinutes) {
+        put(sim, "TLX", minutes);
     }
     EXPECT_EQ(picture(sim.bucket.url(), sim.ring.url(), sim.alerts.url()), 0) << errors;
     EXPECT_FALSE(QImage(home.path("picture.png")).isNull());
     EXPECT_THAT(frames(), SizeIs(6));
     EXPECT_THAT(frames("/.sample"), IsEmpty());
+}
+
+// New Orleans' radar was closed; another one has followed it, whose pictures lie elsewhere.
+TEST_F(FirstStartTest, LayersOfAClosedSiteAreFetchedAgain) {
+    LiveSim sim;
+    const AntennaPosition& old = *findAntenna("LIX");
+    const QString folder = home.path("data/Quorvane/Temp/Weather/LIX/LIX_");
+    const QByteArray junk = makeGif({.screen = {600, 550}});
+    const ImageGeometry image(old.latitude, old.longitude, Range::shortRange);
+    writeFile(folder + "City_Short.gfw", QByteArray::fromStdString(image.worldFile()));
+    for (const char* name : {"Rivers_Short.gif", "Highways_Short.gif", "County_Short.gif"}) {
+        writeFile(folder + name, junk);
+    }
+    for (const int minutes : kMinutes) {
+        put(sim, "HDC", minutes);
+    }
+    EXPECT_EQ(picture(sim.bucket.url(), sim.ring.url(), sim.alerts.url(), "LIX"), 0) << errors;
+    const QStringList world = QString::fromLatin1(readFile(folder + "City_Short.gfw")).split('\n');
+    ASSERT_GE(world.size(), 6);
+    EXPECT_NEAR(world[5].toDouble() - 274.5 * world[0].toDouble(), 30.519, .001);
+    for (const char* name : {"Rivers_Short.gif", "Highways_Short.gif", "County_Short.gif"}) {
+        EXPECT_THAT(
+            readFile(folder + name).toStdString(), AllOf(Not(IsEmpty()), Ne(junk.toStdString()))
+        ) << name;
+    }
 }
 
 TEST_F(FirstStartTest, WithoutANetworkShowsSampleWeather) {
@@ -112,6 +147,18 @@ protected:
         options.basemapServer.clear();
         options.welcomeSiteId = "MUX";
     }
+    static bool showsFrom(Viewer& viewer, const QString& time) {
+        return QTest::qWaitFor(
+            [&] { return itemOf(viewer).state().current.timeText == time; }, kDeadline
+        );
+    }
+    static int pageBottom(Viewer& viewer) {
+        return itemOf(viewer).page()->widget()->geometry().bottom() + 1;
+    }
+    [[nodiscard]] QStringList cachedFrames(const QString& branch) const {
+        return QDir(home.path("data/Quorvane/Temp/Weather" + branch + "/MUX"))
+            .entryList({"MUX_2*_N0R.gif"});
+    }
     static void useLive() { ServersSetting::choose(WeatherSource::live, ServersSetting::hosts()); }
 
     HttpServer live;
@@ -127,11 +174,6 @@ ActionRow* shownRow(Viewer& viewer) {
 }
 
 TEST_F(StandInTest, SampleWeatherGivesWayToLiveRadarAndNeverComesBack) {
-    const auto showsFrom = [](Viewer& viewer, const QString& time) {
-        return QTest::qWaitFor(
-            [&] { return itemOf(viewer).state().current.timeText == time; }, kDeadline
-        );
-    };
     run([&](Viewer& viewer) {
         useLive();
         EXPECT_TRUE(QTest::qWaitFor([&] { return shownRow(viewer) != nullptr; }, kDeadline));
@@ -142,6 +184,12 @@ TEST_F(StandInTest, SampleWeatherGivesWayToLiveRadarAndNeverComesBack) {
         EXPECT_EQ(itemOf(viewer).state().cacheBranch, QString::fromUtf16(kSampleBranch));
         EXPECT_TRUE(showsFrom(viewer, "5:54"));
         EXPECT_FALSE(ServersSetting::hadLive());
+        for (const QSize& size : {QSize(240, 320), QSize(1920, 1080), QSize(400, 500)}) {
+            viewer.window()->frame()->resize(size);
+            QTest::qWait(0);
+            EXPECT_EQ(pageBottom(viewer), row->mapTo(viewer.window()->client(), QPoint()).y())
+                << "the time stands at the page's lower edge";
+        }
 
         live.serve("/status", R"({"reachable": true})");
         test::publishFrames(live, {"20190519_0558"}, "MUX");
@@ -152,6 +200,7 @@ TEST_F(StandInTest, SampleWeatherGivesWayToLiveRadarAndNeverComesBack) {
         EXPECT_TRUE(showsFrom(viewer, "5:58"));
         finish(viewer);
         EXPECT_EQ(shownRow(viewer), nullptr);
+        EXPECT_EQ(pageBottom(viewer), viewer.window()->client()->height());
         EXPECT_TRUE(ServersSetting::hadLive());
     });
     EXPECT_NE(live.count("/ridge/RadarImg/N0R/MUX/"), 0);
@@ -172,6 +221,26 @@ TEST_F(StandInTest, SampleWeatherGivesWayToLiveRadarAndNeverComesBack) {
     });
     timer.start(0);
     EXPECT_EQ(viewer.run(), 0);
+}
+
+TEST_F(StandInTest, NoSourceReadsOrCleansAnothersFrames) {
+    live.serve("/status", R"({"reachable": true})");
+    test::publishFrames(live, {"20190519_0558"}, "MUX");
+    run([&](Viewer& viewer) {
+        for (int round = 0; round < 2; ++round) {
+            ServersSetting::choose(WeatherSource::sample, ServersSetting::hosts());
+            EXPECT_TRUE(showsFrom(viewer, "5:54"));
+            finish(viewer);
+            EXPECT_THAT(cachedFrames("/.sample"), SizeIs(3));
+            useLive();
+            EXPECT_TRUE(showsFrom(viewer, "5:58"));
+            finish(viewer);
+            EXPECT_THAT(cachedFrames({}), SizeIs(1));
+        }
+    });
+    EXPECT_THAT(cachedFrames("/.sample"), SizeIs(3));
+    EXPECT_EQ(server.count(test::framesPath("MUX") + "MUX_20190519_0554_N0R.gif"), 1);
+    EXPECT_EQ(live.count(test::framesPath("MUX") + "MUX_20190519_0558_N0R.gif"), 1);
 }
 
 } // namespace
