@@ -5,8 +5,10 @@
 #include "window/command_set.h"
 #include "window/device_pixels.h"
 
+#include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QWidgetAction>
 
 namespace raincast {
 
@@ -43,6 +45,26 @@ private:
     }
 };
 
+/// Words above a menu's entries. They cannot be chosen, and are as dark as what can be.
+void addHeading(QMenu& menu, const QString& words) {
+    constexpr int kMargin = 6;
+    auto* const label = new QLabel(words, &menu);
+    label->setMargin(kMargin);
+    label->setTextFormat(Qt::PlainText);
+    QPalette colours = label->palette();
+    colours.setColor(
+        QPalette::Disabled, QPalette::WindowText,
+        colours.color(QPalette::Active, QPalette::WindowText)
+    );
+    label->setPalette(colours);
+    auto* const heading = new QWidgetAction(&menu);
+    heading->setText(words);
+    heading->setDefaultWidget(label);
+    heading->setEnabled(false);
+    menu.addAction(heading);
+    menu.addSeparator();
+}
+
 } // namespace
 
 CPageDisplay::ContextMenu::ContextMenu(CPageDisplay& page) : m_page(page) {}
@@ -56,18 +78,21 @@ bool CPageDisplay::ContextMenu::open(PagePoint place, By by) {
         if (!item.rectangle().contains(place)) {
             continue;
         }
-        const auto rows =
-            item.contextMenu(place.x - item.rectangle().left, place.y - item.rectangle().top);
+        const int x = place.x - item.rectangle().left;
+        const int y = place.y - item.rectangle().top;
+        const auto rows = item.contextMenu(x, y);
         if (!rows.empty()) {
             m_item = &item;
-            popUp(rows, place, by);
+            popUp(rows, item.contextHeading(x, y), place, by);
             return true;
         }
     }
     return false;
 }
 
-void CPageDisplay::ContextMenu::popUp(std::span<const MenuRow> rows, PagePoint place, By by) {
+void CPageDisplay::ContextMenu::popUp(
+    std::span<const MenuRow> rows, const QString& heading, PagePoint place, By by
+) {
     QWidget& window = *m_page.widget();
     if (!m_commands) {
         m_commands = std::make_unique<CommandSet>(window);
@@ -77,6 +102,9 @@ void CPageDisplay::ContextMenu::popUp(std::span<const MenuRow> rows, PagePoint p
     }
     m_menu = new QMenu(&window);
     m_menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (!heading.isEmpty()) {
+        addHeading(*m_menu, heading);
+    }
     m_commands->fill(*m_menu, rows);
     if (by == By::heldPress) {
         new RestOfPress(*m_menu);

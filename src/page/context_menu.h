@@ -39,7 +39,7 @@ public:
     void reset();
 
 private:
-    void popUp(std::span<const MenuRow> rows, PagePoint place, By by);
+    void popUp(std::span<const MenuRow> rows, const QString& heading, PagePoint place, By by);
 
     CPageDisplay& m_page;
     CItem* m_item = nullptr;

@@ -73,6 +73,14 @@ bool CPageDisplay::CItem::zoom(int steps, int /*x*/, int /*y*/) {
     return taken;
 }
 
+void CPageDisplay::CItem::pointerMoved(int /*x*/, int /*y*/) {}
+void CPageDisplay::CItem::pointerRested(int /*x*/, int /*y*/) {}
+void CPageDisplay::CItem::pointerLeft() {}
+
+QString CPageDisplay::CItem::contextHeading(int /*x*/, int /*y*/) const {
+    return {};
+}
+
 std::span<const MenuRow> CPageDisplay::CItem::contextMenu(int /*x*/, int /*y*/) {
     return {};
 }

@@ -58,6 +58,10 @@ public:
     /// The wheel was turned or fingers were spread at a place: positive steps zoom in. False if the
     /// item cannot be zoomed. An item that knows no better zooms by its commands.
     virtual bool zoom(int steps, int x, int y);
+    /// The pointer moved over the item with no button down, rests there, or went elsewhere.
+    virtual void pointerMoved(int x, int y);
+    virtual void pointerRested(int x, int y);
+    virtual void pointerLeft();
     /// A captured press will not be lifted: it was held still and has become a menu (contextMenu),
     /// a second finger came down, or the system took the touch for itself. What little the stylus
     /// moved meant nothing. Nothing of it comes to the item any more.
@@ -65,6 +69,8 @@ public:
     /// The menu for a place: a press was held still there, or the right button went down. What is
     /// chosen comes as a command. Without rows the item beneath is asked.
     virtual std::span<const MenuRow> contextMenu(int x, int y);
+    /// What stands above that menu, in lines; empty for nothing.
+    [[nodiscard]] virtual QString contextHeading(int x, int y) const;
 
     /// The item's problem, for a person; empty while all is well.
     [[nodiscard]] virtual QString statusText() const;

@@ -6,6 +6,7 @@
 #include "page/item.h"
 #include "page/item_catalogue.h"
 #include "page/item_painter.h"
+#include "page/page_pointer.h"
 #include "page/page_type.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
@@ -73,7 +74,8 @@ QString firstText(const CPageDisplay::Items& items, TextOf textOf) {
 
 CPageDisplay::CPageDisplay(const CAppPaged::PageType* pageType)
     : Page(pageType != nullptr ? pageType : &blankPage), m_stylus(*this),
-      m_contextMenu(std::make_unique<ContextMenu>(*this)) {
+      m_contextMenu(std::make_unique<ContextMenu>(*this)),
+      m_pointer(std::make_unique<Pointer>(*this)) {
     addMenu(kMenu);
 }
 
@@ -95,6 +97,7 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     m_selected = nullptr;
     m_stylus.reset();
     m_contextMenu->reset();
+    m_pointer->left();
     std::for_each(m_items.begin(), m_items.end(), [this](const auto& item) { prepare(*item); });
     auto* const window = new QWidget(&parent);
     window->setWindowTitle(shownName());
@@ -102,6 +105,7 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     // Painting covers everything; an erased background would flicker.
     window->setAttribute(Qt::WA_OpaquePaintEvent);
     window->setAttribute(Qt::WA_NoSystemBackground);
+    window->setMouseTracking(true);
     ZoomInput::enable(*window);
     attach(*window);
     size(parent.width(), parent.height());
@@ -224,6 +228,7 @@ void CPageDisplay::putBack(const QByteArray& item, std::size_t place) {
 
 void CPageDisplay::itemDeleted(const CItem& item) {
     m_contextMenu->forget(item);
+    m_pointer->forget(item);
 }
 
 void CPageDisplay::bringSelectedToFront() {
@@ -371,6 +376,8 @@ void CPageDisplay::onCommand(int id, QWidget* /*control*/, int /*notification*/)
 void CPageDisplay::onTimer(int id) {
     if (id == PageStylus::kHoldTimer) {
         m_stylus.hold();
+    } else if (id == Pointer::kRestTimer) {
+        m_pointer->rested();
     }
 }
 
@@ -391,6 +398,9 @@ bool CPageDisplay::windowProcedure(QEvent& event) {
         // main window.
         event.accept();
         return true;
+    case QEvent::Leave:
+        m_pointer->left();
+        return Window::windowProcedure(event);
     default:
         return Window::windowProcedure(event);
     }
@@ -402,8 +412,11 @@ void CPageDisplay::pointerEvent(QEvent& event) {
     if (event.type() == QEvent::MouseMove) {
         if (mouse.buttons().testFlag(Qt::LeftButton)) {
             m_stylus.move({place.x(), place.y()});
+        } else if (mouse.buttons() == Qt::NoButton) {
+            m_pointer->moved({place.x(), place.y()});
         }
     } else if (event.type() == QEvent::MouseButtonPress) {
+        m_pointer->left();
         Window::windowProcedure(event);
         if (mouse.button() == Qt::RightButton) {
             m_stylus.openMenu({place.x(), place.y()});

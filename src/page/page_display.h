@@ -31,6 +31,7 @@ public:
     class CImage;      ///< page/image.h
     class Type;        ///< "Blank customizable page"
     class ContextMenu; ///< page/context_menu.h
+    class Pointer;     ///< page/page_pointer.h
 
     static const SerializableType<CPageDisplay> cType;
 
@@ -122,6 +123,7 @@ private:
     std::function<void(CItem&)> m_prepare;
     PageStylus m_stylus;
     std::unique_ptr<ContextMenu> m_contextMenu;
+    std::unique_ptr<Pointer> m_pointer;
     ZoomInput m_zoomInput;
     BackBuffer m_buffer;
     Items m_items; // last: items may still ask for the rest while they go

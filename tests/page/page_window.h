@@ -40,6 +40,7 @@ public:
     bool takesKeys = false;
     bool captures = false;
     bool takesDoublePress = false;
+    bool takesPointer = false;
     bool refreshes = false; // in setRectangle
     QColor colour;
     QString status;
@@ -84,6 +85,13 @@ public:
         );
         return captures;
     }
+    void pointerMoved(int x, int y) override { notePointer("hover", x, y); }
+    void pointerRested(int x, int y) override { notePointer("rest", x, y); }
+    void pointerLeft() override {
+        if (takesPointer) {
+            note("left");
+        }
+    }
     bool doublePress(int x, int y) override {
         if (takesDoublePress) {
             note("double " + std::to_string(x) + "," + std::to_string(y));
@@ -105,6 +113,11 @@ public:
     QString caption() const override { return title; }
 
 private:
+    void notePointer(const std::string& what, int x, int y) {
+        if (takesPointer) {
+            note(what + " " + std::to_string(x) + "," + std::to_string(y));
+        }
+    }
     void note(const std::string& text) {
         if (m_log != nullptr) {
             m_log->push_back(m_name + " " + text);
