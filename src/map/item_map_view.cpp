@@ -9,6 +9,7 @@
 #include "map/mark_manager.h"
 #include "map/text_box.h"
 #include "map/view_bytes.h"
+#include "page/context_menu.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
 
@@ -114,6 +115,10 @@ bool CItemMapView::keyDown(int key) {
     if (key == Qt::Key_Home) {
         fitImage();
         return true;
+    }
+    if (key == Qt::Key_Menu) {
+        using By = CPageDisplay::ContextMenu::By;
+        return page()->contextMenu().open(centre(), By::rightButton);
     }
     const auto pan = std::find_if(std::begin(kPans), std::end(kPans), [key](const Pan& each) {
         return each.key == key;
@@ -226,6 +231,12 @@ std::optional<GeoPosition> CItemMapView::positionAt(PagePoint point) const {
     }
     // In the pixel's middle: its corner might come back as its neighbour.
     return m_geoReference.pixelToGeo({pixel.column + 0.5, pixel.row + 0.5});
+}
+
+std::optional<PagePoint> CItemMapView::pageAt(GeoPosition position) const {
+    const auto placed = m_geoReference.geoToPixelInside(position);
+    return m_geoReference.valid() && placed.ok ? std::optional(m_view.toPage(placed.pixel))
+                                               : std::nullopt;
 }
 
 bool CItemMapView::goTo(GeoPosition position) {

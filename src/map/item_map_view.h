@@ -42,7 +42,7 @@ public:
     void setRectangle(const PageRectangle& rectangle) override;
     /// Zooms in and out, and what else the map's menu offers (map/map_menu.h).
     bool command(int id, int notification) override;
-    /// The arrow keys pan, Home fits.
+    /// The arrow keys pan, Home fits, Menu opens the menu of the place in the middle.
     bool keyDown(int key) override;
     /// "+" and "-" zoom (or "=" and "_"), "L" follows, "0" fits.
     bool character(char16_t unit) override;
@@ -75,6 +75,8 @@ public:
     /// The position in the middle of the pixel under a point of the page; none outside of the
     /// image.
     [[nodiscard]] std::optional<GeoPosition> positionAt(PagePoint point) const;
+    /// The point of the page that shows a position; none for one that is not on the image.
+    [[nodiscard]] std::optional<PagePoint> pageAt(GeoPosition position) const;
     [[nodiscard]] std::optional<GeoPosition> centreOnImage() const { return positionAt(centre()); }
     /// The position that the menu of a place was opened for last.
     [[nodiscard]] const std::optional<GeoPosition>& menuPlace() const { return m_menuPlace; }
@@ -113,6 +115,8 @@ protected:
     /// To be called when the geo-reference was changed: the overlays take their new places.
     void geoReferenceChanged();
 
+    /// Whether it is the first map view of its page, which takes the commands.
+    [[nodiscard]] bool firstOnPage() const;
     /// The item's rectangle for painters and hit tests.
     [[nodiscard]] QRect area() const;
     /// The height of the lines that stand at the area's top at present.
@@ -125,7 +129,6 @@ private:
     void onUnitsChanged() override;
 
     [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;
-    [[nodiscard]] bool firstOnPage() const;
     void zoomBy(int step, PagePoint fixed);
     [[nodiscard]] bool imageInView() const;
     void panBy(int dx, int dy);

@@ -9,6 +9,9 @@
 #include "window/dlg_rename.h"
 #include "window/message_box.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace raincast {
 
 namespace {
@@ -33,6 +36,24 @@ void addMarkAt(CItemMapView& view, std::optional<GeoPosition> place) {
     }
 }
 
+/// The mark that is nearest to a place on the page, among those that a finger would mean by it;
+/// null without one.
+const COverlayMark* markAt(const CItemMapView& view, GeoPosition place) {
+    constexpr int kReach = 12;
+    const auto here = view.pageAt(place);
+    const COverlayMark* nearest = nullptr;
+    int least = kReach + 1;
+    for (const COverlayMark& mark : view.marks()->marks()) {
+        const auto there = view.pageAt(mark.position());
+        if (here && there) {
+            const int away = std::max(std::abs(there->x - here->x), std::abs(there->y - here->y));
+            nearest = away < least ? &mark : nearest;
+            least = std::min(least, away);
+        }
+    }
+    return nearest;
+}
+
 } // namespace
 
 bool canAddMarks(const CItemMapView& view) {
@@ -49,6 +70,17 @@ void addMark(CItemMapView& view) {
 
 void addMarkHere(CItemMapView& view) {
     addMarkAt(view, view.menuPlace());
+}
+
+void setTargetHere(CItemMapView& view) {
+    if (!view.menuPlace()) {
+        return;
+    }
+    CMarkManager& marks = *view.marks();
+    const COverlayMark* const there = markAt(view, *view.menuPlace());
+    marks.setTarget(
+        there != nullptr ? *there : marks.add(*view.menuPlace(), proposedMarkName(marks.marks()))
+    );
 }
 
 bool hasMarks(const CItemMapView& view) {

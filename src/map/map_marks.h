@@ -17,6 +17,9 @@ class CItemMapView;
 void addMark(CItemMapView& view);
 /// The same at the place that the view's menu was opened for.
 void addMarkHere(CItemMapView& view);
+/// Makes that place the target: the mark that stands there, or else a new one, with a name of its
+/// own.
+void setTargetHere(CItemMapView& view);
 
 [[nodiscard]] bool hasMarks(const CItemMapView& view);
 /// Shows the list of marks, nearest to the user or else to the view's centre first.

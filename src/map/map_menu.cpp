@@ -4,8 +4,11 @@
 #include "map/item_map_view.h"
 #include "map/map_lines_setting.h"
 #include "map/map_marks.h"
+#include "units/units.h"
 #include "window/command_set.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMenu>
 
 #include <algorithm>
@@ -27,6 +30,18 @@ struct MapCommand {
 
 bool always(const View& /*view*/) {
     return true;
+}
+
+bool hasMenuPlace(const View& view) {
+    return view.menuPlace().has_value();
+}
+
+void copyPosition(View& view) {
+    QGuiApplication::clipboard()->setText(CUnits::global().formatPosition(*view.menuPlace()));
+}
+
+void centreHere(View& view) {
+    static_cast<void>(view.goTo(*view.menuPlace()));
 }
 
 template<MapLinesSetting::Line line>
@@ -51,6 +66,9 @@ void toggleFollowing(View& view) {
 constexpr MapCommand kCommands[] = {
     {kAddMark, addMark, canAddMark, nullptr},
     {kAddMarkHere, addMarkHere, canAddMarks, nullptr},
+    {kSetTargetHere, setTargetHere, canAddMarks, nullptr},
+    {kCopyPosition, copyPosition, hasMenuPlace, nullptr},
+    {kCentreHere, centreHere, hasMenuPlace, nullptr},
     {kMarks, editMarks, hasMarks, nullptr},
     {kFollowPosition, toggleFollowing,
      [](const View& view) { return view.placed() || view.following(); },

@@ -26,7 +26,12 @@ inline constexpr MenuRow kMapRows[] = {
 inline constexpr MenuRow kMapMenu = subMenu(u"&Map", kMapRows);
 
 /// The menu of a place on the map.
-inline constexpr MenuRow kMapPlaceRows[] = {menuEntry(kAddMarkHere, u"&Add Mark Here")};
+inline constexpr MenuRow kMapPlaceRows[] = {
+    menuEntry(kAddMarkHere, u"&Add Mark Here"),
+    menuEntry(kCopyPosition, u"&Copy Position"),
+    menuEntry(kCentreHere, u"Centre &Here"),
+    menuEntry(kSetTargetHere, u"&Set as Target"),
+};
 
 /// Carries out a command of the map view, as far as it can be done at present; false for any other
 /// command.

@@ -39,6 +39,16 @@ enum Command : int {
     kAddMarkHere = 40925, ///< at the place that a held press or the right button chose
     kGoToPosition = 40926,
     kFitImage = 40927,
+    kCopyPosition = 40960, ///< of that place, as is what follows
+    kCentreHere = 40961,
+    kSetTargetHere = 40962,
+    // Reading the radar
+    kShowScale = 40963,
+    kRingsRoundRadar = 40964,
+    kRingsRoundPosition = 40965,
+    kMeasure = 40966,
+    kMeasureFromHere = 40967, ///< the place as for kAddMarkHere
+    kTrackStorm = 40968,
 };
 
 /// Numbers in the page menu that are no commands: their entries mark the places where the program

@@ -4,6 +4,8 @@
 #include "map_page.h"
 #include "support/dialog_script.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QListWidget>
 
@@ -113,6 +115,48 @@ TEST_F(MapMarksTest, TheRightButtonAddsAMarkUnderThePointer) {
     expectName(QStringLiteral("Mark 1"), QStringLiteral("Here"));
     choose(QStringLiteral("Add Mark Here"));
     EXPECT_EQ(newest(), view->view().toImage({60, 75}));
+}
+
+TEST_F(MapMarksTest, APlaceBecomesTheTarget) {
+    pressRight(90, 50);
+    choose(QStringLiteral("Set as Target"));
+    EXPECT_THAT(markNames(), ElementsAre("Mark 1"));
+    EXPECT_EQ(newest(), (ImagePixel{320, 255}));
+    EXPECT_TRUE(marks.isTarget(marks.marks().back()));
+    pressRight(30, 50);
+    choose(QStringLiteral("Set as Target"));
+    EXPECT_EQ(markNames().size(), 2U);
+    pressRight(101, 45);
+    choose(QStringLiteral("Set as Target"));
+    EXPECT_EQ(markNames().size(), 2U) << "the mark that stands there";
+    EXPECT_TRUE(marks.isTarget(marks.marks().front()));
+    pressRight(103, 50);
+    choose(QStringLiteral("Set as Target"));
+    EXPECT_EQ(markNames().size(), 3U) << "further away it is a place of its own";
+}
+
+TEST_F(MapMarksTest, APlacesPositionIsCopied) {
+    pressRight(90, 50);
+    choose(QStringLiteral("Copy Position"));
+    EXPECT_EQ(
+        QGuiApplication::clipboard()->text(), CUnits::global().formatPosition(positionOf(320, 255))
+    );
+}
+
+TEST_F(MapMarksTest, APlaceIsPutInTheMiddleAndFollowingEnds) {
+    publish(300, 275);
+    view->follow();
+    pressRight(90, 50);
+    choose(QStringLiteral("Centre Here"));
+    EXPECT_EQ(view->centrePixel(), (ImagePixel{320, 255}));
+    EXPECT_FALSE(view->following());
+}
+
+TEST_F(MapMarksTest, TheMenuKeyOpensTheMenuOfTheMiddle) {
+    EXPECT_TRUE(page->keyDown(Qt::Key_Menu));
+    ASSERT_NE(openMenu(), nullptr);
+    EXPECT_EQ(view->menuPlace(), view->centreOnImage());
+    openMenu()->close();
 }
 
 TEST_F(MapMarksTest, BesideTheImageAndWithoutAPlacedOneThereIsNoMenu) {

@@ -110,7 +110,8 @@ TEST_F(MapMenuTest, TheNumbersOfItsCommandsStay) {
             Pair(40922, "&Follow Position"), Pair(40926, "&Go to Position..."),
             Pair(40927, "&Whole Image\tHome"), Pair(40923, "Show &Position"),
             Pair(40924, "Show &Navigation"), Pair(0, "&Marks"), Pair(40920, "&Add Mark..."),
-            Pair(40921, "&Marks..."), Pair(40925, "&Add Mark Here")
+            Pair(40921, "&Marks..."), Pair(40925, "&Add Mark Here"), Pair(40960, "&Copy Position"),
+            Pair(40961, "Centre &Here"), Pair(40962, "&Set as Target")
         )
     );
 }
