@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What drawing the full stack costs (fill, layers, blit), at the sizes of handhelds to large
-// screens and at several zooms, against a memcpy of the same buffer; and what marks add to it.
+// screens and at several zooms, against a memcpy of the same buffer; and what marks, and all that
+// the picture is read by, add to it.
 #include "geo/geo_reference.h"
 #include "map/map_overlays.h"
 #include "map/mark_manager.h"
 #include "page/item_placement.h"
+#include "reading/radar_reading.h"
+#include "reading/reading_setting.h"
 #include "support/ratio.h"
 #include "weather/layer_stack.h"
 
@@ -15,6 +18,8 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -76,7 +81,10 @@ public:
         : m_buffer(size, QImage::Format_RGB32), m_screen(size, QImage::Format_RGB32),
           m_plain(static_cast<std::size_t>(m_buffer.sizeInBytes())) {}
 
-    void paint(LayerStack& stack, const ViewTransform& view, MapOverlays* overlays = nullptr) {
+    void paint(
+        LayerStack& stack, const ViewTransform& view, MapOverlays* overlays = nullptr,
+        const std::function<void(QPainter&)>& above = {}
+    ) {
         {
             QPainter painter(&m_buffer);
             // As the page does: what the item covers is not filled before.
@@ -88,6 +96,9 @@ public:
             stack.draw(painter, m_buffer.rect(), view);
             if (overlays != nullptr) {
                 overlays->draw(painter, view, {0, 0, m_buffer.width(), m_buffer.height()});
+            }
+            if (above) {
+                above(painter);
             }
         }
         QPainter(&m_screen).drawImage(0, 0, m_buffer);
@@ -163,6 +174,60 @@ void addMarks(CMarkManager& marks, int count, double latitude) {
     }
 }
 
+/// All that a picture is read by, shown at once: scale, rings, readout and a way that is measured.
+void measureReading(QSize size, int zoom) {
+    LayerStack::Layers layers{kImage, ground(), nullptr, overlay()};
+    std::vector<Bitmap> frames;
+    for (int i = 0; i < kFrames; ++i) {
+        frames.push_back(frame(i));
+    }
+    LayerStack stack;
+    ViewTransform view(zoom, {0, 0});
+    Page page(size);
+    const GeoReference reference = placement();
+    RadarSight sight(MapSight{QRect({}, size), view, reference});
+    sight.placed = true;
+    sight.hasPicture = true;
+    sight.width = size.width();
+    sight.radar = reference.pixelToGeo({299.5, 274.5});
+    ReadingSetting::showScale(true);
+    ReadingSetting::showRings(ReadingSetting::kRingsRoundRadar);
+    RadarReading reading;
+    reading.measureFrom(sight.radar);
+    int next = 0;
+    const auto paint = [&](int pixels, bool read) {
+        const int turn = next++ / 2;
+        layers.echoes = frames[static_cast<std::size_t>(pixels == 0 ? turn % kFrames : 0)];
+        stack.setLayers(layers);
+        view.placeOrigin({size.width() / 2, size.height() / 2}, {300 + pixels * (turn % 8), 275});
+        sight.map.view = view;
+        sight.frame = layers.echoes;
+        static_cast<void>(reading.pointerRested({size.width() / 3, size.height() / 3}));
+        page.paint(stack, view, nullptr, [&](QPainter& painter) {
+            if (read) {
+                reading.draw(painter, sight);
+            }
+        });
+    };
+    for (const auto& [what, pixels] : {std::pair("an animation step", 0), {"a pan", 4}}) {
+        for (int i = 0; i < 4 * kFrames; ++i) {
+            paint(pixels, i % 2 == 0);
+        }
+        char line[96];
+        std::snprintf(
+            line, sizeof line, "%dx%d, zoom %d: %s with all to read it by / without", size.width(),
+            size.height(), zoom, what
+        );
+        printRatio(
+            line,
+            ratioOf(
+                kPairs, [&] { paint(pixels, true); }, [&] { paint(pixels, false); }
+            ),
+            1.3
+        );
+    }
+}
+
 struct Marks {
     const char* what;
     QSize size; ///< of the page
@@ -223,6 +288,7 @@ int main(int argc, char** argv) {
          {QSize(240, 320), QSize(800, 700), QSize(1920, 1080), QSize(3840, 2160)}) {
         for (const int zoom : {-2, 0, 2}) {
             measure(size, zoom);
+            measureReading(size, zoom);
         }
     }
     return 0;

@@ -12,6 +12,7 @@
 #include "weather/item_weather_loading.h"
 #include "weather/picture_texts.h"
 #include "weather/radar_record.h"
+#include "weather/weather_reading.h"
 #include "window/commands.h"
 #include "window/menu_table.h"
 
@@ -34,7 +35,23 @@ constexpr MenuRow kEntries[] = {
     menuEntry(kLayers, u"&Layers"),
     menuEntry(kStorage, u"&Storage"),
 };
-constexpr MenuRow kPopUp[] = {subMenu(u"&Weather", kEntries), kMapMenu};
+constexpr MenuRow kReadingEntries[] = {
+    menuEntry(kShowScale, u"Show &Scale"),
+    menuEntry(kRingsRoundRadar, u"Rings Round &Radar"),
+    menuEntry(kRingsRoundPosition, u"Rings Round &You"),
+    menuEntry(kMeasure, u"&Measure"),
+    menuEntry(kTrackStorm, u"&Track a Storm"),
+};
+constexpr MenuRow kPlaceEntries[] = {
+    menuEntry(kAddMarkHere, u"&Add Mark Here"),
+    menuEntry(kMeasureFromHere, u"&Measure From Here"),
+    menuEntry(kTrackStorm, u"&Track This Storm"),
+    menuEntry(kCopyPosition, u"&Copy Position"),
+    menuEntry(kCentreHere, u"Centre &Here"),
+    menuEntry(kSetTargetHere, u"&Set as Target"),
+};
+constexpr MenuRow kPopUp[] = {
+    subMenu(u"&Weather", kEntries), subMenu(u"&Reading", kReadingEntries), kMapMenu};
 constexpr MenuRow kBar[] = {subMenu(u"", kPopUp)};
 const MenuTableRecord menu(CItemWeather::kMenu, kBar);
 
@@ -52,7 +69,8 @@ std::optional<FileTime> timeOf(const RadarFrame& frame) {
 const SerializableType<CItemWeather> CItemWeather::cType{kTypeItemWeather};
 
 CItemWeather::CItemWeather()
-    : CItemMapView(kMenu), Counter(kTickPeriod), m_loading(std::make_unique<Loading>(*this)) {
+    : CItemMapView(kMenu), Counter(kTickPeriod), m_loading(std::make_unique<Loading>(*this)),
+      m_reading(std::make_unique<Reading>(*this)) {
     m_state.cacheFolder = ChooseDefaultCache();
 }
 
@@ -92,6 +110,7 @@ void CItemWeather::draw(QPainter& painter) {
     drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), present);
     m_ageShown = present.age.text;
     CItemMapView::draw(painter);
+    m_reading->draw(painter);
     const auto [done, wanted] = m_loading->progress();
     drawProgress(painter, area(), done, wanted);
 }
@@ -205,6 +224,9 @@ bool CItemWeather::command(int id, int notification) {
         }
         return true;
     case kStop:
+        if (m_reading->end()) {
+            return true;
+        }
         m_loading->stop();
         return false; // to all items of the page
     case kAnimation:
@@ -217,7 +239,52 @@ bool CItemWeather::command(int id, int notification) {
         Dialogs(*this).editStorage();
         return true;
     default:
-        return CItemMapView::command(id, notification);
+        return m_reading->command(id) || CItemMapView::command(id, notification);
+    }
+}
+
+bool CItemWeather::keyDown(int key) {
+    return m_reading->key(key) || CItemMapView::keyDown(key);
+}
+
+bool CItemWeather::stylusDown(int x, int y, Qt::KeyboardModifiers keys) {
+    m_reading->pressed(onPage(x, y));
+    return CItemMapView::stylusDown(x, y, keys);
+}
+
+void CItemWeather::stylusUp(int x, int y) {
+    m_reading->lifted(onPage(x, y));
+}
+
+bool CItemWeather::doublePress(int x, int y) {
+    return m_reading->pressedAgain(onPage(x, y)) || CItemMapView::doublePress(x, y);
+}
+
+void CItemWeather::pointerMoved(int x, int y) {
+    m_reading->pointerMoved(onPage(x, y));
+}
+
+void CItemWeather::pointerRested(int x, int y) {
+    m_reading->pointerRested(onPage(x, y));
+}
+
+void CItemWeather::pointerLeft() {
+    m_reading->pointerLeft();
+}
+
+std::span<const MenuRow> CItemWeather::contextMenu(int x, int y) {
+    return CItemMapView::contextMenu(x, y).empty() ? std::span<const MenuRow>()
+                                                   : std::span<const MenuRow>(kPlaceEntries);
+}
+
+QString CItemWeather::contextHeading(int x, int y) const {
+    return m_reading->heading(onPage(x, y));
+}
+
+void CItemWeather::menuPopUp(QMenu& menu) {
+    CItemMapView::menuPopUp(menu);
+    if (firstOnPage()) {
+        m_reading->prepareMenu(menu);
     }
 }
 
@@ -229,7 +296,12 @@ void CItemWeather::Tick() {
     // A page has a window only while it is on the screen. A picture that stands still is painted
     // again only when the words for its age change.
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;
-    if (onScreen && (stepAnimation(m_state) || age().text != m_ageShown)) {
+    if (!onScreen) {
+        return;
+    }
+    const Reading::Held held = m_reading->holdFrame();
+    const bool moved = held.holds ? held.changed : stepAnimation(m_state);
+    if (moved || age().text != m_ageShown || m_reading->wordsChanged()) {
         invalidate();
     }
 }

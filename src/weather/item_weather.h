@@ -57,6 +57,18 @@ public:
     /// Loads what the item shows, unless it is there. An item without a site asks for one.
     void windowCreated() override;
     bool command(int id, int notification) override;
+    /// Esc ends measuring and tracking; Return takes the place in the middle for them.
+    bool keyDown(int key) override;
+    bool stylusDown(int x, int y, Qt::KeyboardModifiers keys) override;
+    void stylusUp(int x, int y) override;
+    bool doublePress(int x, int y) override;
+    void pointerMoved(int x, int y) override;
+    void pointerRested(int x, int y) override;
+    void pointerLeft() override;
+    std::span<const MenuRow> contextMenu(int x, int y) override;
+    /// What the picture says of the place.
+    [[nodiscard]] QString contextHeading(int x, int y) const override;
+    void menuPopUp(QMenu& menu) override;
     /// What goes wrong, or what is being loaded.
     [[nodiscard]] QString statusText() const override { return m_state.status; }
     /// The text over the picture: the status, the cause of a failure, and which warnings are too
@@ -87,18 +99,21 @@ protected:
 private:
     class Loading;
     class Dialogs;
+    class Reading;
 
     void placeImage(GeoPosition centreBefore);
     [[nodiscard]] PictureTexts texts() const;
     [[nodiscard]] const RadarFrame* shownFrame() const;
     [[nodiscard]] ImageAge age() const;
     [[nodiscard]] QString productText() const;
+    [[nodiscard]] QPoint onPage(int x, int y) const { return area().topLeft() + QPoint(x, y); }
 
     RadarState m_state;
     BasemapLayers m_layers;
     FirstShow m_first; ///< until the item is shown
     LayerStack m_stack;
     std::unique_ptr<Loading> m_loading;
+    std::unique_ptr<Reading> m_reading;
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
 };

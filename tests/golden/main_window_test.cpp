@@ -2,16 +2,21 @@
 // What the main window, its menus and message boxes look like.
 #include "../weather/dialog_controls.h"
 #include "golden_test.h"
+#include "page/page_pointer.h"
+#include "reading/reading_setting.h"
 #include "sample_viewer.h"
 #include "support/dialog_script.h"
+#include "support/menu.h"
 #include "support/pointer.h"
 #include "window/commands.h"
+#include "window/events.h"
 #include "window/message_box.h"
 
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QWindow>
 
 namespace raincast::test {
 namespace {
@@ -83,7 +88,62 @@ TEST_F(MainWindowLooks, WithASubmenuOpen) {
     lookAtSubmenu("Settings", "menu_settings");
     lookAtSubmenu("Layout", "menu_layout");
     lookAtSubmenu("Weather", "menu_weather");
+    lookAtSubmenu("Reading", "menu_reading");
     lookAtSubmenu("Map", "menu_map");
+}
+
+// --- Reading the radar --------------------------------------------------------------------------
+
+class ReadingLooks : public MainWindowLooks {
+protected:
+    ~ReadingLooks() override { ReadingSetting::restore(m_setting); }
+
+    [[nodiscard]] QWidget& window() { return *viewer.page().widget(); }
+    /// Off the middle by so many hundredths of the page.
+    [[nodiscard]] QPoint place(int right, int down) {
+        const QRect page = window().rect();
+        return page.center() + QPoint(page.width() * right, page.height() * down) / 100;
+    }
+    QMenu* openMenuOf(const QPoint& at) {
+        QWindow* const frame = viewer.frame().windowHandle();
+        const QPoint inFrame = window().mapTo(&viewer.frame(), at);
+        QTest::mousePress(frame, Qt::RightButton, {}, inFrame);
+        QTest::mouseRelease(frame, Qt::RightButton, {}, inFrame);
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
+    void choose(const QPoint& at, const QString& text) {
+        QMenu* const menu = openMenuOf(at);
+        ASSERT_NE(menu, nullptr);
+        chooseInOpenMenu(*menu, text);
+    }
+    void rest(const QPoint& at) {
+        moveTo(window(), at);
+        viewer.page().stopTimer(CPageDisplay::Pointer::kRestTimer);
+        TimerEvent due(CPageDisplay::Pointer::kRestTimer);
+        QCoreApplication::sendEvent(&window(), &due);
+    }
+
+    const ReadingSetting::Kept m_setting = ReadingSetting::keep();
+};
+
+TEST_F(ReadingLooks, WithAReadoutAndRings) {
+    viewer.command(kRingsRoundRadar);
+    ReadingSetting::showScale(true);
+    rest(place(-5, -5));
+    look("readout", viewer.frame());
+}
+
+TEST_F(ReadingLooks, WithTheMenuOfAPlace) {
+    QMenu* const menu = openMenuOf(place(0, 0));
+    ASSERT_NE(menu, nullptr);
+    look("menu_place", *menu);
+    menu->close();
+}
+
+TEST_F(ReadingLooks, WithAWayThatIsMeasured) {
+    choose(place(-20, 10), QStringLiteral("Measure From Here"));
+    click(window(), place(15, -10));
+    look("measuring", viewer.frame());
 }
 
 struct BoxRow {

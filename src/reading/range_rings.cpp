@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "reading/range_rings.h"
+
+#include "geo/way.h"
+#include "map/map_label.h"
+#include "reading/map_line.h"
+#include "reading/map_sight.h"
+#include "units/units.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kRingsWithin = 4;
+constexpr int kMostRings = 12;
+
+double metresOf(const LocalOffset& way) {
+    return std::hypot(way.eastMetres, way.northMetres);
+}
+
+/// Half of the longer side of what is seen, in metres.
+double reach(const MapSight& sight) {
+    const QRect& area = sight.area;
+    const QPoint middle = area.center();
+    const GeoPosition here = sight.at(middle);
+    const GeoPosition right = sight.at({area.right(), middle.y()});
+    const GeoPosition top = sight.at({middle.x(), area.top()});
+    return std::max(metresOf(shortWay(here, right)), metresOf(shortWay(here, top)));
+}
+
+} // namespace
+
+double ringStep(double metres) {
+    const double wanted = CUnits::global().distanceOf(metres) / kRingsWithin;
+    if (!(wanted > 0) || !std::isfinite(wanted)) {
+        return 0;
+    }
+    const double power = std::pow(10.0, std::floor(std::log10(wanted)));
+    double step = power;
+    for (const double factor : {2.0, 5.0, 10.0}) {
+        step = factor * power <= wanted * 1.2 ? factor * power : step;
+    }
+    return step * metres / (wanted * kRingsWithin);
+}
+
+void drawRangeRings(QPainter& painter, const MapSight& sight, GeoPosition middle) {
+    const double step = ringStep(reach(sight));
+    const LocalFrame frame(middle);
+    if (step <= 0 || frame.metresPerDegreeLon() <= 0) {
+        return;
+    }
+    const ImagePoint centre = sight.reference.geoToPixel(middle);
+    const ImagePoint east = sight.reference.geoToPixel(frame.fromMetres({step, 0}));
+    const ImagePoint north = sight.reference.geoToPixel(frame.fromMetres({0, step}));
+    const double scale = std::ldexp(1.0, -sight.view.zoom());
+    const double width = std::hypot(east.column - centre.column, east.row - centre.row) * scale;
+    const double height = std::hypot(north.column - centre.column, north.row - centre.row) * scale;
+    constexpr double kMostPixels = 20'000;
+    if (!(width >= 1 && height >= 1 && width < kMostPixels && height < kMostPixels)) {
+        return;
+    }
+    painter.save();
+    painter.setClipRect(sight.area, Qt::IntersectClip);
+    const QPoint place = sight.onPage(middle);
+    const int half = painter.fontMetrics().height() / 2;
+    for (int ring = 1; ring <= kMostRings; ++ring) {
+        drawMapEllipse(painter, place, ring * width, ring * height);
+        const QPoint top = place - QPoint(0, static_cast<int>(std::lround(ring * height)));
+        if (sight.area.adjusted(0, half, 0, 0).contains(top)) {
+            drawMapLabel(painter, top, CUnits::global().distanceText(ring * step));
+        }
+    }
+    painter.restore();
+}
+
+} // namespace raincast

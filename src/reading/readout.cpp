@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "reading/readout.h"
+
+#include "geo/way.h"
+#include "map/mark_names.h"
+#include "reading/beam_height.h"
+#include "reading/level_text.h"
+#include "units/units.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace raincast {
+
+namespace {
+
+constexpr double kShortRangeMetres = 230'000;
+constexpr double kFeetPerMetre = 3.281;
+constexpr int kFromPointer = 12; // so that the pointer hides nothing
+constexpr int kMargin = 3;
+
+double metresOf(const LocalOffset& way) {
+    return std::hypot(way.eastMetres, way.northMetres);
+}
+
+/// Whether a product is made of the lowest beam alone.
+bool isOfLowestBeam(Product product) {
+    return product == Product::baseReflectivity || product == Product::longRangeReflectivity ||
+           product == Product::velocity || product == Product::stormRelativeVelocity;
+}
+
+// To the ten, as the nominal angle has no more to give.
+QString heightText(double metres) {
+    const bool metric = metricDistances();
+    const double height = metric ? metres : metres * kFeetPerMetre;
+    return QString::number(std::lround(height / 10) * 10) +
+           (metric ? QStringLiteral(" m") : QStringLiteral(" ft"));
+}
+
+} // namespace
+
+double rangeMetres(Product product) {
+    return rangeOf(product) == Range::longRange ? 2 * kShortRangeMetres : kShortRangeMetres;
+}
+
+QString wayText(GeoPosition from, GeoPosition to) {
+    const LocalOffset back = shortWay(to, from);
+    const float bearing =
+        bearingBack(static_cast<float>(back.eastMetres), static_cast<float>(back.northMetres));
+    return CUnits::global().distanceText(metresOf(shortWay(from, to))) + u' ' +
+           bearingText(bearing);
+}
+
+QStringList readoutLines(const ReadPlace& place) {
+    QStringList lines;
+    const double distance = metresOf(shortWay(place.radar, place.position));
+    if (place.product && place.level) {
+        const bool outside = place.level == 0U && distance > rangeMetres(*place.product);
+        lines += outside ? QStringLiteral("outside the radar's range")
+                         : levelText(*place.product, *place.level);
+    }
+    lines += CUnits::global().formatPosition(place.position);
+    lines += QStringLiteral("From radar ") + wayText(place.radar, place.position);
+    if (place.own) {
+        lines += QStringLiteral("From you ") + wayText(*place.own, place.position);
+    }
+    if (place.product && isOfLowestBeam(*place.product) &&
+        distance <= rangeMetres(*place.product)) {
+        lines += QStringLiteral("Beam ") + heightText(beamHeight(distance, kLowestBeamElevation)) +
+                 QStringLiteral(" above radar");
+    }
+    return lines;
+}
+
+void drawReadout(QPainter& painter, const QRect& area, QPoint place, const QStringList& lines) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    int width = 0;
+    for (const QString& line : lines) {
+        width = std::max(width, metrics.horizontalAdvance(line));
+    }
+    QRect box(
+        place + QPoint(kFromPointer, kFromPointer),
+        QSize(width, metrics.height() * static_cast<int>(lines.size())) +
+            QSize(2 * kMargin, 2 * kMargin)
+    );
+    if (box.right() > area.right()) {
+        box.moveRight(place.x() - kFromPointer);
+    }
+    if (box.bottom() > area.bottom()) {
+        box.moveBottom(place.y() - kFromPointer);
+    }
+    box.moveLeft(std::max(box.left(), area.left()));
+    box.moveTop(std::max(box.top(), area.top()));
+    painter.save();
+    painter.setClipRect(area, Qt::IntersectClip);
+    painter.fillRect(box, Qt::white);
+    painter.setPen(Qt::black);
+    painter.drawRect(box.adjusted(0, 0, -1, -1));
+    QPoint line = box.topLeft() + QPoint(kMargin, kMargin + metrics.ascent());
+    for (const QString& text : lines) {
+        painter.drawText(line, text);
+        line.ry() += metrics.height();
+    }
+    painter.restore();
+}
+
+} // namespace raincast

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include "weather/weather_reading.h"
+
+#include "core/clock.h"
+#include "map/mark_manager.h"
+#include "page/page_display.h"
+#include "radar/catalogue/frame_name.h"
+#include "radar/catalogue/image_geometry.h"
+#include "reading/reading_setting.h"
+#include "window/command_set.h"
+#include "window/commands.h"
+#include "window/message_box.h"
+
+#include <QFileInfo>
+#include <QMenu>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace raincast {
+
+namespace {
+
+constexpr int kTremble = 6; // of a finger that taps, in pixels
+
+std::optional<FileTime> timeOf(const RadarFrame& frame) {
+    return frameTime(QFileInfo(frame.path).fileName());
+}
+
+Product productOf(int index) {
+    const auto row = static_cast<std::size_t>(index);
+    return row < kAllProducts.size() ? kAllProducts[row] : kAllProducts[0];
+}
+
+struct RingsCommand {
+    int id;
+    ReadingSetting::Rings rings;
+};
+constexpr RingsCommand kRings[] = {
+    {kRingsRoundRadar, ReadingSetting::kRingsRoundRadar},
+    {kRingsRoundPosition, ReadingSetting::kRingsRoundPosition},
+};
+
+} // namespace
+
+RadarSight CItemWeather::Reading::sight() const {
+    const RadarState& state = m_item.m_state;
+    const CDataGPSPosition& fix = m_item.lastFix();
+    const CMarkManager* const marks = m_item.marks();
+    RadarSight sight(MapSight{m_item.area(), m_item.view(), m_item.geoReference()});
+    sight.placed = m_item.placed();
+    sight.product = productOf(state.product);
+    sight.frame = state.current.bitmap;
+    sight.now = Clock::current().now();
+    sight.hasPicture = m_item.shownFrame() != nullptr;
+    if (sight.frame) {
+        sight.frameTime = timeOf(state.current);
+    }
+    if (sight.placed) {
+        sight.radar = m_item.geoReference().pixelToGeo({kAntennaColumn, kAntennaRow});
+    }
+    if (fix.valid()) {
+        sight.own = GeoPosition{fix.latitude, fix.longitude};
+        sight.knots = double{fix.speed};
+    }
+    if (marks != nullptr && marks->hasTarget()) {
+        sight.target = marks->target().position();
+    }
+    const QWidget* const window = m_item.page() != nullptr ? m_item.page()->widget() : nullptr;
+    const double ratio = window != nullptr ? window->devicePixelRatioF() : 1;
+    sight.width = static_cast<int>(sight.map.area.width() / ratio);
+    return sight;
+}
+
+void CItemWeather::Reading::show(bool changed) {
+    if (changed) {
+        static_cast<void>(holdFrame());
+        m_item.invalidate();
+    }
+}
+
+bool CItemWeather::Reading::command(int id) {
+    const auto* const rings =
+        std::find_if(std::begin(kRings), std::end(kRings), [id](const RingsCommand& row) {
+            return row.id == id;
+        });
+    if (rings != std::end(kRings)) {
+        const bool off = ReadingSetting::rings() == rings->rings;
+        ReadingSetting::showRings(off ? ReadingSetting::kNoRings : rings->rings);
+    } else if (id == kShowScale) {
+        ReadingSetting::showScale(!ReadingSetting::scaleShown(sight().width));
+    } else if (id == kMeasure || id == kMeasureFromHere) {
+        const auto from = id == kMeasure ? m_item.centreOnImage() : m_item.menuPlace();
+        if (from) {
+            m_reading.measureFrom(*from);
+        }
+    } else if (id == kTrackStorm) {
+        trackStorm();
+    } else {
+        return false;
+    }
+    m_item.invalidate();
+    return true;
+}
+
+void CItemWeather::Reading::trackStorm() {
+    const auto& frames = m_item.m_state.frames;
+    const bool two = frames.size() > 1 && frames.front().bitmap && frames.back().bitmap &&
+                     timeOf(frames.front()) && timeOf(frames.back());
+    if (!two) {
+        messageBox(
+            m_item.page()->widget(),
+            QStringLiteral("A storm is tracked through the frames of an animation.\n"
+                           "Enable it with Weather, Animation first."),
+            QStringLiteral("Track This Storm")
+        );
+        return;
+    }
+    m_reading.trackStorm();
+    show(true);
+}
+
+void CItemWeather::Reading::prepareMenu(QMenu& menu) const {
+    checkCommand(menu, kShowScale, ReadingSetting::scaleShown(sight().width));
+    for (const RingsCommand& row : kRings) {
+        checkCommand(menu, row.id, ReadingSetting::rings() == row.rings);
+    }
+    enableCommand(menu, kMeasure, m_item.centreOnImage().has_value());
+}
+
+QString CItemWeather::Reading::heading(QPoint place) const {
+    return RadarReading::readout(sight(), place).join(u'\n');
+}
+
+void CItemWeather::Reading::lifted(QPoint place) {
+    const auto from = std::exchange(m_pressed, std::nullopt);
+    if (from && (place - *from).manhattanLength() <= kTremble) {
+        show(m_reading.tap(place, sight()));
+    }
+}
+
+bool CItemWeather::Reading::pressedAgain(QPoint place) {
+    m_pressed.reset();
+    if (m_reading.use() == RadarReading::Use::none) {
+        return false;
+    }
+    show(m_reading.tap(place, sight()));
+    return true;
+}
+
+bool CItemWeather::Reading::key(int key) {
+    if (key == Qt::Key_Escape) {
+        return end();
+    }
+    const bool taken =
+        (key == Qt::Key_Return || key == Qt::Key_Enter) && m_reading.takeMiddle(sight());
+    show(taken);
+    return taken;
+}
+
+bool CItemWeather::Reading::end() {
+    const bool ended = m_reading.end();
+    show(ended);
+    return ended;
+}
+
+CItemWeather::Reading::Held CItemWeather::Reading::holdFrame() {
+    const bool first = m_reading.use() == RadarReading::Use::trackFirst;
+    const bool last = m_reading.use() == RadarReading::Use::trackLast;
+    auto& frames = m_item.m_state.frames;
+    if ((!first && !last) || frames.empty()) {
+        return {};
+    }
+    const RadarFrame& wanted = first ? frames.front() : frames.back();
+    const bool changed = m_item.m_state.current.path != wanted.path;
+    m_item.m_state.current = wanted;
+    return {true, changed};
+}
+
+} // namespace raincast
