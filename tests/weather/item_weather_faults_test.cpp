@@ -32,10 +32,11 @@ protected:
     void useServer(const QString& host) { ServersSetting::set({host, host}); }
     /// How much is written at the item's top, where the status stands.
     [[nodiscard]] int writtenAtTop() {
+        constexpr int kUnitOfScale = 40; // at the right edge
         const QImage picture = drawn();
         int count = 0;
         for (int y = 8; y < 90; ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
+            for (int x = 0; x < picture.width() - kUnitOfScale; ++x) {
                 count += qGray(picture.pixel(x, y)) < 60 ? 1 : 0;
             }
         }
