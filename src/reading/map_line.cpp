@@ -8,26 +8,26 @@ namespace raincast {
 
 namespace {
 
-constexpr int kWhiteWidth = 3;
 constexpr int kCrossArm = 7;
-
-template<typename Draw>
-void drawTwice(QPainter& painter, Draw draw) {
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(Qt::white, kWhiteWidth));
-    draw();
-    painter.setPen(QPen(Qt::black, 1));
-    draw();
-}
 
 } // namespace
 
+// Lines of one pixel are drawn many times as fast as wider ones.
 void drawMapLine(QPainter& painter, QPoint from, QPoint to) {
-    drawTwice(painter, [&] { painter.drawLine(from, to); });
+    painter.setPen(Qt::white);
+    for (const QPoint& beside : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)}) {
+        painter.drawLine(from + beside, to + beside);
+    }
+    painter.setPen(Qt::black);
+    painter.drawLine(from, to);
 }
 
 void drawMapEllipse(QPainter& painter, QPoint middle, double width, double height) {
-    drawTwice(painter, [&] { painter.drawEllipse(QPointF(middle), width, height); });
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(Qt::white);
+    painter.drawEllipse(QPointF(middle), width + 1, height + 1);
+    painter.setPen(Qt::black);
+    painter.drawEllipse(QPointF(middle), width, height);
 }
 
 void drawMapCross(QPainter& painter, QPoint place) {

@@ -6,7 +6,7 @@ class QPoint;
 
 namespace raincast {
 
-/// Lines that can be seen on any picture: black between two white ones.
+/// Lines that can be seen on any picture: black beside white.
 void drawMapLine(QPainter& painter, QPoint from, QPoint to);
 /// An ellipse of the same, by its middle and its half axes in pixels.
 void drawMapEllipse(QPainter& painter, QPoint middle, double width, double height);

@@ -9,6 +9,7 @@
 #include "reading/range_rings.h"
 #include "reading/reading_setting.h"
 #include "reading/readout.h"
+#include "reading/text_picture.h"
 #include "units/units.h"
 
 #include <QPainter>
@@ -291,14 +292,12 @@ void RadarReading::drawWords(QPainter& painter, const RadarSight& sight) {
         return;
     }
     const int row = painter.fontMetrics().height();
-    constexpr int kFlags = Qt::AlignHCenter | Qt::AlignBottom | Qt::TextWordWrap;
-    const QString text = m_wordsDrawn.join(u'\n');
     const QRect room = sight.map.area.adjusted(row, 2 * row, -row, -2 * row - row / 2);
-    const QRect box = painter.boundingRect(room, kFlags, text).adjusted(-3, -2, 3, 2);
-    painter.fillRect(box, Qt::white);
-    painter.setPen(Qt::black);
-    painter.drawRect(box.adjusted(0, 0, -1, -1));
-    painter.drawText(room, kFlags, text);
+    const QImage picture = textPicture(painter, m_wordsDrawn.join(u'\n'), room.width());
+    QRect box(QPoint(), picture.size());
+    box.moveCenter(room.center());
+    box.moveBottom(room.bottom());
+    painter.drawImage(box.topLeft(), picture);
     m_wordsArea = box.adjusted(-row / 2, -row / 2, row / 2, row / 2);
 }
 

@@ -34,6 +34,21 @@ double reach(const MapSight& sight) {
     return std::max(metresOf(shortWay(here, right)), metresOf(shortWay(here, top)));
 }
 
+/// How many rings of a size lie between a place and the corner of an area that is farthest from it.
+double farthest(const QRect& area, QPoint place, const QSizeF& ring) {
+    const double across =
+        std::max(std::abs(area.left() - place.x()), std::abs(area.right() - place.x()));
+    const double down =
+        std::max(std::abs(area.top() - place.y()), std::abs(area.bottom() - place.y()));
+    return std::hypot(across / ring.width(), down / ring.height());
+}
+
+/// A round distance: "50 Mi".
+QString ringText(double metres) {
+    const CUnits& units = CUnits::global();
+    return QString::number(units.distanceOf(metres), 'g', 5) + u' ' + units.distanceUnit();
+}
+
 } // namespace
 
 double ringStep(double metres) {
@@ -69,11 +84,13 @@ void drawRangeRings(QPainter& painter, const MapSight& sight, GeoPosition middle
     painter.setClipRect(sight.area, Qt::IntersectClip);
     const QPoint place = sight.onPage(middle);
     const int half = painter.fontMetrics().height() / 2;
-    for (int ring = 1; ring <= kMostRings; ++ring) {
+    const QSizeF size(width, height);
+    const int last = std::min<int>(kMostRings, static_cast<int>(farthest(sight.area, place, size)));
+    for (int ring = 1; ring <= last; ++ring) {
         drawMapEllipse(painter, place, ring * width, ring * height);
         const QPoint top = place - QPoint(0, static_cast<int>(std::lround(ring * height)));
         if (sight.area.adjusted(0, half, 0, 0).contains(top)) {
-            drawMapLabel(painter, top, CUnits::global().distanceText(ring * step));
+            drawMapLabel(painter, top, ringText(ring * step));
         }
     }
     painter.restore();

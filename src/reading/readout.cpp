@@ -5,9 +5,10 @@
 #include "map/mark_names.h"
 #include "reading/beam_height.h"
 #include "reading/level_text.h"
+#include "reading/text_picture.h"
 #include "units/units.h"
 
-#include <QFontMetrics>
+#include <QImage>
 #include <QPainter>
 
 #include <algorithm>
@@ -20,7 +21,6 @@ namespace {
 constexpr double kShortRangeMetres = 230'000;
 constexpr double kFeetPerMetre = 3.281;
 constexpr int kFromPointer = 12; // so that the pointer hides nothing
-constexpr int kMargin = 3;
 
 double metresOf(const LocalOffset& way) {
     return std::hypot(way.eastMetres, way.northMetres);
@@ -76,16 +76,8 @@ QStringList readoutLines(const ReadPlace& place) {
 }
 
 void drawReadout(QPainter& painter, const QRect& area, QPoint place, const QStringList& lines) {
-    const QFontMetrics metrics = painter.fontMetrics();
-    int width = 0;
-    for (const QString& line : lines) {
-        width = std::max(width, metrics.horizontalAdvance(line));
-    }
-    QRect box(
-        place + QPoint(kFromPointer, kFromPointer),
-        QSize(width, metrics.height() * static_cast<int>(lines.size())) +
-            QSize(2 * kMargin, 2 * kMargin)
-    );
+    const QImage picture = textPicture(painter, lines.join(u'\n'), area.width());
+    QRect box(place + QPoint(kFromPointer, kFromPointer), picture.size());
     if (box.right() > area.right()) {
         box.moveRight(place.x() - kFromPointer);
     }
@@ -94,17 +86,8 @@ void drawReadout(QPainter& painter, const QRect& area, QPoint place, const QStri
     }
     box.moveLeft(std::max(box.left(), area.left()));
     box.moveTop(std::max(box.top(), area.top()));
-    painter.save();
-    painter.setClipRect(area, Qt::IntersectClip);
-    painter.fillRect(box, Qt::white);
-    painter.setPen(Qt::black);
-    painter.drawRect(box.adjusted(0, 0, -1, -1));
-    QPoint line = box.topLeft() + QPoint(kMargin, kMargin + metrics.ascent());
-    for (const QString& text : lines) {
-        painter.drawText(line, text);
-        line.ry() += metrics.height();
-    }
-    painter.restore();
+    const QRect seen = box & area;
+    painter.drawImage(seen.topLeft(), picture, seen.translated(-box.topLeft()));
 }
 
 } // namespace raincast

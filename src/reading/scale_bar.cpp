@@ -83,6 +83,9 @@ QImage ScaleBar::picture(
         const std::size_t level = levelOfRow(quantityOf(product), row);
         drawRow(to, place(row), product, level, level == marked);
     }
+    // The strongest echo is almost white.
+    to.setPen(Qt::gray);
+    to.drawRect(0, heading, metrics.height() - 1, kLevels * rowHeight - 1);
     for (int row = 0; row < kLevels; ++row) {
         const std::size_t level = levelOfRow(quantityOf(product), row);
         if (row % each == 0) {
