@@ -29,6 +29,10 @@ QList<QCommandLineOption> ownOptions() {
         {QStringLiteral("screenshot"),
          QStringLiteral("Save a picture of the window as PNG and end; needs no display."),
          QStringLiteral("FILE")},
+        {QStringLiteral("loop"),
+         QStringLiteral("Save the first radar item's loop as an animated GIF and end; needs no "
+                        "display."),
+         QStringLiteral("FILE")},
         {QStringLiteral("nmea"),
          QStringLiteral("Where the position comes from: serial:PATH[@SPEED], tcp:HOST:PORT, "
                         "udp:PORT, gpsd:[HOST[:PORT]] or file:PATH[?rate=N]."),
@@ -124,6 +128,7 @@ Reading readPlainValues(const QCommandLineParser& parser, AppOptions& result) {
     }
     result.pageFile = absolute(parser.value(QStringLiteral("page-file")));
     result.screenshot = absolute(parser.value(QStringLiteral("screenshot")));
+    result.loop = absolute(parser.value(QStringLiteral("loop")));
     return {};
 }
 

@@ -16,7 +16,8 @@ namespace raincast {
 struct AppOptions {
     QString pageFile;      ///< the absolute path of the page file; empty: the one of the settings
     QSize geometry;        ///< the main window's size in logical pixels; empty: as it was left
-    QString screenshot;    ///< the picture's absolute path; empty: a run for a person
+    QString screenshot;    ///< the picture's absolute path; empty: none is made
+    QString loop;          ///< the loop's; with neither it is a run for a person
     QString nmea;          ///< the source of positions; empty: the one of the settings
     QString radarServer;   ///< HOST or HOST:PORT; empty: the one of the settings
     QString basemapServer; ///< the same

@@ -16,7 +16,7 @@ namespace {
 const DialogTemplateRecord aboutTemplate{
     {CDlgAbout::kTemplate,
      QStringLiteral("About Raincast"),
-     {125, 74},
+     {125, 110},
      {
          {CDlgAbout::kPicture, ControlKind::picture, {}, {4, 4, 34, 38}},
          {CDlgAbout::kProduct, ControlKind::label, QStringLiteral("Raincast"), {41, 10, 82, 10}},
@@ -28,6 +28,11 @@ const DialogTemplateRecord aboutTemplate{
           ControlKind::label,
           QStringLiteral("NOAA/NWS NEXRAD via Unidata (AWS Open Data)"),
           {4, 46, 117, 24}},
+         {CDlgAbout::kLicence,
+          ControlKind::label,
+          QStringLiteral("Free software, MIT licence. Maps: GSHHG (LGPL), ETOPO5 (NOAA), U.S. "
+                         "Census Bureau, GeoNames (CC BY 4.0)"),
+          {4, 72, 117, 36}},
      },
      {}}};
 

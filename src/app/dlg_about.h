@@ -5,7 +5,8 @@
 
 namespace raincast {
 
-/// The "About Raincast" box: the program's picture, name and version.
+/// The "About Raincast" box: the program's picture, name, version and licence, and where its data
+/// come from.
 class CDlgAbout : public Dialog {
 public:
     static constexpr int kTemplate = 103;
@@ -13,6 +14,7 @@ public:
     static constexpr int kVersion = 1014;
     static constexpr int kCredits = 1016;
     static constexpr int kProduct = 1015;
+    static constexpr int kLicence = 1017;
     /// The picture, in the resource module.
     static constexpr int kPictureResource = 5001;
 

@@ -1,51 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "app/drawn_icon.h"
 
-#include <QGuiApplication>
-#include <QIconEngine>
+#include "page/painted_icon.h"
+
 #include <QPainter>
 #include <QPainterPath>
-#include <QPalette>
 
 namespace raincast {
 
 namespace {
 
-// Icons are drawn on a square of this extent, then scaled.
+// Icons are drawn on a square of this extent.
 constexpr double kExtent = 24;
-
-using Draw = void (*)(QPainter&, const QColor& ink);
-
-class DrawnIcon : public QIconEngine {
-public:
-    explicit DrawnIcon(Draw draw) : m_draw(draw) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-        const bool disabled = mode == QIcon::Disabled;
-        const auto group = disabled ? QPalette::Disabled : QPalette::Active;
-        const double scale = qMin(rect.width(), rect.height()) / kExtent;
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(QRectF(rect).center());
-        painter->scale(scale, scale);
-        painter->translate(-kExtent / 2, -kExtent / 2);
-        m_draw(*painter, QGuiApplication::palette().color(group, QPalette::ButtonText));
-        painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-        return pixmap;
-    }
-
-    [[nodiscard]] QIconEngine* clone() const override { return new DrawnIcon(m_draw); }
-
-private:
-    Draw m_draw;
-};
 
 QPen stroke(const QColor& colour, double width) {
     return {colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
@@ -120,23 +86,23 @@ void drawProgram(QPainter& painter, const QColor& /*ink*/) {
 } // namespace
 
 QIcon zoomInIcon() {
-    return QIcon(new DrawnIcon(drawZoomIn));
+    return paintedIcon(drawZoomIn);
 }
 
 QIcon zoomOutIcon() {
-    return QIcon(new DrawnIcon(drawLens));
+    return paintedIcon(drawLens);
 }
 
 QIcon updateIcon() {
-    return QIcon(new DrawnIcon(drawUpdate));
+    return paintedIcon(drawUpdate);
 }
 
 QIcon stopIcon() {
-    return QIcon(new DrawnIcon(drawStop));
+    return paintedIcon(drawStop);
 }
 
 QIcon programIcon() {
-    return QIcon(new DrawnIcon(drawProgram));
+    return paintedIcon(drawProgram);
 }
 
 } // namespace raincast

@@ -4,6 +4,7 @@
 #include "app/dlg_about.h"
 #include "app/drawn_icon.h"
 #include "app/globals.h"
+#include "app/keys_dialog.h"
 #include "core/heartbeat.h"
 #include "core/user_change.h"
 #include "window/commands.h"
@@ -11,8 +12,10 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QMetaObject>
 #include <QToolBar>
 
 #include <utility>
@@ -26,14 +29,15 @@ constexpr MenuRow kSettingsRows[] = {menuEntry(kSettingsPlace, u"-")};
 constexpr MenuRow kMenuRows[] = {
     menuEntry(kPageEntriesPlace, u"-"),
     menuSeparator(),
-    menuEntry(kPreviousPage, u"&Previous page"),
-    menuEntry(kNextPage, u"&Next page"),
+    menuEntry(kPreviousPage, u"&Previous page", "PgUp"),
+    menuEntry(kNextPage, u"&Next page", "PgDown"),
     menuEntry(kPages, u"Pa&ges..."),
     menuSeparator(),
     menuEntry(kPageListPlace, u"-"),
     menuSeparator(),
     subMenu(u"&Settings", kSettingsRows),
     menuEntry(kFullScreen, u"&Full screen"),
+    menuEntry(kShowKeys, u"&Keys..."),
     menuEntry(kAbout, u"&About..."),
     menuEntry(kExit, u"E&xit"),
 };
@@ -41,30 +45,31 @@ constexpr MenuRow kMenuRows[] = {
 constexpr MenuRow kBarRows[] = {subMenu(u"&Menu", kMenuRows)};
 
 constexpr AcceleratorRow kKeys[] = {
-    {"F5", kUpdate},
-    {"Esc", kStop},
-    {"F11", kFullScreen},
-    {"Ctrl+Q", kExit},
+    {"F5", kUpdate},   {"Esc", kStop},    {"F11", kFullScreen},
+    {"Ctrl+Q", kExit}, {"F1", kShowKeys}, {"F10", kOpenMenu},
 };
 
 struct Tool {
     int command;
     const char16_t* text;
+    const char16_t* key;
     QIcon (*icon)();
 };
 
 constexpr Tool kTools[] = {
-    {kZoomIn, u"Zoom in", zoomInIcon},
-    {kZoomOut, u"Zoom out", zoomOutIcon},
-    {kUpdate, u"Update", updateIcon},
+    {kZoomIn, u"Zoom in", u"+", zoomInIcon},
+    {kZoomOut, u"Zoom out", u"-", zoomOutIcon},
+    {kUpdate, u"Update", u"F5", updateIcon},
 };
 // In the update's place while one runs for longer than these beats.
 constexpr int kStopAfterBeats = 5;
-constexpr Tool kStopTool = {kStop, u"Stop", stopIcon};
+constexpr Tool kStopTool = {kStop, u"Stop", u"Esc", stopIcon};
 
 QAction& toolAction(CommandSet& commands, const Tool& tool) {
     QAction& action = commands.action(tool.command);
-    action.setText(QString::fromUtf16(tool.text));
+    const QString text = QString::fromUtf16(tool.text);
+    action.setText(text);
+    action.setToolTip(QStringLiteral("%1 (%2)").arg(text, QString::fromUtf16(tool.key)));
     action.setIcon(tool.icon());
     action.setIconVisibleInMenu(false);
     return action;
@@ -169,9 +174,34 @@ void MainWindow::onCommand(int id, QWidget* /*control*/, int /*notification*/) {
     case kFullScreen:
         toggleFullScreen();
         break;
+    case kShowKeys:
+        KeysDialog().run(m_frame);
+        break;
+    case kOpenMenu:
+        openMenu();
+        break;
     default: // the page's
         break;
     }
+}
+
+void MainWindow::openMenu() {
+    QMenuBar& bar = *m_frame->menuBar();
+    bar.setActiveAction(bar.actions().constFirst());
+}
+
+// Alt gives the keyboard to the menu bar, and takes it back. That has happened when this is done.
+void MainWindow::altReleased() {
+    QMetaObject::invokeMethod(
+        m_frame,
+        [this] {
+            if (m_frame && m_frame->menuBar()->hasFocus() &&
+                QApplication::activePopupWidget() == nullptr) {
+                openMenu();
+            }
+        },
+        Qt::QueuedConnection
+    );
 }
 
 void MainWindow::followCaption() {
@@ -237,6 +267,10 @@ bool MainWindow::windowProcedure(QEvent& event) {
     }
     if (event.type() == QEvent::WindowStateChange) {
         m_commands.action(kFullScreen).setChecked(m_frame->isFullScreen());
+    }
+    if (event.type() == QEvent::KeyRelease &&
+        static_cast<const QKeyEvent&>(event).key() == Qt::Key_Alt) {
+        altReleased();
     }
     followPlace(event.type());
     return Window::windowProcedure(event);

@@ -63,6 +63,8 @@ public:
 private:
     void makeBar();
     void toggleFullScreen();
+    void openMenu();
+    void altReleased();
     void followCaption();
     void followPlace(QEvent::Type event);
     void followLoading();

@@ -53,6 +53,19 @@ bool CRaincastApp::loading() const {
            });
 }
 
+void CRaincastApp::writeLoop(const QString& path, ItemPictures::Done done) {
+    const auto* const page = dynamic_cast<const CPageDisplay*>(current());
+    if (page != nullptr) {
+        for (const auto& item : page->items()) {
+            if (auto* const radar = dynamic_cast<CItemWeather*>(item.get())) {
+                radar->pictures().writeLoop(path, std::move(done));
+                return;
+            }
+        }
+    }
+    done(tl::unexpected(QStringLiteral("The page has no radar item")));
+}
+
 QString CRaincastApp::listing() const {
     const auto* const page = dynamic_cast<const CPageDisplay*>(current());
     if (page == nullptr) {

@@ -3,6 +3,7 @@
 
 #include "map/mark_manager.h"
 #include "page/page_display.h"
+#include "pictures/item_pictures.h"
 #include "weather/first_show.h"
 
 #include <QString>
@@ -34,6 +35,8 @@ public:
 
     /// Whether an item of the current page is being loaded.
     [[nodiscard]] bool loading() const;
+    /// Writes the loop of the current page's first radar item into a file; `done` is called once.
+    void writeLoop(const QString& path, ItemPictures::Done done);
     /// Where a server lists the frames that the current page shows; empty for none.
     [[nodiscard]] QString listing() const;
     /// A text that says what is wrong on the current page; empty while nothing is.

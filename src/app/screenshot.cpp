@@ -74,7 +74,7 @@ void Screenshot::take() {
         awaitPaint();
         return;
     }
-    m_done(save(m_window.grab(), m_file));
+    m_done(m_file.isEmpty() || save(m_window.grab(), m_file));
 }
 
 } // namespace raincast

@@ -17,7 +17,8 @@ public:
     /// Saves the window in device pixels as PNG, once, from the event loop: after the window's next
     /// paint, or after two seconds if its screen does not ask for one. While `pending` says that
     /// what it shows is still being loaded, or a dialog is open, it waits for that, and for another
-    /// paint. Then calls `done` with whether it could. The window is borrowed.
+    /// paint. Then calls `done` with whether it could. Without a file it only waits. The window is
+    /// borrowed.
     Screenshot(
         QWidget& window, QString file, std::function<bool()> pending,
         std::function<void(bool saved)> done

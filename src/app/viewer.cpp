@@ -44,6 +44,7 @@ FirstShow firstShow(const AppOptions& options) {
     if (!options.welcomeSiteId.isEmpty()) {
         first.welcomeSite = options.welcomeSiteId;
     }
+    first.animate = !options.loop.isEmpty();
     return first;
 }
 
@@ -225,10 +226,26 @@ int Viewer::loop() {
 }
 
 void Viewer::pictureTaken(bool saved) {
-    const QString problem = m_application.problem();
     if (!saved) {
         qCCritical(viewerLog, "Cannot write %s.", qUtf8Printable(m_options.screenshot));
     }
+    if (m_options.loop.isEmpty()) {
+        endPictures(saved);
+        return;
+    }
+    m_application.writeLoop(m_options.loop, [this, saved](const WholeFile::Result& result) {
+        if (!result) {
+            qCCritical(
+                viewerLog, "Cannot write %s: %s.", qUtf8Printable(m_options.loop),
+                qUtf8Printable(result.error())
+            );
+        }
+        endPictures(saved && result);
+    });
+}
+
+void Viewer::endPictures(bool saved) {
+    const QString problem = m_application.problem();
     if (!problem.isEmpty()) {
         qCCritical(viewerLog, "%s", qUtf8Printable(problem.trimmed()));
     }

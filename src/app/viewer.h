@@ -56,7 +56,9 @@ public:
     [[nodiscard]] const CGlobals::Persistant& settings() const { return m_settings; }
 
 private:
-    [[nodiscard]] bool forAPerson() const { return m_options.screenshot.isEmpty(); }
+    [[nodiscard]] bool forAPerson() const {
+        return m_options.screenshot.isEmpty() && m_options.loop.isEmpty();
+    }
     /// The exit status of a run that was asked to end: it has made no picture.
     [[nodiscard]] int endStatus() const { return forAPerson() ? 0 : 1; }
     void loadSettings();
@@ -69,6 +71,7 @@ private:
     void sayStandIn(bool standsIn);
     [[nodiscard]] int loop();
     void pictureTaken(bool saved);
+    void endPictures(bool saved);
     void closedByUser();
     void end();
     [[nodiscard]] Keeper::Audience audience() const;

@@ -82,7 +82,7 @@ void CItemMapView::draw(QPainter& painter) {
     }
     drawMapLines(painter, area(), lines(painter.fontMetrics()));
     if (m_following && m_lastFix.valid()) {
-        const QPoint corner(rectangle().right, rectangle().bottom);
+        const QPoint corner(rectangle().right, rectangle().bottom - coveredBelow());
         drawFollowIcon(painter, corner + kFollowIconPlace);
     }
 }
@@ -314,7 +314,7 @@ void CItemMapView::geoReferenceChanged() {
 }
 
 QRect CItemMapView::area() const {
-    return rectangle().toRect();
+    return rectangle().toRect().adjusted(0, 0, 0, -coveredBelow());
 }
 
 QStringList CItemMapView::lines(const QFontMetrics& metrics) const {

@@ -117,7 +117,9 @@ protected:
 
     /// Whether it is the first map view of its page, which takes the commands.
     [[nodiscard]] bool firstOnPage() const;
-    /// The item's rectangle for painters and hit tests.
+    /// The height of what lies over the rectangle's lower edge, in device pixels.
+    [[nodiscard]] virtual int coveredBelow() const { return 0; }
+    /// The item's rectangle for painters and hit tests, without what is covered.
     [[nodiscard]] QRect area() const;
     /// The height of the lines that stand at the area's top at present.
     [[nodiscard]] int linesHeight(const QFontMetrics& metrics) const;

@@ -330,6 +330,15 @@ void CAppPaged::setRetryNotice(const QString& text, std::function<void()> again)
     }
 }
 
+ActionRow* CAppPaged::addRow(std::function<void()> pressed) {
+    if (!m_rows) {
+        return nullptr;
+    }
+    auto* const row = new ActionRow({}, std::move(pressed));
+    m_rows->add(*row);
+    return row;
+}
+
 void CAppPaged::onSize(int /*width*/, int /*height*/) {
     m_hint->fit();
     fitPage();

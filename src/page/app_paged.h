@@ -15,6 +15,7 @@ class QMenu;
 
 namespace raincast {
 
+class BottomRows;
 class CommandSet;
 class EmptyHint;
 class PageMenu;
@@ -98,6 +99,11 @@ public:
     /// knows nothing: see CSerialReader::readInto), and shows its first page, enabled or not.
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
+
+    /// Adds a line at the window's bottom, not shown at first; `pressed` is called when its button
+    /// is. The caller deletes it, and keeps it in a QPointer: the window may take it along. Null
+    /// without a window.
+    [[nodiscard]] ActionRow* addRow(std::function<void()> pressed);
 
     /// Shows a text below whatever page is shown; an empty one takes it away. Needs the window.
     void setNotice(const QString& text);

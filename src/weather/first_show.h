@@ -21,6 +21,8 @@ struct FirstShow {
     /// A site to show, animated, if there is no choice and the item has no site yet. Without one
     /// such an item asks for a site.
     std::optional<QString> welcomeSite;
+    /// Whether the choice, too, is animated.
+    bool animate = false;
 };
 
 } // namespace raincast

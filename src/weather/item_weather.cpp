@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/item_weather.h"
 
+#include "core/user_change.h"
 #include "map/map_menu.h"
 #include "page/item_catalogue.h"
 #include "radar/animation.h"
@@ -13,10 +14,12 @@
 #include "weather/picture_texts.h"
 #include "weather/radar_record.h"
 #include "weather/weather_reading.h"
+#include "window/command_set.h"
 #include "window/commands.h"
 #include "window/menu_table.h"
 
 #include <QFileInfo>
+#include <QMenu>
 #include <QPainter>
 
 #include <optional>
@@ -28,12 +31,25 @@ namespace {
 
 constexpr std::int32_t kTickPeriod = 5; // heartbeats: half a second
 
+// In the order of the product table.
+constexpr MenuRow kProductEntries[] = {
+    menuEntry(kFirstProduct, u"&Base Reflectivity", "1"),
+    menuEntry(kFirstProduct + 1, u"&Composite Reflectivity", "2"),
+    menuEntry(kFirstProduct + 2, u"&Long Range Reflectivity", "3"),
+    menuEntry(kFirstProduct + 3, u"1 &Hour Precipitation", "4"),
+    menuEntry(kFirstProduct + 4, u"&Total Precipitation", "5"),
+    menuEntry(kFirstProduct + 5, u"&Velocity", "6"),
+    menuEntry(kFirstProduct + 6, u"&Storm Relative Velocity", "7"),
+};
 constexpr MenuRow kEntries[] = {
     menuEntry(kNearbyStations, u"&Nearby Stations"),
     menuEntry(kAllStations, u"&All Stations"),
+    subMenu(u"&Product", kProductEntries),
+    subMenu(u"L&oop", kLoopRows),
     menuEntry(kAnimation, u"Ani&mation"),
     menuEntry(kLayers, u"&Layers"),
     menuEntry(kStorage, u"&Storage"),
+    subMenu(u"Pi&ctures", kPictureRows),
 };
 constexpr MenuRow kReadingEntries[] = {
     menuEntry(kShowScale, u"Show &Scale"),
@@ -70,7 +86,9 @@ const SerializableType<CItemWeather> CItemWeather::cType{kTypeItemWeather};
 
 CItemWeather::CItemWeather()
     : CItemMapView(kMenu), Counter(kTickPeriod), m_loading(std::make_unique<Loading>(*this)),
-      m_reading(std::make_unique<Reading>(*this)) {
+      m_reading(std::make_unique<Reading>(*this)),
+      m_player(*this, m_state, [this] { return loading(); }),
+      m_pictures({*this, m_state, [this] { return area(); }, [this] { return pictureName(); }}) {
     m_state.cacheFolder = ChooseDefaultCache();
 }
 
@@ -113,6 +131,7 @@ void CItemWeather::draw(QPainter& painter) {
     m_reading->draw(painter);
     const auto [done, wanted] = m_loading->progress();
     drawProgress(painter, area(), done, wanted);
+    m_player.itemDrawn();
 }
 
 QRect CItemWeather::opaqueArea() const {
@@ -171,6 +190,14 @@ QString CItemWeather::productText() const {
     return radarProducts()[static_cast<std::size_t>(m_state.product)].nameText().toString();
 }
 
+QString CItemWeather::pictureName() const {
+    const QString product = ProductCode(m_state.product).toString();
+    const RadarFrame* const shown = shownFrame();
+    const QString frame = shown != nullptr ? QFileInfo(shown->path).completeBaseName() : QString();
+    const QString name = m_state.siteId.isEmpty() ? QStringLiteral("radar") : m_state.siteId;
+    return frame.isEmpty() ? name + u'_' + product : frame;
+}
+
 QString CItemWeather::caption() const {
     if (m_state.siteId.isEmpty()) {
         return {};
@@ -208,7 +235,47 @@ void CItemWeather::placeImage(GeoPosition centreBefore) {
     m_viewStored = true;
 }
 
+bool CItemWeather::character(char16_t unit) {
+    if (u'1' <= unit && unit < u'1' + static_cast<int>(kRadarProductCount)) {
+        showProduct(unit - u'1');
+        return true;
+    }
+    return m_player.character(unit) || CItemMapView::character(unit);
+}
+
+void CItemWeather::menuPopUp(QMenu& menu) {
+    CItemMapView::menuPopUp(menu);
+    if (!firstOnPage()) {
+        return;
+    }
+    for (int product = 0; product < static_cast<int>(kRadarProductCount); ++product) {
+        checkCommand(menu, kFirstProduct + product, product == m_state.product);
+    }
+    m_player.prepareMenu(menu);
+    m_pictures.prepareMenu(menu);
+    m_reading->prepareMenu(menu);
+}
+
+void CItemWeather::showProduct(int product) {
+    if (product == m_state.product) {
+        return;
+    }
+    // The two sizes of map have layers of their own.
+    const bool otherLayers = ProductRange(product) != ProductRange(m_state.product);
+    m_state.product = product;
+    UserChange::announce();
+    if (otherLayers && !m_state.siteId.isEmpty()) {
+        m_loading->loadThenUpdate(m_state.siteId);
+    } else {
+        m_loading->update();
+    }
+}
+
 bool CItemWeather::command(int id, int notification) {
+    if (kFirstProduct <= id && id <= kLastProduct) {
+        showProduct(id - kFirstProduct);
+        return true;
+    }
     switch (id) {
     case kNearbyStations:
         Dialogs(*this).chooseStation(centrePosition());
@@ -239,7 +306,8 @@ bool CItemWeather::command(int id, int notification) {
         Dialogs(*this).editStorage();
         return true;
     default:
-        return m_reading->command(id) || CItemMapView::command(id, notification);
+        return m_reading->command(id) || m_player.command(id) || m_pictures.command(id) ||
+               CItemMapView::command(id, notification);
     }
 }
 
@@ -249,14 +317,25 @@ bool CItemWeather::keyDown(int key) {
 
 bool CItemWeather::stylusDown(int x, int y, Qt::KeyboardModifiers keys) {
     m_reading->pressed(onPage(x, y));
+    m_player.pressed(onPage(x, y));
     return CItemMapView::stylusDown(x, y, keys);
 }
 
 void CItemWeather::stylusUp(int x, int y) {
-    m_reading->lifted(onPage(x, y));
+    if (m_reading->lifted(onPage(x, y))) {
+        m_player.pressEnded();
+    } else {
+        m_player.lifted(onPage(x, y));
+    }
+}
+
+void CItemWeather::stylusLost() {
+    m_player.pressEnded();
+    CItemMapView::stylusLost();
 }
 
 bool CItemWeather::doublePress(int x, int y) {
+    m_player.pressEnded();
     return m_reading->pressedAgain(onPage(x, y)) || CItemMapView::doublePress(x, y);
 }
 
@@ -281,13 +360,6 @@ QString CItemWeather::contextHeading(int x, int y) const {
     return m_reading->heading(onPage(x, y));
 }
 
-void CItemWeather::menuPopUp(QMenu& menu) {
-    CItemMapView::menuPopUp(menu);
-    if (firstOnPage()) {
-        m_reading->prepareMenu(menu);
-    }
-}
-
 void CItemWeather::Tick() {
     const FileTime now = CHeartbeat::program().now();
     if (updateIsDue(m_state, now)) {
@@ -297,10 +369,14 @@ void CItemWeather::Tick() {
     // again only when the words for its age change.
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;
     if (!onScreen) {
+        m_player.loop().stopClock();
         return;
     }
     const Reading::Held held = m_reading->holdFrame();
-    const bool moved = held.holds ? held.changed : stepAnimation(m_state);
+    if (held.holds) {
+        m_player.loop().stopClock();
+    }
+    const bool moved = held.holds ? held.changed : m_player.tick();
     if (moved || age().text != m_ageShown || m_reading->wordsChanged()) {
         invalidate();
     }

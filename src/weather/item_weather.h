@@ -5,6 +5,8 @@
 #include "core/heartbeat.h"
 #include "map/item_map_view.h"
 #include "persist/type_ids.h"
+#include "pictures/item_pictures.h"
+#include "player/item_player.h"
 #include "radar/radar_state.h"
 #include "weather/first_show.h"
 #include "weather/layer_stack.h"
@@ -57,10 +59,14 @@ public:
     /// Loads what the item shows, unless it is there. An item without a site asks for one.
     void windowCreated() override;
     bool command(int id, int notification) override;
+    /// "1" to "7" show a product, in the order of their table; those of the loop (kLoopRows).
+    bool character(char16_t unit) override;
     /// Esc ends measuring and tracking; Return takes the place in the middle for them.
     bool keyDown(int key) override;
     bool stylusDown(int x, int y, Qt::KeyboardModifiers keys) override;
+    /// A tap that reads nothing shows or hides the bar of the loop.
     void stylusUp(int x, int y) override;
+    void stylusLost() override;
     bool doublePress(int x, int y) override;
     void pointerMoved(int x, int y) override;
     void pointerRested(int x, int y) override;
@@ -88,6 +94,8 @@ public:
     /// What fetches for the item, borrowed for its life. Without it the item fetches for itself.
     void useDownloads(Downloads& downloads);
 
+    [[nodiscard]] ItemPictures& pictures() { return m_pictures; }
+
     /// Whether something is being loaded, or updated.
     [[nodiscard]] bool loading() const;
 
@@ -95,6 +103,7 @@ protected:
     [[nodiscard]] QSize imageSize() const override {
         return {m_state.imageWidth, m_state.imageHeight};
     }
+    [[nodiscard]] int coveredBelow() const override { return m_player.coveredHeight(); }
 
 private:
     class Loading;
@@ -102,11 +111,13 @@ private:
     class Reading;
 
     void placeImage(GeoPosition centreBefore);
+    void showProduct(int product);
     [[nodiscard]] PictureTexts texts() const;
     [[nodiscard]] const RadarFrame* shownFrame() const;
     [[nodiscard]] ImageAge age() const;
     [[nodiscard]] QString productText() const;
     [[nodiscard]] QPoint onPage(int x, int y) const { return area().topLeft() + QPoint(x, y); }
+    [[nodiscard]] QString pictureName() const;
 
     RadarState m_state;
     BasemapLayers m_layers;
@@ -114,6 +125,8 @@ private:
     LayerStack m_stack;
     std::unique_ptr<Loading> m_loading;
     std::unique_ptr<Reading> m_reading;
+    ItemPlayer m_player;
+    ItemPictures m_pictures;
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
 };

@@ -2,9 +2,9 @@
 #include "weather/item_weather_dialogs.h"
 
 #include "core/user_change.h"
+#include "stations/dlg_station.h"
 #include "weather/dlg_animation.h"
 #include "weather/dlg_layers.h"
-#include "weather/dlg_station.h"
 #include "weather/dlg_storage.h"
 #include "weather/item_weather_loading.h"
 
@@ -14,7 +14,12 @@
 namespace raincast {
 
 void CItemWeather::Dialogs::chooseStation(GeoPosition position) {
-    raincast::CDlgStation dialog(position, m_item.m_state.siteId);
+    const CDataGPSPosition& fix = m_item.lastFix();
+    const auto own =
+        fix.valid() ? std::optional(GeoPosition{fix.latitude, fix.longitude}) : std::nullopt;
+    raincast::CDlgStation dialog(
+        position, m_item.m_state.siteId, QStringLiteral("the map's middle"), own
+    );
     if (dialog.run(m_item.page()->widget()) != Dialog::kOk) {
         return;
     }

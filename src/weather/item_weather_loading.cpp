@@ -2,6 +2,7 @@
 #include "weather/item_weather_loading.h"
 
 #include "core/clock.h"
+#include "core/user_change.h"
 #include "radar/animation.h"
 #include "radar/cache.h"
 #include "weather/cached_frames.h"
@@ -22,6 +23,7 @@ bool CItemWeather::Loading::begin(const FirstShow& first) {
     RadarState& state = m_item.m_state;
     if (first.choice) {
         state.product = first.choice->product.value_or(state.product);
+        state.animate = state.animate || first.animate;
         load(first.choice->siteId, true);
         return true;
     }
@@ -81,6 +83,7 @@ void CItemWeather::Loading::loadCached(std::function<void(bool complete)> done) 
         m_item.m_state.frames = cached.frames;
         m_item.m_state.warnings = cached.warnings;
         rewindAnimation(m_item.m_state);
+        m_item.m_player.loop().framesChanged();
         done(cached.complete);
     });
 }
@@ -163,6 +166,7 @@ void CItemWeather::Loading::update() {
     }
     cancel();
     m_forRadar = true;
+    m_siteBefore = siteId;
     m_action = RequestUpdate(scene(), [this](bool well) { ended(well); });
 }
 
@@ -195,6 +199,8 @@ void CItemWeather::Loading::hold(bool held) {
 void CItemWeather::Loading::ended(bool well) {
     m_action.reset();
     m_progress = {};
+    m_item.m_player.loop().framesChanged();
+    saySiteChange();
     if (well && m_forRadar && ServersSetting::inUse() == WeatherSource::live) {
         ServersSetting::noteLive();
     }
@@ -215,9 +221,22 @@ void CItemWeather::Loading::cancel() {
     m_inWindow = onScreen();
     m_resuming.reset();
     m_action.reset();
+    m_siteBefore.clear();
     m_updateNext = false;
     m_progress = {};
     settleDue();
+}
+
+// An update has taken another site if the view has moved there.
+void CItemWeather::Loading::saySiteChange() {
+    const QString before = std::exchange(m_siteBefore, QString());
+    const QString& now = m_item.m_state.siteId;
+    if (!before.isEmpty() && before != now && onScreen()) {
+        m_siteChange.show(m_item.page()->application(), before, now, [this, before] {
+            UserChange::announce();
+            load(before, true);
+        });
+    }
 }
 
 // An automatic update has ended.

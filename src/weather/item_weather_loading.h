@@ -5,6 +5,7 @@
 #include "basemap/radar_view.h"
 #include "core/background.h"
 #include "net/downloads.h"
+#include "stations/site_change_line.h"
 #include "weather/item_weather.h"
 #include "weather/retry_wait.h"
 #include "weather/servers_setting.h"
@@ -86,6 +87,7 @@ public:
 
 private:
     void windowGone();
+    void saySiteChange();
     void loadCached(std::function<void(bool complete)> done);
     void say(const QString& status);
     void ended(bool well);
@@ -109,6 +111,8 @@ private:
     QMetaObject::Connection m_windowGone;
     bool m_inWindow = false; ///< what runs was begun while the page had its window
     bool m_interrupted = false;
+    QString m_siteBefore; ///< of an update that runs
+    SiteChangeLine m_siteChange;
     bool m_updateNext = false; ///< when the present action has ended
     RetryWait m_retry;
     std::optional<FileTime> m_dueAt; ///< of the automatic update that runs

@@ -132,11 +132,12 @@ QString CItemWeather::Reading::heading(QPoint place) const {
     return RadarReading::readout(sight(), place).join(u'\n');
 }
 
-void CItemWeather::Reading::lifted(QPoint place) {
+bool CItemWeather::Reading::lifted(QPoint place) {
     const auto from = std::exchange(m_pressed, std::nullopt);
-    if (from && (place - *from).manhattanLength() <= kTremble) {
-        show(m_reading.tap(place, sight()));
-    }
+    const bool isTap = from && (place - *from).manhattanLength() <= kTremble;
+    const bool taken = isTap && m_reading.tap(place, sight());
+    show(taken);
+    return taken;
 }
 
 bool CItemWeather::Reading::pressedAgain(QPoint place) {

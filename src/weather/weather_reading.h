@@ -25,8 +25,8 @@ public:
     void pointerRested(QPoint place) { show(m_reading.pointerRested(place)); }
     void pointerLeft() { show(m_reading.pointerLeft()); }
     void pressed(QPoint place) { m_pressed = place; }
-    /// The press was lifted; what did not move was a tap.
-    void lifted(QPoint place);
+    /// The press was lifted; what did not move was a tap. Whether that meant anything here.
+    bool lifted(QPoint place);
     /// A second press is a tap as well while something is under way; false otherwise.
     bool pressedAgain(QPoint place);
     /// Esc ends, Return takes the middle for a point.

@@ -12,7 +12,8 @@
 
 namespace raincast {
 
-ActionRow::ActionRow(const QString& action, std::function<void()> pressed) : m_text(new QLabel) {
+ActionRow::ActionRow(const QString& action, std::function<void()> pressed)
+    : m_text(new QLabel), m_button(new QPushButton(action)) {
     const int margin = dialogMargin(ScreenMetrics::current().logPixelsY);
     hide();
     setBackgroundRole(QPalette::ToolTipBase);
@@ -20,18 +21,21 @@ ActionRow::ActionRow(const QString& action, std::function<void()> pressed) : m_t
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
     m_text->setForegroundRole(QPalette::ToolTipText);
-    auto* const button = new QPushButton(action);
-    button->setAutoDefault(true);
-    button->setFocusPolicy(Qt::TabFocus); // a click leaves the keyboard where it is
+    m_button->setAutoDefault(true);
+    m_button->setFocusPolicy(Qt::TabFocus); // a click leaves the keyboard where it is
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(2 * margin, margin, margin, margin);
     row->addWidget(m_text, 1);
-    row->addWidget(button);
-    connect(button, &QPushButton::clicked, this, std::move(pressed));
+    row->addWidget(m_button);
+    connect(m_button, &QPushButton::clicked, this, std::move(pressed));
 }
 
 void ActionRow::setText(const QString& text) {
     m_text->setText(text);
+}
+
+void ActionRow::setAction(const QString& action) {
+    m_button->setText(action);
 }
 
 QString ActionRow::text() const {

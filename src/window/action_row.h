@@ -7,6 +7,7 @@
 #include <functional>
 
 class QLabel;
+class QPushButton;
 
 namespace raincast {
 
@@ -18,10 +19,13 @@ public:
     ActionRow(const QString& action, std::function<void()> pressed);
 
     void setText(const QString& text);
+    /// What the button says.
+    void setAction(const QString& action);
     [[nodiscard]] QString text() const;
 
 private:
     QLabel* m_text;
+    QPushButton* m_button;
 };
 
 } // namespace raincast

@@ -11,6 +11,18 @@
 
 namespace raincast {
 
+namespace {
+
+// A shortcut of no widget but the menus themselves: it is seen, and somebody else acts on the key.
+void showKey(QAction& entry, const char* key) {
+    if (*key != '\0' && entry.shortcuts().isEmpty()) {
+        entry.setShortcut(QKeySequence(QString::fromLatin1(key), QKeySequence::PortableText));
+        entry.setShortcutContext(Qt::WidgetShortcut);
+    }
+}
+
+} // namespace
+
 QAction& CommandSet::action(int command) {
     QAction*& entry = m_actions[command];
     if (entry == nullptr) {
@@ -43,6 +55,7 @@ void CommandSet::fillAny(Menu& menu, std::span<const MenuRow> rows) {
             if (entry.text().isEmpty()) {
                 entry.setText(text);
             }
+            showKey(entry, row.key);
             menu.addAction(&entry);
             break;
         }

@@ -19,6 +19,8 @@ enum Command : int {
     kExit = 40010,
     kAbout = 40029,
     kFullScreen = 40910,
+    kShowKeys = 40912, ///< the sheet of keys
+    kOpenMenu = 40913,
     // For the item that understands them: the tool buttons, the wheel and a pinch
     kZoomIn = 40030,
     kZoomOut = 40031,
@@ -30,6 +32,18 @@ enum Command : int {
     kLayers = 40034,
     kStorage = 40035,
     kAllStations = 40044,
+    kFirstProduct = 40930, ///< and the six after it, in the order of the product table
+    kLastProduct = 40936,
+    kPlayLoop = 40940, ///< or pause it
+    kStepBack = 40941,
+    kStepForward = 40942,
+    kHalfSpeed = 40943, ///< and the three after it: normal, double, four times
+    kFourTimesSpeed = 40946,
+    kUtcTimes = 40947,
+    kShowBar = 40948, ///< of a loop, or hide it
+    kSavePicture = 40950,
+    kCopyPicture = 40951,
+    kSaveLoop = 40952,
     // Maps
     kAddMark = 40920,
     kMarks = 40921,

@@ -13,10 +13,13 @@ struct MenuRow {
     int command = 0;
     const char16_t* text = u"";
     std::span<const MenuRow> rows; ///< of a submenu
+    const char* key = "";          ///< that does the same; see menuEntry()
 };
 
-constexpr MenuRow menuEntry(int command, const char16_t* text) {
-    return {MenuRow::Kind::command, command, text, {}};
+/// `key`, in QKeySequence's portable form, is one that whoever takes the command listens to by
+/// itself, as an item of a page does: the entry shows it and does nothing with it.
+constexpr MenuRow menuEntry(int command, const char16_t* text, const char* key = "") {
+    return {MenuRow::Kind::command, command, text, {}, key};
 }
 
 constexpr MenuRow menuSeparator() {
@@ -24,7 +27,7 @@ constexpr MenuRow menuSeparator() {
 }
 
 constexpr MenuRow subMenu(const char16_t* text, std::span<const MenuRow> rows) {
-    return {MenuRow::Kind::submenu, 0, text, rows};
+    return {MenuRow::Kind::submenu, 0, text, rows, ""};
 }
 
 /// A key that stands for a command, in QKeySequence's portable form ("Ctrl+Q").

@@ -40,8 +40,14 @@ ScreenStyle::ScreenStyle(QStyle* base, int height) : QProxyStyle(base), m_height
 int ScreenStyle::styleHint(
     StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* returnData
 ) const {
-    return hint == SH_Menu_Scrollable ? 1
-                                      : QProxyStyle::styleHint(hint, option, widget, returnData);
+    switch (hint) {
+    case SH_Menu_Scrollable:
+        return 1;
+    case SH_Slider_AbsoluteSetButtons:
+        return Qt::LeftButton;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
 }
 
 QSize ScreenStyle::sizeFromContents(

@@ -6,9 +6,10 @@
 namespace raincast {
 
 /// The style of the desktop, fitted to the screen. A menu that is higher than the screen scrolls:
-/// further columns would end up outside of a narrow one. On a touch screen buttons, fields, menu
-/// entries and list rows are high enough for a finger; dialogs follow, since their units grow until
-/// every control has the height that the style asks for.
+/// further columns would end up outside of a narrow one. A press on a slider's groove takes the
+/// handle there. On a touch screen buttons, fields, menu entries and list rows are high enough for
+/// a finger; dialogs follow, since their units grow until every control has the height that the
+/// style asks for.
 class ScreenStyle : public QProxyStyle {
 public:
     /// `base` becomes this style's own; `height` is the least height in logical pixels, 0 for as

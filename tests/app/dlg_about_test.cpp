@@ -55,7 +55,9 @@ TEST_F(AboutTest, ItNamesTheProductAndItsVersion) {
         EXPECT_EQ(
             texts(dialog), QStringList(
                                {"Raincast", "Version 5.2.0, Build 756",
-                                "NOAA/NWS NEXRAD via Unidata (AWS Open Data)"}
+                                "NOAA/NWS NEXRAD via Unidata (AWS Open Data)",
+                                "Free software, MIT licence. Maps: GSHHG (LGPL), ETOPO5 (NOAA), "
+                                "U.S. Census Bureau, GeoNames (CC BY 4.0)"}
                            )
         );
         EXPECT_FALSE(picture(dialog).isNull());

@@ -100,7 +100,7 @@ TEST_F(MainWindowTest, TheFirstMenuHoldsThePageCommandsAndTheProgramsOwn) {
     EXPECT_THAT(
         entries, ElementsAre(
                      kPageEntriesPlace, 0, 40004, 40005, 40009, 0, kPageListPlace, 0, 0,
-                     kFullScreen, 40029, 40010
+                     kFullScreen, 40912, 40029, 40010
                  )
     );
     EXPECT_NE(findCommand(*window.pageMenu(), kSettingsPlace), nullptr);

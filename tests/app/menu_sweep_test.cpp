@@ -343,6 +343,10 @@ protected:
             count(action, ofMenu);
         });
         choice.choose();
+        if (QWidget* const menu = QApplication::activePopupWidget();
+            menu == viewer.window()->pageMenu()) {
+            menu->close(); // that is what F10 is for
+        }
         finish(viewer);
         test::settle();
         EXPECT_EQ(std::max(ofAction, ofMenu), 1);

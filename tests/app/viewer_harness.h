@@ -8,6 +8,7 @@
 #include "page/item.h"
 #include "page/page.h"
 #include "page/page_display.h"
+#include "pictures/picture_folder_setting.h"
 #include "support/http_server.h"
 #include "support/menu.h"
 #include "support/qt_app.h"
@@ -38,6 +39,7 @@ class ViewerHarness : public GuiTest {
 protected:
     ViewerHarness() {
         forgetRun();
+        PictureFolderSetting::setFolder(home.root());
         Clock::use(&clock);
         publishLayers(server, "MUX");
         publishFrames(server, {"20190519_0534", "20190519_0544", "20190519_0554"}, "MUX");
@@ -46,6 +48,7 @@ protected:
     }
     ~ViewerHarness() override {
         forgetRun();
+        PictureFolderSetting::setFolder({});
         Clock::use(nullptr);
     }
 

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSlider>
 
 namespace raincast::test {
 
@@ -20,6 +21,7 @@ bool isControl(const QWidget& widget) {
            qobject_cast<const QLabel*>(&widget) != nullptr ||
            qobject_cast<const QLineEdit*>(&widget) != nullptr ||
            qobject_cast<const QComboBox*>(&widget) != nullptr ||
+           qobject_cast<const QSlider*>(&widget) != nullptr ||
            qobject_cast<const QAbstractItemView*>(&widget) != nullptr;
 }
 

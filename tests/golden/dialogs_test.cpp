@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What every dialog looks like. A new dialog is a row of kDialogs.
+#include "app/keys_dialog.h"
 #include "app/position_source_dialog.h"
 #include "golden_test.h"
 #include "map/dlg_gps_vector.h"
@@ -8,9 +9,11 @@
 #include "map/marks_dialog.h"
 #include "page/dlg_pages.h"
 #include "page/global_settings_type.h"
+#include "pictures/save_dialog.h"
 #include "position/position_receiver.h"
 #include "position/source/position_source_setting.h"
 #include "sample_viewer.h"
+#include "stations/dlg_station.h"
 #include "support/dialog_script.h"
 #include "support/fake_source.h"
 #include "units/dlg_units.h"
@@ -22,7 +25,9 @@
 #include "window/dlg_rename.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
+#include <QPushButton>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -90,11 +95,13 @@ void openMarks(SampleViewer& viewer) {
 }
 
 constexpr DialogRow kDialogs[] = {
+    {KeysDialog::kTemplate, "keys", "Keys", sendTo<kShowKeys>},
     {103, "about", "About Raincast", sendTo<kAbout>},
     {CDlgItemTypeSelect::kTemplate, "item_types", "Select Display Item", sendTo<kAddItem>},
     {CDlgItemTypeSelect::kTemplate, "page_types", "Select Page Type", openPageTypes},
-    {CDlgItemTypeSelect::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},
-    {CDlgItemTypeSelect::kTemplate, "stations_nearby", "Weather Station", sendTo<kNearbyStations>},
+    {CDlgStation::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},
+    {CDlgStation::kTemplate, "stations_nearby", "Weather Station", sendTo<kNearbyStations>},
+    {SaveDialog::kTemplate, "save_picture", "Save Picture", sendTo<kSavePicture>},
     {MarksDialog::kTemplate, "marks", "Marks", openMarks},
     {GoToDialog::kTemplate, "go_to_position", "Go to Position", sendTo<kGoToPosition>},
     {CDlgRename::kTemplate, "add_mark", "Add Mark", sendTo<kAddMark>},
@@ -119,6 +126,13 @@ void steady(QDialog& dialog) {
     }
 }
 
+void steadyPath(QDialog& dialog) {
+    auto* const path = dialog.findChild<QLineEdit*>();
+    if (path != nullptr && dialog.windowTitle() == QStringLiteral("Save Picture")) {
+        path->setText(QStringLiteral("/home/skipper/mux.png"));
+    }
+}
+
 class DialogsLook : public GoldenTest, public testing::WithParamInterface<DialogRow> {};
 
 TEST_P(DialogsLook, IsAsItWas) {
@@ -127,9 +141,20 @@ TEST_P(DialogsLook, IsAsItWas) {
     DialogScript script;
     script.expect(row.caption, [&row](QDialog& dialog) {
         steady(dialog);
+        steadyPath(dialog);
         look(row.name, dialog);
     });
     row.open(viewer);
+}
+
+TEST_F(GoldenTest, TheMapOfTheStations) {
+    SampleViewer viewer;
+    DialogScript script;
+    script.expect("Weather Station", [](QDialog& dialog) {
+        QTest::keyClick(dialog.findChild<QPushButton*>(QStringLiteral("1092")), Qt::Key_Space);
+        look("stations_map", dialog);
+    });
+    viewer.command(kAllStations);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DialogsLook, testing::ValuesIn(kDialogs), [](const auto& row) {

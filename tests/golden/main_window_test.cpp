@@ -3,6 +3,7 @@
 #include "../weather/dialog_controls.h"
 #include "golden_test.h"
 #include "page/page_pointer.h"
+#include "player/loop_setting.h"
 #include "reading/reading_setting.h"
 #include "sample_viewer.h"
 #include "support/dialog_script.h"
@@ -38,17 +39,33 @@ protected:
         ADD_FAILURE() << "no entry " << qPrintable(text);
         return nullptr;
     }
-    void lookAtSubmenu(const QString& text, const QString& name) {
-        QMenu* const menu = openMenu();
+    /// Looks at the menu at the end of a way: {"Weather", "Product"}.
+    void lookAtSubmenu(const QStringList& way, const QString& name) {
+        QMenu* menu = openMenu();
+        for (const QString& text : way) {
+            ASSERT_NE(menu, nullptr);
+            menu->setActiveAction(entry(*menu, text));
+            QTest::keyClick(menu, Qt::Key_Right);
+            ASSERT_NE(QApplication::activePopupWidget(), menu);
+            menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        }
         ASSERT_NE(menu, nullptr);
-        menu->setActiveAction(entry(*menu, text));
-        QTest::keyClick(menu, Qt::Key_Right);
-        QWidget* const submenu = QApplication::activePopupWidget();
-        ASSERT_NE(submenu, nullptr);
-        ASSERT_NE(submenu, menu);
-        look(name, *submenu);
-        submenu->close();
-        menu->close();
+        look(name, *menu);
+        while (QWidget* const open = QApplication::activePopupWidget()) {
+            open->close();
+        }
+    }
+    /// Has several frames loaded, and stops at the one before the newest.
+    void loadLoop() {
+        DialogScript script;
+        script.expect("Animation", [](QDialog& dialog) {
+            check(dialog, "Enable Animation", true);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        });
+        viewer.command(kAnimation);
+        viewer.finish();
+        viewer.command(kPlayLoop);
+        viewer.command(kStepBack);
     }
 
     SampleViewer viewer;
@@ -85,11 +102,20 @@ TEST_F(MainWindowLooks, WithItsMenuOpen) {
 }
 
 TEST_F(MainWindowLooks, WithASubmenuOpen) {
-    lookAtSubmenu("Settings", "menu_settings");
-    lookAtSubmenu("Layout", "menu_layout");
-    lookAtSubmenu("Weather", "menu_weather");
-    lookAtSubmenu("Reading", "menu_reading");
-    lookAtSubmenu("Map", "menu_map");
+    lookAtSubmenu({"Settings"}, "menu_settings");
+    lookAtSubmenu({"Layout"}, "menu_layout");
+    lookAtSubmenu({"Weather"}, "menu_weather");
+    lookAtSubmenu({"Reading"}, "menu_reading");
+    lookAtSubmenu({"Map"}, "menu_map");
+    lookAtSubmenu({"Weather", "Product"}, "menu_product");
+    lookAtSubmenu({"Weather", "Loop"}, "menu_loop");
+}
+
+TEST_F(MainWindowLooks, WithTheBarOfALoop) {
+    LoopSetting::setBar(LoopSetting::Bar::always);
+    loadLoop();
+    look("loop_bar", viewer.frame());
+    LoopSetting::setBar(LoopSetting::Bar::whereRoomIs);
 }
 
 // --- Reading the radar --------------------------------------------------------------------------

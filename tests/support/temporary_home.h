@@ -44,6 +44,7 @@ public:
         for (const auto& [name, folder] : variables()) {
             environment.insert(name, path(folder));
         }
+        environment.insert("HOME", root()); // pictures are saved there
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         return environment;
     }

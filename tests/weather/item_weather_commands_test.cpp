@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The numbers of the radar item's commands, typed by hand, and what each of them does.
+#include "radar/catalogue/products.h"
 #include "weather_page.h"
+#include "window/command_set.h"
 #include "window/menu_table.h"
 #include "window/row_delegate.h"
 
 #include <QListWidget>
+#include <QMenu>
+
+#include <algorithm>
+#include <string>
 
 namespace raincast {
 namespace {
@@ -34,7 +40,8 @@ TEST_F(ItemWeatherCommandsTest, TheNumbersOfItsMenuStay) {
     EXPECT_THAT(
         entries, ElementsAre(
                      Pair(40028, "Nearby Stations"), Pair(40044, "All Stations"),
-                     Pair(40033, "Animation"), Pair(40034, "Layers"), Pair(40035, "Storage")
+                     Pair(0, "Product"), Pair(0, "Loop"), Pair(40033, "Animation"),
+                     Pair(40034, "Layers"), Pair(40035, "Storage"), Pair(0, "Pictures")
                  )
     );
 }
@@ -76,6 +83,65 @@ TEST_F(ItemWeatherCommandsTest, NearbyStationsAreThoseNearTheMiddleOfTheView) {
         m_page->keyDown(Qt::Key_Right);
     }
     Listener<CDataGPSPosition>::Notify(fix = {});
+}
+
+TEST_F(ItemWeatherCommandsTest, TheProductsOfTheMenuAreThoseOfTheTable) {
+    const auto rows = MenuTableRecord::find(108)[0].rows[0].rows[2].rows;
+    ASSERT_EQ(rows.size(), radarProducts().size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(QString::fromUtf16(rows[i].text).remove(u'&'), radarProducts()[i].nameText());
+        EXPECT_EQ(rows[i].command, 40930 + static_cast<int>(i));
+        EXPECT_EQ(rows[i].key, std::to_string(i + 1));
+    }
+}
+
+TEST_F(ItemWeatherCommandsTest, AProductIsShownAtOnce) {
+    EXPECT_TRUE(m_page->command(40931, clicked));
+    EXPECT_EQ(m_item->state().product, 1);
+    EXPECT_TRUE(m_item->loading());
+    finish();
+    EXPECT_EQ(m_server.count(test::framesPath("MUX", "NCR")), 1);
+
+    EXPECT_TRUE(m_page->character(u'1'));
+    EXPECT_EQ(m_item->state().product, 0);
+    finish();
+    const int before = m_server.count(test::framesPath("MUX"));
+    EXPECT_TRUE(m_page->character(u'1'));
+    EXPECT_FALSE(m_item->loading()) << "it is shown already";
+    EXPECT_EQ(m_server.count(test::framesPath("MUX")), before);
+    EXPECT_FALSE(m_page->character(u'8'));
+    EXPECT_EQ(m_item->state().product, 0);
+}
+
+TEST_F(ItemWeatherCommandsTest, TheProductOfAnotherRangeComesWithItsLayers) {
+    const auto asksForLongRange = [this] {
+        const auto requests = m_server.requests();
+        return std::any_of(requests.begin(), requests.end(), [](const auto& request) {
+            return request.path.contains(QStringLiteral("/Long/"));
+        });
+    };
+    EXPECT_FALSE(asksForLongRange());
+    EXPECT_TRUE(m_page->character(u'3'));
+    finish();
+    EXPECT_TRUE(asksForLongRange());
+}
+
+TEST_F(ItemWeatherCommandsTest, AProductMayBeChosenBeforeASite) {
+    makePage();
+    m_item->setRectangle({0, 0, 300, 280});
+    EXPECT_TRUE(m_page->character(u'6'));
+    EXPECT_EQ(m_item->state().product, 5);
+    EXPECT_FALSE(m_item->loading());
+}
+
+TEST_F(ItemWeatherCommandsTest, TheMenuMarksTheProductOfTheFirstItem) {
+    auto& second = static_cast<CItemWeather&>(m_page->addItem(std::make_unique<CItemWeather>()));
+    EXPECT_TRUE(second.character(u'2'));
+    CommandSet commands(m_window);
+    const auto menu = commands.load(CItemWeather::kMenu);
+    m_page->menuPopUp(*menu);
+    EXPECT_TRUE(findCommand(*menu, 40930)->isChecked());
+    EXPECT_FALSE(findCommand(*menu, 40931)->isChecked());
 }
 
 } // namespace

@@ -129,6 +129,17 @@ TEST_F(CommandSetTest, KeysSendTheirCommandWhetherOrNotAMenuHoldsIt) {
     EXPECT_THAT(window.log, ElementsAre("command 40010", "command 40032", "command 40032"));
 }
 
+TEST_F(CommandSetTest, AnEntryShowsAKeyThatSomebodyElseActsOn) {
+    static constexpr MenuRow rows[] = {menuEntry(30, u"&First", "1"), menuEntry(31, u"&Second")};
+    static constexpr MenuRow bar[] = {subMenu(u"&Menu", rows)};
+    commands.fill(*mainWindow.menuBar(), bar);
+    test::show(mainWindow);
+    EXPECT_EQ(commands.action(30).shortcut().toString().toStdString(), "1");
+    EXPECT_TRUE(commands.action(31).shortcut().isEmpty());
+    QTest::keyClick(&mainWindow, Qt::Key_1);
+    EXPECT_THAT(window.log, IsEmpty());
+}
+
 TEST_F(CommandSetTest, APublishedMenuIsLoadedByItsNumber) {
     const auto menu = commands.load(kLoadedId);
     ASSERT_NE(firstSubmenu(*menu), nullptr);

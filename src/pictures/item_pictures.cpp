@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+#include "pictures/item_pictures.h"
+
+#include "page/app_paged.h"
+#include "page/item.h"
+#include "pictures/save_dialog.h"
+#include "player/loop_setting.h"
+#include "window/command_set.h"
+#include "window/message_box.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPainter>
+
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+// As on the screen, where the newest frame stays for three steps.
+constexpr int kStepsOfNewest = 3;
+
+QString cannotSave(const QString& path, const QString& reason) {
+    return QStringLiteral("%1 cannot be written: %2.").arg(path, reason);
+}
+
+WholeFile::Result writePng(const QString& path, const QImage& picture) {
+    QBuffer png;
+    if (!png.open(QIODevice::WriteOnly) || !picture.save(&png, "PNG")) {
+        return tl::unexpected(QStringLiteral("There is not enough memory"));
+    }
+    return replaceFile(path, png.data(), Lasting::yes);
+}
+
+} // namespace
+
+ItemPictures::ItemPictures(Source source) : m_source(std::move(source)) {}
+
+ItemPictures::~ItemPictures() {
+    delete m_row;
+}
+
+bool ItemPictures::hasPicture() const {
+    const CPageDisplay* const page = m_source.item.page();
+    return page != nullptr && page->widget() != nullptr && !m_source.area().isEmpty();
+}
+
+bool ItemPictures::command(int id) {
+    static constexpr std::pair<int, void (ItemPictures::*)()> kCommands[] = {
+        {kSavePicture, &ItemPictures::savePicture},
+        {kCopyPicture, &ItemPictures::copyPicture},
+        {kSaveLoop, &ItemPictures::saveLoop},
+    };
+    for (const auto& [command, operation] : kCommands) {
+        if (command == id) {
+            if (hasPicture()) {
+                (this->*operation)();
+            }
+            return true;
+        }
+    }
+    return false;
+}
+
+void ItemPictures::prepareMenu(QMenu& menu) const {
+    enableCommand(menu, kSaveLoop, m_source.state.frames.size() >= 2);
+}
+
+QImage ItemPictures::paint() const {
+    if (!hasPicture()) {
+        return {};
+    }
+    const QWidget& window = *m_source.item.page()->widget();
+    QImage page(m_source.item.page()->deviceSize(), QImage::Format_RGB32);
+    page.fill(window.palette().color(QPalette::Base));
+    QPainter painter(&page);
+    painter.setFont(window.font());
+    painter.setClipRect(m_source.area());
+    m_source.item.draw(painter);
+    painter.end();
+    return page.copy(m_source.area().intersected(page.rect()));
+}
+
+void ItemPictures::savePicture() {
+    const QImage picture = paint(); // as it is now: the loop may go on behind the dialog
+    SaveDialog dialog(QStringLiteral("Save Picture"), m_source.name() + QStringLiteral(".png"));
+    QWidget* const window = m_source.item.page()->widget();
+    if (dialog.run(window) != Dialog::kOk) {
+        return;
+    }
+    if (const auto written = writePng(dialog.path(), picture); !written) {
+        messageBox(
+            window, cannotSave(dialog.path(), written.error()), QStringLiteral("Save Picture")
+        );
+    }
+}
+
+void ItemPictures::copyPicture() {
+    QGuiApplication::clipboard()->setImage(paint());
+}
+
+void ItemPictures::saveLoop() {
+    SaveDialog dialog(QStringLiteral("Save Loop"), m_source.name() + QStringLiteral(".gif"));
+    if (dialog.run(m_source.item.page()->widget()) != Dialog::kOk || !hasPicture()) {
+        return;
+    }
+    const QString path = dialog.path();
+    writeLoop(path, [this, path](const WholeFile::Result& result) { loopSaved(path, result); });
+    say(QStringLiteral("Saving the loop..."), QStringLiteral("&Cancel"));
+}
+
+void ItemPictures::writeLoop(const QString& path, Done done) {
+    auto frames = paintLoop();
+    const auto count = static_cast<int>(frames.size());
+    m_saving = std::make_unique<LoopSaving>(
+        path, std::move(frames),
+        [this, count](int written) {
+            if (m_row) {
+                m_row->setText(
+                    QStringLiteral("Saving the loop: %1 of %2 frames").arg(written).arg(count)
+                );
+            }
+        },
+        std::move(done)
+    );
+}
+
+std::vector<AnimatedGif::Frame> ItemPictures::paintLoop() const {
+    const int step = kLoopSpeeds[static_cast<std::size_t>(LoopSetting::speed())].milliseconds;
+    RadarState& state = m_source.state;
+    const RadarFrame shown = state.current;
+    std::vector<AnimatedGif::Frame> pictures;
+    for (const RadarFrame& frame : state.frames) {
+        state.current = frame;
+        pictures.push_back({paint(), step});
+    }
+    state.current = shown;
+    if (pictures.empty()) {
+        pictures.push_back({paint(), step});
+    }
+    pictures.back().milliseconds *= kStepsOfNewest;
+    return pictures;
+}
+
+void ItemPictures::say(const QString& text, const QString& action) {
+    CAppPaged* const application = m_source.item.page()->application();
+    if (!m_row && application != nullptr) {
+        m_row = application->addRow([this] { rowPressed(); });
+    }
+    if (m_row) {
+        m_row->setText(text);
+        m_row->setAction(action);
+        m_row->show();
+    }
+}
+
+// Cancels, or takes note of the end.
+void ItemPictures::rowPressed() {
+    m_saving.reset();
+    m_row->hide();
+    m_row->deleteLater();
+    m_row = nullptr;
+}
+
+void ItemPictures::loopSaved(const QString& path, const WholeFile::Result& result) {
+    m_saving.reset();
+    say(result ? QStringLiteral("The loop is in %1.").arg(path) : cannotSave(path, result.error()),
+        QStringLiteral("&OK"));
+}
+
+} // namespace raincast

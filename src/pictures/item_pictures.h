@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "page/page_display.h"
+#include "pictures/loop_saving.h"
+#include "radar/radar_state.h"
+#include "window/action_row.h"
+#include "window/menu_table.h"
+
+#include <QImage>
+#include <QPointer>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace raincast {
+
+/// The rows of an item's menu for pictures of it.
+inline constexpr MenuRow kPictureRows[] = {
+    menuEntry(kSavePicture, u"&Save Picture..."),
+    menuEntry(kCopyPicture, u"&Copy Picture"),
+    menuEntry(kSaveLoop, u"Save &Loop..."),
+};
+
+/// Pictures of a display item as it is painted on its page, of the same size in device pixels, in
+/// files and on the clipboard; and its loop as an animated GIF, written in the background with a
+/// line at the bottom of the window that says how far it is and can cancel it.
+class ItemPictures {
+public:
+    using Item = CPageDisplay::CItem;
+    using Done = LoopSaving::Done;
+
+    struct Source {
+        Item& item;
+        RadarState& state;
+        /// The part of the page that the item's picture is to have.
+        std::function<QRect()> area;
+        /// A file name without its ending, such as "MUX_20190519_0554_N0R".
+        std::function<QString()> name;
+    };
+    /// What is borrowed is so for its life.
+    explicit ItemPictures(Source source);
+    ~ItemPictures();
+    ItemPictures(const ItemPictures&) = delete;
+    ItemPictures& operator=(const ItemPictures&) = delete;
+
+    /// Carries out a command of kPictureRows, as far as there is a picture; false for any other.
+    bool command(int id);
+    /// Greys the entries of kPictureRows in a menu.
+    void prepareMenu(QMenu& menu) const;
+
+    /// The item as it is painted now; null without a page that is shown.
+    [[nodiscard]] QImage paint() const;
+    /// Writes the loop, or the one picture that there is, into a file; `done` is called once.
+    /// Another one that is being written is cancelled.
+    void writeLoop(const QString& path, Done done);
+
+private:
+    [[nodiscard]] bool hasPicture() const;
+    void savePicture();
+    void copyPicture();
+    void saveLoop();
+    [[nodiscard]] std::vector<AnimatedGif::Frame> paintLoop() const;
+    void say(const QString& text, const QString& action);
+    void rowPressed();
+    void loopSaved(const QString& path, const WholeFile::Result& result);
+
+    Source m_source;
+    std::unique_ptr<LoopSaving> m_saving;
+    QPointer<ActionRow> m_row; ///< of the window
+};
+
+} // namespace raincast

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "stations/site_change_line.h"
+
+#include "page/app_paged.h"
+#include "radar/catalogue/sites.h"
+
+#include <QTimer>
+
+#include <utility>
+
+namespace raincast {
+
+namespace {
+
+QString nameOf(const QString& id) {
+    const RadarSite* const site = findRadarSite(id);
+    return site != nullptr ? QStringLiteral("%1, %2").arg(id, site->nameText()) : id;
+}
+
+} // namespace
+
+SiteChangeLine::~SiteChangeLine() {
+    delete m_row;
+}
+
+void SiteChangeLine::show(
+    CAppPaged* application, const QString& siteBefore, const QString& siteNow,
+    std::function<void()> back
+) {
+    delete m_row;
+    m_row = application == nullptr ? nullptr : application->addRow([this, back = std::move(back)] {
+        const auto goBack = back; // hiding ends what holds it
+        hide();
+        goBack();
+    });
+    if (!m_row) {
+        return;
+    }
+    m_row->setText(QStringLiteral("The view has moved to %1.").arg(nameOf(siteNow)));
+    m_row->setAction(QStringLiteral("&Back to %1").arg(siteBefore));
+    m_row->show();
+    QTimer::singleShot(kShownMilliseconds, m_row, [this] { hide(); });
+}
+
+void SiteChangeLine::hide() {
+    if (ActionRow* const row = std::exchange(m_row, nullptr)) {
+        row->hide();
+        row->deleteLater();
+    }
+}
+
+} // namespace raincast
