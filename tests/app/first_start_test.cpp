@@ -165,8 +165,10 @@ protected:
 };
 
 ActionRow* shownRow(Viewer& viewer) {
-    for (auto* const row : viewer.window()->client()->findChildren<ActionRow*>()) {
-        if (row->isVisible()) {
+    for (auto* const child : viewer.window()->client()->findChildren<QWidget*>()) {
+        // Not by its meta-object: it has none of its own.
+        auto* const row = dynamic_cast<ActionRow*>(child);
+        if (row != nullptr && row->isVisible()) {
             return row;
         }
     }
