@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a user who waits for a load sees: each step as it is done.
+#include "player/loop_setting.h"
 #include "support/files.h"
 #include "weather_page.h"
 
@@ -17,8 +18,10 @@ class ItemWeatherLoadingTest : public test::WeatherPage {
 protected:
     ItemWeatherLoadingTest() {
         m_window.resize(600, 550);
+        LoopSetting::setBar(LoopSetting::Bar::never); // it would cover that of the progress
         useWholePage();
     }
+    ~ItemWeatherLoadingTest() override { LoopSetting::setBar(LoopSetting::Bar::whereRoomIs); }
 
     void useWholePage() {
         m_item->setRectangle({0, 0, 600, 550});

@@ -102,8 +102,7 @@ TEST_F(ItemWeatherLoopTest, ADragAndADoublePressAreNoTaps) {
     test::press(page, {150, 100});
     test::moveTo(page, {120, 80});
     test::release(page, {120, 80});
-    test::click(page, {150, 100});
-    test::doubleClick(page, {150, 100});
+    test::doubleClick(page, {220, 160}); // elsewhere: it is no third press of a row
     QTimer later; // than the alarm of a tap would be
     later.setSingleShot(true);
     later.start(1001);
