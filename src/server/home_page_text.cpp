@@ -151,6 +151,8 @@ function showAges(status) {
     let mark = link.querySelector("small");
     if (!mark) link.append(mark = document.createElement("small"));
     mark.textContent = times.length ? " " + ageOf(times[times.length - 1], status.now) : "";
+    const asked = Object.values((status.wanted || {})[link.dataset.site] || {});
+    link.title = [...new Set(asked.map(one => one.provider))].filter(Boolean).join(", ");
   }
 }
 
