@@ -113,9 +113,11 @@ void LiveWatch::get(const QString& path, Downloads::Done done) {
 
 void LiveWatch::take(const HttpResponse& status) {
     m_download.reset();
-    m_decided = true;
+    const bool isUnreachable = status.answered() && saysUnreachable(status.body);
+    // A provider that has not answered yet may be slow, or not there at all.
+    m_decided = isUnreachable || ++m_inVain >= kMostInVain;
     if (isWanted() && status.answered()) {
-        ServersSetting::standIn(saysUnreachable(status.body));
+        ServersSetting::standIn(isUnreachable);
     }
     rest();
 }

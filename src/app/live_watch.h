@@ -57,7 +57,7 @@ private:
     std::unique_ptr<Downloads::Download> m_download;
     bool m_begun = false;
     bool m_decided = false;
-    int m_inVain = 0; ///< times that the server was not there to be asked
+    int m_inVain = 0; ///< times that the server was not there to be asked, or could not say
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); ///< for a late connection
 };
 

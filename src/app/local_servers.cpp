@@ -19,7 +19,8 @@ bool isWanted(const char16_t* server) {
 } // namespace
 
 LocalServers::LocalServers(QString program, const QStringList& liveArguments)
-    : m_live(program, QStringList(QStringLiteral("--live")) + kListing + liveArguments),
+    : m_program(program), m_liveArguments(liveArguments),
+      m_live(program, QStringList(QStringLiteral("--live")) + kListing + liveArguments),
       m_sample(std::move(program), QStringList(QStringLiteral("--sample")) + kListing) {}
 
 void LocalServers::EstablishConnection(const QString& host, Ready ready) {
@@ -30,14 +31,30 @@ void LocalServers::EstablishConnection(const QString& host, Ready ready) {
         m_live.use(tell);
     } else if (host == QStringView(kOwnSampleServer)) {
         m_sample.use(tell);
+    } else if (host.startsWith(QStringView(kOwnReplayServer))) {
+        replay(host).use(tell);
     } else {
         tell(host);
     }
 }
 
+LocalServer& LocalServers::replay(const QString& host) {
+    if (!m_replay || m_replayed != host) {
+        m_replayed = host;
+        const QStringList when = {
+            QStringLiteral("--live"), QStringLiteral("--replay"),
+            host.sliced(QStringView(kOwnReplayServer).size())};
+        m_replay = std::make_unique<LocalServer>(m_program, when + kListing + m_liveArguments);
+    }
+    return *m_replay;
+}
+
 QString LocalServers::addressOf(const QString& host) const {
     if (host == QStringView(kOwnLiveServer)) {
         return m_live.address();
+    }
+    if (host.startsWith(QStringView(kOwnReplayServer))) {
+        return m_replay && m_replayed == host ? m_replay->address() : QString();
     }
     return host == QStringView(kOwnSampleServer) ? m_sample.address() : host;
 }
@@ -49,6 +66,10 @@ void LocalServers::onPublished(ServersChange& /*change*/) {
     }
     if (!isWanted(kOwnSampleServer)) {
         m_sample.end();
+    }
+    if (m_replayed != ServersSetting::current().radar) {
+        m_replay.reset();
+        m_replayed.clear();
     }
 }
 

@@ -8,15 +8,18 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace raincast {
 
-/// The servers that the viewer starts for itself, one for live radar and one for sample weather, so
+/// The servers that the viewer starts for itself, one for live radar, one for sample weather and
+/// one for a storm of the past, so
 /// that a newcomer sees weather without configuring anything. Each is started for the first
 /// transfer that wants it, and ends when the settings want it no more. Other hosts are where their
 /// names say.
 class LocalServers : public ConnectionManager, public Listener<ServersChange> {
 public:
-    /// `liveArguments` go to the one for live radar as well.
+    /// `liveArguments` go to those for real weather as well.
     explicit LocalServers(
         QString program = LocalServer::installedProgram(), const QStringList& liveArguments = {}
     );
@@ -29,8 +32,14 @@ public:
     [[nodiscard]] const LocalServer& sample() const { return m_sample; }
 
 private:
+    [[nodiscard]] LocalServer& replay(const QString& host);
+
+    QString m_program;
+    QStringList m_liveArguments;
     LocalServer m_live;
     LocalServer m_sample;
+    std::unique_ptr<LocalServer> m_replay;
+    QString m_replayed; ///< the host that stands for it
 };
 
 } // namespace raincast

@@ -126,7 +126,7 @@ bool PositionSourceDialog::onInitialise() {
     }
     m_kinds.select(row);
     selectKind(row);
-    m_watch.look(Clock::current().now());
+    m_watch.look(Clock::real().now());
     showArrivals();
     return true;
 }

@@ -85,6 +85,7 @@ int Viewer::run() {
         return 0;
     }
     createWindow();
+    m_replayWatch.begin(); // before anything asks for the weather's time
     loadPages();
     saveAtExit();
     m_window->showNow();

@@ -10,6 +10,7 @@
 #include "app/position_feeds.h"
 #include "app/position_source_settings_type.h"
 #include "app/raincast_app.h"
+#include "app/replay_watch.h"
 #include "core/timers.h"
 #include "map/target_setting.h"
 #include "net/downloads.h"
@@ -92,6 +93,7 @@ private:
     TargetSetting m_target{m_application.marks()};
     QtTimers m_timers;
     LiveWatch m_liveWatch;
+    ReplayWatch m_replayWatch{m_downloads, m_timers};
     PositionReceiver m_receiver{m_timers};
     PositionSourceSettingsType m_positionSource{m_receiver};
     std::unique_ptr<BackgroundSave> m_saving; ///< of a run for a person

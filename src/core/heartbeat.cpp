@@ -41,7 +41,7 @@ void CHeartbeat::Beat() {
     if (BusyGuard::active() || !Listener<CHeartbeat>::hasSource()) {
         return;
     }
-    m_now = Clock::current().now();
+    m_now = Clock::real().now();
     const bool jumped = m_previous != 0 && m_now - m_previous > kJump;
     m_previous = m_now;
 

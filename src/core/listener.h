@@ -94,7 +94,7 @@ void Listener<T>::Notify(T& record) {
 
 template<class T>
 FileTime Listener<T>::notificationTime() {
-    return s_source != nullptr ? s_source->notificationTime() : Clock::current().now();
+    return s_source != nullptr ? s_source->notificationTime() : Clock::real().now();
 }
 
 template<class T>

@@ -58,7 +58,7 @@ bool ListenerSource::idle() const {
 
 FileTime ListenerSource::notificationTime() {
     if (m_notificationTime == 0) {
-        m_notificationTime = Clock::current().now();
+        m_notificationTime = Clock::real().now();
     }
     return m_notificationTime;
 }

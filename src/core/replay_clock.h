@@ -19,6 +19,9 @@ struct Replay {
     friend bool operator==(const Replay&, const Replay&) = default;
 };
 
+/// No weather before this time can be replayed: nobody keeps it.
+inline const FileTime kFirstReplay = fromCalendar({2020, 1, 1, 0, 0});
+
 /// Reads "2021-12-11T02:00Z" or "2021-12-11T02:00Zx10"; nothing for any other text, a time that
 /// does not exist or a speed out of range.
 [[nodiscard]] std::optional<Replay> readReplay(const QString& text);

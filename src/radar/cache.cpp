@@ -46,8 +46,10 @@ QString ChooseDefaultCache() {
     return chosen;
 }
 
-bool isOfSample(const QString& path) {
-    return path.contains(u'/' % QStringView(kSampleBranch) % u'/');
+bool isOfBranch(const QString& path, const QString& branch) {
+    return branch.isEmpty() ? !path.contains(u'/' % QStringView(kSampleBranch) % u'/') &&
+                                  !path.contains(u'/' % QStringView(kReplayBranch))
+                            : path.contains(u'/' % branch % u'/');
 }
 
 QString siteCacheFolder(const QString& cacheFolder, QStringView siteId) {

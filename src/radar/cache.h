@@ -34,8 +34,12 @@ namespace raincast {
 /// The folder of sample weather in the cache root.
 inline constexpr char16_t kSampleBranch[] = u".sample";
 
-/// Whether a cached file is one of sample weather.
-[[nodiscard]] bool isOfSample(const QString& path);
+/// What the folders of past storms in the cache root begin with.
+inline constexpr char16_t kReplayBranch[] = u".replay-";
+
+/// Whether a cached file belongs to a folder of the cache root, or, with an empty name, to the root
+/// itself.
+[[nodiscard]] bool isOfBranch(const QString& path, const QString& branch);
 
 /// The folder of one site: ROOT/SSS. Empty without a root.
 [[nodiscard]] QString siteCacheFolder(const QString& cacheFolder, QStringView siteId);

@@ -16,6 +16,7 @@ inline constexpr char16_t kLocalServer[] = u"127.0.0.1:8155";
 /// knows the address. No text that names a server is one of them.
 inline constexpr char16_t kOwnLiveServer[] = u"Raincast's live radar server";
 inline constexpr char16_t kOwnSampleServer[] = u"Raincast's sample weather server";
+inline constexpr char16_t kOwnReplayServer[] = u"Raincast's replay of "; ///< and of when
 
 /// The servers that pictures come from, each HOST or HOST:PORT, or one of the viewer's own.
 struct RadarServers {

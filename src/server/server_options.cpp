@@ -14,8 +14,6 @@ namespace {
 
 // Two days of 155 sites' frames fill some twenty gigabytes.
 constexpr int kMostHours = 48;
-// The bucket has no year before this one.
-const FileTime kFirstOfBucket = fromCalendar({2020, 1, 1, 0, 0});
 
 QList<QCommandLineOption> options() {
     const auto option = [](const char* name, const char* text, const char* value = "",
@@ -131,7 +129,7 @@ Reading readReplayIn(const QCommandLineParser& parser, ServeOptions& result) {
                                     "and a speed from 1 to %1 if the weather is to run faster.")
                          .arg(Replay::kMostSpeed));
     }
-    if (replay->begin < kFirstOfBucket || replay->begin > Clock::real().now()) {
+    if (replay->begin < kFirstReplay || replay->begin > Clock::real().now()) {
         return wrong(QStringLiteral("--replay begins between 2020 and now."));
     }
     result.live.replay = replay;

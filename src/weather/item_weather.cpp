@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/item_weather.h"
 
+#include "core/clock.h"
 #include "core/user_change.h"
 #include "map/map_menu.h"
 #include "page/item_catalogue.h"
@@ -8,6 +9,7 @@
 #include "radar/cache.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
+#include "replay/past_storms.h"
 #include "weather/image_age.h"
 #include "weather/item_weather_dialogs.h"
 #include "weather/item_weather_loading.h"
@@ -127,6 +129,7 @@ void CItemWeather::draw(QPainter& painter) {
     const PictureTexts present = texts();
     drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), present);
     m_ageShown = present.age.text;
+    m_replayShown = replayLine();
     CItemMapView::draw(painter);
     m_reading->draw(painter);
     const auto [done, wanted] = m_loading->progress();
@@ -151,7 +154,7 @@ PictureTexts CItemWeather::texts() const {
         texts.time = m_state.current.timeText;
     }
     if (shownFrame() != nullptr) {
-        texts.about = caption();
+        texts.about = about();
     }
     texts.age = age();
     return texts;
@@ -159,6 +162,9 @@ PictureTexts CItemWeather::texts() const {
 
 QString CItemWeather::overPicture() const {
     QString text = m_state.status + m_state.cause;
+    if (const QString replay = replayLine(); !replay.isEmpty()) {
+        text = text.isEmpty() ? replay : replay + u'\n' + text;
+    }
     if (warningsUse(m_state) == WarningsUse::stale) {
         const CalendarTime local = toLocalCalendar(m_state.warnings.fetched);
         text += text.isEmpty() || text.endsWith(u'\n') ? "" : "\n";
@@ -199,16 +205,22 @@ QString CItemWeather::pictureName() const {
 }
 
 QString CItemWeather::caption() const {
+    const QStringList parts = {about(), replayLine()};
+    const bool hasBoth = !parts[0].isEmpty() && !parts[1].isEmpty();
+    return parts.join(hasBoth ? QStringLiteral(" - ") : QString());
+}
+
+QString CItemWeather::about() const {
     if (m_state.siteId.isEmpty()) {
         return {};
     }
-    QString caption = m_state.siteId + u' ' + productText();
+    QString about = m_state.siteId + u' ' + productText();
     const RadarFrame* const shown = shownFrame();
     if (const auto time = shown != nullptr ? timeOf(*shown) : std::nullopt) {
         const CalendarTime local = toLocalCalendar(*time);
-        caption += QString::asprintf(" %04d-%02d-%02d", local.year, local.month, local.day);
+        about += QString::asprintf(" %04d-%02d-%02d", local.year, local.month, local.day);
     }
-    return caption;
+    return about;
 }
 
 void CItemWeather::windowCreated() {
@@ -361,7 +373,7 @@ QString CItemWeather::contextHeading(int x, int y) const {
 }
 
 void CItemWeather::Tick() {
-    const FileTime now = CHeartbeat::program().now();
+    const FileTime now = Clock::current().now();
     if (updateIsDue(m_state, now)) {
         m_loading->updateDueAt(now);
     }
@@ -377,7 +389,8 @@ void CItemWeather::Tick() {
         m_player.loop().stopClock();
     }
     const bool moved = held.holds ? held.changed : m_player.tick();
-    if (moved || age().text != m_ageShown || m_reading->wordsChanged()) {
+    if (moved || age().text != m_ageShown || m_reading->wordsChanged() ||
+        replayLine() != m_replayShown) {
         invalidate();
     }
 }

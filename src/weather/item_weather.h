@@ -79,6 +79,7 @@ public:
     [[nodiscard]] QString statusText() const override { return m_state.status; }
     /// The text over the picture: the status, the cause of a failure, and which warnings are too
     /// old to be shown.
+    [[nodiscard]] QString about() const;
     [[nodiscard]] QString overPicture() const;
     [[nodiscard]] QString caption() const override;
 
@@ -128,6 +129,7 @@ private:
     ItemPlayer m_player;
     ItemPictures m_pictures;
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
+    QString m_replayShown{};   ///< the same of a replay
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
 };
 

@@ -8,7 +8,9 @@
 #include "weather/cached_frames.h"
 #include "weather/first_show.h"
 #include "weather/servers_setting.h"
+#include "weather/storage.h"
 
+#include <QThreadPool>
 #include <QWidget>
 
 #include <algorithm>
@@ -108,29 +110,36 @@ RadarScene CItemWeather::Loading::scene() {
 // has of another one.
 void CItemWeather::Loading::followSource() {
     RadarState& state = m_item.m_state;
-    const bool isSample = ServersSetting::inUse() == WeatherSource::sample;
-    const QString branch = isSample ? QString::fromUtf16(kSampleBranch) : QString();
+    const QString branch = ServersSetting::cacheBranch();
     if (std::exchange(state.cacheBranch, branch) != branch) {
         state.warnings = {};
     }
     const bool hasOthers =
-        std::any_of(state.frames.begin(), state.frames.end(), [isSample](const RadarFrame& frame) {
-            return isOfSample(frame.path) != isSample;
+        std::any_of(state.frames.begin(), state.frames.end(), [&branch](const RadarFrame& frame) {
+            return !isOfBranch(frame.path, branch);
         });
     if (hasOthers) {
         discardFrames(state);
     }
 }
 
-void CItemWeather::Loading::onPublished(ServersChange& /*change*/) {
-    if (ServersSetting::current() == std::exchange(m_servers, ServersSetting::current())) {
+void CItemWeather::Loading::onPublished(ServersChange& change) {
+    const bool isOther =
+        ServersSetting::current() != std::exchange(m_servers, ServersSetting::current());
+    if (!isOther && change.siteId.isEmpty()) {
         return;
     }
     cancel();
     followSource();
     m_retry = {};
     m_outdated = true;
-    if (onScreen()) {
+    if (!change.left.isEmpty()) {
+        QThreadPool::globalInstance()->start([root = m_item.m_state.cacheFolder,
+                                              left = change.left] { removeBranch(root, left); });
+    }
+    if (onScreen() && !change.siteId.isEmpty()) {
+        load(change.siteId, true);
+    } else if (onScreen()) {
         update();
     }
 }
@@ -171,7 +180,7 @@ void CItemWeather::Loading::update() {
 }
 
 void CItemWeather::Loading::updateDueAt(FileTime now) {
-    if (!running() && m_retry.over(now)) {
+    if (!running() && m_retry.over(Clock::real().now())) {
         update();
         m_dueAt = now;
         if (!running()) {
@@ -185,7 +194,7 @@ void CItemWeather::Loading::stop() {
         return;
     }
     cancel();
-    m_retry.ended(false, Clock::current().now());
+    m_retry.ended(false, Clock::real().now());
     say(m_item.m_state.frames.empty() ? QStringLiteral("Stopped.\n") : QString());
 }
 
@@ -204,7 +213,7 @@ void CItemWeather::Loading::ended(bool well) {
     if (well && m_forRadar && ServersSetting::inUse() == WeatherSource::live) {
         ServersSetting::noteLive();
     }
-    m_retry.ended(well, Clock::current().now());
+    m_retry.ended(well, Clock::real().now());
     settleDue();
     if (std::exchange(m_updateNext, false)) {
         update();

@@ -2,6 +2,7 @@
 #include "weather/servers_dialog.h"
 
 #include "page/global_settings_type.h"
+#include "replay/past_storm_dialog.h"
 #include "weather/weather_dialogs.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"
@@ -50,6 +51,7 @@ struct SourceRow {
 constexpr std::array kSourceRows = {
     SourceRow{WeatherSource::live, u"Live radar (NOAA)"},
     SourceRow{WeatherSource::sample, u"Sample weather"},
+    SourceRow{WeatherSource::past, u"A past storm..."},
     SourceRow{WeatherSource::another, u"Another server"},
 };
 
@@ -109,6 +111,14 @@ void ServersDialog::onOk() {
             QStringLiteral("A server is a host name or address, and if need be a colon and a port"),
             QStringLiteral("Raincast")
         );
+        return;
+    }
+    if (chosen() == WeatherSource::past) {
+        PastStormChoice storm = ServersSetting::past();
+        if (PastStormDialog(storm).run(widget()) == kOk) {
+            ServersSetting::choosePast(storm);
+            Dialog::onOk();
+        }
         return;
     }
     ServersSetting::choose(chosen(), typedCounts ? typed : ServersSetting::hosts());

@@ -3,6 +3,7 @@
 
 #include "core/user_change.h"
 #include "persist/persistant_data.h"
+#include "radar/cache.h"
 
 #include <array>
 #include <utility>
@@ -19,6 +20,7 @@ struct SourceName {
 constexpr std::array kSourceNames = {
     SourceName{WeatherSource::live, QLatin1String("live")},
     SourceName{WeatherSource::sample, QLatin1String("sample")},
+    SourceName{WeatherSource::past, QLatin1String("past")},
     SourceName{WeatherSource::another, QLatin1String("another")},
 };
 
@@ -30,8 +32,14 @@ bool isDefault(const QString& host) {
     return host == ServersSetting::defaultHost();
 }
 
-void publishChange() {
-    ServersChange change;
+/// The cache's folder of a storm that is seen now and is not to be kept.
+QString passingBranch() {
+    const bool passes =
+        ServersSetting::source() == WeatherSource::past && !ServersSetting::past().keeps;
+    return passes ? ServersSetting::cacheBranch() : QString();
+}
+
+void publishChange(ServersChange change = {}) {
     Listener<ServersChange>::Notify(change);
 }
 
@@ -41,9 +49,17 @@ WeatherSource sourceOf(const RadarServers& hosts) {
                                                               : WeatherSource::another;
 }
 
-/// The viewer's own server that has real or made-up weather.
+/// The viewer's own server of a source.
 QString ownServer(WeatherSource source) {
+    if (source == WeatherSource::past) {
+        return QString::fromUtf16(kOwnReplayServer) + textOf(ServersSetting::past().replay);
+    }
     return QString::fromUtf16(source == WeatherSource::live ? kOwnLiveServer : kOwnSampleServer);
+}
+
+/// Replays of one storm share a folder, whatever their speed.
+QString branchOf(const Replay& replay) {
+    return QString::fromUtf16(kReplayBranch) + textOf(Replay{replay.begin}).remove(u':');
 }
 
 } // namespace
@@ -57,6 +73,7 @@ public:
     RadarServers hosts{defaultHost(), defaultHost()};
     std::uint32_t hadLive = 0;
     bool standsIn = false; ///< of this run
+    PastStormChoice past;
 
     void useForThisRun(const char* value, QString& member, const QString& host) {
         if (!host.isEmpty()) {
@@ -71,6 +88,7 @@ private:
         exchangeHost(values, "basemap_server", hosts.basemap);
         exchangeSource(values);
         values.dword("had_live", hadLive);
+        exchangePast(values);
         standsIn = standsIn && !values.loading();
     }
     static void exchangeHost(SettingsExchange& values, const char* name, QString& member) {
@@ -79,6 +97,14 @@ private:
         if (isServer(host)) {
             member = host;
         }
+    }
+    void exchangePast(SettingsExchange& values) {
+        QString text = textOf(past.replay);
+        values.string("replay", text);
+        past.replay = readReplay(text).value_or(past.replay);
+        std::uint32_t keeps = past.keeps ? 1 : 0;
+        values.dword("keep_replay", keeps);
+        past.keeps = keeps != 0;
     }
     // After the hosts, which say what settings without a source mean.
     void exchangeSource(SettingsExchange& values) {
@@ -117,11 +143,26 @@ RadarServers ServersSetting::hosts() {
 }
 
 void ServersSetting::choose(WeatherSource source, const RadarServers& hosts) {
+    const QString before = passingBranch();
     persistant.source = source;
     persistant.hosts = hosts;
     persistant.standsIn = false;
     UserChange::announce();
-    publishChange();
+    publishChange({{}, before == cacheBranch() ? QString() : before});
+}
+
+void ServersSetting::choosePast(const PastStormChoice& choice) {
+    const QString before = passingBranch();
+    persistant.past = choice;
+    persistant.past.siteId.clear();
+    persistant.source = WeatherSource::past;
+    persistant.standsIn = false;
+    UserChange::announce();
+    publishChange({choice.siteId, before == cacheBranch() ? QString() : before});
+}
+
+const PastStormChoice& ServersSetting::past() {
+    return persistant.past;
 }
 
 void ServersSetting::set(const RadarServers& hosts) {
@@ -160,6 +201,19 @@ bool ServersSetting::standsIn() {
 WeatherSource ServersSetting::inUse() {
     const bool isLive = persistant.source == WeatherSource::live;
     return isLive && persistant.standsIn ? WeatherSource::sample : persistant.source;
+}
+
+QString ServersSetting::cacheBranch() {
+    switch (inUse()) {
+    case WeatherSource::sample:
+        return QString::fromUtf16(kSampleBranch);
+    case WeatherSource::past:
+        return branchOf(persistant.past.replay);
+    case WeatherSource::live:
+    case WeatherSource::another:
+        break;
+    }
+    return {};
 }
 
 RadarServers ServersSetting::current() {

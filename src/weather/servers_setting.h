@@ -3,6 +3,7 @@
 
 #include "core/listener.h"
 #include "radar/servers.h"
+#include "replay/past_storms.h"
 
 #include <QString>
 
@@ -12,12 +13,16 @@ namespace raincast {
 enum class WeatherSource {
     live,   ///< real weather, from a server that the viewer starts itself
     sample, ///< made-up weather, likewise
+    past,   ///< a storm of the past, likewise
     another ///< the servers that the user has named
 };
 
 /// Another source, or another server: published when the user, or the program for want of live
 /// radar, has changed it.
-struct ServersChange {};
+struct ServersChange {
+    QString siteId{}; ///< what the user wants to see there; empty: what is shown now
+    QString left{};   ///< a folder of the cache root that is wanted no more; empty: none
+};
 
 /// The source of weather that the user has chosen, as the settings keep it, and the servers that
 /// pictures come from then.
@@ -41,6 +46,9 @@ public:
     [[nodiscard]] static RadarServers hosts();
     /// Changes the settings and publishes that.
     static void choose(WeatherSource source, const RadarServers& hosts);
+    static void choosePast(const PastStormChoice& choice);
+    /// The past storm that was chosen last, if not now; of no site.
+    [[nodiscard]] static const PastStormChoice& past();
 
     /// From now on all is as with settings that have nothing but these hosts.
     static void set(const RadarServers& hosts);
@@ -58,6 +66,8 @@ public:
 
     /// Where weather comes from at present: the user's choice, or what stands in for it.
     [[nodiscard]] static WeatherSource inUse();
+    /// The folder of the cache root for its pictures; empty: the root itself.
+    [[nodiscard]] static QString cacheBranch();
     /// The servers of that.
     [[nodiscard]] static RadarServers current();
 };

@@ -39,8 +39,16 @@ bool isFolder(const QFileInfo& path) {
     return path.isDir() && !path.isSymLink();
 }
 
-QString sampleFolder(const QString& cacheFolder) {
-    return cacheFolder + u'/' + QString::fromUtf16(kSampleBranch);
+/// The folders of weather that is not live.
+QStringList branches(const QString& cacheFolder) {
+    const QStringList names = {
+        QString::fromUtf16(kSampleBranch), QString::fromUtf16(kReplayBranch) + u'*'};
+    QStringList folders;
+    const auto filter = QDir::Dirs | QDir::Hidden | QDir::NoSymLinks;
+    for (const QString& name : QDir(cacheFolder).entryList(names, filter)) {
+        folders += cacheFolder + u'/' + name;
+    }
+    return folders;
 }
 
 /// Calls `visit(folder, patterns)` for each site's folder with what a clean-up deletes there,
@@ -52,14 +60,11 @@ void forEachSite(
     if (!cleanup.cachedFiles || cacheFolder.isEmpty()) {
         return;
     }
-    QStringList roots(cacheFolder);
-    if (isFolder(QFileInfo(sampleFolder(cacheFolder)))) {
-        roots.append(sampleFolder(cacheFolder));
-    }
+    const QStringList roots = QStringList(cacheFolder) + branches(cacheFolder);
     const LocalFrame frame(viewCentre);
     for (const RadarSite& site : radarSites()) {
         const bool far = siteDistanceMetres(frame, site) > kNearbyMetres;
-        for (const QString& root : std::as_const(roots)) {
+        for (const QString& root : roots) {
             const QFileInfo folder(siteCacheFolder(root, site.idText()));
             if (isFolder(folder)) {
                 visit(folder.filePath(), patternsToDelete(cleanup, far));
@@ -117,7 +122,15 @@ void cleanUpCache(
     };
     forEachSite(cacheFolder, cleanup, viewCentre, cleanUp);
     if (cleanup.cachedFiles && !cacheFolder.isEmpty()) {
-        QDir().rmdir(sampleFolder(cacheFolder));
+        for (const QString& branch : branches(cacheFolder)) {
+            QDir().rmdir(branch);
+        }
+    }
+}
+
+void removeBranch(const QString& cacheFolder, const QString& branch) {
+    if (!cacheFolder.isEmpty() && !branch.isEmpty()) {
+        QDir(cacheFolder + u'/' + branch).removeRecursively();
     }
 }
 

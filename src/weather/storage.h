@@ -53,6 +53,9 @@ void cleanUpCache(
     const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosition viewCentre
 );
 
+/// Deletes a folder of the cache root with all that is in it.
+void removeBranch(const QString& cacheFolder, const QString& branch);
+
 /// What a clean-up would delete.
 struct StorageCount {
     qint64 files = 0;

@@ -12,6 +12,7 @@
 #include "pictures/save_dialog.h"
 #include "position/position_receiver.h"
 #include "position/source/position_source_setting.h"
+#include "replay/past_storm_dialog.h"
 #include "sample_viewer.h"
 #include "stations/dlg_station.h"
 #include "support/dialog_script.h"
@@ -94,6 +95,11 @@ void openMarks(SampleViewer& viewer) {
     marks.clear();
 }
 
+void openPastStorm(SampleViewer& viewer) {
+    PastStormChoice choice{*readReplay(QStringLiteral("2021-12-11T03:00Zx10"))};
+    PastStormDialog(choice).run(&viewer.frame());
+}
+
 constexpr DialogRow kDialogs[] = {
     {KeysDialog::kTemplate, "keys", "Keys", sendTo<kShowKeys>},
     {103, "about", "About Raincast", sendTo<kAbout>},
@@ -116,6 +122,7 @@ constexpr DialogRow kDialogs[] = {
      openSettings<CAppPaged::GlobalSettingsType::kRankGpsOverlay>},
     {PositionSourceDialog::kTemplate, "position_source", "GPS Source", openPositionSource},
     {kServersDialog, "servers", "Servers", openServers},
+    {PastStormDialog::kTemplate, "past_storm", "Past Storm", openPastStorm},
 };
 
 /// What differs from machine to machine: waits for the amount of files, and writes another.

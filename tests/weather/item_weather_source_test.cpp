@@ -5,6 +5,7 @@
 
 #include <QComboBox>
 #include <QDir>
+#include <QThreadPool>
 
 #include <gmock/gmock.h>
 
@@ -22,7 +23,7 @@ public:
         : m_live(std::move(live)), m_sample(std::move(sample)) {}
 
     [[nodiscard]] QString addressOf(const QString& host) const override {
-        return host == QStringView(kOwnLiveServer)     ? m_live
+        return host == QStringView(kOwnLiveServer) || host.startsWith(u"Raincast's replay") ? m_live
                : host == QStringView(kOwnSampleServer) ? m_sample
                                                        : host;
     }
@@ -93,6 +94,49 @@ TEST_F(ItemWeatherSourceTest, NoSourceReadsOrCleansAnothersFrames) {
     EXPECT_THAT(cached(kBranch), ElementsAre("0556"));
     EXPECT_TRUE(QFile::exists(root() + "/MUX/MUX_Topo_Short.jpg"));
     EXPECT_TRUE(QFile::exists(root() + kBranch + "/MUX/MUX_Topo_Short.jpg"));
+}
+
+TEST_F(ItemWeatherSourceTest, APastStormHasAFolderThatGoesWithIt) {
+    const QString branch = "/.replay-2021-12-11T0200Z";
+    for (const bool keeps : {true, false}) {
+        showSite();
+        test::publishFrames(m_server, {"20190519_0548"}, "MUX");
+        ServersSetting::choosePast({*readReplay("2021-12-11T02:00Z"), keeps});
+        finish();
+        EXPECT_EQ(shown(), "5:48");
+        EXPECT_THAT(cached(branch), ElementsAre("0548"));
+        EXPECT_FALSE(ServersSetting::hadLive());
+        ServersSetting::choosePast({*readReplay("2021-12-11T02:00Zx10"), keeps}); // the same storm
+        finish();
+        QThreadPool::globalInstance()->waitForDone();
+        EXPECT_THAT(cached(branch), ElementsAre("0548"));
+        choose(WeatherSource::sample);
+        QThreadPool::globalInstance()->waitForDone();
+        EXPECT_EQ(QDir(root() + branch).exists(), keeps);
+        EXPECT_THAT(cached(kBranch), ElementsAre("0550"));
+    }
+}
+
+TEST_F(ItemWeatherSourceTest, APastStormIsShownWhereItWas) {
+    showSite();
+    test::publishLayers(m_server, "HNX");
+    test::publishFrames(m_server, {"20190519_0548"}, "HNX");
+    ServersSetting::choosePast({*readReplay("2021-12-11T02:00Z"), false, "HNX"});
+    finish();
+    EXPECT_EQ(m_item->state().siteId, "HNX");
+    EXPECT_EQ(shown(), "5:48");
+}
+
+TEST_F(ItemWeatherSourceTest, ThePictureAndTheTitleSayThatItIsAReplay) {
+    showSite();
+    EXPECT_THAT(m_item->caption().toStdString(), testing::Not(testing::HasSubstr("Replay")));
+    const ReplayClock clock({fromCalendar({2006, 12, 11, 2, 0}), 10}, Clock::real().now());
+    Clock::replayBy(&clock);
+    EXPECT_THAT(
+        m_item->caption().toStdString(),
+        testing::EndsWith(" - Replay of 2006-12-11 02:00 UTC, 10 times as fast")
+    );
+    Clock::replayBy(nullptr);
 }
 
 TEST_F(ItemWeatherSourceTest, TheViewStaysWhereItWas) {

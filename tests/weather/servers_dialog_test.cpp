@@ -86,6 +86,28 @@ TEST_F(DlgServersTest, OnlyAnotherServersHostsCanBeTyped) {
     EXPECT_EQ(ServersSetting::hosts(), (RadarServers{"radar.example", "maps.example"}));
 }
 
+TEST_F(DlgServersTest, APastStormHasADialogOfItsOwn) {
+    DialogScript script;
+    script.expect("Servers", [](QDialog& dialog) {
+        choose(dialog, "A past storm...");
+        test::press(dialog, "OK");
+        EXPECT_TRUE(dialog.isVisible()) << "the other one was cancelled";
+        EXPECT_EQ(ServersSetting::source(), ServersSetting::defaultSource());
+        test::press(dialog, "OK");
+    });
+    script.expect("Past Storm", [](QDialog& dialog) { test::press(dialog, "Cancel"); });
+    script.expect("Past Storm", [](QDialog& dialog) {
+        test::type(dialog, 0, "2021-12-11");
+        test::type(dialog, 1, "02:00");
+        test::type(dialog, 2, "10");
+        test::press(dialog, "OK");
+    });
+    EXPECT_EQ(ServersDialog().run(nullptr), Dialog::kOk);
+    EXPECT_EQ(ServersSetting::source(), WeatherSource::past);
+    EXPECT_EQ(ServersSetting::current().radar, "Raincast's replay of 2021-12-11T02:00Zx10");
+    EXPECT_EQ(ServersSetting::cacheBranch(), ".replay-2021-12-11T0200Z");
+}
+
 TEST_F(DlgServersTest, WhatIsNoHostKeepsItOpen) {
     DialogScript script;
     script.expect("Servers", [](QDialog& dialog) {

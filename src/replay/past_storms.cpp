@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "replay/past_storms.h"
+
+#include <QDateTime>
+
+#include <array>
+
+namespace raincast {
+
+namespace {
+
+constexpr std::array kStorms = {
+    PastStorm{u"2020-08-10T17:00Z", u"DVN", u"Derecho"},
+    PastStorm{u"2021-08-29T15:30Z", u"LIX", u"Ida"},
+    PastStorm{u"2021-12-11T03:00Z", u"PAH", u"Mayfield"},
+    PastStorm{u"2022-09-28T18:30Z", u"TBW", u"Ian"},
+    PastStorm{u"2023-03-25T00:30Z", u"DGX", u"Rolling Fork"},
+};
+
+} // namespace
+
+Replay PastStorm::replay() const {
+    return *readReplay(QString::fromUtf16(begin));
+}
+
+QString PastStorm::row() const {
+    return QStringLiteral("%1 %2 %3")
+        .arg(QStringView(begin).left(10), QStringView(siteId), QStringView(name));
+}
+
+std::span<const PastStorm> pastStorms() {
+    return kStorms;
+}
+
+QString replayLine() {
+    const auto* const clock = dynamic_cast<const ReplayClock*>(&Clock::current());
+    if (clock == nullptr) {
+        return {};
+    }
+    const auto now =
+        QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(clock->now())), Qt::UTC);
+    const int speed = clock->replay().speed;
+    return now.toString(QStringLiteral("'Replay of 'yyyy-MM-dd HH:mm' UTC'")) +
+           (speed > 1 ? QStringLiteral(", %1 times as fast").arg(speed) : QString());
+}
+
+} // namespace raincast
