@@ -103,7 +103,7 @@ TEST_F(ItemWeatherLoopTest, ADragAndADoublePressAreNoTaps) {
     test::moveTo(page, {120, 80});
     test::release(page, {120, 80});
     test::doubleClick(page, {220, 160}); // elsewhere: it is no third press of a row
-    QTimer later; // than the alarm of a tap would be
+    QTimer later;                        // than the alarm of a tap would be
     later.setSingleShot(true);
     later.start(1001);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !later.isActive(); }, 5000));
