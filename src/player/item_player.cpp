@@ -4,18 +4,13 @@
 #include "core/clock.h"
 #include "page/item.h"
 #include "player/frame_time.h"
-#include "radar/catalogue/frame_name.h"
+#include "radar/frame.h"
 #include "window/command_set.h"
-#include "window/screen_metrics.h"
 
-#include <QFileInfo>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QMetaObject>
-#include <QStyleHints>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -28,8 +23,6 @@ namespace {
 constexpr int kTallEnough = 400;
 /// The bar takes at most a third of an item.
 constexpr int kBarsInItem = 3;
-/// Of a finger that taps, in pixels.
-constexpr int kTremble = 6;
 
 struct LoopKey {
     char16_t unit;
@@ -45,11 +38,7 @@ LoopSpeed speedOf(int command) {
 
 ItemPlayer::ItemPlayer(Item& item, RadarState& state, std::function<bool()> loading)
     : m_item(item), m_state(state), m_loading(std::move(loading)),
-      m_loop(state, m_timers, [this] { changed(); }), m_tapped(m_timers.make([this] {
-          if (m_loop.hasLoop()) {
-              toggleBar();
-          }
-      })) {}
+      m_loop(state, m_timers, [this] { changed(); }) {}
 
 ItemPlayer::~ItemPlayer() {
     delete m_bar;
@@ -64,10 +53,11 @@ bool ItemPlayer::tick() {
         m_loop.stopClock();
         return false;
     }
-    if (barShown()) {
+    const bool moved = m_loop.tick();
+    if (!moved && barShown()) {
         m_bar->follow(seen()); // its age goes on, even if nothing else does
     }
-    return m_loop.tick();
+    return moved;
 }
 
 void ItemPlayer::changed() {
@@ -136,23 +126,10 @@ void ItemPlayer::prepareMenu(QMenu& menu) const {
     checkCommand(menu, kShowBar, barShown());
 }
 
-void ItemPlayer::pressed(QPoint place) {
-    m_tapped->stop();
-    m_pressed = place;
-}
-
-void ItemPlayer::lifted(QPoint place) {
-    const auto from = std::exchange(m_pressed, std::nullopt);
-    const int tremble = ScreenMetrics::current().highResolution() ? 2 * kTremble : kTremble;
-    if (from && (place - *from).manhattanLength() <= tremble) {
-        const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
-        m_tapped->start(std::chrono::milliseconds(interval));
+void ItemPlayer::tapped() {
+    if (m_loop.hasLoop()) {
+        toggleBar();
     }
-}
-
-void ItemPlayer::pressEnded() {
-    m_tapped->stop();
-    m_pressed.reset();
 }
 
 void ItemPlayer::toggleBar() {
@@ -201,7 +178,7 @@ PlayerBar::Loop ItemPlayer::seen() const {
     loop.utc = LoopSetting::utc();
     if (const auto shown = m_loop.shown()) {
         const RadarFrame& frame = m_state.frames[*shown];
-        const FileTime taken = frameTime(QFileInfo(frame.path).fileName()).value_or(0);
+        const FileTime taken = takenAt(frame).value_or(0);
         loop.shown = static_cast<int>(*shown);
         loop.time = frameTimeText(taken, loop.utc);
         loop.age = frameAgeText(taken, Clock::current().now());

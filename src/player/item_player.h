@@ -8,12 +8,9 @@
 #include "window/menu_table.h"
 
 #include <QObject>
-#include <QPoint>
 #include <QPointer>
 
 #include <functional>
-#include <memory>
-#include <optional>
 
 class QMenu;
 
@@ -60,13 +57,8 @@ public:
     /// Shows or hides the bar, for good.
     void toggleBar();
 
-    /// The stylus on the item, in device pixels: what is put down and lifted in one place is a tap,
-    /// which shows or hides the bar unless a second one follows within the interval of a double
-    /// press.
-    void pressed(QPoint place);
-    void lifted(QPoint place);
-    /// The press is no tap, or the second one.
-    void pressEnded();
+    /// A single tap on the picture shows or hides the bar of a loop.
+    void tapped();
 
     /// The item was drawn: the bar follows what has changed, when control is back in the event
     /// loop.
@@ -90,8 +82,6 @@ private:
     std::function<bool()> m_loading;
     QtTimers m_timers;
     LoopPlayer m_loop;
-    std::unique_ptr<Alarm> m_tapped; ///< goes off when no second press has come
-    std::optional<QPoint> m_pressed;
     QPointer<PlayerBar> m_bar; ///< of the page's window
     int m_covered = 0;
     bool m_followIsComing = false;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/file_time.h"
 #include "radar/image/bitmap.h"
 
 #include <QString>
+
+#include <optional>
 
 namespace raincast {
 
@@ -13,5 +16,8 @@ struct RadarFrame {
     QString timeText; ///< its time on the local clock, "1:05"; no mark of morning or afternoon
     QString path;     ///< the cached file
 };
+
+/// When a frame was taken, as its file's name says; none if that has no time.
+[[nodiscard]] std::optional<FileTime> takenAt(const RadarFrame& frame);
 
 } // namespace raincast

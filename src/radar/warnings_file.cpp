@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "radar/warnings_file.h"
 
+#include "core/utc_date_time.h"
 #include "core/whole_file.h"
 #include "radar/cache.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
+#include "radar/frame.h"
 #include "radar/image/image_file.h"
 #include "radar/radar_state.h"
 
@@ -39,8 +41,7 @@ QDateTime fetchTime(const QString& cacheFolder, const QString& siteId, const QSt
 } // namespace
 
 void noteWarnings(const QString& cacheFolder, const RadarWarnings& warnings) {
-    const auto seconds = static_cast<qint64>(toUnixSeconds(warnings.fetched));
-    const QString time = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(Qt::ISODate);
+    const QString time = utcDateTime(warnings.fetched).toString(Qt::ISODate);
     const QString note = warnings.range + u' ' + time + u'\n';
     static_cast<void>(
         replaceFile(noteFile(cacheFolder, warnings.siteId), note.toLatin1(), Lasting::no)
@@ -68,7 +69,7 @@ WarningsUse warningsUse(const RadarState& state) {
         warnings.siteId != state.siteId || warnings.range != ProductRange(state.product)) {
         return WarningsUse::none;
     }
-    const auto newest = frameTime(QFileInfo(state.frames.back().path).fileName());
+    const auto newest = takenAt(state.frames.back());
     const bool stale = newest && *newest - warnings.fetched > kMostOlderThanFrame;
     return stale ? WarningsUse::stale : WarningsUse::drawn;
 }

@@ -22,10 +22,6 @@ Bitmap loadPicture(const QString& file) {
     return QFileInfo(file).isFile() ? LoadImageFile(file, kMostRadarPixels) : nullptr;
 }
 
-FileTime timeOf(const RadarFrame& frame) {
-    return frameTime(QFileInfo(frame.path).fileName()).value_or(0);
-}
-
 /// Loads frames up to the first that cannot be loaded.
 std::vector<RadarFrame> loadListed(std::vector<RadarFrame> frames) {
     for (auto frame = frames.begin(); frame != frames.end(); ++frame) {
@@ -82,7 +78,7 @@ CachedRadar loadCachedRadar(const RadarState& state, FileTime now) {
     cached.complete = !state.frames.empty() && cached.frames.size() == state.frames.size();
     const auto listing = listCache(state, now);
     const bool newer = listing->newest() &&
-                       !(cached.complete && *listing->newest() <= timeOf(state.frames.back()));
+                       !(cached.complete && listing->newest() <= takenAt(state.frames.back()));
     if (newer) {
         std::vector<RadarFrame> newest = loadNewest(state, listing);
         if (!newest.empty()) {

@@ -7,7 +7,6 @@
 #include "page/item_catalogue.h"
 #include "radar/animation.h"
 #include "radar/cache.h"
-#include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
 #include "replay/past_storms.h"
 #include "weather/image_age.h"
@@ -77,11 +76,6 @@ const ItemCatalogueEntry catalogueEntry(
     QStringLiteral("Weather:Radar"), kTypeItemWeather, ItemCatalogueEntry::kRankWeather
 );
 
-/// When a frame was taken, as its file's name says; none if that has no time.
-std::optional<FileTime> timeOf(const RadarFrame& frame) {
-    return frameTime(QFileInfo(frame.path).fileName());
-}
-
 } // namespace
 
 const SerializableType<CItemWeather> CItemWeather::cType{kTypeItemWeather};
@@ -89,6 +83,7 @@ const SerializableType<CItemWeather> CItemWeather::cType{kTypeItemWeather};
 CItemWeather::CItemWeather()
     : CItemMapView(kMenu), Counter(kTickPeriod), m_loading(std::make_unique<Loading>(*this)),
       m_reading(std::make_unique<Reading>(*this)),
+      m_taps([this](QPoint /*place*/) { m_player.tapped(); }),
       m_player(*this, m_state, [this] { return loading(); }),
       m_pictures({*this, m_state, [this] { return area(); }, [this] { return pictureName(); }}) {
     m_state.cacheFolder = ChooseDefaultCache();
@@ -188,7 +183,7 @@ ImageAge CItemWeather::age() const {
     if (shownFrame() == nullptr || m_state.frames.empty()) {
         return {};
     }
-    const auto taken = timeOf(m_state.frames.back());
+    const auto taken = takenAt(m_state.frames.back());
     return taken ? imageAge(*taken, Clock::current().now()) : ImageAge();
 }
 
@@ -216,7 +211,7 @@ QString CItemWeather::about() const {
     }
     QString about = m_state.siteId + u' ' + productText();
     const RadarFrame* const shown = shownFrame();
-    if (const auto time = shown != nullptr ? timeOf(*shown) : std::nullopt) {
+    if (const auto time = shown != nullptr ? takenAt(*shown) : std::nullopt) {
         const CalendarTime local = toLocalCalendar(*time);
         about += QString::asprintf(" %04d-%02d-%02d", local.year, local.month, local.day);
     }
@@ -328,26 +323,24 @@ bool CItemWeather::keyDown(int key) {
 }
 
 bool CItemWeather::stylusDown(int x, int y, Qt::KeyboardModifiers keys) {
-    m_reading->pressed(onPage(x, y));
-    m_player.pressed(onPage(x, y));
+    m_taps.pressed(onPage(x, y));
     return CItemMapView::stylusDown(x, y, keys);
 }
 
 void CItemWeather::stylusUp(int x, int y) {
-    if (m_reading->lifted(onPage(x, y))) {
-        m_player.pressEnded();
-    } else {
-        m_player.lifted(onPage(x, y));
+    const QPoint place = onPage(x, y);
+    if (m_taps.lifted(place) && !m_reading->tapped(place)) {
+        m_taps.awaitSecond(place);
     }
 }
 
 void CItemWeather::stylusLost() {
-    m_player.pressEnded();
+    m_taps.ended();
     CItemMapView::stylusLost();
 }
 
 bool CItemWeather::doublePress(int x, int y) {
-    m_player.pressEnded();
+    m_taps.ended();
     return m_reading->pressedAgain(onPage(x, y)) || CItemMapView::doublePress(x, y);
 }
 

@@ -4,6 +4,7 @@
 #include "basemap/basemaps.h"
 #include "core/heartbeat.h"
 #include "map/item_map_view.h"
+#include "page/taps.h"
 #include "persist/type_ids.h"
 #include "pictures/item_pictures.h"
 #include "player/item_player.h"
@@ -79,7 +80,6 @@ public:
     [[nodiscard]] QString statusText() const override { return m_state.status; }
     /// The text over the picture: the status, the cause of a failure, and which warnings are too
     /// old to be shown.
-    [[nodiscard]] QString about() const;
     [[nodiscard]] QString overPicture() const;
     [[nodiscard]] QString caption() const override;
 
@@ -111,6 +111,8 @@ private:
     class Dialogs;
     class Reading;
 
+    /// The site and product that are shown, and the date of the frame.
+    [[nodiscard]] QString about() const;
     void placeImage(GeoPosition centreBefore);
     void showProduct(int product);
     [[nodiscard]] PictureTexts texts() const;
@@ -126,11 +128,12 @@ private:
     LayerStack m_stack;
     std::unique_ptr<Loading> m_loading;
     std::unique_ptr<Reading> m_reading;
+    Taps m_taps;
     ItemPlayer m_player;
     ItemPictures m_pictures;
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
-    QString m_replayShown{};   ///< the same of a replay
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
+    QString m_replayShown{};   ///< the same of a replay
 };
 
 } // namespace raincast

@@ -4,14 +4,12 @@
 #include "core/clock.h"
 #include "map/mark_manager.h"
 #include "page/page_display.h"
-#include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/image_geometry.h"
 #include "reading/reading_setting.h"
 #include "window/command_set.h"
 #include "window/commands.h"
 #include "window/message_box.h"
 
-#include <QFileInfo>
 #include <QMenu>
 #include <QWidget>
 
@@ -20,12 +18,6 @@
 namespace raincast {
 
 namespace {
-
-constexpr int kTremble = 6; // of a finger that taps, in pixels
-
-std::optional<FileTime> timeOf(const RadarFrame& frame) {
-    return frameTime(QFileInfo(frame.path).fileName());
-}
 
 Product productOf(int index) {
     const auto row = static_cast<std::size_t>(index);
@@ -54,7 +46,7 @@ RadarSight CItemWeather::Reading::sight() const {
     sight.now = Clock::current().now();
     sight.hasPicture = m_item.shownFrame() != nullptr;
     if (sight.frame) {
-        sight.frameTime = timeOf(state.current);
+        sight.frameTime = takenAt(state.current);
     }
     if (sight.placed) {
         sight.radar = m_item.geoReference().pixelToGeo({kAntennaColumn, kAntennaRow});
@@ -106,7 +98,7 @@ bool CItemWeather::Reading::command(int id) {
 void CItemWeather::Reading::trackStorm() {
     const auto& frames = m_item.m_state.frames;
     const bool two = frames.size() > 1 && frames.front().bitmap && frames.back().bitmap &&
-                     timeOf(frames.front()) && timeOf(frames.back());
+                     takenAt(frames.front()) && takenAt(frames.back());
     if (!two) {
         messageBox(
             m_item.page()->widget(),
@@ -132,21 +124,23 @@ QString CItemWeather::Reading::heading(QPoint place) const {
     return RadarReading::readout(sight(), place).join(u'\n');
 }
 
-bool CItemWeather::Reading::lifted(QPoint place) {
-    const auto from = std::exchange(m_pressed, std::nullopt);
-    const bool isTap = from && (place - *from).manhattanLength() <= kTremble;
-    const bool taken = isTap && m_reading.tap(place, sight());
+bool CItemWeather::Reading::tapped(QPoint place) {
+    const bool taken = m_reading.tap(place, sight());
     show(taken);
     return taken;
 }
 
 bool CItemWeather::Reading::pressedAgain(QPoint place) {
-    m_pressed.reset();
     if (m_reading.use() == RadarReading::Use::none) {
         return false;
     }
-    show(m_reading.tap(place, sight()));
+    static_cast<void>(tapped(place));
     return true;
+}
+
+// An item that nobody reads is not looked at again.
+bool CItemWeather::Reading::wordsChanged() const {
+    return m_reading.use() != RadarReading::Use::none && m_reading.wordsChanged(sight());
 }
 
 bool CItemWeather::Reading::key(int key) {

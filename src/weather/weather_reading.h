@@ -24,9 +24,8 @@ public:
     void pointerMoved(QPoint place) { show(m_reading.pointerMoved(place)); }
     void pointerRested(QPoint place) { show(m_reading.pointerRested(place)); }
     void pointerLeft() { show(m_reading.pointerLeft()); }
-    void pressed(QPoint place) { m_pressed = place; }
-    /// The press was lifted; what did not move was a tap. Whether that meant anything here.
-    bool lifted(QPoint place);
+    /// Whether a tap meant anything here.
+    bool tapped(QPoint place);
     /// A second press is a tap as well while something is under way; false otherwise.
     bool pressedAgain(QPoint place);
     /// Esc ends, Return takes the middle for a point.
@@ -41,7 +40,7 @@ public:
         bool changed = false;
     };
     [[nodiscard]] Held holdFrame();
-    [[nodiscard]] bool wordsChanged() const { return m_reading.wordsChanged(sight()); }
+    [[nodiscard]] bool wordsChanged() const;
 
 private:
     [[nodiscard]] RadarSight sight() const;
@@ -50,7 +49,6 @@ private:
 
     CItemWeather& m_item;
     RadarReading m_reading;
-    std::optional<QPoint> m_pressed;
 };
 
 } // namespace raincast
