@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/replay_clock.h"
 
+#include "core/utc_date_time.h"
+
 #include <QDateTime>
 #include <QRegularExpression>
 
@@ -23,10 +25,17 @@ std::optional<Replay> readReplay(const QString& text) {
 }
 
 QString textOf(const Replay& replay) {
-    const auto begin =
-        QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(replay.begin)), Qt::UTC);
+    const auto begin = utcDateTime(replay.begin);
     const QString text = begin.toString(QStringLiteral("yyyy-MM-ddTHH:mm'Z'"));
     return replay.speed == 1 ? text : text + u'x' + QString::number(replay.speed);
+}
+
+bool canReplay(const Replay& replay) {
+    return kFirstReplay <= replay.begin && replay.begin <= Clock::real().now();
+}
+
+QString folderTextOf(const Replay& replay) {
+    return textOf(Replay{replay.begin}).remove(u':');
 }
 
 FileTime ReplayClock::now() const {

@@ -22,12 +22,18 @@ struct Replay {
 /// No weather before this time can be replayed: nobody keeps it.
 inline const FileTime kFirstReplay = fromCalendar({2020, 1, 1, 0, 0});
 
+/// Whether there can be weather at a replay's begin: from kFirstReplay to now, by Clock::real().
+[[nodiscard]] bool canReplay(const Replay& replay);
+
 /// Reads "2021-12-11T02:00Z" or "2021-12-11T02:00Zx10"; nothing for any other text, a time that
 /// does not exist or a speed out of range.
 [[nodiscard]] std::optional<Replay> readReplay(const QString& text);
 
 /// What readReplay() reads; the speed is left out where it is 1.
 [[nodiscard]] QString textOf(const Replay& replay);
+
+/// A part of a folder's name for what is kept of a replay, the same at any speed.
+[[nodiscard]] QString folderTextOf(const Replay& replay);
 
 /// A clock that showed the begin of a replay at an instant of the world's clock, and runs faster
 /// than that one. It never shows a time that the world has not come to.

@@ -2,6 +2,7 @@
 #include "live/live_source.h"
 
 #include "core/clock.h"
+#include "core/utc_date_time.h"
 #include "live/live_plan.h"
 #include "live/live_warnings.h"
 #include "nexrad/frame_painter.h"
@@ -10,7 +11,6 @@
 #include "provider/s3_bucket.h"
 #include "provider/tgftp.h"
 
-#include <QDateTime>
 #include <QRandomGenerator>
 
 #include <algorithm>
@@ -38,8 +38,7 @@ FileTime worldTimeOf(FileTime time) {
 }
 
 QString textOf(FileTime time) {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
-        .toString(QStringLiteral("yyyy-MM-dd HH:mm 'UTC'"));
+    return utcDateTime(time).toString(QStringLiteral("yyyy-MM-dd HH:mm 'UTC'"));
 }
 
 QString textOf(std::string_view text) {

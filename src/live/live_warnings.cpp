@@ -2,10 +2,9 @@
 #include "live/live_warnings.h"
 
 #include "core/clock.h"
+#include "core/utc_date_time.h"
 #include "live/live_plan.h"
 #include "tree/warning_kinds.h"
-
-#include <QDateTime>
 
 #include <algorithm>
 #include <limits>
@@ -23,9 +22,7 @@ FileTime now() {
 }
 
 QByteArray textOf(FileTime time) {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
-        .toString(Qt::ISODate)
-        .toLatin1();
+    return utcDateTime(time).toString(Qt::ISODate).toLatin1();
 }
 
 /// Which kinds are wanted, as one parameter.

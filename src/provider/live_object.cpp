@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "provider/live_object.h"
 
+#include "core/utc_date_time.h"
+
 #include <QDateTime>
 
 #include <algorithm>
@@ -17,9 +19,7 @@ std::string begin(const LiveName& name) {
 }
 
 std::string text(FileTime time, const char* format) {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
-        .toString(QLatin1String(format))
-        .toStdString();
+    return utcDateTime(time).toString(QLatin1String(format)).toStdString();
 }
 
 bool isWord(std::string_view text, std::size_t least, std::size_t most) {

@@ -73,7 +73,7 @@ void PastStormDialog::onDialogCommand(int id, QWidget* sender, int notification)
 void PastStormDialog::onOk() {
     const auto begin = readReplay(text(kDate).trimmed() + u'T' + text(kTime).trimmed() + u'Z');
     const auto speed = numberInRange(text(kSpeed), 1, Replay::kMostSpeed);
-    if (!begin || !speed || begin->begin < kFirstReplay || begin->begin > Clock::real().now()) {
+    if (!begin || !speed || !canReplay(*begin)) {
         messageBox(
             widget(),
             QStringLiteral("A past storm begins between 2020-01-01 and now, at a time like 02:00; "

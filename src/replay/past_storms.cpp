@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "replay/past_storms.h"
 
-#include <QDateTime>
+#include "core/utc_date_time.h"
 
 #include <array>
 
@@ -37,8 +37,7 @@ QString replayLine() {
     if (clock == nullptr) {
         return {};
     }
-    const auto now =
-        QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(clock->now())), Qt::UTC);
+    const auto now = utcDateTime(clock->now());
     const int speed = clock->replay().speed;
     return now.toString(QStringLiteral("'Replay of 'yyyy-MM-dd HH:mm' UTC'")) +
            (speed > 1 ? QStringLiteral(", %1 times as fast").arg(speed) : QString());

@@ -32,8 +32,7 @@ QString cacheFolder(const ServeOptions& options) {
 
 /// Below the cache folder. Replays of one storm share theirs, whatever their speed.
 QString liveFolder(const std::optional<Replay>& replay) {
-    return replay ? QStringLiteral("/replay-") + textOf(Replay{replay->begin}).remove(u':')
-                  : QStringLiteral("/live");
+    return replay ? QStringLiteral("/replay-") + folderTextOf(*replay) : QStringLiteral("/live");
 }
 
 QByteArray agentOf(const LiveOptions& options) {

@@ -129,7 +129,7 @@ Reading readReplayIn(const QCommandLineParser& parser, ServeOptions& result) {
                                     "and a speed from 1 to %1 if the weather is to run faster.")
                          .arg(Replay::kMostSpeed));
     }
-    if (replay->begin < kFirstReplay || replay->begin > Clock::real().now()) {
+    if (!canReplay(*replay)) {
         return wrong(QStringLiteral("--replay begins between 2020 and now."));
     }
     result.live.replay = replay;

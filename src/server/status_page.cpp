@@ -2,6 +2,7 @@
 #include "server/status_page.h"
 
 #include "core/clock.h"
+#include "core/utc_date_time.h"
 #include "maps/map_data.h"
 #include "radar/catalogue/antenna_positions.h"
 #include "tree/frame_source.h"
@@ -16,8 +17,7 @@ namespace raincast {
 namespace {
 
 QString textOf(FileTime time) {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
-        .toString(Qt::ISODate);
+    return utcDateTime(time).toString(Qt::ISODate);
 }
 
 /// At a speed of 60 a second of the world is a minute of the weather.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tree/warnings_text.h"
 
+#include "core/utc_date_time.h"
 #include "tree/warning_kinds.h"
 
-#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -22,10 +22,7 @@ double rounded(double degrees) {
 }
 
 QJsonValue textOf(FileTime time) {
-    return time == 0
-               ? QJsonValue()
-               : QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
-                     .toString(Qt::ISODate);
+    return time == 0 ? QJsonValue() : utcDateTime(time).toString(Qt::ISODate);
 }
 
 QJsonArray polygonsOf(const WeatherWarning& warning) {

@@ -59,7 +59,7 @@ QString ownServer(WeatherSource source) {
 
 /// Replays of one storm share a folder, whatever their speed.
 QString branchOf(const Replay& replay) {
-    return QString::fromUtf16(kReplayBranch) + textOf(Replay{replay.begin}).remove(u':');
+    return QString::fromUtf16(kReplayBranch) + folderTextOf(replay);
 }
 
 } // namespace

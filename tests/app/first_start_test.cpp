@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The first start of somebody who has configured nothing: live radar, or sample weather where that
 // cannot be reached.
+#include "core/utc_date_time.h"
 #include "live_sim/live_sim.h"
 #include "radar/cache.h"
 #include "radar/catalogue/antenna_positions.h"
@@ -62,9 +63,7 @@ protected:
     static void put(LiveSim& sim, const std::string& site, int minutes) {
         const FileTime now = SystemClock().now();
         const FileTime time = now - now % kFileTimePerMinute - minutes * kFileTimePerMinute;
-        const auto seconds = static_cast<qint64>(toUnixSeconds(time));
-        const QString stamp = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC)
-                                  .toString(QStringLiteral("_yyyy_MM_dd_HH_mm_ss"));
+        const QString stamp = utcDateTime(time).toString(QStringLiteral("_yyyy_MM_dd_HH_mm_ss"));
         const std::string product = makeLevel3(digitalReflectivity(site, time));
         sim.bucket.put(
             site + "_N0B" + stamp.toStdString(), QByteArray::fromStdString(product), time

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A storm of the past in the whole viewer, from its own server, whose providers are stand-ins.
 #include "core/replay_clock.h"
+#include "core/utc_date_time.h"
 #include "live_sim/live_sim.h"
 #include "support/dialog_script.h"
 #include "support/level3_maker.h"
@@ -9,7 +10,6 @@
 #include "window/commands.h"
 
 #include <QComboBox>
-#include <QDateTime>
 #include <QDir>
 #include <QLineEdit>
 #include <QThreadPool>
@@ -40,9 +40,7 @@ protected:
 
     void put(FileTime time) {
         const QByteArray key =
-            QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
-                .toString(QStringLiteral("'PAH_N0B_'yyyy_MM_dd_HH_mm_ss"))
-                .toLatin1();
+            utcDateTime(time).toString(QStringLiteral("'PAH_N0B_'yyyy_MM_dd_HH_mm_ss")).toLatin1();
         sim.bucket.put(
             key.toStdString(),
             QByteArray::fromStdString(makeLevel3(digitalReflectivity("PAH", time))), time

@@ -2,12 +2,12 @@
 // All sites, wanted all the time, for a day of a clock that runs: both providers fail at random,
 // the first one does not answer for some time, and later neither does. A few sites for some hours
 // unless RAINCAST_LONG is set. Prints the seed; RAINCAST_SEED=NUMBER repeats it.
+#include "core/utc_date_time.h"
 #include "live/live_source.h"
 #include "radar/catalogue/sites.h"
 #include "support/level3_maker.h"
 #include "support/test_clock.h"
 
-#include <QDateTime>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QUrlQuery>
@@ -30,21 +30,11 @@ constexpr FileTime kDelay = 90 * kSecond; ///< until a provider has a volume
 constexpr int kFilesInRing = 30;
 
 QByteArray text(FileTime time, const char* format) {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC)
-        .toString(QLatin1String(format))
-        .toLatin1();
+    return utcDateTime(time).toString(QLatin1String(format)).toLatin1();
 }
 
 QByteArray product(const std::string& awipsId, int code, FileTime time) {
-    Level3ToMake wanted;
-    wanted.code = code;
-    wanted.awipsId = awipsId;
-    const std::uint64_t seconds = toUnixSeconds(time);
-    wanted.day = static_cast<int>(seconds / 86'400) + 1;
-    wanted.second = static_cast<int>(seconds % 86'400);
-    wanted.picture = Level3ToMake::Picture::digital;
-    wanted.thresholds = digitalThresholds(-320, 5);
-    return QByteArray::fromStdString(makeLevel3(wanted));
+    return QByteArray::fromStdString(makeLevel3(digitalProduct(awipsId, code, time)));
 }
 
 FetchAnswer good(const QByteArray& body) {

@@ -29,14 +29,7 @@ protected:
     /// A product's bytes: N0B unless another code and heading are given.
     static QByteArray
     product(const std::string& awipsId, FileTime time, int code = 153, std::uint8_t level = 100) {
-        Level3ToMake wanted;
-        wanted.code = code;
-        wanted.awipsId = awipsId;
-        const std::uint64_t seconds = toUnixSeconds(time);
-        wanted.day = static_cast<int>(seconds / 86'400) + 1;
-        wanted.second = static_cast<int>(seconds % 86'400);
-        wanted.picture = Level3ToMake::Picture::digital;
-        wanted.thresholds = code >= 170 ? accumulationThresholds(1, 0) : digitalThresholds(-320, 5);
+        Level3ToMake wanted = digitalProduct(awipsId, code, time);
         wanted.packed = true;
         wanted.rows = {{0, 3600, std::vector<std::uint8_t>(200, level)}};
         return QByteArray::fromStdString(makeLevel3(wanted));

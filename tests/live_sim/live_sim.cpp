@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "live_sim/live_sim.h"
 
+#include "core/utc_date_time.h"
+
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QLocale>
@@ -14,7 +16,7 @@ namespace raincast {
 namespace {
 
 QDateTime utc(FileTime time) {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(time)), Qt::UTC);
+    return utcDateTime(time);
 }
 
 QByteArray text(FileTime time, const char* format) {

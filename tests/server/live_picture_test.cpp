@@ -4,6 +4,7 @@
 // objects' time. What comes out is compared, pixel by pixel, with a reading of the gates of the
 // test's own.
 #include "core/clock.h"
+#include "core/utc_date_time.h"
 #include "gate_reading.h"
 #include "live_sim/live_sim.h"
 #include "nexrad/level3_decoder.h"
@@ -55,9 +56,7 @@ protected:
         return QString::fromLatin1(codeOf(product).data());
     }
     [[nodiscard]] QString fileName(Product product) const {
-        const QString time =
-            QDateTime::fromSecsSinceEpoch(static_cast<qint64>(toUnixSeconds(object.time)), Qt::UTC)
-                .toString(QStringLiteral("yyyyMMdd_HHmm"));
+        const QString time = utcDateTime(object.time).toString(QStringLiteral("yyyyMMdd_HHmm"));
         return site() + u'_' + time + u'_' + code(product) + ".gif";
     }
 
@@ -115,14 +114,7 @@ protected:
     }
     /// A product whose echoes lie in sectors of five degrees and rings of 15 km.
     static QByteArray sectors(const std::string& site, FileTime time) {
-        Level3ToMake wanted;
-        wanted.code = 153;
-        wanted.awipsId = "N0B" + site;
-        const std::uint64_t seconds = toUnixSeconds(time);
-        wanted.day = static_cast<int>(seconds / 86'400) + 1;
-        wanted.second = static_cast<int>(seconds % 86'400);
-        wanted.picture = Level3ToMake::Picture::digital;
-        wanted.thresholds = digitalThresholds(-320, 5);
+        Level3ToMake wanted = digitalReflectivity(site, time);
         wanted.packed = true;
         wanted.rows.clear();
         for (int radial = 0; radial < 720; ++radial) {

@@ -41,9 +41,7 @@ protected:
         Level3ToMake wanted;
         wanted.awipsId = awipsId;
         wanted.code = code;
-        const std::uint64_t seconds = toUnixSeconds(time);
-        wanted.day = static_cast<int>(seconds / 86'400) + 1;
-        wanted.second = static_cast<int>(seconds % 86'400);
+        wanted.takenAt(time);
         return QByteArray::fromStdString(makeLevel3(wanted));
     }
 

@@ -163,17 +163,27 @@ std::string makeLevel3(const Level3ToMake& wanted) {
     return result;
 }
 
-Level3ToMake digitalReflectivity(const std::string& site, FileTime volume) {
+void Level3ToMake::takenAt(FileTime volume) {
     constexpr std::uint64_t kDay = 86'400;
     const std::uint64_t seconds = toUnixSeconds(volume);
+    day = static_cast<int>(seconds / kDay) + 1;
+    second = static_cast<int>(seconds % kDay);
+}
+
+Level3ToMake digitalProduct(const std::string& awipsId, int code, FileTime volume) {
+    constexpr int kFirstAccumulation = 170;
     Level3ToMake wanted;
-    wanted.awipsId = "N0B" + site;
-    wanted.code = 153;
+    wanted.awipsId = awipsId;
+    wanted.code = code;
     wanted.picture = Picture::digital;
-    wanted.thresholds = digitalThresholds(-320, 5);
-    wanted.day = static_cast<int>(seconds / kDay) + 1;
-    wanted.second = static_cast<int>(seconds % kDay);
+    wanted.thresholds =
+        code >= kFirstAccumulation ? accumulationThresholds(1, 0) : digitalThresholds(-320, 5);
+    wanted.takenAt(volume);
     return wanted;
+}
+
+Level3ToMake digitalReflectivity(const std::string& site, FileTime volume) {
+    return digitalProduct("N0B" + site, 153, volume);
 }
 
 std::array<std::uint16_t, 16> digitalThresholds(int leastTenths, int incrementTenths) {

@@ -44,10 +44,17 @@ struct Level3ToMake {
     std::string wmoHeading = "SDUS54 KOUN 202016";
     std::string awipsId = "N0RTLX";
     int zlibFrames = 0; ///< in how many zlib streams the headings and the message lie once more
+
+    /// Gives it the date and time of a volume.
+    void takenAt(FileTime volume);
 };
 
 /// The product's bytes.
 [[nodiscard]] std::string makeLevel3(const Level3ToMake& wanted);
+
+/// A digital product of a volume, with the usual thresholds of its kind: a code, and an AWIPS
+/// identifier like "N0BTLX".
+[[nodiscard]] Level3ToMake digitalProduct(const std::string& awipsId, int code, FileTime volume);
 
 /// Base reflectivity as live radar has it, the digital N0B, of a site's volume at a time.
 [[nodiscard]] Level3ToMake digitalReflectivity(const std::string& site, FileTime volume);
