@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "map/map_label.h"
 
+#include "window/device_pixels.h"
+
 #include <QCache>
 #include <QFont>
 #include <QImage>
@@ -19,7 +21,6 @@ constexpr QColor kHalo(255, 255, 240);
 constexpr int kMostUnits = 40;       // of a text; a name in a file may be of any length
 constexpr int kKeptBytes = 16 << 20; // of pictures of texts: some thousand names
 constexpr double kStandardDpi = 96;
-constexpr double kMetresPerInch = 0.0254;
 
 QString oneShortLine(const QString& text) {
     const QString line = text.left(4 * kMostUnits).simplified();
@@ -49,8 +50,7 @@ QImage pictureOf(const QString& line, const QFont& font, const QPaintDevice& dev
     const int halo = haloWidth(device);
     const QSize size(qCeil(text.size().width()), qCeil(text.size().height()));
     QImage picture(size + QSize(4 * halo, 2 * halo), QImage::Format_ARGB32_Premultiplied);
-    picture.setDotsPerMeterX(qRound(device.logicalDpiX() / kMetresPerInch));
-    picture.setDotsPerMeterY(qRound(device.logicalDpiY() / kMetresPerInch));
+    setDensity(picture, device.logicalDpiY());
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setFont(font);

@@ -1,27 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "page/back_buffer.h"
 
+#include "window/device_pixels.h"
+
 #include <QPainter>
 #include <QTransform>
 #include <QWidget>
 
 namespace raincast {
 
-namespace {
-
-constexpr double kMetresPerInch = 0.0254;
-
-} // namespace
-
 void BackBuffer::fit(const QWidget& window, const QSize& deviceSize) {
     const double dotsPerInch = window.logicalDpiY() * window.devicePixelRatioF();
-    const int dotsPerMetre = qRound(dotsPerInch / kMetresPerInch);
     if (m_image.size() != deviceSize) {
         m_image = QImage(deviceSize, QImage::Format_RGB32);
     }
-    if (m_image.dotsPerMeterY() != dotsPerMetre) {
-        m_image.setDotsPerMeterX(dotsPerMetre);
-        m_image.setDotsPerMeterY(dotsPerMetre);
+    if (m_image.logicalDpiY() != qRound(dotsPerInch)) {
+        setDensity(m_image, dotsPerInch);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "map/text_box.h"
 #include "palette/nws_colours.h"
 #include "reading/level_text.h"
+#include "window/device_pixels.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -69,8 +70,7 @@ QImage ScaleBar::picture(
     QImage image(
         widthOf(metrics, product), heading + kLevels * rowHeight + foot, QImage::Format_RGB32
     );
-    image.setDotsPerMeterX(painter.device()->logicalDpiX() * 5000 / 127);
-    image.setDotsPerMeterY(painter.device()->logicalDpiY() * 5000 / 127);
+    setDensity(image, painter.device()->logicalDpiY());
     image.fill(Qt::white);
     QPainter to(&image);
     to.setFont(painter.font());

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "reading/text_picture.h"
 
+#include "window/device_pixels.h"
+
 #include <QCache>
 #include <QFontMetrics>
 #include <QImage>
@@ -13,7 +15,6 @@ namespace {
 
 constexpr int kMargin = 3;
 constexpr int kKept = 50;
-constexpr double kMetresPerInch = 0.0254;
 
 QImage drawn(const QPainter& like, const QString& text, int mostWidth) {
     constexpr int kFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
@@ -23,8 +24,7 @@ QImage drawn(const QPainter& like, const QString& text, int mostWidth) {
     QImage picture(
         needed.width() + 2 * kMargin, needed.height() + 2 * kMargin, QImage::Format_RGB32
     );
-    picture.setDotsPerMeterX(qRound(like.device()->logicalDpiX() / kMetresPerInch));
-    picture.setDotsPerMeterY(qRound(like.device()->logicalDpiY() / kMetresPerInch));
+    setDensity(picture, like.device()->logicalDpiY());
     picture.fill(Qt::white);
     QPainter painter(&picture);
     painter.setFont(like.font());

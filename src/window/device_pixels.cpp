@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/device_pixels.h"
 
+#include <QImage>
 #include <QPointF>
 #include <QWidget>
 
@@ -40,6 +41,13 @@ QPoint toScreen(const QWidget& widget, const QPoint& devicePixel) {
     const QPointF inWindow =
         QPointF(deviceRect(widget).topLeft() + devicePixel) / widget.devicePixelRatioF();
     return widget.window()->mapToGlobal(inWindow).toPoint();
+}
+
+void setDensity(QImage& image, double dotsPerInch) {
+    constexpr double kMetresPerInch = 0.0254;
+    const int dotsPerMetre = qRound(dotsPerInch / kMetresPerInch);
+    image.setDotsPerMeterX(dotsPerMetre);
+    image.setDotsPerMeterY(dotsPerMetre);
 }
 
 } // namespace raincast

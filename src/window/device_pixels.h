@@ -3,6 +3,7 @@
 
 #include <QRect>
 
+class QImage;
 class QPointF;
 class QWidget;
 
@@ -19,5 +20,8 @@ namespace raincast {
 
 /// The place on the screen, in logical pixels, of a device pixel of a widget.
 [[nodiscard]] QPoint toScreen(const QWidget& widget, const QPoint& devicePixel);
+
+/// Gives an image a density: text has the same size on all that have the same.
+void setDensity(QImage& image, double dotsPerInch);
 
 } // namespace raincast
