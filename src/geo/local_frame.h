@@ -3,12 +3,16 @@
 
 #include "geo/geo_position.h"
 
+#include <cmath>
+
 namespace raincast {
 
 /// A way over the ground, in metres.
 struct LocalOffset {
     double eastMetres = 0;
     double northMetres = 0;
+
+    [[nodiscard]] double lengthMetres() const { return std::hypot(eastMetres, northMetres); }
 
     friend bool operator==(const LocalOffset&, const LocalOffset&) = default;
 };

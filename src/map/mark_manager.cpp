@@ -133,7 +133,7 @@ void CMarkManager::takeTarget(const COverlayMark& mark, std::optional<LocalOffse
     m_targetMark = &mark;
     dropNavigation();
     const LocalOffset start = lineStart.value_or(LocalOffset());
-    const bool onEarth = std::hypot(start.eastMetres, start.northMetres) < kMostStartMetres;
+    const bool onEarth = start.lengthMetres() < kMostStartMetres;
     if (const auto line = onEarth ? lineFrom(start) : std::nullopt) {
         m_startLine = *line;
     }

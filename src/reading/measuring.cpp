@@ -37,8 +37,7 @@ QStringList measuredLines(const MeasuredWay& way) {
         bearingBack(static_cast<float>(there.eastMetres), static_cast<float>(there.northMetres));
     QStringList lines{wayText(way.from, way.to) + QStringLiteral(" / ") + bearingText(back)};
     if (way.knots >= kLeastKnots) {
-        const double miles =
-            std::hypot(there.eastMetres, there.northMetres) / kMetresPerNauticalMile;
+        const double miles = there.lengthMetres() / kMetresPerNauticalMile;
         lines += durationText(miles / way.knots * 60) + QStringLiteral(" at ") +
                  CUnits::global().speedText(way.knots);
     }

@@ -20,10 +20,6 @@ namespace {
 constexpr int kRingsWithin = 4;
 constexpr int kMostRings = 12;
 
-double metresOf(const LocalOffset& way) {
-    return std::hypot(way.eastMetres, way.northMetres);
-}
-
 /// Half of the longer side of what is seen, in metres.
 double reach(const MapSight& sight) {
     const QRect& area = sight.area;
@@ -31,7 +27,7 @@ double reach(const MapSight& sight) {
     const GeoPosition here = sight.at(middle);
     const GeoPosition right = sight.at({area.right(), middle.y()});
     const GeoPosition top = sight.at({middle.x(), area.top()});
-    return std::max(metresOf(shortWay(here, right)), metresOf(shortWay(here, top)));
+    return std::max(shortWay(here, right).lengthMetres(), shortWay(here, top).lengthMetres());
 }
 
 /// How many rings of a size lie between a place and the corner of an area that is farthest from it.

@@ -22,10 +22,6 @@ constexpr double kShortRangeMetres = 230'000;
 constexpr double kFeetPerMetre = 3.281;
 constexpr int kFromPointer = 12; // so that the pointer hides nothing
 
-double metresOf(const LocalOffset& way) {
-    return std::hypot(way.eastMetres, way.northMetres);
-}
-
 /// Whether a product is made of the lowest beam alone.
 bool isOfLowestBeam(Product product) {
     return product == Product::baseReflectivity || product == Product::longRangeReflectivity ||
@@ -50,13 +46,13 @@ QString wayText(GeoPosition from, GeoPosition to) {
     const LocalOffset back = shortWay(to, from);
     const float bearing =
         bearingBack(static_cast<float>(back.eastMetres), static_cast<float>(back.northMetres));
-    return CUnits::global().distanceText(metresOf(shortWay(from, to))) + u' ' +
+    return CUnits::global().distanceText(shortWay(from, to).lengthMetres()) + u' ' +
            bearingText(bearing);
 }
 
 QStringList readoutLines(const ReadPlace& place) {
     QStringList lines;
-    const double distance = metresOf(shortWay(place.radar, place.position));
+    const double distance = shortWay(place.radar, place.position).lengthMetres();
     if (place.product && place.level) {
         const bool outside = place.level == 0U && distance > rangeMetres(*place.product);
         lines += outside ? QStringLiteral("outside the radar's range")

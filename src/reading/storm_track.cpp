@@ -31,7 +31,7 @@ StormTrack::StormTrack(const Seen& first, const Seen& last) : m_last(last) {
 }
 
 double StormTrack::knots() const {
-    return std::hypot(m_motion.eastMetres, m_motion.northMetres) * kKnotsPerMetreASecond;
+    return m_motion.lengthMetres() * kKnotsPerMetreASecond;
 }
 
 double StormTrack::bearing() const {
@@ -55,7 +55,7 @@ std::optional<StormTrack::Passing> StormTrack::passing(GeoPosition place) const 
         return std::nullopt;
     }
     const LocalOffset way = shortWay(m_last.place, place);
-    const double speed = std::hypot(m_motion.eastMetres, m_motion.northMetres);
+    const double speed = m_motion.lengthMetres();
     const double ahead =
         (way.eastMetres * m_motion.eastMetres + way.northMetres * m_motion.northMetres) / speed;
     if (ahead < 0) {
@@ -67,7 +67,7 @@ std::optional<StormTrack::Passing> StormTrack::passing(GeoPosition place) const 
         m_motion.northMetres * seconds - way.northMetres};
     Passing passing;
     passing.time = m_last.time + static_cast<FileTime>(seconds * kFileTimePerSecond);
-    passing.metres = std::hypot(toStorm.eastMetres, toStorm.northMetres);
+    passing.metres = toStorm.lengthMetres();
     passing.bearing = bearingBack(
         static_cast<float>(-toStorm.eastMetres), static_cast<float>(-toStorm.northMetres)
     );
