@@ -16,6 +16,10 @@ bool isWanted(const char16_t* server) {
     return servers.radar == name || servers.basemap == name;
 }
 
+bool isReplay(const QString& host) {
+    return host.startsWith(QStringView(kOwnReplayServer));
+}
+
 } // namespace
 
 LocalServers::LocalServers(QString program, const QStringList& liveArguments)
@@ -23,40 +27,45 @@ LocalServers::LocalServers(QString program, const QStringList& liveArguments)
       m_live(program, QStringList(QStringLiteral("--live")) + kListing + liveArguments),
       m_sample(std::move(program), QStringList(QStringLiteral("--sample")) + kListing) {}
 
-void LocalServers::EstablishConnection(const QString& host, Ready ready) {
-    const auto tell = [ready = std::move(ready)](const QString& address) {
-        ready(!address.isEmpty());
-    };
+template<class Self>
+auto LocalServers::standsFor(Self& self, const QString& host) -> decltype(&self.m_live) {
     if (host == QStringView(kOwnLiveServer)) {
-        m_live.use(tell);
-    } else if (host == QStringView(kOwnSampleServer)) {
-        m_sample.use(tell);
-    } else if (host.startsWith(QStringView(kOwnReplayServer))) {
-        replay(host).use(tell);
-    } else {
-        tell(host);
+        return &self.m_live;
     }
+    if (host == QStringView(kOwnSampleServer)) {
+        return &self.m_sample;
+    }
+    return isReplay(host) && host == self.m_replayed ? self.m_replay.get() : nullptr;
 }
 
-LocalServer& LocalServers::replay(const QString& host) {
-    if (!m_replay || m_replayed != host) {
+void LocalServers::makeForReplay(const QString& host) {
+    if (host != m_replayed) {
         m_replayed = host;
         const QStringList when = {
             QStringLiteral("--live"), QStringLiteral("--replay"),
             host.sliced(QStringView(kOwnReplayServer).size())};
         m_replay = std::make_unique<LocalServer>(m_program, when + kListing + m_liveArguments);
     }
-    return *m_replay;
+}
+
+void LocalServers::EstablishConnection(const QString& host, Ready ready) {
+    if (isReplay(host)) {
+        makeForReplay(host);
+    }
+    if (LocalServer* const server = standsFor(*this, host)) {
+        server->use([ready = std::move(ready)](const QString& address) {
+            ready(!address.isEmpty());
+        });
+    } else {
+        ready(!host.isEmpty());
+    }
 }
 
 QString LocalServers::addressOf(const QString& host) const {
-    if (host == QStringView(kOwnLiveServer)) {
-        return m_live.address();
+    if (const LocalServer* const server = standsFor(*this, host)) {
+        return server->address();
     }
-    if (host.startsWith(QStringView(kOwnReplayServer))) {
-        return m_replay && m_replayed == host ? m_replay->address() : QString();
-    }
-    return host == QStringView(kOwnSampleServer) ? m_sample.address() : host;
+    return isReplay(host) ? QString() : host;
 }
 
 void LocalServers::onPublished(ServersChange& /*change*/) {

@@ -13,10 +13,9 @@
 namespace raincast {
 
 /// The servers that the viewer starts for itself, one for live radar, one for sample weather and
-/// one for a storm of the past, so
-/// that a newcomer sees weather without configuring anything. Each is started for the first
-/// transfer that wants it, and ends when the settings want it no more. Other hosts are where their
-/// names say.
+/// one for a storm of the past, so that a newcomer sees weather without configuring anything. Each
+/// is started for the first transfer that wants it, and ends when the settings want it no more.
+/// Other hosts are where their names say.
 class LocalServers : public ConnectionManager, public Listener<ServersChange> {
 public:
     /// `liveArguments` go to those for real weather as well.
@@ -32,7 +31,11 @@ public:
     [[nodiscard]] const LocalServer& sample() const { return m_sample; }
 
 private:
-    [[nodiscard]] LocalServer& replay(const QString& host);
+    /// The server that a host stands for; null for a host of another, and for a storm of the past
+    /// without a server.
+    template<class Self>
+    [[nodiscard]] static auto standsFor(Self& self, const QString& host) -> decltype(&self.m_live);
+    void makeForReplay(const QString& host);
 
     QString m_program;
     QStringList m_liveArguments;
