@@ -399,6 +399,15 @@ TEST_F(BasemapsTest, ACacheFolderThatCannotBeMadeIsTheCause) {
     EXPECT_EQ(m_radar.count() + m_basemap.count(), 0);
 }
 
+TEST_F(BasemapsTest, ASiteFolderThatCannotBeMadeIsTheCause) {
+    ASSERT_TRUE(QDir().mkpath(m_state.cacheFolder));
+    writeFile(m_state.cacheFolder + "/MUX", "a file where the folder should be");
+    EXPECT_FALSE(load(true));
+    EXPECT_EQ(m_state.status, cacheFailureText(m_state.cacheFolder, qt_error_string(ENOTDIR)));
+    EXPECT_EQ(m_radar.count() + m_basemap.count(), 0);
+    EXPECT_EQ(m_view.steps.size(), 0U);
+}
+
 TEST_F(BasemapsTest, ACacheFolderThatCannotBeWrittenIsTheCause) {
     publishFrame();
     for (const TreeFile& file : kFiles) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // When the radar item moves and updates by itself: half-seconds of the program's clock, one by one.
+#include "core/replay_clock.h"
 #include "support/fault_server.h"
 #include "weather_page.h"
 
@@ -109,6 +110,22 @@ TEST_F(ItemWeatherUpdatesTest, WhatWasNeverFetchedIsUpdatedAtTheFirstTick) {
     EXPECT_EQ(updates(), before + 1);
     beatAt(fromCalendar({2019, 5, 19, 6, 1}));
     EXPECT_EQ(updates(), before + 1);
+}
+
+TEST_F(ItemWeatherUpdatesTest, InAReplayTheWeathersClockSaysWhen) {
+    const FileTime world = fromCalendar({2020, 1, 1, 0, 0});
+    m_clock.set(world);
+    const ReplayClock clock({fromCalendar({2019, 5, 19, 6, 0}), 60}, world);
+    Clock::replayBy(&clock);
+    showSite();
+    editAnimation(2, true);
+    const int before = updates();
+    // Due at half past 6:02.
+    beatAt(world + 2 * kFileTimePerSecond);
+    EXPECT_EQ(updates(), before);
+    beatAt(world + 3 * kFileTimePerSecond);
+    EXPECT_EQ(updates(), before + 1);
+    Clock::replayBy(nullptr);
 }
 
 TEST_F(ItemWeatherUpdatesTest, AfterALongPauseEveryTickUpdatesUntilItHasCaughtUp) {
