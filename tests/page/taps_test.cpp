@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "page/taps.h"
-
 #include "support/qt_app.h"
 #include "window/screen_metrics.h"
 
