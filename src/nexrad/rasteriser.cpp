@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/rasteriser.h"
 
-#include "nexrad/scan_placement.h"
+#include "nexrad/cell_axis.h"
+#include "nexrad/pixel_places.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <utility>
 
 namespace raincast {
 
@@ -39,26 +39,48 @@ std::array<int, kTenthsOfCircle> rowsByAzimuth(const PolarScan& scan) {
     return rows;
 }
 
-void rasterisePolar(
-    const PolarScan& scan, const std::vector<PolarPlace>& places, IndexedPicture& picture
-) {
+std::uint8_t polarLevel(const PolarScan& scan, int row, int column) {
+    return row == kNoRow ? std::uint8_t{0} : scan.levels[scan.cell(row, column)];
+}
+
+void rasterisePolar(const PolarScan& scan, const PixelPlaces& places, IndexedPicture& picture) {
     const auto rows = rowsByAzimuth(scan);
     const double endKm = scan.firstKm + scan.cellKm * scan.columns;
-    std::transform(places.begin(), places.end(), picture.begin(), [&](const PolarPlace& place) {
-        const int row = rows[static_cast<std::size_t>(place.azimuthDegrees * 10.0)];
-        if (row == kNoRow || place.km < scan.firstKm || place.km >= endKm) {
+    const auto exactLevel = [&](const PolarPlace& place) {
+        if (place.km < scan.firstKm || place.km >= endKm) {
             return std::uint8_t{0};
         }
         const int column = static_cast<int>((place.km - scan.firstKm) / scan.cellKm);
-        return scan.levels[scan.cell(row, std::min(column, scan.columns - 1))];
-    });
+        const auto tenth = static_cast<std::size_t>(place.azimuthDegrees * 10.0);
+        return polarLevel(scan, rows[tenth], std::min(column, scan.columns - 1));
+    };
+    const CellAxis around(kTenthsOfCircle, 0, 1, kQuickTenths);
+    const CellAxis outwards(scan.columns, scan.firstKm, scan.cellKm, kQuickKm);
+    PolarRow quick;
+    CellAxis::Cells tenths;
+    CellAxis::Cells columns;
+    auto pixel = picture.begin();
+    for (int y = 0; y < kFrameHeight; ++y) {
+        places.place(y, quick);
+        around.find(quick.tenths, tenths);
+        outwards.find(quick.km, columns);
+        for (std::size_t x = 0; x < kFrameWidth; ++x, ++pixel) {
+            if (columns[x] >= 0 && tenths[x] >= 0) {
+                *pixel = polarLevel(scan, rows[static_cast<std::size_t>(tenths[x])], columns[x]);
+            } else if (columns[x] != CellAxis::kOutside) {
+                *pixel = exactLevel(places.exact(y, static_cast<int>(x)));
+            }
+        }
+    }
+}
+
+std::uint8_t rasterLevel(const PolarScan& scan, int row, int column) {
+    return scan.levels[scan.cell(row, column)];
 }
 
 /// The cells of a raster lie on the plane that keeps directions and distances from the antenna.
-void rasteriseRaster(
-    const PolarScan& scan, const std::vector<PolarPlace>& places, IndexedPicture& picture
-) {
-    std::transform(places.begin(), places.end(), picture.begin(), [&](const PolarPlace& place) {
+void rasteriseRaster(const PolarScan& scan, const PixelPlaces& places, IndexedPicture& picture) {
+    const auto exactLevel = [&](const PolarPlace& place) {
         const double azimuth = place.azimuthDegrees * kDegree;
         const double cells = place.km / scan.cellKm;
         const double column = std::floor(scan.columns / 2.0 + cells * std::sin(azimuth));
@@ -66,30 +88,28 @@ void rasteriseRaster(
         if (column < 0 || column >= scan.columns || row < 0 || row >= scan.rows) {
             return std::uint8_t{0};
         }
-        return scan.levels[scan.cell(static_cast<int>(row), static_cast<int>(column))];
-    });
-}
-
-/// The places of the pictures that this thread drew last. They cost more than all else, and a
-/// site's products, of two ranges, are usually drawn one after the other.
-const std::vector<PolarPlace>& placesFor(const PolarScan& scan, const ImageGeometry& image) {
-    struct Drawn {
-        std::array<double, 5> key{};
-        std::vector<PolarPlace> places;
+        return rasterLevel(scan, static_cast<int>(row), static_cast<int>(column));
     };
-    thread_local Drawn last;
-    thread_local Drawn before;
-    const std::array key = {
-        scan.latitude, scan.longitude, image.degreesPerPixel(), image.latitudeOfRow(0),
-        image.longitudeOfColumn(0)};
-    const auto isDrawn = [&] { return !last.places.empty() && last.key == key; };
-    if (!isDrawn()) {
-        std::swap(last, before);
+    const CellAxis eastwards(
+        scan.columns, scan.columns / -2.0 * scan.cellKm, scan.cellKm, kQuickKm
+    );
+    const CellAxis southwards(scan.rows, scan.rows / 2.0 * scan.cellKm, -scan.cellKm, kQuickKm);
+    PlaneRow quick;
+    CellAxis::Cells columns;
+    CellAxis::Cells rows;
+    auto pixel = picture.begin();
+    for (int y = 0; y < kFrameHeight; ++y) {
+        places.place(y, quick);
+        eastwards.find(quick.eastKm, columns);
+        southwards.find(quick.northKm, rows);
+        for (std::size_t x = 0; x < kFrameWidth; ++x, ++pixel) {
+            if (columns[x] >= 0 && rows[x] >= 0) {
+                *pixel = rasterLevel(scan, rows[x], columns[x]);
+            } else if (columns[x] != CellAxis::kOutside && rows[x] != CellAxis::kOutside) {
+                *pixel = exactLevel(places.exact(y, static_cast<int>(x)));
+            }
+        }
     }
-    if (!isDrawn()) {
-        last = {key, placePixels(image, scan.latitude, scan.longitude)};
-    }
-    return last.places;
 }
 
 } // namespace
@@ -99,7 +119,7 @@ IndexedPicture rasterise(const PolarScan& scan, const ImageGeometry& image) {
     if (!fits(scan)) {
         return picture;
     }
-    const auto& places = placesFor(scan, image);
+    const PixelPlaces places(image, scan.latitude, scan.longitude);
     if (scan.layout == CellLayout::polar) {
         rasterisePolar(scan, places, picture);
     } else {

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/catalogue/image_geometry.h"
-
-#include <vector>
-
 namespace raincast {
 
 /// Where a place lies as an antenna sees it.
@@ -13,18 +9,66 @@ struct PolarPlace {
     float km;             ///< along the ground
 };
 
-/// Where the centres of all pixels of a picture lie as an antenna sees them, row by row.
+/// The place of one position (degrees) as an antenna sees it.
 ///
 /// Layers are drawn by latitude and longitude, so an echo must be too: its place is the end of the
 /// great circle that leaves the antenna in the beam's direction, as long as the way along the
 /// ground. (A flat earth with the pictures' degrees per pixel would put an echo 230 km away up to
 /// 7 km beside the county it falls on.) The earth's flattening is met by the sphere that fits the
 /// ellipsoid at the antenna (Gauss's); what remains is less than 100 metres, an eighth of a pixel.
-[[nodiscard]] std::vector<PolarPlace>
-placePixels(const ImageGeometry& image, double antennaLatitude, double antennaLongitude);
-
-/// The place of one position (degrees), as above.
 [[nodiscard]] PolarPlace
 seenFrom(double antennaLatitude, double antennaLongitude, double latitude, double longitude);
+
+/// An angle's functions.
+struct Angle {
+    explicit Angle(double radians);
+
+    double sine;
+    double cosine;
+    double halfSine;
+};
+
+/// Gauss's sphere for one antenna: latitudes and longitudes on it are such that it fits the
+/// ellipsoid to the third order around the antenna. All angles but the constructor's are radians.
+class LocalSphere {
+public:
+    LocalSphere(double latitudeDegrees, double longitudeDegrees);
+
+    [[nodiscard]] double radiusKm() const { return m_radiusKm; }
+    [[nodiscard]] double antennaLatitude() const { return m_sphereLatitude; }
+
+    /// Of a latitude on the ellipsoid.
+    [[nodiscard]] double latitude(double degrees) const;
+
+    /// East of the antenna; the short way round the globe.
+    [[nodiscard]] double longitude(double degrees) const;
+
+private:
+    double m_latitude;
+    double m_longitude;
+    double m_stretch = 1;
+    double m_radiusKm = 0;
+    double m_sphereLatitude = 0;
+};
+
+/// One row of places: all on one latitude.
+class Parallel {
+public:
+    Parallel(const LocalSphere& sphere, double latitudeDegrees);
+
+    /// The place that lies east of the antenna by an angle on the sphere.
+    [[nodiscard]] PolarPlace at(const Angle& east) const;
+
+    [[nodiscard]] const Angle& antenna() const { return m_antenna; }
+    [[nodiscard]] const Angle& latitude() const { return m_place; }
+    /// North of the antenna.
+    [[nodiscard]] const Angle& north() const { return m_north; }
+
+private:
+    double m_diameterKm;
+    Angle m_antenna;
+    Angle m_place;
+    Angle m_north;
+};
 
 } // namespace raincast

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/rasteriser.h"
+#include "nexrad/scan_placement.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace raincast {
@@ -118,6 +121,102 @@ TEST(RasteriserTest, TablesThatDoNotFitShowNothing) {
     const IndexedPicture nothing(600U * 550U, 0);
     for (std::size_t i = 0; i < scans.size(); ++i) {
         EXPECT_EQ(rasterise(scans[i], kImage), nothing) << i;
+    }
+}
+
+/// Cells in no order: a wrong cell is a wrong level, nearly always.
+void fillAtRandom(PolarScan& scan) {
+    std::uint32_t state = 1;
+    for (std::uint8_t& cell : scan.cells) {
+        state = state * 1664525 + 1013904223;
+        cell = static_cast<std::uint8_t>(state >> 24);
+    }
+}
+
+PolarScan radialsOf(int radials, int bins, double cellKm) {
+    PolarScan scan = scanOf(radials, bins, cellKm);
+    for (int i = 0; i < radials; ++i) {
+        scan.radials.push_back({i * 3600 / radials, 3600 / radials});
+    }
+    fillAtRandom(scan);
+    return scan;
+}
+
+PolarScan rasterOf(int size, double cellKm) {
+    PolarScan scan = scanOf(size, size, cellKm);
+    scan.layout = CellLayout::raster;
+    fillAtRandom(scan);
+    return scan;
+}
+
+/// The level under a place by the rule alone, without any haste.
+std::uint8_t levelAt(const PolarScan& scan, const PolarPlace& place) {
+    if (scan.layout == CellLayout::raster) {
+        const double azimuth = place.azimuthDegrees * 3.14159265358979323846 / 180;
+        const double cells = place.km / scan.cellKm;
+        const auto column = int(std::floor(scan.columns / 2.0 + cells * std::sin(azimuth)));
+        const auto row = int(std::floor(scan.rows / 2.0 - cells * std::cos(azimuth)));
+        const bool inside = column >= 0 && column < scan.columns && row >= 0 && row < scan.rows;
+        return inside ? scan.levels[scan.cell(row, column)] : std::uint8_t{0};
+    }
+    const double cells = (place.km - scan.firstKm) / scan.cellKm;
+    if (cells < 0 || cells >= scan.columns) {
+        return 0;
+    }
+    const int width = 3600 / scan.rows;
+    const int row = int(place.azimuthDegrees * 10.0) / width;
+    return scan.levels[scan.cell(row, int(cells))];
+}
+
+struct DrawnAt {
+    double latitude;
+    double longitude;
+};
+
+/// Asks for each pixel by itself where its centre lies.
+std::ptrdiff_t wrongPixels(PolarScan scan, const DrawnAt& antenna, Range range) {
+    // The layers' antenna is often some hundred metres beside the product's.
+    const ImageGeometry image(antenna.latitude + .01, antenna.longitude - .01, range);
+    scan.latitude = antenna.latitude;
+    scan.longitude = antenna.longitude;
+    const IndexedPicture picture = rasterise(scan, image);
+    std::ptrdiff_t wrong = 0;
+    for (int row = 0; row < kFrameHeight; ++row) {
+        for (int column = 0; column < kFrameWidth; ++column) {
+            const PolarPlace place = seenFrom(
+                antenna.latitude, antenna.longitude, image.latitudeOfRow(row),
+                image.longitudeOfColumn(column)
+            );
+            const auto index = static_cast<std::size_t>(row * kFrameWidth + column);
+            wrong += picture[index] != levelAt(scan, place) ? 1 : 0;
+        }
+    }
+    return wrong;
+}
+
+// The tropics, the plains, Alaska, south of the equator, the date line, and where no radar stands.
+constexpr DrawnAt kAntennas[] = {{13.45, 144.81},  {35.333, -97.278}, {65.035, -147.501},
+                                 {-14.33, -170.7}, {52, 179.99},      {88, 0}};
+
+TEST(RasteriserTest, EveryPixelShowsTheCellOfItsExactPlace) {
+    for (const DrawnAt& antenna : kAntennas) {
+        EXPECT_EQ(wrongPixels(radialsOf(720, 1840, .25), antenna, Range::shortRange), 0)
+            << antenna.latitude;
+        EXPECT_EQ(wrongPixels(rasterOf(464, 1), antenna, Range::longRange), 0) << antenna.latitude;
+    }
+}
+
+TEST(RasteriserTest, CellsOfAnySizeAndBeginningAreExact) {
+    PolarScan beyond = radialsOf(360, 460, .99);
+    beyond.firstKm = 17.3;
+    EXPECT_EQ(wrongPixels(beyond, kAntennas[1], Range::longRange), 0);
+    beyond.firstKm = -40;
+    EXPECT_EQ(wrongPixels(beyond, kAntennas[1], Range::shortRange), 0);
+    for (const double cellKm : {1e-9, 1e-4, .02, 5000.}) {
+        EXPECT_EQ(wrongPixels(radialsOf(360, 2000, cellKm), kAntennas[1], Range::shortRange), 0)
+            << cellKm;
+        EXPECT_EQ(wrongPixels(rasterOf(1000, cellKm), kAntennas[1], Range::shortRange), 0)
+            << cellKm;
     }
 }
 

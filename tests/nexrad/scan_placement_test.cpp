@@ -50,19 +50,5 @@ TEST(ScanPlacementTest, TheAntennasOwnPlaceIsNoDistanceAway) {
     EXPECT_NEAR(seenFrom(35, -97, 35, -97).km, 0, 1e-6);
 }
 
-TEST(ScanPlacementTest, PixelsLieWhereTheirCentresAre) {
-    const ImageGeometry image(35.32, -97.27, Range::shortRange);
-    const auto places = placePixels(image, 35.333, -97.278);
-    ASSERT_EQ(places.size(), 600U * 550U);
-    for (const int index : {0, 599, 137 * 600 + 412, 549 * 600, 549 * 600 + 599}) {
-        const PolarPlace expected = seenFrom(
-            35.333, -97.278, image.latitudeOfRow(index / 600), image.longitudeOfColumn(index % 600)
-        );
-        const PolarPlace& place = places[static_cast<std::size_t>(index)];
-        EXPECT_FLOAT_EQ(place.km, expected.km) << index;
-        EXPECT_FLOAT_EQ(place.azimuthDegrees, expected.azimuthDegrees) << index;
-    }
-}
-
 } // namespace
 } // namespace raincast

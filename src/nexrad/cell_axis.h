@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "radar/catalogue/image_geometry.h"
+
+#include <array>
+
+namespace raincast {
+
+/// Says which cells of a line of them the places of a row of pixels lie in, where the places are
+/// not quite exact.
+class CellAxis {
+public:
+    using Places = std::array<float, kFrameWidth>;
+    using Cells = std::array<int, kFrameWidth>;
+    static constexpr int kOutside = -1; ///< before or behind all cells
+    static constexpr int kUnsure = -2;  ///< next to an edge: the exact place may be beyond it
+
+    /// `count` cells, the first of which begins at `first`; each is `length` long, which is below 0
+    /// where they run against the places' direction. Places are wrong by `error` at most.
+    CellAxis(int count, double first, double length, double error);
+
+    /// The cell of each place: 0 to count - 1, kOutside or kUnsure. Of NaN nothing is sure.
+    void find(const Places& places, Cells& cells) const;
+
+private:
+    [[nodiscard]] int cellOf(float place) const;
+
+    float m_count;
+    float m_perUnit;
+    float m_offset;
+    float m_error; ///< cells
+};
+
+} // namespace raincast

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "nexrad/pixel_places.h"
+#include "radar/catalogue/antenna_positions.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+
+namespace raincast {
+namespace {
+
+constexpr double kDegree = 3.14159265358979323846 / 180;
+
+TEST(PixelPlacesTest, PixelsLieWhereTheirCentresAre) {
+    const ImageGeometry image(35.32, -97.27, Range::shortRange);
+    const PixelPlaces places(image, 35.333, -97.278);
+    for (const int row : {0, 137, 549}) {
+        for (const int column : {0, 412, 599}) {
+            const PolarPlace expected = seenFrom(
+                35.333, -97.278, image.latitudeOfRow(row), image.longitudeOfColumn(column)
+            );
+            const PolarPlace place = places.exact(row, column);
+            EXPECT_FLOAT_EQ(place.km, expected.km) << row << ' ' << column;
+            EXPECT_FLOAT_EQ(place.azimuthDegrees, expected.azimuthDegrees) << row << ' ' << column;
+        }
+    }
+}
+
+/// How far quick places lie from exact ones, at most.
+struct Error {
+    double km = 0;
+    double tenths = 0;
+    double planeKm = 0;
+
+    void add(const PolarPlace& exact, float km_, float tenths_, float eastKm, float northKm) {
+        const double azimuth = exact.azimuthDegrees * kDegree;
+        const double turn = std::abs(exact.azimuthDegrees * 10.0 - double{tenths_});
+        km = std::max(km, std::abs(double{exact.km} - double{km_}));
+        tenths = std::max(tenths, std::min(turn, 3600 - turn));
+        planeKm = std::max(
+            {planeKm, std::abs(exact.km * std::sin(azimuth) - double{eastKm}),
+             std::abs(exact.km * std::cos(azimuth) - double{northKm})}
+        );
+    }
+};
+
+/// Every pixel of some rows: they are close to each other around the antenna.
+Error errorOf(const AntennaPosition& antenna, Range range) {
+    const ImageGeometry image(antenna.latitude, antenna.longitude, range);
+    const PixelPlaces places(image, antenna.latitude + .004, antenna.longitude - .003);
+    Error error;
+    PolarRow polar;
+    PlaneRow plane;
+    for (int row = 0; row<kFrameHeight; row += row> 265 && row < 285 ? 1 : 61) {
+        places.place(row, polar);
+        places.place(row, plane);
+        for (std::size_t i = 0; i < kFrameWidth; ++i) {
+            error.add(
+                places.exact(row, static_cast<int>(i)), polar.km[i], polar.tenths[i],
+                plane.eastKm[i], plane.northKm[i]
+            );
+        }
+    }
+    return error;
+}
+
+TEST(PixelPlacesTest, QuickPlacesAreWithinTheirBoundsOfExactOnesAtEverySite) {
+    // A tenth of a pixel is some 80 metres; these are of metres.
+    for (const AntennaPosition& antenna : antennaPositions()) {
+        for (const Range range : {Range::shortRange, Range::longRange}) {
+            const Error error = errorOf(antenna, range);
+            EXPECT_LT(error.km, kQuickKm * .75) << antenna.id;
+            EXPECT_LT(error.tenths, kQuickTenths * .75) << antenna.id;
+            EXPECT_LT(error.planeKm, kQuickKm * .75) << antenna.id;
+        }
+    }
+}
+
+TEST(PixelPlacesTest, TheAntennaItselfLiesInNoDirection) {
+    const ImageGeometry image(35, -97, Range::shortRange);
+    const PixelPlaces places(image, image.latitudeOfRow(200), image.longitudeOfColumn(100));
+    PolarRow polar;
+    PlaneRow plane;
+    places.place(200, polar);
+    places.place(200, plane);
+    EXPECT_NEAR(polar.km[100], 0, 1e-3);
+    EXPECT_TRUE(std::isnan(polar.tenths[100]) || polar.km[100] > 0);
+    EXPECT_TRUE(std::isnan(plane.eastKm[100]) || std::abs(plane.eastKm[100]) < 1e-3);
+}
+
+TEST(PixelPlacesTest, WhatNoRadarSeesHasNoQuickPlace) {
+    const ImageGeometry image(80, 0, Range::longRange);
+    const PixelPlaces places(image, 35, -97);
+    PolarRow polar;
+    PlaneRow plane;
+    places.place(0, polar);
+    places.place(0, plane);
+    EXPECT_TRUE(std::isnan(polar.km[0]));
+    EXPECT_TRUE(std::isnan(plane.eastKm[0]));
+    EXPECT_TRUE(std::isnan(plane.northKm[0]));
+    EXPECT_GT(places.exact(0, 0).km, kFurthestQuickKm);
+}
+
+} // namespace
+} // namespace raincast
