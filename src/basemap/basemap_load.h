@@ -35,6 +35,8 @@ public:
     void loadLayers(Done done);
 
     [[nodiscard]] CHttpTransfer& radarTransfer() { return m_radar; }
+    [[nodiscard]] const CHttpTransfer& radarTransfer() const { return m_radar; }
+    [[nodiscard]] const CHttpTransfer& basemapTransfer() const { return m_basemap; }
 
     /// The status text for a cache that could not be written; none if it could.
     [[nodiscard]] std::optional<QString> cacheFailure() const;

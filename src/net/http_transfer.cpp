@@ -154,6 +154,10 @@ void CHttpTransfer::giveUp() {
     }
 }
 
+qint64 CHttpTransfer::bytesTaken() const {
+    return m_allowance->taken();
+}
+
 bool CHttpTransfer::hasGivenUp() const {
     return m_connectState == ConnectState::failed || m_gaveUp;
 }

@@ -101,7 +101,13 @@ public:
     /// Fails what runs and all that is asked for later.
     void giveUp();
 
+    /// Whether it could not connect, waited too long or was told to give up.
+    [[nodiscard]] bool hasGivenUp() const;
+
     [[nodiscard]] ConnectState connectState() const { return m_connectState; }
+
+    /// The bytes of files that came for its action so far, from all servers.
+    [[nodiscard]] qint64 bytesTaken() const;
 
     /// What was wrong with the last response that had a fault, in a sentence for the user:
     /// "radar.example does not answer."; empty while none had.
@@ -142,7 +148,6 @@ private:
     void arrived(Requests::iterator request, const HttpResponse& response);
     void settle(const HttpResponse& response);
     void refuse(const QByteArray& address, Ended ended);
-    [[nodiscard]] bool hasGivenUp() const;
     [[nodiscard]] QByteArray url(const Place& place) const;
 
     Downloads& m_downloads;

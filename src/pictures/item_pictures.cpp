@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "pictures/item_pictures.h"
 
-#include "page/app_paged.h"
 #include "page/item.h"
 #include "pictures/save_dialog.h"
 #include "player/loop_setting.h"
@@ -37,11 +36,11 @@ WholeFile::Result writePng(const QString& path, const QImage& picture) {
 
 } // namespace
 
-ItemPictures::ItemPictures(Source source) : m_source(std::move(source)) {}
+// The row's button cancels, or takes note of the end.
+ItemPictures::ItemPictures(Source source)
+    : m_source(std::move(source)), m_row(m_source.item, [this] { m_saving.reset(); }) {}
 
-ItemPictures::~ItemPictures() {
-    delete m_row;
-}
+ItemPictures::~ItemPictures() = default;
 
 bool ItemPictures::hasPicture() const {
     const CPageDisplay* const page = m_source.item.page();
@@ -109,7 +108,7 @@ void ItemPictures::saveLoop() {
     }
     const QString path = dialog.path();
     writeLoop(path, [this, path](const WholeFile::Result& result) { loopSaved(path, result); });
-    say(QStringLiteral("Saving the loop..."), QStringLiteral("&Cancel"));
+    m_row.say(QStringLiteral("Saving the loop..."), QStringLiteral("&Cancel"));
 }
 
 void ItemPictures::writeLoop(const QString& path, Done done) {
@@ -118,11 +117,7 @@ void ItemPictures::writeLoop(const QString& path, Done done) {
     m_saving = std::make_unique<LoopSaving>(
         path, std::move(frames),
         [this, count](int written) {
-            if (m_row) {
-                m_row->setText(
-                    QStringLiteral("Saving the loop: %1 of %2 frames").arg(written).arg(count)
-                );
-            }
+            m_row.goOn(QStringLiteral("Saving the loop: %1 of %2 frames").arg(written).arg(count));
         },
         std::move(done)
     );
@@ -145,30 +140,12 @@ std::vector<AnimatedGif::Frame> ItemPictures::paintLoop() const {
     return pictures;
 }
 
-void ItemPictures::say(const QString& text, const QString& action) {
-    CAppPaged* const application = m_source.item.page()->application();
-    if (!m_row && application != nullptr) {
-        m_row = application->addRow([this] { rowPressed(); });
-    }
-    if (m_row) {
-        m_row->setText(text);
-        m_row->setAction(action);
-        m_row->show();
-    }
-}
-
-// Cancels, or takes note of the end.
-void ItemPictures::rowPressed() {
-    m_saving.reset();
-    m_row->hide();
-    m_row->deleteLater();
-    m_row = nullptr;
-}
-
 void ItemPictures::loopSaved(const QString& path, const WholeFile::Result& result) {
     m_saving.reset();
-    say(result ? QStringLiteral("The loop is in %1.").arg(path) : cannotSave(path, result.error()),
-        QStringLiteral("&OK"));
+    m_row.say(
+        result ? QStringLiteral("The loop is in %1.").arg(path) : cannotSave(path, result.error()),
+        QStringLiteral("&OK")
+    );
 }
 
 } // namespace raincast

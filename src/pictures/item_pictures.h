@@ -2,13 +2,12 @@
 #pragma once
 
 #include "page/page_display.h"
+#include "page/task_row.h"
 #include "pictures/loop_saving.h"
 #include "radar/radar_state.h"
-#include "window/action_row.h"
 #include "window/menu_table.h"
 
 #include <QImage>
-#include <QPointer>
 #include <QString>
 
 #include <functional>
@@ -63,13 +62,11 @@ private:
     void copyPicture();
     void saveLoop();
     [[nodiscard]] std::vector<AnimatedGif::Frame> paintLoop() const;
-    void say(const QString& text, const QString& action);
-    void rowPressed();
     void loopSaved(const QString& path, const WholeFile::Result& result);
 
     Source m_source;
     std::unique_ptr<LoopSaving> m_saving;
-    QPointer<ActionRow> m_row; ///< of the window
+    TaskRow m_row;
 };
 
 } // namespace raincast

@@ -55,6 +55,9 @@ public:
     /// Begins the update. A frame that the listing dates more than a day ahead is ignored.
     void UpdateRadar(Done done);
 
+    /// Why the cache could not be written, in the system's words; none if it could.
+    [[nodiscard]] const std::optional<QString>& writeFailure() const { return m_writeFailure; }
+
 private:
     void takeListing(const CHttpTransfer::Listing& names);
     void startSearch(std::shared_ptr<const FrameListing> listing);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_storage.h"
 
+#include "core/data_size.h"
 #include "core/storage_cards.h"
 #include "radar/cache.h"
 #include "weather/weather_dialogs.h"
@@ -76,14 +77,11 @@ constexpr CleanupBox kBoxes[] = {
 /// "1,204 files, 31 MB (12 GB free)"
 QString amountText(const StorageCount& count, qint64 freeBytes) {
     const QLocale locale(QLocale::English, QLocale::UnitedStates);
-    const auto size = [&locale](qint64 bytes) {
-        return locale.formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
-    };
     const QString files = count.files == 1
                               ? QStringLiteral("1 file")
                               : locale.toString(count.files) + QStringLiteral(" files");
     return QStringLiteral("%1, %2 (%3 free)")
-        .arg(files, size(count.bytes), size(std::max<qint64>(freeBytes, 0)));
+        .arg(files, dataSizeText(count.bytes), dataSizeText(std::max<qint64>(freeBytes, 0)));
 }
 
 } // namespace

@@ -42,6 +42,8 @@ constexpr MenuRow kProductEntries[] = {
     menuEntry(kFirstProduct + 5, u"&Velocity", "6"),
     menuEntry(kFirstProduct + 6, u"&Storm Relative Velocity", "7"),
 };
+constexpr MenuRow kPictureEntries[] = {
+    kPictureRows[0], kPictureRows[1], kPictureRows[2], menuSeparator(), kTakeAlongRow};
 constexpr MenuRow kEntries[] = {
     menuEntry(kNearbyStations, u"&Nearby Stations"),
     menuEntry(kAllStations, u"&All Stations"),
@@ -50,7 +52,7 @@ constexpr MenuRow kEntries[] = {
     menuEntry(kAnimation, u"Ani&mation"),
     menuEntry(kLayers, u"&Layers"),
     menuEntry(kStorage, u"&Storage"),
-    subMenu(u"Pi&ctures", kPictureRows),
+    subMenu(u"Pi&ctures", kPictureEntries),
 };
 constexpr MenuRow kReadingEntries[] = {
     menuEntry(kShowScale, u"Show &Scale"),
@@ -85,7 +87,8 @@ CItemWeather::CItemWeather()
       m_reading(std::make_unique<Reading>(*this)),
       m_taps([this](QPoint /*place*/) { m_player.tapped(); }),
       m_player(*this, m_state, [this] { return loading(); }),
-      m_pictures({*this, m_state, [this] { return area(); }, [this] { return pictureName(); }}) {
+      m_pictures({*this, m_state, [this] { return area(); }, [this] { return pictureName(); }}),
+      m_along(*this, [this] { return m_loading->scene(); }) {
     m_state.cacheFolder = ChooseDefaultCache();
 }
 
@@ -260,6 +263,7 @@ void CItemWeather::menuPopUp(QMenu& menu) {
     }
     m_player.prepareMenu(menu);
     m_pictures.prepareMenu(menu);
+    m_along.prepareMenu(menu);
     m_reading->prepareMenu(menu);
 }
 
@@ -314,7 +318,7 @@ bool CItemWeather::command(int id, int notification) {
         return true;
     default:
         return m_reading->command(id) || m_player.command(id) || m_pictures.command(id) ||
-               CItemMapView::command(id, notification);
+               m_along.command(id) || CItemMapView::command(id, notification);
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "along/item_along.h"
 #include "basemap/basemaps.h"
 #include "core/heartbeat.h"
 #include "map/item_map_view.h"
@@ -131,6 +132,7 @@ private:
     Taps m_taps;
     ItemPlayer m_player;
     ItemPictures m_pictures;
+    ItemAlong m_along;
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
     QString m_replayShown{};   ///< the same of a replay

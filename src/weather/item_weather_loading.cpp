@@ -5,7 +5,7 @@
 #include "core/user_change.h"
 #include "radar/animation.h"
 #include "radar/cache.h"
-#include "weather/cached_frames.h"
+#include "radar/cached_frames.h"
 #include "weather/first_show.h"
 #include "weather/servers_setting.h"
 #include "weather/storage.h"
@@ -130,6 +130,7 @@ void CItemWeather::Loading::onPublished(ServersChange& change) {
         return;
     }
     cancel();
+    m_item.m_along.stop(QStringLiteral("The servers have changed."));
     followSource();
     m_retry = {};
     m_outdated = true;
@@ -202,6 +203,7 @@ void CItemWeather::Loading::hold(bool held) {
     m_held = held;
     if (held) {
         stop();
+        m_item.m_along.stop(QStringLiteral("The image cache moves."));
     }
 }
 

@@ -65,6 +65,9 @@ public:
     /// cancelled.
     void hold(bool held);
 
+    /// What the item loads with, of the present servers.
+    [[nodiscard]] RadarScene scene();
+
     /// The map layers that were loaded last.
     [[nodiscard]] const Basemaps& basemaps() const { return m_basemaps; }
 
@@ -96,7 +99,6 @@ private:
     [[nodiscard]] bool onScreen() const;
     [[nodiscard]] bool wholeImageInView() const;
     [[nodiscard]] Downloads& downloads();
-    [[nodiscard]] RadarScene scene();
     void followSource();
 
     CItemWeather& m_item;

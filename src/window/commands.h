@@ -44,6 +44,7 @@ enum Command : int {
     kSavePicture = 40950,
     kCopyPicture = 40951,
     kSaveLoop = 40952,
+    kTakeAlong = 40953,
     // Maps
     kAddMark = 40920,
     kMarks = 40921,

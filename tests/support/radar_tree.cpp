@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <utility>
 
 namespace raincast::test {
 
@@ -44,9 +46,14 @@ QByteArray worldFile(const QString& site) {
 } // namespace
 
 QByteArray columnGif(int redColumn, int ground) {
-    return makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [=](int column, int) {
-                        return column == redColumn ? 2 : ground;
-                    }});
+    static std::map<std::pair<int, int>, QByteArray> made; // it takes a while
+    QByteArray& gif = made[{redColumn, ground}];
+    if (gif.isEmpty()) {
+        gif = makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [=](int column, int) {
+                           return column == redColumn ? 2 : ground;
+                       }});
+    }
+    return gif;
 }
 
 QByteArray topoJpeg() {

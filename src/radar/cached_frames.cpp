@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "weather/cached_frames.h"
+#include "radar/cached_frames.h"
 
 #include "radar/cache.h"
 #include "radar/catalogue/frame_name.h"
