@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What every dialog looks like. A new dialog is a row of kDialogs.
+#include "along/along_dialog.h"
 #include "app/keys_dialog.h"
 #include "app/position_source_dialog.h"
 #include "golden_test.h"
@@ -108,6 +109,7 @@ constexpr DialogRow kDialogs[] = {
     {CDlgStation::kTemplate, "stations", "Weather Station", sendTo<kAllStations>},
     {CDlgStation::kTemplate, "stations_nearby", "Weather Station", sendTo<kNearbyStations>},
     {SaveDialog::kTemplate, "save_picture", "Save Picture", sendTo<kSavePicture>},
+    {AlongDialog::kTemplate, "take_along", "Take Along", sendTo<kTakeAlong>},
     {MarksDialog::kTemplate, "marks", "Marks", openMarks},
     {GoToDialog::kTemplate, "go_to_position", "Go to Position", sendTo<kGoToPosition>},
     {CDlgRename::kTemplate, "add_mark", "Add Mark", sendTo<kAddMark>},
@@ -130,6 +132,10 @@ void steady(QDialog& dialog) {
     if (auto* const amount = dialog.findChild<QLabel*>(QStringLiteral("1076"))) {
         EXPECT_TRUE(QTest::qWaitFor([amount] { return !amount->text().isEmpty(); }));
         amount->setText(QStringLiteral("1,204 files, 31 MB (12 GB free)"));
+    }
+    if (auto* const amount = dialog.findChild<QLabel*>(QStringLiteral("1104"))) {
+        EXPECT_TRUE(QTest::qWaitFor([amount] { return amount->text().contains("free"); }));
+        amount->setText(QStringLiteral("12 sites, about 5 MB (12 GB free)"));
     }
 }
 

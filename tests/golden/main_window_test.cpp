@@ -2,10 +2,12 @@
 // What the main window, its menus and message boxes look like.
 #include "../weather/dialog_controls.h"
 #include "golden_test.h"
+#include "map/item_map_view.h"
 #include "page/page_pointer.h"
 #include "player/loop_setting.h"
 #include "reading/reading_setting.h"
 #include "sample_viewer.h"
+#include "stations/site_change_line.h"
 #include "support/dialog_script.h"
 #include "support/menu.h"
 #include "support/pointer.h"
@@ -109,6 +111,7 @@ TEST_F(MainWindowLooks, WithASubmenuOpen) {
     lookAtSubmenu({"Map"}, "menu_map");
     lookAtSubmenu({"Weather", "Product"}, "menu_product");
     lookAtSubmenu({"Weather", "Loop"}, "menu_loop");
+    lookAtSubmenu({"Weather", "Pictures"}, "menu_pictures");
 }
 
 TEST_F(MainWindowLooks, WithTheBarOfALoop) {
@@ -149,6 +152,18 @@ protected:
         QCoreApplication::sendEvent(&window(), &due);
     }
 
+    /// Where a pixel of the radar's picture is in the window.
+    [[nodiscard]] QPoint pixel(int column, int row) {
+        for (const auto& item : viewer.page().items()) {
+            if (const auto* const map = dynamic_cast<const CItemMapView*>(item.get())) {
+                const PagePoint place = map->view().toPage({column, row});
+                return QPoint(place.x, place.y) / window().devicePixelRatioF();
+            }
+        }
+        ADD_FAILURE() << "no map";
+        return {};
+    }
+
     const ReadingSetting::Kept m_setting = ReadingSetting::keep();
 };
 
@@ -170,6 +185,22 @@ TEST_F(ReadingLooks, WithAWayThatIsMeasured) {
     choose(place(-20, 10), QStringLiteral("Measure From Here"));
     click(window(), place(15, -10));
     look("measuring", viewer.frame());
+}
+
+// The shower of the sample server's frames.
+TEST_F(ReadingLooks, WithAStormThatIsTracked) {
+    loadLoop();
+    viewer.command(kTrackStorm);
+    look("tracking_first", viewer.frame());
+    click(window(), pixel(200, 200));
+    click(window(), pixel(280, 200));
+    look("tracking", viewer.frame());
+}
+
+TEST_F(MainWindowLooks, WithTheLineOfAnotherSite) {
+    SiteChangeLine line;
+    line.show(&viewer.application(), QStringLiteral("SOX"), QStringLiteral("MUX"), [] {});
+    look("site_change", viewer.frame());
 }
 
 struct BoxRow {
