@@ -196,7 +196,7 @@ void measureReading(QSize size, int zoom) {
     reading.measureFrom(sight.radar);
     int next = 0;
     const auto paint = [&](int pixels, bool read) {
-        const int turn = next++ / 2;
+        const int turn = next++; // neither of the two finds what the other one has just used
         layers.echoes = frames[static_cast<std::size_t>(pixels == 0 ? turn % kFrames : 0)];
         stack.setLayers(layers);
         view.placeOrigin({size.width() / 2, size.height() / 2}, {300 + pixels * (turn % 8), 275});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/map_label.h"
 
+#include "map/text_key.h"
 #include "window/device_pixels.h"
 
 #include <QCache>
@@ -62,14 +63,13 @@ QImage pictureOf(const QString& line, const QFont& font, const QPaintDevice& dev
 
 void drawMapLabel(QPainter& painter, const QPoint& leftMiddle, const QString& text) {
     // Drawing a text in its halo takes its time, and a map is drawn again at every move.
-    static QCache<QString, QImage> pictures(kKeptBytes);
+    static QCache<TextKey, QImage> pictures(kKeptBytes);
     const QString line = oneShortLine(text);
     if (line.isEmpty()) {
         return;
     }
     const QPaintDevice& device = *painter.device();
-    const QString key =
-        QString::number(device.logicalDpiY()) + u' ' + painter.font().key() + u' ' + line;
+    const TextKey key{device.logicalDpiY(), 0, painter.font(), line};
     QImage picture;
     if (const QImage* const kept = pictures.object(key)) {
         picture = *kept;

@@ -3,8 +3,10 @@
 
 #include "geo/way.h"
 #include "map/map_label.h"
+#include "page/plain_target.h"
 #include "reading/map_line.h"
 #include "reading/map_sight.h"
+#include "reading/ring_pixels.h"
 #include "units/units.h"
 
 #include <QFontMetrics>
@@ -37,6 +39,24 @@ double farthest(const QRect& area, QPoint place, const QSizeF& ring) {
     const double down =
         std::max(std::abs(area.top() - place.y()), std::abs(area.bottom() - place.y()));
     return std::hypot(across / ring.width(), down / ring.height());
+}
+
+// The same size at every place of the view, whatever its reckoning leaves behind.
+double rounded(double pixels) {
+    constexpr double kSteps = 1024;
+    return std::round(pixels * kSteps) / kSteps;
+}
+
+void drawRings(QPainter& painter, const QRect& area, QPoint place, const RingPixels::Rings& rings) {
+    const double reach = rings.count * std::max(rings.width, rings.height);
+    QImage* const target = plainTarget(painter, area);
+    if (target != nullptr && reach <= RingPixels::kMostReach) {
+        RingPixels::kept(rings).draw(*target, area, place);
+        return;
+    }
+    for (int ring = 1; ring <= rings.count; ++ring) {
+        drawMapEllipse(painter, place, ring * rings.width, ring * rings.height);
+    }
 }
 
 /// A round distance: "50 Mi".
@@ -82,8 +102,8 @@ void drawRangeRings(QPainter& painter, const MapSight& sight, GeoPosition middle
     const int half = painter.fontMetrics().height() / 2;
     const QSizeF size(width, height);
     const int last = std::min<int>(kMostRings, static_cast<int>(farthest(sight.area, place, size)));
+    drawRings(painter, sight.area, place, {rounded(width), rounded(height), last});
     for (int ring = 1; ring <= last; ++ring) {
-        drawMapEllipse(painter, place, ring * width, ring * height);
         const QPoint top = place - QPoint(0, static_cast<int>(std::lround(ring * height)));
         if (sight.area.adjusted(0, half, 0, 0).contains(top)) {
             drawMapLabel(painter, top, ringText(ring * step));

@@ -111,16 +111,14 @@ void ScaleBar::draw(
         m_area = {};
         return;
     }
-    const QString key = QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
-                            .arg(static_cast<int>(product))
-                            .arg(marked.value_or(kNoLevel))
-                            .arg(rowHeight)
-                            .arg(levelUnit(quantityOf(product)))
-                            .arg(painter.device()->logicalDpiY())
-                            .arg(painter.font().key());
-    if (key != m_key) {
-        m_picture = picture(painter, rowHeight, product, marked.value_or(kNoLevel));
-        m_key = key;
+    const Shown shown{
+        product,
+        marked.value_or(kNoLevel),
+        rowHeight,
+        {painter.device()->logicalDpiY(), 0, painter.font(), levelUnit(quantityOf(product))}};
+    if (shown != m_shown) {
+        m_picture = picture(painter, rowHeight, product, shown.marked);
+        m_shown = shown;
     }
     m_area = QRect(
         QPoint(

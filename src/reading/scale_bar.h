@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "map/text_key.h"
 #include "radar/catalogue/product.h"
 
 #include <QImage>
 #include <QRect>
-#include <QString>
 
 #include <cstddef>
 #include <optional>
@@ -36,7 +36,16 @@ private:
     picture(const QPainter& painter, int rowHeight, Product product, std::size_t marked) const;
 
     QImage m_picture;
-    QString m_key; ///< what the picture shows
+    /// What the picture depends on.
+    struct Shown {
+        Product product;
+        std::size_t marked;
+        int rowHeight;
+        TextKey unit;
+
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+    std::optional<Shown> m_shown;
     QRect m_area;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/text_picture.h"
 
+#include "map/text_key.h"
 #include "window/device_pixels.h"
 
 #include <QCache>
@@ -36,11 +37,8 @@ QImage drawn(const QPainter& like, const QString& text, int mostWidth) {
 } // namespace
 
 QImage textPicture(const QPainter& painter, const QString& text, int mostWidth) {
-    static QCache<QString, QImage> pictures(kKept);
-    const QString key = QStringLiteral("%1 %2 %3 %4")
-                            .arg(painter.device()->logicalDpiY())
-                            .arg(mostWidth)
-                            .arg(painter.font().key(), text);
+    static QCache<TextKey, QImage> pictures(kKept);
+    const TextKey key{painter.device()->logicalDpiY(), mostWidth, painter.font(), text};
     if (const QImage* const kept = pictures.object(key)) {
         return *kept;
     }

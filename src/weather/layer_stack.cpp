@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/layer_stack.h"
 
+#include "page/plain_target.h"
 #include "radar/image/composite.h"
 #include "weather/shrink.h"
 
@@ -97,17 +98,6 @@ void widen(const std::vector<QRgb>& pixels, QRgb* to) {
         std::fill_n(to, Side, pixel);
         to += Side;
     }
-}
-
-/// The picture behind a painter, if writing into it gives the same as drawing with the painter: an
-/// opaque picture, in which all of `shown` may be drawn. Null otherwise.
-QImage* plainTarget(const QPainter& painter, const QRect& shown) {
-    auto* target = dynamic_cast<QImage*>(painter.device());
-    const bool plain = target != nullptr && target->format() == QImage::Format_RGB32 &&
-                       target->isDetached() && painter.deviceTransform().isIdentity();
-    const bool clipped =
-        painter.hasClipping() && !QRegion(shown).subtracted(painter.clipRegion()).isEmpty();
-    return plain && !clipped ? target : nullptr;
 }
 
 } // namespace
