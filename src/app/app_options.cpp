@@ -112,11 +112,25 @@ Reading wrong(const QString& sentence) {
     return tl::unexpected(sentence);
 }
 
-Reading readPlainValues(const QCommandLineParser& parser, AppOptions& result) {
-    if (!parser.positionalArguments().isEmpty()) {
-        return wrong(QStringLiteral("Unexpected argument \"%1\".")
-                         .arg(parser.positionalArguments().constFirst()));
+/// The page file that a file manager hands over. One that is missing is no file that a user has
+/// clicked, rather a word that has lost its option.
+Reading readFile(const QCommandLineParser& parser, AppOptions& result) {
+    const QStringList files = parser.positionalArguments();
+    result.pageFile = absolute(parser.value(QStringLiteral("page-file")));
+    if (files.isEmpty()) {
+        return {};
     }
+    if (files.size() > 1 || !result.pageFile.isEmpty()) {
+        return wrong(QStringLiteral("Unexpected argument \"%1\".").arg(files.constLast()));
+    }
+    if (!QFileInfo(files.constFirst()).isFile()) {
+        return wrong(QStringLiteral("There is no file %1.").arg(files.constFirst()));
+    }
+    result.pageFile = absolute(files.constFirst());
+    return {};
+}
+
+Reading readPlainValues(const QCommandLineParser& parser, AppOptions& result) {
     if (parser.isSet(QStringLiteral("geometry"))) {
         const auto size = sizeIn(parser.value(QStringLiteral("geometry")));
         if (!size) {
@@ -126,7 +140,6 @@ Reading readPlainValues(const QCommandLineParser& parser, AppOptions& result) {
         }
         result.geometry = *size;
     }
-    result.pageFile = absolute(parser.value(QStringLiteral("page-file")));
     result.screenshot = absolute(parser.value(QStringLiteral("screenshot")));
     result.loop = absolute(parser.value(QStringLiteral("loop")));
     return {};
@@ -185,7 +198,7 @@ tl::expected<AppOptions, QString> readValues(const CommandLine& line) {
     }
     AppOptions result;
     for (const auto read :
-         {readPlainValues, readPositionSource, readServers, readSites, readProduct}) {
+         {readFile, readPlainValues, readPositionSource, readServers, readSites, readProduct}) {
         if (const Reading done = read(parser, result); !done) {
             return tl::unexpected(done.error());
         }
@@ -203,6 +216,10 @@ tl::expected<AppOptions, CommandLineAnswer> readAppOptions(const QStringList& ar
     );
     line.parser().setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     line.parser().addOptions(ownOptions() + qtOptions());
+    line.parser().addPositionalArgument(
+        QStringLiteral("FILE"), QStringLiteral("The same as --page-file FILE, if it is there."),
+        QStringLiteral("[FILE]")
+    );
     line.setHelpFooter(
         QStringLiteral("\nQt's own options, such as -platform and -style, are understood too.\n")
     );

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_options.h"
+#include "support/files.h"
 
 #include <QDir>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,6 +38,14 @@ TEST(AppOptionsTest, FilesBecomeAbsolute) {
     const AppOptions options = good({"--page-file", "my.cfg", "--screenshot=/tmp/a.png"});
     EXPECT_EQ(options.pageFile, QDir::current().filePath("my.cfg"));
     EXPECT_EQ(options.screenshot, "/tmp/a.png");
+}
+
+TEST(AppOptionsTest, AFileThatIsThereIsThePageFile) {
+    const QTemporaryDir folder;
+    const QString pages = folder.filePath("coast.raincast");
+    writeFile(pages, QByteArray());
+    EXPECT_EQ(good({pages, "--geometry", "240x320"}).pageFile, pages);
+    EXPECT_EQ(good({QDir::current().relativeFilePath(pages)}).pageFile, pages);
 }
 
 TEST(AppOptionsTest, TheSizeIsTwoNumbers) {
@@ -100,7 +110,7 @@ TEST(AppOptionsTest, HelpNamesEveryOptionOfOurs) {
         const CommandLineAnswer help = answer({option});
         EXPECT_FALSE(help.isUsageError);
         for (const char* text :
-             {" [options]", "--page-file <FILE>", "--geometry <WxH>", "--screenshot <FILE>",
+             {" [options] [FILE]", "--page-file <FILE>", "--geometry <WxH>", "--screenshot <FILE>",
               "--nmea <SOURCE>", "--version", "Qt's own options"}) {
             EXPECT_THAT(help.text.toStdString(), HasSubstr(text));
         }
@@ -125,7 +135,10 @@ TEST(AppOptionsTest, WrongUsageIsComplainedOf) {
         {{"--page-file"}, "Missing value after '--page-file'."},
         {{"--page-file="}, "--page-file takes a value."},
         {{"--screenshot", ""}, "--screenshot takes a value."},
-        {{"pages.cfg"}, "Unexpected argument \"pages.cfg\"."},
+        {{"no/pages.cfg"}, "There is no file no/pages.cfg."},
+        {{"."}, "There is no file .."},
+        {{__FILE__, "pages.cfg"}, "Unexpected argument \"pages.cfg\"."},
+        {{"--page-file", "my.cfg", "pages.cfg"}, "Unexpected argument \"pages.cfg\"."},
     };
     for (const Row& row : rows) {
         const CommandLineAnswer complaint = answer(row.arguments);

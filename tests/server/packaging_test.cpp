@@ -7,8 +7,6 @@
 #include "tree/layer_store.h"
 #include "tree/publisher.h"
 
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -98,25 +96,6 @@ TEST_F(NginxSettingsTest, ServeAPublishedTree) {
     EXPECT_EQ(statusOf("/.layers"), 403);
     EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part"), 403);
     EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2010_N0R.gif"), 404);
-}
-
-TEST(ServiceUnitTest, SystemdFindsNothingWrong) {
-    const QString program = QStandardPaths::findExecutable(QStringLiteral("systemd-analyze"));
-    if (program.isEmpty()) {
-        GTEST_SKIP() << "systemd-analyze is not installed";
-    }
-    QString unit = packaged("raincast-server.service");
-    ASSERT_TRUE(unit.contains("ExecStart=/usr/bin/raincast-server "));
-    unit.replace("/usr/bin/raincast-server", QStringLiteral(RAINCAST_SERVER_PROGRAM));
-    const QTemporaryDir folder;
-    writeFile(folder.filePath("raincast-server.service"), unit.toUtf8());
-    QProcess verify;
-    verify.setProcessChannelMode(QProcess::MergedChannels);
-    verify.start(program, {"verify", "--man=no", folder.filePath("raincast-server.service")});
-    ASSERT_TRUE(verify.waitForFinished(60'000));
-    const QByteArray said = verify.readAll();
-    EXPECT_EQ(verify.exitCode(), 0) << said.toStdString();
-    EXPECT_FALSE(said.contains("raincast-server.service:")) << said.toStdString();
 }
 
 } // namespace

@@ -1,0 +1,16 @@
+# SPDX-License-Identifier: MIT
+complete -c raincast -f
+complete -c raincast -a "(__fish_complete_suffix .raincast)"
+complete -c raincast -l page-file -r -F -d "Use this file of pages"
+complete -c raincast -l geometry -x -d "The size of the window, WxH"
+complete -c raincast -l screenshot -r -F -d "Save a picture of the window and end"
+complete -c raincast -l loop -r -F -d "Save the loop of the first radar item and end"
+complete -c raincast -l nmea -x -a "serial: tcp: udp: gpsd: file:" -d "Where the position comes from"
+complete -c raincast -l radar-server -x -a "(__fish_print_hostnames)" -d "Where the radar images come from"
+complete -c raincast -l basemap-server -x -a "(__fish_print_hostnames)" -d "Where counties and cities come from"
+complete -c raincast -l live-arguments -x -d "Options for the server of live radar"
+complete -c raincast -l site -x -d "Show this radar site first"
+complete -c raincast -l product -x -a "N0R NCR N0Z N1P NTP N0V N0S" -d "The product of that site"
+complete -c raincast -l welcome -x -d "The site to begin with"
+complete -c raincast -s h -l help -d "Show a short help"
+complete -c raincast -s v -l version -d "Show the version"
