@@ -22,7 +22,7 @@ const DialogTemplateRecord aboutTemplate{
          {CDlgAbout::kProduct, ControlKind::label, QStringLiteral("Raincast"), {41, 10, 82, 10}},
          {CDlgAbout::kVersion,
           ControlKind::label,
-          QStringLiteral("Version 5.2.0, Build 756"),
+          QStringLiteral("Version " RAINCAST_VERSION ", Build 756"),
           {41, 26, 82, 10}},
          {CDlgAbout::kCredits,
           ControlKind::label,
@@ -54,7 +54,7 @@ void CDlgAbout::show(QWidget* parent) {
 }
 
 bool CDlgAbout::onInitialise() {
-    setText(kVersion, QStringLiteral("Version 5.2.0, Build 756"));
+    setText(kVersion, QStringLiteral("Version " RAINCAST_VERSION ", Build 756"));
     if (auto* const product = control<QLabel>(kProduct)) {
         QFont font = product->font();
         font.setBold(true);

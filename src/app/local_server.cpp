@@ -3,6 +3,7 @@
 
 #include "core/program_paths.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -29,7 +30,17 @@ QString addressIn(const QByteArray& line) {
 } // namespace
 
 QString LocalServer::installedProgram() {
-    return programFolder() + QStringLiteral("/raincast-server");
+    return programFor(programFolder());
+}
+
+QString LocalServer::programFor(const QString& viewerFolder) {
+    const QString name = QStringLiteral("/raincast-server");
+    const QString beside = viewerFolder + name;
+    return QFileInfo(beside).isFile()
+               ? beside
+               : QDir::cleanPath(
+                     viewerFolder + QStringLiteral("/" RAINCAST_PROGRAMS_FOLDER) + name
+                 );
 }
 
 LocalServer::LocalServer(QString program, QStringList arguments)

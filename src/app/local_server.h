@@ -17,8 +17,11 @@ namespace raincast {
 /// free. It ends with the viewer, even if the viewer is killed. Nobody waits but who asks for it.
 class LocalServer {
 public:
-    /// Where the server that is installed beside the viewer is.
+    /// Where the server that is installed with this viewer is.
     [[nodiscard]] static QString installedProgram();
+    /// The one for a viewer in that folder: beside it, as where they are built, or else in the
+    /// folder of programs that both are installed for.
+    [[nodiscard]] static QString programFor(const QString& viewerFolder);
 
     /// `arguments` say what it serves. If the program is missing, nothing is ever started.
     LocalServer(QString program, QStringList arguments);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The servers that the viewer starts.
+#include "app/local_server.h"
 #include "app/local_servers.h"
 #include "support/files.h"
 #include "support/http_server.h"
@@ -12,6 +13,7 @@
 
 #include <QProcess>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -78,6 +80,17 @@ protected:
 
     test::TemporaryHome home;
 };
+
+TEST(LocalServerPlaceTest, IsBesideTheViewerOrInTheFolderOfPrograms) {
+    const QTemporaryDir folder;
+    const QString viewer = folder.filePath("usr/lib/triplet/raincast");
+    const QString installed = LocalServer::programFor(viewer);
+    EXPECT_TRUE(installed.endsWith("/bin/raincast-server")) << installed.toStdString();
+    EXPECT_FALSE(installed.contains("/raincast/"));
+    const QString beside = viewer + "/raincast-server";
+    writeFile(beside, QByteArray());
+    EXPECT_EQ(LocalServer::programFor(viewer), beside);
+}
 
 TEST_F(LocalServerTest, TheOneThatIsWantedIsStartedAtAPortOfItsOwnAndEndsWithItsOwner) {
     choose(WeatherSource::sample);
