@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Screens without glass for scripts that look at the viewer: starts programs on them and takes pictures."""
-import os, pathlib, struct, subprocess, sys, time, zlib
+import functools, operator, os, pathlib, struct, subprocess, sys, time, zlib
 
 
 def png(width, height, rows):
@@ -82,12 +82,15 @@ class XScreen:
         return picture_of(pixels, stride, 0, 0, self.width, self.height)
 
     def picture_of_windows(self):
-        """What is not the black ground of the screen."""
+        """What is not the black ground of the screen; nothing where there is nothing else."""
         pixels, stride = self.pixels()
-        rows = [pixels[y * stride:y * stride + 4 * self.width] for y in range(self.height)]
-        drawn = [y for y, row in enumerate(rows) if any(row[0::4]) or any(row[1::4]) or any(row[2::4])]
+        colours = int.from_bytes(b"\xff\xff\xff\0" * self.width, "little")
+        rows = [int.from_bytes(pixels[y * stride:y * stride + 4 * self.width], "little") & colours
+                for y in range(self.height)]
+        drawn = [y for y, row in enumerate(rows) if row]
         if not drawn:
             return None
-        columns = [x for x in range(self.width)
-                   if any(rows[y][4 * x] or rows[y][4 * x + 1] or rows[y][4 * x + 2] for y in drawn)]
-        return picture_of(pixels, stride, columns[0], drawn[0], columns[-1] + 1, drawn[-1] + 1)
+        together = functools.reduce(operator.or_, rows)
+        left = ((together & -together).bit_length() - 1) // 32
+        right = (together.bit_length() + 31) // 32
+        return picture_of(pixels, stride, left, drawn[0], right, drawn[-1] + 1)
