@@ -45,11 +45,19 @@ void CRaincastApp::giveDownloads(CPageDisplay::CItem& item) const {
 }
 
 bool CRaincastApp::loading() const {
+    return anyRadar(&CItemWeather::loading);
+}
+
+bool CRaincastApp::pictureComing() const {
+    return anyRadar(&CItemWeather::pictureComing);
+}
+
+bool CRaincastApp::anyRadar(bool (CItemWeather::*is)() const) const {
     const auto* const page = dynamic_cast<const CPageDisplay*>(current());
     return page != nullptr &&
-           std::any_of(page->items().begin(), page->items().end(), [](const auto& item) {
+           std::any_of(page->items().begin(), page->items().end(), [is](const auto& item) {
                const auto* const radar = dynamic_cast<const CItemWeather*>(item.get());
-               return radar != nullptr && radar->loading();
+               return radar != nullptr && (radar->*is)();
            });
 }
 

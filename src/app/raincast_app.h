@@ -13,6 +13,7 @@
 
 namespace raincast {
 
+class CItemWeather;
 class Downloads;
 
 /// The application: a paged one that starts with a weather page. It owns the user's marks, keeps
@@ -35,6 +36,8 @@ public:
 
     /// Whether an item of the current page is being loaded.
     [[nodiscard]] bool loading() const;
+    /// The same, but for frames of loops whose first ones are shown already.
+    [[nodiscard]] bool pictureComing() const;
     /// Writes the loop of the current page's first radar item into a file; `done` is called once.
     void writeLoop(const QString& path, ItemPictures::Done done);
     /// Where a server lists the frames that the current page shows; empty for none.
@@ -55,6 +58,7 @@ protected:
 private:
     void prepare(CPageDisplay::CItem& item);
     void giveDownloads(CPageDisplay::CItem& item) const;
+    [[nodiscard]] bool anyRadar(bool (CItemWeather::*is)() const) const;
 
     CMarkManager m_marks;
     Downloads* m_downloads = nullptr;

@@ -215,7 +215,10 @@ int Viewer::loop() {
             [this] {
                 const bool mayHaveStandIn =
                     m_liveWatch.undecided() && !m_application.problem().isEmpty();
-                return m_application.loading() || mayHaveStandIn;
+                // A loop's file needs all frames, a picture only what it shows.
+                const bool coming = m_options.loop.isEmpty() ? m_application.pictureComing()
+                                                             : m_application.loading();
+                return coming || mayHaveStandIn;
             },
             [this](bool saved) { pictureTaken(saved); }
         );

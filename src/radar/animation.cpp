@@ -16,6 +16,9 @@ bool stepAnimation(RadarState& state) {
         return false;
     }
     if (state.position < state.frames.size()) {
+        if (state.current.bitmap && !state.frames[state.position].bitmap) {
+            return false;
+        }
         state.current = state.frames[state.position++];
     } else if (state.animationCounter - kTicksAtEnd >= state.frameCount) {
         state.current = {};

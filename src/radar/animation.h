@@ -9,7 +9,7 @@ namespace raincast {
 // a second. In the loop every frame stays for a tick, the newest for three; one blank tick follows.
 
 /// Makes one tick of the loop. Returns whether the state must be painted again. Fewer than two
-/// frames never move.
+/// frames never move, and a picture on the screen waits for the next one to be loaded.
 [[nodiscard]] bool stepAnimation(RadarState& state);
 
 /// Puts the loop back to the oldest frame and shows it; without frames nothing is shown.

@@ -70,7 +70,30 @@ loadNewest(const RadarState& state, const std::shared_ptr<const FrameListing>& l
     return frames;
 }
 
+RadarWarnings warningsOf(const RadarState& state) {
+    return loadWarnings(state.cacheRoot(), state.siteId, ProductRange(state.product).toString());
+}
+
 } // namespace
+
+bool lacksLaterFrames(const RadarState& state) {
+    return !state.frames.empty() && state.frames.front().bitmap && !state.frames.back().bitmap;
+}
+
+CachedRadar loadFirstOfCachedRadar(const RadarState& state, FileTime now) {
+    const auto newest = listCache(state, now)->newest();
+    CachedRadar cached;
+    if (state.frames.empty() || newest > takenAt(state.frames.back())) {
+        return cached;
+    }
+    const Bitmap first = loadPicture(state.frames.front().path);
+    if (first) {
+        cached.frames = state.frames;
+        cached.frames.front().bitmap = first;
+        cached.warnings = warningsOf(state);
+    }
+    return cached;
+}
 
 CachedRadar loadCachedRadar(const RadarState& state, FileTime now) {
     CachedRadar cached;
@@ -85,8 +108,7 @@ CachedRadar loadCachedRadar(const RadarState& state, FileTime now) {
             cached.frames = std::move(newest);
         }
     }
-    cached.warnings =
-        loadWarnings(state.cacheRoot(), state.siteId, ProductRange(state.product).toString());
+    cached.warnings = warningsOf(state);
     return cached;
 }
 

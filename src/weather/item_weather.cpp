@@ -102,6 +102,10 @@ bool CItemWeather::loading() const {
     return m_loading->running();
 }
 
+bool CItemWeather::pictureComing() const {
+    return m_loading->pictureComing();
+}
+
 bool CItemWeather::Read(CSerialReader& reader) {
     if (!CItemMapView::Read(reader)) {
         return false;
@@ -133,6 +137,7 @@ void CItemWeather::draw(QPainter& painter) {
     const auto [done, wanted] = m_loading->progress();
     drawProgress(painter, area(), done, wanted);
     m_player.itemDrawn();
+    m_loading->loadOthers();
 }
 
 QRect CItemWeather::opaqueArea() const {
@@ -374,6 +379,7 @@ void CItemWeather::Tick() {
     if (updateIsDue(m_state, now)) {
         m_loading->updateDueAt(now);
     }
+    m_loading->loadOthers();
     // A page has a window only while it is on the screen. A picture that stands still is painted
     // again only when the words for its age change.
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;

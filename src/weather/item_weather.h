@@ -100,6 +100,8 @@ public:
 
     /// Whether something is being loaded, or updated.
     [[nodiscard]] bool loading() const;
+    /// The same, but for frames of a loop whose first one is shown already.
+    [[nodiscard]] bool pictureComing() const;
 
 protected:
     [[nodiscard]] QSize imageSize() const override {

@@ -47,7 +47,37 @@ void CItemWeather::Loading::resume() {
     }
     followSource();
     say(QStringLiteral("Loading..."));
-    loadCached([this](bool complete) { load(m_item.m_state.siteId, !complete); });
+    loadFirst();
+}
+
+// The layers need not wait for the frames that are shown later.
+void CItemWeather::Loading::loadFirst() {
+    cancel();
+    const auto first = [state = m_item.m_state, now = Clock::current().now()] {
+        return loadFirstOfCachedRadar(state, now);
+    };
+    m_resuming.emplace();
+    m_resuming->run(first, [this](const CachedRadar& cached) {
+        if (cached.frames.empty()) {
+            loadCached([this](bool complete) { load(m_item.m_state.siteId, !complete); });
+        } else {
+            take(cached);
+            load(m_item.m_state.siteId, false);
+        }
+    });
+}
+
+void CItemWeather::Loading::loadOthers() {
+    if (busy() || m_held || !lacksLaterFrames(m_item.m_state)) {
+        return;
+    }
+    loadCached([this](bool complete) {
+        cancel();
+        m_item.invalidate();
+        if (!complete) {
+            update();
+        }
+    });
 }
 
 void CItemWeather::Loading::say(const QString& status) {
@@ -67,7 +97,7 @@ void CItemWeather::Loading::watch(QWidget& window) {
 }
 
 void CItemWeather::Loading::windowGone() {
-    if (running() && m_inWindow) {
+    if (pictureComing() && m_inWindow) {
         cancel();
         say({});
         m_interrupted = true;
@@ -82,12 +112,34 @@ void CItemWeather::Loading::loadCached(std::function<void(bool complete)> done) 
     };
     m_resuming.emplace();
     m_resuming->run(load, [this, done = std::move(done)](const CachedRadar& cached) {
-        m_item.m_state.frames = cached.frames;
-        m_item.m_state.warnings = cached.warnings;
-        rewindAnimation(m_item.m_state);
-        m_item.m_player.loop().framesChanged();
+        take(cached);
         done(cached.complete);
     });
+}
+
+// The loop begins with them, unless they are those that it shows.
+void CItemWeather::Loading::take(const CachedRadar& cached) {
+    RadarState& state = m_item.m_state;
+    const auto isSame = [](const RadarFrame& a, const RadarFrame& b) { return a.path == b.path; };
+    const bool isShown =
+        lacksLaterFrames(state) && std::equal(
+                                       cached.frames.begin(), cached.frames.end(),
+                                       state.frames.begin(), state.frames.end(), isSame
+                                   );
+    state.frames = cached.frames;
+    state.warnings = cached.warnings;
+    if (!isShown) {
+        rewindAnimation(state);
+    }
+    m_item.m_player.loop().framesChanged();
+}
+
+bool CItemWeather::Loading::running() const {
+    return busy() || lacksLaterFrames(m_item.m_state);
+}
+
+bool CItemWeather::Loading::pictureComing() const {
+    return m_action || (m_resuming && !lacksLaterFrames(m_item.m_state));
 }
 
 Downloads& CItemWeather::Loading::downloads() {

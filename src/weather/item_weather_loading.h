@@ -19,6 +19,7 @@
 
 namespace raincast {
 
+struct CachedRadar;
 struct FirstShow;
 
 /// Loads a radar item's pictures into its state in the background, one action of the user at a
@@ -59,7 +60,13 @@ public:
     /// Cancels what runs, as the user wishes.
     void stop();
 
-    [[nodiscard]] bool running() const { return m_resuming || m_action != nullptr; }
+    [[nodiscard]] bool running() const;
+    /// The same, but for frames of a loop whose first one is shown already.
+    [[nodiscard]] bool pictureComing() const;
+
+    /// Loads what a first picture did not wait for, if that is shown and nothing else runs. To be
+    /// called when the item was drawn, and from time to time: nobody may look.
+    void loadOthers();
 
     /// While the cache is on its way to another place nothing is loaded, and what runs is
     /// cancelled.
@@ -91,7 +98,10 @@ public:
 private:
     void windowGone();
     void saySiteChange();
+    [[nodiscard]] bool busy() const { return m_resuming || m_action != nullptr; }
+    void loadFirst();
     void loadCached(std::function<void(bool complete)> done);
+    void take(const CachedRadar& cached);
     void say(const QString& status);
     void ended(bool well);
     void cancel();

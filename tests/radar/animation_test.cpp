@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "radar/animation.h"
 
+#include <QImage>
+
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace raincast {
@@ -45,6 +48,18 @@ TEST(AnimationTest, RightAfterAnUpdateTheLoopBeginsOnTheSecondTick) {
     state.current = state.frames[2];
     state.animationCounter = state.frameCount + 10;
     EXPECT_EQ(shown(state, 8), "2-01222-");
+}
+
+TEST(AnimationTest, APictureStaysUntilTheNextOneIsLoaded) {
+    const auto picture = std::make_shared<QImage>(1, 1, QImage::Format_RGB32);
+    RadarState state = stateOf(3);
+    state.frames[0].bitmap = picture;
+    rewindAnimation(state);
+    EXPECT_EQ(shown(state, 1), "0");
+    EXPECT_FALSE(stepAnimation(state));
+    EXPECT_EQ(state.current.timeText, QStringLiteral("0"));
+    state.frames[1].bitmap = state.frames[2].bitmap = picture;
+    EXPECT_EQ(shown(state, 7), "12222-0");
 }
 
 TEST(AnimationTest, FewerThanTwoFramesNeverMove) {

@@ -40,6 +40,61 @@ TEST_F(ItemWeatherOfflineTest, AStartShowsTheFramesOfTheLastOne) {
     EXPECT_EQ(m_item->statusText(), QString());
 }
 
+TEST_F(ItemWeatherOfflineTest, AStartShowsItsFirstFrameBeforeItReadsTheOthers) {
+    showSite();
+    editAnimation(3);
+    loseNetwork();
+    restart();
+    std::vector<std::string> seen;
+    watch([&](const QImage&) {
+        const RadarState& state = m_item->state();
+        if (state.current.bitmap && m_item->placed()) {
+            seen.push_back(shown() + (state.frames.back().bitmap ? " of all" : " alone"));
+        }
+    });
+    showPage();
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen.front(), "5:34 alone");
+    EXPECT_EQ(seen.back(), "5:34 of all");
+    for (const RadarFrame& frame : m_item->state().frames) {
+        EXPECT_TRUE(frame.bitmap) << qPrintable(frame.path);
+    }
+    // The loop begins as ever.
+    std::string ticks;
+    for (int i = 0; i < 7; ++i) {
+        tick();
+        ticks += shown() + ' ';
+    }
+    EXPECT_EQ(ticks, "5:34 5:44 5:54 5:54 5:54 5:54  ");
+}
+
+TEST_F(ItemWeatherOfflineTest, FramesAreReadEvenIfNobodyLooks) {
+    showSite();
+    editAnimation(3);
+    loseNetwork();
+    restart();
+    m_window.hide();
+    m_page->activate(m_window, true);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !m_item->pictureComing(); }, 30'000));
+    EXPECT_EQ(shown(), "5:34");
+    EXPECT_FALSE(m_item->state().frames.back().bitmap);
+    tick();
+    EXPECT_TRUE(m_item->state().frames.back().bitmap);
+}
+
+TEST_F(ItemWeatherOfflineTest, AFrameThatCannotBeReadBehindTheFirstPictureAsksForAnUpdate) {
+    showSite();
+    editAnimation(3);
+    restart();
+    writeFile(siteFolder() + "MUX_20190519_0544_N0R.gif", "no picture");
+    showPage();
+    EXPECT_THAT(frames(), ElementsAre("5:34", "5:44", "5:54"));
+    EXPECT_EQ(m_item->statusText(), QString());
+    for (const RadarFrame& frame : m_item->state().frames) {
+        EXPECT_TRUE(frame.bitmap) << qPrintable(frame.path);
+    }
+}
+
 TEST_F(ItemWeatherOfflineTest, AStartShowsTheNewestFramesWhateverThePageFileHolds) {
     showSite();
     editAnimation(3);
