@@ -2,6 +2,7 @@
 #include "fetch/fetch_command.h"
 
 #include "fetch/fetch_options.h"
+#include "fetch/known_pictures.h"
 #include "fetch/terminal_report.h"
 #include "net/downloads.h"
 #include "net/http_transfer.h"
@@ -53,12 +54,17 @@ RadarState stateFor(const FetchOptions& options) {
 bool update(RadarState& state, RadarUpdateObserver& report, CHttpTransfer& transfer) {
     QEventLoop loop;
     bool result = false;
-    RadarUpdate run(state, report, transfer);
+    // Shared with threads that may outlive the update.
+    const auto known = std::make_shared<KnownPictures>(KnownPictures::usualIndex());
+    RadarUpdate run(state, report, transfer, [known](const QString& file) {
+        return known->load(file);
+    });
     run.UpdateRadar([&](bool updated) {
         result = updated;
         loop.quit();
     });
     loop.exec();
+    known->save();
     return result;
 }
 

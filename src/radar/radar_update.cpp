@@ -66,9 +66,15 @@ void discardOtherFrames(RadarState& state) {
     }
 }
 
-RadarUpdate::RadarUpdate(RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer)
-    : m_state(state), m_observer(observer), m_transfer(transfer),
+RadarUpdate::RadarUpdate(
+    RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer, Load load
+)
+    : m_state(state), m_observer(observer), m_transfer(transfer), m_load(std::move(load)),
       m_product(ProductCode(state.product).toString()) {}
+
+Bitmap RadarUpdate::decode(const QString& file) {
+    return LoadImageFile(file, kMostRadarPixels);
+}
 
 void RadarUpdate::UpdateRadar(Done done) {
     m_done = std::move(done);
@@ -131,12 +137,12 @@ void RadarUpdate::beginFrame(const QString& name) {
 
 // Loads a frame from the cache. One that is not there, or is no picture, is fetched.
 void RadarUpdate::loadFrame(const QString& name, const std::optional<Fetched>& fetched) {
-    const auto load = [file = cached(name), isTagged = fetched && isNewest(name),
+    const auto load = [file = cached(name), decode = m_load, isTagged = fetched && isNewest(name),
                        tag = fetched ? fetched->tag : QByteArray()] {
         if (isTagged) {
             noteFrameTag(file, tag);
         }
-        return LoadImageFile(file, kMostRadarPixels);
+        return decode(file);
     };
     m_background.run(load, [this, name, fetched](const Bitmap& bitmap) {
         const bool ended = bitmap || fetched;
@@ -235,9 +241,9 @@ void RadarUpdate::recheckWith(const QByteArray& tag, const QString& name) {
 }
 
 void RadarUpdate::takeOtherBytes(const QString& name, const QByteArray& tag) {
-    const auto load = [file = cached(name), tag] {
+    const auto load = [file = cached(name), decode = m_load, tag] {
         noteFrameTag(file, tag);
-        return LoadImageFile(file, kMostRadarPixels);
+        return decode(file);
     };
     m_background.run(load, [this, file = cached(name)](const Bitmap& bitmap) {
         if (bitmap) {

@@ -50,7 +50,14 @@ public:
     /// could be written; missing warnings are no failure.
     using Done = std::function<void(bool updated)>;
 
-    RadarUpdate(RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer);
+    /// Loads a frame's file: null unless it is a picture. Called in threads of the pool, also when
+    /// the update has ended.
+    using Load = std::function<Bitmap(const QString& file)>;
+
+    RadarUpdate(
+        RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer,
+        Load load = decode
+    );
 
     /// Begins the update. A frame that the listing dates more than a day ahead is ignored.
     void UpdateRadar(Done done);
@@ -59,6 +66,7 @@ public:
     [[nodiscard]] const std::optional<QString>& writeFailure() const { return m_writeFailure; }
 
 private:
+    [[nodiscard]] static Bitmap decode(const QString& file);
     void takeListing(const CHttpTransfer::Listing& names);
     void startSearch(std::shared_ptr<const FrameListing> listing);
     void beginFrame(const QString& name);
@@ -90,6 +98,7 @@ private:
     RadarState& m_state;
     RadarUpdateObserver& m_observer;
     CHttpTransfer& m_transfer;
+    Load m_load;
     QString m_product; ///< its code
     Done m_done;
     std::shared_ptr<const FrameListing> m_listing;

@@ -39,6 +39,7 @@ protected:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("TZ", "UTC0");
         environment.insert("XDG_DATA_HOME", m_folder.filePath("data"));
+        environment.insert("XDG_CACHE_HOME", m_folder.filePath("caches"));
         environment.insert("RAINCAST_CARD_ROOT", m_folder.filePath("cards"));
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_folder.path());
@@ -98,6 +99,24 @@ TEST_F(FetchCommandTest, ASecondRunDownloadsNoFrameAgain) {
     EXPECT_EQ(fetch({"MUX"}).output, first);
     EXPECT_EQ(m_server.count("/ridge/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif"), 1);
     EXPECT_EQ(m_server.count("/ridge/Warnings/Short/MUX_Warnings_0.gif"), 2);
+}
+
+TEST_F(FetchCommandTest, PicturesAreKnownOutsideOfTheCacheAndDefectiveOnesAreFetchedAgain) {
+    const QString name = "MUX_20190519_0554_N0R.gif";
+    const QString path = "/ridge/RadarImg/N0R/MUX/" + name;
+    publish({name});
+    const std::string first = fetch({"MUX"}).output;
+    const QByteArray index = readFile(m_folder.filePath("caches/raincast-fetch/pictures"));
+    EXPECT_TRUE(index.endsWith(' ' + QByteArray::fromStdString(cached(name)) + '\n'));
+    // Not even decoded: nobody sees what a known file is by now.
+    EXPECT_EQ(fetch({"MUX"}).output, first);
+    EXPECT_EQ(readFile(m_folder.filePath("caches/raincast-fetch/pictures")), index);
+    const QString file = QString::fromStdString(cached(name));
+    const QByteArray good = readFile(file);
+    writeFile(file, QByteArray(good.size(), 'x'));
+    EXPECT_EQ(fetch({"MUX"}).output, first);
+    EXPECT_EQ(m_server.count(path), 2);
+    EXPECT_EQ(readFile(file), good);
 }
 
 TEST_F(FetchCommandTest, SomeFramesAreStatusThree) {
