@@ -4,7 +4,7 @@
 #include "core/clock.h"
 #include "core/utc_date_time.h"
 #include "live/live_plan.h"
-#include "tree/warning_kinds.h"
+#include "palette/warning_kinds.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "provider/alert_reader.h"
 
-#include "tree/warning_kinds.h"
+#include "palette/warning_kinds.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -109,7 +109,7 @@ QString parameterIn(const QJsonObject& properties, const char* name) {
 /// /O.NEW.KBIS.TO.W.0002.250620T0040Z-250620T0115Z/
 void readVtec(const QString& vtec, Alert& alert) {
     static const QRegularExpression form(
-        QString::fromLatin1(R"(^/[A-Z]\.([A-Z]{3})\.([A-Z]{4}\.[A-Z]{2}\.[A-Z]\.\d{4})\.)")
+        QString::fromLatin1(R"(^/[A-Z]\.([A-Z]{3})\.[A-Z]([A-Z]{3}\.[A-Z]{2}\.[A-Z]\.\d{4})\.)")
     );
     const auto match = form.match(vtec);
     if (match.hasMatch()) {
@@ -147,6 +147,7 @@ std::optional<Alert> readAlert(const QJsonObject& feature) {
     alert.references = referencesIn(properties);
     WeatherWarning& warning = alert.warning;
     warning.kind = *kind;
+    warning.id = alert.event.isEmpty() ? alert.id : alert.event;
     warning.office = textIn(properties, "senderName");
     warning.headline = textIn(properties, "headline");
     warning.text = textIn(properties, "description");
@@ -168,12 +169,13 @@ std::optional<Alert> readStormWarning(const QJsonObject& feature) {
     Alert alert;
     alert.isCancelled = over.contains(textIn(properties, "status"));
     alert.id = textIn(feature, "id");
-    alert.event = textIn(properties, "wfo") + u'.' + textIn(properties, "phenomena") +
-                  QStringLiteral(".W.") +
-                  QString::number(properties.value(QLatin1String("eventid")).toInt());
+    alert.event = QStringLiteral("%1.%2.W.%3")
+                      .arg(textIn(properties, "wfo").right(3), textIn(properties, "phenomena"))
+                      .arg(properties.value(QLatin1String("eventid")).toInt(), 4, 10, QChar(u'0'));
     alert.sent = firstTimeIn(properties, {"updated", "polygon_begin"});
     WeatherWarning& warning = alert.warning;
     warning.kind = *kind;
+    warning.id = alert.event;
     warning.office = QStringLiteral("NWS ") + textIn(properties, "wfo");
     warning.headline = textIn(properties, "ps");
     warning.begin = timeIn(properties, "polygon_begin");

@@ -16,7 +16,7 @@ namespace raincast {
 struct Alert {
     WeatherWarning warning;
     QString id;
-    QString event; ///< VTEC's office, phenomenon, significance and number; empty without VTEC
+    QString event; ///< as VTEC has it, the same of all providers: "BIS.TO.W.0002"; or empty
     FileTime sent = 0;
     QStringList references; ///< ids of messages that this one replaces
     bool isCancelled = false;

@@ -6,6 +6,7 @@
 #include "radar/catalogue/products.h"
 #include "radar/frame_search.h"
 #include "radar/image/image_file.h"
+#include "radar/warning_texts.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -71,7 +72,10 @@ loadNewest(const RadarState& state, const std::shared_ptr<const FrameListing>& l
 }
 
 RadarWarnings warningsOf(const RadarState& state) {
-    return loadWarnings(state.cacheRoot(), state.siteId, ProductRange(state.product).toString());
+    const QString range = ProductRange(state.product).toString();
+    RadarWarnings warnings = loadWarnings(state.cacheRoot(), state.siteId, range);
+    warnings.texts = loadWarningTexts(state.cacheRoot(), state.siteId, range);
+    return warnings;
 }
 
 } // namespace

@@ -297,12 +297,20 @@ void RadarUpdate::loadFetchedWarnings() {
         },
         [this](const RadarWarnings& warnings) {
             if (warnings.picture) {
-                m_state.warnings = warnings;
+                takeWarnings(warnings);
                 m_observer.repaint();
             }
             fetchWarningTexts();
         }
     );
+}
+
+// The texts of before stand in until those of the picture come.
+void RadarUpdate::takeWarnings(const RadarWarnings& warnings) {
+    const bool same = m_state.warnings.isOf(warnings.siteId, warnings.range);
+    const auto before = same ? m_state.warnings.texts : nullptr;
+    m_state.warnings = warnings;
+    m_state.warnings.texts = before;
 }
 
 // Texts of before are not those of the picture that came.
@@ -311,14 +319,25 @@ void RadarUpdate::fetchWarningTexts() {
     const QString range = ProductRange(m_state.product).toString();
     m_warningsTransfer->DownloadIfThere(
         warningTextsPath(m_state.siteId, range), file, kWarningTextsFile,
-        [this, file](const Fetched& fetched) {
-            if (fetched.kept) {
-                warningsEnded();
-            } else {
-                m_background.run([file] { QFile::remove(file); }, [this] { warningsEnded(); });
-            }
-        }
+        [this, file](const Fetched& fetched) { loadFetchedTexts(fetched.kept ? QString() : file); }
     );
+}
+
+void RadarUpdate::loadFetchedTexts(const QString& outdated) {
+    const QString site = m_state.siteId;
+    const QString range = ProductRange(m_state.product).toString();
+    const auto load = [root = m_state.cacheRoot(), site, range, outdated] {
+        if (!outdated.isEmpty()) {
+            QFile::remove(outdated);
+        }
+        return loadWarningTexts(root, site, range);
+    };
+    m_background.run(load, [this, site, range](const std::shared_ptr<const WarningTexts>& texts) {
+        if (m_state.warnings.isOf(site, range)) {
+            m_state.warnings.texts = texts;
+        }
+        warningsEnded();
+    });
 }
 
 void RadarUpdate::warningsEnded() {

@@ -86,7 +86,10 @@ private:
     void endSearch();
     void endWhenComplete();
     void loadFetchedWarnings();
+    void takeWarnings(const RadarWarnings& warnings);
     void fetchWarningTexts();
+    /// `outdated` is a file that goes before; empty: none.
+    void loadFetchedTexts(const QString& outdated);
     void warningsEnded();
     void fail(const QString& status);
     void end(bool updated);

@@ -63,9 +63,18 @@ WarningText::Polygon polygonOf(const QJsonValue& value) {
     return polygon;
 }
 
+/// Servers of before gave no ids: what is prolonged keeps its begin then.
+QString idOf(const QJsonObject& object) {
+    const QString id = textOf(object[u"id"]);
+    const QStringList known = {
+        textOf(object[u"event"]), textOf(object[u"office"]), textOf(object[u"begin"])};
+    return id.isEmpty() ? known.join(u'|') : id;
+}
+
 std::optional<WarningText> warningOf(const QJsonObject& object) {
     WarningText warning;
     warning.event = textOf(object[u"event"]);
+    warning.id = idOf(object);
     warning.office = textOf(object[u"office"]);
     warning.headline = textOf(object[u"headline"]);
     warning.text = textOf(object[u"text"]);
@@ -107,13 +116,14 @@ QString warningTextsFile(const QString& cacheFolder, const QString& siteId) {
     return folder.isEmpty() ? QString() : folder + u'/' + warningTextsFileName(siteId);
 }
 
-std::optional<WarningTexts>
+std::shared_ptr<const WarningTexts>
 loadWarningTexts(const QString& cacheFolder, const QString& siteId, const QString& range) {
     if (!hasWarningsOf(cacheFolder, siteId, range)) {
-        return std::nullopt;
+        return nullptr;
     }
     const auto bytes = readWhole(warningTextsFile(cacheFolder, siteId), kMostWarningTextBytes);
-    return bytes ? readWarningTexts(*bytes) : std::nullopt;
+    auto texts = bytes ? readWarningTexts(*bytes) : std::nullopt;
+    return texts ? std::make_shared<const WarningTexts>(std::move(*texts)) : nullptr;
 }
 
 } // namespace raincast

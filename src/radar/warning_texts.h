@@ -7,17 +7,19 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace raincast {
 
 /// What an outline on a picture of warnings means. All texts are the provider's, for people; but
-/// for the event any may be empty.
+/// for the id and the event any may be empty.
 struct WarningText {
     using Ring = std::vector<GeoPosition>; ///< in turn; the last corner is joined to the first
     using Polygon = std::vector<Ring>;     ///< its outline, then its holes
 
+    QString id;     ///< the same when the warning is prolonged, another one for another warning
     QString event;  ///< "Tornado Warning"
     QString office; ///< "NWS Norman OK"
     QString headline;
@@ -48,9 +50,9 @@ inline constexpr qsizetype kMostTextLetters = 16 * 1024;
 /// They are fetched after it, and whoever deletes it deletes them.
 [[nodiscard]] QString warningTextsFile(const QString& cacheFolder, const QString& siteId);
 
-/// Reads the texts beside the cached warnings picture of a site; nothing when there are none, or
+/// Reads the texts beside the cached warnings picture of a site; null when there are none, or
 /// when the picture is of another range ("Short" or "Long"). Takes a moment: for the background.
-[[nodiscard]] std::optional<WarningTexts>
+[[nodiscard]] std::shared_ptr<const WarningTexts>
 loadWarningTexts(const QString& cacheFolder, const QString& siteId, const QString& range);
 
 } // namespace raincast

@@ -66,7 +66,7 @@ bool hasWarningsOf(const QString& cacheFolder, const QString& siteId, const QStr
 WarningsUse warningsUse(const RadarState& state) {
     const RadarWarnings& warnings = state.warnings;
     if (!state.showWarnings || !warnings.picture || state.frames.empty() ||
-        warnings.siteId != state.siteId || warnings.range != ProductRange(state.product)) {
+        !warnings.isOf(state.siteId, ProductRange(state.product))) {
         return WarningsUse::none;
     }
     const auto newest = takenAt(state.frames.back());

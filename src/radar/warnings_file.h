@@ -6,9 +6,12 @@
 
 #include <QString>
 
+#include <memory>
+
 namespace raincast {
 
 struct RadarState;
+struct WarningTexts;
 
 /// The warnings of a site, to be drawn over its frames with white transparent.
 struct RadarWarnings {
@@ -16,6 +19,11 @@ struct RadarWarnings {
     QString siteId;
     QString range;        ///< "Short" or "Long": a picture fits the products of one range
     FileTime fetched = 0; ///< when the server was asked for them
+    std::shared_ptr<const WarningTexts> texts{}; ///< null: the server has none, or they come yet
+
+    [[nodiscard]] bool isOf(const QString& site, QStringView ofRange) const {
+        return siteId == site && range == ofRange;
+    }
 };
 
 // Beside the cached warnings lies a file that says of which range they are and when they were

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "sample/sample_warnings.h"
 
+#include "palette/warning_kinds.h"
 #include "sample/sample_scan.h"
 #include "sample/sample_storm.h"
-#include "tree/warning_kinds.h"
 
 #include <algorithm>
 #include <cmath>

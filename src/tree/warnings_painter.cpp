@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tree/warnings_painter.h"
 
+#include "palette/warning_kinds.h"
 #include "radar/image/bitmap.h"
 #include "radar/image/gif_writer.h"
 #include "radar/image/sample_mark.h"
-#include "tree/warning_kinds.h"
 
 #include <QImage>
 #include <QPainter>

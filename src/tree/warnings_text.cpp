@@ -2,7 +2,7 @@
 #include "tree/warnings_text.h"
 
 #include "core/utc_date_time.h"
-#include "tree/warning_kinds.h"
+#include "palette/warning_kinds.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -43,6 +43,7 @@ QJsonArray polygonsOf(const WeatherWarning& warning) {
 
 QJsonObject objectOf(const WeatherWarning& warning) {
     return {
+        {QStringLiteral("id"), warning.id},
         {QStringLiteral("event"), nameOf(warning.kind)},
         {QStringLiteral("office"), warning.office},
         {QStringLiteral("headline"), warning.headline},

@@ -2,36 +2,13 @@
 #pragma once
 
 #include "core/file_time.h"
+#include "palette/warning_kinds.h"
 
 #include <QString>
 
-#include <array>
 #include <vector>
 
 namespace raincast {
-
-/// Kinds of warnings that have an outline, the least dangerous first.
-enum class WarningKind {
-    specialWeatherStatement,
-    dustStorm,
-    snowSquall,
-    specialMarine,
-    flashFlood,
-    severeThunderstorm,
-    extremeWind,
-    tornado,
-};
-
-inline constexpr std::array kAllWarningKinds = {
-    WarningKind::specialWeatherStatement,
-    WarningKind::dustStorm,
-    WarningKind::snowSquall,
-    WarningKind::specialMarine,
-    WarningKind::flashFlood,
-    WarningKind::severeThunderstorm,
-    WarningKind::extremeWind,
-    WarningKind::tornado,
-};
 
 /// A warning of a region.
 struct WeatherWarning {
@@ -43,6 +20,7 @@ struct WeatherWarning {
     using Polygon = std::vector<Ring>; ///< its outline, then its holes
 
     WarningKind kind = WarningKind::severeThunderstorm;
+    QString id;          ///< the same in all messages about it; empty: unknown
     QString office;      ///< who warns: "NWS Norman OK"
     QString headline;    ///< one sentence; may be empty
     QString text;        ///< may be empty

@@ -158,6 +158,16 @@ TEST(AlertReaderTest, ReadsTheOtherProvidersForm) {
     EXPECT_EQ(warnings[0].kind, WarningKind::severeThunderstorm);
     EXPECT_EQ(warnings[0].end, fromCalendar({2025, 6, 20, 1, 15}));
     EXPECT_EQ(warnings[0].headline, "Severe Thunderstorm Warning");
+    EXPECT_EQ(warnings[0].id, "BIS.SV.W.0001") << "as the weather service's messages have it";
+}
+
+TEST(AlertReaderTest, AWarningIsCalledAsItsEvent) {
+    const auto event = read({alert(vtec("NEW") + R"(,"id":"a")")});
+    ASSERT_THAT(event, SizeIs(1));
+    EXPECT_EQ(event[0].id, "BIS.TO.W.0002");
+    const auto statement = read({alert(R"("id":"urn:a")")});
+    ASSERT_THAT(statement, SizeIs(1));
+    EXPECT_EQ(statement[0].id, "urn:a");
 }
 
 std::vector<WeatherWarning> recorded(const char* name) {

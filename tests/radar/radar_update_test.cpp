@@ -459,6 +459,22 @@ TEST_F(WarningTextsUpdateTest, AreNotAskedForAgainInARunWhereThereAreNone) {
     EXPECT_THAT(events(), ElementsAre("Tornado Warning")) << "another server may have some";
 }
 
+TEST_F(WarningTextsUpdateTest, AreInTheStateUntilTheServerHasThemNoMore) {
+    m_server.serve(kTexts, kTornado);
+    EXPECT_TRUE(update());
+    ASSERT_TRUE(m_state.warnings.texts);
+    EXPECT_EQ(m_state.warnings.texts->warnings[0].event, "Tornado Warning");
+    const auto before = m_state.warnings.texts;
+    m_server.serve(kTexts, R"({"warnings": []})");
+    EXPECT_TRUE(update());
+    ASSERT_TRUE(m_state.warnings.texts);
+    EXPECT_TRUE(m_state.warnings.texts->warnings.empty());
+    EXPECT_EQ(before->warnings.size(), 1U) << "whoever has them keeps them";
+    m_server.serve(kTexts, "<html>log in</html>");
+    EXPECT_TRUE(update());
+    EXPECT_FALSE(m_state.warnings.texts);
+}
+
 TEST_F(WarningTextsUpdateTest, AreNotAskedForWithoutThePicture) {
     m_server.serve(kTexts, kTornado);
     m_server.serve(kWarnings, "none", 404);

@@ -40,6 +40,21 @@ TEST(WarningTextsTest, AreReadAsTheyStand) {
     EXPECT_TRUE(texts->warnings[1].polygons.empty());
 }
 
+// Servers of before gave no ids.
+TEST(WarningTextsTest, HaveAnIdThatStaysWhenTheyAreProlonged) {
+    const auto idOf = [](const QByteArray& members) {
+        const auto texts = readWarningTexts(R"({"warnings": [{"event": "A", )" + members + "}]}");
+        return texts && texts->warnings.size() == 1 ? texts->warnings[0].id : QString();
+    };
+    EXPECT_EQ(idOf(R"("id": "OUN.TO.W.0123", "end": "2026-11-21T18:15:00Z")"), "OUN.TO.W.0123");
+    const QByteArray begin = R"("office": "O", "begin": "2026-11-21T17:40:00Z")";
+    const QString first = idOf(begin + R"(, "end": "2026-11-21T18:15:00Z")");
+    EXPECT_FALSE(first.isEmpty());
+    EXPECT_EQ(idOf(begin + R"(, "end": "2026-11-21T18:30:00Z", "id": "")"), first);
+    EXPECT_NE(idOf(R"("office": "O", "begin": "2026-11-21T17:41:00Z")"), first);
+    EXPECT_NE(idOf(R"("office": "P", "begin": "2026-11-21T17:40:00Z")"), first);
+}
+
 TEST(WarningTextsTest, WhatIsNotOfTheFormIsPassedOver) {
     const auto texts = readWarningTexts(
         R"({"warnings": [1, null, [], {}, {"event": ""}, {"event": 5}, {"event": "A",

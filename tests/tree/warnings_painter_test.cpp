@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "palette/warning_kinds.h"
 #include "radar/image/bitmap.h"
 #include "radar/image/image_file.h"
-#include "tree/warning_kinds.h"
 #include "tree/warnings_painter.h"
 
 #include <gtest/gtest.h>

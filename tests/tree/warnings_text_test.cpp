@@ -15,6 +15,7 @@ const ImageGeometry kImage(35, -97, Range::shortRange);
 WeatherWarning triangleAt(double latitude, double longitude, WarningKind kind) {
     WeatherWarning warning;
     warning.kind = kind;
+    warning.id = "OUN.TO.W.0123";
     warning.office = "NWS Norman OK";
     warning.headline = "Take cover";
     warning.text = "A storm\nmoves east";
@@ -35,6 +36,7 @@ TEST(WarningsTextTest, TellsAllOfAWarning) {
     const auto list = textsOf({triangleAt(35, -97, WarningKind::tornado)});
     ASSERT_EQ(list.size(), 1);
     const QJsonObject warning = list[0].toObject();
+    EXPECT_EQ(warning["id"], "OUN.TO.W.0123");
     EXPECT_EQ(warning["event"], "Tornado Warning");
     EXPECT_EQ(warning["office"], "NWS Norman OK");
     EXPECT_EQ(warning["headline"], "Take cover");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tree/warning_kinds.h"
+#include "palette/warning_kinds.h"
 
 #include <algorithm>
 #include <array>

@@ -1,14 +1,36 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tree/weather_warning.h"
-
 #include <QRgb>
-#include <QStringView>
+#include <QString>
 
+#include <array>
 #include <optional>
 
 namespace raincast {
+
+/// Kinds of warnings that have an outline, the least dangerous first.
+enum class WarningKind {
+    specialWeatherStatement,
+    dustStorm,
+    snowSquall,
+    specialMarine,
+    flashFlood,
+    severeThunderstorm,
+    extremeWind,
+    tornado,
+};
+
+inline constexpr std::array kAllWarningKinds = {
+    WarningKind::specialWeatherStatement,
+    WarningKind::dustStorm,
+    WarningKind::snowSquall,
+    WarningKind::specialMarine,
+    WarningKind::flashFlood,
+    WarningKind::severeThunderstorm,
+    WarningKind::extremeWind,
+    WarningKind::tornado,
+};
 
 /// "Tornado Warning", as the National Weather Service writes it.
 [[nodiscard]] QString nameOf(WarningKind kind);
