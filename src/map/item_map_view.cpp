@@ -313,8 +313,13 @@ void CItemMapView::geoReferenceChanged() {
     invalidate();
 }
 
+int CItemMapView::coveredAbove() const {
+    const int covered = page() != nullptr ? page()->coveredTop() - rectangle().top : 0;
+    return std::clamp(covered, 0, std::max(rectangle().toRect().height() - coveredBelow(), 0));
+}
+
 QRect CItemMapView::area() const {
-    return rectangle().toRect().adjusted(0, 0, 0, -coveredBelow());
+    return rectangle().toRect().adjusted(0, coveredAbove(), 0, -coveredBelow());
 }
 
 QStringList CItemMapView::lines(const QFontMetrics& metrics) const {

@@ -119,6 +119,8 @@ protected:
     [[nodiscard]] bool firstOnPage() const;
     /// The height of what lies over the rectangle's lower edge, in device pixels.
     [[nodiscard]] virtual int coveredBelow() const { return 0; }
+    /// The same of what lies over its upper edge.
+    [[nodiscard]] int coveredAbove() const;
     /// The item's rectangle for painters and hit tests, without what is covered.
     [[nodiscard]] QRect area() const;
     /// The height of the lines that stand at the area's top at present.

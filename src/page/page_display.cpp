@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "page/page_display.h"
 
+#include "core/listener.h"
 #include "core/user_change.h"
 #include "page/context_menu.h"
 #include "page/item.h"
@@ -79,7 +80,11 @@ CPageDisplay::CPageDisplay(const CAppPaged::PageType* pageType)
     addMenu(kMenu);
 }
 
-CPageDisplay::~CPageDisplay() = default;
+CPageDisplay::~CPageDisplay() {
+    if (widget() != nullptr) {
+        CPageDisplay::deactivate(); // whoever was told of its window is told of its end
+    }
+}
 
 bool CPageDisplay::Read(CSerialReader& reader) {
     return Page::Read(reader) &&
@@ -94,6 +99,7 @@ bool CPageDisplay::Write(CSerialWriter& writer) const {
 
 bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     m_layoutMode = false;
+    m_coveredTop = 0;
     m_selected = nullptr;
     m_stylus.reset();
     m_contextMenu->reset();
@@ -110,6 +116,7 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     attach(*window);
     size(parent.width(), parent.height());
     window->show();
+    setLayoutMode(false);
     for (const auto& item : m_items) {
         item->windowCreated();
     }
@@ -127,6 +134,7 @@ void CPageDisplay::deactivate() {
         destroyWindow(*window);
     }
     m_buffer.release();
+    setLayoutMode(false);
 }
 
 bool CPageDisplay::command(int id, int notification) {
@@ -135,7 +143,7 @@ bool CPageDisplay::command(int id, int notification) {
     }
     switch (id) {
     case kToggleLayout:
-        toggleLayout();
+        setLayoutMode(!m_layoutMode);
         break;
     case kAddItem:
         chooseAndAddItem();
@@ -153,8 +161,16 @@ bool CPageDisplay::command(int id, int notification) {
     return true;
 }
 
-void CPageDisplay::toggleLayout() {
-    m_layoutMode = !m_layoutMode;
+void CPageDisplay::setLayoutMode(bool on) {
+    m_layoutMode = on;
+    PageModeChange change{*this};
+    Listener<PageModeChange>::Notify(change);
+}
+
+void CPageDisplay::setCoveredTop(int height) {
+    if (std::exchange(m_coveredTop, height) != height) {
+        invalidate();
+    }
 }
 
 void CPageDisplay::chooseAndAddItem() {
@@ -165,7 +181,7 @@ void CPageDisplay::chooseAndAddItem() {
     CItem& item = addItem(std::move(chosen));
     prepare(item);
     item.setRectangle(item.rectangle());
-    m_layoutMode = true;
+    setLayoutMode(true);
     UserChange::announce();
     // Last: a new item may show a dialog of its own.
     item.windowCreated();

@@ -74,6 +74,11 @@ public:
     [[nodiscard]] CItem* selected() const { return m_selected; }
     void select(CItem* item) { m_selected = item; }
     [[nodiscard]] bool layoutMode() const { return m_layoutMode; }
+
+    /// How many device pixels of the page's upper part something covers, as long as it has this
+    /// window: items that have something to say keep it below.
+    void setCoveredTop(int height);
+    [[nodiscard]] int coveredTop() const { return m_coveredTop; }
     [[nodiscard]] ContextMenu& contextMenu() { return *m_contextMenu; }
 
     /// The page's size; empty before it had a window for the first time.
@@ -108,7 +113,7 @@ private:
     void drawItems();
     void prepare(CItem& item);
     void pointerEvent(QEvent& event);
-    void toggleLayout();
+    void setLayoutMode(bool on);
     void chooseAndAddItem();
     void deleteSelected();
     void bringSelectedToFront();
@@ -118,6 +123,7 @@ private:
 
     QSize m_deviceSize;
     bool m_layoutMode = false;
+    int m_coveredTop = 0;
     bool m_sizing = false; // half of the items have their new places
     CItem* m_selected = nullptr;
     std::function<void(CItem&)> m_prepare;
@@ -127,6 +133,11 @@ private:
     ZoomInput m_zoomInput;
     BackBuffer m_buffer;
     Items m_items; // last: items may still ask for the rest while they go
+};
+
+/// A page has a window now, or none any more, or its layout mode has begun or ended.
+struct PageModeChange {
+    CPageDisplay& page;
 };
 
 } // namespace raincast
