@@ -32,6 +32,7 @@ constexpr KeyRow kRows[] = {
     {u"Show a product", u"1 to 7"},
     {u"Pause the loop, play on", u"Space"},
     {u"Step back, forward", u", and ."},
+    {u"List warnings, dismiss one", u"W, D"},
     {u"Update", u"F5"},
     {u"End measuring, stop updating", u"Esc"},
     {u"Menu of the place in the middle", u"Menu"},

@@ -21,7 +21,7 @@ CAppPaged::Page& CRaincastApp::append(std::unique_ptr<Page> page) {
     if (auto* const display = dynamic_cast<CPageDisplay*>(page.get())) {
         display->beforeItemIsShown([this](CPageDisplay::CItem& item) { prepare(item); });
         for (const auto& item : display->items()) {
-            giveDownloads(*item); // it may update itself before it is shown
+            giveTools(*item); // it may update itself before it is shown
         }
     }
     return CAppPaged::append(std::move(page));
@@ -31,16 +31,19 @@ void CRaincastApp::prepare(CPageDisplay::CItem& item) {
     if (auto* const map = dynamic_cast<CItemMapView*>(&item)) {
         map->useMarks(m_marks);
     }
-    giveDownloads(item);
+    giveTools(item);
     if (auto* const radar = dynamic_cast<CItemWeather*>(&item)) {
         radar->beginWith(std::exchange(m_firstShow, {}));
     }
 }
 
-void CRaincastApp::giveDownloads(CPageDisplay::CItem& item) const {
+void CRaincastApp::giveTools(CPageDisplay::CItem& item) const {
     auto* const radar = dynamic_cast<CItemWeather*>(&item);
     if (radar != nullptr && m_downloads != nullptr) {
         radar->useDownloads(*m_downloads);
+    }
+    if (radar != nullptr && m_warnings != nullptr) {
+        radar->useWarnings(*m_warnings);
     }
 }
 

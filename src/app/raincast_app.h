@@ -15,6 +15,7 @@ namespace raincast {
 
 class CItemWeather;
 class Downloads;
+class WarningWatch;
 
 /// The application: a paged one that starts with a weather page. It owns the user's marks, keeps
 /// them in its page file and gives them to its map views. Default pages leave the marks alone.
@@ -31,8 +32,9 @@ public:
 
     Page& append(std::unique_ptr<Page> page) override;
 
-    /// Gives this to every radar item; borrowed, and used until the last page has gone.
+    /// Give these to every radar item; borrowed, and used until the last page has gone.
     void useDownloads(Downloads& downloads) { m_downloads = &downloads; }
+    void useWarnings(WarningWatch& watch) { m_warnings = &watch; }
 
     /// Whether an item of the current page is being loaded.
     [[nodiscard]] bool loading() const;
@@ -57,11 +59,12 @@ protected:
 
 private:
     void prepare(CPageDisplay::CItem& item);
-    void giveDownloads(CPageDisplay::CItem& item) const;
+    void giveTools(CPageDisplay::CItem& item) const;
     [[nodiscard]] bool anyRadar(bool (CItemWeather::*is)() const) const;
 
     CMarkManager m_marks;
     Downloads* m_downloads = nullptr;
+    WarningWatch* m_warnings = nullptr;
     FirstShow m_firstShow;
 };
 

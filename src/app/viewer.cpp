@@ -69,6 +69,7 @@ Viewer::Viewer(AppOptions options)
           [this](bool standsIn) { sayStandIn(standsIn); }
       ) {
     m_application.useDownloads(m_downloads);
+    m_application.useWarnings(m_warningWatch);
 }
 
 Viewer::~Viewer() {

@@ -15,6 +15,7 @@
 #include "map/target_setting.h"
 #include "net/downloads.h"
 #include "position/position_receiver.h"
+#include "warnings/warning_watch.h"
 
 #include <memory>
 
@@ -92,6 +93,7 @@ private:
     CRaincastApp m_application;
     TargetSetting m_target{m_application.marks()};
     QtTimers m_timers;
+    WarningWatch m_warningWatch{m_application.marks(), m_timers};
     LiveWatch m_liveWatch;
     ReplayWatch m_replayWatch{m_downloads, m_timers};
     PositionReceiver m_receiver{m_timers};

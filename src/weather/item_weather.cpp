@@ -52,6 +52,8 @@ constexpr MenuRow kEntries[] = {
     menuEntry(kAnimation, u"Ani&mation"),
     menuEntry(kLayers, u"&Layers"),
     menuEntry(kStorage, u"&Storage"),
+    menuEntry(kListWarnings, u"&Warnings...", "W"),
+    menuEntry(kDismissWarning, u"&Dismiss Warning", "D"),
     subMenu(u"Pi&ctures", kPictureEntries),
 };
 constexpr MenuRow kReadingEntries[] = {
@@ -84,8 +86,7 @@ const SerializableType<CItemWeather> CItemWeather::cType{kTypeItemWeather};
 
 CItemWeather::CItemWeather()
     : CItemMapView(kMenu), Counter(kTickPeriod), m_loading(std::make_unique<Loading>(*this)),
-      m_reading(std::make_unique<Reading>(*this)),
-      m_taps([this](QPoint /*place*/) { m_player.tapped(); }),
+      m_reading(std::make_unique<Reading>(*this)), m_taps([this](QPoint place) { tapped(place); }),
       m_player(*this, m_state, [this] { return loading(); }),
       m_pictures({*this, m_state, [this] { return area(); }, [this] { return pictureName(); }}),
       m_along(*this, [this] { return m_loading->scene(); }) {
@@ -255,7 +256,7 @@ bool CItemWeather::character(char16_t unit) {
         showProduct(unit - u'1');
         return true;
     }
-    return m_player.character(unit) || CItemMapView::character(unit);
+    return m_player.character(unit) || m_warnings.character(unit) || CItemMapView::character(unit);
 }
 
 void CItemWeather::menuPopUp(QMenu& menu) {
@@ -269,6 +270,7 @@ void CItemWeather::menuPopUp(QMenu& menu) {
     m_player.prepareMenu(menu);
     m_pictures.prepareMenu(menu);
     m_along.prepareMenu(menu);
+    m_warnings.prepareMenu(menu);
     m_reading->prepareMenu(menu);
 }
 
@@ -323,7 +325,8 @@ bool CItemWeather::command(int id, int notification) {
         return true;
     default:
         return m_reading->command(id) || m_player.command(id) || m_pictures.command(id) ||
-               m_along.command(id) || CItemMapView::command(id, notification);
+               m_along.command(id) || m_warnings.command(id) ||
+               CItemMapView::command(id, notification);
     }
 }
 
@@ -340,6 +343,13 @@ void CItemWeather::stylusUp(int x, int y) {
     const QPoint place = onPage(x, y);
     if (m_taps.lifted(place) && !m_reading->tapped(place)) {
         m_taps.awaitSecond(place);
+    }
+}
+
+// A single one that reads nothing.
+void CItemWeather::tapped(QPoint place) {
+    if (!m_warnings.tapped(place)) {
+        m_player.tapped();
     }
 }
 
@@ -380,6 +390,7 @@ void CItemWeather::Tick() {
         m_loading->updateDueAt(now);
     }
     m_loading->loadOthers();
+    m_warnings.follow();
     // A page has a window only while it is on the screen. A picture that stands still is painted
     // again only when the words for its age change.
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;

@@ -10,6 +10,7 @@
 #include "pictures/item_pictures.h"
 #include "player/item_player.h"
 #include "radar/radar_state.h"
+#include "warnings/item_warnings.h"
 #include "weather/first_show.h"
 #include "weather/layer_stack.h"
 
@@ -66,7 +67,8 @@ public:
     /// Esc ends measuring and tracking; Return takes the place in the middle for them.
     bool keyDown(int key) override;
     bool stylusDown(int x, int y, Qt::KeyboardModifiers keys) override;
-    /// A tap that reads nothing shows or hides the bar of the loop.
+    /// A single tap that reads nothing lists the warnings there; where there are none it shows or
+    /// hides the bar of the loop.
     void stylusUp(int x, int y) override;
     void stylusLost() override;
     bool doublePress(int x, int y) override;
@@ -96,6 +98,9 @@ public:
     /// What fetches for the item, borrowed for its life. Without it the item fetches for itself.
     void useDownloads(Downloads& downloads);
 
+    /// Who watches over the user, borrowed likewise.
+    void useWarnings(WarningWatch& watch) { m_warnings.use(watch); }
+
     [[nodiscard]] ItemPictures& pictures() { return m_pictures; }
 
     /// Whether something is being loaded, or updated.
@@ -117,12 +122,15 @@ private:
     /// The site and product that are shown, and the date of the frame.
     [[nodiscard]] QString about() const;
     void placeImage(GeoPosition centreBefore);
+    void tapped(QPoint place);
     void showProduct(int product);
     [[nodiscard]] PictureTexts texts() const;
     [[nodiscard]] const RadarFrame* shownFrame() const;
     [[nodiscard]] ImageAge age() const;
     [[nodiscard]] QString productText() const;
-    [[nodiscard]] QPoint onPage(int x, int y) const { return area().topLeft() + QPoint(x, y); }
+    [[nodiscard]] QPoint onPage(int x, int y) const {
+        return rectangle().toRect().topLeft() + QPoint(x, y);
+    }
     [[nodiscard]] QString pictureName() const;
 
     RadarState m_state;
@@ -135,6 +143,7 @@ private:
     ItemPlayer m_player;
     ItemPictures m_pictures;
     ItemAlong m_along;
+    ItemWarnings m_warnings{*this, m_state};
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
     QString m_replayShown{};   ///< the same of a replay

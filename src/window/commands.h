@@ -64,6 +64,9 @@ enum Command : int {
     kMeasure = 40966,
     kMeasureFromHere = 40967, ///< the place as for kAddMarkHere
     kTrackStorm = 40968,
+    // Warnings
+    kListWarnings = 40970,   ///< a list of those in the picture
+    kDismissWarning = 40971, ///< the bar that warns
 };
 
 /// Numbers in the page menu that are no commands: their entries mark the places where the program

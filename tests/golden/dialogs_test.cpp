@@ -19,6 +19,8 @@
 #include "support/dialog_script.h"
 #include "support/fake_source.h"
 #include "units/dlg_units.h"
+#include "warnings/warning_text_dialog.h"
+#include "warnings/warnings_dialog.h"
 #include "weather/servers_setting.h"
 #include "weather/weather_dialogs.h"
 #include "window/commands.h"
@@ -101,6 +103,39 @@ void openPastStorm(SampleViewer& viewer) {
     PastStormDialog(choice).run(&viewer.frame());
 }
 
+WarningText tornado() {
+    WarningText warning;
+    warning.event = QStringLiteral("Tornado Warning");
+    warning.office = QStringLiteral("NWS San Francisco CA");
+    warning.headline = QStringLiteral("Tornado Warning issued May 19 at 5:40AM PDT until May 19 at "
+                                      "6:15AM PDT by NWS San Francisco CA");
+    warning.text = QStringLiteral(
+        "At 540 AM PDT, a severe thunderstorm capable of producing a tornado was located near Half "
+        "Moon Bay, moving east at 25 mph.\n\nHAZARD...Tornado.\n\nSOURCE...Radar indicated "
+        "rotation."
+        "\n\nIMPACT...Flying debris will be dangerous to those caught without shelter."
+    );
+    warning.instruction = QStringLiteral("TAKE COVER NOW! Move to a basement or an interior room.");
+    warning.end = fromCalendar({2019, 5, 19, 6, 15});
+    return warning;
+}
+
+void openWarnings(SampleViewer& viewer) {
+    WarningText thunderstorm;
+    thunderstorm.event = QStringLiteral("Severe Thunderstorm Warning");
+    thunderstorm.headline =
+        QStringLiteral("Severe Thunderstorm Warning until May 19 at 6:30AM PDT");
+    thunderstorm.end = fromCalendar({2019, 5, 19, 6, 30});
+    WarningText squall;
+    squall.event = QStringLiteral("Snow Squall Warning");
+    squall.end = fromCalendar({2019, 5, 19, 5, 55});
+    WarningsDialog({tornado(), thunderstorm, squall}).run(&viewer.frame());
+}
+
+void openWarningText(SampleViewer& viewer) {
+    WarningTextDialog(tornado()).run(&viewer.frame());
+}
+
 constexpr DialogRow kDialogs[] = {
     {KeysDialog::kTemplate, "keys", "Keys", sendTo<kShowKeys>},
     {103, "about", "About Raincast", sendTo<kAbout>},
@@ -124,6 +159,8 @@ constexpr DialogRow kDialogs[] = {
      openSettings<CAppPaged::GlobalSettingsType::kRankGpsOverlay>},
     {PositionSourceDialog::kTemplate, "position_source", "GPS Source", openPositionSource},
     {kServersDialog, "servers", "Servers", openServers},
+    {WarningsDialog::kTemplate, "warnings", "Warnings", openWarnings},
+    {WarningTextDialog::kTemplate, "warning_text", "Warning", openWarningText},
     {PastStormDialog::kTemplate, "past_storm", "Past Storm", openPastStorm},
 };
 

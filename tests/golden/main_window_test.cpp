@@ -9,8 +9,10 @@
 #include "sample_viewer.h"
 #include "stations/site_change_line.h"
 #include "support/dialog_script.h"
+#include "support/manual_timers.h"
 #include "support/menu.h"
 #include "support/pointer.h"
+#include "warnings/warning_watch.h"
 #include "window/commands.h"
 #include "window/events.h"
 #include "window/message_box.h"
@@ -119,6 +121,26 @@ TEST_F(MainWindowLooks, WithTheBarOfALoop) {
     loadLoop();
     look("loop_bar", viewer.frame());
     LoopSetting::setBar(LoopSetting::Bar::whereRoomIs);
+}
+
+TEST_F(MainWindowLooks, WithAWarning) {
+    ManualTimers timers;
+    WarningWatch watch(viewer.application().marks(), timers, [] {});
+    viewer.application().select(0);
+    WarningText warning;
+    warning.event = QStringLiteral("Severe Thunderstorm Warning");
+    warning.end = fromCalendar({2019, 5, 19, 6, 45});
+    warning.polygons = {{{{36, -124}, {36, -120}, {39, -120}, {39, -124}}}};
+    const auto texts = std::make_shared<WarningTexts>(WarningTexts{false, {warning}});
+    watch.take({QStringLiteral("live"), QStringLiteral("MUX"), QStringLiteral("Short"), texts, 1});
+    CDataGPSPosition position;
+    position.latitude = 37.5;
+    position.longitude = -122.5;
+    position.fixType = kFixGps;
+    Listener<CDataGPSPosition>::Notify(position);
+    viewer.finish();
+    settle();
+    look("warning_bar", viewer.frame());
 }
 
 // --- Reading the radar --------------------------------------------------------------------------
