@@ -179,6 +179,15 @@ TEST_F(WarningWatchTest, AWarningOfTheTargetThatComesOverTheUserIsAnotherOne) {
     EXPECT_EQ(m_beeps, 2);
 }
 
+TEST_F(WarningWatchTest, WhoHasDismissedItForThePositionKnowsOfItAtTheTarget) {
+    know({tornado()});
+    m_marks.setTarget(m_marks.add({35.5, -97.5}, "Near"));
+    beAt(35.6, -97.5);
+    EXPECT_TRUE(m_watch.dismiss());
+    beAt(34, -97.5);
+    EXPECT_EQ(said(), "");
+}
+
 TEST_F(WarningWatchTest, TheMostDangerousComesFirst) {
     know({thunderstorm(), tornado()});
     beAt(35.5, -97.5);
