@@ -32,7 +32,7 @@ const DialogTemplateRecord record{
          {kDistance, ControlKind::edit, {}, {38, 4, 34, 14}},
          {kUnit, ControlKind::label, {}, {75, 4, 45, 14}},
          {kFrom, ControlKind::label, {}, {4, 20, 116, 10}},
-         {kSites, ControlKind::listBox, {}, {4, 32, 116, 62}},
+         {kSites, ControlKind::listBox, QStringLiteral("Sites"), {4, 32, 116, 62}},
          {kAmount, ControlKind::label, {}, {4, 97, 116, 10}},
          {Dialog::kOk, ControlKind::pushButton, QStringLiteral("&Take Along"), {4, 110, 56, 14}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("&Cancel"), {64, 110, 56, 14}},
@@ -56,7 +56,6 @@ QListWidget& AlongDialog::list() const {
 bool AlongDialog::onInitialise() {
     const CUnits& units = CUnits::global();
     list().setItemDelegate(new RowDelegate(&list()));
-    list().setAccessibleName(QStringLiteral("Sites"));
     setText(kUnit, units.distanceUnit());
     setText(kFrom, QStringLiteral("from %1").arg(m_from.name));
     const double distance = units.distanceOf(AlongSetting::metres());

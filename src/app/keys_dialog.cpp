@@ -16,7 +16,7 @@ const DialogTemplateRecord keysDialog{
     {KeysDialog::kTemplate,
      QStringLiteral("Keys"),
      {124, 120},
-     {{kList, ControlKind::listBox, {}, {2, 2, 120, 116}}},
+     {{kList, ControlKind::listBox, QStringLiteral("Keys"), {2, 2, 120, 116}}},
      {100, 50}}};
 
 struct KeyRow {
@@ -48,7 +48,6 @@ constexpr KeyRow kRows[] = {
 
 bool KeysDialog::onInitialise() {
     auto& list = *control<QListWidget>(kList);
-    list.setAccessibleName(QStringLiteral("Keys"));
     list.setItemDelegate(new RowDelegate(&list));
     for (const KeyRow& row : kRows) {
         const QString what = QString::fromUtf16(row.what);

@@ -47,7 +47,7 @@ const DialogTemplateRecord marksDialog{
      QStringLiteral("Marks"),
      {124, 152},
      {
-         {kList, ControlKind::listBox, {}, {2, 2, 120, 100}},
+         {kList, ControlKind::listBox, QStringLiteral("Marks"), {2, 2, 120, 100}},
          button(kGoTo, QStringLiteral("Go to"), 0, 0),
          button(kSetTarget, QStringLiteral("Set as Target"), 1, 0),
          button(kClearTarget, QStringLiteral("Clear Target"), 0, 1),

@@ -41,7 +41,7 @@ const DialogTemplateRecord pagesDialog{
      QStringLiteral("Pages"),
      {124, 138},
      {
-         {kList, ControlKind::listBox, {}, {2, 2, 62, 134}},
+         {kList, ControlKind::listBox, QStringLiteral("Pages"), {2, 2, 62, 134}},
          button(kShow, QStringLiteral("Show"), 0, ControlKind::pushButton),
          button(kUp, QStringLiteral("Up"), 1, ControlKind::pushButton),
          button(kDown, QStringLiteral("Down"), 2, ControlKind::pushButton),

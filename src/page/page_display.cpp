@@ -107,6 +107,7 @@ bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     std::for_each(m_items.begin(), m_items.end(), [this](const auto& item) { prepare(*item); });
     auto* const window = new QWidget(&parent);
     window->setWindowTitle(shownName());
+    window->setAccessibleName(shownName());
     window->setCursor(Qt::ArrowCursor);
     // Painting covers everything; an erased background would flicker.
     window->setAttribute(Qt::WA_OpaquePaintEvent);

@@ -38,7 +38,7 @@ const DialogTemplateRecord stationDialog{
          {kFindLabel, ControlKind::label, QStringLiteral("&Find:"), {2, 4, 22, 10}},
          {kFind, ControlKind::edit, {}, {25, 2, 62, 14}},
          {kMap, ControlKind::pushButton, QStringLiteral("&Map"), {90, 2, 32, 14}},
-         {kList, ControlKind::listBox, {}, {2, 18, 120, 98}},
+         {kList, ControlKind::listBox, QStringLiteral("Stations"), {2, 18, 120, 98}},
          {kFrom, ControlKind::label, {}, {2, 118, 120, 10}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
@@ -82,7 +82,6 @@ QListWidget& CDlgStation::list() const {
 bool CDlgStation::onInitialise() {
     m_chosen.reset();
     list().setItemDelegate(new RowDelegate(&list()));
-    list().setAccessibleName(QStringLiteral("Stations"));
     new TypeAhead(list());
     auto& find = *control<QLineEdit>(kFind);
     find.setPlaceholderText(QStringLiteral("id, name, state"));

@@ -27,7 +27,7 @@ const DialogTemplateRecord record{
      QStringLiteral("Radar Layers"),
      {122, 72},
      {
-         {kProduct, ControlKind::comboBox, {}, {4, 4, 114, 14}},
+         {kProduct, ControlKind::comboBox, QStringLiteral("Product"), {4, 4, 114, 14}},
          {kTopo, ControlKind::checkBox, QStringLiteral("&Topo Map"), {4, 22, 56, 14}},
          {kRivers, ControlKind::checkBox, QStringLiteral("&Rivers"), {4, 38, 56, 14}},
          {kCounties, ControlKind::checkBox, QStringLiteral("&Counties"), {4, 54, 56, 14}},

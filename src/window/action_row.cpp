@@ -32,6 +32,7 @@ ActionRow::ActionRow(const QString& action, std::function<void()> pressed)
 
 void ActionRow::setText(const QString& text) {
     m_text->setText(text);
+    setAccessibleName(text);
 }
 
 void ActionRow::setAction(const QString& action) {

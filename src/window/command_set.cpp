@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/command_set.h"
 
+#include "letters/give_letters.h"
 #include "window/events.h"
 
 #include <QAction>
@@ -77,6 +78,7 @@ void CommandSet::watch(QMenu& menu) {
     QObject::connect(opening, &QMenu::aboutToShow, window, [window, opening] {
         MenuPopupEvent event(*opening);
         QCoreApplication::sendEvent(window, &event);
+        giveLetters(*opening);
     });
 }
 

@@ -137,6 +137,9 @@ DialogControls makeControls(QDialog& dialog, QWidget& client, const DialogTempla
     for (const DialogControl& control : content.controls) {
         QWidget* const widget = make(dialog, client, control);
         widget->setObjectName(QString::number(control.id));
+        if (control.kind == ControlKind::listBox || control.kind == ControlKind::comboBox) {
+            widget->setAccessibleName(control.text);
+        }
         if (label != nullptr && control.kind != ControlKind::label) {
             label->setBuddy(widget);
         }

@@ -28,7 +28,7 @@ struct DialogPlace {
 struct DialogControl {
     int id = 0;
     ControlKind kind = ControlKind::label;
-    QString text;
+    QString text; ///< of a list or combo box the name that readers of the screen give it
     DialogPlace place;
 };
 

@@ -20,7 +20,7 @@ const DialogTemplateRecord selectDialog{
      QStringLiteral("Select"),
      {124, 100},
      {
-         {kList, ControlKind::listBox, {}, {2, 2, 120, 96}},
+         {kList, ControlKind::listBox, QStringLiteral("Items"), {2, 2, 120, 96}},
          {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
      },
      {80, 50}}};

@@ -31,6 +31,7 @@ bool CDlgRename::onInitialise() {
         setCaption(m_caption);
     }
     setText(kName, m_name);
+    control(kName)->setAccessibleName(QStringLiteral("Name"));
     return true;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "window/modal.h"
 
+#include "letters/give_letters.h"
+
 #include <QDialog>
 #include <QEventLoop>
 #include <QPointer>
@@ -89,6 +91,7 @@ int Modal::run(QDialog& dialog) {
             hook(dialog);
         }
     });
+    giveLetters(dialog);
     const int result = dialog.exec();
     state().open.pop_back();
     return guard ? result : kCancelled;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the menus teach: letters and keys; and what a reader of the screen finds in the window.
 #include "app/viewer_harness.h"
+#include "letters/mnemonics.h"
 #include "player/loop_setting.h"
 #include "support/dialog_script.h"
 #include "window/commands.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QActionGroup>
 #include <QListWidget>
 #include <QMenu>
 #include <QToolBar>
@@ -26,8 +26,6 @@ protected:
     MenuKeysTest() { options.siteId = "MUX"; }
 
     static QMenuBar& barOf(Viewer& viewer) { return *viewer.window()->frame()->menuBar(); }
-    static bool isPage(const QAction& entry) { return entry.actionGroup() != nullptr; }
-
     /// All menus of a bar, from the top, each as it is when it has opened.
     static void forEachMenu(QMenu& menu, const std::function<void(const QMenu&)>& look) {
         Q_EMIT menu.aboutToShow();
@@ -43,10 +41,7 @@ protected:
             forEachMenu(*submenu, look);
         }
     }
-    static QChar letterOf(const QAction& entry) {
-        const qsizetype mark = entry.text().indexOf(u'&');
-        return mark < 0 ? QChar() : entry.text().at(mark + 1).toLower();
-    }
+    static QChar letterOf(const QAction& entry) { return mnemonicOf(entry.text()); }
 };
 
 TEST_F(MenuKeysTest, EachEntryHasALetterOfItsOwn) {
@@ -55,9 +50,7 @@ TEST_F(MenuKeysTest, EachEntryHasALetterOfItsOwn) {
         forEachMenu(*viewer.window()->pageMenu(), [&entries](const QMenu& menu) {
             std::set<QChar> letters;
             for (const QAction* entry : menu.actions()) {
-                // The settings' entries are the captions of their dialogs.
-                const bool isCaption = menu.title() == QStringLiteral("&Settings");
-                if (entry->isSeparator() || !entry->isVisible() || isPage(*entry) || isCaption) {
+                if (entry->isSeparator() || !entry->isVisible()) {
                     continue;
                 }
                 ++entries;
@@ -88,13 +81,19 @@ TEST_F(MenuKeysTest, EachCommandShowsItsKey) {
         });
         EXPECT_EQ(seen.size(), keys.size());
         const QStringList tips = {"Zoom in (+)", "Zoom out (-)", "Update (F5)"};
-        QStringList shown;
-        for (const QAction* tool : viewer.window()->frame()->findChild<QToolBar*>()->actions()) {
-            if (!tool->isSeparator()) {
-                shown.append(tool->toolTip());
+        const auto shown = [&viewer] {
+            QStringList texts;
+            const auto* const bar = viewer.window()->frame()->findChild<QToolBar*>();
+            for (const QAction* tool : bar->actions()) {
+                if (!tool->isSeparator()) {
+                    texts.append(tool->toolTip());
+                }
             }
-        }
-        EXPECT_EQ(shown, tips);
+            return texts;
+        };
+        // The window's next beat finds that nothing is loading.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == tips; }))
+            << shown().join(", ").toStdString();
     });
 }
 

@@ -4,6 +4,7 @@
 #include "app/keys_dialog.h"
 #include "app/position_source_dialog.h"
 #include "golden_test.h"
+#include "letters/mnemonics.h"
 #include "map/dlg_gps_vector.h"
 #include "map/go_to_dialog.h"
 #include "map/mark_manager.h"
@@ -28,6 +29,8 @@
 #include "window/dlg_item_type_select.h"
 #include "window/dlg_rename.h"
 
+#include <QAbstractButton>
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -37,6 +40,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <map>
+#include <string>
 
 namespace raincast::test {
 namespace {
@@ -172,7 +177,7 @@ void steady(QDialog& dialog) {
     }
     if (auto* const amount = dialog.findChild<QLabel*>(QStringLiteral("1104"))) {
         EXPECT_TRUE(QTest::qWaitFor([amount] { return amount->text().contains("free"); }));
-        amount->setText(QStringLiteral("12 sites, about 5 MB (12 GB free)"));
+        amount->setText(QStringLiteral("3 sites, about 1 MB (12 GB free)"));
     }
 }
 
@@ -195,6 +200,48 @@ TEST_P(DialogsLook, IsAsItWas) {
         look(row.name, dialog);
     });
     row.open(viewer);
+}
+
+/// What a reader of the screen and the keyboard need: names, roles, and letters of their own.
+void expectTold(const QDialog& dialog) {
+    constexpr QAccessible::Role kRoles[] = {
+        QAccessible::Button,   QAccessible::CheckBox, QAccessible::EditableText,
+        QAccessible::ComboBox, QAccessible::List,
+    };
+    std::map<QChar, std::string> letters;
+    const auto take = [&letters](const QString& text) {
+        const auto [taken, isNew] = letters.emplace(mnemonicOf(text), text.toStdString());
+        EXPECT_TRUE(isNew) << text.toStdString() << " has the letter of " << taken->second;
+        EXPECT_FALSE(taken->first.isNull()) << text.toStdString() << " has no letter";
+    };
+    for (QWidget* widget : dialog.findChildren<QWidget*>()) {
+        const auto* const button = qobject_cast<const QAbstractButton*>(widget);
+        const auto* const label = qobject_cast<const QLabel*>(widget);
+        if (!widget->isVisibleTo(&dialog)) {
+            continue;
+        }
+        if (widget->focusPolicy() != Qt::NoFocus || button != nullptr) {
+            auto* const seen = QAccessible::queryAccessibleInterface(widget);
+            ASSERT_NE(seen, nullptr);
+            const std::string which = widget->metaObject()->className() + std::string(" ") +
+                                      widget->objectName().toStdString();
+            EXPECT_FALSE(seen->text(QAccessible::Name).isEmpty()) << which;
+            EXPECT_THAT(kRoles, testing::Contains(seen->role())) << which;
+        }
+        if (button != nullptr && !button->text().isEmpty()) {
+            take(button->text());
+        }
+        if (label != nullptr && label->buddy() != nullptr && label->text().contains(u'&')) {
+            take(label->text());
+        }
+    }
+}
+
+TEST_P(DialogsLook, TellsWhatIsInIt) {
+    SampleViewer viewer;
+    DialogScript script;
+    script.expect(GetParam().caption, expectTold);
+    GetParam().open(viewer);
 }
 
 TEST_F(GoldenTest, TheMapOfTheStations) {

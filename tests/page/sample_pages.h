@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -117,6 +118,12 @@ inline constexpr MenuRow kMenuRows[] = {
     menuEntry(40010, u"Exit")};
 inline constexpr MenuRow kBarRows[] = {subMenu(u"Menu", kMenuRows)};
 
+/// The text of an entry without the mark of its letter.
+inline QString textOf(const QAction& entry) {
+    static const QRegularExpression letter(QStringLiteral("&(?=[^&])(?<!&&)"));
+    return entry.text().remove(letter);
+}
+
 /// The entries of a menu that are seen: "|" for separators, "*" behind the marked one, "(...)" of
 /// greyed ones, ">" behind submenus.
 inline Log seenEntries(const QMenu& menu) {
@@ -125,7 +132,8 @@ inline Log seenEntries(const QMenu& menu) {
         if (!entry->isVisible()) {
             continue;
         }
-        std::string text = entry->isSeparator() ? "|" : entry->text().toStdString();
+        static const QRegularExpression letter(QStringLiteral("&(?=[^&])(?<!&&)"));
+        std::string text = entry->isSeparator() ? "|" : entry->text().remove(letter).toStdString();
         text += entry->menu<QMenu*>() != nullptr ? ">" : entry->isChecked() ? "*" : "";
         entries.push_back(entry->isEnabled() || entry->isSeparator() ? text : "(" + text + ")");
     }
@@ -164,7 +172,7 @@ protected:
 
     QAction* entry(const QString& text) {
         for (QAction* action : menu->actions()) {
-            if (action->text() == text) {
+            if (textOf(*action) == text) {
                 return action;
             }
         }

@@ -259,7 +259,7 @@ TEST_F(DialogTest, WithTheDoneFlagAMissingButtonOneIsMade) {
     script.expect(kFormCaption, [](QDialog& open) {
         auto* ok = qobject_cast<QPushButton*>(child(open, Dialog::kOk));
         ASSERT_NE(ok, nullptr);
-        EXPECT_EQ(ok->text(), QStringLiteral("OK"));
+        EXPECT_EQ(ok->text(), QStringLiteral("&OK"));
         EXPECT_TRUE(ok->isDefault());
         // The template's cancel button stands beside it.
         const QWidget* cancel = child(open, Dialog::kCancel);
@@ -282,7 +282,7 @@ TEST_F(DialogTest, WithoutTheDoneFlagNothingIsMade) {
 TEST_F(DialogTest, ADialogThatHasAButtonOneGetsNoOther) {
     script.expect(kListCaption, [](QDialog& open) {
         EXPECT_EQ(open.findChildren<QWidget*>(QStringLiteral("1")).size(), 1);
-        EXPECT_EQ(qobject_cast<QPushButton*>(child(open, 1))->text(), QStringLiteral("Show"));
+        EXPECT_EQ(qobject_cast<QPushButton*>(child(open, 1))->text(), QStringLiteral("&Show"));
     });
     EXPECT_EQ(NotingDialog(kListDialog).run(nullptr), 2);
 }
