@@ -89,10 +89,10 @@ void CItemMapView::draw(QPainter& painter) {
 
 void CItemMapView::setRectangle(const PageRectangle& newRectangle) {
     const ImagePixel pixel = m_view.toImage({rectangle().left, rectangle().top});
-    const bool fitted = !imageSize().isEmpty() && m_view == fittedView(rectangle(), imageSize());
+    const bool isFitted = !imageSize().isEmpty() && m_view == fitted(coveredBelow());
     CItem::setRectangle(newRectangle);
-    if (fitted) {
-        m_view = fittedView(newRectangle, imageSize());
+    if (isFitted) {
+        m_view = fitted(coveredBelow());
         return;
     }
     place({newRectangle.left, newRectangle.top}, pixel);
@@ -292,9 +292,31 @@ void CItemMapView::fitImage() {
 
 void CItemMapView::showWholeImage() {
     if (!imageSize().isEmpty()) {
-        m_view = fittedView(rectangle(), imageSize());
+        m_view = fitted(coveredBelow());
         invalidate();
     }
+}
+
+ViewTransform CItemMapView::fitted(int covered) const {
+    PageRectangle seen = rectangle();
+    seen.bottom -= covered;
+    return fittedView(seen, imageSize());
+}
+
+void CItemMapView::coveredBelowChanged(int before) {
+    if (!imageSize().isEmpty() && m_view == fitted(before)) {
+        showWholeImage();
+    }
+    invalidate();
+}
+
+void CItemMapView::drawAs(const Look& look, QPainter& painter) {
+    const Look present = this->look();
+    usePlacement(look.placement);
+    m_view = look.view;
+    draw(painter);
+    usePlacement(present.placement);
+    m_view = present.view;
 }
 
 QSize CItemMapView::imageSize() const {

@@ -70,6 +70,15 @@ public:
     /// The last position that was published, with or without a fix.
     [[nodiscard]] const CDataGPSPosition& lastFix() const { return m_lastFix; }
 
+    /// How the item looks at present, to be drawn so later.
+    struct Look {
+        ItemPlacement placement;
+        ViewTransform view;
+    };
+    [[nodiscard]] Look look() const { return {placement(), m_view}; }
+    /// Draws what the item shows as it looked then.
+    void drawAs(const Look& look, QPainter& painter);
+
     /// Whether the image has its place on the earth: without one there are no positions.
     [[nodiscard]] bool placed() const { return m_geoReference.valid(); }
     /// The position in the middle of the pixel under a point of the page; none outside of the
@@ -104,7 +113,7 @@ protected:
     bool setView(ImagePixel pixel, GeoPosition fallback);
     /// Puts an image pixel in the middle.
     void showPixel(ImagePixel pixel);
-    /// Fits the image into the item, if its size is known.
+    /// Fits the image into what is seen of the item, if its size is known.
     void showWholeImage();
 
     [[nodiscard]] GeoReference& geoReference() { return m_geoReference; }
@@ -119,6 +128,9 @@ protected:
     [[nodiscard]] bool firstOnPage() const;
     /// The height of what lies over the rectangle's lower edge, in device pixels.
     [[nodiscard]] virtual int coveredBelow() const { return 0; }
+    /// To be called when coveredBelow() has become another height: what was fitted above it is
+    /// fitted again.
+    void coveredBelowChanged(int before);
     /// The same of what lies over its upper edge.
     [[nodiscard]] int coveredAbove() const;
     /// The item's rectangle for painters and hit tests, without what is covered.
@@ -135,6 +147,7 @@ private:
     [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;
     void zoomBy(int step, PagePoint fixed);
     [[nodiscard]] bool imageInView() const;
+    [[nodiscard]] ViewTransform fitted(int covered) const;
     void panBy(int dx, int dy);
     void place(PagePoint point, ImagePixel pixel);
     [[nodiscard]] PagePoint centre() const { return rectangle().centre(); }

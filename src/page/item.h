@@ -102,6 +102,9 @@ public:
 protected:
     explicit CItem(int menuId = 0) : m_menuId(menuId) {}
 
+    /// Takes a placement as it is, while it draws.
+    void usePlacement(const ItemPlacement& placement) { m_placement = placement; }
+
 private:
     ItemPlacement m_placement;
     CPageDisplay* m_page = nullptr;

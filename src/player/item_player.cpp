@@ -36,8 +36,11 @@ LoopSpeed speedOf(int command) {
 
 } // namespace
 
-ItemPlayer::ItemPlayer(Item& item, RadarState& state, std::function<bool()> loading)
-    : m_item(item), m_state(state), m_loading(std::move(loading)),
+ItemPlayer::ItemPlayer(
+    Item& item, RadarState& state, std::function<bool()> loading,
+    std::function<void(int before)> covers
+)
+    : m_item(item), m_state(state), m_loading(std::move(loading)), m_covers(std::move(covers)),
       m_loop(state, m_timers, [this] { changed(); }) {}
 
 ItemPlayer::~ItemPlayer() {
@@ -232,8 +235,8 @@ void ItemPlayer::follow() {
     if (m_bar) {
         m_bar->setVisible(covered > 0);
     }
-    if (std::exchange(m_covered, covered) != covered) {
-        m_item.invalidate();
+    if (const int before = std::exchange(m_covered, covered); before != covered) {
+        m_covers(before);
     }
 }
 

@@ -39,8 +39,11 @@ public:
     using Item = CPageDisplay::CItem;
 
     /// Both are borrowed for its life. `loading` says whether frames are on their way: until then
-    /// the bar stays.
-    ItemPlayer(Item& item, RadarState& state, std::function<bool()> loading);
+    /// the bar stays. `covers` is called when coveredHeight() was another before.
+    ItemPlayer(
+        Item& item, RadarState& state, std::function<bool()> loading,
+        std::function<void(int before)> covers
+    );
     ~ItemPlayer();
     ItemPlayer(const ItemPlayer&) = delete;
     ItemPlayer& operator=(const ItemPlayer&) = delete;
@@ -80,6 +83,7 @@ private:
     Item& m_item;
     RadarState& m_state;
     std::function<bool()> m_loading;
+    std::function<void(int before)> m_covers;
     QtTimers m_timers;
     LoopPlayer m_loop;
     QPointer<PlayerBar> m_bar; ///< of the page's window

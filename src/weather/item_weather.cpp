@@ -87,7 +87,10 @@ const SerializableType<CItemWeather> CItemWeather::cType{kTypeItemWeather};
 CItemWeather::CItemWeather()
     : CItemMapView(kMenu), Counter(kTickPeriod), m_loading(std::make_unique<Loading>(*this)),
       m_reading(std::make_unique<Reading>(*this)), m_taps([this](QPoint place) { tapped(place); }),
-      m_player(*this, m_state, [this] { return loading(); }),
+      m_player(
+          *this, m_state, [this] { return loading(); },
+          [this](int before) { coveredBelowChanged(before); }
+      ),
       m_pictures({*this, m_state, [this] { return area(); }, [this] { return pictureName(); }}),
       m_along(*this, [this] { return m_loading->scene(); }) {
     m_state.cacheFolder = ChooseDefaultCache();

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The radar item under the hands of a person: keys, pointer and position, on a loaded radar.
+#include "map/fitted_view.h"
+#include "player/loop_setting.h"
+#include "player/player_bar.h"
 #include "position/data_gps_position.h"
 #include "support/pointer.h"
 #include "weather_page.h"
@@ -49,6 +52,43 @@ TEST_F(ItemWeatherViewTest, ZoomingKeepsTheMiddleAndOutIsAWholeBlock) {
     EXPECT_NEAR(m_item->centrePixel().row, middle.row, 4);
     typeCharacters("----");
     EXPECT_EQ(m_item->view().zoom(), 4);
+}
+
+TEST_F(ItemWeatherViewTest, TheFittedImageStandsAboveTheBarOfTheLoop) {
+    constexpr QSize kImage(600, 550);
+    const auto showBar = [this](LoopSetting::Bar bar) {
+        LoopSetting::setBar(bar);
+        m_item->invalidate();
+        for (int i = 0; i < 3; ++i) { // the bar follows a painting
+            test::settle();
+        }
+        for (const auto* child : window().findChildren<QWidget*>()) {
+            const auto* const shown = dynamic_cast<const PlayerBar*>(child);
+            if (shown != nullptr && shown->isVisible()) {
+                return PageRectangle{0, 0, 300, shown->y()};
+            }
+        }
+        return PageRectangle{0, 0, 300, 280};
+    };
+    showBar(LoopSetting::Bar::never);
+    editAnimation(3);
+    m_page->keyDown(Qt::Key_Home);
+    const ViewTransform without = m_item->view();
+    EXPECT_EQ(without, fittedView({0, 0, 300, 280}, kImage));
+    const PageRectangle above = showBar(LoopSetting::Bar::always);
+    ASSERT_LT(above.bottom, 280);
+    EXPECT_NE(m_item->view(), without);
+    EXPECT_EQ(m_item->view(), fittedView(above, kImage)) << "it follows when the bar comes";
+    m_page->keyDown(Qt::Key_Down);
+    m_page->keyDown(Qt::Key_Home);
+    EXPECT_EQ(m_item->view(), fittedView(above, kImage));
+    showBar(LoopSetting::Bar::never);
+    EXPECT_EQ(m_item->view(), without);
+    m_page->keyDown(Qt::Key_Down);
+    const ViewTransform panned = m_item->view();
+    showBar(LoopSetting::Bar::always);
+    EXPECT_EQ(m_item->view(), panned) << "the user chose it";
+    LoopSetting::setBar(LoopSetting::Bar::whereRoomIs);
 }
 
 TEST_F(ItemWeatherViewTest, AKeyPansByThirtyTwoPixelsOfThePage) {
