@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "pictures/animated_gif.h"
 
-#include "pictures/gif_palette.h"
-
 #include <QRect>
 
 #include <gif_lib.h>
@@ -11,6 +9,7 @@
 #include <array>
 #include <bit>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace raincast {
@@ -67,105 +66,86 @@ QRect difference(const QImage& before, const QImage& now) {
     return area.isEmpty() ? QRect(0, 0, 1, 1) : area;
 }
 
-class Writer {
-public:
-    Writer(GifFileType* gif, GifPalette& palette) : m_gif(gif), m_palette(palette) {}
+// What browsers and viewers look for: the loop's count, 0 for no end.
+bool putForEver(GifFileType* gif) {
+    static constexpr char kName[] = "NETSCAPE2.0";
+    static constexpr std::array<GifByteType, 3> kNoEnd{1, 0, 0};
+    return EGifPutExtensionLeader(gif, APPLICATION_EXT_FUNC_CODE) == GIF_OK &&
+           EGifPutExtensionBlock(gif, sizeof kName - 1, kName) == GIF_OK &&
+           EGifPutExtensionBlock(gif, kNoEnd.size(), kNoEnd.data()) == GIF_OK &&
+           EGifPutExtensionTrailer(gif) == GIF_OK;
+}
 
-    bool head(const QSize& size) {
-        const ColourMap map = colourMap(m_palette.colours());
-        EGifSetGifVersion(m_gif, true);
-        return map &&
-               EGifPutScreenDesc(
-                   m_gif, size.width(), size.height(), map->BitsPerPixel, 0, map.get()
-               ) == GIF_OK &&
-               forEver();
-    }
-
-    bool frame(const AnimatedGif::Frame& frame, const QRect& part) {
-        GraphicsControlBlock control{};
-        control.DisposalMode = DISPOSE_DO_NOT;
-        control.DelayTime = frame.milliseconds / kMillisecondsPerUnit;
-        control.TransparentColor = NO_TRANSPARENT_COLOR;
-        std::array<GifByteType, 4> extension{};
-        EGifGCBToExtension(&control, extension.data());
-        return EGifPutExtension(
-                   m_gif, GRAPHICS_EXT_FUNC_CODE, static_cast<int>(extension.size()),
-                   extension.data()
-               ) == GIF_OK &&
-               EGifPutImageDesc(
-                   m_gif, part.x(), part.y(), part.width(), part.height(), false, nullptr
-               ) == GIF_OK &&
-               rows(frame.picture, part);
-    }
-
-private:
-    // What browsers and viewers look for: the loop's count, 0 for no end.
-    bool forEver() {
-        static constexpr char kName[] = "NETSCAPE2.0";
-        static constexpr std::array<GifByteType, 3> kNoEnd{1, 0, 0};
-        return EGifPutExtensionLeader(m_gif, APPLICATION_EXT_FUNC_CODE) == GIF_OK &&
-               EGifPutExtensionBlock(m_gif, sizeof kName - 1, kName) == GIF_OK &&
-               EGifPutExtensionBlock(m_gif, kNoEnd.size(), kNoEnd.data()) == GIF_OK &&
-               EGifPutExtensionTrailer(m_gif) == GIF_OK;
-    }
-
-    bool rows(const QImage& picture, const QRect& part) {
-        std::vector<GifPixelType> indices(static_cast<std::size_t>(part.width()));
-        for (int row = part.top(); row <= part.bottom(); ++row) {
-            const auto* const line =
-                reinterpret_cast<const QRgb*>(picture.constScanLine(row)) + part.left();
-            std::transform(line, line + part.width(), indices.begin(), [this](QRgb colour) {
-                return m_palette.indexOf(colour);
-            });
-            if (EGifPutLine(m_gif, indices.data(), part.width()) != GIF_OK) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-    GifFileType* m_gif;
-    GifPalette& m_palette;
-};
-
-bool writeFrames(
-    Writer& writer, std::span<const AnimatedGif::Frame> frames,
-    const AnimatedGif::Progress& progress
-) {
-    QImage before;
-    for (std::size_t i = 0; i < frames.size(); ++i) {
-        const AnimatedGif::Frame& frame = frames[i];
-        if (!writer.frame(frame, difference(before, frame.picture)) ||
-            !progress(static_cast<int>(i) + 1)) {
+bool putRows(GifFileType* gif, const QImage& picture, const QRect& part, GifPalette& palette) {
+    std::vector<GifPixelType> indices(static_cast<std::size_t>(part.width()));
+    for (int row = part.top(); row <= part.bottom(); ++row) {
+        const auto* const line =
+            reinterpret_cast<const QRgb*>(picture.constScanLine(row)) + part.left();
+        std::transform(line, line + part.width(), indices.begin(), [&palette](QRgb colour) {
+            return palette.indexOf(colour);
+        });
+        if (EGifPutLine(gif, indices.data(), part.width()) != GIF_OK) {
             return false;
         }
-        before = frame.picture;
     }
     return true;
 }
 
 } // namespace
 
-bool AnimatedGif::write(std::span<const Frame> frames, const Sink& sink, const Progress& progress) {
-    const QSize size = frames.empty() ? QSize() : frames.front().picture.size();
+AnimatedGif::AnimatedGif(GifPalette palette, Sink sink)
+    : m_palette(std::move(palette)), m_sink(std::move(sink)) {}
+
+AnimatedGif::~AnimatedGif() {
+    m_good = false;
+    static_cast<void>(finish());
+}
+
+bool AnimatedGif::begin(const QSize& size) {
     if (size.isEmpty() || size.width() > kMostExtent || size.height() > kMostExtent) {
         return false;
     }
-    std::vector<QImage> pictures;
-    std::transform(
-        frames.begin(), frames.end(), std::back_inserter(pictures),
-        [](const Frame& frame) { return frame.picture; }
-    );
-    GifPalette palette(pictures);
-    Sink taken = sink;
-    GifFileType* const gif = EGifOpen(&taken, give, nullptr);
-    if (gif == nullptr) {
+    const ColourMap map = colourMap(m_palette.colours());
+    m_gif = EGifOpen(&m_sink, give, nullptr);
+    if (!map || m_gif == nullptr) {
         return false;
     }
-    Writer writer(gif, palette);
-    const bool written = writer.head(size) && writeFrames(writer, frames, progress);
-    const bool closed = EGifCloseFile(gif, nullptr) == GIF_OK;
-    return written && closed;
+    EGifSetGifVersion(m_gif, true);
+    return EGifPutScreenDesc(m_gif, size.width(), size.height(), map->BitsPerPixel, 0, map.get()) ==
+               GIF_OK &&
+           putForEver(m_gif);
+}
+
+bool AnimatedGif::add(const Frame& frame) {
+    if (m_good && m_gif == nullptr) {
+        m_good = begin(frame.picture.size());
+    }
+    m_good = m_good && (m_before.isNull() || m_before.size() == frame.picture.size()) && put(frame);
+    m_before = frame.picture;
+    return m_good;
+}
+
+bool AnimatedGif::put(const Frame& frame) {
+    const QRect part = difference(m_before, frame.picture);
+    GraphicsControlBlock control{};
+    control.DisposalMode = DISPOSE_DO_NOT;
+    control.DelayTime = frame.milliseconds / kMillisecondsPerUnit;
+    control.TransparentColor = NO_TRANSPARENT_COLOR;
+    std::array<GifByteType, 4> extension{};
+    EGifGCBToExtension(&control, extension.data());
+    return EGifPutExtension(
+               m_gif, GRAPHICS_EXT_FUNC_CODE, static_cast<int>(extension.size()), extension.data()
+           ) == GIF_OK &&
+           EGifPutImageDesc(
+               m_gif, part.x(), part.y(), part.width(), part.height(), false, nullptr
+           ) == GIF_OK &&
+           putRows(m_gif, frame.picture, part, m_palette);
+}
+
+bool AnimatedGif::finish() {
+    GifFileType* const gif = std::exchange(m_gif, nullptr);
+    const bool closed = gif != nullptr && EGifCloseFile(gif, nullptr) == GIF_OK;
+    return std::exchange(m_good, false) && closed;
 }
 
 } // namespace raincast

@@ -81,20 +81,21 @@ QRgb meanOf(const Box& box) {
 
 } // namespace
 
-GifPalette::GifPalette(std::span<const QImage> pictures) {
-    Counts counts;
-    for (const QImage& picture : pictures) {
-        for (int row = 0; row < picture.height(); ++row) {
-            const auto* const line = reinterpret_cast<const QRgb*>(picture.constScanLine(row));
-            const auto* const end = line + picture.width();
-            for (const QRgb* run = line; run != end;) { // most are longer than a pixel
-                const auto* const next =
-                    std::find_if(run, end, [run](QRgb other) { return other != *run; });
-                counts[*run | 0xFF00'0000] += static_cast<std::uint32_t>(next - run);
-                run = next;
-            }
+void GifColours::add(const QImage& picture) {
+    for (int row = 0; row < picture.height(); ++row) {
+        const auto* const line = reinterpret_cast<const QRgb*>(picture.constScanLine(row));
+        const auto* const end = line + picture.width();
+        for (const QRgb* run = line; run != end;) { // most are longer than a pixel
+            const auto* const next =
+                std::find_if(run, end, [run](QRgb other) { return other != *run; });
+            m_counts[*run | 0xFF00'0000] += static_cast<std::uint32_t>(next - run);
+            run = next;
         }
     }
+}
+
+GifPalette::GifPalette(const GifColours& colours) {
+    Counts counts = colours.m_counts;
     keepFrequent(counts);
     if (!counts.empty()) {
         shareRest(counts);

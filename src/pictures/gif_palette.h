@@ -6,11 +6,21 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
 #include <unordered_map>
 #include <vector>
 
 namespace raincast {
+
+/// The colours of pictures, and how many pixels have each.
+class GifColours {
+public:
+    /// Adds those of a picture of Format_RGB32.
+    void add(const QImage& picture);
+
+private:
+    friend class GifPalette;
+    std::unordered_map<QRgb, std::uint32_t> m_counts;
+};
 
 /// The colours of an animated GIF, 256 at most, and which of them stands for a colour of its
 /// pictures. Pictures of up to 256 colours keep them all. Of more, the most frequent ones stay as
@@ -18,8 +28,8 @@ namespace raincast {
 /// what is left.
 class GifPalette {
 public:
-    /// For pictures of Format_RGB32.
-    explicit GifPalette(std::span<const QImage> pictures);
+    /// For pictures of those colours.
+    explicit GifPalette(const GifColours& colours);
 
     /// 2 to 256.
     [[nodiscard]] const std::vector<QRgb>& colours() const { return m_colours; }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "pictures/item_pictures.h"
 
-#include "page/item.h"
 #include "pictures/save_dialog.h"
 #include "player/loop_setting.h"
 #include "window/command_set.h"
@@ -13,6 +12,7 @@
 #include <QMenu>
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
 
 namespace raincast {
@@ -68,19 +68,35 @@ void ItemPictures::prepareMenu(QMenu& menu) const {
     enableCommand(menu, kSaveLoop, m_source.state.frames.size() >= 2);
 }
 
-QImage ItemPictures::paint() const {
-    if (!hasPicture()) {
-        return {};
+/// What the item is painted on, and how it looks.
+struct ItemPictures::Canvas {
+    QSize page;
+    QRect area;
+    QColor ground;
+    QFont font;
+    CItemMapView::Look look;
+
+    [[nodiscard]] QImage paint(CItemMapView& item) const {
+        QImage picture(page, QImage::Format_RGB32);
+        picture.fill(ground);
+        QPainter painter(&picture);
+        painter.setFont(font);
+        painter.setClipRect(area);
+        item.drawAs(look, painter);
+        painter.end();
+        return picture.copy(area.intersected(picture.rect()));
     }
-    const QWidget& window = *m_source.item.page()->widget();
-    QImage page(m_source.item.page()->deviceSize(), QImage::Format_RGB32);
-    page.fill(window.palette().color(QPalette::Base));
-    QPainter painter(&page);
-    painter.setFont(window.font());
-    painter.setClipRect(m_source.area());
-    m_source.item.draw(painter);
-    painter.end();
-    return page.copy(m_source.area().intersected(page.rect()));
+};
+
+ItemPictures::Canvas ItemPictures::canvas() const {
+    const CPageDisplay& page = *m_source.item.page();
+    return {
+        page.deviceSize(), m_source.area(), page.widget()->palette().color(QPalette::Base),
+        page.widget()->font(), m_source.item.look()};
+}
+
+QImage ItemPictures::paint() const {
+    return hasPicture() ? canvas().paint(m_source.item) : QImage();
 }
 
 void ItemPictures::savePicture() {
@@ -112,10 +128,13 @@ void ItemPictures::saveLoop() {
 }
 
 void ItemPictures::writeLoop(const QString& path, Done done) {
-    auto frames = paintLoop();
-    const auto count = static_cast<int>(frames.size());
+    if (!hasPicture()) {
+        done(tl::unexpected(QStringLiteral("There is no picture")));
+        return;
+    }
+    const int count = std::max(static_cast<int>(m_source.state.frames.size()), 1);
     m_saving = std::make_unique<LoopSaving>(
-        path, std::move(frames),
+        path, count, painter(),
         [this, count](int written) {
             m_row.goOn(QStringLiteral("Saving the loop: %1 of %2 frames").arg(written).arg(count));
         },
@@ -123,21 +142,27 @@ void ItemPictures::writeLoop(const QString& path, Done done) {
     );
 }
 
-std::vector<AnimatedGif::Frame> ItemPictures::paintLoop() const {
+// The item goes on meanwhile: another view, another size, other frames.
+LoopSaving::Paint ItemPictures::painter() const {
     const int step = kLoopSpeeds[static_cast<std::size_t>(LoopSetting::speed())].milliseconds;
     RadarState& state = m_source.state;
-    const RadarFrame shown = state.current;
-    std::vector<AnimatedGif::Frame> pictures;
-    for (const RadarFrame& frame : state.frames) {
-        state.current = frame;
-        pictures.push_back({paint(), step});
+    auto frames = state.frames;
+    if (frames.empty()) {
+        frames.push_back(state.current);
     }
-    state.current = shown;
-    if (pictures.empty()) {
-        pictures.push_back({paint(), step});
-    }
-    pictures.back().milliseconds *= kStepsOfNewest;
-    return pictures;
+    return [step, &state, frames = std::move(frames), canvas = canvas(), site = state.siteId,
+            product = state.product,
+            &item = m_source.item](int index) -> std::optional<AnimatedGif::Frame> {
+        if (state.siteId != site || state.product != product) {
+            return std::nullopt; // its map is another one
+        }
+        const auto frame = static_cast<std::size_t>(index);
+        const RadarFrame shown = std::exchange(state.current, frames[frame]);
+        const QImage picture = canvas.paint(item);
+        state.current = shown;
+        const bool newest = frame + 1 == frames.size();
+        return AnimatedGif::Frame{picture, newest ? step * kStepsOfNewest : step};
+    };
 }
 
 void ItemPictures::loopSaved(const QString& path, const WholeFile::Result& result) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "page/page_display.h"
+#include "map/item_map_view.h"
 #include "page/task_row.h"
 #include "pictures/loop_saving.h"
 #include "radar/radar_state.h"
@@ -24,15 +24,15 @@ inline constexpr MenuRow kPictureRows[] = {
 };
 
 /// Pictures of a display item as it is painted on its page, of the same size in device pixels, in
-/// files and on the clipboard; and its loop as an animated GIF, written in the background with a
-/// line at the bottom of the window that says how far it is and can cancel it.
+/// files and on the clipboard; and its loop as an animated GIF, painted and written frame after
+/// frame as the item looked when that began, with a line at the bottom of the window that says how
+/// far it is and can cancel it.
 class ItemPictures {
 public:
-    using Item = CPageDisplay::CItem;
     using Done = LoopSaving::Done;
 
     struct Source {
-        Item& item;
+        CItemMapView& item;
         RadarState& state;
         /// The part of the page that the item's picture is to have.
         std::function<QRect()> area;
@@ -61,7 +61,9 @@ private:
     void savePicture();
     void copyPicture();
     void saveLoop();
-    [[nodiscard]] std::vector<AnimatedGif::Frame> paintLoop() const;
+    struct Canvas;
+    [[nodiscard]] Canvas canvas() const;
+    [[nodiscard]] LoopSaving::Paint painter() const;
     void loopSaved(const QString& path, const WholeFile::Result& result);
 
     Source m_source;

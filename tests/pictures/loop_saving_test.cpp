@@ -11,25 +11,40 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace raincast {
 namespace {
 
 class LoopSavingTest : public test::GuiTest {
 protected:
-    static std::vector<AnimatedGif::Frame> frames(int count) {
-        QImage picture(64, 64, QImage::Format_RGB32);
-        std::vector<AnimatedGif::Frame> frames;
-        for (int i = 0; i < count; ++i) {
-            picture.fill(qRgb(i, 0, 0));
-            frames.push_back({picture.copy(), 500});
+    ~LoopSavingTest() override {
+        m_saving.reset();
+        QThreadPool::globalInstance()->waitForDone();
+    }
+
+    /// Counts the pictures that are in memory.
+    std::optional<AnimatedGif::Frame> paint(int frame) {
+        if (frame >= m_paintable) {
+            return std::nullopt;
         }
-        return frames;
+        m_most = std::max(m_most, ++m_alive);
+        auto* const pixels = new uchar[std::size_t{4} * 64 * 64];
+        const auto gone = [](void* alive) { --*static_cast<std::atomic<int>*>(alive); };
+        const QImage bare(pixels, 64, 64, QImage::Format_RGB32, gone, &m_alive);
+        m_pixels.emplace_back(pixels);
+        QImage picture = bare;
+        std::fill_n(reinterpret_cast<QRgb*>(pixels), 64 * 64, qRgb(frame, 0, 0));
+        return AnimatedGif::Frame{picture, 500};
     }
     void save(const QString& path, int count) {
         m_saving.emplace(
-            path, frames(count), [this](int done) { m_progress.push_back(done); },
+            path, count, [this](int frame) { return paint(frame); },
+            [this](int done) { m_progress.push_back(done); },
             [this](const WholeFile::Result& result) { m_result = result; }
         );
     }
@@ -39,6 +54,10 @@ protected:
     [[nodiscard]] QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files); }
 
     QTemporaryDir m_folder;
+    int m_paintable = 1000;
+    std::atomic<int> m_alive = 0;
+    int m_most = 0;
+    std::vector<std::unique_ptr<uchar[]>> m_pixels; ///< they outlive their pictures
     std::vector<int> m_progress;
     std::optional<WholeFile::Result> m_result;
     std::optional<LoopSaving> m_saving;
@@ -56,6 +75,22 @@ TEST_F(LoopSavingTest, TheFileIsWholeAndProgressIsTold) {
     const QByteArray bytes = file.readAll();
     EXPECT_TRUE(bytes.startsWith("GIF89a"));
     EXPECT_TRUE(bytes.endsWith(';'));
+}
+
+TEST_F(LoopSavingTest, FewPicturesAreInMemoryAtATime) {
+    save(m_folder.filePath("loop.gif"), 50);
+    ASSERT_TRUE(finish());
+    EXPECT_TRUE(m_result->has_value());
+    EXPECT_LE(m_most, 4) << "the one before, the one that is written, and the next";
+}
+
+TEST_F(LoopSavingTest, WhatCanBePaintedNoLongerEndsIt) {
+    m_paintable = 2;
+    save(m_folder.filePath("loop.gif"), 3);
+    ASSERT_TRUE(finish());
+    ASSERT_FALSE(m_result->has_value());
+    EXPECT_EQ(m_result->error().toStdString(), "Something else is shown by now");
+    EXPECT_TRUE(files().isEmpty());
 }
 
 TEST_F(LoopSavingTest, WhatIsCancelledLeavesNothing) {
