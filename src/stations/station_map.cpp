@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "stations/station_map.h"
 
+#include "stations/state_outlines.h"
+
 #include <QKeyEvent>
 #include <QLineF>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPolygonF>
 
 #include <algorithm>
 #include <cmath>
@@ -25,7 +28,8 @@ constexpr double kShortening = 0.77;
 constexpr double kDot = 2.5;
 constexpr double kMargin = 6;
 const QColor kLand(0xE4, 0xEC, 0xE4);
-const QColor kGrid(0xC4, 0xD0, 0xC4);
+const QColor kGrid(0xD4, 0xDE, 0xD4);
+const QColor kBorder(0x90, 0xA0, 0x90);
 const QColor kInk(0x20, 0x30, 0x40);
 const QColor kChosen(0xC0, 0x20, 0x20);
 const QColor kOwn(0x10, 0x50, 0xD0);
@@ -80,13 +84,31 @@ QRectF StationMap::area() const {
     return area;
 }
 
-QPointF StationMap::placeOf(GeoPosition position) const {
+QPointF StationMap::projected(double latitude, double longitude) const {
     const QRectF on = area();
-    const double longitude = position.longitude > 0 ? kWest : position.longitude;
-    const double across = (std::clamp(longitude, kWest, kEast) - kWest) / (kEast - kWest);
-    const double down =
-        (kNorth - std::clamp(position.latitude, kSouth, kNorth)) / (kNorth - kSouth);
+    const double across = (longitude - kWest) / (kEast - kWest);
+    const double down = (kNorth - latitude) / (kNorth - kSouth);
     return {on.left() + across * on.width(), on.top() + down * on.height()};
+}
+
+QPointF StationMap::placeOf(GeoPosition position) const {
+    const double longitude = position.longitude > 0 ? kWest : position.longitude;
+    return projected(
+        std::clamp(position.latitude, kSouth, kNorth), std::clamp(longitude, kWest, kEast)
+    );
+}
+
+// What lies beyond the map's edges is cut by the widget's.
+void StationMap::drawStates(QPainter& painter) const {
+    constexpr double kHundredths = 100;
+    painter.setPen(QPen(kBorder, 1));
+    for (const auto& line : stateOutlines()) {
+        QPolygonF places;
+        for (const OutlinePoint& point : line) {
+            places << projected(point.latitude / kHundredths, point.longitude / kHundredths);
+        }
+        painter.drawPolyline(places);
+    }
 }
 
 void StationMap::paintEvent(QPaintEvent* /*event*/) {
@@ -100,6 +122,7 @@ void StationMap::paintEvent(QPaintEvent* /*event*/) {
     for (double latitude = 20; latitude < kNorth; latitude += 10) {
         painter.drawLine(placeOf({latitude, kWest}), placeOf({latitude, kEast}));
     }
+    drawStates(painter);
     painter.setPen(Qt::NoPen);
     painter.setBrush(kInk);
     for (const RadarSite& site : radarSites()) {

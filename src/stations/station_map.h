@@ -11,9 +11,9 @@
 
 namespace raincast {
 
-/// All sites as dots where they lie, the chosen one with its name, and the user's position. A tap
-/// chooses the nearest dot, the arrow keys one in their direction. Guam, which lies far from the
-/// others, stands at the left edge.
+/// All sites as dots where they lie between the states' borders, the chosen one with its name, and
+/// the user's position. A tap chooses the nearest dot, the arrow keys one in their direction. Guam,
+/// which lies far from the others, stands at the left edge.
 class StationMap : public QWidget {
 public:
     /// `chosen` is called when the user has chosen another site.
@@ -34,6 +34,8 @@ protected:
 
 private:
     [[nodiscard]] QRectF area() const;
+    [[nodiscard]] QPointF projected(double latitude, double longitude) const;
+    void drawStates(QPainter& painter) const;
     void choose(const RadarSite* site);
     void drawName(QPainter& painter, const RadarSite& site) const;
 
