@@ -257,13 +257,30 @@ void RadarReading::drawTrack(QPainter& painter, const RadarSight& sight) const {
     QPoint from = sight.map.onPage(m_first.place);
     drawMapCross(painter, from);
     const int steps = m_track->standsStill() ? 0 : kTrackSteps;
+    const auto timeOf = [&last](int step) { return last.time + step * kTrackStep; };
     for (int step = 0; step <= steps; ++step) {
-        const FileTime time = last.time + step * kTrackStep;
-        const QPoint to = sight.map.onPage(m_track->placeAt(time));
+        const QPoint to = sight.map.onPage(m_track->placeAt(timeOf(step)));
         drawMapLine(painter, from, to);
         drawMapCross(painter, to);
-        drawMapLabel(painter, to + QPoint(painter.fontMetrics().height() / 2, 0), clockText(time));
         from = to;
+    }
+    // The times stand beside the way, and none over another.
+    const QFontMetrics metrics = painter.fontMetrics();
+    const QPoint way = from - sight.map.onPage(m_first.place);
+    const int aside = way.x() * way.y() > 0 ? -metrics.height() : metrics.height();
+    QRect written;
+    for (int step = 0; step <= steps; ++step) {
+        const QString text = clockText(timeOf(step));
+        const QPoint middle = sight.map.onPage(m_track->placeAt(timeOf(step))) +
+                              QPoint(metrics.height() / 2, aside * 3 / 4);
+        const QRect box(
+            middle - QPoint(0, metrics.height() / 2),
+            QSize(metrics.horizontalAdvance(text) + metrics.height() / 2, metrics.height())
+        );
+        if (!box.intersects(written)) {
+            drawMapLabel(painter, middle, text);
+            written = box;
+        }
     }
     if (m_to) {
         drawMapCross(painter, sight.map.onPage(*m_to));
