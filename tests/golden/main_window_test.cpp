@@ -213,9 +213,11 @@ TEST_F(ReadingLooks, WithAWayThatIsMeasured) {
 TEST_F(ReadingLooks, WithAStormThatIsTracked) {
     loadLoop();
     viewer.command(kTrackStorm);
-    look("tracking_first", viewer.frame());
     click(window(), pixel(200, 200));
     click(window(), pixel(280, 200));
+    for (int i = 0; i < 3; ++i) { // the bar follows a painting
+        settle();
+    }
     look("tracking", viewer.frame());
 }
 
