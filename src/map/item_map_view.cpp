@@ -89,9 +89,9 @@ void CItemMapView::draw(QPainter& painter) {
 
 void CItemMapView::setRectangle(const PageRectangle& newRectangle) {
     const ImagePixel pixel = m_view.toImage({rectangle().left, rectangle().top});
-    const bool isFitted = !imageSize().isEmpty() && m_view == fitted(coveredBelow());
+    const bool wasFitted = isFitted(coveredBelow());
     CItem::setRectangle(newRectangle);
-    if (isFitted) {
+    if (wasFitted) {
         m_view = fitted(coveredBelow());
         return;
     }
@@ -303,8 +303,12 @@ ViewTransform CItemMapView::fitted(int covered) const {
     return fittedView(seen, imageSize());
 }
 
+bool CItemMapView::isFitted(int covered) const {
+    return !imageSize().isEmpty() && m_view == fitted(covered);
+}
+
 void CItemMapView::coveredBelowChanged(int before) {
-    if (!imageSize().isEmpty() && m_view == fitted(before)) {
+    if (isFitted(before)) {
         showWholeImage();
     }
     invalidate();

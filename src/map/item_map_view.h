@@ -115,6 +115,8 @@ protected:
     void showPixel(ImagePixel pixel);
     /// Fits the image into what is seen of the item, if its size is known.
     void showWholeImage();
+    /// Whether the view is that of fitImage().
+    [[nodiscard]] bool showsWholeImage() const { return isFitted(coveredBelow()); }
 
     [[nodiscard]] GeoReference& geoReference() { return m_geoReference; }
     [[nodiscard]] const GeoReference& geoReference() const { return m_geoReference; }
@@ -148,6 +150,7 @@ private:
     void zoomBy(int step, PagePoint fixed);
     [[nodiscard]] bool imageInView() const;
     [[nodiscard]] ViewTransform fitted(int covered) const;
+    [[nodiscard]] bool isFitted(int covered) const;
     void panBy(int dx, int dy);
     void place(PagePoint point, ImagePixel pixel);
     [[nodiscard]] PagePoint centre() const { return rectangle().centre(); }

@@ -331,11 +331,18 @@ void CAppPaged::setRetryNotice(const QString& text, std::function<void()> again)
 }
 
 ActionRow* CAppPaged::addRow(std::function<void()> pressed) {
-    if (!m_rows) {
-        return nullptr;
+    auto* const row = m_rows ? new ActionRow({}, std::move(pressed)) : nullptr;
+    if (row != nullptr) {
+        m_rows->add(*row);
     }
-    auto* const row = new ActionRow({}, std::move(pressed));
-    m_rows->add(*row);
+    return row;
+}
+
+ActionRow* CAppPaged::addLastingRow(std::function<void()> pressed) {
+    auto* const row = m_rows ? new ActionRow({}, std::move(pressed)) : nullptr;
+    if (row != nullptr) {
+        m_rows->addLasting(*row);
+    }
     return row;
 }
 

@@ -243,13 +243,14 @@ void CItemWeather::windowCreated() {
 }
 
 // The image has a new place on the earth. A view that showed a place still shows it; a new one
-// begins with the whole image.
+// begins with the whole image, and what was fitted stays so.
 void CItemWeather::placeImage(GeoPosition centreBefore) {
+    const bool isFitted = m_viewStored && !following() && showsWholeImage();
     geoReferenceChanged();
-    if (centreBefore.longitude != 0) {
-        static_cast<void>(setView(kImageCentre, centreBefore));
-    } else if (!m_viewStored) {
+    if (isFitted || (!m_viewStored && centreBefore.longitude == 0)) {
         showWholeImage();
+    } else if (centreBefore.longitude != 0) {
+        static_cast<void>(setView(kImageCentre, centreBefore));
     }
     m_viewStored = true;
 }

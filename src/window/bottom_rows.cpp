@@ -21,7 +21,8 @@ void BottomRows::add(QWidget& row) {
 }
 
 void BottomRows::addLasting(QWidget& row) {
-    m_lasting.push_back(&row);
+    std::erase_if(m_lasting, [](const QPointer<QWidget>& each) { return each.isNull(); });
+    m_lasting.emplace_back(&row);
     add(row);
 }
 
@@ -61,8 +62,8 @@ void BottomRows::fit() {
 
 void BottomRows::noteLasting() {
     int height = 0;
-    for (const QWidget* const row : m_lasting) {
-        height += row->isHidden() ? 0 : row->height();
+    for (const QPointer<QWidget>& row : m_lasting) {
+        height += row.isNull() || row->isHidden() ? 0 : row->height();
     }
     if (std::exchange(m_lastingHeight, height) != height && m_changed) {
         m_changed();

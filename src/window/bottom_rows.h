@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -36,7 +37,7 @@ private:
     void noteLasting();
 
     QVBoxLayout* m_rows;
-    std::vector<QWidget*> m_lasting;
+    std::vector<QPointer<QWidget>> m_lasting;
     int m_lastingHeight = 0;
     std::function<void()> m_changed;
 };

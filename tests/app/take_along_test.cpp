@@ -148,11 +148,15 @@ TEST_F(TakeAlongTest, TheWindowStaysInUseAndCancelKeepsWhatThereIs) {
         EXPECT_EQ(itemOf(viewer).state().product, 1);
         expectPicture(viewer, "while it runs");
         EXPECT_TRUE(said(viewer).startsWith("Taking along MUX ")) << said(viewer).toStdString();
+        const int above = itemOf(viewer).rectangle().bottom;
+        EXPECT_EQ(above, viewer.window()->client()->height() - row(viewer)->height())
+            << "the line covers nothing of the item";
         pressRow(viewer);
         EXPECT_TRUE(said(viewer).startsWith("Cancelled. Taken along: 0 of 2 sites whole, "))
             << said(viewer).toStdString();
         pressRow(viewer);
         EXPECT_EQ(row(viewer), nullptr);
+        EXPECT_GT(itemOf(viewer).rectangle().bottom, above);
     });
     answers.set_value();
 }

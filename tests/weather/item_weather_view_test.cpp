@@ -164,6 +164,32 @@ TEST_F(ItemWeatherViewTest, WhatIsFollowedIsInTheMiddleOfAnotherSiteToo) {
     EXPECT_NEAR(m_item->centrePosition().latitude, 37.5, 0.01);
 }
 
+TEST_F(ItemWeatherViewTest, WhatIsFittedStaysSoWhateverIsLoaded) {
+    const auto expectFitted = [this](const char* when, QSize size) {
+        m_window.resize(size);
+        m_page->size(size.width(), size.height());
+        EXPECT_EQ(m_item->view(), fittedView(m_item->rectangle(), {600, 550})) << when;
+    };
+    EXPECT_TRUE(m_item->keyDown(Qt::Key_Home));
+    expectFitted("at once", {640, 571});
+    const HttpServer other;
+    test::publishLayers(m_server, "MUX");
+    ServersSetting::set({m_server.host(), other.host()});
+    finish();
+    expectFitted("from other servers", {1200, 990});
+    publishFrames({"20190519_0558"}, "DAX");
+    publishLayers("DAX");
+    test::DialogScript script;
+    script.expect("Weather Station", [](QDialog& dialog) {
+        QTest::keyClicks(QApplication::focusWidget(), "Sacra");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    m_item->command(kAllStations, 0);
+    finish();
+    EXPECT_EQ(m_item->state().siteId, "DAX");
+    expectFitted("at another site", {300, 281});
+}
+
 TEST_F(ItemWeatherViewTest, AnotherSizeOfThePageKeepsTheCorner) {
     const ImagePixel corner = origin();
     m_window.resize(280, 300);

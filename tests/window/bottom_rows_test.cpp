@@ -88,6 +88,12 @@ TEST_F(BottomRowsTest, SaysHowHighLastingRowsAre) {
     lasting->hide();
     test::settle();
     EXPECT_EQ(heights.back(), 0);
+    lasting->show();
+    test::settle();
+    EXPECT_GT(heights.back(), 0);
+    delete lasting;
+    test::settle();
+    EXPECT_EQ(heights.back(), 0);
 }
 
 } // namespace
