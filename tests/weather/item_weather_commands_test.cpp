@@ -41,7 +41,8 @@ TEST_F(ItemWeatherCommandsTest, TheNumbersOfItsMenuStay) {
         entries, ElementsAre(
                      Pair(40028, "Nearby Stations"), Pair(40044, "All Stations"),
                      Pair(0, "Product"), Pair(0, "Loop"), Pair(40033, "Animation"),
-                     Pair(40034, "Layers"), Pair(40035, "Storage"), Pair(0, "Pictures")
+                     Pair(40034, "Layers"), Pair(40035, "Storage"), Pair(40970, "Warnings..."),
+                     Pair(40971, "Dismiss Warning"), Pair(0, "Pictures")
                  )
     );
 }

@@ -295,7 +295,7 @@ TEST_F(ItemWeatherTest, TheStatusStandsBelowTheLinesOfTheMap) {
 TEST_F(ItemWeatherTest, ItsMenuHasTheMapsEntriesBesideItsOwn) {
     const auto popUp = MenuTableRecord::find(CItemWeather::kMenu)[0].rows;
     ASSERT_EQ(popUp.size(), 3U);
-    EXPECT_EQ(popUp[0].rows.size(), 8U);
+    EXPECT_EQ(popUp[0].rows.size(), 10U);
     EXPECT_EQ(popUp[1].rows.size(), 5U);
     EXPECT_EQ(popUp[2].rows.data(), kMapMenu.rows.data());
 }
