@@ -44,8 +44,7 @@ QPoint toScreen(const QWidget& widget, const QPoint& devicePixel) {
 }
 
 void setDensity(QImage& image, double dotsPerInch) {
-    constexpr double kMetresPerInch = 0.0254;
-    const int dotsPerMetre = qRound(dotsPerInch / kMetresPerInch);
+    const int dotsPerMetre = qRound(dotsPerInch / 0.0254); // an inch in metres
     image.setDotsPerMeterX(dotsPerMetre);
     image.setDotsPerMeterY(dotsPerMetre);
 }

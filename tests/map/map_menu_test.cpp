@@ -89,11 +89,11 @@ protected:
 TEST_F(MapMenuTest, HasItsEntriesInTheMenuOfItsPage) {
     EXPECT_THAT(
         seen({u"Map"}), ElementsAre(
-                            "&Follow Position", "&Go to Position...", "&Whole Image\tHome",
-                            "Show &Position*", "Show &Navigation*", "&Marks>"
+                            "Follow Position", "Go to Position...", "Whole Image\tHome",
+                            "Show Position*", "Show Navigation*", "Marks>"
                         )
     );
-    EXPECT_THAT(seen({u"Map", u"Marks"}), ElementsAre("&Add Mark...", "(&Marks...)"));
+    EXPECT_THAT(seen({u"Map", u"Marks"}), ElementsAre("Add Mark...", "(Marks...)"));
 }
 
 TEST_F(MapMenuTest, TheNumbersOfItsCommandsStay) {
@@ -119,19 +119,19 @@ TEST_F(MapMenuTest, TheNumbersOfItsCommandsStay) {
 TEST_F(MapMenuTest, WithoutAPlacedImageThereIsNothingToFollowOnAndNoPlaceForAMark) {
     addMark(1, 1, QStringLiteral("A"));
     view->takeOffEarth();
-    EXPECT_THAT(seen({u"Map"})[0], "(&Follow Position)");
-    EXPECT_THAT(seen({u"Map", u"Marks"}), ElementsAre("(&Add Mark...)", "&Marks..."));
+    EXPECT_THAT(seen({u"Map"})[0], "(Follow Position)");
+    EXPECT_THAT(seen({u"Map", u"Marks"}), ElementsAre("(Add Mark...)", "Marks..."));
     EXPECT_TRUE(app.current()->command(kAddMark, clicked)) << "taken, but not done";
     EXPECT_EQ(marks.marks().size(), 1U);
 }
 
 TEST_F(MapMenuTest, OffTheImageThereIsNoPlaceForAMark) {
     view->showPixel({-300, 0});
-    EXPECT_THAT(seen({u"Map", u"Marks"})[0], "(&Add Mark...)");
+    EXPECT_THAT(seen({u"Map", u"Marks"})[0], "(Add Mark...)");
     view->showPixel({599, 549});
-    EXPECT_THAT(seen({u"Map", u"Marks"})[0], "&Add Mark...");
+    EXPECT_THAT(seen({u"Map", u"Marks"})[0], "Add Mark...");
     view->showPixel({600, 549});
-    EXPECT_THAT(seen({u"Map", u"Marks"})[0], "(&Add Mark...)");
+    EXPECT_THAT(seen({u"Map", u"Marks"})[0], "(Add Mark...)");
 }
 
 TEST_F(MapMenuTest, FollowingIsSwitchedOnAndOff) {
@@ -139,14 +139,14 @@ TEST_F(MapMenuTest, FollowingIsSwitchedOnAndOff) {
     click({u"Map"}, u"Follow Position");
     EXPECT_TRUE(view->following());
     EXPECT_EQ(view->centrePixel(), (ImagePixel{100, 100}));
-    EXPECT_THAT(seen({u"Map"})[0], "&Follow Position*");
+    EXPECT_THAT(seen({u"Map"})[0], "Follow Position*");
     click({u"Map"}, u"Follow Position");
     EXPECT_FALSE(view->following());
-    EXPECT_THAT(seen({u"Map"})[0], "&Follow Position");
+    EXPECT_THAT(seen({u"Map"})[0], "Follow Position");
     view->character(u'l');
-    EXPECT_THAT(seen({u"Map"})[0], "&Follow Position*") << "a key has switched it on";
+    EXPECT_THAT(seen({u"Map"})[0], "Follow Position*") << "a key has switched it on";
     view->keyDown(Qt::Key_Left);
-    EXPECT_THAT(seen({u"Map"})[0], "&Follow Position") << "a pan has ended it";
+    EXPECT_THAT(seen({u"Map"})[0], "Follow Position") << "a pan has ended it";
 }
 
 TEST_F(MapMenuTest, FollowingWaitsForAFix) {
@@ -167,23 +167,23 @@ TEST_F(MapMenuTest, FollowingAPositionThatIsNotOnTheImageIsRefusedWithAWord) {
 TEST_F(MapMenuTest, FollowingCanBeSwitchedOffWithoutAPlacedImage) {
     view->character(u'l');
     view->takeOffEarth();
-    EXPECT_THAT(seen({u"Map"})[0], "&Follow Position*");
+    EXPECT_THAT(seen({u"Map"})[0], "Follow Position*");
     click({u"Map"}, u"Follow Position");
     EXPECT_FALSE(view->following());
-    EXPECT_THAT(seen({u"Map"})[0], "(&Follow Position)");
+    EXPECT_THAT(seen({u"Map"})[0], "(Follow Position)");
 }
 
 TEST_F(MapMenuTest, TheLinesAreSwitchedOffAndOn) {
     click({u"Map"}, u"Show Position");
     EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::position));
-    EXPECT_THAT(seen({u"Map"})[3], "Show &Position");
+    EXPECT_THAT(seen({u"Map"})[3], "Show Position");
     click({u"Map"}, u"Show Navigation");
     EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::navigation));
-    EXPECT_THAT(seen({u"Map"})[4], "Show &Navigation");
+    EXPECT_THAT(seen({u"Map"})[4], "Show Navigation");
     click({u"Map"}, u"Show Position");
     EXPECT_TRUE(MapLinesSetting::shown(MapLinesSetting::position));
     EXPECT_FALSE(MapLinesSetting::shown(MapLinesSetting::navigation));
-    EXPECT_THAT(seen({u"Map"})[3], "Show &Position*");
+    EXPECT_THAT(seen({u"Map"})[3], "Show Position*");
 }
 
 TEST_F(MapMenuTest, AMarkIsAddedByTheMenu) {
@@ -193,7 +193,7 @@ TEST_F(MapMenuTest, AMarkIsAddedByTheMenu) {
     });
     click({u"Map", u"Marks"}, u"Add Mark...");
     EXPECT_THAT(markNames(), ElementsAre("Mark 1"));
-    EXPECT_THAT(seen({u"Map", u"Marks"})[1], "&Marks...");
+    EXPECT_THAT(seen({u"Map", u"Marks"})[1], "Marks...");
     script.expect(QStringLiteral("Marks"));
     click({u"Map", u"Marks"}, u"Marks...");
 }
@@ -206,8 +206,8 @@ TEST_F(MapMenuTest, OfTwoMapsTheMenuIsTheFirstOnes) {
     EXPECT_FALSE(upper.following());
     EXPECT_THAT(
         seen({u"Map"}), ElementsAre(
-                            "&Follow Position*", "&Go to Position...", "&Whole Image\tHome",
-                            "Show &Position*", "Show &Navigation*", "&Marks>"
+                            "Follow Position*", "Go to Position...", "Whole Image\tHome",
+                            "Show Position*", "Show Navigation*", "Marks>"
                         )
     );
 }

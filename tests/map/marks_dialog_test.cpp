@@ -68,7 +68,7 @@ test::Log enabledButtons(const QDialog& dialog) {
     test::Log texts;
     for (const auto* candidate : dialog.findChildren<QPushButton*>()) {
         if (candidate->isEnabled()) {
-            texts.push_back(candidate->text().toStdString());
+            texts.push_back(candidate->text().remove(u'&').toStdString());
         }
     }
     return texts;

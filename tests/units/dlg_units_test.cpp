@@ -79,7 +79,7 @@ TEST_F(DlgUnitsTest, ItsLabelsLeadToTheirLists) {
         EXPECT_EQ(dialog.focusWidget(), &box(dialog, 1140));
         EXPECT_EQ(
             dialog.findChild<QPushButton*>(QString::number(Dialog::kCancel))->text(),
-            QStringLiteral("Cancel")
+            QStringLiteral("&Cancel")
         );
     });
 }
