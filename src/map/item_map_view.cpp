@@ -67,7 +67,8 @@ bool CItemMapView::Write(CSerialWriter& writer) const {
         return false;
     }
     CRecordWriter record(writer);
-    record.bytes(viewToBytes(m_view));
+    // What covers the page's upper part at present is not there after the next start.
+    record.bytes(viewToBytes(isFitted(area()) ? fitted(areaWithout(0, coveredBelow())) : m_view));
     record.value(m_following);
     return record.end();
 }
@@ -89,10 +90,10 @@ void CItemMapView::draw(QPainter& painter) {
 
 void CItemMapView::setRectangle(const PageRectangle& newRectangle) {
     const ImagePixel pixel = m_view.toImage({rectangle().left, rectangle().top});
-    const bool wasFitted = isFitted(coveredBelow());
+    const bool wasFitted = isFitted(area());
     CItem::setRectangle(newRectangle);
     if (wasFitted) {
-        m_view = fitted(coveredBelow());
+        m_view = fitted(area());
         return;
     }
     place({newRectangle.left, newRectangle.top}, pixel);
@@ -292,26 +293,32 @@ void CItemMapView::fitImage() {
 
 void CItemMapView::showWholeImage() {
     if (!imageSize().isEmpty()) {
-        m_view = fitted(coveredBelow());
+        m_view = fitted(area());
         invalidate();
     }
 }
 
-ViewTransform CItemMapView::fitted(int covered) const {
-    PageRectangle seen = rectangle();
-    seen.bottom -= covered;
-    return fittedView(seen, imageSize());
+ViewTransform CItemMapView::fitted(const QRect& area) const {
+    return fittedView({area.left(), area.top(), area.right() + 1, area.bottom() + 1}, imageSize());
 }
 
-bool CItemMapView::isFitted(int covered) const {
-    return !imageSize().isEmpty() && m_view == fitted(covered);
+bool CItemMapView::isFitted(const QRect& area) const {
+    return !imageSize().isEmpty() && m_view == fitted(area);
 }
 
-void CItemMapView::coveredBelowChanged(int before) {
+void CItemMapView::areaChanged(const QRect& before) {
     if (isFitted(before)) {
         showWholeImage();
     }
     invalidate();
+}
+
+void CItemMapView::coveredBelowChanged(int before) {
+    areaChanged(areaWithout(pageCoveredTop(), before));
+}
+
+void CItemMapView::coveredTopChanged(int before) {
+    areaChanged(areaWithout(before, coveredBelow()));
 }
 
 void CItemMapView::drawAs(const Look& look, QPainter& painter) {
@@ -339,13 +346,21 @@ void CItemMapView::geoReferenceChanged() {
     invalidate();
 }
 
-int CItemMapView::coveredAbove() const {
-    const int covered = page() != nullptr ? page()->coveredTop() - rectangle().top : 0;
-    return std::clamp(covered, 0, std::max(rectangle().toRect().height() - coveredBelow(), 0));
+QRect CItemMapView::area() const {
+    return areaWithout(pageCoveredTop(), coveredBelow());
 }
 
-QRect CItemMapView::area() const {
-    return rectangle().toRect().adjusted(0, coveredAbove(), 0, -coveredBelow());
+int CItemMapView::pageCoveredTop() const {
+    return page() != nullptr ? page()->coveredTop() : 0;
+}
+
+// The first is the page's, from its upper edge; the second is the item's own.
+QRect CItemMapView::areaWithout(int coveredTop, int coveredBelow) const {
+    const QRect whole = rectangle().toRect();
+    const int height = std::max(whole.height(), 0);
+    const int below = std::clamp(coveredBelow, 0, height);
+    const int above = std::clamp(coveredTop - whole.top(), 0, height - below);
+    return whole.adjusted(0, above, 0, -below);
 }
 
 QStringList CItemMapView::lines(const QFontMetrics& metrics) const {

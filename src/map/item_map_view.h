@@ -116,7 +116,7 @@ protected:
     /// Fits the image into what is seen of the item, if its size is known.
     void showWholeImage();
     /// Whether the view is that of fitImage().
-    [[nodiscard]] bool showsWholeImage() const { return isFitted(coveredBelow()); }
+    [[nodiscard]] bool showsWholeImage() const { return isFitted(area()); }
 
     [[nodiscard]] GeoReference& geoReference() { return m_geoReference; }
     [[nodiscard]] const GeoReference& geoReference() const { return m_geoReference; }
@@ -133,9 +133,7 @@ protected:
     /// To be called when coveredBelow() has become another height: what was fitted above it is
     /// fitted again.
     void coveredBelowChanged(int before);
-    /// The same of what lies over its upper edge.
-    [[nodiscard]] int coveredAbove() const;
-    /// The item's rectangle for painters and hit tests, without what is covered.
+    /// The item's rectangle without what is covered at its edges.
     [[nodiscard]] QRect area() const;
     /// The height of the lines that stand at the area's top at present.
     [[nodiscard]] int linesHeight(const QFontMetrics& metrics) const;
@@ -145,12 +143,16 @@ private:
     void onPublished(COverlayObject& object) override;
     void onPublished(NavigationData& navigation) override;
     void onUnitsChanged() override;
+    void coveredTopChanged(int before) override;
 
     [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;
     void zoomBy(int step, PagePoint fixed);
     [[nodiscard]] bool imageInView() const;
-    [[nodiscard]] ViewTransform fitted(int covered) const;
-    [[nodiscard]] bool isFitted(int covered) const;
+    [[nodiscard]] QRect areaWithout(int coveredTop, int coveredBelow) const;
+    [[nodiscard]] int pageCoveredTop() const;
+    [[nodiscard]] ViewTransform fitted(const QRect& area) const;
+    [[nodiscard]] bool isFitted(const QRect& area) const;
+    void areaChanged(const QRect& before);
     void panBy(int dx, int dy);
     void place(PagePoint point, ImagePixel pixel);
     [[nodiscard]] PagePoint centre() const { return rectangle().centre(); }

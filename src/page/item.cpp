@@ -33,6 +33,8 @@ QRect CPageDisplay::CItem::opaqueArea() const {
 
 void CPageDisplay::CItem::windowCreated() {}
 
+void CPageDisplay::CItem::coveredTopChanged(int /*before*/) {}
+
 void CPageDisplay::CItem::setRectangle(const PageRectangle& rectangle) {
     m_placement.rectangle = rectangle;
     if (m_page != nullptr && !m_page->deviceSize().isEmpty()) {

@@ -37,6 +37,9 @@ public:
     [[nodiscard]] virtual QRect opaqueArea() const;
     /// The page has a window, of its final size, and will be shown.
     virtual void windowCreated();
+    /// What covers the page's upper part (CPageDisplay::setCoveredTop) has become higher or lower
+    /// than `before`.
+    virtual void coveredTopChanged(int before);
     /// Gives the item a new rectangle and computes its anchors from it, unless the page's size is
     /// not known yet. Classes that keep something in step with the rectangle do so here and call
     /// this one.

@@ -99,7 +99,7 @@ bool CPageDisplay::Write(CSerialWriter& writer) const {
 
 bool CPageDisplay::activate(QWidget& parent, bool /*flag*/) {
     m_layoutMode = false;
-    m_coveredTop = 0;
+    setCoveredTop(0);
     m_selected = nullptr;
     m_stylus.reset();
     m_contextMenu->reset();
@@ -169,9 +169,14 @@ void CPageDisplay::setLayoutMode(bool on) {
 }
 
 void CPageDisplay::setCoveredTop(int height) {
-    if (std::exchange(m_coveredTop, height) != height) {
-        invalidate();
+    const int before = std::exchange(m_coveredTop, height);
+    if (before == height) {
+        return;
     }
+    for (const auto& item : m_items) {
+        item->coveredTopChanged(before);
+    }
+    invalidate();
 }
 
 void CPageDisplay::chooseAndAddItem() {

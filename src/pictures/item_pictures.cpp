@@ -3,6 +3,7 @@
 
 #include "pictures/save_dialog.h"
 #include "player/loop_setting.h"
+#include "radar/cached_frames.h"
 #include "window/command_set.h"
 #include "window/message_box.h"
 
@@ -47,6 +48,11 @@ bool ItemPictures::hasPicture() const {
     return page != nullptr && page->widget() != nullptr && !m_source.area().isEmpty();
 }
 
+// After a start the first frame is shown while the others are read.
+bool ItemPictures::hasLoop() const {
+    return m_source.state.frames.size() >= 2 && !lacksLaterFrames(m_source.state);
+}
+
 bool ItemPictures::command(int id) {
     static constexpr std::pair<int, void (ItemPictures::*)()> kCommands[] = {
         {kSavePicture, &ItemPictures::savePicture},
@@ -65,7 +71,7 @@ bool ItemPictures::command(int id) {
 }
 
 void ItemPictures::prepareMenu(QMenu& menu) const {
-    enableCommand(menu, kSaveLoop, m_source.state.frames.size() >= 2);
+    enableCommand(menu, kSaveLoop, hasLoop());
 }
 
 /// What the item is painted on, and how it looks.
@@ -118,6 +124,9 @@ void ItemPictures::copyPicture() {
 }
 
 void ItemPictures::saveLoop() {
+    if (lacksLaterFrames(m_source.state)) {
+        return;
+    }
     SaveDialog dialog(QStringLiteral("Save Loop"), m_source.name() + QStringLiteral(".gif"));
     if (dialog.run(m_source.item.page()->widget()) != Dialog::kOk || !hasPicture()) {
         return;

@@ -58,6 +58,7 @@ public:
 
 private:
     [[nodiscard]] bool hasPicture() const;
+    [[nodiscard]] bool hasLoop() const;
     void savePicture();
     void copyPicture();
     void saveLoop();

@@ -86,14 +86,8 @@ TEST_F(ItemWeatherBackgroundTest, AnotherSiteTakesItsPlace) {
     showSite();
     beginEndlessUpdate();
     useGoodServer();
-    DialogScript script;
-    script.expect("Weather Station", [](QDialog& dialog) {
-        QTest::keyClicks(dialog.focusWidget(), "Sterling");
-        QTest::keyClick(&dialog, Qt::Key_Return);
-    });
-    EXPECT_TRUE(m_item->command(kAllStations, 0));
+    chooseSite("Sterling");
     EXPECT_EQ(m_item->state().siteId, "LWX");
-    finish();
     EXPECT_EQ(shown(), "5:53");
     EXPECT_TRUE(serverIsLeft());
 }

@@ -30,16 +30,6 @@ protected:
         EXPECT_TRUE(m_item->command(kLayers, 0));
         finish();
     }
-    /// The first site of an item, chosen in the list.
-    void chooseSite() {
-        DialogScript script;
-        script.expect("Weather Station", [](QDialog& dialog) {
-            QTest::keyClicks(dialog.findChild<QListWidget*>(), "San Fr");
-            QTest::keyClick(&dialog, Qt::Key_Return);
-        });
-        EXPECT_TRUE(m_item->command(kAllStations, 0));
-        finish();
-    }
     /// The paths that were asked for since so many requests, the warnings at the end: they are
     /// fetched beside the frames.
     [[nodiscard]] std::vector<std::string> pathsSince(int first) const {
@@ -135,7 +125,7 @@ TEST_F(ItemWeatherLayersTest, WithAllLayersOffOnlyTheWorldFileIsFetched) {
     showPage();
     editLayers({"Topo Map", "Rivers", "Counties", "Highways", "Cities", "Warnings"});
     EXPECT_EQ(m_server.count(), 0);
-    chooseSite();
+    chooseSite("San Fr");
     useFullSize();
     EXPECT_THAT(
         pathsSince(0),

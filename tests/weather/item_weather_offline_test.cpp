@@ -4,8 +4,11 @@
 #include "support/gif_maker.h"
 #include "support/loopback.h"
 #include "weather_page.h"
+#include "window/command_set.h"
+#include "window/menu_table.h"
 
 #include <QDir>
+#include <QMenu>
 
 namespace raincast {
 namespace {
@@ -21,6 +24,12 @@ protected:
             times.push_back(frame.timeText.toStdString());
         }
         return times;
+    }
+    [[nodiscard]] bool savesLoop() {
+        CommandSet commands(m_window);
+        const auto menu = commands.load(CItemWeather::kMenu);
+        m_page->menuPopUp(*menu);
+        return findCommand(*menu, kSaveLoop)->isEnabled();
     }
     [[nodiscard]] QString siteFolder() const {
         return m_item->state().cacheFolder + QStringLiteral("/MUX/");
@@ -78,7 +87,9 @@ TEST_F(ItemWeatherOfflineTest, FramesAreReadEvenIfNobodyLooks) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return !m_item->pictureComing(); }, 30'000));
     EXPECT_EQ(shown(), "5:34");
     EXPECT_FALSE(m_item->state().frames.back().bitmap);
+    EXPECT_FALSE(savesLoop()) << "its other frames are blank";
     tick();
+    EXPECT_TRUE(savesLoop());
     EXPECT_TRUE(m_item->state().frames.back().bitmap);
 }
 

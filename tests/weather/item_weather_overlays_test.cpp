@@ -35,15 +35,6 @@ class ItemWeatherOverlaysTest : public test::WeatherPage {
 protected:
     ItemWeatherOverlaysTest() { showSite(); }
 
-    void chooseSite(const QString& letters) {
-        DialogScript script;
-        script.expect("Weather Station", [&letters](QDialog& dialog) {
-            QTest::keyClicks(dialog.findChild<QListWidget*>(), letters);
-            QTest::keyClick(&dialog, Qt::Key_Return);
-        });
-        EXPECT_TRUE(m_item->command(kAllStations, 0));
-        finish();
-    }
     /// Around what is drawn of the flag; empty if nothing is.
     [[nodiscard]] QRect flagged() {
         const QImage picture = drawn();

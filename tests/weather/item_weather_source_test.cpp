@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A radar item whose weather comes from one source and then from another.
+#include "map/fitted_view.h"
 #include "net/downloads.h"
 #include "weather_page.h"
 
@@ -94,6 +95,21 @@ TEST_F(ItemWeatherSourceTest, NoSourceReadsOrCleansAnothersFrames) {
     EXPECT_THAT(cached(kBranch), ElementsAre("0556"));
     EXPECT_TRUE(QFile::exists(root() + "/MUX/MUX_Topo_Short.jpg"));
     EXPECT_TRUE(QFile::exists(root() + kBranch + "/MUX/MUX_Topo_Short.jpg"));
+}
+
+TEST_F(ItemWeatherSourceTest, WhatIsFittedStaysSoWithAnotherSource) {
+    showSite();
+    m_server.serve( // what is in the middle is two pixels beside it there
+        "/ridge/Overlays/Cities/Short/MUX_City_Short.gfw", "0.009\n0\n0\n-0.009\n-124.618\n39.618\n"
+    );
+    EXPECT_TRUE(m_item->keyDown(Qt::Key_Home));
+    const ViewTransform fitted = m_item->view();
+    choose(WeatherSource::live);
+    EXPECT_EQ(shown(), "5:54");
+    EXPECT_EQ(m_item->view(), fitted);
+    m_window.resize(640, 571);
+    m_page->size(640, 571);
+    EXPECT_EQ(m_item->view(), fittedView(m_item->rectangle(), {600, 550}));
 }
 
 TEST_F(ItemWeatherSourceTest, APastStormHasAFolderThatGoesWithIt) {

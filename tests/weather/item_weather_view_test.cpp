@@ -152,19 +152,13 @@ TEST_F(ItemWeatherViewTest, WhatIsFollowedIsInTheMiddleOfAnotherSiteToo) {
     typeCharacters("l");
     publishFrames({"20190519_0558"}, "DAX");
     publishLayers("DAX");
-    test::DialogScript script;
-    script.expect("Weather Station", [](QDialog& dialog) {
-        QTest::keyClicks(QApplication::focusWidget(), "Sacra");
-        QTest::keyClick(&dialog, Qt::Key_Return);
-    });
-    m_item->command(kAllStations, 0);
-    finish();
+    chooseSite("Sacra");
     EXPECT_EQ(m_item->state().siteId, "DAX");
     EXPECT_TRUE(m_item->following());
     EXPECT_NEAR(m_item->centrePosition().latitude, 37.5, 0.01);
 }
 
-TEST_F(ItemWeatherViewTest, WhatIsFittedStaysSoWhateverIsLoaded) {
+TEST_F(ItemWeatherViewTest, WhatIsFittedStaysSoAtAnotherSite) {
     const auto expectFitted = [this](const char* when, QSize size) {
         m_window.resize(size);
         m_page->size(size.width(), size.height());
@@ -172,20 +166,9 @@ TEST_F(ItemWeatherViewTest, WhatIsFittedStaysSoWhateverIsLoaded) {
     };
     EXPECT_TRUE(m_item->keyDown(Qt::Key_Home));
     expectFitted("at once", {640, 571});
-    const HttpServer other;
-    test::publishLayers(m_server, "MUX");
-    ServersSetting::set({m_server.host(), other.host()});
-    finish();
-    expectFitted("from other servers", {1200, 990});
     publishFrames({"20190519_0558"}, "DAX");
     publishLayers("DAX");
-    test::DialogScript script;
-    script.expect("Weather Station", [](QDialog& dialog) {
-        QTest::keyClicks(QApplication::focusWidget(), "Sacra");
-        QTest::keyClick(&dialog, Qt::Key_Return);
-    });
-    m_item->command(kAllStations, 0);
-    finish();
+    chooseSite("Sacra");
     EXPECT_EQ(m_item->state().siteId, "DAX");
     expectFitted("at another site", {300, 281});
 }

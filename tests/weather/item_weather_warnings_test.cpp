@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Warnings with words on a radar item: their list, and the bar that warns the user.
+#include "map/fitted_view.h"
 #include "map/mark_manager.h"
 #include "player/loop_setting.h"
 #include "support/gif_maker.h"
@@ -233,6 +234,37 @@ TEST_F(ItemWeatherWarningsTest, SwitchedOffTheyAreNotSaid) {
     tick();
     beAt(37.1, -121.9);
     EXPECT_EQ(said(), "");
+}
+
+TEST_F(ItemWeatherWarningsTest, TheFittedImageStandsBelowTheBar) {
+    showWarned();
+    EXPECT_TRUE(m_item->keyDown(Qt::Key_Home));
+    const ViewTransform without = m_item->view();
+    beAt(37.1, -121.9);
+    const int bar = m_page->coveredTop();
+    ASSERT_GT(bar, 0);
+    const ViewTransform below = fittedView({0, bar, 300, 280}, {600, 550});
+    EXPECT_EQ(m_item->view(), below) << "it follows when the bar comes";
+    restart();
+    EXPECT_EQ(m_item->view(), without) << "the next start has no bar yet";
+    showPage();
+    EXPECT_EQ(m_item->view(), without);
+}
+
+TEST_F(ItemWeatherWarningsTest, AViewOfTheUsersStaysWhenTheBarComesAndGoes) {
+    showWarned();
+    EXPECT_TRUE(m_item->keyDown(Qt::Key_Home));
+    const ViewTransform fitted = m_item->view();
+    beAt(37.1, -121.9);
+    ASSERT_GT(m_page->coveredTop(), 0);
+    press("d");
+    EXPECT_EQ(said(), "");
+    EXPECT_EQ(m_item->view(), fitted);
+    EXPECT_TRUE(m_item->keyDown(Qt::Key_Down));
+    const ViewTransform panned = m_item->view();
+    beAt(38.9, -121.9); // away, and into it again
+    beAt(37.1, -121.9);
+    EXPECT_EQ(m_item->view(), panned);
 }
 
 TEST_F(ItemWeatherWarningsTest, TheItemsOwnTextsStandBelowTheBar) {

@@ -16,6 +16,7 @@
 #include "weather/servers_setting.h"
 #include "window/commands.h"
 
+#include <QListWidget>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QTest>
@@ -123,6 +124,16 @@ protected:
         ASSERT_EQ(page->items().size(), 1U);
         m_item = dynamic_cast<CItemWeather*>(page->items()[0].get());
         ASSERT_NE(m_item, nullptr);
+    }
+    /// Chooses a site by what its row begins with.
+    void chooseSite(const QString& letters) {
+        DialogScript script;
+        script.expect("Weather Station", [&letters](QDialog& dialog) {
+            QTest::keyClicks(dialog.findChild<QListWidget*>(), letters);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        });
+        EXPECT_TRUE(m_item->command(kAllStations, 0));
+        finish();
     }
     void editAnimation(int frames, bool autoUpdate = false) {
         DialogScript script;
