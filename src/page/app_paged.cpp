@@ -54,9 +54,9 @@ void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, Q
     m_notice->setBackgroundRole(QPalette::ToolTipBase);
     m_notice->setForegroundRole(QPalette::ToolTipText);
     m_notice->setAutoFillBackground(true);
-    rows->addLasting(*m_notice);
+    rows->add(*m_notice, BottomRows::Stay::lasting);
     m_retryNotice = new ActionRow(QStringLiteral("Try again"), [this] { m_again(); });
-    rows->addLasting(*m_retryNotice);
+    rows->add(*m_retryNotice, BottomRows::Stay::lasting);
     m_undo = new Undo(*rows);
     Window::attach(window, &client);
 }
@@ -330,18 +330,10 @@ void CAppPaged::setRetryNotice(const QString& text, std::function<void()> again)
     }
 }
 
-ActionRow* CAppPaged::addRow(std::function<void()> pressed) {
+ActionRow* CAppPaged::addRow(BottomRows::Stay stay, std::function<void()> pressed) {
     auto* const row = m_rows ? new ActionRow({}, std::move(pressed)) : nullptr;
     if (row != nullptr) {
-        m_rows->add(*row);
-    }
-    return row;
-}
-
-ActionRow* CAppPaged::addLastingRow(std::function<void()> pressed) {
-    auto* const row = m_rows ? new ActionRow({}, std::move(pressed)) : nullptr;
-    if (row != nullptr) {
-        m_rows->addLasting(*row);
+        m_rows->add(*row, stay);
     }
     return row;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "persist/serializable.h"
+#include "window/bottom_rows.h"
 #include "window/undo.h"
 #include "window/window.h"
 
@@ -15,7 +16,6 @@ class QMenu;
 
 namespace raincast {
 
-class BottomRows;
 class CommandSet;
 class EmptyHint;
 class PageMenu;
@@ -102,9 +102,8 @@ public:
 
     /// Adds a line at the window's bottom, not shown at first; `pressed` is called when its button
     /// is. The caller deletes it, and keeps it in a QPointer: the window may take it along. Null
-    /// without a window. A page ends above a line that may stay for long.
-    [[nodiscard]] ActionRow* addRow(std::function<void()> pressed);
-    [[nodiscard]] ActionRow* addLastingRow(std::function<void()> pressed);
+    /// without a window. A page ends above a line that lasts.
+    [[nodiscard]] ActionRow* addRow(BottomRows::Stay stay, std::function<void()> pressed);
 
     /// Shows a text below whatever page is shown; an empty one takes it away. Needs the window.
     void setNotice(const QString& text);

@@ -11,11 +11,9 @@
 
 namespace raincast {
 
-namespace {
-
-constexpr int kTremble = 6; // in pixels
-
-} // namespace
+int fingerTremble() {
+    return ScreenMetrics::current().highResolution() ? 12 : 6;
+}
 
 Taps::Taps(std::function<void(QPoint)> single)
     : m_single(std::move(single)), m_interval(QtTimers().make([this] { m_single(m_tapped); })) {}
@@ -27,8 +25,7 @@ void Taps::pressed(QPoint place) {
 
 bool Taps::lifted(QPoint place) {
     const auto from = std::exchange(m_pressed, std::nullopt);
-    const int tremble = ScreenMetrics::current().highResolution() ? 2 * kTremble : kTremble;
-    return from && (place - *from).manhattanLength() <= tremble;
+    return from && (place - *from).manhattanLength() <= fingerTremble();
 }
 
 void Taps::awaitSecond(QPoint place) {

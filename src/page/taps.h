@@ -11,9 +11,12 @@
 
 namespace raincast {
 
+/// How far from where it is meant a finger may come down, and how far it trembles, in device
+/// pixels: 6, on a screen of high resolution twice as many.
+[[nodiscard]] int fingerTremble();
+
 /// Tells taps from drags, and single ones from the first half of a double press. Places are device
-/// pixels. A finger that trembles by up to 6 of them still taps, by twice as many on a screen of
-/// high resolution.
+/// pixels. A finger that trembles still taps.
 class Taps {
 public:
     /// `single` hears of a tap that no second press has followed.

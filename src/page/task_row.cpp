@@ -19,7 +19,7 @@ void TaskRow::say(const QString& text, const QString& action) {
     CAppPaged* const application =
         m_item.page() != nullptr ? m_item.page()->application() : nullptr;
     if (!m_row && application != nullptr) {
-        m_row = application->addLastingRow([this] {
+        m_row = application->addRow(BottomRows::Stay::lasting, [this] {
             m_row->hide();
             m_row->deleteLater();
             m_row = nullptr;

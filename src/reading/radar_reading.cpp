@@ -46,6 +46,25 @@ bool onImage(const RadarSight& sight, QPoint place) {
            pixel.column < reference.width() && pixel.row >= 0 && pixel.row < reference.height();
 }
 
+/// Writes a time beside a place of a way, unless it would lie over the one that was written last.
+/// Returns where the last one stands then.
+QRect drawTimeBeside(
+    QPainter& painter, QPoint place, QPoint way, const QString& time, const QRect& last
+) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int height = metrics.height();
+    const int aside = way.x() * way.y() > 0 ? -height : height;
+    const QPoint middle = place + QPoint(height / 2, aside * 3 / 4);
+    const QRect box(
+        middle - QPoint(0, height / 2), QSize(metrics.horizontalAdvance(time) + height / 2, height)
+    );
+    if (box.intersects(last)) {
+        return last;
+    }
+    drawMapLabel(painter, middle, time);
+    return box;
+}
+
 QString arrivalText(const QString& who, const StormTrack& track, GeoPosition place, FileTime now) {
     const auto passing = track.passing(place);
     if (!passing) {
@@ -264,23 +283,11 @@ void RadarReading::drawTrack(QPainter& painter, const RadarSight& sight) const {
         drawMapCross(painter, to);
         from = to;
     }
-    // The times stand beside the way, and none over another.
-    const QFontMetrics metrics = painter.fontMetrics();
     const QPoint way = from - sight.map.onPage(m_first.place);
-    const int aside = way.x() * way.y() > 0 ? -metrics.height() : metrics.height();
     QRect written;
     for (int step = 0; step <= steps; ++step) {
-        const QString text = clockText(timeOf(step));
-        const QPoint middle = sight.map.onPage(m_track->placeAt(timeOf(step))) +
-                              QPoint(metrics.height() / 2, aside * 3 / 4);
-        const QRect box(
-            middle - QPoint(0, metrics.height() / 2),
-            QSize(metrics.horizontalAdvance(text) + metrics.height() / 2, metrics.height())
-        );
-        if (!box.intersects(written)) {
-            drawMapLabel(painter, middle, text);
-            written = box;
-        }
+        const QPoint at = sight.map.onPage(m_track->placeAt(timeOf(step)));
+        written = drawTimeBeside(painter, at, way, clockText(timeOf(step)), written);
     }
     if (m_to) {
         drawMapCross(painter, sight.map.onPage(*m_to));

@@ -28,7 +28,10 @@ void SiteChangeLine::show(
     std::function<void()> back
 ) {
     delete m_row;
-    m_row = application == nullptr ? nullptr : application->addRow([this, back = std::move(back)] {
+    if (application == nullptr) {
+        return;
+    }
+    m_row = application->addRow(BottomRows::Stay::brief, [this, back = std::move(back)] {
         const auto goBack = back; // hiding ends what holds it
         hide();
         goBack();

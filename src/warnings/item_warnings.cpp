@@ -2,6 +2,7 @@
 #include "warnings/item_warnings.h"
 
 #include "page/page_display.h"
+#include "page/taps.h"
 #include "radar/radar_state.h"
 #include "warnings/warning_area.h"
 #include "warnings/warning_watch.h"
@@ -9,7 +10,6 @@
 #include "window/command_set.h"
 #include "window/commands.h"
 #include "window/message_box.h"
-#include "window/screen_metrics.h"
 
 #include <QChar>
 #include <QMenu>
@@ -27,9 +27,6 @@ struct WarningKey {
     int command;
 };
 constexpr WarningKey kKeys[] = {{u'W', kListWarnings}, {u'D', kDismissWarning}};
-
-/// How far beside a small outline a finger may come down, in pixels.
-constexpr int kNearby = 6;
 
 } // namespace
 
@@ -70,7 +67,7 @@ void ItemWarnings::prepareMenu(QMenu& menu) const {
 
 bool ItemWarnings::tapped(QPoint place) {
     List there = at(place);
-    const int near = kNearby * (ScreenMetrics::current().highResolution() ? 2 : 1);
+    const int near = fingerTremble(); // beside an outline that is small
     for (const QPoint beside :
          {QPoint(near, 0), QPoint(-near, 0), QPoint(0, near), QPoint(0, -near)}) {
         there = there.empty() ? at(place + beside) : std::move(there);

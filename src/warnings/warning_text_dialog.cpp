@@ -6,9 +6,7 @@
 #include "window/dialog_template.h"
 #include "window/screen_metrics.h"
 
-#include <QLabel>
 #include <QPlainTextEdit>
-#include <QScrollBar>
 #include <QScroller>
 
 #include <utility>

@@ -40,7 +40,7 @@ QColor inkOn(const QColor& ground) {
 }
 
 QString titleOf(const WarningText& warning) {
-    return onOneLine(warning.event);
+    return warning.event.simplified();
 }
 
 } // namespace
@@ -71,10 +71,6 @@ QString wholeText(const WarningText& warning, FileTime now) {
         }
     }
     return paragraphs.join(QStringLiteral("\n\n"));
-}
-
-QString onOneLine(const QString& text) {
-    return text.simplified();
 }
 
 int dangerOf(const WarningText& warning) {

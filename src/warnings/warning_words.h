@@ -24,9 +24,6 @@ enum class WarnedPlace { position, target };
 /// All that is known of a warning, in paragraphs of plain text.
 [[nodiscard]] QString wholeText(const WarningText& warning, FileTime now);
 
-/// A text of a provider's on one line.
-[[nodiscard]] QString onOneLine(const QString& text);
-
 /// The greater, the more dangerous; below all others for an event that no table knows.
 [[nodiscard]] int dangerOf(const WarningText& warning);
 

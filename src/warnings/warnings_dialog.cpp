@@ -45,8 +45,8 @@ bool WarningsDialog::onInitialise() {
     list().setVerticalScrollMode(QAbstractItemView::ScrollPerPixel); // a row may be high
     const FileTime now = Clock::current().now();
     for (const WarningText& warning : m_warnings) {
-        const QString event = onOneLine(warning.event);
-        const QString headline = onOneLine(warning.headline);
+        const QString event = warning.event.simplified();
+        const QString headline = warning.headline.simplified();
         const QString end = endText(warning.end, now);
         auto* const row = new QListWidgetItem(event, &list());
         row->setData(WarningRowDelegate::kEndRole, end);

@@ -15,15 +15,13 @@ BottomRows::BottomRows(QWidget& client) : QWidget(&client), m_rows(new QVBoxLayo
     hide();
 }
 
-void BottomRows::add(QWidget& row) {
+void BottomRows::add(QWidget& row, Stay stay) {
     row.hide();
     m_rows->addWidget(&row);
-}
-
-void BottomRows::addLasting(QWidget& row) {
-    std::erase_if(m_lasting, [](const QPointer<QWidget>& each) { return each.isNull(); });
-    m_lasting.emplace_back(&row);
-    add(row);
+    if (stay == Stay::lasting) {
+        std::erase_if(m_lasting, [](const QPointer<QWidget>& each) { return each.isNull(); });
+        m_lasting.emplace_back(&row);
+    }
 }
 
 // A row that is shown, hidden or changed asks for a new layout.

@@ -19,10 +19,10 @@ public:
     /// Becomes a child of the client area.
     explicit BottomRows(QWidget& client);
 
+    /// Nothing that the user needs should lie under a row that lasts.
+    enum class Stay { brief, lasting };
     /// Adds a row below the others. It becomes a child of this one, and is seen when it is shown.
-    void add(QWidget& row);
-    /// The same for one that may stay for long: nothing that the user needs should lie under it.
-    void addLasting(QWidget& row);
+    void add(QWidget& row, Stay stay = Stay::brief);
 
     /// The height of the lasting rows that are shown.
     [[nodiscard]] int lastingHeight() const { return m_lastingHeight; }

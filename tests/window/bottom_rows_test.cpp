@@ -74,7 +74,7 @@ TEST_F(BottomRowsTest, TheyStayOverWhatComesLater) {
 
 TEST_F(BottomRowsTest, SaysHowHighLastingRowsAre) {
     auto* const lasting = new QLabel("Lasting");
-    rows->addLasting(*lasting);
+    rows->add(*lasting, BottomRows::Stay::lasting);
     std::vector<int> heights;
     rows->onLastingHeight([&] { heights.push_back(rows->lastingHeight()); });
     one->show();
