@@ -19,7 +19,7 @@ bool showsMost(int page, int image, int zoom) {
 
 } // namespace
 
-ViewTransform fittedView(const PageRectangle& rectangle, const QSize& image) {
+ViewTransform fittedView(const PageRectangle& rectangle, const QSize& image, int coveredTop) {
     const int width = rectangle.right - rectangle.left;
     const int height = rectangle.bottom - rectangle.top;
     int zoom = ViewTransform::kLeastZoom;
@@ -28,7 +28,9 @@ ViewTransform fittedView(const PageRectangle& rectangle, const QSize& image) {
         ++zoom;
     }
     ViewTransform view(zoom, {});
-    view.placeOrigin(rectangle.centre(), {image.width() / 2, image.height() / 2});
+    PageRectangle seen = rectangle;
+    seen.top += coveredTop;
+    view.placeOrigin(seen.centre(), {image.width() / 2, image.height() / 2});
     return view;
 }
 

@@ -68,7 +68,7 @@ bool CItemMapView::Write(CSerialWriter& writer) const {
     }
     CRecordWriter record(writer);
     // What covers the page's upper part at present is not there after the next start.
-    record.bytes(viewToBytes(isFitted(area()) ? fitted(areaWithout(0, coveredBelow())) : m_view));
+    record.bytes(viewToBytes(isFitted(covered()) ? fitted(covered(0, coveredBelow())) : m_view));
     record.value(m_following);
     return record.end();
 }
@@ -90,10 +90,10 @@ void CItemMapView::draw(QPainter& painter) {
 
 void CItemMapView::setRectangle(const PageRectangle& newRectangle) {
     const ImagePixel pixel = m_view.toImage({rectangle().left, rectangle().top});
-    const bool wasFitted = isFitted(area());
+    const bool wasFitted = isFitted(covered());
     CItem::setRectangle(newRectangle);
     if (wasFitted) {
-        m_view = fitted(area());
+        m_view = fitted(covered());
         return;
     }
     place({newRectangle.left, newRectangle.top}, pixel);
@@ -293,20 +293,22 @@ void CItemMapView::fitImage() {
 
 void CItemMapView::showWholeImage() {
     if (!imageSize().isEmpty()) {
-        m_view = fitted(area());
+        m_view = fitted(covered());
         invalidate();
     }
 }
 
-ViewTransform CItemMapView::fitted(const QRect& area) const {
-    return fittedView({area.left(), area.top(), area.right() + 1, area.bottom() + 1}, imageSize());
+ViewTransform CItemMapView::fitted(const Covered& covered) const {
+    PageRectangle seen = rectangle();
+    seen.bottom -= covered.below;
+    return fittedView(seen, imageSize(), covered.above);
 }
 
-bool CItemMapView::isFitted(const QRect& area) const {
-    return !imageSize().isEmpty() && m_view == fitted(area);
+bool CItemMapView::isFitted(const Covered& covered) const {
+    return !imageSize().isEmpty() && m_view == fitted(covered);
 }
 
-void CItemMapView::areaChanged(const QRect& before) {
+void CItemMapView::coveredChanged(const Covered& before) {
     if (isFitted(before)) {
         showWholeImage();
     }
@@ -314,11 +316,11 @@ void CItemMapView::areaChanged(const QRect& before) {
 }
 
 void CItemMapView::coveredBelowChanged(int before) {
-    areaChanged(areaWithout(pageCoveredTop(), before));
+    coveredChanged(covered(pageCoveredTop(), before));
 }
 
 void CItemMapView::coveredTopChanged(int before) {
-    areaChanged(areaWithout(before, coveredBelow()));
+    coveredChanged(covered(before, coveredBelow()));
 }
 
 void CItemMapView::drawAs(const Look& look, QPainter& painter) {
@@ -347,7 +349,8 @@ void CItemMapView::geoReferenceChanged() {
 }
 
 QRect CItemMapView::area() const {
-    return areaWithout(pageCoveredTop(), coveredBelow());
+    const auto [above, below] = covered();
+    return rectangle().toRect().adjusted(0, above, 0, -below);
 }
 
 int CItemMapView::pageCoveredTop() const {
@@ -355,12 +358,11 @@ int CItemMapView::pageCoveredTop() const {
 }
 
 // The first is the page's, from its upper edge; the second is the item's own.
-QRect CItemMapView::areaWithout(int coveredTop, int coveredBelow) const {
+CItemMapView::Covered CItemMapView::covered(int pageTop, int below) const {
     const QRect whole = rectangle().toRect();
     const int height = std::max(whole.height(), 0);
-    const int below = std::clamp(coveredBelow, 0, height);
-    const int above = std::clamp(coveredTop - whole.top(), 0, height - below);
-    return whole.adjusted(0, above, 0, -below);
+    const int under = std::clamp(below, 0, height);
+    return {std::clamp(pageTop - whole.top(), 0, height - under), under};
 }
 
 QStringList CItemMapView::lines(const QFontMetrics& metrics) const {

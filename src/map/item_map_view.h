@@ -116,7 +116,7 @@ protected:
     /// Fits the image into what is seen of the item, if its size is known.
     void showWholeImage();
     /// Whether the view is that of fitImage().
-    [[nodiscard]] bool showsWholeImage() const { return isFitted(area()); }
+    [[nodiscard]] bool showsWholeImage() const { return isFitted(covered()); }
 
     [[nodiscard]] GeoReference& geoReference() { return m_geoReference; }
     [[nodiscard]] const GeoReference& geoReference() const { return m_geoReference; }
@@ -148,11 +148,17 @@ private:
     [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;
     void zoomBy(int step, PagePoint fixed);
     [[nodiscard]] bool imageInView() const;
-    [[nodiscard]] QRect areaWithout(int coveredTop, int coveredBelow) const;
+    /// Heights at the rectangle's edges.
+    struct Covered {
+        int above = 0;
+        int below = 0;
+    };
+    [[nodiscard]] Covered covered() const { return covered(pageCoveredTop(), coveredBelow()); }
+    [[nodiscard]] Covered covered(int pageTop, int below) const;
     [[nodiscard]] int pageCoveredTop() const;
-    [[nodiscard]] ViewTransform fitted(const QRect& area) const;
-    [[nodiscard]] bool isFitted(const QRect& area) const;
-    void areaChanged(const QRect& before);
+    [[nodiscard]] ViewTransform fitted(const Covered& covered) const;
+    [[nodiscard]] bool isFitted(const Covered& covered) const;
+    void coveredChanged(const Covered& before);
     void panBy(int dx, int dy);
     void place(PagePoint point, ImagePixel pixel);
     [[nodiscard]] PagePoint centre() const { return rectangle().centre(); }

@@ -42,6 +42,9 @@ TEST(FittedViewTest, WidthAndHeightBothCount) {
     EXPECT_EQ(fittedView({0, 0, 2000, 300}, kImage).zoom(), 1);
     EXPECT_EQ(fittedView({0, 0, 150, 2000}, kImage).zoom(), 2);
     EXPECT_EQ(fittedView({0, 0, 150, 2000}, {100, 550}).zoom(), 0);
+    const ViewTransform covered = fittedView({0, 0, 540, 495}, kImage, 40); // what just suffices
+    EXPECT_EQ(covered.zoom(), 0);
+    EXPECT_EQ(covered.toPage({300, 275}), (PagePoint{270, 267}));
 }
 
 } // namespace

@@ -243,7 +243,8 @@ TEST_F(ItemWeatherWarningsTest, TheFittedImageStandsBelowTheBar) {
     beAt(37.1, -121.9);
     const int bar = m_page->coveredTop();
     ASSERT_GT(bar, 0);
-    const ViewTransform below = fittedView({0, bar, 300, 280}, {600, 550});
+    const ViewTransform below = fittedView({0, 0, 300, 280}, {600, 550}, bar);
+    EXPECT_NE(below, without);
     EXPECT_EQ(m_item->view(), below) << "it follows when the bar comes";
     restart();
     EXPECT_EQ(m_item->view(), without) << "the next start has no bar yet";
