@@ -29,6 +29,25 @@ bool isOfThisMachine(const QByteArray& url) {
     return host == u"localhost" || host == u"::1" || host.startsWith(u"127.");
 }
 
+/// Whether a "Cache-Control", in small letters, says that a body may soon be another one: it must
+/// not be used unasked, or for less than an hour.
+bool isOfTheMoment(const QByteArray& cacheControl) {
+    constexpr qlonglong kSoon = 3600; // seconds
+    bool isOfTheMoment = false;
+    for (const QByteArray& word : cacheControl.split(',')) {
+        const QByteArray directive = word.trimmed();
+        if (directive == "immutable") {
+            return false;
+        }
+        bool isNumber = false;
+        const qlonglong age =
+            directive.startsWith("max-age=") ? directive.sliced(8).toLongLong(&isNumber) : 0;
+        isOfTheMoment = isOfTheMoment || directive.startsWith("no-cache") ||
+                        (isNumber && age >= 0 && age < kSoon);
+    }
+    return isOfTheMoment;
+}
+
 /// The value of a header's line if it is the header of that name, which ends in ":".
 std::optional<QByteArrayView> valueOf(QByteArrayView line, QByteArrayView name) {
     const bool isOne = line.size() >= name.size() &&
@@ -138,7 +157,7 @@ void HttpRequest::noteHeader(QByteArrayView line) {
     } else if (const auto tag = valueOf(line, "etag:")) {
         m_tag = tag->size() <= kMostTagBytes ? tag->toByteArray() : QByteArray();
     } else if (const auto control = valueOf(line, "cache-control:")) {
-        m_mayChange = control->toByteArray().toLower().contains("no-cache");
+        m_cacheControl += ',' + control->toByteArray().toLower();
     }
 }
 
@@ -218,7 +237,7 @@ HttpResponse HttpRequest::end(CURLcode result) {
     response.timedOut = m_timeout != nullptr || result == CURLE_OPERATION_TIMEDOUT;
     response.failure = failure(result);
     response.source = m_source;
-    response.tag = m_mayChange ? m_tag : QByteArray();
+    response.tag = isOfTheMoment(m_cacheControl) ? m_tag : QByteArray();
     response.unchanged = response.status == kUnchangedStatus && !m_order.knownTag.isEmpty();
     response.whole = m_headersComplete && !m_enough && result == CURLE_OK && m_timeout == nullptr;
     const bool file = m_order.body == DownloadOrder::Body::file;

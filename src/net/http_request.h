@@ -81,7 +81,7 @@ private:
     bool m_headersComplete = false;
     QByteArray m_source;             ///< of the header "Raincast-Source"
     QByteArray m_tag;                ///< of the header "ETag"
-    bool m_mayChange = false;        ///< by the header "Cache-Control"
+    QByteArray m_cacheControl;       ///< all headers "Cache-Control", between commas
     const char* m_timeout = nullptr; ///< the limit of time that ended it, in words
     int m_status = 0;
     qint64 m_headerBytes = 0;

@@ -30,8 +30,8 @@ struct HttpResponse {
     /// What a radar image server says about its source of frames: the header "Raincast-Source";
     /// empty without one.
     QByteArray source;
-    /// The tag of a body that the server wants to be asked for again before each use: its "ETag"
-    /// beside a "Cache-Control" of "no-cache". Empty for any other body.
+    /// The tag of a body that may soon be another one: its "ETag" beside a "Cache-Control" of
+    /// "no-cache", or of a "max-age" below an hour without "immutable". Empty for any other body.
     QByteArray tag;
     /// The bytes that are there already, whose tag was sent, are still the server's.
     bool unchanged = false;

@@ -27,7 +27,9 @@
 namespace raincast {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::SizeIs;
 
 const QString kUpdating = QStringLiteral("Updating radar image...\n");
 const QString kNoServer = QStringLiteral("Could not access server.\n");
@@ -310,13 +312,34 @@ TEST_F(NewestFrameTest, TheTagOutlivesTheProgram) {
 }
 
 TEST_F(NewestFrameTest, IsNotAskedForAgainWhereTheServerDoesNotSayThatItMayChange) {
-    for (const char* control : {"max-age=86400", ""}) {
+    const char* const controls[] = {
+        "max-age=86400",
+        "",
+        "public, max-age=31536000, immutable",
+        "max-age=30, immutable",
+        "s-maxage=30",
+        "max-age=3600",
+        "max-age=",
+        "max-age=-1",
+        "max-age=30x",
+    };
+    for (const char* control : controls) {
         QDir(m_state.cacheFolder).removeRecursively();
         tag(frameGif(), "\"one\"", control);
         EXPECT_TRUE(update());
         EXPECT_TRUE(update());
     }
-    EXPECT_THAT(tagsSent(), ElementsAre("", ""));
+    EXPECT_THAT(tagsSent(), ::testing::AllOf(SizeIs(std::size(controls)), Each("")));
+}
+
+TEST_F(NewestFrameTest, IsAskedForAgainWhereItMayBeKeptForAMomentOnly) {
+    for (const char* control : {"max-age=30", "public, MAX-AGE=0", "max-age=3599, public"}) {
+        QDir(m_state.cacheFolder).removeRecursively();
+        tag(frameGif(), "\"one\"", control);
+        EXPECT_TRUE(update());
+        EXPECT_TRUE(update());
+    }
+    EXPECT_THAT(tagsSent(), ElementsAre("", "\"one\"", "", "\"one\"", "", "\"one\""));
 }
 
 TEST_F(NewestFrameTest, AFileThatIsNoLongerTheTagsIsNotTakenForIt) {
