@@ -212,12 +212,25 @@ std::vector<LiveFeed*> LiveSeries::keptBy(FileTime minute) {
     return result;
 }
 
+// Whether bytes of a better source may take the place of those of this one.
+bool LiveSeries::isSecondBest(const LiveFeed& kept, FileTime minute) {
+    for (const LiveFeed* const feed : m_feeds.feedsOf(radar(), m_product)) {
+        if (feed == &kept) {
+            break;
+        }
+        if (feed->has(minute)) {
+            return true;
+        }
+    }
+    return &kept.provider() != m_feeds.providers().front();
+}
+
 FrameStamp LiveSeries::stamp(FileTime minute) {
     const auto kept = keptBy(minute);
     const auto all = minutes();
     FrameStamp stamp;
-    stamp.mayChange =
-        kept.empty() || kept.front()->mayChange(minute) || (!all.empty() && all.back() == minute);
+    stamp.mayChange = kept.empty() || kept.front()->mayChange(minute) ||
+                      isSecondBest(*kept.front(), minute) || (!all.empty() && all.back() == minute);
     if (!kept.empty()) {
         const auto object = kept.front()->kept(minute);
         stamp.version =

@@ -55,6 +55,7 @@ private:
         FileTime retryAt = 0; ///< unless it is fresh
     };
 
+    [[nodiscard]] bool isSecondBest(const LiveFeed& kept, FileTime minute);
     bool pursue(Provider& provider, Choice& choice, FileTime since);
     [[nodiscard]] LiveFeed& chosen(Provider& provider, const Choice& choice);
     [[nodiscard]] std::size_t freshest(Provider& provider);

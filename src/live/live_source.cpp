@@ -14,6 +14,7 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 
 namespace raincast {
@@ -93,6 +94,7 @@ public:
     std::optional<QByteArray> frame(std::string_view site, Product product, FileTime minute);
     FrameStamp stamp(std::string_view site, Product product, FileTime minute);
     SourceState state(std::string_view site, Product product);
+    [[nodiscard]] SourceCounts counts() const { return {m_read, m_failed}; }
 
 private:
     /// Somebody who waits for a listing, for a frame, or (without a series) for warnings.
@@ -113,6 +115,8 @@ private:
     void lose(const LiveObject& object, LiveFeed::Loss loss);
 
     ServerLog m_log;
+    std::atomic<std::uint64_t> m_read = 0;
+    std::atomic<std::uint64_t> m_failed = 0;
     std::function<void()> m_wake;
     std::mutex m_mutex; ///< of what follows, but for the store, which has its own
     PoliteFetcher m_polite;
@@ -302,8 +306,9 @@ std::optional<PolarScan> LiveSource::Engine::scanOf(const LiveObject& object, Pr
             problem = QStringLiteral("it is no %1").arg(textOf(codeOf(product)));
         }
     }
+    ++(problem.isEmpty() ? m_read : m_failed);
     if (!problem.isEmpty()) {
-        m_log(
+        m_log.warn(
             QString::fromStdString(keyOf(object.name, object.time)) + QStringLiteral(": ") + problem
         );
         lose(object, LiveFeed::Loss::useless);
@@ -365,11 +370,13 @@ void LiveSource::Engine::logChanges() {
         const HostHealth& health = provider->health();
         const bool isDown = health.failures >= PoliteFetcher::kFailuresToRest;
         if (std::exchange(m_isDown[provider], isDown) != isDown) {
-            m_log(
-                isDown ? QStringLiteral("%1 does not answer: %2.")
-                             .arg(provider->host(), health.problem)
-                       : QStringLiteral("%1 answers again.").arg(provider->host())
-            );
+            if (isDown) {
+                m_log.warn(
+                    QStringLiteral("%1 does not answer: %2.").arg(provider->host(), health.problem)
+                );
+            } else {
+                m_log(QStringLiteral("%1 answers again.").arg(provider->host()));
+            }
         }
     }
     bool hasNetwork = true;
@@ -386,14 +393,14 @@ void LiveSource::Engine::logChanges() {
         if (state == SourceState::noProduct) {
             m_log(what + QStringLiteral(": this radar makes no such product."));
         } else if (state == SourceState::radarDown) {
-            m_log(
+            m_log.warn(
                 what + QStringLiteral(": the radar itself is down; its newest volume is of %1.")
                            .arg(textOf(m_feeds.newestOf(series.radar())))
             );
         }
     }
     if (std::exchange(m_hasNetwork, hasNetwork) && !hasNetwork) {
-        m_log(QStringLiteral("This machine has no network."));
+        m_log.warn(QStringLiteral("This machine has no network."));
     }
 }
 
@@ -477,6 +484,10 @@ FrameStamp LiveSource::stamp(std::string_view site, Product product, FileTime ti
 
 SourceState LiveSource::state(std::string_view site, Product product) const {
     return m_engine->state(site, product);
+}
+
+std::optional<SourceCounts> LiveSource::counts() const {
+    return m_engine->counts();
 }
 
 const AntennaPosition* LiveSource::antenna(std::string_view site) const {

@@ -91,6 +91,7 @@ public:
     [[nodiscard]] FrameStamp
     stamp(std::string_view site, Product product, FileTime time) const override;
     [[nodiscard]] SourceState state(std::string_view site, Product product) const override;
+    [[nodiscard]] std::optional<SourceCounts> counts() const override;
     [[nodiscard]] const AntennaPosition* antenna(std::string_view site) const override;
     [[nodiscard]] WeatherWarnings
     warnings(std::string_view site, Range range, FileTime time) const override;

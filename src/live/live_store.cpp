@@ -104,7 +104,7 @@ void LiveStore::keep(const LiveObject& object) {
     const std::lock_guard lock(m_mutex);
     m_latest.insert(file, new QByteArray(object.body), object.body.size());
     if (!written && !m_cannotWrite) {
-        m_log(QStringLiteral("Cannot write to %1: %2.").arg(m_folder, written.error()));
+        m_log.error(QStringLiteral("Cannot write to %1: %2.").arg(m_folder, written.error()));
     }
     m_cannotWrite = !written;
 }

@@ -11,6 +11,7 @@
 #include <malloc.h>
 
 #include <iostream>
+#include <sstream>
 
 namespace {
 
@@ -20,7 +21,7 @@ void printGraveMessages(
     QtMsgType type, const QMessageLogContext& /*context*/, const QString& text
 ) {
     if (type == QtCriticalMsg || type == QtFatalMsg) {
-        std::cerr << text.toStdString() << '\n';
+        std::cerr << forStandardError(type, text.toUtf8() + '\n').toStdString();
     }
 }
 
@@ -54,7 +55,11 @@ int main(int argc, char** argv) {
     logToStandardError();
     const auto wanted = readArguments(argc, argv);
     if (!wanted) {
-        return printAnswer(wanted.error(), std::cout, std::cerr);
+        std::ostringstream errors;
+        const int status = printAnswer(wanted.error(), std::cout, errors);
+        std::cerr << forStandardError(QtCriticalMsg, QByteArray::fromStdString(errors.str()))
+                         .toStdString();
+        return status;
     }
     if (const auto* const options = std::get_if<RenderOptions>(&*wanted)) {
         return render(*options);

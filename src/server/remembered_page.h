@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
+#include "tree/tree_body.h"
 
 #include <chrono>
 #include <functional>
@@ -18,7 +18,7 @@ public:
 
     explicit RememberedPage(std::function<QByteArray()> make) : m_make(std::move(make)) {}
 
-    [[nodiscard]] QByteArray get(Time now = std::chrono::steady_clock::now()) {
+    [[nodiscard]] TreeBody get(Time now = std::chrono::steady_clock::now()) {
         const std::lock_guard lock(m_mutex);
         if (!m_made || now - *m_made >= std::chrono::seconds(1)) {
             m_page = m_make();
@@ -31,7 +31,7 @@ private:
     std::function<QByteArray()> m_make;
     std::mutex m_mutex;
     std::optional<Time> m_made;
-    QByteArray m_page;
+    TreeBody m_page;
 };
 
 } // namespace raincast

@@ -7,7 +7,8 @@
 #include "sample/sample_weather.h"
 #include "server/home_page.h"
 #include "server/level3_watch.h"
-#include "server/status_page.h"
+#include "server/metrics_page.h"
+#include "server/readiness.h"
 #include "server/tree_server.h"
 #include "tree/level3_folder.h"
 
@@ -22,6 +23,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kPublish = 30s;
+constexpr auto kPlainText = "text/plain; charset=utf-8";
 
 QString cacheFolder(const ServeOptions& options) {
     return options.cacheFolder.isEmpty()
@@ -70,11 +72,25 @@ RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
       m_publisher(
           m_tree, options.publishFolder, options.publishSites, m_maps.files().stamp(), m_log
       ),
-      m_status([this] { return statusOfNow(); }) {
+      m_status([this] { return statusPage(statusOfNow(), *m_frames, m_maps); }) {
     logMissingData();
-    const QByteArray home = homePage(m_maps, m_options.source, m_options.live.replay);
-    m_tree.addPage("/", "text/html; charset=utf-8", [home] { return home; });
-    m_tree.addPage("/status", "application/json", [this] { return m_status.get(); });
+    addPages();
+}
+
+void RunningServer::addPages() {
+    const TreeBody home = homePage(m_maps, m_options.source, m_options.live.replay);
+    m_tree.addPage("/", [home] { return TreeAnswer{.body = home, .keeping = Keeping::askAgain}; });
+    m_tree.addPage("/status", [this] {
+        return TreeAnswer{m_status.get(), "application/json", Keeping::askAgain};
+    });
+    m_tree.addPage("/metrics", [this] {
+        return TreeAnswer{
+            metricsOfNow(), "text/plain; version=0.0.4; charset=utf-8", Keeping::never};
+    });
+    m_tree.addPage("/health/live", [] {
+        return TreeAnswer{QByteArray("It runs.\n"), kPlainText, Keeping::never};
+    });
+    m_tree.addPage("/health/ready", [this] { return readinessOfNow(); });
 }
 
 RunningServer::~RunningServer() {
@@ -86,11 +102,11 @@ RunningServer::~RunningServer() {
 
 void RunningServer::logMissingData() const {
     for (const QString& line : m_maps.files().missing()) {
-        m_log(line);
+        m_log.warn(line);
     }
     if (!m_options.roadsFile.isEmpty() && !m_maps.hasRoads()) {
-        m_log(QStringLiteral("The highways layer is empty: %1 has no lines that can be read.")
-                  .arg(m_options.roadsFile));
+        m_log.warn(QStringLiteral("The highways layer is empty: %1 has no lines that can be read.")
+                       .arg(m_options.roadsFile));
     }
 }
 
@@ -171,7 +187,7 @@ std::unique_ptr<FrameSource> RunningServer::makeLive() {
     return live;
 }
 
-QByteArray RunningServer::statusOfNow() const {
+ServerStatus RunningServer::statusOfNow() const {
     ServerStatus status;
     status.source = m_options.source;
     status.started = m_started;
@@ -183,7 +199,28 @@ QByteArray RunningServer::statusOfNow() const {
         status.live = m_live->status();
         status.replay = m_time.replay();
     }
-    return statusPage(status, *m_frames, m_maps);
+    status.isSourceReady = m_frames->isReady();
+    status.isEnding = m_isEnding;
+    return status;
+}
+
+QByteArray RunningServer::metricsOfNow() const {
+    ServerMeasures measures;
+    measures.requests = m_server ? &m_server->requests() : nullptr;
+    measures.tree = m_tree.counts();
+    measures.products = m_frames->counts();
+    if (!m_options.publishFolder.isEmpty()) {
+        measures.published = m_publisher.counts();
+    }
+    return metricsPage(statusOfNow(), measures, Clock::current().now());
+}
+
+TreeAnswer RunningServer::readinessOfNow() const {
+    const std::string_view reason = whyNotReady(statusOfNow(), Clock::current().now());
+    const std::string text = reason.empty() ? "Ready.\n" : std::string(reason) + '\n';
+    TreeAnswer answer{QByteArray::fromStdString(text), kPlainText, Keeping::never};
+    answer.status = reason.empty() ? 200 : 503;
+    return answer;
 }
 
 } // namespace raincast

@@ -5,11 +5,13 @@
 #include "maps/map_data.h"
 #include "server/remembered_page.h"
 #include "server/server_options.h"
+#include "server/status_page.h"
 #include "tree/image_tree.h"
 #include "tree/layer_store.h"
 #include "tree/publisher.h"
 #include "tree/server_log.h"
 
+#include <atomic>
 #include <memory>
 
 namespace raincast {
@@ -36,6 +38,9 @@ public:
     /// Publishes the tree; false when a file could not be written.
     [[nodiscard]] bool publishOnce();
 
+    /// From now on says that it should not be asked any more.
+    void prepareToEnd() { m_isEnding = true; }
+
     /// From now on watches the folder of products and publishes. Needs an event loop.
     void work();
 
@@ -46,7 +51,10 @@ private:
     std::unique_ptr<FrameSource> makeFrames();
     std::unique_ptr<FrameSource> makeLive();
     void logMissingData() const;
-    [[nodiscard]] QByteArray statusOfNow() const;
+    void addPages();
+    [[nodiscard]] ServerStatus statusOfNow() const;
+    [[nodiscard]] QByteArray metricsOfNow() const;
+    [[nodiscard]] TreeAnswer readinessOfNow() const;
 
     /// The weather's clock, for as long as it lives.
     class WeatherTime {
@@ -76,6 +84,7 @@ private:
     ImageTree m_tree;
     Publisher m_publisher;
     RememberedPage m_status;
+    std::atomic<bool> m_isEnding = false;
     std::unique_ptr<TreeServer> m_server;
     std::unique_ptr<Level3Watch> m_watch;
     std::unique_ptr<PeriodicTask> m_publishing;

@@ -15,8 +15,18 @@ namespace raincast {
 
 namespace {
 
-void log(const QString& line) {
-    qCInfo(serverLog, "%s", qUtf8Printable(line));
+void log(LogLevel level, const QString& line) {
+    switch (level) {
+    case LogLevel::info:
+        qCInfo(serverLog, "%s", qUtf8Printable(line));
+        break;
+    case LogLevel::warning:
+        qCWarning(serverLog, "%s", qUtf8Printable(line));
+        break;
+    case LogLevel::error:
+        qCCritical(serverLog, "%s", qUtf8Printable(line));
+        break;
+    }
 }
 
 ServerExit failed(const QString& text) {
@@ -57,7 +67,10 @@ ServerExit runServer(const ServeOptions& options, EndSignals& signals, std::ostr
     }
     server.work();
     out << server.readyLine().toStdString() << std::endl;
-    signals.onEnd([] { QCoreApplication::quit(); });
+    signals.onEnd([&server] {
+        server.prepareToEnd();
+        QCoreApplication::quit();
+    });
     QCoreApplication::exec();
     signals.onEnd({});
     return ServerExit::good;

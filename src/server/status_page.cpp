@@ -60,12 +60,6 @@ QJsonObject mapData(const MapDataFiles& files) {
     };
 }
 
-QString wordOf(SourceKind kind) {
-    return kind == SourceKind::sample   ? QStringLiteral("sample")
-           : kind == SourceKind::level3 ? QStringLiteral("level3")
-                                        : QStringLiteral("live");
-}
-
 QJsonValue timeOf(FileTime time) {
     return time == 0 ? QJsonValue() : textOf(time);
 }
@@ -108,6 +102,12 @@ QJsonObject wantedOf(const LiveStatus& live, FileTime now) {
 }
 
 } // namespace
+
+QString wordOf(SourceKind kind) {
+    return kind == SourceKind::sample   ? QStringLiteral("sample")
+           : kind == SourceKind::level3 ? QStringLiteral("level3")
+                                        : QStringLiteral("live");
+}
 
 QByteArray statusPage(const ServerStatus& status, const FrameSource& frames, const MapData& maps) {
     const FileTime now = Clock::current().now();

@@ -24,7 +24,12 @@ struct ServerStatus {
     qsizetype bytesInMemory = 0;
     std::optional<LiveStatus> live{}; ///< of live weather
     std::optional<ReplayClock> replay{};
+    bool isSourceReady = true; ///< see FrameSource::isReady()
+    bool isEnding = false;
 };
+
+/// "sample", "level3", "live"
+[[nodiscard]] QString wordOf(SourceKind kind);
 
 /// The status as JSON: the source, the map data, the numbers of requests and each site's newest
 /// frame; of live weather also the providers, what is wanted, and whether any can be reached; of a

@@ -1,20 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/web_server.h"
+#include "http/web_server.h"
+#include "server/request_counts.h"
 #include "tree/tree_answer.h"
 
 #include <QString>
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string_view>
 
 namespace raincast {
 
 /// The image tree over HTTP: GET and HEAD of its paths. Other methods get status 405, other paths
-/// 404. A file that may change, and every listing, has a tag for If-None-Match.
+/// 404. Whatever a client may keep has a tag for If-None-Match. Texts come in gzip's form to those
+/// who take it.
 class TreeServer {
 public:
     using Limits = WebServer::Limits;
@@ -36,13 +38,14 @@ public:
 
     /// So far. For any thread.
     [[nodiscard]] Counts counts() const;
+    [[nodiscard]] const RequestCounts& requests() const { return *m_counts; }
 
 private:
     void respond(const HttpRequest& request, const HttpReply& reply);
 
     Ask m_ask;
     /// Shared with answers that may come when the server has gone.
-    std::shared_ptr<std::atomic<std::uint64_t>> m_notFound;
+    std::shared_ptr<RequestCounts> m_counts;
     WebServer m_server;
 };
 

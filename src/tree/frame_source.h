@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -30,6 +31,12 @@ struct FrameStamp {
     bool mayChange = false; ///< other bytes may come
 
     friend bool operator==(const FrameStamp&, const FrameStamp&) = default;
+};
+
+/// The products that a source has read so far.
+struct SourceCounts {
+    std::uint64_t read = 0;
+    std::uint64_t failed = 0; ///< they could not be decoded
 };
 
 /// Where the tree's pictures come from. Sites are named by their three letters. All pictures are
@@ -72,6 +79,12 @@ public:
     [[nodiscard]] virtual SourceState state(std::string_view /*site*/, Product /*product*/) const {
         return SourceState::ok;
     }
+
+    /// False while it is not known yet which frames there are.
+    [[nodiscard]] virtual bool isReady() const { return true; }
+
+    /// Nothing where the source reads no products.
+    [[nodiscard]] virtual std::optional<SourceCounts> counts() const { return std::nullopt; }
 
     /// The antenna that is in the middle of a site's pictures; null for an unknown site.
     [[nodiscard]] virtual const AntennaPosition* antenna(std::string_view site) const {

@@ -10,13 +10,12 @@
 #include "tree/warnings_painter.h"
 #include "tree/warnings_text.h"
 
+#include <chrono>
 #include <future>
 
 namespace raincast {
 
 namespace {
-
-constexpr int kDay = 24 * 60 * 60;
 
 const char* typeOf(std::string_view path) {
     return path.ends_with(".gif")    ? "image/gif"
@@ -32,6 +31,26 @@ FileTime thisMinute() {
 
 bool isOfWarnings(const TreeItem& item) {
     return item.kind == TreeItem::Kind::warnings || item.kind == TreeItem::Kind::warningTexts;
+}
+
+std::vector<std::string> namesOf(const FrameFolder& folder, const std::vector<FileTime>& times) {
+    std::vector<std::string> names;
+    names.reserve(times.size());
+    for (const FileTime time : times) {
+        names.push_back(frameName(folder, time));
+    }
+    return names;
+}
+
+QByteArray bytesOf(std::string_view text) {
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
+
+/// Tells these times from all others.
+QByteArray bytesOf(const std::vector<FileTime>& times) {
+    return {
+        reinterpret_cast<const char*>(times.data()),
+        static_cast<qsizetype>(times.size() * sizeof(FileTime))};
 }
 
 /// Calls `prepare` with something to be called, and waits until it is.
@@ -50,7 +69,7 @@ ImageTree::ImageTree(const FrameSource& frames, const LayerStore& layers)
 
 void ImageTree::ask(std::string_view path, TreeAsker asker) const {
     if (const auto page = m_pages.find(path); page != m_pages.end()) {
-        return asker.tell(TreeAnswer{page->second.make(), page->second.type, 0});
+        return asker.tell(page->second());
     }
     if (path.ends_with('/')) {
         return askForFolder(path, std::move(asker));
@@ -78,28 +97,31 @@ void ImageTree::prepare(const TreeItem& item, std::function<void()> ready) const
 void ImageTree::askForItem(const std::string& path, const TreeItem& item, TreeAsker asker) const {
     // Warnings change from minute to minute, and some frames do.
     QByteArray key = QByteArray::fromStdString(path);
-    bool isFinal = !isOfWarnings(item);
-    if (!isFinal) {
+    Keeping keeping = Keeping::aDay;
+    if (isOfWarnings(item)) {
         key += '@' + QByteArray::number(qlonglong(thisMinute()));
+        keeping = Keeping::aMoment;
     } else if (item.kind == TreeItem::Kind::frame) {
         const FrameStamp stamp = m_frames.stamp(item.site, item.product, item.time);
         key += '@' + stamp.version;
-        isFinal = !stamp.mayChange;
+        keeping = stamp.mayChange || isNewest(item) ? Keeping::aMoment : Keeping::forGood;
     }
     const char* const type = typeOf(path);
-    const int maxAge = isFinal ? kDay : 0;
-    if (const auto kept = m_cache.find(key)) {
-        return asker.tell(TreeAnswer{*kept, type, maxAge});
+    if (const auto body = kept(key)) {
+        return asker.tell(TreeAnswer{*body, type, keeping});
     }
-    const auto tell = [=, tell = std::move(asker.tell)](const std::optional<QByteArray>& made) {
-        tell(made ? std::optional(TreeAnswer{*made, type, maxAge}) : std::nullopt);
+    const auto tell = [=, tell = std::move(asker.tell)](const PictureMakers::Picture& made) {
+        tell(made ? std::optional(TreeAnswer{*made, type, keeping}) : std::nullopt);
     };
-    const auto makeAndKeep = [this, key, item] {
+    const auto makeAndKeep = [this, key, item]() -> PictureMakers::Picture {
         const auto made = make(item);
-        if (made) {
-            m_cache.insert(key, *made);
+        if (!made) {
+            return std::nullopt;
         }
-        return made;
+        TreeBody body(*made);
+        static_cast<void>(body.tag()); // here, not in the thread that answers
+        m_cache.insert(key, body);
+        return body;
     };
     m_makers.make(key, makeAndKeep, {tell, std::move(asker.isWaiting)});
 }
@@ -112,9 +134,39 @@ std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
     return found->get_future().get();
 }
 
+std::optional<TreeBody> ImageTree::kept(const QByteArray& key) const {
+    const auto body = m_cache.find(key);
+    ++m_sought;
+    m_found += body ? 1 : 0;
+    return body;
+}
+
 std::optional<QByteArray> ImageTree::make(const TreeItem& item) const {
-    return item.kind == TreeItem::Kind::frame ? m_frames.frame(item.site, item.product, item.time)
-                                              : makeOfSite(item);
+    const auto begin = std::chrono::steady_clock::now();
+    auto made = item.kind == TreeItem::Kind::frame
+                    ? m_frames.frame(item.site, item.product, item.time)
+                    : makeOfSite(item);
+    Meter& meter = meterOf(item);
+    ++meter.pictures;
+    meter.microseconds += std::chrono::duration_cast<std::chrono::microseconds>(
+                              std::chrono::steady_clock::now() - begin
+    )
+                              .count();
+    return made;
+}
+
+ImageTree::Meter& ImageTree::meterOf(const TreeItem& item) const {
+    return item.kind == TreeItem::Kind::frame ? m_frameMeter
+           : isOfWarnings(item)               ? m_warningsMeter
+                                              : m_layerMeter;
+}
+
+ImageTree::Counts::Made ImageTree::Meter::count() const {
+    return {pictures, static_cast<double>(microseconds) / 1e6};
+}
+
+ImageTree::Counts ImageTree::counts() const {
+    return {m_frameMeter.count(), m_warningsMeter.count(), m_layerMeter.count(), m_found, m_sought};
 }
 
 // What lies round a site's antenna.
@@ -141,21 +193,40 @@ std::optional<QByteArray> ImageTree::makeOfSite(const TreeItem& item) const {
 void ImageTree::askForFolder(std::string_view path, TreeAsker asker) const {
     if (const auto folder = findFrameFolder(path)) {
         const auto tell = [this, folder = *folder, asker = std::move(asker)] {
-            TreeAnswer answer{listingPage(pathOf(folder), namesOf(folder))};
+            const auto times = timesOf(folder);
+            const std::string at = pathOf(folder);
+            TreeAnswer answer{listing(at, bytesOf(times), [&] { return namesOf(folder, times); })};
             answer.source = wordOf(m_frames.state(folder.site, folder.product));
             asker.tell(answer);
         };
         return m_frames.prepareTimes(folder->site, folder->product, tell);
     }
-    const auto names = namesInFolder(path);
-    asker.tell(names.empty() ? std::nullopt : std::optional(TreeAnswer{listingPage(path, names)}));
+    auto names = namesInFolder(path);
+    if (names.empty()) {
+        return asker.tell(std::nullopt);
+    }
+    asker.tell(TreeAnswer{listing(path, {}, [&] { return std::move(names); })});
+}
+
+// What is listed does not change while the key is the same.
+TreeBody ImageTree::listing(
+    std::string_view path, const QByteArray& key,
+    const std::function<std::vector<std::string>()>& names
+) const {
+    const QByteArray whole = bytesOf(path) + key;
+    if (const auto body = kept(whole)) {
+        return *body;
+    }
+    const TreeBody body(listingPage(path, names()));
+    m_cache.insert(whole, body);
+    return body;
 }
 
 std::vector<std::string> ImageTree::framesIn(const FrameFolder& folder) const {
     waitFor([&](std::function<void()> ready) {
         m_frames.prepareTimes(folder.site, folder.product, std::move(ready));
     });
-    return namesOf(folder);
+    return namesOf(folder, timesOf(folder));
 }
 
 bool ImageTree::mayChange(std::string_view path) const {
@@ -164,17 +235,28 @@ bool ImageTree::mayChange(std::string_view path) const {
            m_frames.stamp(item->site, item->product, item->time).mayChange;
 }
 
-std::vector<std::string> ImageTree::namesOf(const FrameFolder& folder) const {
-    std::vector<std::string> names;
-    for (const FileTime time :
-         m_frames.frameTimes(folder.site, folder.product, Clock::current().now())) {
-        names.push_back(frameName(folder, time));
-    }
-    return names;
+bool ImageTree::isNewest(std::string_view path) const {
+    const auto item = findTreeItem(path);
+    return item && item->kind == TreeItem::Kind::frame && isNewest(*item);
+}
+
+bool ImageTree::isNewest(const TreeItem& item) const {
+    const auto times = timesOf({item.site, item.product});
+    return times.empty() || item.time >= times.back();
+}
+
+std::vector<FileTime> ImageTree::timesOf(const FrameFolder& folder) const {
+    return m_frames.frameTimes(folder.site, folder.product, Clock::current().now());
+}
+
+void ImageTree::addPage(std::string path, MakePage page) {
+    m_pages.insert_or_assign(std::move(path), std::move(page));
 }
 
 void ImageTree::addPage(std::string path, const char* type, std::function<QByteArray()> page) {
-    m_pages.insert_or_assign(std::move(path), Page{type, std::move(page)});
+    addPage(std::move(path), [type, page = std::move(page)] {
+        return TreeAnswer{page(), type, Keeping::askAgain};
+    });
 }
 
 } // namespace raincast

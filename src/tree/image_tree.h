@@ -6,6 +6,8 @@
 #include "tree/picture_makers.h"
 #include "tree/tree_answer.h"
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -35,25 +37,56 @@ public:
     /// The names of a folder of frames, oldest first. Waits until the source is ready.
     [[nodiscard]] std::vector<std::string> framesIn(const FrameFolder& folder) const;
 
-    /// Whether the file at a path may have other bytes later.
+    /// Whether the frame at a path may have other bytes later.
     [[nodiscard]] bool mayChange(std::string_view path) const;
+
+    /// Whether there is no later frame than the one at a path. Its source may be done with it; for
+    /// others it is not final before a later one is listed.
+    [[nodiscard]] bool isNewest(std::string_view path) const;
 
     /// Adds a page beside the tree, "/status" for example. `page` is called at each request, so it
     /// must be quick.
+    using MakePage = std::function<TreeAnswer()>;
+    void addPage(std::string path, MakePage page);
+    /// The same for bytes that need not be sent again while they are the same.
     void addPage(std::string path, const char* type, std::function<QByteArray()> page);
+
+    /// What was done so far.
+    struct Counts {
+        struct Made {
+            std::uint64_t pictures = 0;
+            double seconds = 0; ///< in all threads together
+        };
+        Made frames{};
+        Made warnings{};          ///< pictures and texts
+        Made layers{};            ///< and world files
+        std::uint64_t kept = 0;   ///< answers that were in memory
+        std::uint64_t sought = 0; ///< answers that could have been
+    };
+    [[nodiscard]] Counts counts() const;
 
     /// Bytes of the pictures kept in memory, and the most there may be.
     [[nodiscard]] qsizetype bytesInMemory() const { return m_cache.bytes(); }
     static constexpr qsizetype kMostBytesInMemory = 12 * 1024 * 1024;
 
 private:
-    struct Page {
-        const char* type;
-        std::function<QByteArray()> make;
+    /// Counts what is made.
+    struct Meter {
+        std::atomic<std::uint64_t> pictures = 0;
+        std::atomic<std::int64_t> microseconds = 0;
+
+        [[nodiscard]] Counts::Made count() const;
     };
 
+    [[nodiscard]] std::optional<TreeBody> kept(const QByteArray& key) const;
+    [[nodiscard]] TreeBody listing(
+        std::string_view path, const QByteArray& key,
+        const std::function<std::vector<std::string>()>& names
+    ) const;
+    [[nodiscard]] bool isNewest(const TreeItem& item) const;
+    [[nodiscard]] std::vector<FileTime> timesOf(const FrameFolder& folder) const;
+    [[nodiscard]] Meter& meterOf(const TreeItem& item) const;
     void askForFolder(std::string_view path, TreeAsker asker) const;
-    [[nodiscard]] std::vector<std::string> namesOf(const FrameFolder& folder) const;
     void prepare(const TreeItem& item, std::function<void()> ready) const;
     void askForItem(const std::string& path, const TreeItem& item, TreeAsker asker) const;
     [[nodiscard]] std::optional<QByteArray> make(const TreeItem& item) const;
@@ -61,7 +94,12 @@ private:
 
     const FrameSource& m_frames;
     const LayerStore& m_layers;
-    std::map<std::string, Page, std::less<>> m_pages;
+    std::map<std::string, MakePage, std::less<>> m_pages;
+    mutable Meter m_frameMeter;
+    mutable Meter m_warningsMeter;
+    mutable Meter m_layerMeter;
+    mutable std::atomic<std::uint64_t> m_found = 0;
+    mutable std::atomic<std::uint64_t> m_sought = 0;
     mutable PictureCache m_cache{kMostBytesInMemory};
     mutable PictureMakers m_makers; ///< last: its threads use the rest
 };

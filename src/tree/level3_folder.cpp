@@ -140,6 +140,7 @@ int Level3Folder::rescan(const std::stop_token& stop) {
     }
     m_seen = turn.seen;
     forgetOldFrames();
+    m_hasScanned = true;
     return turn.frames;
 }
 
@@ -173,10 +174,12 @@ Level3Folder::Outcome Level3Folder::take(const QFileInfo& file, bool isFresh, in
     const Level3Result scan = decodeFile(file.filePath());
     if (!scan) {
         if (!isFresh) {
-            m_log(name + QStringLiteral(": ") + scan.error());
+            ++m_failed;
+            m_log.warn(name + QStringLiteral(": ") + scan.error());
         }
         return Outcome::undecoded;
     }
+    ++m_read;
     const FileTime time = scan->time - scan->time % kFileTimePerMinute;
     if (const auto reason = whyNotShown(*scan, time)) {
         logOnce(name, *reason);
@@ -215,7 +218,7 @@ bool Level3Folder::store(const QString& file, const QByteArray& bytes) {
     // A frame that a power cut takes is made again.
     const auto stored = replaceFile(file, bytes, Lasting::no);
     if (!stored && !m_cannotStore) {
-        m_log(QStringLiteral("Cannot write to %1: %2.").arg(m_store, stored.error()));
+        m_log.error(QStringLiteral("Cannot write to %1: %2.").arg(m_store, stored.error()));
     }
     m_cannotStore = !stored;
     return stored.has_value();
@@ -285,6 +288,15 @@ Level3Folder::frame(std::string_view site, Product product, FileTime time) const
         m_isDoubtful = true;
     }
     return bytes;
+}
+
+bool Level3Folder::isReady() const {
+    const std::lock_guard lock(m_mutex);
+    return m_hasScanned || !m_times.empty();
+}
+
+std::optional<SourceCounts> Level3Folder::counts() const {
+    return SourceCounts{m_read, m_failed};
 }
 
 WeatherWarnings Level3Folder::warnings(std::string_view, Range, FileTime) const {

@@ -46,6 +46,9 @@ public:
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
     [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
+    /// From the first rescan on, or when there are frames of an earlier run.
+    [[nodiscard]] bool isReady() const override;
+    [[nodiscard]] std::optional<SourceCounts> counts() const override;
     /// None: Level III products hold no warnings.
     [[nodiscard]] WeatherWarnings
     warnings(std::string_view site, Range range, FileTime time) const override;
@@ -96,6 +99,9 @@ private:
     bool m_cannotStore = false;  ///< the same: this is logged already
     /// The store must be checked: it is from an earlier run, or a file of it was damaged.
     mutable std::atomic<bool> m_isDoubtful = true;
+    std::atomic<std::uint64_t> m_read = 0;
+    std::atomic<std::uint64_t> m_failed = 0;
+    std::atomic<bool> m_hasScanned = false;
     mutable std::mutex m_mutex; ///< of what follows
     std::map<Key, std::set<FileTime>> m_times;
     QStringList m_folders;

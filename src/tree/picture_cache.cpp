@@ -3,15 +3,15 @@
 
 namespace raincast {
 
-std::optional<QByteArray> PictureCache::find(const QByteArray& path) const {
+std::optional<TreeBody> PictureCache::find(const QByteArray& path) const {
     const std::lock_guard lock(m_mutex);
-    const QByteArray* const found = m_cache.object(path);
+    const TreeBody* const found = m_cache.object(path);
     return found == nullptr ? std::nullopt : std::optional(*found);
 }
 
-void PictureCache::insert(const QByteArray& path, const QByteArray& bytes) {
+void PictureCache::insert(const QByteArray& path, const TreeBody& body) {
     const std::lock_guard lock(m_mutex);
-    m_cache.insert(path, new QByteArray(bytes), bytes.size());
+    m_cache.insert(path, new TreeBody(body), body.bytes().size());
 }
 
 qsizetype PictureCache::bytes() const {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
+#include "tree/tree_body.h"
+
 #include <QCache>
 
 #include <mutex>
@@ -9,23 +10,23 @@
 
 namespace raincast {
 
-/// Files' bytes by their path, the least recently used forgotten first. May be used from several
-/// threads at once.
+/// Files' bytes, with their tags, by their path, the least recently used forgotten first. May be
+/// used from several threads at once.
 class PictureCache {
 public:
     explicit PictureCache(qsizetype mostBytes) : m_cache(mostBytes) {}
 
     /// The bytes kept for a path.
-    [[nodiscard]] std::optional<QByteArray> find(const QByteArray& path) const;
+    [[nodiscard]] std::optional<TreeBody> find(const QByteArray& path) const;
 
     /// Keeps bytes (which are shared, not copied). Those larger than the cache are not kept.
-    void insert(const QByteArray& path, const QByteArray& bytes);
+    void insert(const QByteArray& path, const TreeBody& body);
 
     [[nodiscard]] qsizetype bytes() const;
 
 private:
     mutable std::mutex m_mutex;
-    QCache<QByteArray, QByteArray> m_cache;
+    QCache<QByteArray, TreeBody> m_cache;
 };
 
 } // namespace raincast

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
+#include "tree/tree_body.h"
+
 #include <QThreadPool>
 
 #include <atomic>
@@ -18,7 +19,7 @@ namespace raincast {
 /// wait for is made once. May be used from several threads at once.
 class PictureMakers {
 public:
-    using Picture = std::optional<QByteArray>; ///< nothing: there is none to make
+    using Picture = std::optional<TreeBody>; ///< nothing: there is none to make
     using Make = std::function<Picture()>;
     struct Waiter {
         std::function<void(const Picture&)> tell; ///< called in one of the threads

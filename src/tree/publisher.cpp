@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tree/publisher.h"
 
+#include "core/clock.h"
 #include "core/whole_file.h"
 #include "radar/catalogue/antenna_positions.h"
 #include "tree/listing_page.h"
@@ -29,6 +30,12 @@ const std::size_t kMostAtOnce = std::clamp(std::thread::hardware_concurrency(), 
 
 // Far more than any file of the tree has.
 constexpr qint64 kMostBytes = qint64{16} * 1024 * 1024;
+
+/// The file that says that a frame is not final.
+std::string markOf(const std::string& path) {
+    std::string name = path;
+    return name.insert(name.rfind('/') + 1, ".");
+}
 
 bool has(const QString& path, const QByteArray& bytes) {
     return readWhole(path, kMostBytes) == bytes;
@@ -77,7 +84,7 @@ bool Publisher::forEachSite(const std::stop_token& stop, const Step& step) {
 
 void Publisher::log(const QString& line) {
     const std::lock_guard lock(m_logMutex);
-    m_log(line);
+    m_log.error(line);
 }
 
 QString Publisher::fileOf(const std::string& path) const {
@@ -89,6 +96,7 @@ bool Publisher::write(const std::string& path, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(name).path());
     // A file that a power cut takes is made again.
     const auto written = replaceFile(name, bytes, Lasting::no);
+    ++(written ? m_written : m_failed);
     if (!written) {
         log(QStringLiteral("Cannot write %1: %2.").arg(name, written.error()));
     }
@@ -108,17 +116,42 @@ bool Publisher::put(const std::string& path, Again again) {
     }
     const auto answer = m_tree.find(path);
     // A frame may be gone by the time that its turn comes.
-    return !answer || has(name, answer->body) || write(path, answer->body);
+    return !answer || has(name, answer->body.bytes()) || write(path, answer->body.bytes());
+}
+
+bool Publisher::isChanging(const std::string& path) {
+    const std::lock_guard lock(m_changingMutex);
+    return m_changing.contains(path);
+}
+
+// Says that a frame is not final.
+bool Publisher::mark(const std::string& path) {
+    const std::string name = markOf(path);
+    return QFileInfo::exists(fileOf(name)) || write(name, {});
+}
+
+// Says that all frames of a folder are final but those that may change and the newest.
+void Publisher::dropMarks(const std::string& folder, const std::string& newest) {
+    QDir dir(fileOf(folder));
+    for (const QString& mark :
+         dir.entryList({QStringLiteral(".*.gif")}, QDir::Files | QDir::Hidden)) {
+        const std::string name = mark.mid(1).toStdString();
+        if (name != newest && !isChanging(folder + name)) {
+            dir.remove(mark);
+        }
+    }
 }
 
 // A frame that may change is written again until it is seen that it does not any more.
 bool Publisher::putFrame(const std::string& path) {
     const bool mayChange = m_tree.mayChange(path);
-    const auto isChanging = [&] {
-        const std::lock_guard lock(m_changingMutex);
-        return m_changing.contains(path);
-    };
-    if (!put(path, mayChange || isChanging() ? Again::whenChanged : Again::never)) {
+    // An earlier run may have ended before it was seen.
+    const bool mayHaveChanged = !m_isSound && QFileInfo::exists(fileOf(markOf(path)));
+    if ((mayChange || m_tree.isNewest(path)) && !mark(path)) {
+        return false;
+    }
+    const bool again = mayChange || mayHaveChanged || isChanging(path);
+    if (!put(path, again ? Again::whenChanged : Again::never)) {
         return false;
     }
     const std::lock_guard lock(m_changingMutex);
@@ -153,13 +186,15 @@ bool Publisher::publishFrames(const Site& site, std::size_t most, const std::sto
             }
         }
     }
+    // A frame that an earlier run left unfinished keeps its mark until its turn has come.
+    const Marks marks = m_isSound || most == kAllFrames ? Marks::drop : Marks::keep;
     return std::all_of(kAllProducts.begin(), kAllProducts.end(), [&](Product product) {
-        return publishListing({site.id, product});
+        return publishListing({site.id, product}, marks);
     });
 }
 
 // Lists the frames that are there, then deletes those that the tree no longer has.
-bool Publisher::publishListing(const FrameFolder& folder) {
+bool Publisher::publishListing(const FrameFolder& folder, Marks marks) {
     const std::string path = pathOf(folder);
     QDir dir(fileOf(path));
     const auto names = m_tree.framesIn(folder);
@@ -175,14 +210,21 @@ bool Publisher::publishListing(const FrameFolder& folder) {
     }
     const QByteArray listing = listingPage(path, there);
     const std::string index = path + "index.html";
+    const std::string newest = there.empty() ? std::string() : there.back();
+    if (!newest.empty() && !mark(path + newest)) {
+        return false;
+    }
     if (!has(fileOf(index), listing) && !write(index, listing)) {
         return false;
+    }
+    if (marks == Marks::drop) {
+        dropMarks(path, newest);
     }
     if (!m_isSound) {
         removeAbandonedFiles(dir.path());
     }
     for (const QString& file : old) {
-        dir.remove(file);
+        m_deleted += dir.remove(file) ? 1 : 0;
     }
     return true;
 }
@@ -199,8 +241,8 @@ bool Publisher::publishStanding(const Site& site, Again layersAgain, const std::
 bool Publisher::publishPages() {
     const auto home = m_tree.find("/");
     const auto status = m_tree.find("/status");
-    return (!home || write("/index.html", home->body)) &&
-           (!status || write("/status", status->body));
+    return (!home || write("/index.html", home->body.bytes())) &&
+           (!status || write("/status", status->body.bytes()));
 }
 
 bool Publisher::publish(const std::stop_token& stop) {
@@ -218,7 +260,14 @@ bool Publisher::publish(const std::stop_token& stop) {
                       (sameData || write(kStampFile, m_layerStamp)) && frames(kFramesOfAnHour) &&
                       frames(kAllFrames) && publishPages();
     m_isSound = m_isSound || good;
+    if (good) {
+        m_lastGood = Clock::real().now();
+    }
     return good;
+}
+
+Publisher::Counts Publisher::counts() const {
+    return {m_written, m_failed, m_deleted, m_lastGood};
 }
 
 } // namespace raincast

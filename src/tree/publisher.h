@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <set>
@@ -18,6 +20,10 @@ namespace raincast {
 /// Writes the image tree as plain files, for a web server, a content network or object storage to
 /// serve. Every file gets its name only when it is whole, and a folder's listing (its index.html)
 /// names a frame only when the frame is there: a reader finds a good tree at any moment.
+///
+/// Beside each frame that may still have other bytes, and beside the newest one of its folder, lies
+/// an empty file of its name with a dot before it. Frames without one are final: web servers tell
+/// by it how long a frame may be kept.
 class Publisher {
 public:
     /// Writes only these sites; all when empty. The layers are written again when `layerStamp`
@@ -35,9 +41,21 @@ public:
     /// (the log names it) or when asked to stop.
     [[nodiscard]] bool publish(const std::stop_token& stop = {});
 
+    /// What was done so far.
+    struct Counts {
+        std::uint64_t written = 0; ///< files
+        std::uint64_t failed = 0;  ///< to be written
+        std::uint64_t deleted = 0; ///< frames
+        FileTime lastGood = 0;     ///< when the folder was up to date, by Clock::real(); 0: never
+    };
+    /// For any thread.
+    [[nodiscard]] Counts counts() const;
+
 private:
     /// When an existing file is written again.
     enum class Again { never, whenChanged };
+    /// Whether frames that are final by now are said to be so.
+    enum class Marks { keep, drop };
     struct Site {
         std::string id;
         std::vector<std::string> standing; ///< the paths of everything but frames
@@ -47,11 +65,14 @@ private:
 
     bool forEachSite(const std::stop_token& stop, const Step& step);
     bool publishFrames(const Site& site, std::size_t most, const std::stop_token& stop);
-    bool publishListing(const FrameFolder& folder);
+    bool publishListing(const FrameFolder& folder, Marks marks);
     bool publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop);
     bool publishPages();
     bool put(const std::string& path, Again again);
     bool putFrame(const std::string& path);
+    bool mark(const std::string& path);
+    [[nodiscard]] bool isChanging(const std::string& path);
+    void dropMarks(const std::string& folder, const std::string& newest);
     [[nodiscard]] bool isPublished(const QString& name) const;
     bool write(const std::string& path, const QByteArray& bytes);
     void log(const QString& line);
@@ -61,6 +82,10 @@ private:
     QString m_folder;
     std::vector<Site> m_sites;
     QByteArray m_layerStamp;
+    std::atomic<std::uint64_t> m_written = 0;
+    std::atomic<std::uint64_t> m_failed = 0;
+    std::atomic<std::uint64_t> m_deleted = 0;
+    std::atomic<FileTime> m_lastGood = 0;
     bool m_isSound = false; ///< this object made or checked every file
     std::mutex m_logMutex;
     ServerLog m_log;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
+#include "tree/tree_body.h"
 
 #include <functional>
 #include <optional>
@@ -9,13 +9,23 @@
 
 namespace raincast {
 
+/// How long a copy of an answer may be used without asking again.
+enum class Keeping {
+    forGood,  ///< it never changes
+    aDay,     ///< it changes when the operator's data or the program do
+    aMoment,  ///< half a minute: listings, warnings, and frames that may still change
+    askAgain, ///< not at all, but it need not be sent again while it is the same
+    never,    ///< not at all: it is of the moment when it was asked for
+};
+
 /// The answer of the tree to a path: the file's bytes and their HTTP headers.
 struct TreeAnswer {
-    QByteArray body;
+    TreeBody body;
     const char* type = "text/html; charset=utf-8"; ///< lives as long as the program
-    int maxAgeSeconds = 0; ///< how long a cache may keep it; 0: it must ask again
+    Keeping keeping = Keeping::aMoment;
     /// Of a listing of frames: a word for why it may be empty or old, as in frame_source.h.
     std::string_view source{};
+    int status = 200;
 };
 
 /// A request to the tree for a path.

@@ -38,6 +38,10 @@ TEST_F(ProgramLogTest, LinesBeginWithTheProgramsNameButForInformation) {
     EXPECT_EQ(heard, QString());
 }
 
+TEST_F(ProgramLogTest, OutsideTheJournalLinesHaveNoPriority) {
+    EXPECT_EQ(forStandardError(QtCriticalMsg, "a\nb\n"), "a\nb\n");
+}
+
 TEST_F(ProgramLogTest, OtherCategoriesKeepTheirHandler) {
     qWarning("a default line");
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");

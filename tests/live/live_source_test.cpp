@@ -63,6 +63,29 @@ TEST_F(LiveSourceTest, FetchesAFrameOnceWhenItIsAskedFor) {
     EXPECT_TRUE(source().stamp("TLX", Product::baseReflectivity, minuteOf(ago(3))).mayChange);
 }
 
+TEST_F(LiveSourceTest, AFrameOfTheSecondProviderMayChange) {
+    sim.bucket.breakBy(answers::silence());
+    putRing(1, ago(8));
+    putRing(2, ago(3));
+    list();
+    advance(5 * kMinute);
+    ASSERT_THAT(list(), SizeIs(2));
+    ASSERT_TRUE(frame(minuteOf(ago(8))));
+    const auto stamp = [this] {
+        return source().stamp("TLX", Product::baseReflectivity, minuteOf(ago(8)));
+    };
+    EXPECT_TRUE(stamp().mayChange) << "the first provider may have other bytes";
+    const QByteArray version = stamp().version;
+    sim.bucket.breakBy({});
+    put("N0B", ago(8));
+    put("N0B", ago(3));
+    advance(15 * kMinute);
+    list();
+    ASSERT_TRUE(frame(minuteOf(ago(8))));
+    EXPECT_NE(stamp().version, version);
+    EXPECT_FALSE(stamp().mayChange);
+}
+
 TEST_F(LiveSourceTest, OneDownloadServesBothRanges) {
     put("N0B", ago(3));
     list();

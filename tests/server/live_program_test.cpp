@@ -3,10 +3,10 @@
 #include "core/clock.h"
 #include "live_sim/live_sim.h"
 #include "provider/live_object.h"
-#include "raw_client.h"
 #include "support/files.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
+#include "support/raw_client.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -89,9 +89,31 @@ protected:
         const FileTime time = SystemClock().now() - minutes * kFileTimePerMinute;
         return time - time % kFileTimePerSecond;
     }
-    void put(const std::string& site, FileTime time) {
-        const std::string product = makeLevel3(digitalReflectivity(site, time));
+    /// A volume, with so many gates of echo unless it is the usual one.
+    void put(const std::string& site, FileTime time, std::size_t gates = 0) {
+        Level3ToMake wanted = digitalReflectivity(site, time);
+        if (gates > 0) {
+            wanted.packed = true;
+            wanted.rows = {{0, 3600, std::vector<std::uint8_t>(gates, 150)}};
+        }
+        const std::string product = makeLevel3(wanted);
         m_sim.bucket.put(keyOf({site, "N0B"}, time), QByteArray::fromStdString(product), time);
+    }
+    /// The newest frame of TLX as raincast-fetch has it in the end.
+    [[nodiscard]] QByteArray fetch(const QStringList& options = {}) const {
+        QProcess fetch;
+        fetch.start(
+            QStringLiteral(RAINCAST_FETCH_PROGRAM),
+            QStringList{
+                "TLX", "N0R", "--radar-server", loopbackHost(m_port), "--cache",
+                m_folder.filePath("fetched")} +
+                options
+        );
+        EXPECT_TRUE(fetch.waitForFinished(kDeadline));
+        EXPECT_EQ(fetch.exitCode(), 0) << fetch.readAllStandardError().toStdString();
+        const QStringList lines =
+            QString::fromLocal8Bit(fetch.readAllStandardOutput()).trimmed().split(u'\n');
+        return readFile(lines.last().section(u'\t', 0, 0));
     }
     /// The names of frames in a listing.
     static std::vector<std::string> framesIn(const std::string& page) {
@@ -127,12 +149,14 @@ TEST_F(LiveProgramTest, ServesWhatTheProvidersHave) {
     const auto names = framesIn(listing);
     ASSERT_EQ(names.size(), 2U);
     EXPECT_THAT(
-        get(folder + names[0]),
-        AllOf(StartsWith("HTTP/1.1 200"), HasSubstr("max-age="), HasSubstr("GIF89a"))
+        get(folder + names[0]), AllOf(
+                                    StartsWith("HTTP/1.1 200"),
+                                    HasSubstr("max-age=31536000, immutable"), HasSubstr("GIF89a")
+                                )
     );
     // The newest one may change: it is asked for again, and sent again only then.
     const std::string newest = get(folder + names[1]);
-    EXPECT_THAT(newest, AllOf(HasSubstr("no-cache"), HasSubstr("GIF89a")));
+    EXPECT_THAT(newest, AllOf(HasSubstr("Cache-Control: max-age=30\r\n"), HasSubstr("GIF89a")));
     const auto tag = QRegularExpression("ETag: (\"[^\"]+\")").match(QString::fromStdString(newest));
     ASSERT_TRUE(tag.hasMatch());
     const std::string again =
@@ -160,6 +184,55 @@ TEST_F(LiveProgramTest, ServesWhatTheProvidersHave) {
             headerIn(head, "User-Agent"), "Raincast/" RAINCAST_VERSION " (test@radar.example)"
         );
     }
+}
+
+// A frame is asked for again while it may be replaced, and never once a later one is listed.
+TEST_F(LiveProgramTest, AViewerFollowsTheNewestFrameUntilItIsFinal) {
+    const QStringList store{"--cache", m_folder.filePath("store")};
+    const auto restart = [&] { // it asks its providers anew
+        if (m_process.state() != QProcess::NotRunning) {
+            end(m_process);
+        }
+        start(store);
+    };
+    const auto answers = [this](int status) {
+        const auto pattern =
+            QStringLiteral("requests_total\\{kind=\"frame\",status=\"%1\"\\} (\\d+)");
+        const auto match =
+            QRegularExpression(pattern.arg(status)).match(QString::fromStdString(get("/metrics")));
+        return match.hasMatch() ? match.captured(1).toInt() : 0;
+    };
+    const FileTime before = ago(8);
+    const FileTime newest = ago(4);
+    put("TLX", before);
+    put("TLX", newest);
+    restart();
+    const QByteArray first = fetch();
+    EXPECT_EQ(fetch(), first);
+    EXPECT_EQ(answers(200), 1);
+    EXPECT_EQ(answers(304), 1) << "it may have been replaced";
+
+    put("TLX", newest, 300);
+    restart();
+    const QByteArray second = fetch();
+    EXPECT_NE(second, first);
+    EXPECT_EQ(fetch(), second);
+    EXPECT_EQ(answers(200), 1);
+    EXPECT_EQ(answers(304), 1);
+
+    const FileTime later = ago(1);
+    put("TLX", later);
+    restart();
+    const std::string folder = "/ridge/RadarImg/N0R/TLX/";
+    const auto names = framesIn(get(folder));
+    ASSERT_EQ(names.size(), 3U);
+    EXPECT_THAT(get(folder + names[1]), HasSubstr("immutable"));
+    EXPECT_THAT(get(folder + names[2]), HasSubstr("Cache-Control: max-age=30\r\n"));
+    static_cast<void>(fetch({"--frames", "3", "--interval", "1"}));
+    const int sent = answers(200);
+    static_cast<void>(fetch({"--frames", "3", "--interval", "1"}));
+    EXPECT_EQ(answers(200), sent);
+    EXPECT_EQ(answers(304), 1) << "the newest one alone";
 }
 
 TEST_F(LiveProgramTest, SaysWhyAListingIsEmpty) {

@@ -2,11 +2,17 @@
 // The settings that are installed with the server, in the programs that they are for.
 #include "core/clock.h"
 #include "support/files.h"
+#include "support/gif_maker.h"
+#include "support/loopback.h"
 #include "support/peer_servers.h"
 #include "tree/fake_frames.h"
 #include "tree/layer_store.h"
 #include "tree/publisher.h"
 
+#include <QDirIterator>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -18,48 +24,93 @@ namespace {
 
 using ::testing::HasSubstr;
 
+constexpr int kDeadline = 120'000; // milliseconds
+
 QString packaged(const char* name) {
     return QString::fromUtf8(
         readFile(QStringLiteral(RAINCAST_SOURCE_DIR "/packaging/") + QLatin1String(name))
     );
 }
 
-/// A published tree of one site with one frame, behind nginx with the installed settings.
-class NginxSettingsTest : public ::testing::Test {
-protected:
-    NginxSettingsTest() : m_clock(fromCalendar({2018, 7, 25, 20, 0})) {
-        Clock::use(&m_clock);
-        FakeFrames frames;
-        frames.times = {m_clock.now()};
-        const MapData maps{MapDataFiles()};
-        const LayerStore layers(maps, QString());
-        ImageTree tree(frames, layers);
-        tree.addPage("/", "text/html", [] { return QByteArray("home"); });
-        tree.addPage("/status", "application/json", [] { return QByteArray("{}"); });
-        EXPECT_TRUE(Publisher(tree, m_folder.path(), {"LWX"}, "data", [](const QString&) {
-                    }).publish());
-        writeFile(m_folder.filePath("ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part"), "GI");
-    }
-    ~NginxSettingsTest() override { Clock::use(nullptr); }
+/// A frame that a viewer can show, of one colour.
+QByteArray framePicture(int colour) {
+    return makeGif({.screen = {600, 550}, .pixel = [colour](int, int) { return colour; }});
+}
 
-    void start() {
+/// A published tree of some sites.
+class PublishedTree {
+public:
+    explicit PublishedTree(QStringList sites) : m_sites(std::move(sites)) {
+        m_tree.addPage("/", "text/html", [] { return QByteArray("home"); });
+        m_tree.addPage("/status", "application/json", [] { return QByteArray("{}"); });
+    }
+
+    /// Brings the folder up to date, as a server that has just been started does.
+    void publish() {
+        Publisher publisher(m_tree, folder(), m_sites, "data", [](const QString&) {});
+        EXPECT_TRUE(publisher.publish());
+    }
+    [[nodiscard]] QString folder() const { return m_folder.filePath("www"); }
+    [[nodiscard]] QString file(const char* path) const { return folder() + u'/' + path; }
+
+    FakeFrames frames;
+
+private:
+    QStringList m_sites;
+    QTemporaryDir m_folder;
+    MapData m_maps{MapDataFiles()};
+    LayerStore m_layers{m_maps, QString()};
+    ImageTree m_tree{frames, m_layers};
+};
+
+/// Published trees at a time of the test's own.
+class PublishedTest : public ::testing::Test {
+protected:
+    PublishedTest() : m_clock(fromCalendar({2018, 7, 25, 20, 0})) { Clock::use(&m_clock); }
+    ~PublishedTest() override { Clock::use(nullptr); }
+
+    [[nodiscard]] std::set<FileTime> lastTwo() const {
+        return {m_clock.now() - 5 * kFileTimePerMinute, m_clock.now()};
+    }
+    /// The installed settings for a tree.
+    static std::unique_ptr<NginxServer> serve(const PublishedTree& tree) {
         QString settings = packaged("nginx-raincast.conf");
         settings.replace("listen 80;", "listen LISTEN;").remove("listen [::]:80;");
         settings.replace("/var/lib/raincast/www", "\"ROOT\"");
-        m_nginx = std::make_unique<NginxServer>(m_folder.path(), settings);
+        return std::make_unique<NginxServer>(tree.folder(), settings);
+    }
+
+    ManualClock m_clock;
+};
+
+/// A published tree of one site with two frames, behind nginx with the installed settings.
+class NginxSettingsTest : public PublishedTest {
+protected:
+    NginxSettingsTest() {
+        m_tree.frames.times = lastTwo();
+        m_tree.publish();
+        writeFile(m_tree.file("ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part"), "GI");
+    }
+
+    void start() {
+        m_nginx = serve(m_tree);
         m_client = std::make_unique<httplib::Client>("http://" + m_nginx->host().toStdString());
     }
-    [[nodiscard]] httplib::Result get(const char* path) const { return m_client->Get(path); }
+    [[nodiscard]] httplib::Result
+    get(const char* path, const httplib::Headers& headers = {}) const {
+        return m_client->Get(path, headers);
+    }
     [[nodiscard]] int statusOf(const char* path) const {
         const auto answer = get(path);
         return answer ? answer->status : 0;
     }
 
-    ManualClock m_clock;
-    QTemporaryDir m_folder;
+    PublishedTree m_tree{{"LWX"}};
     std::unique_ptr<NginxServer> m_nginx;
     std::unique_ptr<httplib::Client> m_client;
 };
+
+constexpr auto kFinal = "public, max-age=31536000, immutable";
 
 TEST_F(NginxSettingsTest, ServeAPublishedTree) {
     if (NginxServer::program().isEmpty()) {
@@ -74,16 +125,17 @@ TEST_F(NginxSettingsTest, ServeAPublishedTree) {
     } rows[] = {
         {"/", "text/html; charset=utf-8", "no-cache", "home"},
         {"/status", "application/json", "no-cache", "{}"},
-        {"/ridge/RadarImg/N0R/LWX/", "text/html; charset=utf-8", "no-cache",
+        {"/ridge/RadarImg/N0R/LWX/", "text/html; charset=utf-8", "max-age=30",
          "\"LWX_20180725_2000_N0R.gif\""},
-        {"/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif", "image/gif", "max-age=86400",
-         "LWXN0R"},
-        {"/ridge/Warnings/Short/LWX_Warnings_0.gif", "image/gif", "no-cache", "GIF89a"},
-        {"/ridge/Warnings/Short/LWX_Warnings_0.json", "application/json", "no-cache", "polygons"},
+        {"/ridge/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif", "image/gif", kFinal, "LWXN0R"},
+        {"/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif", "image/gif", "max-age=30", "LWXN0R"},
+        {"/ridge/Warnings/Short/LWX_Warnings_0.gif", "image/gif", "max-age=30", "GIF89a"},
+        {"/ridge/Warnings/Short/LWX_Warnings_0.json", "application/json", "max-age=30", "polygons"},
         {"/ridge/Overlays/Topo/Long/LWX_Topo_Long.jpg", "image/jpeg", "max-age=86400", "JFIF"},
         {"/ridge/Overlays/Cities/Short/LWX_City_Short.gfw", "text/plain; charset=utf-8",
          "max-age=86400", "0.0"},
-        {"/ridge/Overlays/Rivers/Short/", "text/html", "no-cache", "LWX_Rivers_Short.gif"},
+        {"/weather_radar/basemaps/LWX_City_Short.gif", "image/gif", "max-age=86400", "GIF89a"},
+        {"/ridge/Overlays/Rivers/Short/", "text/html", "max-age=30", "LWX_Rivers_Short.gif"},
     };
     for (const auto& row : rows) {
         const auto answer = get(row.path);
@@ -91,11 +143,288 @@ TEST_F(NginxSettingsTest, ServeAPublishedTree) {
         EXPECT_EQ(answer->status, 200) << row.path;
         EXPECT_THAT(answer->get_header_value("Content-Type"), HasSubstr(row.type)) << row.path;
         EXPECT_EQ(answer->get_header_value("Cache-Control"), row.caching) << row.path;
+        EXPECT_EQ(answer->get_header_value("X-Content-Type-Options"), "nosniff") << row.path;
         EXPECT_THAT(answer->body, HasSubstr(row.text)) << row.path;
+        const std::string tag = answer->get_header_value("ETag");
+        if (!QByteArray(row.path).endsWith("Short/")) { // nginx's own listings have none
+            EXPECT_EQ(get(row.path, {{"If-None-Match", tag}})->status, 304) << row.path;
+        }
     }
     EXPECT_EQ(statusOf("/.layers"), 403);
+    EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/.LWX_20180725_2000_N0R.gif"), 403);
     EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part"), 403);
     EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2010_N0R.gif"), 404);
+}
+
+TEST_F(NginxSettingsTest, TextsComePackedAndPicturesDoNot) {
+    if (NginxServer::program().isEmpty()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    start();
+    m_client->set_decompress(false);
+    const httplib::Headers gzip{{"Accept-Encoding", "gzip"}};
+    const auto plain = get("/ridge/RadarImg/N0R/LWX/");
+    EXPECT_EQ(plain->get_header_value("Content-Encoding"), "");
+    const auto packed = get("/ridge/Warnings/Short/LWX_Warnings_0.json", gzip);
+    EXPECT_EQ(packed->get_header_value("Content-Encoding"), "");
+    m_tree.frames.text = QByteArray(2000, 'w');
+    m_clock.advance(kFileTimePerMinute);
+    m_tree.publish();
+    const auto long_ = get("/ridge/Warnings/Short/LWX_Warnings_0.json", gzip);
+    EXPECT_EQ(long_->get_header_value("Content-Encoding"), "gzip");
+    EXPECT_EQ(long_->get_header_value("Vary"), "Accept-Encoding");
+    EXPECT_LT(long_->body.size(), 1000U);
+    const std::string tag = long_->get_header_value("ETag");
+    EXPECT_EQ(
+        get("/ridge/Warnings/Short/LWX_Warnings_0.json",
+            {{"Accept-Encoding", "gzip"}, {"If-None-Match", tag}}
+        )->status,
+        304
+    );
+    const auto picture = get("/ridge/Overlays/Topo/Long/LWX_Topo_Long.jpg", gzip);
+    EXPECT_EQ(picture->get_header_value("Content-Encoding"), "");
+    const auto part = get("/ridge/Overlays/Topo/Long/LWX_Topo_Long.jpg", {{"Range", "bytes=0-9"}});
+    EXPECT_EQ(part->status, 206);
+    EXPECT_EQ(part->body, picture->body.substr(0, 10));
+}
+
+TEST_F(NginxSettingsTest, AFrameIsFinalWhenALaterOneIsPublished) {
+    if (NginxServer::program().isEmpty()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    start();
+    const auto keeping = [this](const char* minute) {
+        const std::string path = std::string("/ridge/RadarImg/N0R/LWX/LWX_20180725_") + minute;
+        return get((path + "_N0R.gif").c_str())->get_header_value("Cache-Control");
+    };
+    EXPECT_EQ(keeping("2000"), "max-age=30");
+    m_clock.advance(5 * kFileTimePerMinute);
+    m_tree.frames.times.insert(m_clock.now());
+    m_tree.publish();
+    EXPECT_EQ(keeping("2000"), kFinal);
+    EXPECT_EQ(keeping("2005"), "max-age=30");
+}
+
+// What raincast-fetch brings from a server, as a viewer would.
+QByteArray fetchedFrom(const QString& host, const QString& site, const QString& cache) {
+    QProcess fetch;
+    fetch.start(
+        QStringLiteral(RAINCAST_FETCH_PROGRAM),
+        {site, "N0R", "--frames", "2", "--interval", "1", "--radar-server", host, "--cache", cache}
+    );
+    EXPECT_TRUE(fetch.waitForFinished(kDeadline));
+    EXPECT_EQ(fetch.exitCode(), 0) << fetch.readAllStandardError().toStdString();
+    return fetch.readAllStandardOutput();
+}
+
+// Two machines that know nothing of each other, and the one that viewers ask.
+TEST_F(PublishedTest, SeveralMachinesShareTheSites) {
+    if (NginxServer::program().isEmpty()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    PublishedTree plains({"TLX", "INX"});
+    PublishedTree rest({"LWX"});
+    for (PublishedTree* const tree : {&plains, &rest}) {
+        tree->frames.times = lastTwo();
+        tree->frames.text = tree == &plains ? "plains" : "rest";
+        tree->frames.picture = framePicture(tree == &plains ? 1 : 2);
+        tree->publish();
+    }
+    EXPECT_FALSE(QFile::exists(plains.file("ridge/RadarImg/N0R/LWX")));
+    EXPECT_FALSE(QFile::exists(rest.file("ridge/RadarImg/N0R/TLX")));
+    auto plainsServer = serve(plains);
+    const auto restServer = serve(rest);
+    const QTemporaryDir cache;
+    QString settings = packaged("nginx-raincast-sites.conf");
+    settings.replace("listen 80;", "listen LISTEN;").remove("listen [::]:80;");
+    settings.replace("10.0.0.11:80", plainsServer->host());
+    settings.replace("10.0.0.12:80", restServer->host());
+    settings.replace("/var/cache/nginx/raincast", cache.filePath("copies"));
+    const NginxServer front(cache.path(), settings);
+    httplib::Client client("http://" + front.host().toStdString());
+    const std::pair<const char*, const PublishedTree&> rows[] = {
+        {"/ridge/RadarImg/N0R/TLX/TLX_20180725_1955_N0R.gif", plains},
+        {"/ridge/RadarImg/N0R/INX/INX_20180725_1955_N0R.gif", plains},
+        {"/ridge/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif", rest},
+        {"/ridge/Warnings/Short/TLX_Warnings_0.json", plains},
+        {"/ridge/Warnings/Short/LWX_Warnings_0.json", rest},
+        {"/weather_radar/basemaps/TLX_City_Short.gif", plains},
+        {"/ridge/RadarImg/N0R/TLX/", plains},
+        {"/ridge/RadarImg/N0R/LWX/", rest},
+        {"/", rest},
+    };
+    for (const auto& [path, tree] : rows) {
+        const auto answer = client.Get(path);
+        ASSERT_TRUE(answer) << path;
+        EXPECT_EQ(answer->status, 200) << path;
+        const QString file = QString::fromLatin1(path).mid(1);
+        const bool isFolder = file.isEmpty() || file.endsWith(u'/');
+        EXPECT_EQ(
+            answer->body,
+            readFile(tree.folder() + u'/' + file + (isFolder ? "index.html" : "")).toStdString()
+        ) << path;
+        EXPECT_NE(answer->get_header_value("Cache-Control"), "") << path;
+        EXPECT_NE(answer->get_header_value("ETag"), "") << path;
+    }
+    for (const char* site : {"TLX", "LWX"}) {
+        EXPECT_EQ(fetchedFrom(front.host(), site, cache.filePath("viewer")).count('\n'), 2);
+    }
+    // One that is down takes the others nothing, and what is known of its sites stays for a while.
+    plainsServer.reset();
+    EXPECT_EQ(client.Get(rows[0].first)->status, 200);
+    EXPECT_EQ(client.Get(rows[2].first)->status, 200);
+    EXPECT_EQ(client.Get("/ridge/RadarImg/N0V/TLX/")->status, 502);
+    EXPECT_EQ(client.Get("/ridge/RadarImg/N0V/LWX/")->status, 200);
+}
+
+TEST_F(PublishedTest, AViewerWorksWithNginx) {
+    if (NginxServer::program().isEmpty()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    PublishedTree tree({"TLX"});
+    tree.frames.times = lastTwo();
+    tree.frames.picture = framePicture(3);
+    tree.publish();
+    const auto nginx = serve(tree);
+    const QTemporaryDir cache;
+    EXPECT_EQ(fetchedFrom(nginx->host(), "TLX", cache.path()).count('\n'), 2);
+    EXPECT_EQ(readFile(cache.filePath("TLX/TLX_20180725_2000_N0R.gif")), tree.frames.picture);
+}
+
+/// rclone serving a folder by WebDAV, and the installed script that brings a tree there.
+class RemoteTest : public PublishedTest {
+protected:
+    RemoteTest() {
+        m_tree.frames.times = lastTwo();
+        m_tree.publish();
+    }
+    ~RemoteTest() override {
+        m_server.kill();
+        m_server.waitForFinished();
+    }
+
+    [[nodiscard]] static QString rclone() {
+        return QStandardPaths::findExecutable(QStringLiteral("rclone"));
+    }
+    /// Begins to serve, and puts a program between the script and rclone that writes down how it is
+    /// called and ends like a killed one at a call.
+    void start() {
+        keepLoopbackFromProxies();
+        QDir(m_folder.path()).mkpath("served");
+        QDir(m_folder.path()).mkpath("bin");
+        m_server.setProcessChannelMode(QProcess::MergedChannels);
+        m_server.start(
+            rclone(), {"serve", "webdav", m_folder.filePath("served"), "--addr", "127.0.0.1:0",
+                       "--config", "/dev/null"}
+        );
+        static const QRegularExpression address("http://127\\.0\\.0\\.1:\\d+");
+        QString said;
+        while (!address.match(said).hasMatch() && m_server.waitForReadyRead(kDeadline)) {
+            said += QString::fromUtf8(m_server.readAll());
+        }
+        m_url = address.match(said).captured();
+        ASSERT_FALSE(m_url.isEmpty()) << said.toStdString();
+        const QString between = m_folder.filePath("bin/rclone");
+        writeFile(
+            between, "#!/bin/sh\necho \"$*\" >>\"$CALLS\"\n"
+                     "[ \"$(wc -l <\"$CALLS\")\" != \"$LAST\" ] || { kill -9 $PPID; exit; }\n"
+                     "exec " +
+                         rclone().toUtf8() + " \"$@\"\n"
+        );
+        QFile::setPermissions(between, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    /// Runs the script up to a call of rclone, or to its end; what it called.
+    QStringList bring(int last = 0) {
+        const QString calls = m_folder.filePath("calls");
+        QFile::remove(calls);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("PATH", m_folder.filePath("bin") + u':' + environment.value("PATH"));
+        environment.insert("CALLS", calls);
+        environment.insert("LAST", QString::number(last));
+        environment.insert("RCLONE_CONFIG", "/dev/null");
+        environment.insert("RCLONE_CONFIG_STORE_TYPE", "webdav");
+        environment.insert("RCLONE_CONFIG_STORE_URL", m_url);
+        QProcess script;
+        script.setProcessEnvironment(environment);
+        script.setProcessChannelMode(QProcess::MergedChannels);
+        script.start(
+            QStringLiteral(RAINCAST_SOURCE_DIR "/packaging/raincast-to-remote"),
+            {m_tree.folder(), "store:radar"}
+        );
+        EXPECT_TRUE(script.waitForFinished(kDeadline));
+        EXPECT_EQ(script.exitStatus() == QProcess::NormalExit && script.exitCode() == 0, last == 0)
+            << script.readAll().toStdString();
+        return QFile::exists(calls) ? QString::fromUtf8(readFile(calls)).trimmed().split(u'\n')
+                                    : QStringList();
+    }
+    [[nodiscard]] QString served(const QString& path) const {
+        return m_folder.filePath("served/radar/") + path;
+    }
+    static QStringList filesBelow(const QString& folder) {
+        QStringList files;
+        QDirIterator entries(folder, QDir::Files, QDirIterator::Subdirectories);
+        while (entries.hasNext()) {
+            files += QDir(folder).relativeFilePath(entries.next());
+        }
+        files.sort();
+        return files;
+    }
+    /// Every frame that a listing of the remote names is there.
+    void expectGoodListings() const {
+        static const QRegularExpression name("\"(\\w+\\.gif)\"");
+        for (const QString& file : filesBelow(served("ridge/RadarImg"))) {
+            const QString folder = served("ridge/RadarImg/") + QFileInfo(file).path() + u'/';
+            const bool isListing = file.endsWith(u"index.html");
+            const QString page =
+                isListing ? QString::fromUtf8(readFile(folder + "index.html")) : QString();
+            for (const auto& match : name.globalMatch(page)) {
+                EXPECT_GT(QFileInfo(folder + match.captured(1)).size(), 0)
+                    << match.captured(1).toStdString();
+            }
+        }
+    }
+    void expectSameFiles() const {
+        const QStringList files = filesBelow(m_tree.folder());
+        EXPECT_EQ(filesBelow(served("")), files);
+        for (const QString& file : files) {
+            EXPECT_EQ(readFile(served(file)), readFile(m_tree.folder() + u'/' + file))
+                << file.toStdString();
+        }
+    }
+
+    PublishedTree m_tree{{"LWX"}};
+    QTemporaryDir m_folder;
+    QProcess m_server;
+    QString m_url;
+};
+
+TEST_F(RemoteTest, FramesComeFirstThenListingsThenDeletions) {
+    if (rclone().isEmpty()) {
+        GTEST_SKIP() << "rclone is not installed";
+    }
+    start();
+    const QStringList first = bring();
+    expectSameFiles();
+    ASSERT_EQ(first.size(), 5);
+    EXPECT_TRUE(first[0].contains("Cache-Control: public, max-age=31536000, immutable"));
+    EXPECT_TRUE(first[1].contains("Cache-Control: max-age=30"));
+    EXPECT_TRUE(first[2].contains("Cache-Control: max-age=86400"));
+    EXPECT_TRUE(bring().isEmpty()) << "nothing is new";
+
+    m_clock.advance(5 * kFileTimePerMinute);
+    m_tree.frames.times = lastTwo();
+    m_tree.publish();
+    // Frames that became final, new ones, listings and warnings, the page, deletions.
+    constexpr int kSteps = 5;
+    for (int step = 0; step < kSteps; ++step) {
+        const int last = step == 0 ? 1 : 2; // the step before, then it is killed
+        EXPECT_EQ(bring(last).size(), last);
+        expectGoodListings();
+    }
+    const QStringList rest = bring();
+    ASSERT_EQ(rest.size(), 1);
+    EXPECT_TRUE(rest[0].startsWith("delete "));
+    expectSameFiles();
 }
 
 } // namespace

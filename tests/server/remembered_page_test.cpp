@@ -11,11 +11,11 @@ TEST(RememberedPageTest, IsMadeOnceASecond) {
     int made = 0;
     RememberedPage page([&made] { return QByteArray::number(++made); });
     const RememberedPage::Time now{1h};
-    EXPECT_EQ(page.get(now), "1");
-    EXPECT_EQ(page.get(now + 999ms), "1");
-    EXPECT_EQ(page.get(now + 1s), "2");
-    EXPECT_EQ(page.get(now + 1999ms), "2");
-    EXPECT_EQ(page.get(now + 1h), "3");
+    EXPECT_EQ(page.get(now).bytes(), "1");
+    EXPECT_EQ(page.get(now + 999ms).bytes(), "1");
+    EXPECT_EQ(page.get(now + 1s).bytes(), "2");
+    EXPECT_EQ(page.get(now + 1999ms).bytes(), "2");
+    EXPECT_EQ(page.get(now + 1h).bytes(), "3");
 }
 
 } // namespace

@@ -30,9 +30,11 @@ class FakeFrames : public FrameSource {
 public:
     std::set<FileTime> times;            ///< of every site and product
     std::set<FileTime> lost;             ///< times that are listed but have no frame any more
+    std::set<FileTime> changing;         ///< times whose frames may have other bytes later
     mutable std::vector<FileTime> order; ///< in which frames were asked for
     mutable std::atomic<int> made = 0;   ///< pictures so far
     QByteArray text;                     ///< what every picture begins to say
+    QByteArray picture;                  ///< every frame, unless empty
 
     [[nodiscard]] std::vector<FileTime>
     frameTimes(std::string_view, Product, FileTime upTo) const override {
@@ -44,7 +46,11 @@ public:
         const std::lock_guard lock(m_mutex);
         order.push_back(time);
         const bool isThere = times.contains(time) && !lost.contains(time);
-        return isThere ? std::optional(says(site, codeOf(product))) : std::nullopt;
+        const QByteArray bytes = picture.isEmpty() ? says(site, codeOf(product)) : picture;
+        return isThere ? std::optional(bytes) : std::nullopt;
+    }
+    [[nodiscard]] FrameStamp stamp(std::string_view, Product, FileTime time) const override {
+        return {{}, changing.contains(time)};
     }
     /// One whose outline and text change with the minute.
     [[nodiscard]] WeatherWarnings

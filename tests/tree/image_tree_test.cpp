@@ -29,7 +29,7 @@ protected:
 
     [[nodiscard]] QByteArray body(const char* path) const {
         const auto answer = m_tree.find(path);
-        return answer ? answer->body : QByteArray("(none)");
+        return answer ? answer->body.bytes() : QByteArray("(none)");
     }
 
     ManualClock m_clock;
@@ -42,10 +42,11 @@ protected:
 TEST_F(ImageTreeTest, ListsFramesUpToNow) {
     const auto listing = m_tree.find("/ridge/RadarImg/N0R/LWX/");
     ASSERT_TRUE(listing);
-    EXPECT_EQ(listing->maxAgeSeconds, 0);
-    EXPECT_TRUE(listing->body.contains("\"LWX_20180725_1955_N0R.gif\""));
-    EXPECT_TRUE(listing->body.contains("\"LWX_20180725_2000_N0R.gif\""));
-    EXPECT_FALSE(listing->body.contains("2005"));
+    EXPECT_EQ(listing->keeping, Keeping::aMoment);
+    const QByteArray& page = listing->body.bytes();
+    EXPECT_TRUE(page.contains("\"LWX_20180725_1955_N0R.gif\""));
+    EXPECT_TRUE(page.contains("\"LWX_20180725_2000_N0R.gif\""));
+    EXPECT_FALSE(page.contains("2005"));
     EXPECT_THAT(
         m_tree.framesIn({"LWX", Product::baseReflectivity}),
         ElementsAre("LWX_20180725_1955_N0R.gif", "LWX_20180725_2000_N0R.gif")
@@ -64,10 +65,53 @@ TEST_F(ImageTreeTest, MakesAPictureOnce) {
     const auto answer = m_tree.find(path);
     ASSERT_TRUE(answer);
     EXPECT_STREQ(answer->type, "image/gif");
-    EXPECT_GT(answer->maxAgeSeconds, 0);
+    EXPECT_EQ(answer->keeping, Keeping::aMoment);
     EXPECT_EQ(body(path), gifThatSays("LWXN0V"));
     EXPECT_EQ(m_frames.made, 1);
     EXPECT_GT(m_tree.bytesInMemory(), 0);
+}
+
+TEST_F(ImageTreeTest, AFrameIsFinalOnceALaterOneIsListed) {
+    const char* const path = "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif";
+    EXPECT_EQ(m_tree.find(path)->keeping, Keeping::aMoment);
+    EXPECT_TRUE(m_tree.isNewest(path));
+    m_clock.advance(5 * kFileTimePerMinute);
+    EXPECT_EQ(m_tree.find(path)->keeping, Keeping::forGood);
+    EXPECT_FALSE(m_tree.isNewest(path));
+    m_frames.changing = {fromCalendar({2018, 7, 25, 20, 0})};
+    EXPECT_EQ(m_tree.find(path)->keeping, Keeping::aMoment) << "its source says so";
+    EXPECT_EQ(m_frames.made, 1);
+    EXPECT_EQ(
+        m_tree.find("/ridge/Overlays/Cities/Short/LWX_City_Short.gfw")->keeping, Keeping::aDay
+    );
+}
+
+TEST_F(ImageTreeTest, KeepsAListingAndItsTag) {
+    const char* const path = "/ridge/RadarImg/N0R/LWX/";
+    const auto first = m_tree.find(path);
+    const auto again = m_tree.find(path);
+    EXPECT_EQ(&first->body.bytes(), &again->body.bytes()) << "the same object";
+    m_clock.advance(5 * kFileTimePerMinute);
+    const auto later = m_tree.find(path);
+    EXPECT_TRUE(later->body.bytes().contains("2005"));
+    EXPECT_NE(later->body.tag(), first->body.tag());
+    EXPECT_EQ(m_tree.counts().kept, 1U);
+    EXPECT_EQ(m_tree.counts().sought, 3U);
+    EXPECT_FALSE(body("/ridge/RadarImg/").isEmpty());
+    EXPECT_EQ(body("/ridge/RadarImg/"), body("/ridge/RadarImg/"));
+}
+
+TEST_F(ImageTreeTest, CountsWhatItMakes) {
+    EXPECT_NE(body("/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif"), "(none)");
+    EXPECT_NE(body("/ridge/Warnings/Short/LWX_Warnings_0.json"), "(none)");
+    EXPECT_NE(body("/ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg"), "(none)");
+    EXPECT_NE(body("/ridge/Overlays/Topo/Short/LWX_Topo_Short.jpg"), "(none)");
+    const ImageTree::Counts counts = m_tree.counts();
+    EXPECT_EQ(counts.frames.pictures, 1U);
+    EXPECT_EQ(counts.warnings.pictures, 1U);
+    EXPECT_EQ(counts.layers.pictures, 1U);
+    EXPECT_GT(counts.layers.seconds, 0);
+    EXPECT_EQ(counts.kept, 1U);
 }
 
 TEST_F(ImageTreeTest, TellsLaterWhatHasToBeMade) {
@@ -104,7 +148,7 @@ TEST_F(ImageTreeTest, WarningsAreThoseOfTheMinute) {
     const QByteArray first = body(path);
     EXPECT_EQ(body(path), first);
     EXPECT_EQ(m_frames.made, 1);
-    EXPECT_EQ(m_tree.find(path)->maxAgeSeconds, 0);
+    EXPECT_EQ(m_tree.find(path)->keeping, Keeping::aMoment);
     m_clock.advance(kFileTimePerMinute);
     EXPECT_NE(body(path), first);
 }

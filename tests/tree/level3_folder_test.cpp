@@ -59,13 +59,18 @@ protected:
 
 TEST_F(Level3FolderTest, RendersWhatIsNew) {
     const auto folder = open();
+    EXPECT_FALSE(folder->isReady());
     EXPECT_EQ(folder->rescan(), 0);
+    EXPECT_TRUE(folder->isReady());
     put("a", product(m_second));
     EXPECT_EQ(folder->rescan(), 1);
     EXPECT_THAT(times(*folder), ElementsAre(m_time));
     const auto gif = folder->frame("TLX", kN0R, m_time);
     EXPECT_EQ(QImage::fromData(gif.value(), "GIF").size(), QSize(600, 550));
     EXPECT_EQ(folder->rescan(), 0);
+    EXPECT_EQ(folder->counts()->read, 1U);
+    EXPECT_EQ(folder->counts()->failed, 0U);
+    EXPECT_TRUE(open()->isReady()) << "there are frames of an earlier run";
 }
 
 TEST_F(Level3FolderTest, LooksIntoFoldersAndLeavesHiddenFilesAlone) {

@@ -8,8 +8,8 @@ namespace {
 
 TEST(PictureCacheTest, KeepsWhatFits) {
     PictureCache cache(100);
-    cache.insert("a", "aaaa");
-    EXPECT_EQ(cache.find("a"), "aaaa");
+    cache.insert("a", QByteArray("aaaa"));
+    EXPECT_EQ(cache.find("a")->bytes(), "aaaa");
     EXPECT_EQ(cache.bytes(), 4);
     EXPECT_FALSE(cache.find("b"));
 }
@@ -28,10 +28,10 @@ TEST(PictureCacheTest, ForgetsWhatWasNotAskedForLongest) {
 
 TEST(PictureCacheTest, DoesNotKeepWhatIsLargerThanItself) {
     PictureCache cache(10);
-    cache.insert("a", "aaa");
+    cache.insert("a", QByteArray("aaa"));
     cache.insert("b", QByteArray(11, 'b'));
     EXPECT_FALSE(cache.find("b"));
-    EXPECT_EQ(cache.find("a"), "aaa");
+    EXPECT_EQ(cache.find("a")->bytes(), "aaa");
 }
 
 } // namespace

@@ -22,7 +22,7 @@ protected:
         return {
             [this](const PictureMakers::Picture& picture) {
                 const std::lock_guard lock(m_mutex);
-                m_told.push_back(picture.value());
+                m_told.push_back(picture.value().bytes());
             },
             [isWaiting] { return isWaiting; }};
     }

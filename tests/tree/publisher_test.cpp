@@ -50,7 +50,7 @@ TEST_F(PublisherTest, WritesTheTree) {
     ASSERT_TRUE(publish());
     EXPECT_EQ(
         namesIn(file("/ridge/RadarImg/N0R/LWX")),
-        "LWX_20180725_1955_N0R.gif LWX_20180725_2000_N0R.gif index.html"
+        ".LWX_20180725_2000_N0R.gif LWX_20180725_1955_N0R.gif LWX_20180725_2000_N0R.gif index.html"
     );
     EXPECT_EQ(
         readFile(file("/ridge/RadarImg/NTP/LWX/LWX_20180725_2000_NTP.gif")), gifThatSays("LWXNTP")
@@ -92,6 +92,7 @@ TEST_F(PublisherTest, AFrameThatIsNotThereIsNotListed) {
 }
 
 TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
+    m_frames.times.insert(m_clock.now() - 10 * kFileTimePerMinute);
     ASSERT_TRUE(publish());
     m_frames.text = "other";
     m_frames.times.erase(m_frames.times.begin());
@@ -101,16 +102,47 @@ TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
     ASSERT_TRUE(Publisher(fresh, m_root, {"LWX"}, "data", [](const QString&) {}).publish());
     EXPECT_EQ(
         namesIn(file("/ridge/RadarImg/N0R/LWX")),
-        "LWX_20180725_2000_N0R.gif LWX_20180725_2005_N0R.gif index.html"
+        ".LWX_20180725_2005_N0R.gif LWX_20180725_1955_N0R.gif LWX_20180725_2000_N0R.gif "
+        "LWX_20180725_2005_N0R.gif index.html"
     );
-    // A frame that is there stays as it is; warnings are those of now.
+    // A frame that is final stays as it is; warnings are those of now.
     EXPECT_EQ(
-        readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")), gifThatSays("LWXN0R")
+        readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif")), gifThatSays("LWXN0R")
     );
+    EXPECT_EQ(
+        readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")),
+        gifThatSays("otherLWXN0R")
+    ) << "an earlier run could not know that it was final";
     EXPECT_THAT(
         readFile(file("/ridge/Warnings/Short/LWX_Warnings_0.json")).toStdString(),
         HasSubstr("other")
     );
+}
+
+TEST_F(PublisherTest, AFrameIsMarkedWhileItMayChangeAndUntilALaterOneIsListed) {
+    const QString folder = file("/ridge/RadarImg/N0R/LWX");
+    const auto marks = [&] {
+        return QDir(folder)
+            .entryList({QStringLiteral(".*.gif")}, QDir::Files | QDir::Hidden)
+            .join(u' ')
+            .toStdString();
+    };
+    m_frames.changing = {m_clock.now() - 5 * kFileTimePerMinute};
+    Publisher publisher(m_tree, m_root, {"LWX"}, "data", [](const QString&) {});
+    ASSERT_TRUE(publisher.publish());
+    EXPECT_EQ(marks(), ".LWX_20180725_1955_N0R.gif .LWX_20180725_2000_N0R.gif");
+    m_clock.advance(5 * kFileTimePerMinute);
+    m_frames.times.insert(m_clock.now());
+    ASSERT_TRUE(publisher.publish());
+    EXPECT_EQ(marks(), ".LWX_20180725_1955_N0R.gif .LWX_20180725_2005_N0R.gif");
+    m_frames.changing.clear();
+    ASSERT_TRUE(publisher.publish());
+    EXPECT_EQ(marks(), ".LWX_20180725_2005_N0R.gif");
+    const Publisher::Counts counts = publisher.counts();
+    EXPECT_GT(counts.written, 30U);
+    EXPECT_EQ(counts.failed, 0U);
+    EXPECT_EQ(counts.deleted, 0U);
+    EXPECT_GT(counts.lastGood, 0);
 }
 
 TEST_F(PublisherTest, LayersAreWrittenAgainWhenTheirDataChange) {
@@ -133,7 +165,7 @@ TEST_F(PublisherTest, AFullDiskLeavesNoCutFile) {
     EXPECT_THAT(
         m_log.toStdString(), ::testing::MatchesRegex("Cannot write .*\\.gif: File too large\\.\n")
     );
-    EXPECT_EQ(namesIn(file("/ridge/RadarImg/N0R/LWX")), "");
+    EXPECT_EQ(namesIn(file("/ridge/RadarImg/N0R/LWX")), ".LWX_20180725_2000_N0R.gif");
     ASSERT_TRUE(publish());
     EXPECT_EQ(
         readFile(file("/ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif")),

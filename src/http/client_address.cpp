@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "server/client_address.h"
+#include "http/client_address.h"
 
 #include <netinet/in.h>
 

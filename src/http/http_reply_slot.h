@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/http_exchange.h"
+#include "http/http_exchange.h"
 
 #include <atomic>
 #include <mutex>

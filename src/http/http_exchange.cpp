@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "server/http_exchange.h"
+#include "http/http_exchange.h"
 
-#include "server/http_reply_slot.h"
+#include "http/http_reply_slot.h"
 
 #include <algorithm>
 #include <charconv>

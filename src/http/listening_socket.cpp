@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "server/listening_socket.h"
+#include "http/listening_socket.h"
 
 #include <netdb.h>
 #include <netinet/in.h>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "server/web_server.h"
+#include "http/web_server.h"
 
-#include "server/client_address.h"
-#include "server/farewells.h"
-#include "server/http_conversations.h"
-#include "server/http_reply_slot.h"
-#include "server/listening_socket.h"
+#include "http/client_address.h"
+#include "http/farewells.h"
+#include "http/http_conversations.h"
+#include "http/http_reply_slot.h"
+#include "http/listening_socket.h"
 
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -101,7 +101,7 @@ public:
     }
 
     [[nodiscard]] int port() const { return m_port; }
-    [[nodiscard]] Counts counts() const { return {m_requests, m_refused, m_displaced}; }
+    [[nodiscard]] Counts counts() const { return {m_requests, m_refused, m_displaced, m_open}; }
 
 private:
     struct Connection {
@@ -218,6 +218,7 @@ private:
         }
         FileDescriptor librarys(fcntl(id, F_DUPFD_CLOEXEC, 0));
         m_connections[id].socket = std::move(socket);
+        m_open = m_connections.size();
         if (!librarys.isOpen() || !m_library->begin(id, std::move(librarys), address)) {
             ended(id);
         }
@@ -306,6 +307,7 @@ private:
             m_farewells.add(std::move(found->second.socket), now());
         }
         m_connections.erase(found);
+        m_open = m_connections.size();
     }
 
     HttpHandler m_handler;
@@ -314,6 +316,7 @@ private:
     std::atomic<std::uint64_t> m_requests = 0;
     std::atomic<std::uint64_t> m_refused = 0;
     std::atomic<std::uint64_t> m_displaced = 0;
+    std::atomic<std::uint64_t> m_open = 0;
     std::atomic<bool> m_isStopping = false;
     /// Shared with the replies, which may outlive the server.
     std::shared_ptr<Mailbox> m_mailbox = std::make_shared<Mailbox>();

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/file_descriptor.h"
-#include "server/http_exchange.h"
+#include "http/http_exchange.h"
 
 #include <chrono>
 #include <map>

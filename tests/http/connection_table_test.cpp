@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "server/connection_table.h"
+#include "http/connection_table.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/connection_table.h"
-#include "server/http_exchange.h"
+#include "http/connection_table.h"
+#include "http/http_exchange.h"
 
 #include <cstdint>
 #include <memory>
@@ -29,6 +29,7 @@ public:
         std::uint64_t requests = 0;
         std::uint64_t refused = 0;   ///< connections beyond the limits
         std::uint64_t displaced = 0; ///< connections that made room for others
+        std::uint64_t open = 0;      ///< connections now
     };
 
     WebServer(HttpHandler handler, const Limits& limits);

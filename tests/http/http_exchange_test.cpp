@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "server/http_exchange.h"
-#include "server/http_reply_slot.h"
+#include "http/http_exchange.h"
+#include "http/http_reply_slot.h"
 
 #include <gtest/gtest.h>
 

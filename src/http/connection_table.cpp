@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "server/connection_table.h"
+#include "http/connection_table.h"
 
 #include <algorithm>
 #include <tuple>

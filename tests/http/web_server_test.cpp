@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Talks to the server as no library would: byte by byte, wrongly, slowly, and many at a time.
-#include "raw_client.h"
-#include "server/web_server.h"
+#include "http/web_server.h"
 #include "support/loopback.h"
+#include "support/raw_client.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "server/farewells.h"
+#include "http/farewells.h"
 
 #include <sys/socket.h>
 

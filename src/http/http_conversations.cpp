@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "server/http_conversations.h"
+#include "http/http_conversations.h"
 
 #include <microhttpd.h>
 #include <sys/socket.h>
