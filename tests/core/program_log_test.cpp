@@ -38,7 +38,7 @@ TEST_F(ProgramLogTest, LinesBeginWithTheProgramsNameButForInformation) {
     EXPECT_EQ(heard, QString());
 }
 
-TEST_F(ProgramLogTest, OutsideTheJournalLinesHaveNoPriority) {
+TEST(ForStandardErrorTest, OutsideTheJournalLinesHaveNoPriority) {
     EXPECT_EQ(forStandardError(QtCriticalMsg, "a\nb\n"), "a\nb\n");
 }
 
