@@ -179,7 +179,7 @@ function(raincast_test room)
         "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.supp")
     foreach(test IN LISTS names)
         set_tests_properties(${test} PROPERTIES
-            SKIP_RETURN_CODE 77 ENVIRONMENT "${environment};LC_ALL=C.UTF-8")
+            SKIP_RETURN_CODE 77 ENVIRONMENT "${environment};LC_ALL=C.UTF-8;LANGUAGE=en")
     endforeach()
     set_tests_properties(${room}.comma PROPERTIES ENVIRONMENT
         "${environment};LC_ALL=de_DE.UTF-8;LANGUAGE=en;LOCPATH=${RAINCAST_LOCALE_DIR};RAINCAST_EXPECT_COMMA=1")

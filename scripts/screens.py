@@ -41,7 +41,7 @@ class Session:
         # A user's own settings of displays lead nowhere here.
         self.environment = {name: value for name, value in os.environ.items()
                             if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
-        self.environment |= {"HOME": folder, "XDG_RUNTIME_DIR": folder}
+        self.environment |= {"HOME": folder, "XDG_RUNTIME_DIR": folder, "LANGUAGE": "en"}
 
     def start(self, *command, **environment):
         process = subprocess.Popen([str(word) for word in command], env=self.environment | environment)

@@ -2,7 +2,6 @@
 #include "along/along_dialog.h"
 
 #include "along/along_setting.h"
-#include "core/data_size.h"
 #include "units/units.h"
 #include "window/dialog_template.h"
 #include "window/message_box.h"
@@ -25,22 +24,27 @@ enum Control { kDistance = 1100, kUnit = 1101, kFrom = 1102, kSites = 1103, kAmo
 
 const DialogTemplateRecord record{
     {AlongDialog::kTemplate,
-     QStringLiteral("Take Along"),
+     Text::marked("Take Along"),
      {124, 128},
      {
-         {0, ControlKind::label, QStringLiteral("&Within:"), {4, 4, 32, 14}},
+         {0, ControlKind::label, Text::marked("&Within:"), {4, 4, 32, 14}},
          {kDistance, ControlKind::edit, {}, {38, 4, 34, 14}},
          {kUnit, ControlKind::label, {}, {75, 4, 45, 14}},
          {kFrom, ControlKind::label, {}, {4, 20, 116, 10}},
-         {kSites, ControlKind::listBox, QStringLiteral("Sites"), {4, 32, 116, 62}},
+         {kSites, ControlKind::listBox, Text::marked("Sites"), {4, 32, 116, 62}},
          {kAmount, ControlKind::label, {}, {4, 97, 116, 10}},
-         {Dialog::kOk, ControlKind::pushButton, QStringLiteral("&Take Along"), {4, 110, 56, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("&Cancel"), {64, 110, 56, 14}},
+         {Dialog::kOk, ControlKind::pushButton, Text::marked("&Take Along"), {4, 110, 56, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("&Cancel"), {64, 110, 56, 14}},
      },
      {}}};
 
-QString countText(std::size_t sites) {
-    return sites == 1 ? QStringLiteral("1 site") : QStringLiteral("%1 sites").arg(sites);
+/// "12 sites, about 31 MB (12 GB free)"
+QString amountText(std::size_t sites, qint64 bytes, std::optional<qint64> freeBytes) {
+    const QString count = Text::counted("%n sites", "%n site", static_cast<qint64>(sites));
+    const QString size = Text::dataSize(bytes);
+    return freeBytes && *freeBytes >= 0
+               ? Text::tr("%1, about %2 (%3 free)").arg(count, size, Text::dataSize(*freeBytes))
+               : Text::tr("%1, about %2").arg(count, size);
 }
 
 } // namespace
@@ -57,7 +61,7 @@ bool AlongDialog::onInitialise() {
     const CUnits& units = CUnits::global();
     list().setItemDelegate(new RowDelegate(&list()));
     setText(kUnit, units.distanceUnit());
-    setText(kFrom, QStringLiteral("from %1").arg(m_from.name));
+    setText(kFrom, Text::tr("from %1").arg(m_from.name));
     const double distance = units.distanceOf(AlongSetting::metres());
     setText(kDistance, QString::number(std::max(std::round(distance), 1.0), 'f', 0));
     fill();
@@ -74,7 +78,7 @@ bool AlongDialog::onInitialise() {
 
 std::optional<double> AlongDialog::typedMetres() const {
     bool good = false;
-    const double distance = text(kDistance).trimmed().toDouble(&good);
+    const double distance = Text::typedNumber(text(kDistance).trimmed(), &good);
     const double metres = distance / CUnits::global().distanceOf(1);
     return good && std::isfinite(metres) && metres > 0 ? std::optional(metres) : std::nullopt;
 }
@@ -95,13 +99,7 @@ void AlongDialog::sayAmount() {
     if (widget() == nullptr) {
         return;
     }
-    QString amount = countText(m_sites.size());
-    amount +=
-        QStringLiteral(", about %1").arg(dataSizeText(estimatedBytes(m_sites.size(), m_like)));
-    if (m_free && *m_free >= 0) {
-        amount += QStringLiteral(" (%1 free)").arg(dataSizeText(*m_free));
-    }
-    setText(kAmount, amount);
+    setText(kAmount, amountText(m_sites.size(), estimatedBytes(m_sites.size(), m_like), m_free));
 }
 
 std::vector<QString> AlongDialog::siteIds() const {
@@ -120,25 +118,25 @@ void AlongDialog::onDialogCommand(int id, QWidget* sender, int notification) {
 }
 
 void AlongDialog::complain(const QString& text) {
-    messageBox(widget(), text, QStringLiteral("Take Along"));
+    messageBox(widget(), text, Text::tr("Take Along"));
 }
 
 void AlongDialog::onOk() {
     const auto metres = typedMetres();
     if (!metres) {
-        complain(QStringLiteral("The distance must be a number above 0, such as 150."));
+        complain(Text::tr("The distance must be a number above 0, such as 150."));
         return;
     }
     if (m_sites.empty()) {
-        complain(QStringLiteral("No radar site is within %1 from %2.")
+        complain(Text::tr("No radar site is within %1 from %2.")
                      .arg(CUnits::global().distanceText(*metres), m_from.name));
         return;
     }
     const qint64 needed = estimatedBytes(m_sites.size(), m_like);
     if (m_free && 0 <= *m_free && *m_free < needed) {
-        complain(QStringLiteral("There is not enough room for the images: they need about %1, and "
-                                "%2 are free.")
-                     .arg(dataSizeText(needed), dataSizeText(*m_free)));
+        complain(Text::tr("There is not enough room for the images: they need about %1, and "
+                          "%2 are free.")
+                     .arg(Text::dataSize(needed), Text::dataSize(*m_free)));
         return;
     }
     AlongSetting::setMetres(*metres);

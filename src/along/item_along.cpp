@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "along/item_along.h"
 
-#include "core/data_size.h"
 #include "map/item_map_view.h"
 #include "window/command_set.h"
 #include "window/message_box.h"
@@ -20,13 +19,12 @@ namespace {
 constexpr qsizetype kMostLines = 6;
 
 QString summary(const AlongResult& result) {
-    const QString size = dataSizeText(result.bytes);
-    const QString sites = result.wanted == 1 ? QStringLiteral("1 site")
-                                             : QStringLiteral("%1 sites").arg(result.wanted);
+    const QString size = Text::dataSize(result.bytes);
+    const QString sites = Text::counted("%n sites", "%n site", result.wanted);
     QString text =
         result.sites == result.wanted
-            ? QStringLiteral("Taken along: %1, %2.").arg(sites, size)
-            : QStringLiteral("Taken along: %1 of %2 whole, %3.").arg(result.sites).arg(sites, size);
+            ? Text::tr("Taken along: %1, %2.").arg(sites, size)
+            : Text::tr("Taken along: %1 of %2 whole, %3.").arg(result.sites).arg(sites, size);
     if (!result.stopped.isEmpty()) {
         text = result.stopped + u' ' + text;
     }
@@ -36,7 +34,7 @@ QString summary(const AlongResult& result) {
 QString missingText(const QStringList& missing) {
     QStringList lines = missing.mid(0, kMostLines);
     if (missing.size() > kMostLines) {
-        lines += QStringLiteral("And %1 more.").arg(missing.size() - kMostLines);
+        lines += Text::tr("And %1 more.").arg(missing.size() - kMostLines);
     }
     return lines.join(u'\n');
 }
@@ -51,10 +49,10 @@ ItemAlong::~ItemAlong() = default;
 std::optional<AlongFrom> ItemAlong::from() const {
     const CDataGPSPosition& fix = m_item.lastFix();
     if (fix.valid()) {
-        return AlongFrom{{fix.latitude, fix.longitude}, QStringLiteral("your position")};
+        return AlongFrom{{fix.latitude, fix.longitude}, Text::tr("your position")};
     }
     if (m_item.placed()) {
-        return AlongFrom{m_item.centrePosition(), QStringLiteral("the map's middle")};
+        return AlongFrom{m_item.centrePosition(), Text::tr("the map's middle")};
     }
     return std::nullopt;
 }
@@ -86,16 +84,16 @@ void ItemAlong::ask() {
 
 void ItemAlong::begin(const std::vector<QString>& siteIds) {
     const RadarScene scene = m_scene();
-    m_row.say(QStringLiteral("Taking the weather along..."), QStringLiteral("&Cancel"));
+    m_row.say(Text::tr("Taking the weather along..."), Text::tr("&Cancel"));
     m_toShow.clear();
     m_taking = std::make_unique<TakingAlong>(
         AlongPlan{siteIds, scene.state, scene.servers}, scene.downloads,
         [this](const TakingAlong::Progress& progress) {
-            m_row.goOn(QStringLiteral("Taking along %1: %2 of %3, %4")
+            m_row.goOn(Text::tr("Taking along %1: %2 of %3, %4")
                            .arg(progress.thing)
                            .arg(progress.done)
                            .arg(progress.wanted)
-                           .arg(dataSizeText(progress.bytes)));
+                           .arg(Text::dataSize(progress.bytes)));
         },
         [this](const AlongResult& result) { ended(result); }
     );
@@ -114,23 +112,22 @@ void ItemAlong::ended(const AlongResult& result) {
     m_taking.reset();
     m_toShow = kept.missing;
     if (m_toShow.isEmpty()) {
-        m_row.say(summary(kept), QStringLiteral("&OK"));
+        m_row.say(summary(kept), Text::tr("&OK"));
     } else {
-        const QString count = m_toShow.size() == 1
-                                  ? QStringLiteral(" 1 thing is missing.")
-                                  : QStringLiteral(" %1 things are missing.").arg(m_toShow.size());
-        m_row.say(summary(kept) + count, QStringLiteral("&Show"));
+        const QString count =
+            Text::counted("%n things are missing.", "%n thing is missing.", m_toShow.size());
+        m_row.say(summary(kept) + u' ' + count, Text::tr("&Show"));
     }
 }
 
 // Cancels, shows what is missing, or takes note of the end.
 void ItemAlong::rowPressed() {
     if (running()) {
-        stop(QStringLiteral("Cancelled."));
+        stop(Text::tr("Cancelled."));
         return;
     }
     if (const QStringList missing = std::exchange(m_toShow, {}); !missing.isEmpty()) {
-        messageBox(m_item.page()->widget(), missingText(missing), QStringLiteral("Taken Along"));
+        messageBox(m_item.page()->widget(), missingText(missing), Text::tr("Taken Along"));
     }
 }
 

@@ -18,7 +18,7 @@ namespace raincast {
 
 class CItemMapView;
 
-inline constexpr MenuRow kTakeAlongRow = menuEntry(kTakeAlong, u"&Take Along...");
+inline constexpr MenuRow kTakeAlongRow = menuEntry(kTakeAlong, Text::marked("&Take Along..."));
 
 /// "Take Along..." of a radar item: fetches the weather round the user's position, or else round
 /// the map's middle, in the background, with a line at the bottom of the window that says how far

@@ -4,6 +4,7 @@
 #include "basemap/basemap_load.h"
 #include "basemap/radar_view.h"
 #include "core/background.h"
+#include "core/text.h"
 #include "geo/geo_reference.h"
 #include "net/http_transfer.h"
 #include "radar/catalogue/products.h"
@@ -85,7 +86,7 @@ public:
     }
 
     [[nodiscard]] QString name() const override {
-        return radarProducts()[static_cast<std::size_t>(m_state.product)].nameText().toString();
+        return Text::of(radarProducts()[static_cast<std::size_t>(m_state.product)].nameText());
     }
     [[nodiscard]] qint64 bytes() const override { return m_transfer.bytesTaken(); }
     void start() override {
@@ -114,8 +115,8 @@ public:
     }
 
     [[nodiscard]] QString name() const override {
-        return ProductRange(m_state.product) == u"Short" ? QStringLiteral("maps")
-                                                         : QStringLiteral("long range maps");
+        return ProductRange(m_state.product) == u"Short" ? Text::tr("maps")
+                                                         : Text::tr("long range maps");
     }
     [[nodiscard]] qint64 bytes() const override {
         return m_bytesBefore + m_load->radarTransfer().bytesTaken();
@@ -154,9 +155,8 @@ private:
         const int skipped = m_shown.counties ? 0 : 2; // with the cities
         const int missing = m_basemaps.missing + skipped + (m_place.valid() ? 0 : 1);
         if (missing > 0) {
-            const QString count = missing == 1
-                                      ? QStringLiteral("1 file is missing.")
-                                      : QStringLiteral("%1 files are missing.").arg(missing);
+            const QString count =
+                Text::counted("%n files are missing.", "%n file is missing.", missing);
             outcome.missing =
                 joined(count, m_load->trouble().isEmpty() ? m_trouble : m_load->trouble());
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/app_options.h"
 
+#include "core/text.h"
 #include "position/source/position_source_address.h"
 #include "radar/catalogue/products.h"
 #include "radar/catalogue/sites.h"
@@ -22,38 +23,36 @@ constexpr int kMostExtent = 16384;
 QList<QCommandLineOption> ownOptions() {
     return {
         {QStringLiteral("page-file"),
-         QStringLiteral("Use this file of pages, and leave the usual one alone."),
+         Text::tr("Use this file of pages, and leave the usual one alone."),
          QStringLiteral("FILE")},
-        {QStringLiteral("geometry"), QStringLiteral("The size of the window, such as 480x640."),
+        {QStringLiteral("geometry"), Text::tr("The size of the window, such as 480x640."),
          QStringLiteral("WxH")},
         {QStringLiteral("screenshot"),
-         QStringLiteral("Save a picture of the window as PNG and end; needs no display."),
+         Text::tr("Save a picture of the window as PNG and end; needs no display."),
          QStringLiteral("FILE")},
         {QStringLiteral("loop"),
-         QStringLiteral("Save the first radar item's loop as an animated GIF and end; needs no "
-                        "display."),
+         Text::tr("Save the first radar item's loop as an animated GIF and end; needs no "
+                  "display."),
          QStringLiteral("FILE")},
         {QStringLiteral("nmea"),
-         QStringLiteral("Where the position comes from: serial:PATH[@SPEED], tcp:HOST:PORT, "
-                        "udp:PORT, gpsd:[HOST[:PORT]] or file:PATH[?rate=N]."),
+         Text::tr("Where the position comes from: serial:PATH[@SPEED], tcp:HOST:PORT, "
+                  "udp:PORT, gpsd:[HOST[:PORT]] or file:PATH[?rate=N]."),
          QStringLiteral("SOURCE")},
-        {QStringLiteral("radar-server"), QStringLiteral("Where the radar images come from."),
+        {QStringLiteral("radar-server"), Text::tr("Where the radar images come from."),
          QStringLiteral("HOST[:PORT]")},
-        {QStringLiteral("basemap-server"), QStringLiteral("Where counties and cities come from."),
+        {QStringLiteral("basemap-server"), Text::tr("Where counties and cities come from."),
          QStringLiteral("HOST[:PORT]")},
         {QStringLiteral("live-arguments"),
-         QStringLiteral("Options for the server that the viewer starts for live radar."),
+         Text::tr("Options for the server that the viewer starts for live radar."),
          QStringLiteral("TEXT")},
-        {QStringLiteral("site"), QStringLiteral("Show this radar site first, such as MUX."),
+        {QStringLiteral("site"), Text::tr("Show this radar site first, such as MUX."),
          QStringLiteral("SITE")},
         {QStringLiteral("product"),
-         QStringLiteral(
-             "With --site, instead of the item's own: N0R, NCR, N0Z, N1P, NTP, N0V or N0S."
-         ),
+         Text::tr("With --site, instead of the item's own: N0R, NCR, N0Z, N1P, NTP, N0V or N0S."),
          QStringLiteral("PRODUCT")},
         {QStringLiteral("welcome"),
-         QStringLiteral("If no radar site was chosen yet, show this one, animated, instead of "
-                        "asking."),
+         Text::tr("If no radar site was chosen yet, show this one, animated, instead of "
+                  "asking."),
          QStringLiteral("SITE")},
     };
 }
@@ -121,10 +120,10 @@ Reading readFile(const QCommandLineParser& parser, AppOptions& result) {
         return {};
     }
     if (files.size() > 1 || !result.pageFile.isEmpty()) {
-        return wrong(QStringLiteral("Unexpected argument \"%1\".").arg(files.constLast()));
+        return wrong(Text::tr("Unexpected argument \"%1\".").arg(files.constLast()));
     }
     if (!QFileInfo(files.constFirst()).isFile()) {
-        return wrong(QStringLiteral("There is no file %1.").arg(files.constFirst()));
+        return wrong(Text::tr("There is no file %1.").arg(files.constFirst()));
     }
     result.pageFile = absolute(files.constFirst());
     return {};
@@ -134,7 +133,7 @@ Reading readPlainValues(const QCommandLineParser& parser, AppOptions& result) {
     if (parser.isSet(QStringLiteral("geometry"))) {
         const auto size = sizeIn(parser.value(QStringLiteral("geometry")));
         if (!size) {
-            return wrong(QStringLiteral("--geometry takes WIDTHxHEIGHT, each from %1 to %2.")
+            return wrong(Text::tr("--geometry takes WIDTHxHEIGHT, each from %1 to %2.")
                              .arg(kLeastExtent)
                              .arg(kMostExtent));
         }
@@ -149,7 +148,7 @@ Reading readPositionSource(const QCommandLineParser& parser, AppOptions& result)
     result.nmea = parser.value(QStringLiteral("nmea"));
     if (!result.nmea.isEmpty()) {
         if (const auto source = PositionSourceAddress::parse(result.nmea); !source) {
-            return wrong(QStringLiteral("--nmea: %1").arg(source.error()));
+            return wrong(QStringLiteral("--nmea: ") + source.error());
         }
     }
     return {};
@@ -160,7 +159,7 @@ Reading readServers(const QCommandLineParser& parser, AppOptions& result) {
     result.basemapServer = parser.value(QStringLiteral("basemap-server"));
     for (const QString& host : {result.radarServer, result.basemapServer}) {
         if (!host.isEmpty() && !isServer(host)) {
-            return wrong(QStringLiteral("\"%1\" is not HOST or HOST:PORT.").arg(host));
+            return wrong(Text::tr("\"%1\" is not HOST or HOST:PORT.").arg(host));
         }
     }
     result.liveArguments = QProcess::splitCommand(parser.value(QStringLiteral("live-arguments")));
@@ -172,7 +171,7 @@ Reading readSites(const QCommandLineParser& parser, AppOptions& result) {
     result.welcomeSiteId = parser.value(QStringLiteral("welcome")).toUpper();
     for (const QString& site : {result.siteId, result.welcomeSiteId}) {
         if (!site.isEmpty() && findRadarSite(site) == nullptr) {
-            return wrong(QStringLiteral("There is no site %1.").arg(site));
+            return wrong(Text::tr("There is no site %1.").arg(site));
         }
     }
     return {};
@@ -184,11 +183,10 @@ Reading readProduct(const QCommandLineParser& parser, AppOptions& result) {
         return {};
     }
     if (result.siteId.isEmpty()) {
-        return wrong(QStringLiteral("--product needs --site."));
+        return wrong(Text::tr("--product needs --site."));
     }
     result.product = findRadarProduct(product.toUpper());
-    return result.product ? Reading()
-                          : wrong(QStringLiteral("There is no product %1.").arg(product));
+    return result.product ? Reading() : wrong(Text::tr("There is no product %1.").arg(product));
 }
 
 tl::expected<AppOptions, QString> readValues(const CommandLine& line) {
@@ -212,16 +210,16 @@ tl::expected<AppOptions, QString> readValues(const CommandLine& line) {
 tl::expected<AppOptions, CommandLineAnswer> readAppOptions(const QStringList& arguments) {
     CommandLine line(
         QStringLiteral("raincast"),
-        QStringLiteral("Shows weather radar images: the newest of a site, animated, on a map.")
+        Text::tr("Shows weather radar images: the newest of a site, animated, on a map.")
     );
     line.parser().setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     line.parser().addOptions(ownOptions() + qtOptions());
     line.parser().addPositionalArgument(
-        QStringLiteral("FILE"), QStringLiteral("The same as --page-file FILE, if it is there."),
+        QStringLiteral("FILE"), Text::tr("The same as --page-file FILE, if it is there."),
         QStringLiteral("[FILE]")
     );
     line.setHelpFooter(
-        QStringLiteral("\nQt's own options, such as -platform and -style, are understood too.\n")
+        Text::tr("\nQt's own options, such as -platform and -style, are understood too.\n")
     );
     if (auto parsed = line.parse(arguments); !parsed) {
         return tl::unexpected(parsed.error());

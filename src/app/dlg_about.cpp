@@ -15,26 +15,30 @@ namespace {
 
 const DialogTemplateRecord aboutTemplate{
     {CDlgAbout::kTemplate,
-     QStringLiteral("About Raincast"),
+     Text::marked("About Raincast"),
      {125, 110},
      {
          {CDlgAbout::kPicture, ControlKind::picture, {}, {4, 4, 34, 38}},
          {CDlgAbout::kProduct, ControlKind::label, QStringLiteral("Raincast"), {41, 10, 82, 10}},
          {CDlgAbout::kVersion,
           ControlKind::label,
-          QStringLiteral("Version " RAINCAST_VERSION ", Build 756"),
+          QStringLiteral("Version " RAINCAST_VERSION ", Build 756"), // until versionText() is set
           {41, 26, 82, 10}},
          {CDlgAbout::kCredits,
           ControlKind::label,
-          QStringLiteral("NOAA/NWS NEXRAD via Unidata (AWS Open Data)"),
+          Text::marked("NOAA/NWS NEXRAD via Unidata (AWS Open Data)"),
           {4, 46, 117, 24}},
          {CDlgAbout::kLicence,
           ControlKind::label,
-          QStringLiteral("Free software, MIT licence. Maps: GSHHG (LGPL), ETOPO5 (NOAA), U.S. "
-                         "Census Bureau, GeoNames (CC BY 4.0)"),
+          Text::marked("Free software, MIT licence. Maps: GSHHG (LGPL), ETOPO5 (NOAA), U.S. "
+                       "Census Bureau, GeoNames (CC BY 4.0)"),
           {4, 72, 117, 36}},
      },
      {}}};
+
+QString versionText() {
+    return Text::tr("Version %1, Build %2").arg(QStringLiteral(RAINCAST_VERSION)).arg(756);
+}
 
 /// The resource module's picture at an extent in device pixels; null without the module.
 QImage pictureFromModule(int extent) {
@@ -54,7 +58,7 @@ void CDlgAbout::show(QWidget* parent) {
 }
 
 bool CDlgAbout::onInitialise() {
-    setText(kVersion, QStringLiteral("Version " RAINCAST_VERSION ", Build 756"));
+    setText(kVersion, versionText());
     if (auto* const product = control<QLabel>(kProduct)) {
         QFont font = product->font();
         font.setBold(true);

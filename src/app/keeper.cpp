@@ -4,6 +4,7 @@
 #include "app/raincast_app.h"
 #include "app/viewer_log.h"
 #include "core/folders.h"
+#include "core/text.h"
 #include "core/user_change.h"
 #include "persist/persistant_data.h"
 #include "persist/registry_store.h"
@@ -19,11 +20,6 @@ namespace raincast {
 
 namespace {
 
-QString lossOf(const char* what, const QString& path, const QString& reason) {
-    return QStringLiteral("The %1 cannot be saved in %2: %3.")
-        .arg(QString::fromLatin1(what), path, reason);
-}
-
 /// Makes the folder of the usual page file, which belongs to the program. The start made it, unless
 /// that failed; it may be gone since.
 tl::expected<void, QString> makeUsualFolder(const QString& pageFile) {
@@ -32,8 +28,21 @@ tl::expected<void, QString> makeUsualFolder(const QString& pageFile) {
                                                                : tl::expected<void, QString>();
 }
 
+QString dateAndTime(const QDateTime& time) {
+    const QDateTime local = time.toLocalTime();
+    const QDate day = local.date();
+    const QTime clock = local.time();
+    const CalendarTime at{
+        .year = day.year(),
+        .month = day.month(),
+        .day = day.day(),
+        .hour = clock.hour(),
+        .minute = clock.minute()};
+    return Text::date(at) + u' ' + Text::clock(at, Text::Hours::twoDigits);
+}
+
 QString pagesIn(std::size_t count) {
-    return count == 1 ? QStringLiteral("1 page") : QStringLiteral("%1 pages").arg(count);
+    return Text::counted("%n pages", "%n page", static_cast<qint64>(count));
 }
 
 } // namespace
@@ -64,8 +73,8 @@ void Keeper::loadPages(QWidget* window) {
 
 void Keeper::sayUnreadable(QWidget* window) {
     const QString text =
-        QStringLiteral("The pages in %1 cannot be read: %2. They are left as they are; nothing of "
-                       "this run will be saved.")
+        Text::tr("The pages in %1 cannot be read: %2. They are left as they are; nothing of "
+                 "this run will be saved.")
             .arg(m_file.path(), m_file.reason());
     messageBox(window, text, CGlobals::title(), MessageIcon::exclamation);
     if (!Modal::asks()) {
@@ -75,16 +84,15 @@ void Keeper::sayUnreadable(QWidget* window) {
 
 void Keeper::askForBackup(QWidget* window) {
     const PageBackup::Offer& offer = *m_file.offer();
-    const QString text =
-        QStringLiteral("Some pages could not be read. Use the backup of %1 (%2)?")
-            .arg(offer.date.toString(QStringLiteral("yyyy-MM-dd HH:mm")), pagesIn(offer.pages));
+    const QString text = Text::tr("Some pages could not be read. Use the backup of %1 (%2)?")
+                             .arg(dateAndTime(offer.date), pagesIn(offer.pages));
     const Answer answer = askQuestion(window, text, CGlobals::title(), Question::yesNo);
     if (answer != Answer::none || Modal::asks()) {
         m_file.answerOffer(answer == Answer::first);
         return;
     }
-    complain(QStringLiteral("Some pages in %1 could not be read. It is left as it is, and so is "
-                            "its backup of %2.")
+    complain(Text::tr("Some pages in %1 could not be read. It is left as it is, and so is "
+                      "its backup of %2.")
                  .arg(m_file.path(), pagesIn(offer.pages)));
 }
 
@@ -125,23 +133,22 @@ Keeper::Save Keeper::begin() {
 
 QStringList Keeper::finish(const Save& save) {
     QStringList problems;
-    const auto note = [&problems](const char* what, const QString& reason) {
-        problems +=
-            QStringLiteral("The %1 cannot be saved: %2.").arg(QString::fromLatin1(what), reason);
+    const auto notePages = [&problems](const QString& reason) {
+        problems += Text::tr("The pages and marks cannot be saved: %1.").arg(reason);
     };
     if (save.unwritable) {
-        note("pages and marks", *save.unwritable);
+        notePages(*save.unwritable);
     }
     if (save.pages) {
         if (const auto saved = m_file.finish(*save.pages)) {
             m_lastPages = save.pages->bytes;
         } else {
-            note("pages and marks", saved.error());
+            notePages(saved.error());
         }
         noteDeclinedBackup();
     }
     if (!save.settingsResult) {
-        note("settings", save.settingsResult.error());
+        problems += Text::tr("The settings cannot be saved: %1.").arg(save.settingsResult.error());
     }
     return problems;
 }
@@ -162,7 +169,8 @@ std::optional<QString> Keeper::writePages() {
     if (saved) {
         return std::nullopt;
     }
-    return lossOf("pages and marks", m_file.path(), saved.error());
+    return Text::tr("The pages and marks cannot be saved in %1: %2.")
+        .arg(m_file.path(), saved.error());
 }
 
 std::optional<QString> Keeper::writeSettings() {
@@ -171,7 +179,8 @@ std::optional<QString> Keeper::writeSettings() {
     if (saved) {
         return std::nullopt;
     }
-    return lossOf("settings", store.path(RegistryStore::Branch::user), saved.error());
+    return Text::tr("The settings cannot be saved in %1: %2.")
+        .arg(store.path(RegistryStore::Branch::user), saved.error());
 }
 
 QStringList Keeper::problemsOf(std::initializer_list<Write> writes) {
@@ -212,14 +221,15 @@ void Keeper::insist(
             audience == Audience::user
                 ? askQuestion(
                       window,
-                      text + QStringLiteral("\n\nDiscard loses what this run changed in them."),
+                      text + u'\n' + u'\n' +
+                          Text::tr("Discard loses what this run changed in them."),
                       CGlobals::title(), Question::retryDiscard
                   )
                 : Answer::none;
         if (answer != Answer::first) {
             m_givenUp = answer == Answer::second;
             if (!m_givenUp) {
-                complain(text + QStringLiteral(" What this run changed in them is lost."));
+                complain(text + u' ' + Text::tr("What this run changed in them is lost."));
             }
             return;
         }

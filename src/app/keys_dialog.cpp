@@ -14,34 +14,34 @@ constexpr int kList = 1094;
 
 const DialogTemplateRecord keysDialog{
     {KeysDialog::kTemplate,
-     QStringLiteral("Keys"),
+     Text::marked("Keys"),
      {124, 120},
-     {{kList, ControlKind::listBox, QStringLiteral("Keys"), {2, 2, 120, 116}}},
+     {{kList, ControlKind::listBox, Text::marked("Keys"), {2, 2, 120, 116}}},
      {100, 50}}};
 
 struct KeyRow {
-    const char16_t* what;
-    const char16_t* keys;
+    const char* what;
+    const char* keys;
 };
 
 constexpr KeyRow kRows[] = {
-    {u"Zoom in, out", u"+, -"},
-    {u"Show the whole image", u"Home, 0"},
-    {u"Move the map", u"Arrows"},
-    {u"Follow the position", u"L"},
-    {u"Show a product", u"1 to 7"},
-    {u"Pause the loop, play on", u"Space"},
-    {u"Step back, forward", u", and ."},
-    {u"List warnings, dismiss one", u"W, D"},
-    {u"Update", u"F5"},
-    {u"End measuring, stop updating", u"Esc"},
-    {u"Menu of the place in the middle", u"Menu"},
-    {u"Previous, next page", u"PgUp, PgDn"},
-    {u"Undo a deletion", u"Ctrl+Z"},
-    {u"Open the menu", u"F10, Alt"},
-    {u"Full screen", u"F11"},
-    {u"This sheet", u"F1"},
-    {u"Exit", u"Ctrl+Q"},
+    {Text::marked("Zoom in, out"), "+, -"},
+    {Text::marked("Show the whole image"), Text::marked("Home, 0")},
+    {Text::marked("Move the map"), Text::marked("Arrows")},
+    {Text::marked("Follow the position"), "L"},
+    {Text::marked("Show a product"), Text::marked("1 to 7")},
+    {Text::marked("Pause the loop, play on"), Text::marked("Space")},
+    {Text::marked("Step back, forward"), Text::marked(", and .")},
+    {Text::marked("List warnings, dismiss one"), "W, D"},
+    {Text::marked("Update"), "F5"},
+    {Text::marked("End measuring, stop updating"), "Esc"},
+    {Text::marked("Menu of the place in the middle"), Text::marked("Menu")},
+    {Text::marked("Previous, next page"), Text::marked("PgUp, PgDn")},
+    {Text::marked("Undo a deletion"), "Ctrl+Z"},
+    {Text::marked("Open the menu"), "F10, Alt"},
+    {Text::marked("Full screen"), "F11"},
+    {Text::marked("This sheet"), "F1"},
+    {Text::marked("Exit"), "Ctrl+Q"},
 };
 
 } // namespace
@@ -50,8 +50,8 @@ bool KeysDialog::onInitialise() {
     auto& list = *control<QListWidget>(kList);
     list.setItemDelegate(new RowDelegate(&list));
     for (const KeyRow& row : kRows) {
-        const QString what = QString::fromUtf16(row.what);
-        const QString keys = QString::fromUtf16(row.keys);
+        const QString what = Text::of(row.what);
+        const QString keys = Text::of(row.keys);
         auto* const item = new QListWidgetItem(what, &list);
         item->setData(RowDelegate::kRemarkRole, keys);
         item->setData(Qt::AccessibleTextRole, what + QStringLiteral(": ") + keys);

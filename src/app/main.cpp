@@ -8,6 +8,7 @@
 #include "core/end_signals.h"
 #include "core/program_log.h"
 #include "window/screen_style.h"
+#include "words/user_language.h"
 
 #include <QApplication>
 
@@ -27,6 +28,7 @@ std::unique_ptr<QApplication> makeApplication(QtArguments& arguments) {
     // The end of a dialog that opens before the main window is not the end of the program.
     QApplication::setQuitOnLastWindowClosed(false);
     useScreenStyle();
+    useUserLanguageInQt();
     return application;
 }
 
@@ -54,6 +56,7 @@ int main(int argc, char** argv) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
     logToStandardError();
+    useUserLanguage();
     const auto options = readAppOptions(arguments);
     return options ? view(*options, arguments.value(0))
                    : printAnswer(options.error(), std::cout, std::cerr);

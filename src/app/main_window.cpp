@@ -6,6 +6,7 @@
 #include "app/globals.h"
 #include "app/keys_dialog.h"
 #include "core/heartbeat.h"
+#include "core/text.h"
 #include "core/user_change.h"
 #include "window/commands.h"
 #include "window/screen_style.h"
@@ -24,25 +25,25 @@ namespace raincast {
 
 namespace {
 
-constexpr MenuRow kSettingsRows[] = {menuEntry(kSettingsPlace, u"-")};
+constexpr MenuRow kSettingsRows[] = {menuEntry(kSettingsPlace, "-")};
 
 constexpr MenuRow kMenuRows[] = {
-    menuEntry(kPageEntriesPlace, u"-"),
+    menuEntry(kPageEntriesPlace, "-"),
     menuSeparator(),
-    menuEntry(kPreviousPage, u"&Previous page", "PgUp"),
-    menuEntry(kNextPage, u"&Next page", "PgDown"),
-    menuEntry(kPages, u"Pa&ges..."),
+    menuEntry(kPreviousPage, Text::marked("&Previous page"), "PgUp"),
+    menuEntry(kNextPage, Text::marked("&Next page"), "PgDown"),
+    menuEntry(kPages, Text::marked("Pa&ges...")),
     menuSeparator(),
-    menuEntry(kPageListPlace, u"-"),
+    menuEntry(kPageListPlace, "-"),
     menuSeparator(),
-    subMenu(u"&Settings", kSettingsRows),
-    menuEntry(kFullScreen, u"&Full screen"),
-    menuEntry(kShowKeys, u"&Keys..."),
-    menuEntry(kAbout, u"&About..."),
-    menuEntry(kExit, u"E&xit"),
+    subMenu(Text::marked("&Settings"), kSettingsRows),
+    menuEntry(kFullScreen, Text::marked("&Full screen")),
+    menuEntry(kShowKeys, Text::marked("&Keys...")),
+    menuEntry(kAbout, Text::marked("&About...")),
+    menuEntry(kExit, Text::marked("E&xit")),
 };
 
-constexpr MenuRow kBarRows[] = {subMenu(u"&Menu", kMenuRows)};
+constexpr MenuRow kBarRows[] = {subMenu(Text::marked("&Menu"), kMenuRows)};
 
 constexpr AcceleratorRow kKeys[] = {
     {"F5", kUpdate},   {"Esc", kStop},    {"F11", kFullScreen},
@@ -51,25 +52,25 @@ constexpr AcceleratorRow kKeys[] = {
 
 struct Tool {
     int command;
-    const char16_t* text;
-    const char16_t* key;
+    const char* text;
+    const char* key;
     QIcon (*icon)();
 };
 
 constexpr Tool kTools[] = {
-    {kZoomIn, u"Zoom in", u"+", zoomInIcon},
-    {kZoomOut, u"Zoom out", u"-", zoomOutIcon},
-    {kUpdate, u"Update", u"F5", updateIcon},
+    {kZoomIn, Text::marked("Zoom in"), "+", zoomInIcon},
+    {kZoomOut, Text::marked("Zoom out"), "-", zoomOutIcon},
+    {kUpdate, Text::marked("Update"), "F5", updateIcon},
 };
 // In the update's place while one runs for longer than these beats.
 constexpr int kStopAfterBeats = 5;
-constexpr Tool kStopTool = {kStop, u"Stop", u"Esc", stopIcon};
+constexpr Tool kStopTool = {kStop, Text::marked("Stop"), "Esc", stopIcon};
 
 QAction& toolAction(CommandSet& commands, const Tool& tool) {
     QAction& action = commands.action(tool.command);
-    const QString text = QString::fromUtf16(tool.text);
+    const QString text = Text::of(tool.text);
     action.setText(text);
-    action.setToolTip(QStringLiteral("%1 (%2)").arg(text, QString::fromUtf16(tool.key)));
+    action.setToolTip(QStringLiteral("%1 (%2)").arg(text, Text::of(tool.key)));
     action.setIcon(tool.icon());
     action.setIconVisibleInMenu(false);
     return action;

@@ -28,49 +28,49 @@ constexpr int kLongestAddress = 1024;
 
 const DialogTemplateRecord record{
     {PositionSourceDialog::kTemplate,
-     QStringLiteral("GPS Source"),
+     Text::marked("GPS Source"),
      {119, 127},
      {
-         {0, ControlKind::label, QStringLiteral("&Source:"), {4, 4, 34, 14}},
+         {0, ControlKind::label, Text::marked("&Source:"), {4, 4, 34, 14}},
          {PositionSourceDialog::kKind, ControlKind::comboBox, {}, {40, 4, 75, 14}},
          {PositionSourceDialog::kAddressLabel,
           ControlKind::label,
-          QStringLiteral("&Address:"),
+          Text::marked("&Address:"),
           {4, 21, 34, 14}},
          {PositionSourceDialog::kAddress, ControlKind::edit, {}, {40, 21, 75, 14}},
          {PositionSourceDialog::kExample, ControlKind::label, {}, {4, 36, 111, 18}},
-         {0, ControlKind::label, QStringLiteral("What arrives:"), {4, 56, 70, 14}},
+         {0, ControlKind::label, Text::marked("What arrives:"), {4, 56, 70, 14}},
          {PositionSourceDialog::kTry,
           ControlKind::pushButton,
-          QStringLiteral("&Try"),
+          Text::marked("&Try"),
           {79, 56, 36, 14}},
          {PositionSourceDialog::kInUse, ControlKind::label, {}, {4, 72, 111, 10}},
          {PositionSourceDialog::kArrivals, ControlKind::label, {}, {4, 83, 111, 40}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
 // The dialog's texts for a kind of source.
 struct KindRow {
     std::optional<Kind> kind;
-    QString name;
-    QString addressLabel;
-    QString example;
+    const char* name;
+    const char* addressLabel;
+    const char* example;
 };
 
-const KindRow kKinds[] = {
-    {std::nullopt, QStringLiteral("None"), QStringLiteral("&Address:"),
-     QStringLiteral("Positions are not read")},
-    {Kind::serial, QStringLiteral("Serial device"), QStringLiteral("&Device:"),
-     QStringLiteral("For example /dev/ttyUSB0, or with a speed /dev/ttyUSB0@9600")},
-    {Kind::tcp, QStringLiteral("TCP server"), QStringLiteral("&Server:"),
-     QStringLiteral("HOST:PORT, for example 192.168.1.20:10110")},
-    {Kind::udp, QStringLiteral("UDP port"), QStringLiteral("&Port:"),
-     QStringLiteral("Of this computer, for example 10110")},
-    {Kind::gpsd, QStringLiteral("gpsd"), QStringLiteral("&Server:"),
-     QStringLiteral("HOST or HOST:PORT. Empty: the gpsd of this computer")},
-    {Kind::file, QStringLiteral("Recorded file"), QStringLiteral("&File:"),
-     QStringLiteral("For example ~/trip.nmea, or faster ~/trip.nmea?rate=10")},
+constexpr KindRow kKinds[] = {
+    {std::nullopt, Text::marked("None"), Text::marked("&Address:"),
+     Text::marked("Positions are not read")},
+    {Kind::serial, Text::marked("Serial device"), Text::marked("&Device:"),
+     Text::marked("For example /dev/ttyUSB0, or with a speed /dev/ttyUSB0@9600")},
+    {Kind::tcp, Text::marked("TCP server"), Text::marked("&Server:"),
+     Text::marked("HOST:PORT, for example 192.168.1.20:10110")},
+    {Kind::udp, Text::marked("UDP port"), Text::marked("&Port:"),
+     Text::marked("Of this computer, for example 10110")},
+    {Kind::gpsd, "gpsd", Text::marked("&Server:"),
+     Text::marked("HOST or HOST:PORT. Empty: the gpsd of this computer")},
+    {Kind::file, Text::marked("Recorded file"), Text::marked("&File:"),
+     Text::marked("For example ~/trip.nmea, or faster ~/trip.nmea?rate=10")},
 };
 
 int rowOf(std::optional<Kind> kind) {
@@ -97,7 +97,7 @@ std::optional<QString> mistakeIn(const QString& address) {
 std::optional<QString> mistakeInPath(const QString& address) {
     const auto parsed = PositionSourceAddress::parse(address);
     if (parsed && isPath(parsed->kind) && !parsed->path.startsWith(u'/')) {
-        return QStringLiteral("the path does not start with / or ~/");
+        return Text::tr("the path does not start with / or ~/");
     }
     return std::nullopt;
 }
@@ -114,7 +114,7 @@ PositionSourceDialog::~PositionSourceDialog() {
 bool PositionSourceDialog::onInitialise() {
     m_kinds.attach(*control<QComboBox>(kKind));
     for (const KindRow& row : kKinds) {
-        m_kinds.add(row.name);
+        m_kinds.add(Text::of(row.name));
     }
     control<QLineEdit>(kAddress)->setMaxLength(kLongestAddress);
     control<QLabel>(kArrivals)->setAlignment(Qt::AlignTop); // a long text shows its beginning
@@ -144,9 +144,9 @@ void PositionSourceDialog::onDialogCommand(int id, QWidget* sender, int notifica
 void PositionSourceDialog::selectKind(int kind) {
     m_kind = kind;
     const KindRow& row = kKinds[kind];
-    setText(kAddressLabel, row.addressLabel);
+    setText(kAddressLabel, Text::of(row.addressLabel));
     setText(kAddress, m_typed[kind]);
-    setText(kExample, row.example);
+    setText(kExample, Text::of(row.example));
     control(kAddress)->setEnabled(row.kind.has_value());
     control(kTry)->setEnabled(row.kind.has_value());
 }
@@ -172,7 +172,7 @@ bool PositionSourceDialog::check() {
         return true;
     }
     messageBox(
-        widget(), asSentence(*mistake) + QStringLiteral("\n\n") + kKinds[m_kind].example,
+        widget(), asSentence(*mistake) + QStringLiteral("\n\n") + Text::of(kKinds[m_kind].example),
         QStringLiteral("Raincast")
     );
     control(kAddress)->setFocus();
@@ -204,14 +204,14 @@ void PositionSourceDialog::Tick() {
 
 QString PositionSourceDialog::inUse() const {
     if (m_tried) {
-        return QStringLiteral("On trial: ") + *m_tried;
+        return Text::tr("On trial: %1").arg(*m_tried);
     }
     if (PositionSourceSetting::text().isEmpty()) {
-        return QStringLiteral("None in use");
+        return Text::tr("None in use");
     }
     const bool forThisRun = PositionSourceSetting::isForThisRun();
-    return (forThisRun ? QStringLiteral("For this run: ") : QStringLiteral("In use: ")) +
-           PositionSourceSetting::text();
+    return (forThisRun ? Text::tr("For this run: %1") : Text::tr("In use: %1"))
+        .arg(PositionSourceSetting::text());
 }
 
 void PositionSourceDialog::showArrivals() {

@@ -2,12 +2,13 @@
 #include "app/position_source_settings_type.h"
 
 #include "app/position_source_dialog.h"
+#include "core/text.h"
 
 namespace raincast {
 
 PositionSourceSettingsType::PositionSourceSettingsType(PositionReceiver& receiver)
     : GlobalSettingsType(
-          QStringLiteral("CPositionSource"), QStringLiteral("GPS Source"), kRankGpsSource
+          QStringLiteral("CPositionSource"), Text::marked("GPS Source"), kRankGpsSource
       ),
       m_receiver(receiver) {}
 

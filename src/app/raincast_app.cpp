@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/raincast_app.h"
 
+#include "core/text.h"
 #include "page/item.h"
 #include "persist/serial_reader.h"
 #include "persist/serial_writer.h"
@@ -74,7 +75,7 @@ void CRaincastApp::writeLoop(const QString& path, ItemPictures::Done done) {
             }
         }
     }
-    done(tl::unexpected(QStringLiteral("The page has no radar item")));
+    done(tl::unexpected(Text::tr("The page has no radar item")));
 }
 
 QString CRaincastApp::listing() const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/receiver_watch.h"
 
+#include "core/text.h"
 #include "position/data_gps_position.h"
 #include "position/position_receiver.h"
 #include "units/units.h"
@@ -17,10 +18,10 @@ constexpr FileTime kFixHolds = kSecondsToLoss * kFileTimePerSecond;
 
 QString rateText(double perSecond) {
     if (perSecond == 0) {
-        return QStringLiteral("No sentences");
+        return Text::tr("No sentences");
     }
-    return QString::number(perSecond, 'f', perSecond < 9.95 ? 1 : 0) +
-           QStringLiteral(" sentences per second");
+    return Text::tr("%1 sentences per second")
+        .arg(Text::number(perSecond, 'f', perSecond < 9.95 ? 1 : 0));
 }
 
 } // namespace
@@ -89,7 +90,7 @@ QString ReceiverWatch::text() const {
     QStringList lines;
     const auto rate = sentencesPerSecond();
     if (rate && m_receiver.state() != PositionReceiver::State::off) {
-        lines += rateText(*rate) + (m_fix ? QStringLiteral(", fix") : QStringLiteral(", no fix"));
+        lines += (m_fix ? Text::tr("%1, fix") : Text::tr("%1, no fix")).arg(rateText(*rate));
     }
     if (m_fix) {
         lines += CUnits::global().formatPosition(*m_fix);

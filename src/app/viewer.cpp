@@ -10,6 +10,7 @@
 #include "app/window_place.h"
 #include "core/end_signals.h"
 #include "core/special_folders.h"
+#include "core/text.h"
 #include "persist/registry_store.h"
 #include "position/source/position_source_setting.h"
 #include "weather/servers_setting.h"
@@ -182,7 +183,7 @@ void Viewer::saveInBackground() {
         BackgroundSave::Callbacks{
             [this] { WindowPlace::keep(*m_window->frame()); },
             [this](const QStringList& problems) {
-                const QString again = QStringLiteral("It is tried again every 10 seconds.");
+                const QString again = Text::tr("It is tried again every 10 seconds.");
                 m_application.setNotice(
                     problems.isEmpty() ? QString() : (problems + QStringList(again)).join(u' ')
                 );
@@ -191,7 +192,7 @@ void Viewer::saveInBackground() {
 }
 
 void Viewer::sayStandIn(bool standsIn) {
-    const QString text = QStringLiteral("Live radar cannot be reached: sample weather.");
+    const QString text = Text::tr("Live radar cannot be reached: sample weather.");
     m_application.setRetryNotice(standsIn ? text : QString(), [this] { m_liveWatch.ask(); });
 }
 

@@ -5,17 +5,17 @@
 #include "app/exposures.h"
 #include "app/globals.h"
 #include "app/keeper.h"
-#include "app/live_watch.h"
 #include "app/local_servers.h"
 #include "app/position_feeds.h"
 #include "app/position_source_settings_type.h"
 #include "app/raincast_app.h"
-#include "app/replay_watch.h"
 #include "core/timers.h"
 #include "map/target_setting.h"
 #include "net/downloads.h"
 #include "position/position_receiver.h"
 #include "warnings/warning_watch.h"
+#include "watch/live_watch.h"
+#include "watch/replay_watch.h"
 
 #include <memory>
 

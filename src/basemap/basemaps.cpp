@@ -3,6 +3,7 @@
 
 #include "basemap/basemap_load.h"
 #include "basemap/radar_view.h"
+#include "core/text.h"
 #include "geo/geo_reference.h"
 #include "radar/catalogue/sites.h"
 
@@ -56,7 +57,7 @@ public:
     SiteLoad(const RadarScene& scene, Done done) : m_scene(scene), m_done(std::move(done)) {}
 
     void start(const QString& siteId, bool updateRadar) {
-        setStatus(m_scene, QStringLiteral("Loading basemap...\n"));
+        setStatus(m_scene, Text::tr("Loading basemap...\n"));
         m_scene.view.repaint();
         const GeoPosition centre = m_scene.view.centrePosition();
         m_scene.view.showWaiting(true);
@@ -88,9 +89,9 @@ private:
     }
     /// The status text when a required layer could not be fetched.
     [[nodiscard]] QString failureText() const {
-        return m_load->cacheFailure().value_or(QStringLiteral(
-            "Failed to access\nthe internet. Please\ncheck your connection\nsettings."
-        ));
+        return m_load->cacheFailure().value_or(
+            Text::tr("Failed to access\nthe internet. Please\ncheck your connection\nsettings.")
+        );
     }
     void end(bool complete, bool result) {
         m_scene.view.showWaiting(false);

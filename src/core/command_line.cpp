@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/command_line.h"
 
+#include "core/text.h"
+
 #include <QCoreApplication>
 
 #include <memory>
@@ -16,10 +18,8 @@ int printAnswer(const CommandLineAnswer& answer, std::ostream& out, std::ostream
 
 CommandLine::CommandLine(QString program, const QString& description)
     : m_program(std::move(program)),
-      m_help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")),
-      m_version(
-          {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version.")
-      ) {
+      m_help({QStringLiteral("h"), QStringLiteral("help")}, Text::tr("Show this help.")),
+      m_version({QStringLiteral("v"), QStringLiteral("version")}, Text::tr("Show the version.")) {
     m_parser.setApplicationDescription(description);
 }
 
@@ -46,14 +46,14 @@ tl::expected<void, QString> CommandLine::requireValues(const QList<QCommandLineO
         const QString name = option.names().constFirst();
         if (!option.valueName().isEmpty() && m_parser.isSet(name) &&
             m_parser.value(name).isEmpty()) {
-            return tl::unexpected(QStringLiteral("--%1 takes a value.").arg(name));
+            return tl::unexpected(Text::tr("--%1 takes a value.").arg(name));
         }
     }
     return {};
 }
 
 CommandLineAnswer CommandLine::usageError(const QString& sentence) const {
-    return {QStringLiteral("%1: %2\nTry %1 --help.\n").arg(m_program, sentence), true};
+    return {Text::tr("%1: %2\nTry %1 --help.\n").arg(m_program, sentence), true};
 }
 
 QString CommandLine::helpText(const QString& path) const {

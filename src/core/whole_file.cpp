@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/whole_file.h"
 
+#include "core/text.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -43,7 +45,7 @@ auto uninterrupted(Call call) {
 
 // Why something that is not a regular file cannot be read or replaced.
 QString whyNoFile(const struct stat& status) {
-    return S_ISDIR(status.st_mode) ? qt_error_string(EISDIR) : QStringLiteral("Not a regular file");
+    return S_ISDIR(status.st_mode) ? qt_error_string(EISDIR) : Text::tr("Not a regular file");
 }
 
 // Where a name leads, also when nothing is there; empty when it leads in a circle.
@@ -199,7 +201,7 @@ bool WholeFile::finish() {
 
 WholeFile::Result WholeFile::commit() {
     const bool good = m_failure.isEmpty() && finish();
-    const QString failure = std::exchange(m_failure, QStringLiteral("No file is open"));
+    const QString failure = std::exchange(m_failure, Text::tr("No file is open"));
     return good ? Result() : tl::make_unexpected(failure);
 }
 
@@ -240,7 +242,7 @@ tl::unexpected<ReadFailure> notRead(int error) {
 
 tl::unexpected<ReadFailure> largerThan(qint64 mostBytes) {
     return tl::make_unexpected(ReadFailure{
-        Kind::tooLarge, QStringLiteral("Larger than %1 bytes").arg(mostBytes)});
+        Kind::tooLarge, Text::tr("Larger than %1 bytes").arg(mostBytes)});
 }
 
 // Fills `to`, up to the file's end. Returns the number of bytes read, empty when reading failed.

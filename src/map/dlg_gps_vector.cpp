@@ -17,13 +17,13 @@ namespace {
 
 const DialogTemplateRecord record{
     {COverlayGPSPosition::CDlgSetup::kTemplate,
-     QStringLiteral("GPS Vector"),
+     Text::marked("GPS Vector"),
      {122, 22},
      {
-         {0, ControlKind::label, QStringLiteral("&Length of the arrow:"), {4, 4, 66, 14}},
+         {0, ControlKind::label, Text::marked("&Length of the arrow:"), {4, 4, 66, 14}},
          {COverlayGPSPosition::CDlgSetup::kMinutes, ControlKind::edit, {}, {72, 4, 20, 14}},
-         {0, ControlKind::label, QStringLiteral("minutes"), {94, 4, 26, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {0, ControlKind::label, Text::marked("minutes"), {94, 4, 26, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -46,7 +46,7 @@ class COverlayGPSPosition::SettingsType : public CAppPaged::GlobalSettingsType {
 public:
     SettingsType()
         : GlobalSettingsType(
-              QStringLiteral("COverlayGPSPosition"), QStringLiteral("GPS Vector"), kRankGpsOverlay
+              QStringLiteral("COverlayGPSPosition"), Text::marked("GPS Vector"), kRankGpsOverlay
           ) {}
 
     void open(QWidget* window) const override { CDlgSetup().run(window); }

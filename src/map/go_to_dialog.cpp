@@ -15,16 +15,16 @@ namespace raincast {
 namespace {
 
 constexpr int kPosition = 1070;
-const QString kCaption = QStringLiteral("Go to Position");
+const QString kCaption = Text::tr("Go to Position");
 
 const DialogTemplateRecord record{
     {GoToDialog::kTemplate,
      kCaption,
      {122, 36},
      {
-         {0, ControlKind::label, QStringLiteral("&Latitude, longitude:"), {4, 4, 114, 12}},
+         {0, ControlKind::label, Text::marked("&Latitude, longitude:"), {4, 4, 114, 12}},
          {kPosition, ControlKind::edit, {}, {4, 18, 114, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -42,10 +42,10 @@ bool GoToDialog::onInitialise() {
 void GoToDialog::onOk() {
     const auto position = typedPosition(text(kPosition));
     if (!position) {
-        complain(QStringLiteral("Not a valid position. Type the latitude first, for example "
-                                "41°30.5'N, 105°15'W or 41.5, -105.25"));
+        complain(Text::tr("Not a valid position. Type the latitude first, for example "
+                          "41°30.5'N, 105°15'W or 41.5, -105.25"));
     } else if (!m_goTo(*position)) {
-        complain(QStringLiteral("This position is not on the map."));
+        complain(Text::tr("This position is not on the map."));
     } else {
         Dialog::onOk();
     }

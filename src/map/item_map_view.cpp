@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/item_map_view.h"
 
+#include "core/text.h"
 #include "core/user_change.h"
 #include "map/fitted_view.h"
 #include "map/follow_icon.h"
@@ -79,7 +80,7 @@ void CItemMapView::draw(QPainter& painter) {
         m_overlays.draw(painter, m_view, rectangle());
     }
     if (placed() && !imageInView()) {
-        drawBoxedText(painter, area(), QStringLiteral("Home brings the radar back"));
+        drawBoxedText(painter, area(), Text::tr("Home brings the radar back"));
     }
     drawMapLines(painter, area(), lines(painter.fontMetrics()));
     if (m_following && m_lastFix.valid()) {

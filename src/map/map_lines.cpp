@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/map_lines.h"
 
+#include "core/text.h"
 #include "map/map_lines_setting.h"
 #include "map/mark_names.h"
 #include "map/navigation_data.h"
@@ -19,17 +20,22 @@ namespace {
 
 constexpr float kLeastSpeed = 0.2F; // knots: below, the course is chance
 constexpr int kLeastNameCharacters = 4;
+QString sideOf(float value) {
+    return value < 0 ? Text::tr("left") : Text::tr("right");
+}
+
+QString shortSideOf(float value) {
+    return value < 0 ? Text::tr("L", "left") : Text::tr("R", "right");
+}
+
 // The words of a line of usual length, and of one that must be short.
 struct Words {
-    QString left;
-    QString right;
-    QString gap; ///< between parts
-
-    [[nodiscard]] const QString& of(float value) const { return value < 0 ? left : right; }
+    QString (*of)(float value); ///< to which side
+    const char* gap;            ///< between parts
 };
 
-const Words kLongWords{QStringLiteral("left"), QStringLiteral("right"), QStringLiteral("  ")};
-const Words kShortWords{QStringLiteral("L"), QStringLiteral("R"), QStringLiteral(" ")};
+constexpr Words kLongWords{sideOf, "  "};
+constexpr Words kShortWords{shortSideOf, " "};
 
 QString degreesText(float degrees) {
     return QString::number(degrees) + QChar(0x00B0);
@@ -37,7 +43,7 @@ QString degreesText(float degrees) {
 
 QString turnText(float relativeBearing, const Words& words) {
     const float degrees = std::round(std::fabs(relativeBearing));
-    return degrees == 0 ? QStringLiteral("ahead")
+    return degrees == 0 ? Text::tr("ahead")
                         : words.of(relativeBearing) + u' ' + degreesText(degrees);
 }
 
@@ -45,7 +51,7 @@ QString crossTrackText(float crossTrack, const Words& words) {
     const CUnits& units = CUnits::global();
     const QString distance = units.distanceText(std::fabs(crossTrack));
     const bool onTrack = distance == units.distanceText(0);
-    return QStringLiteral("XTE ") + distance + (onTrack ? QString() : u' ' + words.of(crossTrack));
+    return Text::tr("XTE %1").arg(distance) + (onTrack ? QString() : u' ' + words.of(crossTrack));
 }
 
 // The parts behind the name.
@@ -69,13 +75,16 @@ QString navigationLine(
 ) {
     const QString name = shownMarkName(navigation.targetName);
     const QString whole = (QStringList(name) + navigationParts(navigation, position, kLongWords))
-                              .join(kLongWords.gap);
+                              .join(QLatin1String(kLongWords.gap));
     if (metrics.horizontalAdvance(whole) <= width) {
         return whole;
     }
     QStringList parts = navigationParts(navigation, position, kShortWords);
     const int least = kLeastNameCharacters * metrics.averageCharWidth();
-    const auto behindName = [&parts] { return kShortWords.gap + parts.join(kShortWords.gap); };
+    const auto behindName = [&parts] {
+        const QLatin1String gap(kShortWords.gap);
+        return gap + parts.join(gap);
+    };
     const auto room = [&] { return width - metrics.horizontalAdvance(behindName()); };
     while (parts.size() > 1 && room() < least) {
         parts.removeLast();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/map_marks.h"
 
+#include "core/text.h"
 #include "map/go_to_dialog.h"
 #include "map/item_map_view.h"
 #include "map/mark_manager.h"
@@ -29,7 +30,7 @@ std::optional<GeoPosition> placeForMark(const CItemMapView& view) {
 void addMarkAt(CItemMapView& view, std::optional<GeoPosition> place) {
     CMarkManager& marks = *view.marks();
     const QString proposed = proposedMarkName(marks.marks());
-    CDlgRename dialog(proposed, QStringLiteral("Add Mark"));
+    CDlgRename dialog(proposed, Text::tr("Add Mark"));
     if (place && dialog.run(view.page()->widget()) == Dialog::kOk) {
         const QString name = dialog.name().trimmed();
         marks.add(*place, name.isEmpty() ? proposed : name);
@@ -109,8 +110,8 @@ void followPosition(CItemMapView& view) {
     view.follow();
     if (!view.following()) {
         messageBox(
-            view.page()->widget(), QStringLiteral("Your position is not on the map."),
-            QStringLiteral("Follow Position")
+            view.page()->widget(), Text::tr("Your position is not on the map."),
+            Text::tr("Follow Position")
         );
     }
 }

@@ -11,26 +11,26 @@ namespace raincast {
 class CItemMapView;
 
 inline constexpr MenuRow kMarkRows[] = {
-    menuEntry(kAddMark, u"&Add Mark..."),
-    menuEntry(kMarks, u"&Marks..."),
+    menuEntry(kAddMark, Text::marked("&Add Mark...")),
+    menuEntry(kMarks, Text::marked("&Marks...")),
 };
 inline constexpr MenuRow kMapRows[] = {
-    menuEntry(kFollowPosition, u"&Follow Position"),
-    menuEntry(kGoToPosition, u"&Go to Position..."),
-    menuEntry(kFitImage, u"&Whole Image\tHome"),
-    menuEntry(kShowPosition, u"Show &Position"),
-    menuEntry(kShowNavigation, u"Show &Navigation"),
-    subMenu(u"&Marks", kMarkRows),
+    menuEntry(kFollowPosition, Text::marked("&Follow Position")),
+    menuEntry(kGoToPosition, Text::marked("&Go to Position...")),
+    menuEntry(kFitImage, Text::marked("&Whole Image\tHome")),
+    menuEntry(kShowPosition, Text::marked("Show &Position")),
+    menuEntry(kShowNavigation, Text::marked("Show &Navigation")),
+    subMenu(Text::marked("&Marks"), kMarkRows),
 };
 /// The map view's menu, a row for the menus of the items that are map views.
-inline constexpr MenuRow kMapMenu = subMenu(u"&Map", kMapRows);
+inline constexpr MenuRow kMapMenu = subMenu(Text::marked("&Map"), kMapRows);
 
 /// The menu of a place on the map.
 inline constexpr MenuRow kMapPlaceRows[] = {
-    menuEntry(kAddMarkHere, u"&Add Mark Here"),
-    menuEntry(kCopyPosition, u"&Copy Position"),
-    menuEntry(kCentreHere, u"Centre &Here"),
-    menuEntry(kSetTargetHere, u"&Set as Target"),
+    menuEntry(kAddMarkHere, Text::marked("&Add Mark Here")),
+    menuEntry(kCopyPosition, Text::marked("&Copy Position")),
+    menuEntry(kCentreHere, Text::marked("Centre &Here")),
+    menuEntry(kSetTargetHere, Text::marked("&Set as Target")),
 };
 
 /// Carries out a command of the map view, as far as it can be done at present; false for any other

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/mark_list.h"
 
+#include "core/text.h"
 #include "geo/way.h"
 #include "map/mark_names.h"
 #include "map/overlay_mark.h"
@@ -14,7 +15,7 @@ namespace raincast {
 
 QString MarkRow::wayText() const {
     if (!mark->isPlaced()) {
-        return QStringLiteral("not on earth");
+        return Text::tr("not on earth");
     }
     return CUnits::global().distanceText(distanceMetres) + QStringLiteral("  ") +
            bearingText(bearingDegrees);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/mark_names.h"
 
+#include "core/text.h"
 #include "map/overlay_mark.h"
 #include "window/one_line.h"
 
@@ -11,12 +12,15 @@ namespace raincast {
 
 namespace {
 
-const QString kStem = QStringLiteral("Mark ");
 // Higher numbers are somebody's own and not counted on.
 constexpr int kMostNumber = 999'999;
 
+QString stem() {
+    return Text::tr("Mark %1").section(u'%', 0, 0);
+}
+
 int numberIn(const QString& name) {
-    const int number = name.startsWith(kStem) ? name.mid(kStem.size()).toInt() : 0;
+    const int number = name.startsWith(stem()) ? name.mid(stem().size()).toInt() : 0;
     return number <= kMostNumber ? number : 0;
 }
 
@@ -24,7 +28,7 @@ int numberIn(const QString& name) {
 
 QString shownMarkName(const QString& name) {
     const QString line = oneLine(name);
-    return line.trimmed().isEmpty() ? QStringLiteral("Unnamed") : line;
+    return line.trimmed().isEmpty() ? Text::tr("Unnamed") : line;
 }
 
 QString proposedMarkName(const std::list<COverlayMark>& marks) {
@@ -32,7 +36,7 @@ QString proposedMarkName(const std::list<COverlayMark>& marks) {
     for (const COverlayMark& mark : marks) {
         highest = std::max(highest, numberIn(mark.name));
     }
-    return kStem + QString::number(highest + 1);
+    return stem() + QString::number(highest + 1);
 }
 
 QString bearingText(double degrees) {

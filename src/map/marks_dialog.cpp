@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/marks_dialog.h"
 
+#include "letters/type_ahead.h"
 #include "map/mark_manager.h"
 #include "map/mark_names.h"
 #include "window/dialog_template.h"
@@ -8,7 +9,6 @@
 #include "window/message_box.h"
 #include "window/row_delegate.h"
 #include "window/screen_metrics.h"
-#include "window/type_ahead.h"
 #include "window/undo.h"
 
 #include <QIcon>
@@ -44,16 +44,16 @@ DialogControl button(int id, const QString& text, int column, int row) {
 
 const DialogTemplateRecord marksDialog{
     {MarksDialog::kTemplate,
-     QStringLiteral("Marks"),
+     Text::marked("Marks"),
      {124, 152},
      {
-         {kList, ControlKind::listBox, QStringLiteral("Marks"), {2, 2, 120, 100}},
-         button(kGoTo, QStringLiteral("Go to"), 0, 0),
-         button(kSetTarget, QStringLiteral("Set as Target"), 1, 0),
-         button(kClearTarget, QStringLiteral("Clear Target"), 0, 1),
-         button(kRename, QStringLiteral("Rename"), 1, 1),
-         button(kDelete, QStringLiteral("Delete"), 0, 2),
-         button(kClose, QStringLiteral("Close"), 1, 2),
+         {kList, ControlKind::listBox, Text::marked("Marks"), {2, 2, 120, 100}},
+         button(kGoTo, Text::marked("Go to"), 0, 0),
+         button(kSetTarget, Text::marked("Set as Target"), 1, 0),
+         button(kClearTarget, Text::marked("Clear Target"), 0, 1),
+         button(kRename, Text::marked("Rename"), 1, 1),
+         button(kDelete, Text::marked("Delete"), 0, 2),
+         button(kClose, Text::marked("Close"), 1, 2),
      },
      {124, 92}}};
 
@@ -137,7 +137,7 @@ void MarksDialog::show(QListWidgetItem& item, const MarkRow& row) const {
     const bool isTarget = m_marks.isTarget(*row.mark);
     item.setIcon(isTarget ? targetIcon(list()) : QIcon());
     item.setData(
-        Qt::AccessibleTextRole, isTarget ? item.text() + QStringLiteral(", target") : item.text()
+        Qt::AccessibleTextRole, isTarget ? item.text() + Text::tr(", target") : item.text()
     );
     if (m_from || !row.mark->isPlaced()) {
         item.setData(RowDelegate::kRemarkRole, row.wayText());
@@ -186,7 +186,7 @@ void MarksDialog::onOk() {
         end(kOk);
         return;
     }
-    messageBox(widget(), QStringLiteral("This mark is not on the map."), QStringLiteral("Marks"));
+    messageBox(widget(), Text::tr("This mark is not on the map."), Text::tr("Marks"));
 }
 
 void MarksDialog::setTarget() {
@@ -242,7 +242,10 @@ void MarksDialog::onSize(int width, int height) {
     const QSize least = control(kSetTarget)->sizeHint();
     const int columns = 3 * (least.width() + margin) + margin <= width ? 3 : 2;
     const int rows = kButtonCount / columns;
-    const int buttonHeight = control(kGoTo)->height();
+    int buttonHeight = 0; // one of them may have two lines
+    for (const int id : kButtons) {
+        buttonHeight = std::max(buttonHeight, control(id)->height());
+    }
     const int buttonWidth = (width - margin) / columns - margin;
     const int top = height - rows * (buttonHeight + margin);
     for (int i = 0; i < kButtonCount; ++i) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "net/download_thread.h"
 
+#include "core/text.h"
 #include "net/byte_allowance.h"
 
 #include <algorithm>
@@ -164,11 +165,11 @@ void Downloads::Thread::start(Job& job) {
         m_curl = m_load();
     }
     if (m_curl == nullptr) {
-        fail(job, QStringLiteral("libcurl is not installed"));
+        fail(job, Text::tr("libcurl is not installed"));
         return;
     }
     if (job.order.allowance && job.order.allowance->usedUp()) {
-        fail(job, QStringLiteral("more than one update may bring"));
+        fail(job, Text::tr("more than one update may bring"));
         return;
     }
     if (!m_multi) {
@@ -180,7 +181,7 @@ void Downloads::Thread::start(Job& job) {
     CURL* const easy = job.request->handle();
     if (!m_multi || easy == nullptr || m_curl->multiAddHandle(m_multi.get(), easy) != CURLM_OK) {
         job.request.reset();
-        fail(job, QStringLiteral("Out of memory"));
+        fail(job, Text::tr("Out of memory"));
         return;
     }
     ++m_running[job.server];

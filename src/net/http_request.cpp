@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "net/http_request.h"
 
+#include "core/text.h"
 #include "net/byte_allowance.h"
 
 #include <QString>
@@ -213,16 +214,16 @@ bool HttpRequest::allowanceUsedUp() const {
 // What is wrong with as much of a file as has come.
 std::optional<QString> HttpRequest::faultOfBody(bool ended) const {
     if (m_body.size() > m_order.limits.fileBytes) {
-        return QStringLiteral("larger than a file may be");
+        return Text::tr("larger than a file may be");
     }
     if (allowanceUsedUp()) {
-        return QStringLiteral("more than one update may bring");
+        return Text::tr("more than one update may bring");
     }
     const FileKind& kind = m_order.kind;
     const bool tells = ended || m_body.size() >= kind.tellingBytes;
     if (tells &&
         !kind.isOne(QByteArrayView(m_body).first(std::min(m_body.size(), kind.tellingBytes)))) {
-        return QStringLiteral("no ") + QLatin1String(kind.name);
+        return Text::tr("no %1").arg(Text::of(kind.name));
     }
     return std::nullopt;
 }
@@ -244,7 +245,7 @@ HttpResponse HttpRequest::end(CURLcode result) {
     if (file && goodStatus()) {
         response.refusal = m_refusal ? m_refusal : faultOfBody(true);
         if (!response.refusal && m_order.kind.mustBeWhole && !response.whole) {
-            response.refusal = QStringLiteral("not whole");
+            response.refusal = Text::tr("not whole");
         }
     }
     if (!file || (goodStatus() && !response.refusal)) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "net/http_response.h"
 
+#include "core/text.h"
+
 #include <QStringList>
 
 namespace raincast {
@@ -20,19 +22,19 @@ QString outcomeOf(const HttpResponse& response) {
 
 QString troubleOf(const HttpResponse& response, const QString& host) {
     if (response.timedOut || response.connectingFailed) {
-        return QStringLiteral("%1 does not answer.").arg(host);
+        return Text::tr("%1 does not answer.").arg(host);
     }
     if (response.unchanged) {
         return {};
     }
     if (response.status >= kFirstFailingStatus) {
-        return QStringLiteral("%1 answers with error %2.").arg(host).arg(response.status);
+        return Text::tr("%1 answers with error %2.").arg(host).arg(response.status);
     }
     if (response.refusal) {
-        return QStringLiteral("%1 sends something else: %2.").arg(host, *response.refusal);
+        return Text::tr("%1 sends something else: %2.").arg(host, *response.refusal);
     }
     return response.failure || !response.answered()
-               ? QStringLiteral("The connection to %1 broke.").arg(host)
+               ? Text::tr("The connection to %1 broke.").arg(host)
                : QString();
 }
 

@@ -55,7 +55,7 @@ void CAppPaged::attach(QWidget& window, QWidget& client, CommandSet& commands, Q
     m_notice->setForegroundRole(QPalette::ToolTipText);
     m_notice->setAutoFillBackground(true);
     rows->add(*m_notice, BottomRows::Stay::lasting);
-    m_retryNotice = new ActionRow(QStringLiteral("Try again"), [this] { m_again(); });
+    m_retryNotice = new ActionRow(Text::tr("Try again"), [this] { m_again(); });
     rows->add(*m_retryNotice, BottomRows::Stay::lasting);
     m_undo = new Undo(*rows);
     Window::attach(window, &client);
@@ -205,7 +205,7 @@ void CAppPaged::replaceByDefaultPages() {
     );
     UserChange::announce();
     if (m_undo && !pages->empty()) {
-        m_undo->offer(QStringLiteral("Restored default pages."), [this, pages, instead, shown] {
+        m_undo->offer(Text::tr("Restored default pages."), [this, pages, instead, shown] {
             putBack(std::move(*pages), instead, shown);
         });
     }
@@ -228,11 +228,11 @@ void CAppPaged::putBack(
 }
 
 bool CAppPaged::addPage(QWidget* parent) {
-    CDlgItemTypeSelect dialog(QStringLiteral("Select Page Type"));
+    CDlgItemTypeSelect dialog(Text::tr("Select Page Type"));
     std::vector<const PageType*> types;
     for (const PageType* type : PageType::all()) {
         if (!type->name().isEmpty()) {
-            dialog.add(type->name());
+            dialog.add(Text::of(type->name()));
             types.push_back(type);
         }
     }
@@ -407,14 +407,14 @@ void CAppPaged::showState() {
     if (m_current != nullptr) {
         m_hint->show({});
     } else if (m_pages.empty()) {
-        m_hint->show(QStringLiteral("There are no pages. To add one, choose \"Pages...\" in the "
-                                    "menu."));
+        m_hint->show(Text::tr("There are no pages. To add one, choose \"Pages...\" in the "
+                              "menu."));
     } else if (!nextEnabled()) {
-        m_hint->show(QStringLiteral("No page is shown, and none is enabled. To show or to enable "
-                                    "one, choose \"Pages...\" in the menu."));
+        m_hint->show(Text::tr("No page is shown, and none is enabled. To show or to enable "
+                              "one, choose \"Pages...\" in the menu."));
     } else {
-        m_hint->show(QStringLiteral("No page is shown. Choose one in the menu, or press Page Down "
-                                    "for the first one."));
+        m_hint->show(Text::tr("No page is shown. Choose one in the menu, or press Page Down "
+                              "for the first one."));
     }
 }
 

@@ -38,18 +38,18 @@ DialogControl button(int id, const QString& text, int row, ControlKind kind) {
 
 const DialogTemplateRecord pagesDialog{
     {CAppPaged::CDlgPages::kTemplate,
-     QStringLiteral("Pages"),
+     Text::marked("Pages"),
      {124, 138},
      {
-         {kList, ControlKind::listBox, QStringLiteral("Pages"), {2, 2, 62, 134}},
-         button(kShow, QStringLiteral("Show"), 0, ControlKind::pushButton),
-         button(kUp, QStringLiteral("Up"), 1, ControlKind::pushButton),
-         button(kDown, QStringLiteral("Down"), 2, ControlKind::pushButton),
-         button(kRename, QStringLiteral("Rename"), 3, ControlKind::pushButton),
-         button(kEnable, QStringLiteral("Enable"), 4, ControlKind::checkBox),
-         button(kDelete, QStringLiteral("Delete"), 5, ControlKind::pushButton),
-         button(kAdd, QStringLiteral("Add..."), 6, ControlKind::pushButton),
-         button(kRestoreDefault, QStringLiteral("Restore default"), 7, ControlKind::pushButton),
+         {kList, ControlKind::listBox, Text::marked("Pages"), {2, 2, 62, 134}},
+         button(kShow, Text::marked("Show"), 0, ControlKind::pushButton),
+         button(kUp, Text::marked("Up"), 1, ControlKind::pushButton),
+         button(kDown, Text::marked("Down"), 2, ControlKind::pushButton),
+         button(kRename, Text::marked("Rename"), 3, ControlKind::pushButton),
+         button(kEnable, Text::marked("Enable"), 4, ControlKind::checkBox),
+         button(kDelete, Text::marked("Delete"), 5, ControlKind::pushButton),
+         button(kAdd, Text::marked("Add..."), 6, ControlKind::pushButton),
+         button(kRestoreDefault, Text::marked("Restore default"), 7, ControlKind::pushButton),
      },
      {124, 138}}};
 

@@ -2,6 +2,7 @@
 #include "page/image.h"
 
 #include "core/program_paths.h"
+#include "core/text.h"
 #include "page/item_catalogue.h"
 #include "radar/image/image_file.h"
 
@@ -16,7 +17,7 @@ const SerializableType<CPageDisplay::CImage> CPageDisplay::CImage::cType{kTypeIm
 namespace {
 
 const ItemCatalogueEntry textureEntry{
-    QStringLiteral("Decoration:Texture"), kTypeImage, ItemCatalogueEntry::kRankTexture};
+    Text::marked("Decoration:Texture"), kTypeImage, ItemCatalogueEntry::kRankTexture};
 
 } // namespace
 

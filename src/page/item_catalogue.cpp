@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "page/item_catalogue.h"
 
+#include "core/text.h"
 #include "page/item.h"
 #include "persist/serializable_list.h"
 #include "window/dlg_item_type_select.h"
@@ -15,16 +16,16 @@ ItemCatalogueEntry::ItemCatalogueEntry(QString name, std::uint32_t typeId, int r
 QString ItemCatalogueEntry::nameOf(std::uint32_t typeId) {
     for (const ItemCatalogueEntry* entry : all()) {
         if (entry->typeId() == typeId) {
-            return entry->name().section(u':', -1);
+            return Text::of(entry->name()).section(u':', -1);
         }
     }
     return {};
 }
 
 std::unique_ptr<CPageDisplay::CItem> selectDisplayItem(QWidget* parent) {
-    CDlgItemTypeSelect dialog(QStringLiteral("Select Display Item"));
+    CDlgItemTypeSelect dialog(Text::tr("Select Display Item"));
     for (const ItemCatalogueEntry* entry : ItemCatalogueEntry::all()) {
-        dialog.add(entry->name(), entry->typeId());
+        dialog.add(Text::of(entry->name()), entry->typeId());
     }
     if (dialog.run(parent) != Dialog::kOk || !dialog.selected()) {
         return nullptr;

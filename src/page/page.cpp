@@ -63,7 +63,9 @@ bool CAppPaged::Page::zoom(int /*steps*/, const QPoint& /*place*/) {
 
 QString CAppPaged::Page::shownName() const {
     const bool named = !m_name.isEmpty() || m_pageType == nullptr;
-    return oneLine(named ? m_name : m_pageType->name());
+    // The program's own name for it stands in the file in English.
+    const bool own = m_pageType != nullptr && (!named || m_name == m_pageType->name());
+    return oneLine(own ? Text::of(m_pageType->name()) : m_name);
 }
 
 void CAppPaged::Page::addMenu(int menuId) {

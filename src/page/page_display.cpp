@@ -31,7 +31,7 @@ const SerializableType<CPageDisplay> CPageDisplay::cType{kTypePageDisplay};
 
 class CPageDisplay::Type : public CAppPaged::PageType {
 public:
-    Type() : PageType(QStringLiteral("Blank customizable page"), kRankBlankPage) {}
+    Type() : PageType(Text::marked("Blank customizable page"), kRankBlankPage) {}
     [[nodiscard]] std::unique_ptr<CAppPaged::Page> create(QWidget* /*window*/) const override {
         return std::make_unique<CPageDisplay>(this);
     }
@@ -42,13 +42,13 @@ namespace {
 const CPageDisplay::Type blankPage;
 
 constexpr MenuRow layoutRows[] = {
-    menuEntry(kToggleLayout, u"&Layout mode"),
-    menuEntry(kAddItem, u"&Add item..."),
-    menuEntry(kDeleteItem, u"&Delete item"),
-    menuEntry(kBringToFront, u"&Bring to front"),
+    menuEntry(kToggleLayout, Text::marked("&Layout mode")),
+    menuEntry(kAddItem, Text::marked("&Add item...")),
+    menuEntry(kDeleteItem, Text::marked("&Delete item")),
+    menuEntry(kBringToFront, Text::marked("&Bring to front")),
 };
-constexpr MenuRow popupRows[] = {subMenu(u"&Layout", layoutRows)};
-constexpr MenuRow barRows[] = {subMenu(u"page", popupRows)};
+constexpr MenuRow popupRows[] = {subMenu(Text::marked("&Layout"), layoutRows)};
+constexpr MenuRow barRows[] = {subMenu("page", popupRows)};
 const MenuTableRecord layoutMenu{CPageDisplay::kMenu, barRows};
 
 // Offers something to items in their order until one takes it.

@@ -67,7 +67,7 @@ void PageMenu::offerSettings() {
 }
 
 QAction* PageMenu::makeSettingsEntry(const CAppPaged::GlobalSettingsType& type) {
-    const QString text = asEntry(type.caption()) + QStringLiteral("...");
+    const QString text = asEntry(Text::of(type.caption())) + QStringLiteral("...");
     auto* entry = new QAction(text, m_settingsEntries.get());
     QObject::connect(entry, &QAction::triggered, entry, [this, &type] {
         type.open(m_application.widget());

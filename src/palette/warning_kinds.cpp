@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "palette/warning_kinds.h"
 
+#include "core/text.h"
+
 #include <algorithm>
 #include <array>
 
@@ -18,14 +20,14 @@ struct Row {
 using Kind = WarningKind;
 
 constexpr std::array<Row, kAllWarningKinds.size()> kRows = {{
-    {Kind::specialWeatherStatement, u"Special Weather Statement", u"", 0xFFFFE4B5},
-    {Kind::dustStorm, u"Dust Storm Warning", u"DS", 0xFFFFE4C4},
-    {Kind::snowSquall, u"Snow Squall Warning", u"SQ", 0xFFC71585},
-    {Kind::specialMarine, u"Special Marine Warning", u"MA", 0xFFFFA500},
-    {Kind::flashFlood, u"Flash Flood Warning", u"FF", 0xFF00FF00},
-    {Kind::severeThunderstorm, u"Severe Thunderstorm Warning", u"SV", 0xFFFFFF00},
-    {Kind::extremeWind, u"Extreme Wind Warning", u"EW", 0xFFFF8C00},
-    {Kind::tornado, u"Tornado Warning", u"TO", 0xFFFF0000},
+    {Kind::specialWeatherStatement, Text::marked(u"Special Weather Statement"), u"", 0xFFFFE4B5},
+    {Kind::dustStorm, Text::marked(u"Dust Storm Warning"), u"DS", 0xFFFFE4C4},
+    {Kind::snowSquall, Text::marked(u"Snow Squall Warning"), u"SQ", 0xFFC71585},
+    {Kind::specialMarine, Text::marked(u"Special Marine Warning"), u"MA", 0xFFFFA500},
+    {Kind::flashFlood, Text::marked(u"Flash Flood Warning"), u"FF", 0xFF00FF00},
+    {Kind::severeThunderstorm, Text::marked(u"Severe Thunderstorm Warning"), u"SV", 0xFFFFFF00},
+    {Kind::extremeWind, Text::marked(u"Extreme Wind Warning"), u"EW", 0xFFFF8C00},
+    {Kind::tornado, Text::marked(u"Tornado Warning"), u"TO", 0xFFFF0000},
 }};
 
 std::optional<WarningKind> kindWhere(QStringView text, QStringView Row::*member) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "persist/page_file.h"
 
+#include "core/text.h"
 #include "core/whole_file.h"
 #include "persist/serial_writer.h"
 
@@ -16,7 +17,7 @@ using Kind = ReadFailure::Kind;
 using Result = tl::expected<void, QString>;
 
 QString tooLarge() {
-    return QStringLiteral("Larger than %1 MiB").arg(PageBytes::kMostBytes / (1024 * 1024));
+    return Text::tr("Larger than %1 MiB").arg(PageBytes::kMostBytes / (1024 * 1024));
 }
 
 QString reasonOf(const ReadFailure& failure) {
@@ -34,7 +35,7 @@ tl::expected<Written, QString> writtenBy(const CSerializable& application) {
     CSerialWriter writer(buffer);
     const bool written = application.Write(writer);
     if (!writer.finish() || !written) {
-        return tl::make_unexpected(QStringLiteral("A page cannot be written"));
+        return tl::make_unexpected(Text::tr("A page cannot be written"));
     }
     if (buffer.size() > PageBytes::kMostBytes) {
         return tl::make_unexpected(tooLarge());
@@ -87,7 +88,7 @@ bool PageFile::load(CSerializable& application) {
 
 auto PageFile::prepare(const CSerializable& application) const -> Prepared {
     if (untouchable()) {
-        return tl::make_unexpected(QStringLiteral("It is left as it is"));
+        return tl::make_unexpected(Text::tr("It is left as it is"));
     }
     auto written = writtenBy(application);
     if (!written) {
@@ -133,7 +134,7 @@ PageFile::ToBackUp PageFile::backupOfLatecomer() const {
     const PageBytes come = m_examine(std::move(*bytes));
     const auto verdict = m_backup.judge(come);
     if (verdict == PageBackup::Verdict::stays) {
-        return tl::make_unexpected(QStringLiteral("Another page file has come there meanwhile"));
+        return tl::make_unexpected(Text::tr("Another page file has come there meanwhile"));
     }
     return backupOf(come, verdict);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "persist/page_save.h"
 
+#include "core/text.h"
 #include "core/whole_file.h"
 
 namespace raincast {
@@ -9,9 +10,8 @@ void PageSave::write() {
     if (backup && !backup->written) {
         const auto kept = replaceFile(backup->path, backup->bytes, Lasting::yes);
         if (!kept) {
-            result = tl::make_unexpected(
-                QStringLiteral("Its backup cannot be written: ") + kept.error()
-            );
+            result =
+                tl::make_unexpected(Text::tr("Its backup cannot be written: %1").arg(kept.error()));
             return;
         }
         backup->written = true;

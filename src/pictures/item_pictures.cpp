@@ -24,13 +24,13 @@ namespace {
 constexpr int kStepsOfNewest = 3;
 
 QString cannotSave(const QString& path, const QString& reason) {
-    return QStringLiteral("%1 cannot be written: %2.").arg(path, reason);
+    return Text::tr("%1 cannot be written: %2.").arg(path, reason);
 }
 
 WholeFile::Result writePng(const QString& path, const QImage& picture) {
     QBuffer png;
     if (!png.open(QIODevice::WriteOnly) || !picture.save(&png, "PNG")) {
-        return tl::unexpected(QStringLiteral("There is not enough memory"));
+        return tl::unexpected(Text::tr("There is not enough memory"));
     }
     return replaceFile(path, png.data(), Lasting::yes);
 }
@@ -107,15 +107,13 @@ QImage ItemPictures::paint() const {
 
 void ItemPictures::savePicture() {
     const QImage picture = paint(); // as it is now: the loop may go on behind the dialog
-    SaveDialog dialog(QStringLiteral("Save Picture"), m_source.name() + QStringLiteral(".png"));
+    SaveDialog dialog(Text::tr("Save Picture"), m_source.name() + QStringLiteral(".png"));
     QWidget* const window = m_source.item.page()->widget();
     if (dialog.run(window) != Dialog::kOk) {
         return;
     }
     if (const auto written = writePng(dialog.path(), picture); !written) {
-        messageBox(
-            window, cannotSave(dialog.path(), written.error()), QStringLiteral("Save Picture")
-        );
+        messageBox(window, cannotSave(dialog.path(), written.error()), Text::tr("Save Picture"));
     }
 }
 
@@ -127,25 +125,25 @@ void ItemPictures::saveLoop() {
     if (lacksLaterFrames(m_source.state)) {
         return;
     }
-    SaveDialog dialog(QStringLiteral("Save Loop"), m_source.name() + QStringLiteral(".gif"));
+    SaveDialog dialog(Text::tr("Save Loop"), m_source.name() + QStringLiteral(".gif"));
     if (dialog.run(m_source.item.page()->widget()) != Dialog::kOk || !hasPicture()) {
         return;
     }
     const QString path = dialog.path();
     writeLoop(path, [this, path](const WholeFile::Result& result) { loopSaved(path, result); });
-    m_row.say(QStringLiteral("Saving the loop..."), QStringLiteral("&Cancel"));
+    m_row.say(Text::tr("Saving the loop..."), Text::tr("&Cancel"));
 }
 
 void ItemPictures::writeLoop(const QString& path, Done done) {
     if (!hasPicture()) {
-        done(tl::unexpected(QStringLiteral("There is no picture")));
+        done(tl::unexpected(Text::tr("There is no picture")));
         return;
     }
     const int count = std::max(static_cast<int>(m_source.state.frames.size()), 1);
     m_saving = std::make_unique<LoopSaving>(
         path, count, painter(),
         [this, count](int written) {
-            m_row.goOn(QStringLiteral("Saving the loop: %1 of %2 frames").arg(written).arg(count));
+            m_row.goOn(Text::tr("Saving the loop: %1 of %2 frames").arg(written).arg(count));
         },
         std::move(done)
     );
@@ -177,8 +175,8 @@ LoopSaving::Paint ItemPictures::painter() const {
 void ItemPictures::loopSaved(const QString& path, const WholeFile::Result& result) {
     m_saving.reset();
     m_row.say(
-        result ? QStringLiteral("The loop is in %1.").arg(path) : cannotSave(path, result.error()),
-        QStringLiteral("&OK")
+        result ? Text::tr("The loop is in %1.").arg(path) : cannotSave(path, result.error()),
+        Text::tr("&OK")
     );
 }
 

@@ -18,9 +18,9 @@ namespace raincast {
 
 /// The rows of an item's menu for pictures of it.
 inline constexpr MenuRow kPictureRows[] = {
-    menuEntry(kSavePicture, u"&Save Picture..."),
-    menuEntry(kCopyPicture, u"&Copy Picture"),
-    menuEntry(kSaveLoop, u"Save &Loop..."),
+    menuEntry(kSavePicture, Text::marked("&Save Picture...")),
+    menuEntry(kCopyPicture, Text::marked("&Copy Picture")),
+    menuEntry(kSaveLoop, Text::marked("Save &Loop...")),
 };
 
 /// Pictures of a display item as it is painted on its page, of the same size in device pixels, in

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "pictures/loop_saving.h"
 
+#include "core/text.h"
+
 #include <optional>
 #include <utility>
 
@@ -27,7 +29,7 @@ public:
         if (written || !m_fits) {
             return m_file.commit(); // which says what failed
         }
-        return tl::unexpected(QStringLiteral("There is not enough memory"));
+        return tl::unexpected(Text::tr("There is not enough memory"));
     }
 
 private:
@@ -90,7 +92,7 @@ void LoopSaving::write(int frame) {
 void LoopSaving::endEarly() {
     m_background.later([this] {
         const Done done = m_done; // it may end this
-        done(tl::unexpected(QStringLiteral("Something else is shown by now")));
+        done(tl::unexpected(Text::tr("Something else is shown by now")));
     });
 }
 

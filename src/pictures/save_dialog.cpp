@@ -19,13 +19,13 @@ enum Control { kLabel = 1080, kFile = 1081 };
 
 const DialogTemplateRecord saveDialog{
     {SaveDialog::kTemplate,
-     QStringLiteral("Save"),
+     Text::marked("Save"),
      {124, 50},
      {
-         {kLabel, ControlKind::label, QStringLiteral("&File:"), {4, 2, 116, 10}},
+         {kLabel, ControlKind::label, Text::marked("&File:"), {4, 2, 116, 10}},
          {kFile, ControlKind::edit, {}, {4, 14, 116, 14}},
-         {Dialog::kOk, ControlKind::pushButton, QStringLiteral("&Save"), {4, 33, 56, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {64, 33, 56, 14}},
+         {Dialog::kOk, ControlKind::pushButton, Text::marked("&Save"), {4, 33, 56, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {64, 33, 56, 14}},
      },
      {}}};
 
@@ -66,10 +66,10 @@ void SaveDialog::onOk() {
     const QFileInfo file(path);
     if (!file.dir().exists()) {
         const QString folder = QDir::toNativeSeparators(file.absolutePath());
-        messageBox(widget(), QStringLiteral("There is no folder %1.").arg(folder), m_caption);
+        messageBox(widget(), Text::tr("There is no folder %1.").arg(folder), m_caption);
         return;
     }
-    const QString question = QStringLiteral("Replace the file %1?").arg(path);
+    const QString question = Text::tr("Replace the file %1?").arg(path);
     if (file.exists() &&
         askQuestion(widget(), question, m_caption, Question::yesNo) != Answer::first) {
         return;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "player/frame_time.h"
 
+#include "core/text.h"
+
 #include <ctime>
 
 namespace raincast {
@@ -15,10 +17,12 @@ QString localZone(FileTime time) {
     return QString::fromUtf8(local.tm_zone);
 }
 
-QString counted(FileTime number, const char* unit) {
-    return QStringLiteral("%1 %2%3").arg(number).arg(
-        QLatin1String(unit), QLatin1String(number == 1 ? "" : "s")
-    );
+QString hoursText(FileTime hours) {
+    return Text::counted("%n hours", "%n hour", hours);
+}
+
+QString minutesText(FileTime minutes) {
+    return Text::counted("%n minutes", "%n minute", minutes);
 }
 
 } // namespace
@@ -28,10 +32,8 @@ QString frameTimeText(FileTime taken, bool utc) {
         return {};
     }
     const CalendarTime time = utc ? toCalendar(taken) : toLocalCalendar(taken);
-    const QString text = QString::asprintf(
-        "%04d-%02d-%02d %d:%02d ", time.year, time.month, time.day, time.hour, time.minute
-    );
-    return text + (utc ? QStringLiteral("UTC") : localZone(taken));
+    return Text::date(time) + u' ' + Text::clock(time) + u' ' +
+           (utc ? QStringLiteral("UTC") : localZone(taken));
 }
 
 QString frameAgeText(FileTime taken, FileTime now) {
@@ -41,17 +43,17 @@ QString frameAgeText(FileTime taken, FileTime now) {
     const FileTime minutes = (now - taken) / kFileTimePerMinute;
     const FileTime hours = minutes / 60;
     if (minutes == 0) {
-        return QStringLiteral("just now");
+        return Text::tr("just now");
     }
     QString text;
     if (hours >= 48) {
-        text = counted(hours / 24, "day");
+        text = Text::counted("%n days", "%n day", hours / 24);
     } else if (hours > 0 && minutes % 60 > 0) {
-        text = counted(hours, "hour") + u' ' + counted(minutes % 60, "minute");
+        text = hoursText(hours) + u' ' + minutesText(minutes % 60);
     } else {
-        text = hours > 0 ? counted(hours, "hour") : counted(minutes, "minute");
+        text = hours > 0 ? hoursText(hours) : minutesText(minutes);
     }
-    return text + QStringLiteral(" ago");
+    return Text::tr("%1 ago").arg(text);
 }
 
 } // namespace raincast

@@ -18,17 +18,17 @@ namespace raincast {
 
 /// The rows of an item's menu for its loop.
 inline constexpr MenuRow kLoopRows[] = {
-    menuEntry(kPlayLoop, u"&Play", "Space"),
-    menuEntry(kStepBack, u"Step &Back", ","),
-    menuEntry(kStepForward, u"Step &Forward", "."),
+    menuEntry(kPlayLoop, Text::marked("&Play"), "Space"),
+    menuEntry(kStepBack, Text::marked("Step &Back"), ","),
+    menuEntry(kStepForward, Text::marked("Step &Forward"), "."),
     menuSeparator(),
-    menuEntry(kHalfSpeed, u"&Half Speed"),
-    menuEntry(kHalfSpeed + 1, u"&Normal Speed"),
-    menuEntry(kHalfSpeed + 2, u"&Double Speed"),
-    menuEntry(kHalfSpeed + 3, u"F&our Times the Speed"),
+    menuEntry(kHalfSpeed, Text::marked("&Half Speed")),
+    menuEntry(kHalfSpeed + 1, Text::marked("&Normal Speed")),
+    menuEntry(kHalfSpeed + 2, Text::marked("&Double Speed")),
+    menuEntry(kHalfSpeed + 3, Text::marked("F&our Times the Speed")),
     menuSeparator(),
-    menuEntry(kShowBar, u"&Show Bar"),
-    menuEntry(kUtcTimes, u"Times in &UTC"),
+    menuEntry(kShowBar, Text::marked("&Show Bar")),
+    menuEntry(kUtcTimes, Text::marked("Times in &UTC")),
 };
 
 /// Plays the loop of a display item, and keeps the loop's bar at the item's lower edge while the

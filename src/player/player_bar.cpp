@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "player/player_bar.h"
 
+#include "core/text.h"
+#include "player/frame_time.h"
 #include "player/player_icons.h"
 #include "window/dialog_layout.h"
 #include "window/screen_metrics.h"
@@ -21,10 +23,17 @@ namespace raincast {
 namespace {
 
 constexpr int kLeastSlider = 56;
-// The longest time that is shown beside the slider is about as long.
-const QString kLongTime = QStringLiteral("2019-05-19 22:44 AKDT, 22 hours 22 minutes ago");
-// Its first line, where it has two.
-const QString kFirstLine = QStringLiteral("2019-05-19 22:44 AKDT, ");
+
+/// About as long as the longest time that is shown beside the slider.
+QString longTime() {
+    const CalendarTime time{.year = 2019, .month = 5, .day = 19, .hour = 22, .minute = 44};
+    return Text::date(time) + u' ' + Text::clock(time) + QStringLiteral(" AKDT, ");
+}
+
+QString longAge() {
+    constexpr FileTime kAge = (22 * 60 + 22) * kFileTimePerMinute;
+    return frameAgeText(1, 1 + kAge);
+}
 
 int margin() {
     return dialogMargin(ScreenMetrics::current().logPixelsY);
@@ -41,7 +50,7 @@ PlayerBar::PlayerBar(QWidget& window, Actions actions)
       m_pauseIcon(pauseIcon()) {
     hide();
     setObjectName(QStringLiteral("loopBar"));
-    setAccessibleName(QStringLiteral("Loop"));
+    setAccessibleName(Text::tr("Loop"));
     setAutoFillBackground(true);
     // A press beside the controls, by mouse or finger, is none on the picture below.
     setAttribute(Qt::WA_NoMousePropagation);
@@ -51,12 +60,12 @@ PlayerBar::PlayerBar(QWidget& window, Actions actions)
 }
 
 void PlayerBar::makeControls() {
-    m_back = addButton(stepBackIcon(), QStringLiteral("Step back"), QStringLiteral(","));
+    m_back = addButton(stepBackIcon(), Text::tr("Step back"), QStringLiteral(","));
     m_play = addButton(m_pauseIcon, {}, {});
-    m_forward = addButton(stepForwardIcon(), QStringLiteral("Step forward"), QStringLiteral("."));
+    m_forward = addButton(stepForwardIcon(), Text::tr("Step forward"), QStringLiteral("."));
     m_slider = new QSlider(Qt::Horizontal, this);
-    m_slider->setAccessibleName(QStringLiteral("Frame"));
-    m_slider->setToolTip(QStringLiteral("Frame"));
+    m_slider->setAccessibleName(Text::tr("Frame"));
+    m_slider->setToolTip(Text::tr("Frame"));
     m_slider->setTickPosition(QSlider::TicksBelow);
     m_slider->setTickInterval(1);
     m_slider->setPageStep(1);
@@ -65,14 +74,14 @@ void PlayerBar::makeControls() {
     m_time->setTextFormat(Qt::PlainText);
     m_time->setWordWrap(true);
     m_speed = new QComboBox(this);
-    m_speed->setAccessibleName(QStringLiteral("Speed"));
-    m_speed->setToolTip(QStringLiteral("Speed"));
+    m_speed->setAccessibleName(Text::tr("Speed"));
+    m_speed->setToolTip(Text::tr("Speed"));
     m_speed->setFocusPolicy(Qt::TabFocus);
     for (const LoopSpeedRow& row : kLoopSpeeds) {
         m_speed->addItem(QString::fromUtf16(row.text));
     }
     m_utc = new QCheckBox(QStringLiteral("&UTC"), this);
-    m_utc->setToolTip(QStringLiteral("Times in UTC"));
+    m_utc->setToolTip(Text::tr("Times in UTC"));
     m_utc->setFocusPolicy(Qt::TabFocus);
     showPlaying(true);
 }
@@ -102,10 +111,10 @@ void PlayerBar::showPlaying(bool playing) {
     if (std::exchange(m_playing, playing) == playing) {
         return;
     }
-    const QString name = playing ? QStringLiteral("Pause") : QStringLiteral("Play");
+    const QString name = playing ? Text::tr("Pause") : Text::tr("Play");
     m_play->setIcon(playing ? m_pauseIcon : m_playIcon);
     m_play->setAccessibleName(name);
-    m_play->setToolTip(withKey(name, QStringLiteral("Space")));
+    m_play->setToolTip(withKey(name, Text::tr("Space")));
 }
 
 void PlayerBar::follow(const Loop& loop) {
@@ -142,13 +151,13 @@ int PlayerBar::settingsWidth() const {
 }
 
 bool PlayerBar::fitsOneRow(int width) const {
-    const int time = fontMetrics().horizontalAdvance(kLongTime);
+    const int time = fontMetrics().horizontalAdvance(longTime() + longAge());
     return width >= buttonsWidth() + 2 * kLeastSlider + time + settingsWidth() + 5 * margin();
 }
 
 int PlayerBar::leastWidth() const {
     const int above = buttonsWidth() + kLeastSlider + m_speed->sizeHint().width();
-    const int below = fontMetrics().horizontalAdvance(kFirstLine) + m_utc->sizeHint().width();
+    const int below = fontMetrics().horizontalAdvance(longTime()) + m_utc->sizeHint().width();
     return std::max(above, below) + 4 * margin();
 }
 
@@ -182,7 +191,7 @@ void PlayerBar::resizeEvent(QResizeEvent* /*event*/) {
     int left = gap;
     placeButtons(left, row);
     if (fitsOneRow(width())) {
-        const int time = fontMetrics().horizontalAdvance(kLongTime);
+        const int time = fontMetrics().horizontalAdvance(longTime() + longAge());
         const int settings = right - settingsWidth();
         m_slider->setGeometry(left, 0, settings - gap - time - gap - left, row);
         m_time->setGeometry(settings - gap - time, 0, time, row);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "position/position_receiver.h"
 
+#include "core/text.h"
 #include "position/receiver_change.h"
 
 #include <algorithm>
@@ -82,16 +83,15 @@ QString PositionReceiver::statusText() const {
     const QString counters = QString::fromStdString(m_reader->counters().text());
     switch (m_state) {
     case State::off:
-        return QStringLiteral("No position source");
+        return Text::tr("No position source");
     case State::open:
-        return m_problem.isEmpty()
-                   ? QStringLiteral("Open; ") + counters
-                   : QStringLiteral("%1; trying again; %2").arg(m_problem, counters);
+        return m_problem.isEmpty() ? Text::tr("Open; %1").arg(counters)
+                                   : Text::tr("%1; trying again; %2").arg(m_problem, counters);
     case State::waiting:
-        return QStringLiteral("%1; opening it again after %2 s; %3")
+        return Text::tr("%1; opening it again after %2 s; %3")
             .arg(m_problem, QString::number(m_delay.count()), counters);
     case State::finished:
-        return QStringLiteral("Finished; ") + counters;
+        return Text::tr("Finished; %1").arg(counters);
     }
     return {};
 }

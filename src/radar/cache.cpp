@@ -4,6 +4,7 @@
 #include "core/folders.h"
 #include "core/special_folders.h"
 #include "core/storage_cards.h"
+#include "core/text.h"
 #include "core/whole_file.h"
 
 #include <QFileInfo>
@@ -66,10 +67,9 @@ tl::expected<void, QString> makeSiteFolder(const QString& cacheFolder, QStringVi
 
 QString cacheFailureText(const QString& cacheFolder, const QString& cause) {
     if (cacheFolder.isEmpty()) {
-        return QStringLiteral("There is no folder\nfor the image cache.\n");
+        return Text::tr("There is no folder\nfor the image cache.\n");
     }
-    return QStringLiteral("Could not write to\nthe cache folder\n%1:\n%2.\n")
-        .arg(cacheFolder, cause);
+    return Text::tr("Could not write to\nthe cache folder\n%1:\n%2.\n").arg(cacheFolder, cause);
 }
 
 void deleteStaleFrames(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "radar/file_kinds.h"
 
+#include "core/text.h"
 #include "geo/geo_reference.h"
 #include "radar/image/image_file.h"
 #include "radar/warning_texts.h"
@@ -35,10 +36,12 @@ bool isWorldFile(QByteArrayView first) {
 
 } // namespace
 
-const FileKind kGifFile{"GIF image", 6, isGif, false};
-const FileKind kJpegFile{"JPEG image", 3, isJpeg, false};
-const FileKind kSoundGifFile{"sound GIF image", kAllBytes, isSoundGif, true};
-const FileKind kWarningTextsFile{"texts of warnings", kMostWarningTextBytes, isWarningTexts, true};
-const FileKind kWorldFile{"world file", GeoReference::kWorldFileBytes, isWorldFile, true};
+const FileKind kGifFile{Text::marked("GIF image"), 6, isGif, false};
+const FileKind kJpegFile{Text::marked("JPEG image"), 3, isJpeg, false};
+const FileKind kSoundGifFile{Text::marked("sound GIF image"), kAllBytes, isSoundGif, true};
+const FileKind kWarningTextsFile{
+    Text::marked("texts of warnings"), kMostWarningTextBytes, isWarningTexts, true};
+const FileKind kWorldFile{
+    Text::marked("world file"), GeoReference::kWorldFileBytes, isWorldFile, true};
 
 } // namespace raincast

@@ -2,6 +2,7 @@
 #include "radar/radar_update.h"
 
 #include "core/clock.h"
+#include "core/text.h"
 #include "radar/cache.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
@@ -29,13 +30,13 @@ constexpr int kCounterAfterUpdate = 10;
 /// What a server's source of frames lacks, by its header.
 struct Outage {
     const char* source;
-    const char16_t* text;
+    const char* text;
 };
 constexpr Outage kOutages[] = {
-    {"no-product", u"This radar makes no such product."},
-    {"radar-down", u"The radar itself is down."},
-    {"provider", u"The provider does not answer."},
-    {"network", u"This machine has no network."},
+    {"no-product", Text::marked("This radar makes no such product.")},
+    {"radar-down", Text::marked("The radar itself is down.")},
+    {"provider", Text::marked("The provider does not answer.")},
+    {"network", Text::marked("This machine has no network.")},
 };
 
 QString outageText(const QByteArray& source) {
@@ -43,7 +44,7 @@ QString outageText(const QByteArray& source) {
         std::find_if(std::begin(kOutages), std::end(kOutages), [&source](const Outage& outage) {
             return source == outage.source;
         });
-    return found == std::end(kOutages) ? QString() : QString::fromUtf16(found->text);
+    return found == std::end(kOutages) ? QString() : Text::of(found->text);
 }
 
 } // namespace
@@ -79,7 +80,7 @@ Bitmap RadarUpdate::decode(const QString& file) {
 void RadarUpdate::UpdateRadar(Done done) {
     m_done = std::move(done);
     discardOtherFrames(m_state);
-    setStatus(QStringLiteral("Updating radar image...\n"));
+    setStatus(Text::tr("Updating radar image...\n"));
     m_observer.repaint();
     m_transfer.FetchQuotedStrings(
         listingDirectory(m_state.siteId, m_product),
@@ -89,7 +90,7 @@ void RadarUpdate::UpdateRadar(Done done) {
 
 void RadarUpdate::takeListing(const CHttpTransfer::Listing& names) {
     if (!names) {
-        fail(QStringLiteral("Could not access server.\n"));
+        fail(Text::tr("Could not access server.\n"));
         return;
     }
     m_background.run(
@@ -103,7 +104,7 @@ void RadarUpdate::takeListing(const CHttpTransfer::Listing& names) {
 void RadarUpdate::startSearch(std::shared_ptr<const FrameListing> listing) {
     m_listing = std::move(listing);
     if (!m_listing->newest()) {
-        fail(QStringLiteral("No radar images found on server.\n"));
+        fail(Text::tr("No radar images found on server.\n"));
         return;
     }
     const auto makeFolder = [root = m_state.cacheRoot(), site = m_state.siteId] {
@@ -385,9 +386,9 @@ QString RadarUpdate::outcome() const {
         return cacheFailureText(m_state.cacheRoot(), *m_writeFailure);
     }
     if (m_run->found() == 0) {
-        return QStringLiteral("Could not download\nany radar images.\n");
+        return Text::tr("Could not download\nany radar images.\n");
     }
-    return m_run->missing() > 0 ? QStringLiteral("Could not get\nall images.\n") : QString();
+    return m_run->missing() > 0 ? Text::tr("Could not get\nall images.\n") : QString();
 }
 
 // What the server lacks, even if its frames of before came, or did wrong. A cache that could not be

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/level_text.h"
 
+#include "core/text.h"
 #include "palette/nws_colours.h"
 #include "units/units.h"
 
@@ -15,11 +16,11 @@ constexpr double kMillimetresPerInch = 25.4;
 // As many digits as tell one level from the next. Floats are not exact; what is shown is.
 QString rainText(double inches) {
     if (!metricDistances()) {
-        return QString::number(inches, 'g', 3);
+        return Text::number(inches, 'g', 3);
     }
     const double millimetres = inches * kMillimetresPerInch;
     const double scale = millimetres < 10 ? 10 : 1;
-    return QString::number(std::round(millimetres * scale) / scale);
+    return Text::number(std::round(millimetres * scale) / scale, 'g', 6);
 }
 
 QString numberText(Quantity quantity, double value) {
@@ -39,21 +40,23 @@ QString rangeText(Quantity quantity, const NwsRange& range) {
     const QString unit = u' ' + levelUnit(quantity);
     const QString from = numberText(quantity, range.from);
     if (std::isinf(range.below)) {
-        return from + unit + QStringLiteral(" or more");
+        return Text::tr("%1 or more").arg(from + unit);
     }
     // Reflectivity comes in whole numbers.
     const double last = range.below - (quantity == Quantity::reflectivity ? 1 : 0);
     const QString to = numberText(quantity, last) + unit;
-    return range.from <= 0 ? QStringLiteral("up to ") + to : from + QStringLiteral(" to ") + to;
+    return range.from <= 0 ? Text::tr("up to %1").arg(to) : Text::tr("%1 to %2").arg(from, to);
 }
 
 QString velocityText(const std::optional<NwsRange>& range, std::size_t level) {
     if (!range) {
-        return level == 0 ? QStringLiteral("no echo") : QStringLiteral("range folded");
+        return level == 0 ? Text::tr("no echo") : Text::tr("range folded");
     }
-    return range->below < 0 ? rangeText(Quantity::velocity, {-range->below, -range->from}) +
-                                  QStringLiteral(" towards radar")
-                            : rangeText(Quantity::velocity, *range) + QStringLiteral(" away");
+    if (range->below >= 0) {
+        return Text::tr("%1 away").arg(rangeText(Quantity::velocity, *range));
+    }
+    const NwsRange towards{-range->below, -range->from};
+    return Text::tr("%1 towards radar").arg(rangeText(Quantity::velocity, towards));
 }
 
 } // namespace
@@ -66,8 +69,8 @@ QString levelText(Product product, std::size_t level) {
     }
     if (level == 0) {
         return quantity == Quantity::precipitation
-                   ? QStringLiteral("no rain")
-                   : QStringLiteral("below %1 %2")
+                   ? Text::tr("no rain")
+                   : Text::tr("below %1 %2")
                          .arg(numberText(quantity, range->below), levelUnit(quantity));
     }
     return rangeText(quantity, *range);
@@ -77,7 +80,7 @@ QString levelLabel(Product product, std::size_t level) {
     const Quantity quantity = quantityOf(product);
     const auto range = nwsRange(product, level);
     if (!range) {
-        return QStringLiteral("RF");
+        return Text::tr("RF");
     }
     return range->below < 0 ? u'-' + numberText(quantity, -range->below)
                             : numberText(quantity, range->from);
@@ -90,7 +93,7 @@ QString levelUnit(Quantity quantity) {
     case Quantity::velocity:
         return CUnits::global().speedUnit();
     case Quantity::precipitation:
-        return metricDistances() ? QStringLiteral("mm") : QStringLiteral("in");
+        return metricDistances() ? QStringLiteral("mm") : Text::tr("in");
     }
     return QStringLiteral("dBZ");
 }

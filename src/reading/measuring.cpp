@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/measuring.h"
 
+#include "core/text.h"
 #include "geo/way.h"
 #include "map/mark_names.h"
 #include "reading/map_line.h"
@@ -16,17 +17,27 @@ namespace {
 
 constexpr double kLeastKnots = 0.5; // below, a receiver at rest shows chance
 constexpr double kMetresPerNauticalMile = 1852;
+constexpr double kMostMinutes = 99 * 60;
 
 } // namespace
 
 QString durationText(double minutes) {
-    constexpr double kMost = 99 * 60;
-    if (!(minutes < kMost)) {
-        return QStringLiteral("over 99 h");
+    if (!(minutes < kMostMinutes)) {
+        return Text::tr("over 99 h");
     }
     const long whole = std::lround(minutes);
-    return whole < 60 ? QStringLiteral("%1 min").arg(whole)
-                      : QStringLiteral("%1 h %2 min")
+    return whole < 60
+               ? Text::tr("%1 min").arg(whole)
+               : Text::tr("%1 h %2 min").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
+}
+
+QString durationWords(double minutes) {
+    if (!(minutes < kMostMinutes)) {
+        return durationText(minutes);
+    }
+    const long whole = std::lround(minutes);
+    return whole < 60 ? Text::counted("%n minutes", "%n minute", whole)
+                      : Text::tr("%1 h %2 minutes")
                             .arg(whole / 60)
                             .arg(whole % 60, 2, 10, QLatin1Char('0'));
 }
@@ -38,8 +49,9 @@ QStringList measuredLines(const MeasuredWay& way) {
     QStringList lines{wayText(way.from, way.to) + QStringLiteral(" / ") + bearingText(back)};
     if (way.knots >= kLeastKnots) {
         const double miles = there.lengthMetres() / kMetresPerNauticalMile;
-        lines += durationText(miles / way.knots * 60) + QStringLiteral(" at ") +
-                 CUnits::global().speedText(way.knots);
+        lines +=
+            Text::tr("%1 at %2")
+                .arg(durationText(miles / way.knots * 60), CUnits::global().speedText(way.knots));
     }
     return lines;
 }

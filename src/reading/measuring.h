@@ -25,6 +25,9 @@ struct MeasuredWay {
 /// "32 min", "1 h 05 min"; "over 99 h" for longer.
 [[nodiscard]] QString durationText(double minutes);
 
+/// As a part of a sentence: "32 minutes", "1 h 05 minutes".
+[[nodiscard]] QString durationWords(double minutes);
+
 /// Draws the way and, at its end, its lines.
 void drawMeasuredWay(QPainter& painter, const MapSight& sight, const MeasuredWay& way);
 

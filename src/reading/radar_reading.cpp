@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/radar_reading.h"
 
+#include "core/text.h"
 #include "map/map_label.h"
 #include "map/mark_names.h"
 #include "palette/nws_colours.h"
@@ -25,8 +26,12 @@ constexpr int kTrackSteps = 4;
 constexpr QChar kTimes(0x00D7); // as the button that closes a window
 
 QString clockText(FileTime time) {
-    const CalendarTime local = toLocalCalendar(time);
-    return QString::asprintf("%d:%02d", local.hour, local.minute);
+    return Text::clock(toLocalCalendar(time));
+}
+
+/// `ofTime` where the time of the picture is known.
+QString touchText(const RadarSight& sight, const char* any, const char* ofTime) {
+    return sight.frameTime ? Text::of(ofTime).arg(clockText(*sight.frameTime)) : Text::of(any);
 }
 
 /// The level of the pixel under a point; none for a colour that the table lacks or without one.
@@ -68,19 +73,18 @@ QRect drawTimeBeside(
 QString arrivalText(const QString& who, const StormTrack& track, GeoPosition place, FileTime now) {
     const auto passing = track.passing(place);
     if (!passing) {
-        return QStringLiteral("Moves away from ") + who;
+        return Text::tr("Moves away from %1").arg(who);
     }
     const FileTime left = passing->time - now;
-    const QString at = who + QStringLiteral(" at ") + clockText(passing->time);
-    const QString in =
-        QStringLiteral(", in ") +
-        durationText(static_cast<double>(left) / static_cast<double>(kFileTimePerMinute))
-            .replace(QStringLiteral(" min"), QStringLiteral(" minutes"));
+    const QString at = clockText(passing->time);
     if (!passing->reaches) {
-        return QStringLiteral("Passes %1 %2 from %3")
-            .arg(CUnits::global().distanceText(passing->metres), bearingText(passing->bearing), at);
+        const QString distance = CUnits::global().distanceText(passing->metres);
+        return Text::tr("Passes %1 %2 from %3 at %4")
+            .arg(distance, bearingText(passing->bearing), who, at);
     }
-    return left > 0 ? QStringLiteral("Reaches ") + at + in : QStringLiteral("Reached ") + at;
+    const auto minutes = static_cast<double>(left) / static_cast<double>(kFileTimePerMinute);
+    return left > 0 ? Text::tr("Reaches %1 at %2, in %3").arg(who, at, durationWords(minutes))
+                    : Text::tr("Reached %1 at %2").arg(who, at);
 }
 
 } // namespace
@@ -187,15 +191,15 @@ GeoPosition RadarReading::wayEnd(const RadarSight& sight) const {
 
 QStringList RadarReading::trackWords(const RadarSight& sight) const {
     if (m_track->standsStill()) {
-        return {QStringLiteral("Stands still")};
+        return {Text::tr("Stands still")};
     }
     QStringList lines{
-        QStringLiteral("Moves ") + bearingText(m_track->bearing()) + QStringLiteral(" at ") +
-        CUnits::global().speedText(m_track->knots())};
+        Text::tr("Moves %1 at %2")
+            .arg(bearingText(m_track->bearing()), CUnits::global().speedText(m_track->knots()))};
     const std::pair<QString, const std::optional<GeoPosition>&> places[] = {
-        {QStringLiteral("you"), sight.own},
-        {QStringLiteral("target"), sight.target},
-        {QStringLiteral("the point"), m_to}};
+        {Text::tr("you"), sight.own},
+        {Text::tr("target"), sight.target},
+        {Text::tr("the point"), m_to}};
     for (const auto& [who, place] : places) {
         if (place) {
             lines += arrivalText(who, *m_track, *place, sight.now);
@@ -206,17 +210,25 @@ QStringList RadarReading::trackWords(const RadarSight& sight) const {
 
 QStringList RadarReading::words(const RadarSight& sight) const {
     const QString close = QStringLiteral("  ") + kTimes;
-    const QString time =
-        sight.frameTime ? QStringLiteral(" of ") + clockText(*sight.frameTime) : QString();
     switch (m_use) {
     case Use::none:
         return {};
     case Use::measuring:
-        return {QStringLiteral("Measuring") + close};
+        return {Text::tr("Measuring") + close};
     case Use::trackFirst:
-        return {QStringLiteral("Touch the storm in the picture") + time + close};
+        return {
+            touchText(
+                sight, Text::marked("Touch the storm in the picture"),
+                Text::marked("Touch the storm in the picture of %1")
+            ) +
+            close};
     case Use::trackLast:
-        return {QStringLiteral("Touch it again in the picture") + time + close};
+        return {
+            touchText(
+                sight, Text::marked("Touch it again in the picture"),
+                Text::marked("Touch it again in the picture of %1")
+            ) +
+            close};
     case Use::tracked:
         break;
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/range_rings.h"
 
+#include "core/text.h"
 #include "geo/way.h"
 #include "map/map_label.h"
 #include "page/plain_target.h"
@@ -62,7 +63,7 @@ void drawRings(QPainter& painter, const QRect& area, QPoint place, const RingPix
 /// A round distance: "50 Mi".
 QString ringText(double metres) {
     const CUnits& units = CUnits::global();
-    return QString::number(units.distanceOf(metres), 'g', 5) + u' ' + units.distanceUnit();
+    return Text::number(units.distanceOf(metres), 'g', 5) + u' ' + units.distanceUnit();
 }
 
 } // namespace

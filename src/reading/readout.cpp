@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/readout.h"
 
+#include "core/text.h"
 #include "geo/way.h"
 #include "map/mark_names.h"
 #include "reading/beam_height.h"
@@ -32,8 +33,8 @@ bool isOfLowestBeam(Product product) {
 QString heightText(double metres) {
     const bool metric = metricDistances();
     const double height = metric ? metres : metres * kFeetPerMetre;
-    return QString::number(std::lround(height / 10) * 10) +
-           (metric ? QStringLiteral(" m") : QStringLiteral(" ft"));
+    return Text::number(std::round(height / 10) * 10, 'f', 0) + u' ' +
+           (metric ? Text::tr("m") : Text::tr("ft"));
 }
 
 } // namespace
@@ -55,18 +56,18 @@ QStringList readoutLines(const ReadPlace& place) {
     const double distance = shortWay(place.radar, place.position).lengthMetres();
     if (place.product && place.level) {
         const bool outside = place.level == 0U && distance > rangeMetres(*place.product);
-        lines += outside ? QStringLiteral("outside the radar's range")
+        lines += outside ? Text::tr("outside the radar's range")
                          : levelText(*place.product, *place.level);
     }
     lines += CUnits::global().formatPosition(place.position);
-    lines += QStringLiteral("From radar ") + wayText(place.radar, place.position);
+    lines += Text::tr("From radar %1").arg(wayText(place.radar, place.position));
     if (place.own) {
-        lines += QStringLiteral("From you ") + wayText(*place.own, place.position);
+        lines += Text::tr("From you %1").arg(wayText(*place.own, place.position));
     }
     if (place.product && isOfLowestBeam(*place.product) &&
         distance <= rangeMetres(*place.product)) {
-        lines += QStringLiteral("Beam ") + heightText(beamHeight(distance, kLowestBeamElevation)) +
-                 QStringLiteral(" above radar");
+        lines += Text::tr("Beam %1 above radar")
+                     .arg(heightText(beamHeight(distance, kLowestBeamElevation)));
     }
     return lines;
 }

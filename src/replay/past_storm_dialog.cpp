@@ -16,21 +16,21 @@ enum Control { kStorm = 1090, kDate = 1091, kTime = 1092, kSpeed = 1093, kKeep =
 
 const DialogTemplateRecord record{
     {PastStormDialog::kTemplate,
-     QStringLiteral("Past Storm"),
+     Text::marked("Past Storm"),
      {122, 108},
      {
-         {0, ControlKind::label, QStringLiteral("&Storm:"), {4, 4, 114, 12}},
+         {0, ControlKind::label, Text::marked("&Storm:"), {4, 4, 114, 12}},
          {kStorm, ControlKind::comboBox, {}, {4, 18, 114, 14}},
-         {0, ControlKind::label, QStringLiteral("Be&gins on:"), {4, 38, 44, 14}},
+         {0, ControlKind::label, Text::marked("Be&gins on:"), {4, 38, 44, 14}},
          {kDate, ControlKind::edit, {}, {50, 38, 52, 14}},
-         {0, ControlKind::label, QStringLiteral("&At:"), {4, 55, 44, 14}},
+         {0, ControlKind::label, Text::marked("&At:"), {4, 55, 44, 14}},
          {kTime, ControlKind::edit, {}, {50, 55, 32, 14}},
          {0, ControlKind::label, QStringLiteral("UTC"), {85, 55, 30, 14}},
-         {0, ControlKind::label, QStringLiteral("S&peed:"), {4, 72, 44, 14}},
+         {0, ControlKind::label, Text::marked("S&peed:"), {4, 72, 44, 14}},
          {kSpeed, ControlKind::edit, {}, {50, 72, 20, 14}},
-         {0, ControlKind::label, QStringLiteral("times"), {73, 72, 30, 14}},
-         {kKeep, ControlKind::checkBox, QStringLiteral("&Keep its pictures"), {4, 90, 114, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {0, ControlKind::label, Text::marked("times"), {73, 72, 30, 14}},
+         {kKeep, ControlKind::checkBox, Text::marked("&Keep its pictures"), {4, 90, 114, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -46,7 +46,7 @@ bool PastStormDialog::onInitialise() {
             m_storms.select(m_storms.count() - 1);
         }
     }
-    m_storms.add(QStringLiteral("Another one"));
+    m_storms.add(Text::tr("Another one"));
     if (m_storms.selected() < 0) {
         m_storms.select(m_storms.count() - 1);
     }
@@ -76,8 +76,8 @@ void PastStormDialog::onOk() {
     if (!begin || !speed || !canReplay(*begin)) {
         messageBox(
             widget(),
-            QStringLiteral("A past storm begins between 2020-01-01 and now, at a time like 02:00; "
-                           "its speed must be 1 to %1")
+            Text::tr("A past storm begins between 2020-01-01 and now, at a time like 02:00; "
+                     "its speed must be 1 to %1")
                 .arg(Replay::kMostSpeed),
             QStringLiteral("Raincast")
         );

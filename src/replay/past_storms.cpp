@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "replay/past_storms.h"
 
-#include "core/utc_date_time.h"
+#include "core/file_time.h"
+#include "core/text.h"
 
 #include <array>
 
@@ -37,10 +38,11 @@ QString replayLine() {
     if (clock == nullptr) {
         return {};
     }
-    const auto now = utcDateTime(clock->now());
+    const CalendarTime now = toCalendar(clock->now());
     const int speed = clock->replay().speed;
-    return now.toString(QStringLiteral("'Replay of 'yyyy-MM-dd HH:mm' UTC'")) +
-           (speed > 1 ? QStringLiteral(", %1 times as fast").arg(speed) : QString());
+    const QString time = Text::date(now) + u' ' + Text::clock(now, Text::Hours::twoDigits);
+    return speed > 1 ? Text::tr("Replay of %1 UTC, %2 times as fast").arg(time).arg(speed)
+                     : Text::tr("Replay of %1 UTC").arg(time);
 }
 
 } // namespace raincast

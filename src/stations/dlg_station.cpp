@@ -2,6 +2,7 @@
 #include "stations/dlg_station.h"
 
 #include "geo/local_frame.h"
+#include "letters/type_ahead.h"
 #include "radar/catalogue/site_list.h"
 #include "radar/catalogue/sites.h"
 #include "stations/recent_stations.h"
@@ -11,7 +12,6 @@
 #include "window/dialog_template.h"
 #include "window/row_delegate.h"
 #include "window/screen_metrics.h"
-#include "window/type_ahead.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -32,15 +32,15 @@ enum Control { kList = 1028, kFindLabel = 1090, kFind = 1091, kMap = 1092, kFrom
 
 const DialogTemplateRecord stationDialog{
     {CDlgStation::kTemplate,
-     QStringLiteral("Weather Station"),
+     Text::marked("Weather Station"),
      {124, 128},
      {
-         {kFindLabel, ControlKind::label, QStringLiteral("&Find:"), {2, 4, 22, 10}},
+         {kFindLabel, ControlKind::label, Text::marked("&Find:"), {2, 4, 22, 10}},
          {kFind, ControlKind::edit, {}, {25, 2, 62, 14}},
-         {kMap, ControlKind::pushButton, QStringLiteral("&Map"), {90, 2, 32, 14}},
-         {kList, ControlKind::listBox, QStringLiteral("Stations"), {2, 18, 120, 98}},
+         {kMap, ControlKind::pushButton, Text::marked("&Map"), {90, 2, 32, 14}},
+         {kList, ControlKind::listBox, Text::marked("Stations"), {2, 18, 120, 98}},
          {kFrom, ControlKind::label, {}, {2, 118, 120, 10}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {124, 70}}};
 
@@ -84,7 +84,7 @@ bool CDlgStation::onInitialise() {
     list().setItemDelegate(new RowDelegate(&list()));
     new TypeAhead(list());
     auto& find = *control<QLineEdit>(kFind);
-    find.setPlaceholderText(QStringLiteral("id, name, state"));
+    find.setPlaceholderText(Text::tr("id, name, state"));
     find.setClearButtonEnabled(true);
     new ListKeys(find, list());
     control<QPushButton>(kMap)->setCheckable(true);
@@ -129,7 +129,7 @@ void CDlgStation::fill() {
     }
     const bool distances = !m_from.isEmpty() && !m_rows.empty() &&
                            !list().item(0)->data(RowDelegate::kRemarkRole).toString().isEmpty();
-    setText(kFrom, distances ? QStringLiteral("Distances from %1").arg(m_from) : QString());
+    setText(kFrom, distances ? Text::tr("Distances from %1").arg(m_from) : QString());
 }
 
 void CDlgStation::addRow(const RadarSite& site, const QString& remark) {

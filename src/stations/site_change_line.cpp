@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "stations/site_change_line.h"
 
+#include "core/text.h"
 #include "page/app_paged.h"
 #include "radar/catalogue/sites.h"
 
@@ -39,8 +40,8 @@ void SiteChangeLine::show(
     if (!m_row) {
         return;
     }
-    m_row->setText(QStringLiteral("The view has moved to %1.").arg(nameOf(siteNow)));
-    m_row->setAction(QStringLiteral("&Back to %1").arg(siteBefore));
+    m_row->setText(Text::tr("The view has moved to %1.").arg(nameOf(siteNow)));
+    m_row->setAction(Text::tr("&Back to %1").arg(siteBefore));
     m_row->show();
     QTimer::singleShot(kShownMilliseconds, m_row, [this] { hide(); });
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "stations/station_map.h"
 
+#include "core/text.h"
 #include "stations/state_outlines.h"
 
 #include <QKeyEvent>
@@ -58,7 +59,7 @@ QPointF directionOf(int key) {
 StationMap::StationMap(QWidget* parent, std::function<void(const RadarSite&)> chosen)
     : QWidget(parent), m_chosen(std::move(chosen)) {
     setObjectName(QStringLiteral("stationMap"));
-    setAccessibleName(QStringLiteral("Map of the stations"));
+    setAccessibleName(Text::tr("Map of the stations"));
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::CrossCursor);
 }

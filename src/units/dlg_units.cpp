@@ -14,14 +14,14 @@ namespace {
 
 const DialogTemplateRecord record{
     {CUnits::CDlgUnits::kTemplate,
-     QStringLiteral("Units"),
+     Text::marked("Units"),
      {122, 40},
      {
-         {0, ControlKind::label, QStringLiteral("&Distance:"), {4, 4, 42, 14}},
+         {0, ControlKind::label, Text::marked("&Distance:"), {4, 4, 42, 14}},
          {CUnits::CDlgUnits::kUnits, ControlKind::comboBox, {}, {48, 4, 70, 14}},
-         {0, ControlKind::label, QStringLiteral("&Position:"), {4, 22, 42, 14}},
+         {0, ControlKind::label, Text::marked("&Position:"), {4, 22, 42, 14}},
          {CUnits::CDlgUnits::kPositionFormats, ControlKind::comboBox, {}, {48, 22, 70, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -29,8 +29,7 @@ const DialogTemplateRecord record{
 
 class CUnits::SettingsType : public CAppPaged::GlobalSettingsType {
 public:
-    SettingsType()
-        : GlobalSettingsType(QStringLiteral("Units"), QStringLiteral("Units"), kRankUnits) {}
+    SettingsType() : GlobalSettingsType(Text::marked("Units"), Text::marked("Units"), kRankUnits) {}
 
     void open(QWidget* window) const override { CDlgUnits().run(window); }
 
@@ -49,7 +48,7 @@ bool CUnits::CDlgUnits::onInitialise() {
     m_units.select(static_cast<int>(chosen.units));
     m_formats.attach(*control<QComboBox>(kPositionFormats));
     for (const PositionFormatType* format : PositionFormatType::all()) {
-        m_formats.add(format->name());
+        m_formats.add(Text::of(format->name()));
         if (format == chosen.positionFormat) {
             m_formats.select(m_formats.count() - 1);
         }
@@ -63,7 +62,9 @@ void CUnits::CDlgUnits::onOk() {
         chosen.units = static_cast<std::uint32_t>(m_units.selected());
     }
     chosen.speed = speedUnitFor(chosen.units);
-    chosen.positionFormat = &PositionFormatType::named(m_formats.selectedText());
+    if (const int format = m_formats.selected(); format >= 0) {
+        chosen.positionFormat = PositionFormatType::all()[static_cast<std::size_t>(format)];
+    }
     setGlobal(chosen);
     UserChange::announce();
     Dialog::onOk();

@@ -2,6 +2,7 @@
 #include "units/pos_fmt_lat_lon.h"
 
 #include "core/leading_number.h"
+#include "core/text.h"
 
 #include <array>
 #include <charconv>
@@ -132,14 +133,13 @@ const CUnits::PositionFormatType& CUnits::PositionFormatType::usual() {
 CUnits::PosFmtLatLon::PosFmtLatLon(QString name, Style style, int rank)
     : PositionFormatType(std::move(name), rank), m_style(style) {}
 
-CUnits::PosFmtDeg::PosFmtDeg()
-    : PosFmtLatLon(QStringLiteral("Degrees"), Style::degrees, kRankDeg) {}
+CUnits::PosFmtDeg::PosFmtDeg() : PosFmtLatLon(Text::marked("Degrees"), Style::degrees, kRankDeg) {}
 
 CUnits::PosFmtDMS::PosFmtDMS()
-    : PosFmtLatLon(QStringLiteral("Deg,Min,Sec"), Style::degreesMinutesSeconds, kRankDMS) {}
+    : PosFmtLatLon(Text::marked("Deg,Min,Sec"), Style::degreesMinutesSeconds, kRankDMS) {}
 
 CUnits::PosFmtDegMin::PosFmtDegMin()
-    : PosFmtLatLon(QStringLiteral("Deg,Min"), Style::degreesMinutes, kRankDegMin) {}
+    : PosFmtLatLon(Text::marked("Deg,Min"), Style::degreesMinutes, kRankDegMin) {}
 
 QString CUnits::PosFmtLatLon::format(const GeoPosition& position) const {
     return formatPosition(position, m_style);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "units/units.h"
 
+#include "core/text.h"
 #include "persist/persistant_data.h"
 #include "units/position_format_type.h"
 #include "units/units_change_listener.h"
@@ -13,7 +14,7 @@ namespace raincast {
 namespace {
 
 struct Unit {
-    QLatin1String name;
+    const char* name;
     float factor; ///< units per metre, or per knot
     int mostDecimals;
 };
@@ -23,20 +24,20 @@ struct DistanceRow : Unit {
 };
 
 constexpr DistanceRow kDistances[] = {
-    {{QLatin1String("Mi"), 0.000621371204F, 2}, CUnits::kMilesPerHour},
-    {{QLatin1String("NM"), 0.000539956789F, 2}, CUnits::kKnots},
-    {{QLatin1String("km"), 0.001F, 2}, CUnits::kKilometresPerHour},
-    {{QLatin1String("m"), 1.0F, 0}, CUnits::kMetresPerSecond},
-    {{QLatin1String("ft"), 3.281F, 0}, CUnits::kMilesPerHour},
-    {{QLatin1String("yds"), 1.0936F, 0}, CUnits::kMilesPerHour},
+    {{Text::marked("Mi"), 0.000621371204F, 2}, CUnits::kMilesPerHour},
+    {{Text::marked("NM"), 0.000539956789F, 2}, CUnits::kKnots},
+    {{Text::marked("km"), 0.001F, 2}, CUnits::kKilometresPerHour},
+    {{Text::marked("m"), 1.0F, 0}, CUnits::kMetresPerSecond},
+    {{Text::marked("ft"), 3.281F, 0}, CUnits::kMilesPerHour},
+    {{Text::marked("yds"), 1.0936F, 0}, CUnits::kMilesPerHour},
 };
 static_assert(std::size(kDistances) == CUnits::kDistanceUnitCount);
 
 constexpr Unit kSpeeds[] = {
-    {QLatin1String("mph"), 1.1507795F, 1},
-    {QLatin1String("kts"), 1.0F, 1},
-    {QLatin1String("km/h"), 1.852F, 1},
-    {QLatin1String("m/s"), 0.51444447F, 1},
+    {Text::marked("mph"), 1.1507795F, 1},
+    {Text::marked("kts"), 1.0F, 1},
+    {Text::marked("km/h"), 1.852F, 1},
+    {Text::marked("m/s"), 0.51444447F, 1},
 };
 static_assert(std::size(kSpeeds) == CUnits::kSpeedUnitCount);
 
@@ -62,16 +63,16 @@ QString numberText(double number, int mostDecimals) {
         return QStringLiteral("--");
     }
     if (std::abs(number) >= kTooLong) {
-        return QString::number(number, 'g', 3);
+        return Text::number(number, 'g', 3);
     }
     const int decimals = std::min(mostDecimals, decimalsFor(std::abs(number)));
     const double scale = std::pow(10.0, decimals);
     const double rounded = std::round(number * scale) / scale;
-    return QString::number(rounded == 0 ? 0 : rounded, 'f', decimals); // never "-0"
+    return Text::number(rounded == 0 ? 0 : rounded, 'f', decimals); // never "-0"
 }
 
 QString withUnit(double amount, const Unit& unit) {
-    return numberText(amount * unit.factor, unit.mostDecimals) + u' ' + unit.name;
+    return numberText(amount * unit.factor, unit.mostDecimals) + u' ' + Text::of(unit.name);
 }
 
 } // namespace
@@ -118,7 +119,7 @@ void CUnits::setGlobal(const CUnits& chosen) {
 }
 
 QString CUnits::distanceUnitName(std::uint32_t unit) {
-    return distanceRow(unit).name;
+    return Text::of(distanceRow(unit).name);
 }
 
 CUnits::SpeedUnit CUnits::speedUnitFor(std::uint32_t distanceUnit) {
@@ -134,7 +135,7 @@ double CUnits::speedOf(double knots) const {
 }
 
 QString CUnits::speedUnit() const {
-    return speedRow(speed).name;
+    return Text::of(speedRow(speed).name);
 }
 
 QString CUnits::distanceText(double metres) const {

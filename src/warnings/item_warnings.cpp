@@ -96,19 +96,19 @@ ItemWarnings::List ItemWarnings::at(QPoint place) const {
 
 QString ItemWarnings::whyNone() const {
     if (!m_state.showWarnings) {
-        return QStringLiteral("Warnings are switched off.\nMenu: Weather, Layers");
+        return Text::tr("Warnings are switched off.\nMenu: Weather, Layers");
     }
     if (warningsUse(m_state) != WarningsUse::drawn) {
-        return QStringLiteral("There is no picture of warnings.");
+        return Text::tr("There is no picture of warnings.");
     }
-    return m_state.warnings.texts ? QStringLiteral("There are no warnings in this picture.")
-                                  : QStringLiteral("The server has no texts of warnings.");
+    return m_state.warnings.texts ? Text::tr("There are no warnings in this picture.")
+                                  : Text::tr("The server has no texts of warnings.");
 }
 
 void ItemWarnings::listAll() {
     List all = shown();
     if (all.empty()) {
-        messageBox(m_item.page()->widget(), whyNone(), QStringLiteral("Warnings"));
+        messageBox(m_item.page()->widget(), whyNone(), Text::tr("Warnings"));
     } else {
         list(std::move(all));
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "warnings/warning_bar.h"
 
+#include "core/text.h"
 #include "window/dialog_layout.h"
 #include "window/screen_metrics.h"
 
@@ -35,7 +36,7 @@ public:
         bold.setBold(true);
         setFont(bold);
         setFocusPolicy(Qt::TabFocus);
-        setToolTip(QStringLiteral("Read the warning"));
+        setToolTip(Text::tr("Read the warning"));
     }
 
     void say(const QString& words) {
@@ -73,7 +74,7 @@ WarningBar::WarningBar(QWidget& window, Actions actions)
       m_dismiss(new QToolButton(this)) {
     hide();
     setObjectName(QStringLiteral("warningBar"));
-    setAccessibleName(QStringLiteral("Warning"));
+    setAccessibleName(Text::tr("Warning"));
     setBackgroundRole(QPalette::Window); // whatever the window's is
     setAutoFillBackground(true);
     // A press beside the controls, by mouse or finger, is none on the picture below.
@@ -82,8 +83,8 @@ WarningBar::WarningBar(QWidget& window, Actions actions)
     m_words->setObjectName(QStringLiteral("warningWords"));
     m_dismiss->setObjectName(QStringLiteral("dismissWarning"));
     m_dismiss->setText(QStringLiteral("\u00D7"));
-    m_dismiss->setAccessibleName(QStringLiteral("Dismiss"));
-    m_dismiss->setToolTip(QStringLiteral("Dismiss (D)"));
+    m_dismiss->setAccessibleName(Text::tr("Dismiss"));
+    m_dismiss->setToolTip(Text::tr("Dismiss (D)"));
     QFont large = m_dismiss->font();
     large.setPointSizeF(1.5 * large.pointSizeF());
     m_dismiss->setFont(large);

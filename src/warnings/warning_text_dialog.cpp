@@ -19,7 +19,7 @@ constexpr int kPlace = 1090;
 
 const DialogTemplateRecord warningTextDialog{
     {WarningTextDialog::kTemplate,
-     QStringLiteral("Warning"),
+     Text::marked("Warning"),
      {124, 128},
      {{kPlace, ControlKind::picture, {}, {2, 2, 120, 124}}},
      {100, 50}}};
@@ -32,7 +32,7 @@ WarningTextDialog::WarningTextDialog(WarningText warning)
 bool WarningTextDialog::onInitialise() {
     auto* const text = new QPlainTextEdit(control(kPlace));
     text->setObjectName(QStringLiteral("warningText"));
-    text->setAccessibleName(QStringLiteral("Text of the warning"));
+    text->setAccessibleName(Text::tr("Text of the warning"));
     text->setReadOnly(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text->setTabChangesFocus(true);

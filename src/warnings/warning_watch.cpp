@@ -2,6 +2,7 @@
 #include "warnings/warning_watch.h"
 
 #include "core/clock.h"
+#include "core/text.h"
 #include "map/mark_manager.h"
 #include "player/loop_setting.h"
 #include "replay/past_storms.h"
@@ -223,9 +224,9 @@ void WarningWatch::showBar() {
     const WarningText& warning = *m_shown.front().warning;
     QString text = warnedText(warning, m_shown.front().place, Clock::current().now());
     if (m_shown.size() > 1) {
-        text += QStringLiteral(", and %1 more").arg(m_shown.size() - 1);
+        text = Text::tr("%1, and %2 more").arg(text, QString::number(m_shown.size() - 1));
     }
-    m_bar->say(isReplay() ? QStringLiteral("Replay: ") + text : text, coloursOf(warning));
+    m_bar->say(isReplay() ? Text::tr("Replay: %1").arg(text) : text, coloursOf(warning));
 }
 
 void WarningWatch::readShown() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "warnings/warning_words.h"
 
+#include "core/text.h"
 #include "palette/warning_kinds.h"
 #include "player/loop_setting.h"
 
@@ -18,8 +19,7 @@ constexpr QRgb kUnknownEvent = 0xFFC0C0C0;
 QString clockTime(FileTime time, bool withDate) {
     const bool utc = LoopSetting::utc();
     const CalendarTime at = utc ? toCalendar(time) : toLocalCalendar(time);
-    const QString date = QString::asprintf("%04d-%02d-%02d ", at.year, at.month, at.day);
-    return (withDate ? date : QString()) + QString::asprintf("%d:%02d", at.hour, at.minute) +
+    return (withDate ? Text::date(at) + u' ' : QString()) + Text::clock(at) +
            (utc ? QStringLiteral(" UTC") : QString());
 }
 
@@ -40,7 +40,7 @@ QColor inkOn(const QColor& ground) {
 }
 
 QString titleOf(const WarningText& warning) {
-    return warning.event.simplified();
+    return Text::of(warning.event).simplified();
 }
 
 } // namespace
@@ -51,13 +51,13 @@ QString endText(FileTime end, FileTime now) {
     }
     const bool ended = end <= now;
     const bool isFar = std::abs(end - now) > kHalfDay;
-    return (ended ? QStringLiteral("ended ") : QStringLiteral("until ")) + clockTime(end, isFar);
+    return (ended ? Text::tr("ended %1") : Text::tr("until %1")).arg(clockTime(end, isFar));
 }
 
 QString warnedText(const WarningText& warning, WarnedPlace place, FileTime now) {
-    const QString whose = place == WarnedPlace::position ? QStringLiteral("your position")
-                                                         : QStringLiteral("your target");
-    const QString text = QStringLiteral("%1 for %2 %3");
+    const QString whose =
+        place == WarnedPlace::position ? Text::tr("your position") : Text::tr("your target");
+    const QString text = Text::tr("%1 for %2 %3");
     return text.arg(titleOf(warning), whose, endText(warning.end, now)).trimmed();
 }
 

@@ -20,12 +20,12 @@ constexpr int kList = 1090;
 
 const DialogTemplateRecord warningsDialog{
     {WarningsDialog::kTemplate,
-     QStringLiteral("Warnings"),
+     Text::marked("Warnings"),
      {124, 128},
      {
          {kList, ControlKind::listBox, {}, {2, 2, 120, 108}},
-         {Dialog::kOk, ControlKind::pushButton, QStringLiteral("&Read"), {2, 112, 59, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("&Close"), {63, 112, 59, 14}},
+         {Dialog::kOk, ControlKind::pushButton, Text::marked("&Read"), {2, 112, 59, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("&Close"), {63, 112, 59, 14}},
      },
      {124, 70}}};
 
@@ -39,13 +39,13 @@ QListWidget& WarningsDialog::list() const {
 }
 
 bool WarningsDialog::onInitialise() {
-    list().setAccessibleName(QStringLiteral("Warnings"));
+    list().setAccessibleName(Text::tr("Warnings"));
     list().setItemDelegate(new WarningRowDelegate(&list()));
     list().setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list().setVerticalScrollMode(QAbstractItemView::ScrollPerPixel); // a row may be high
     const FileTime now = Clock::current().now();
     for (const WarningText& warning : m_warnings) {
-        const QString event = warning.event.simplified();
+        const QString event = Text::of(warning.event).simplified();
         const QString headline = warning.headline.simplified();
         const QString end = endText(warning.end, now);
         auto* const row = new QListWidgetItem(event, &list());

@@ -17,17 +17,17 @@ enum Control { kAnimate = 1050, kFrames = 1051, kInterval = 1052, kAutoUpdate = 
 
 const DialogTemplateRecord record{
     {kAnimationDialog,
-     QStringLiteral("Animation"),
+     Text::marked("Animation"),
      {122, 86},
      {
-         {kAnimate, ControlKind::checkBox, QStringLiteral("&Enable Animation"), {4, 4, 114, 14}},
-         {0, ControlKind::label, QStringLiteral("&Number of frames:"), {4, 20, 62, 14}},
+         {kAnimate, ControlKind::checkBox, Text::marked("&Enable Animation"), {4, 4, 114, 14}},
+         {0, ControlKind::label, Text::marked("&Number of frames:"), {4, 20, 62, 14}},
          {kFrames, ControlKind::edit, {}, {68, 20, 20, 14}},
-         {0, ControlKind::label, QStringLiteral("&Minimum frame interval:"), {4, 36, 114, 14}},
+         {0, ControlKind::label, Text::marked("&Minimum frame interval:"), {4, 36, 114, 14}},
          {kInterval, ControlKind::edit, {}, {68, 52, 20, 14}},
-         {0, ControlKind::label, QStringLiteral("minutes"), {91, 52, 28, 14}},
-         {kAutoUpdate, ControlKind::checkBox, QStringLiteral("&Auto-Update "), {4, 68, 114, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {0, ControlKind::label, Text::marked("minutes"), {91, 52, 28, 14}},
+         {kAutoUpdate, ControlKind::checkBox, Text::marked("&Auto-Update "), {4, 68, 114, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -62,8 +62,8 @@ void CDlgAnimation::onOk() {
     if (m_state.animate && !takeNumbers()) {
         messageBox(
             widget(),
-            QStringLiteral("The number of frames must be 2 to 25, and the interval must be 1 to "
-                           "60 minutes"),
+            Text::tr("The number of frames must be 2 to 25, and the interval must be 1 to "
+                     "60 minutes"),
             QStringLiteral("Raincast")
         );
         return;

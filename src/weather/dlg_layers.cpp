@@ -24,17 +24,17 @@ enum Control {
 
 const DialogTemplateRecord record{
     {kLayersDialog,
-     QStringLiteral("Radar Layers"),
+     Text::marked("Radar Layers"),
      {122, 72},
      {
-         {kProduct, ControlKind::comboBox, QStringLiteral("Product"), {4, 4, 114, 14}},
-         {kTopo, ControlKind::checkBox, QStringLiteral("&Topo Map"), {4, 22, 56, 14}},
-         {kRivers, ControlKind::checkBox, QStringLiteral("&Rivers"), {4, 38, 56, 14}},
-         {kCounties, ControlKind::checkBox, QStringLiteral("&Counties"), {4, 54, 56, 14}},
-         {kHighways, ControlKind::checkBox, QStringLiteral("&Highways"), {62, 22, 56, 14}},
-         {kCities, ControlKind::checkBox, QStringLiteral("C&ities"), {62, 38, 56, 14}},
-         {kWarnings, ControlKind::checkBox, QStringLiteral("&Warnings"), {62, 54, 56, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {kProduct, ControlKind::comboBox, Text::marked("Product"), {4, 4, 114, 14}},
+         {kTopo, ControlKind::checkBox, Text::marked("&Topo Map"), {4, 22, 56, 14}},
+         {kRivers, ControlKind::checkBox, Text::marked("&Rivers"), {4, 38, 56, 14}},
+         {kCounties, ControlKind::checkBox, Text::marked("&Counties"), {4, 54, 56, 14}},
+         {kHighways, ControlKind::checkBox, Text::marked("&Highways"), {62, 22, 56, 14}},
+         {kCities, ControlKind::checkBox, Text::marked("C&ities"), {62, 38, 56, 14}},
+         {kWarnings, ControlKind::checkBox, Text::marked("&Warnings"), {62, 54, 56, 14}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -57,7 +57,7 @@ CDlgLayers::CDlgLayers(RadarState& state, BasemapLayers& layers)
 bool CDlgLayers::onInitialise() {
     m_products.attach(*control<QComboBox>(kProduct));
     for (const RadarProduct& product : radarProducts()) {
-        m_products.add(product.nameText().toString());
+        m_products.add(Text::of(product.nameText()));
     }
     m_products.select(m_state.product);
     for (const LayerBox& box : kBoxes) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "weather/dlg_storage.h"
 
-#include "core/data_size.h"
 #include "core/storage_cards.h"
 #include "radar/cache.h"
 #include "weather/weather_dialogs.h"
@@ -11,7 +10,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QElapsedTimer>
-#include <QLocale>
 #include <QStorageInfo>
 
 #include <algorithm>
@@ -33,29 +31,29 @@ enum Control {
 
 const DialogTemplateRecord record{
     {kStorageDialog,
-     QStringLiteral("Radar Image Storage"),
+     Text::marked("Radar Image Storage"),
      {122, 118},
      {
-         {kPlaceLabel, ControlKind::label, QStringLiteral("Cache &images on:"), {4, 4, 114, 12}},
+         {kPlaceLabel, ControlKind::label, Text::marked("Cache &images on:"), {4, 4, 114, 12}},
          {kPlace, ControlKind::comboBox, {}, {4, 18, 114, 14}},
          {kCleanFiles,
           ControlKind::checkBox,
-          QStringLiteral("&Cleanup cached files"),
+          Text::marked("&Cleanup cached files"),
           {4, 38, 114, 14}},
          {kAmount, ControlKind::label, {}, {12, 53, 106, 12}},
          {kKeepRadar,
           ControlKind::checkBox,
-          QStringLiteral("Keep nearby &radar images"),
+          Text::marked("Keep nearby &radar images"),
           {12, 68, 106, 14}},
          {kCleanBasemaps,
           ControlKind::checkBox,
-          QStringLiteral("Cleanup &basemaps"),
+          Text::marked("Cleanup &basemaps"),
           {12, 84, 106, 14}},
          {kKeepBasemaps,
           ControlKind::checkBox,
-          QStringLiteral("&Keep nearby basemaps"),
+          Text::marked("&Keep nearby basemaps"),
           {20, 100, 98, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -76,12 +74,9 @@ constexpr CleanupBox kBoxes[] = {
 
 /// "1,204 files, 31 MB (12 GB free)"
 QString amountText(const StorageCount& count, qint64 freeBytes) {
-    const QLocale locale(QLocale::English, QLocale::UnitedStates);
-    const QString files = count.files == 1
-                              ? QStringLiteral("1 file")
-                              : locale.toString(count.files) + QStringLiteral(" files");
-    return QStringLiteral("%1, %2 (%3 free)")
-        .arg(files, dataSizeText(count.bytes), dataSizeText(std::max<qint64>(freeBytes, 0)));
+    const QString files = Text::counted("%n files", "%n file", count.files);
+    return Text::tr("%1, %2 (%3 free)")
+        .arg(files, Text::dataSize(count.bytes), Text::dataSize(std::max<qint64>(freeBytes, 0)));
 }
 
 } // namespace
@@ -92,7 +87,7 @@ CDlgStorage::CDlgStorage(StorageRequest request, Waiting waiting)
 
 bool CDlgStorage::onInitialise() {
     m_places.attach(*control<QComboBox>(kPlace));
-    m_places.add(QStringLiteral("Internal memory"));
+    m_places.add(Text::tr("Internal memory"));
     for (const QString& card : std::as_const(m_cards)) {
         m_places.add(card);
     }
@@ -155,7 +150,7 @@ StorageRequest CDlgStorage::chosen() const {
 
 // In the place of the label: on a small screen the dialog may cover the item's bar, too.
 void CDlgStorage::showProgress(int done, int wanted) {
-    setText(kPlaceLabel, QStringLiteral("%1 of %2 files moved").arg(done).arg(wanted));
+    setText(kPlaceLabel, Text::tr("%1 of %2 files moved").arg(done).arg(wanted));
     if (m_request.progress) {
         m_request.progress(done, wanted);
     }
@@ -197,7 +192,7 @@ void CDlgStorage::ended() {
     widget()->setEnabled(true);
     setText(kPlaceLabel, m_label);
     if (m_result.error) {
-        messageBox(widget(), *m_result.error, QStringLiteral("Error"));
+        messageBox(widget(), *m_result.error, Text::tr("Error"));
     } else {
         Dialog::onOk();
     }

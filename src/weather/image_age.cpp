@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "weather/image_age.h"
 
+#include "core/text.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -16,14 +18,13 @@ constexpr FileTime kDay = 24 * kHour;
 struct Unit {
     FileTime length;
     FileTime from;
-    const char* one;
-    const char* several;
+    QString (*text)(qint64 number);
 };
-constexpr Unit kUnits[] = {
-    {365 * kDay, 365 * kDay, "year", "years"},
-    {kDay, 2 * kDay, "day", "days"},
-    {kHour, 2 * kHour, "hour", "hours"},
-    {kFileTimePerMinute, 0, "minute", "minutes"},
+const Unit kUnits[] = {
+    {365 * kDay, 365 * kDay, [](qint64 n) { return Text::counted("%n years", "%n year", n); }},
+    {kDay, 2 * kDay, [](qint64 n) { return Text::counted("%n days", "%n day", n); }},
+    {kHour, 2 * kHour, [](qint64 n) { return Text::counted("%n hours", "%n hour", n); }},
+    {kFileTimePerMinute, 0, [](qint64 n) { return Text::counted("%n minutes", "%n minute", n); }},
 };
 
 } // namespace
@@ -36,11 +37,7 @@ ImageAge imageAge(FileTime taken, FileTime now) {
     const auto* unit = std::find_if(std::begin(kUnits), std::end(kUnits), [age](const Unit& row) {
         return age >= row.from;
     });
-    const qint64 number = age / unit->length;
-    const QString text = QStringLiteral("Image is %1 %2 old")
-                             .arg(number)
-                             .arg(QLatin1String(number == 1 ? unit->one : unit->several));
-    return {text, age > kHour};
+    return {Text::tr("Image is %1 old").arg(unit->text(age / unit->length)), age > kHour};
 }
 
 } // namespace raincast

@@ -34,50 +34,51 @@ constexpr std::int32_t kTickPeriod = 5; // heartbeats: half a second
 
 // In the order of the product table.
 constexpr MenuRow kProductEntries[] = {
-    menuEntry(kFirstProduct, u"&Base Reflectivity", "1"),
-    menuEntry(kFirstProduct + 1, u"&Composite Reflectivity", "2"),
-    menuEntry(kFirstProduct + 2, u"&Long Range Reflectivity", "3"),
-    menuEntry(kFirstProduct + 3, u"1 &Hour Precipitation", "4"),
-    menuEntry(kFirstProduct + 4, u"&Total Precipitation", "5"),
-    menuEntry(kFirstProduct + 5, u"&Velocity", "6"),
-    menuEntry(kFirstProduct + 6, u"&Storm Relative Velocity", "7"),
+    menuEntry(kFirstProduct, Text::marked("&Base Reflectivity"), "1"),
+    menuEntry(kFirstProduct + 1, Text::marked("&Composite Reflectivity"), "2"),
+    menuEntry(kFirstProduct + 2, Text::marked("&Long Range Reflectivity"), "3"),
+    menuEntry(kFirstProduct + 3, Text::marked("1 &Hour Precipitation"), "4"),
+    menuEntry(kFirstProduct + 4, Text::marked("&Total Precipitation"), "5"),
+    menuEntry(kFirstProduct + 5, Text::marked("&Velocity"), "6"),
+    menuEntry(kFirstProduct + 6, Text::marked("&Storm Relative Velocity"), "7"),
 };
 constexpr MenuRow kPictureEntries[] = {
     kPictureRows[0], kPictureRows[1], kPictureRows[2], menuSeparator(), kTakeAlongRow};
 constexpr MenuRow kEntries[] = {
-    menuEntry(kNearbyStations, u"&Nearby Stations"),
-    menuEntry(kAllStations, u"&All Stations"),
-    subMenu(u"&Product", kProductEntries),
-    subMenu(u"L&oop", kLoopRows),
-    menuEntry(kAnimation, u"Ani&mation"),
-    menuEntry(kLayers, u"&Layers"),
-    menuEntry(kStorage, u"&Storage"),
-    menuEntry(kListWarnings, u"&Warnings...", "W"),
-    menuEntry(kDismissWarning, u"&Dismiss Warning", "D"),
-    subMenu(u"Pi&ctures", kPictureEntries),
+    menuEntry(kNearbyStations, Text::marked("&Nearby Stations")),
+    menuEntry(kAllStations, Text::marked("&All Stations")),
+    subMenu(Text::marked("&Product"), kProductEntries),
+    subMenu(Text::marked("L&oop"), kLoopRows),
+    menuEntry(kAnimation, Text::marked("Ani&mation")),
+    menuEntry(kLayers, Text::marked("&Layers")),
+    menuEntry(kStorage, Text::marked("&Storage")),
+    menuEntry(kListWarnings, Text::marked("&Warnings..."), "W"),
+    menuEntry(kDismissWarning, Text::marked("&Dismiss Warning"), "D"),
+    subMenu(Text::marked("Pi&ctures"), kPictureEntries),
 };
 constexpr MenuRow kReadingEntries[] = {
-    menuEntry(kShowScale, u"Show &Scale"),
-    menuEntry(kRingsRoundRadar, u"Rings Round &Radar"),
-    menuEntry(kRingsRoundPosition, u"Rings Round &You"),
-    menuEntry(kMeasure, u"&Measure"),
-    menuEntry(kTrackStorm, u"&Track a Storm"),
+    menuEntry(kShowScale, Text::marked("Show &Scale")),
+    menuEntry(kRingsRoundRadar, Text::marked("Rings Round &Radar")),
+    menuEntry(kRingsRoundPosition, Text::marked("Rings Round &You")),
+    menuEntry(kMeasure, Text::marked("&Measure")),
+    menuEntry(kTrackStorm, Text::marked("&Track a Storm")),
 };
 constexpr MenuRow kPlaceEntries[] = {
-    menuEntry(kAddMarkHere, u"&Add Mark Here"),
-    menuEntry(kMeasureFromHere, u"&Measure From Here"),
-    menuEntry(kTrackStorm, u"&Track This Storm"),
-    menuEntry(kCopyPosition, u"&Copy Position"),
-    menuEntry(kCentreHere, u"Centre &Here"),
-    menuEntry(kSetTargetHere, u"&Set as Target"),
+    menuEntry(kAddMarkHere, Text::marked("&Add Mark Here")),
+    menuEntry(kMeasureFromHere, Text::marked("&Measure From Here")),
+    menuEntry(kTrackStorm, Text::marked("&Track This Storm")),
+    menuEntry(kCopyPosition, Text::marked("&Copy Position")),
+    menuEntry(kCentreHere, Text::marked("Centre &Here")),
+    menuEntry(kSetTargetHere, Text::marked("&Set as Target")),
 };
 constexpr MenuRow kPopUp[] = {
-    subMenu(u"&Weather", kEntries), subMenu(u"&Reading", kReadingEntries), kMapMenu};
-constexpr MenuRow kBar[] = {subMenu(u"", kPopUp)};
+    subMenu(Text::marked("&Weather"), kEntries), subMenu(Text::marked("&Reading"), kReadingEntries),
+    kMapMenu};
+constexpr MenuRow kBar[] = {subMenu("", kPopUp)};
 const MenuTableRecord menu(CItemWeather::kMenu, kBar);
 
 const ItemCatalogueEntry catalogueEntry(
-    QStringLiteral("Weather:Radar"), kTypeItemWeather, ItemCatalogueEntry::kRankWeather
+    Text::marked("Weather:Radar"), kTypeItemWeather, ItemCatalogueEntry::kRankWeather
 );
 
 } // namespace
@@ -155,7 +156,7 @@ PictureTexts CItemWeather::texts() const {
     PictureTexts texts;
     texts.status = overPicture();
     if (m_state.siteId.isEmpty() && m_state.status.isEmpty()) {
-        texts.status = QStringLiteral("No radar site is chosen.\nMenu: Weather, All Stations");
+        texts.status = Text::tr("No radar site is chosen.\nMenu: Weather, All Stations");
     }
     if (m_state.current.bitmap) {
         texts.time = m_state.current.timeText;
@@ -175,7 +176,7 @@ QString CItemWeather::overPicture() const {
     if (warningsUse(m_state) == WarningsUse::stale) {
         const CalendarTime local = toLocalCalendar(m_state.warnings.fetched);
         text += text.isEmpty() || text.endsWith(u'\n') ? "" : "\n";
-        text += QString::asprintf("Warnings of %d:%02d are not shown", local.hour, local.minute);
+        text += Text::tr("Warnings of %1 are not shown").arg(Text::clock(local));
     }
     return text;
 }
@@ -200,7 +201,7 @@ ImageAge CItemWeather::age() const {
 }
 
 QString CItemWeather::productText() const {
-    return radarProducts()[static_cast<std::size_t>(m_state.product)].nameText().toString();
+    return Text::of(radarProducts()[static_cast<std::size_t>(m_state.product)].nameText());
 }
 
 QString CItemWeather::pictureName() const {
@@ -224,8 +225,7 @@ QString CItemWeather::about() const {
     QString about = m_state.siteId + u' ' + productText();
     const RadarFrame* const shown = shownFrame();
     if (const auto time = shown != nullptr ? takenAt(*shown) : std::nullopt) {
-        const CalendarTime local = toLocalCalendar(*time);
-        about += QString::asprintf(" %04d-%02d-%02d", local.year, local.month, local.day);
+        about += u' ' + Text::date(toLocalCalendar(*time));
     }
     return about;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/item_weather_dialogs.h"
 
+#include "core/text.h"
 #include "core/user_change.h"
 #include "stations/dlg_station.h"
 #include "weather/dlg_animation.h"
@@ -18,7 +19,7 @@ void CItemWeather::Dialogs::chooseStation(GeoPosition position) {
     const auto own =
         fix.valid() ? std::optional(GeoPosition{fix.latitude, fix.longitude}) : std::nullopt;
     raincast::CDlgStation dialog(
-        position, m_item.m_state.siteId, QStringLiteral("the map's middle"), own
+        position, m_item.m_state.siteId, Text::tr("the map's middle"), own
     );
     if (dialog.run(m_item.page()->widget()) != Dialog::kOk) {
         return;
@@ -68,7 +69,7 @@ void CItemWeather::Dialogs::editStorage() {
     dialog.run(m_item.page()->widget());
     if (dialog.working()) {
         // The program is to end.
-        m_item.m_state.status = QStringLiteral("Moving the image cache.\nThe program ends then.\n");
+        m_item.m_state.status = Text::tr("Moving the image cache.\nThe program ends then.\n");
         m_item.refresh();
         dialog.finish();
     }

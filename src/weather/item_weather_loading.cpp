@@ -2,6 +2,7 @@
 #include "weather/item_weather_loading.h"
 
 #include "core/clock.h"
+#include "core/text.h"
 #include "core/user_change.h"
 #include "radar/animation.h"
 #include "radar/cache.h"
@@ -46,7 +47,7 @@ void CItemWeather::Loading::resume() {
         return;
     }
     followSource();
-    say(QStringLiteral("Loading..."));
+    say(Text::tr("Loading..."));
     loadFirst();
 }
 
@@ -182,7 +183,7 @@ void CItemWeather::Loading::onPublished(ServersChange& change) {
         return;
     }
     cancel();
-    m_item.m_along.stop(QStringLiteral("The servers have changed."));
+    m_item.m_along.stop(Text::tr("The servers have changed."));
     followSource();
     m_retry = {};
     m_outdated = true;
@@ -248,14 +249,14 @@ void CItemWeather::Loading::stop() {
     }
     cancel();
     m_retry.ended(false, Clock::real().now());
-    say(m_item.m_state.frames.empty() ? QStringLiteral("Stopped.\n") : QString());
+    say(m_item.m_state.frames.empty() ? Text::tr("Stopped.\n") : QString());
 }
 
 void CItemWeather::Loading::hold(bool held) {
     m_held = held;
     if (held) {
         stop();
-        m_item.m_along.stop(QStringLiteral("The image cache moves."));
+        m_item.m_along.stop(Text::tr("The image cache moves."));
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/page_default_weather.h"
 
+#include "core/text.h"
 #include "page/item.h"
 #include "page/page_type.h"
 #include "weather/item_weather.h"
@@ -12,7 +13,7 @@ namespace raincast {
 /// "Weather", as the user adds it.
 class CPageDefaultWeather::Type : public CAppPaged::PageType {
 public:
-    Type() : PageType(QStringLiteral("Weather"), kRankWeatherPage) {}
+    Type() : PageType(Text::marked("Weather"), kRankWeatherPage) {}
 
     [[nodiscard]] std::unique_ptr<CAppPaged::Page> create(QWidget* /*window*/) const override {
         return std::make_unique<CPageDefaultWeather>();

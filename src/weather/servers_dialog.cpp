@@ -25,41 +25,41 @@ enum Control {
 
 const DialogTemplateRecord record{
     {kServersDialog,
-     QStringLiteral("Servers"),
+     Text::marked("Servers"),
      {122, 100},
      {
-         {0, ControlKind::label, QStringLiteral("&Weather comes from:"), {4, 4, 114, 12}},
+         {0, ControlKind::label, Text::marked("&Weather comes from:"), {4, 4, 114, 12}},
          {kSource, ControlKind::comboBox, {}, {4, 18, 114, 14}},
          {kRadarLabel,
           ControlKind::label,
-          QStringLiteral("&Radar images (HOST[:PORT]):"),
+          Text::marked("&Radar images (HOST[:PORT]):"),
           {4, 38, 114, 12}},
          {kRadarServer, ControlKind::edit, {}, {4, 51, 114, 14}},
          {kBasemapLabel,
           ControlKind::label,
-          QStringLiteral("&Counties and cities:"),
+          Text::marked("&Counties and cities:"),
           {4, 68, 114, 12}},
          {kBasemapServer, ControlKind::edit, {}, {4, 81, 114, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
 struct SourceRow {
     WeatherSource source;
-    const char16_t* text;
+    const char* text;
 };
 constexpr std::array kSourceRows = {
-    SourceRow{WeatherSource::live, u"Live radar (NOAA)"},
-    SourceRow{WeatherSource::sample, u"Sample weather"},
-    SourceRow{WeatherSource::past, u"A past storm..."},
-    SourceRow{WeatherSource::another, u"Another server"},
+    SourceRow{WeatherSource::live, Text::marked("Live radar (NOAA)")},
+    SourceRow{WeatherSource::sample, Text::marked("Sample weather")},
+    SourceRow{WeatherSource::past, Text::marked("A past storm...")},
+    SourceRow{WeatherSource::another, Text::marked("Another server")},
 };
 
 /// Offers the dialog in the "Settings" menu.
 class ServersSettingsType : public CAppPaged::GlobalSettingsType {
 public:
     ServersSettingsType()
-        : GlobalSettingsType(QStringLiteral("Servers"), QStringLiteral("Servers"), kRankServers) {}
+        : GlobalSettingsType(Text::marked("Servers"), Text::marked("Servers"), kRankServers) {}
 
     void open(QWidget* window) const override { ServersDialog().run(window); }
 };
@@ -73,7 +73,7 @@ ServersDialog::ServersDialog() : Dialog(kServersDialog) {}
 bool ServersDialog::onInitialise() {
     m_sources.attach(*control<QComboBox>(kSource));
     for (const SourceRow& row : kSourceRows) {
-        m_sources.add(QString::fromUtf16(row.text));
+        m_sources.add(Text::of(row.text));
         if (row.source == ServersSetting::source()) {
             m_sources.select(m_sources.count() - 1);
         }
@@ -108,7 +108,7 @@ void ServersDialog::onOk() {
     if (typedCounts && (!isServer(typed.radar) || !isServer(typed.basemap))) {
         messageBox(
             widget(),
-            QStringLiteral("A server is a host name or address, and if need be a colon and a port"),
+            Text::tr("A server is a host name or address, and if need be a colon and a port"),
             QStringLiteral("Raincast")
         );
         return;

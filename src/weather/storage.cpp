@@ -2,6 +2,7 @@
 #include "weather/storage.h"
 
 #include "core/folders.h"
+#include "core/text.h"
 #include "geo/local_frame.h"
 #include "radar/cache.h"
 #include "radar/catalogue/sites.h"
@@ -152,14 +153,14 @@ countCleanUp(const QString& cacheFolder, const StorageCleanup& cleanup, GeoPosit
 StorageResult applyStorage(const StorageRequest& request) {
     const QString target = request.card ? cardCacheFolder(*request.card) : internalCacheFolder();
     if (request.card && !EnsureFolder(target)) {
-        return failure(request, QStringLiteral("Failed to create folder: %1"), target);
+        return failure(request, Text::tr("Failed to create folder: %1"), target);
     }
     cleanUpCache(request.cacheFolder, request.cleanup, request.viewCentre);
     if (target == request.cacheFolder) {
         return {target, std::nullopt};
     }
     if (!moveCache(request, target)) {
-        return failure(request, QStringLiteral("Failed to move data to %1"), target);
+        return failure(request, Text::tr("Failed to move data to %1"), target);
     }
     // If this fails, the next download tries it again.
     static_cast<void>(EnsureFolder(siteCacheFolder(target, request.siteId)));

@@ -102,9 +102,9 @@ void CItemWeather::Reading::trackStorm() {
     if (!two) {
         messageBox(
             m_item.page()->widget(),
-            QStringLiteral("A storm is tracked through the frames of an animation.\n"
-                           "Enable it with Weather, Animation first."),
-            QStringLiteral("Track This Storm")
+            Text::tr("A storm is tracked through the frames of an animation.\n"
+                     "Enable it with Weather, Animation first."),
+            Text::tr("Track This Storm")
         );
         return;
     }

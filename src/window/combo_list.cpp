@@ -1,10 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "window/combo_list.h"
 
+#include "fitting/fit_text.h"
+
 #include <QComboBox>
 #include <QSignalBlocker>
+#include <QStyle>
+#include <QStyleOptionComboBox>
 
 namespace raincast {
+
+namespace {
+
+/// Whether the longest of its texts fits beside the arrow.
+bool hasRoom(const QComboBox& box) {
+    QStyleOptionComboBox option;
+    option.initFrom(&box);
+    const int room =
+        box.style()
+            ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &box)
+            .width();
+    for (int row = 0; row < box.count(); ++row) {
+        if (box.fontMetrics().horizontalAdvance(box.itemText(row)) > room) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
 
 void ComboList::attach(QComboBox& comboBox) {
     Window::attach(comboBox);
@@ -27,6 +51,7 @@ void ComboList::add(const QString& text, const QVariant& datum) {
         const int row = box->currentIndex();
         box->addItem(text, datum);
         box->setCurrentIndex(row);
+        narrowUntil(*box, [box] { return hasRoom(*box); });
     }
 }
 

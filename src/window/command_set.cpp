@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "window/command_set.h"
 
+#include "fitting/fit_text.h"
 #include "letters/give_letters.h"
 #include "window/events.h"
+#include "window/screen_metrics.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -49,7 +51,7 @@ void CommandSet::fill(QMenuBar& bar, std::span<const MenuRow> rows) {
 template<typename Menu>
 void CommandSet::fillAny(Menu& menu, std::span<const MenuRow> rows) {
     for (const MenuRow& row : rows) {
-        const QString text = QString::fromUtf16(row.text);
+        const QString text = Text::of(row.text);
         switch (row.kind) {
         case MenuRow::Kind::command: {
             QAction& entry = action(row.command);
@@ -79,6 +81,7 @@ void CommandSet::watch(QMenu& menu) {
         MenuPopupEvent event(*opening);
         QCoreApplication::sendEvent(window, &event);
         giveLetters(*opening);
+        fitMenu(*opening, ScreenMetrics::current().available.width());
     });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/dialog.h"
 
+#include "fitting/fit_text.h"
 #include "window/dialog_template.h"
 #include "window/dialog_widget.h"
 #include "window/modal.h"
@@ -144,6 +145,7 @@ void Dialog::setText(int controlId, const QString& text) {
         button->setText(text);
     } else if (auto* label = control<QLabel>(controlId)) {
         label->setText(text);
+        fitLabel(*label);
     }
 }
 

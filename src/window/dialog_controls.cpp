@@ -63,7 +63,7 @@ QWidget* makeEdit(QDialog& dialog, QWidget& client, const DialogControl& control
 }
 
 QWidget* makeLabel(QWidget& client, const DialogControl& control) {
-    auto* label = new QLabel(control.text, &client);
+    auto* label = new QLabel(Text::of(control.text), &client);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(wraps(control));
     return label;
@@ -71,7 +71,7 @@ QWidget* makeLabel(QWidget& client, const DialogControl& control) {
 
 template<typename Button>
 QWidget* makeButton(QDialog& dialog, QWidget& client, const DialogControl& control) {
-    auto* button = new Button(control.text, &client);
+    auto* button = new Button(Text::of(control.text), &client);
     sendOn(dialog, button, control.id, &QAbstractButton::clicked, clicked);
     return button;
 }
@@ -102,7 +102,8 @@ QSize needed(const QWidget& widget, const DialogControl& control) {
     case ControlKind::pushButton: {
         // The hint is wider than need be: styles ask for a handsome least width.
         const int margin = widget.style()->pixelMetric(QStyle::PM_ButtonMargin, nullptr, &widget);
-        const int text = widget.fontMetrics().size(Qt::TextShowMnemonic, control.text).width();
+        const int text =
+            widget.fontMetrics().size(Qt::TextShowMnemonic, Text::of(control.text)).width();
         return {text + 2 * margin, widget.sizeHint().height()};
     }
     case ControlKind::label:
@@ -138,7 +139,7 @@ DialogControls makeControls(QDialog& dialog, QWidget& client, const DialogTempla
         QWidget* const widget = make(dialog, client, control);
         widget->setObjectName(QString::number(control.id));
         if (control.kind == ControlKind::listBox || control.kind == ControlKind::comboBox) {
-            widget->setAccessibleName(control.text);
+            widget->setAccessibleName(Text::of(control.text));
         }
         if (label != nullptr && control.kind != ControlKind::label) {
             label->setBuddy(widget);

@@ -143,8 +143,8 @@ bool requireResourceModule(QWidget* parent, int identifier) {
         return true;
     }
     messageBox(
-        parent, QStringLiteral("Failed to load Res.dll\nPlease re-install the software"),
-        QStringLiteral("Error")
+        parent, Text::tr("Failed to load Res.dll\nPlease re-install the software"),
+        Text::tr("Error")
     );
     return false;
 }

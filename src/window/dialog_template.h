@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/text.h"
+
 #include <QSize>
 #include <QString>
 
@@ -28,16 +30,16 @@ struct DialogPlace {
 struct DialogControl {
     int id = 0;
     ControlKind kind = ControlKind::label;
-    QString text; ///< of a list or combo box the name that readers of the screen give it
+    QString text; ///< marked; of a list or combo box the name that readers of the screen give it
     DialogPlace place;
 };
 
 /// A dialog as data. The controls' order is the order of the Tab key. In the usual font 125 units
 /// of width fit a screen of 240 pixels; 14 units are the usual height of what can be pressed.
 struct DialogTemplate {
-    int id = 0; ///< never 0
-    QString caption;
-    QSize size; ///< of the client area, in dialog units
+    int id = 0;      ///< never 0
+    QString caption; ///< marked
+    QSize size;      ///< of the client area, in dialog units
     std::vector<DialogControl> controls;
     /// For a dialog that gains from being larger or smaller, and then lays itself out in
     /// Window::onSize: the least client area, in dialog units. Empty: the dialog keeps its size.

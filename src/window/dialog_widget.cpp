@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "window/dialog_widget.h"
 
+#include "fitting/fit_controls.h"
 #include "window/dialog.h"
-#include "window/dialog_controls.h"
 #include "window/dialog_template.h"
 #include "window/screen_metrics.h"
 
@@ -25,7 +25,7 @@ DialogWidget::DialogWidget(
 )
     : QDialog(parent), m_dialog(&dialog), m_scrollArea(new QScrollArea(this)),
       m_client(new QWidget) {
-    setWindowTitle(content.caption);
+    setWindowTitle(Text::of(content.caption));
     m_scrollArea->setFrameShape(QFrame::NoFrame);
     m_scrollArea->setWidgetResizable(true);
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
@@ -37,7 +37,7 @@ DialogWidget::DialogWidget(
 
     const DialogControls controls = makeControls(*this, *m_client, content);
     ensurePolished();
-    const DialogUnits units = fittingUnits(*m_client, content, controls);
+    DialogUnits units = fittingUnits(*m_client, content, controls);
     placeControls(units, content, controls);
     if (doneButton && control(Dialog::kOk) == nullptr) {
         addDoneButtons();
@@ -48,7 +48,9 @@ DialogWidget::DialogWidget(
     if (ScreenMetrics::current().touch) {
         QScroller::grabGesture(m_scrollArea->viewport(), QScroller::TouchGesture);
     }
-    takeSize(units.toPixels(content.size), units.toPixels(content.leastSize));
+    const QSize grown(0, fitWidth(units, content, controls));
+    const QSize least = units.toPixels(content.leastSize);
+    takeSize(units.toPixels(content.size) + grown, least.isEmpty() ? least : least + grown);
 }
 
 QWidget* DialogWidget::control(int id) const {
@@ -57,7 +59,7 @@ QWidget* DialogWidget::control(int id) const {
 
 void DialogWidget::addDoneButtons() {
     m_doneButtons = new QDialogButtonBox(this);
-    auto* ok = m_doneButtons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    auto* ok = m_doneButtons->addButton(Text::tr("OK"), QDialogButtonBox::AcceptRole);
     ok->setObjectName(QString::number(Dialog::kOk));
     connect(ok, &QPushButton::clicked, this, [this, ok] { sendCommand(*this, Dialog::kOk, ok); });
     if (auto* cancel = qobject_cast<QPushButton*>(control(Dialog::kCancel))) {
@@ -82,7 +84,7 @@ void DialogWidget::takeSize(const QSize& clientSize, const QSize& leastSize) {
     QSize wanted(
         std::max(clientSize.width(), buttons.width()), clientSize.height() + buttons.height()
     );
-    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrollArea);
+    const int scrollBar = scrollBarWidth();
     const QSize least = m_client->minimumSize();
     if (least.height() + buttons.height() > room().height()) {
         wanted.rwidth() += scrollBar;
@@ -94,6 +96,31 @@ void DialogWidget::takeSize(const QSize& clientSize, const QSize& leastSize) {
     if (!resizable) {
         setFixedSize(size());
     }
+}
+
+// On a screen that is too narrow, rows get higher instead; what does not fit then is scrolled.
+// Returns how much higher all of it is.
+int DialogWidget::fitWidth(
+    DialogUnits& units, const DialogTemplate& content, const DialogControls& controls
+) {
+    if (units.toPixels(content.size).width() <= room().width()) {
+        return 0;
+    }
+    const auto fitInto = [&](int width) {
+        constexpr double kRounding = 0.5;
+        units.x = (width - kRounding) / content.size.width();
+        placeControls(units, content, controls);
+        DialogControls own = controls; // one may be among the buttons below
+        std::erase_if(own, [this](QWidget* each) { return each->parentWidget() != m_client; });
+        return fitControls(own);
+    };
+    const int grown = fitInto(room().width());
+    const int height = units.toPixels(content.size).height() + grown + buttonsHeight();
+    return height <= room().height() ? grown : fitInto(room().width() - scrollBarWidth());
+}
+
+int DialogWidget::scrollBarWidth() const {
+    return style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrollArea);
 }
 
 // What the screen has for the dialog, inside of its frame.
@@ -131,7 +158,7 @@ void DialogWidget::makeRoomFor(const QWidget& row) {
         return;
     }
     if (wanted.height() > room().height()) {
-        wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_scrollArea);
+        wanted.rwidth() += scrollBarWidth();
     }
     if (!m_sizeWithoutRow.isValid()) {
         m_sizeWithoutRow = size();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "window/dialog_controls.h"
+
 #include <QDialog>
 
 class QDialogButtonBox;
@@ -45,6 +47,8 @@ protected:
 private:
     void addDoneButtons();
     [[nodiscard]] QSize room() const;
+    [[nodiscard]] int scrollBarWidth() const;
+    int fitWidth(DialogUnits& units, const DialogTemplate& content, const DialogControls& controls);
     [[nodiscard]] int buttonsHeight() const;
     void makeRoomFor(const QWidget& row);
     void become(const QSize& wanted);

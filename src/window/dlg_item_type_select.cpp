@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "window/dlg_item_type_select.h"
 
+#include "letters/type_ahead.h"
 #include "window/dialog_template.h"
 #include "window/row_delegate.h"
-#include "window/type_ahead.h"
 
 #include <QListWidget>
 
@@ -17,11 +17,11 @@ constexpr int kList = 1028;
 
 const DialogTemplateRecord selectDialog{
     {CDlgItemTypeSelect::kTemplate,
-     QStringLiteral("Select"),
+     Text::marked("Select"),
      {124, 100},
      {
-         {kList, ControlKind::listBox, QStringLiteral("Items"), {2, 2, 120, 96}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {kList, ControlKind::listBox, Text::marked("Items"), {2, 2, 120, 96}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {80, 50}}};
 

@@ -13,11 +13,11 @@ constexpr int kName = 1044;
 
 const DialogTemplateRecord renameDialog{
     {CDlgRename::kTemplate,
-     QStringLiteral("Rename"),
+     Text::marked("Rename"),
      {120, 20},
      {
          {kName, ControlKind::edit, {}, {4, 4, 112, 14}},
-         {Dialog::kCancel, ControlKind::pushButton, QStringLiteral("Cancel"), {}},
+         {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
      {}}};
 
@@ -31,7 +31,7 @@ bool CDlgRename::onInitialise() {
         setCaption(m_caption);
     }
     setText(kName, m_name);
-    control(kName)->setAccessibleName(QStringLiteral("Name"));
+    control(kName)->setAccessibleName(Text::tr("Name"));
     return true;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/text.h"
+
 #include <span>
 
 namespace raincast {
@@ -11,14 +13,14 @@ struct MenuRow {
 
     Kind kind = Kind::separator;
     int command = 0;
-    const char16_t* text = u"";
+    const char* text = "";         ///< marked
     std::span<const MenuRow> rows; ///< of a submenu
     const char* key = "";          ///< that does the same; see menuEntry()
 };
 
 /// `key`, in QKeySequence's portable form, is one that whoever takes the command listens to by
 /// itself, as an item of a page does: the entry shows it and does nothing with it.
-constexpr MenuRow menuEntry(int command, const char16_t* text, const char* key = "") {
+constexpr MenuRow menuEntry(int command, const char* text, const char* key = "") {
     return {MenuRow::Kind::command, command, text, {}, key};
 }
 
@@ -26,7 +28,7 @@ constexpr MenuRow menuSeparator() {
     return {};
 }
 
-constexpr MenuRow subMenu(const char16_t* text, std::span<const MenuRow> rows) {
+constexpr MenuRow subMenu(const char* text, std::span<const MenuRow> rows) {
     return {MenuRow::Kind::submenu, 0, text, rows, ""};
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "window/message_box.h"
 
+#include "core/text.h"
+#include "fitting/fit_text.h"
 #include "window/modal.h"
 #include "window/screen_metrics.h"
 
@@ -55,16 +57,36 @@ struct Buttons {
 Buttons buttonsOf(Question question) {
     switch (question) {
     case Question::yesNo:
-        return {QMessageBox::Yes, QMessageBox::No, QMessageBox::No, "&Yes", "&No"};
+        return {
+            QMessageBox::Yes, QMessageBox::No, QMessageBox::No, Text::marked("&Yes"),
+            Text::marked("&No")};
     case Question::retryDiscard:
         break;
     }
-    return {QMessageBox::Retry, QMessageBox::Discard, QMessageBox::Retry, "&Retry", "&Discard"};
+    return {
+        QMessageBox::Retry, QMessageBox::Discard, QMessageBox::Retry, Text::marked("&Retry"),
+        Text::marked("&Discard")};
+}
+
+// What is too high for the screen even so gets narrow letters: nothing of it may be missed.
+void shorten(QMessageBox& box) {
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (label == nullptr) {
+        return;
+    }
+    label->setWordWrap(true); // as Qt does when it shows the box
+    narrowUntil(*label, [&box] {
+        QLayout& layout = *box.layout();
+        layout.activate();
+        const int width = layout.totalMinimumSize().width();
+        return layout.totalHeightForWidth(width) <= ScreenMetrics::current().available.height();
+    });
 }
 
 int run(QMessageBox& box) {
     box.setTextFormat(Qt::PlainText);
     widen(box);
+    shorten(box);
     return Modal::run(box);
 }
 
@@ -75,6 +97,7 @@ void messageBox(QWidget* parent, const QString& text, const QString& caption, Me
         return; // there may be no application yet that a widget could be made for
     }
     QMessageBox box(toQt(icon), caption, text, QMessageBox::Ok, parent);
+    box.button(QMessageBox::Ok)->setText(Text::tr("&OK"));
     static_cast<void>(run(box));
 }
 
@@ -87,8 +110,8 @@ Answer askQuestion(
     }
     const Buttons buttons = buttonsOf(question);
     QMessageBox box(toQt(icon), caption, text, buttons.first | buttons.second, parent);
-    box.button(buttons.first)->setText(QString::fromLatin1(buttons.firstText));
-    box.button(buttons.second)->setText(QString::fromLatin1(buttons.secondText));
+    box.button(buttons.first)->setText(Text::of(buttons.firstText));
+    box.button(buttons.second)->setText(Text::of(buttons.secondText));
     box.setDefaultButton(buttons.first);
     box.setEscapeButton(buttons.escape);
     const int result = run(box);

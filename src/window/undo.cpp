@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/undo.h"
 
+#include "core/text.h"
 #include "window/bottom_rows.h"
 #include "window/dialog_widget.h"
 #include "window/one_line.h"
@@ -20,8 +21,7 @@ constexpr int kMostNameCharacters = 24;
 } // namespace
 
 Undo::Undo(BottomRows& rows)
-    : ActionRow(QStringLiteral("Undo"), [this] { undo(); }), m_rows(rows),
-      m_timer(new QTimer(this)) {
+    : ActionRow(Text::tr("Undo"), [this] { undo(); }), m_rows(rows), m_timer(new QTimer(this)) {
     connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this, [this] {
         undo();
     });
@@ -34,7 +34,7 @@ Undo::Undo(BottomRows& rows)
 QString Undo::deleted(const QString& name) {
     const QString shown = oneLine(name);
     const bool fits = shown.size() <= kMostNameCharacters;
-    return QStringLiteral("Deleted %1.")
+    return Text::tr("Deleted %1.")
         .arg(fits ? shown : shown.left(kMostNameCharacters - 1) + QChar(0x2026));
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/window_map.h"
 
+#include "core/text.h"
 #include "window/message_box.h"
 
 #include <QCoreApplication>
@@ -18,10 +19,10 @@ namespace raincast {
 namespace {
 
 [[noreturn]] void windowNotFound() {
-    const auto text = QStringLiteral("Window not found in Window::wndProc\n");
+    const auto text = Text::tr("Window not found in Window::wndProc\n");
     // On standard error too: the message box may have been suppressed.
     std::fputs(qPrintable(text), stderr);
-    messageBox(nullptr, text, QStringLiteral("Fatal Error"), MessageIcon::stop);
+    messageBox(nullptr, text, Text::tr("Fatal Error"), MessageIcon::stop);
     // Nothing of the program can be trusted to run any more, not even its static destructors.
     std::_Exit(1);
 }

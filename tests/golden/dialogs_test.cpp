@@ -3,6 +3,8 @@
 #include "along/along_dialog.h"
 #include "app/keys_dialog.h"
 #include "app/position_source_dialog.h"
+#include "core/text.h"
+#include "fitting/fit_text.h"
 #include "golden_test.h"
 #include "letters/mnemonics.h"
 #include "map/dlg_gps_vector.h"
@@ -170,20 +172,31 @@ constexpr DialogRow kDialogs[] = {
 };
 
 /// What differs from machine to machine: waits for the amount of files, and writes another.
+void steady(QDialog& dialog, const QString& label, const QString& text) {
+    if (auto* const amount = dialog.findChild<QLabel*>(label)) {
+        EXPECT_TRUE(QTest::qWaitFor([amount] { return amount->text().contains(u'('); }));
+        amount->setText(text);
+        fitLabel(*amount);
+    }
+}
+
 void steady(QDialog& dialog) {
-    if (auto* const amount = dialog.findChild<QLabel*>(QStringLiteral("1076"))) {
-        EXPECT_TRUE(QTest::qWaitFor([amount] { return !amount->text().isEmpty(); }));
-        amount->setText(QStringLiteral("1,204 files, 31 MB (12 GB free)"));
-    }
-    if (auto* const amount = dialog.findChild<QLabel*>(QStringLiteral("1104"))) {
-        EXPECT_TRUE(QTest::qWaitFor([amount] { return amount->text().contains("free"); }));
-        amount->setText(QStringLiteral("3 sites, about 1 MB (12 GB free)"));
-    }
+    const QString some = Text::dataSize(31'000'000);
+    const QString room = Text::dataSize(12'000'000'000);
+    steady(
+        dialog, QStringLiteral("1076"),
+        Text::tr("%1, %2 (%3 free)").arg(Text::counted("%n files", "%n file", 1204), some, room)
+    );
+    steady(
+        dialog, QStringLiteral("1104"),
+        Text::tr("%1, about %2 (%3 free)")
+            .arg(Text::counted("%n sites", "%n site", 3), Text::dataSize(1'000'000), room)
+    );
 }
 
 void steadyPath(QDialog& dialog) {
     auto* const path = dialog.findChild<QLineEdit*>();
-    if (path != nullptr && dialog.windowTitle() == QStringLiteral("Save Picture")) {
+    if (path != nullptr && dialog.windowTitle() == said("Save Picture")) {
         path->setText(QStringLiteral("/home/skipper/mux.png"));
     }
 }
@@ -194,7 +207,7 @@ TEST_P(DialogsLook, IsAsItWas) {
     const DialogRow& row = GetParam();
     SampleViewer viewer;
     DialogScript script;
-    script.expect(row.caption, [&row](QDialog& dialog) {
+    script.expect(said(row.caption), [&row](QDialog& dialog) {
         steady(dialog);
         steadyPath(dialog);
         look(row.name, dialog);
@@ -240,14 +253,14 @@ void expectTold(const QDialog& dialog) {
 TEST_P(DialogsLook, TellsWhatIsInIt) {
     SampleViewer viewer;
     DialogScript script;
-    script.expect(GetParam().caption, expectTold);
+    script.expect(said(GetParam().caption), expectTold);
     GetParam().open(viewer);
 }
 
 TEST_F(GoldenTest, TheMapOfTheStations) {
     SampleViewer viewer;
     DialogScript script;
-    script.expect("Weather Station", [](QDialog& dialog) {
+    script.expect(said("Weather Station"), [](QDialog& dialog) {
         QTest::keyClick(dialog.findChild<QPushButton*>(QStringLiteral("1092")), Qt::Key_Space);
         look("stations_map", dialog);
     });

@@ -2,15 +2,18 @@
 #include "layout_rules.h"
 
 #include "controls.h"
+#include "warnings/warning_row_delegate.h"
 #include "window/row_delegate.h"
 #include "window/screen_metrics.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStyleOptionButton>
@@ -116,7 +119,9 @@ void checkText(const SeenControl& control, QStringList& complaints) {
 
 // The rows of a list that are too long for it and do not end in an ellipsis.
 void checkRows(const QListView& list, const SeenControl& control, QStringList& complaints) {
-    const bool shortens = dynamic_cast<const RowDelegate*>(list.itemDelegate()) != nullptr;
+    const auto* const delegate = list.itemDelegate();
+    const bool shortens = dynamic_cast<const RowDelegate*>(delegate) != nullptr ||
+                          dynamic_cast<const WarningRowDelegate*>(delegate) != nullptr;
     for (int row = 0; row < list.model()->rowCount(); ++row) {
         const QModelIndex index = list.model()->index(row, 0);
         const int width = list.fontMetrics().horizontalAdvance(index.data().toString());
@@ -211,6 +216,61 @@ QStringList complaintsAbout(const QWidget& window) {
         }
     }
     return complaints;
+}
+
+namespace {
+
+// Names, units and what the user or somebody else has written.
+const QRegularExpression& data() {
+    static const QRegularExpression names(QStringLiteral(
+        "Raincast|NOAA/NWS|MUX|SOX|UTC|PDT|dBZ|gpsd|Ctrl|Esc|PNG|GIF|[A-Z]{2}:.*|/.*|~/.*|"
+        "\\d+ ?(mm|km|m|MB|kB|GB|bytes)|[A-Z][a-z]+ ([A-Z][a-z]+|beach|span).*|20\\d\\d-.*|"
+        "Ocean Beach|Monterey|Chart table|Tides & moon"
+    ));
+    return names;
+}
+
+bool isEnglish(QString text) {
+    static const QRegularExpression accents(QStringLiteral("[\u00C0-\u00FF]"));
+    static const QRegularExpression word(QStringLiteral("[A-Za-z]{3,}"));
+    if (text.contains(accents)) {
+        return false;
+    }
+    return text.remove(data()).contains(word);
+}
+
+QStringList textsOf(const SeenControl& control) {
+    QStringList texts;
+    if (const auto* list = qobject_cast<const QAbstractItemView*>(control.widget)) {
+        for (int row = 0; row < list->model()->rowCount(); ++row) {
+            texts += list->model()->index(row, 0).data().toString();
+        }
+    } else if (const auto* combo = qobject_cast<const QComboBox*>(control.widget)) {
+        for (int row = 0; row < combo->count(); ++row) {
+            texts += combo->itemText(row);
+        }
+    } else if (qobject_cast<const QLineEdit*>(control.widget) == nullptr) {
+        texts += control.text;
+    }
+    return texts + QStringList{control.widget->toolTip(), control.widget->accessibleName()};
+}
+
+} // namespace
+
+QStringList englishIn(const QWidget& window) {
+    QStringList english;
+    const auto check = [&english](const QString& text) {
+        if (isEnglish(text)) {
+            english += QStringLiteral("\"%1\" is in English").arg(text);
+        }
+    };
+    check(window.windowTitle());
+    for (const SeenControl& control : controlsOf(window)) {
+        for (const QString& text : textsOf(control)) {
+            check(text);
+        }
+    }
+    return english;
 }
 
 } // namespace raincast::test

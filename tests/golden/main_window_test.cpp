@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the main window, its menus and message boxes look like.
 #include "../weather/dialog_controls.h"
+#include "core/text.h"
 #include "golden_test.h"
 #include "map/item_map_view.h"
 #include "page/page_pointer.h"
@@ -23,6 +24,8 @@
 #include <QMenuBar>
 #include <QWindow>
 
+#include <vector>
+
 namespace raincast::test {
 namespace {
 
@@ -43,12 +46,12 @@ protected:
         ADD_FAILURE() << "no entry " << qPrintable(text);
         return nullptr;
     }
-    /// Looks at the menu at the end of a way: {"Weather", "Product"}.
-    void lookAtSubmenu(const QStringList& way, const QString& name) {
+    /// Looks at the menu at the end of a way: {"&Weather", "&Product"}.
+    void lookAtSubmenu(const std::vector<const char*>& way, const QString& name) {
         QMenu* menu = openMenu();
-        for (const QString& text : way) {
+        for (const char* text : way) {
             ASSERT_NE(menu, nullptr);
-            menu->setActiveAction(entry(*menu, text));
+            menu->setActiveAction(entry(*menu, said(text)));
             QTest::keyClick(menu, Qt::Key_Right);
             ASSERT_NE(QApplication::activePopupWidget(), menu);
             menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -62,8 +65,8 @@ protected:
     /// Has several frames loaded, and stops at the one before the newest.
     void loadLoop() {
         DialogScript script;
-        script.expect("Animation", [](QDialog& dialog) {
-            check(dialog, "Enable Animation", true);
+        script.expect(said("Animation"), [](QDialog& dialog) {
+            check(dialog, said("&Enable Animation"), true);
             QTest::keyClick(&dialog, Qt::Key_Return);
         });
         viewer.command(kAnimation);
@@ -106,14 +109,14 @@ TEST_F(MainWindowLooks, WithItsMenuOpen) {
 }
 
 TEST_F(MainWindowLooks, WithASubmenuOpen) {
-    lookAtSubmenu({"Settings"}, "menu_settings");
-    lookAtSubmenu({"Layout"}, "menu_layout");
-    lookAtSubmenu({"Weather"}, "menu_weather");
-    lookAtSubmenu({"Reading"}, "menu_reading");
-    lookAtSubmenu({"Map"}, "menu_map");
-    lookAtSubmenu({"Weather", "Product"}, "menu_product");
-    lookAtSubmenu({"Weather", "Loop"}, "menu_loop");
-    lookAtSubmenu({"Weather", "Pictures"}, "menu_pictures");
+    lookAtSubmenu({"&Settings"}, "menu_settings");
+    lookAtSubmenu({"&Layout"}, "menu_layout");
+    lookAtSubmenu({"&Weather"}, "menu_weather");
+    lookAtSubmenu({"&Reading"}, "menu_reading");
+    lookAtSubmenu({"&Map"}, "menu_map");
+    lookAtSubmenu({"&Weather", "&Product"}, "menu_product");
+    lookAtSubmenu({"&Weather", "L&oop"}, "menu_loop");
+    lookAtSubmenu({"&Weather", "Pi&ctures"}, "menu_pictures");
 }
 
 TEST_F(MainWindowLooks, WithTheBarOfALoop) {
@@ -204,7 +207,7 @@ TEST_F(ReadingLooks, WithTheMenuOfAPlace) {
 }
 
 TEST_F(ReadingLooks, WithAWayThatIsMeasured) {
-    choose(place(-20, 10), QStringLiteral("Measure From Here"));
+    choose(place(-20, 10), said("&Measure From Here"));
     click(window(), place(15, -10));
     look("measuring", viewer.frame());
 }
@@ -229,24 +232,29 @@ TEST_F(MainWindowLooks, WithTheLineOfAnotherSite) {
 
 struct BoxRow {
     const char* name;
-    const char* text;
-    const char* caption;
+    QString text;
+    QString caption;
     MessageIcon icon;
 };
 
+const QString kPagesFile =
+    QStringLiteral("/home/skipper/.local/share/Quorvane/Raincast_1/pages.cfg");
+
 TEST_F(MainWindowLooks, WithAMessageBox) {
     const BoxRow rows[] = {
-        {"message_reinstall", "Failed to load Res.dll\nPlease re-install the software", "Error",
-         MessageIcon::none},
+        {"message_reinstall", Text::tr("Failed to load Res.dll\nPlease re-install the software"),
+         Text::tr("Error"), MessageIcon::none},
         {"message_folder",
-         "Failed to create folder: /media/someone/A card of a rather long name/Quorvane/Temp",
-         "Error", MessageIcon::none},
+         Text::tr("Failed to create folder: %1")
+             .arg("/media/someone/A card of a rather long name/Quorvane/Temp"),
+         Text::tr("Error"), MessageIcon::none},
         {"message_unreadable",
-         "The pages in /home/skipper/.local/share/Quorvane/Raincast_1/pages.cfg cannot be read: "
-         "Input/output error. They are left as they are; nothing of this run will be saved.",
+         Text::tr("The pages in %1 cannot be read: %2. They are left as they are; nothing of this "
+                  "run will be saved.")
+             .arg(kPagesFile, "Input/output error"),
          "Raincast", MessageIcon::exclamation},
-        {"message_fatal", "Window not found in Window::wndProc\n", "Fatal Error",
-         MessageIcon::stop},
+        {"message_fatal", Text::tr("Window not found in Window::wndProc\n"),
+         Text::tr("Fatal Error"), MessageIcon::stop},
     };
     for (const BoxRow& row : rows) {
         DialogScript script;
@@ -257,23 +265,25 @@ TEST_F(MainWindowLooks, WithAMessageBox) {
 
 struct QuestionRow {
     const char* name;
-    const char* text;
+    QString text;
     Question question;
 };
 
 // As app/keeper.h asks them, of files whose names nobody chose for a small screen.
 TEST_F(MainWindowLooks, WithAQuestionAboutWhatIsKept) {
+    const QString full = QStringLiteral("No space left on device");
+    const QStringList unsaved{
+        Text::tr("The pages and marks cannot be saved in %1: %2.")
+            .arg(kPagesFile, Text::tr("Its backup cannot be written: %1").arg(full)),
+        Text::tr("The settings cannot be saved in %1: %2.")
+            .arg("/home/skipper/.config/Quorvane/registry.json", full),
+        Text::tr("Discard loses what this run changed in them.")};
     const QuestionRow rows[] = {
         {"message_backup",
-         "Some pages could not be read. Use the backup of 2019-05-19 06:00 (12 pages)?",
+         Text::tr("Some pages could not be read. Use the backup of %1 (%2)?")
+             .arg("2019-05-19 06:00", Text::counted("%n pages", "%n page", 12)),
          Question::yesNo},
-        {"message_unsaved",
-         "The pages and marks cannot be saved in "
-         "/home/skipper/.local/share/Quorvane/Raincast_1/pages.cfg: Its backup cannot be written: "
-         "No space left on device.\n\nThe settings cannot be saved in "
-         "/home/skipper/.config/Quorvane/registry.json: No space left on device.\n\nDiscard loses "
-         "what this run changed in them.",
-         Question::retryDiscard},
+        {"message_unsaved", unsaved.join(QStringLiteral("\n\n")), Question::retryDiscard},
     };
     for (const QuestionRow& row : rows) {
         DialogScript script;
@@ -284,8 +294,8 @@ TEST_F(MainWindowLooks, WithAQuestionAboutWhatIsKept) {
 
 TEST_F(MainWindowLooks, WithTheComplaintOfADialog) {
     DialogScript script;
-    script.expect("Animation", [](QDialog& dialog) {
-        check(dialog, "Enable Animation", true);
+    script.expect(said("Animation"), [](QDialog& dialog) {
+        check(dialog, said("&Enable Animation"), true);
         type(dialog, 0, "0");
         QTest::keyClick(&dialog, Qt::Key_Return);
     });

@@ -20,7 +20,7 @@ using testing::ElementsAre;
 using testing::Pair;
 
 constexpr MenuRow kPopUp[] = {kMapMenu};
-constexpr MenuRow kBar[] = {subMenu(u"", kPopUp)};
+constexpr MenuRow kBar[] = {subMenu("", kPopUp)};
 const MenuTableRecord mapMenu(test::kMapTestMenu, kBar);
 
 class MapMenuTest : protected test::SharedMapState, public test::PagedTest {
@@ -101,7 +101,7 @@ TEST_F(MapMenuTest, TheNumbersOfItsCommandsStay) {
     const std::span<const MenuRow> menus[] = {kMapRows, kMarkRows, kMapPlaceRows};
     for (const auto rows : menus) {
         for (const MenuRow& row : rows) {
-            numbers.emplace_back(row.command, QString::fromUtf16(row.text).toStdString());
+            numbers.emplace_back(row.command, QString::fromUtf8(row.text).toStdString());
         }
     }
     EXPECT_THAT(

@@ -11,8 +11,8 @@ using test::NotingItem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr MenuRow kLowerRows[] = {menuEntry(1001, u"&Lower"), menuEntry(1002, u"L&owest")};
-constexpr MenuRow kUpperRows[] = {menuEntry(1003, u"&Upper")};
+constexpr MenuRow kLowerRows[] = {menuEntry(1001, "&Lower"), menuEntry(1002, "L&owest")};
+constexpr MenuRow kUpperRows[] = {menuEntry(1003, "&Upper")};
 
 class ContextMenuTest : public test::PageTest {
 protected:

@@ -339,7 +339,7 @@ TEST_F(PageTouchTest, APinchZoomsTheTopmostItemBetweenTheFingers) {
 
 // --- Held presses and the right button ----------------------------------------------------------
 
-constexpr MenuRow kRows[] = {menuEntry(40999, u"&Choice")};
+constexpr MenuRow kRows[] = {menuEntry(40999, "&Choice")};
 
 class PageStylusHoldTest : public PageStylusTest {
 protected:

@@ -139,11 +139,11 @@ TEST_F(PageTest, AShownNameIsOneShortLine) {
 
 constexpr int kFirstMenu = 4971;
 constexpr int kSecondMenu = 4972;
-constexpr MenuRow kFirstRows[] = {menuEntry(40017, u"Layout"), menuSeparator()};
-constexpr MenuRow kFirstBar[] = {subMenu(u"page", kFirstRows)};
-constexpr MenuRow kInnerRows[] = {menuEntry(40801, u"Rivers")};
-constexpr MenuRow kSecondRows[] = {menuEntry(40800, u"Stations"), subMenu(u"Layers", kInnerRows)};
-constexpr MenuRow kSecondBar[] = {subMenu(u"item", kSecondRows)};
+constexpr MenuRow kFirstRows[] = {menuEntry(40017, "Layout"), menuSeparator()};
+constexpr MenuRow kFirstBar[] = {subMenu("page", kFirstRows)};
+constexpr MenuRow kInnerRows[] = {menuEntry(40801, "Rivers")};
+constexpr MenuRow kSecondRows[] = {menuEntry(40800, "Stations"), subMenu("Layers", kInnerRows)};
+constexpr MenuRow kSecondBar[] = {subMenu("item", kSecondRows)};
 const MenuTableRecord firstMenu{kFirstMenu, kFirstBar};
 const MenuTableRecord secondMenu{kSecondMenu, kSecondBar};
 

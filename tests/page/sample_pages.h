@@ -105,18 +105,18 @@ protected:
     void createDefaultPages() override { add(QStringLiteral("Default")); }
 };
 
-inline constexpr MenuRow kSettingsRows[] = {menuEntry(kSettingsPlace, u"settings")};
+inline constexpr MenuRow kSettingsRows[] = {menuEntry(kSettingsPlace, "settings")};
 inline constexpr MenuRow kMenuRows[] = {
-    menuEntry(kPageEntriesPlace, u"-"),
+    menuEntry(kPageEntriesPlace, "-"),
     menuSeparator(),
-    menuEntry(kPreviousPage, u"Previous Page"),
-    menuEntry(kNextPage, u"Next Page"),
-    menuEntry(kPages, u"Pages..."),
-    menuEntry(kPageListPlace, u"pages"),
+    menuEntry(kPreviousPage, "Previous Page"),
+    menuEntry(kNextPage, "Next Page"),
+    menuEntry(kPages, "Pages..."),
+    menuEntry(kPageListPlace, "pages"),
     menuSeparator(),
-    subMenu(u"Settings", kSettingsRows),
-    menuEntry(40010, u"Exit")};
-inline constexpr MenuRow kBarRows[] = {subMenu(u"Menu", kMenuRows)};
+    subMenu("Settings", kSettingsRows),
+    menuEntry(40010, "Exit")};
+inline constexpr MenuRow kBarRows[] = {subMenu("Menu", kMenuRows)};
 
 /// The text of an entry without the mark of its letter.
 inline QString textOf(const QAction& entry) {

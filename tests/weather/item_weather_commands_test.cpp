@@ -35,7 +35,7 @@ protected:
 TEST_F(ItemWeatherCommandsTest, TheNumbersOfItsMenuStay) {
     std::vector<std::pair<int, std::string>> entries;
     for (const MenuRow& row : MenuTableRecord::find(108)[0].rows[0].rows) {
-        entries.emplace_back(row.command, QString::fromUtf16(row.text).remove(u'&').toStdString());
+        entries.emplace_back(row.command, QString::fromUtf8(row.text).remove(u'&').toStdString());
     }
     EXPECT_THAT(
         entries, ElementsAre(
@@ -90,7 +90,7 @@ TEST_F(ItemWeatherCommandsTest, TheProductsOfTheMenuAreThoseOfTheTable) {
     const auto rows = MenuTableRecord::find(108)[0].rows[0].rows[2].rows;
     ASSERT_EQ(rows.size(), radarProducts().size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        EXPECT_EQ(QString::fromUtf16(rows[i].text).remove(u'&'), radarProducts()[i].nameText());
+        EXPECT_EQ(QString::fromUtf8(rows[i].text).remove(u'&'), radarProducts()[i].nameText());
         EXPECT_EQ(rows[i].command, 40930 + static_cast<int>(i));
         EXPECT_EQ(rows[i].key, std::to_string(i + 1));
     }

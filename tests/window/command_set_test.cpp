@@ -24,12 +24,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr MenuRow kSettings[] = {menuEntry(21, u"&Units..."), menuEntry(22, u"&Vector...")};
+constexpr MenuRow kSettings[] = {menuEntry(21, "&Units..."), menuEntry(22, "&Vector...")};
 constexpr MenuRow kPages[] = {
-    menuEntry(40004, u"&Previous page"), menuEntry(40005, u"&Next page"), menuSeparator(),
-    subMenu(u"&Settings", kSettings), menuEntry(40010, u"E&xit")};
-constexpr MenuRow kBar[] = {subMenu(u"&Menu", kPages), subMenu(u"&Other", kSettings)};
-constexpr MenuRow kLoaded[] = {subMenu(u"popup", kSettings)};
+    menuEntry(40004, "&Previous page"), menuEntry(40005, "&Next page"), menuSeparator(),
+    subMenu("&Settings", kSettings), menuEntry(40010, "E&xit")};
+constexpr MenuRow kBar[] = {subMenu("&Menu", kPages), subMenu("&Other", kSettings)};
+constexpr MenuRow kLoaded[] = {subMenu("popup", kSettings)};
 
 constexpr int kLoadedId = 4901;
 const MenuTableRecord loadedMenu{kLoadedId, kLoaded};
@@ -130,8 +130,8 @@ TEST_F(CommandSetTest, KeysSendTheirCommandWhetherOrNotAMenuHoldsIt) {
 }
 
 TEST_F(CommandSetTest, AnEntryShowsAKeyThatSomebodyElseActsOn) {
-    static constexpr MenuRow rows[] = {menuEntry(30, u"&First", "1"), menuEntry(31, u"&Second")};
-    static constexpr MenuRow bar[] = {subMenu(u"&Menu", rows)};
+    static constexpr MenuRow rows[] = {menuEntry(30, "&First", "1"), menuEntry(31, "&Second")};
+    static constexpr MenuRow bar[] = {subMenu("&Menu", rows)};
     commands.fill(*mainWindow.menuBar(), bar);
     test::show(mainWindow);
     EXPECT_EQ(commands.action(30).shortcut().toString().toStdString(), "1");

@@ -21,16 +21,16 @@ using testing::ElementsAre;
 
 constexpr int kPlaceholder = 40900;
 constexpr MenuRow kPageRows[] = {
-    menuEntry(40009, u"Pages..."), menuEntry(kPlaceholder, u"entries"), menuEntry(40010, u"Exit")};
-constexpr MenuRow kBar[] = {subMenu(u"Menu", kPageRows)};
+    menuEntry(40009, "Pages..."), menuEntry(kPlaceholder, "entries"), menuEntry(40010, "Exit")};
+constexpr MenuRow kBar[] = {subMenu("Menu", kPageRows)};
 
-constexpr MenuRow kLayers[] = {menuEntry(3, u"Rivers")};
+constexpr MenuRow kLayers[] = {menuEntry(3, "Rivers")};
 constexpr MenuRow kWeather[] = {
-    menuEntry(1, u"Animation"), menuSeparator(), subMenu(u"Layers", kLayers)};
-constexpr MenuRow kWeatherPopup[] = {subMenu(u"weather", kWeather)};
-constexpr MenuRow kLayout[] = {menuEntry(40017, u"Layout")};
+    menuEntry(1, "Animation"), menuSeparator(), subMenu("Layers", kLayers)};
+constexpr MenuRow kWeatherPopup[] = {subMenu("weather", kWeather)};
+constexpr MenuRow kLayout[] = {menuEntry(40017, "Layout")};
 constexpr MenuRow kLayoutPopup[] = {
-    menuEntry(99, u"beside the first submenu"), subMenu(u"page", kLayout)};
+    menuEntry(99, "beside the first submenu"), subMenu("page", kLayout)};
 
 std::vector<std::string> texts(const QMenu& menu) {
     std::vector<std::string> result;
@@ -114,8 +114,8 @@ TEST_F(MenuMergerTest, WithNoMenusThePlaceholderJustGoesAndComes) {
 }
 
 TEST_F(MenuMergerTest, APlaceholderAtTheEndOfASubmenuIsFoundToo) {
-    constexpr MenuRow inner[] = {menuEntry(5, u"Five"), menuEntry(40901, u"here")};
-    const MenuRow outer[] = {subMenu(u"Sub", inner), menuEntry(6, u"Six")};
+    constexpr MenuRow inner[] = {menuEntry(5, "Five"), menuEntry(40901, "here")};
+    const MenuRow outer[] = {subMenu("Sub", inner), menuEntry(6, "Six")};
     QMenu menu;
     commands.fill(menu, outer);
     MenuMerger merger(40901);
@@ -128,7 +128,7 @@ TEST_F(MenuMergerTest, APlaceholderAtTheEndOfASubmenuIsFoundToo) {
 }
 
 TEST_F(MenuMergerTest, NeighbouringPlaceholdersKeepTheirOrder) {
-    constexpr MenuRow rows[] = {menuEntry(40901, u"a"), menuEntry(40902, u"b")};
+    constexpr MenuRow rows[] = {menuEntry(40901, "a"), menuEntry(40902, "b")};
     QMenu menu;
     commands.fill(menu, rows);
     MenuMerger first(40901);
@@ -148,9 +148,9 @@ TEST_F(MenuMergerTest, NeighbouringPlaceholdersKeepTheirOrder) {
 TEST_F(MenuMergerTest, AtMost256EntriesOfAMenuAreMerged) {
     std::vector<MenuRow> rows;
     for (int i = 0; i < 300; ++i) {
-        rows.push_back(menuEntry(1000 + i, u"Entry"));
+        rows.push_back(menuEntry(1000 + i, "Entry"));
     }
-    const MenuRow popup[] = {subMenu(u"many", rows)};
+    const MenuRow popup[] = {subMenu("many", rows)};
     MenuMerger merger(kPlaceholder);
     merger.add(make(popup));
     merger.add(make(kLayoutPopup));
@@ -163,9 +163,9 @@ TEST_F(MenuMergerTest, AtMost256EntriesOfAMenuAreMerged) {
 }
 
 TEST_F(MenuMergerTest, TextsAreCutAfter100Characters) {
-    const std::u16string text(120, u'x');
+    const std::string text(120, 'x');
     const MenuRow rows[] = {menuEntry(1, text.c_str()), menuEntry(2, text.c_str() + 20)};
-    const MenuRow popup[] = {subMenu(u"long", rows)};
+    const MenuRow popup[] = {subMenu("long", rows)};
     MenuMerger merger(kPlaceholder);
     merger.add(make(popup));
     EXPECT_TRUE(merger.merge(*target));

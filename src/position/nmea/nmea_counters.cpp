@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "position/nmea/nmea_counters.h"
 
+#include "core/text.h"
+
+#include <QStringList>
+
 namespace raincast {
 
 namespace {
@@ -11,18 +15,18 @@ struct Row {
 };
 
 constexpr Row kSentenceRows[] = {
-    {&NmeaCounters::taken, " taken"},
-    {&NmeaCounters::otherKinds, " of other kinds"},
-    {&NmeaCounters::proprietary, " proprietary"},
-    {&NmeaCounters::encapsulated, " encapsulated"},
-    {&NmeaCounters::wrongChecksum, " with a wrong checksum"},
-    {&NmeaCounters::malformed, " malformed"},
-    {&NmeaCounters::tooLong, " too long"},
-    {&NmeaCounters::garbled, " garbled"},
+    {&NmeaCounters::taken, Text::marked("%1 taken")},
+    {&NmeaCounters::otherKinds, Text::marked("%1 of other kinds")},
+    {&NmeaCounters::proprietary, Text::marked("%1 proprietary")},
+    {&NmeaCounters::encapsulated, Text::marked("%1 encapsulated")},
+    {&NmeaCounters::wrongChecksum, Text::marked("%1 with a wrong checksum")},
+    {&NmeaCounters::malformed, Text::marked("%1 malformed")},
+    {&NmeaCounters::tooLong, Text::marked("%1 too long")},
+    {&NmeaCounters::garbled, Text::marked("%1 garbled")},
 };
 constexpr Row kOtherRows[] = {
-    {&NmeaCounters::jsonLines, " lines of JSON"},
-    {&NmeaCounters::junkBytes, " bytes of junk"},
+    {&NmeaCounters::jsonLines, Text::marked("%1 lines of JSON")},
+    {&NmeaCounters::junkBytes, Text::marked("%1 bytes of junk")},
 };
 
 } // namespace
@@ -36,12 +40,10 @@ std::uint64_t NmeaCounters::sentences() const {
 }
 
 std::string NmeaCounters::text() const {
-    std::string text = "read " + std::to_string(bytes) + " bytes";
-    const char* separator = ": ";
+    QStringList parts;
     const auto append = [&](const Row& row) {
         if (this->*row.count != 0) {
-            text += separator + std::to_string(this->*row.count) + row.label;
-            separator = ", ";
+            parts += Text::of(row.label).arg(this->*row.count);
         }
     };
     for (const Row& row : kSentenceRows) {
@@ -50,7 +52,9 @@ std::string NmeaCounters::text() const {
     for (const Row& row : kOtherRows) {
         append(row);
     }
-    return text;
+    const QString read = Text::tr("read %1 bytes").arg(bytes);
+    const QString what = parts.join(QStringLiteral(", "));
+    return (what.isEmpty() ? read : read + QStringLiteral(": ") + what).toStdString();
 }
 
 } // namespace raincast

@@ -2,6 +2,7 @@
 #include "position/source/file_source.h"
 
 #include "core/busy_guard.h"
+#include "core/text.h"
 
 #include <QFile>
 
@@ -46,7 +47,7 @@ QString FileSource::openFile() {
     if (!m_file.isOpen() || ::fstat(m_file.get(), &status) != 0) {
         return systemError();
     }
-    return S_ISREG(status.st_mode) ? QString() : QStringLiteral("Not a file");
+    return S_ISREG(status.st_mode) ? QString() : Text::tr("Not a file");
 }
 
 void FileSource::open(Sink& sink) {

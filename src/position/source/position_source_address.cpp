@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "position/source/position_source_address.h"
 
+#include "core/text.h"
 #include "position/source/serial_source.h"
 
 #include <QLocale>
@@ -30,8 +31,7 @@ Mistake readPort(QStringView text, Address& address) {
     const uint port = QLocale::c().toUInt(text, &isNumber);
     const bool inRange = 1 <= port && port <= std::numeric_limits<std::uint16_t>::max();
     if (!isNumber || !inRange) {
-        return QStringLiteral("the port \"%1\" is not a number from 1 to 65535")
-            .arg(shortened(text));
+        return Text::tr("the port \"%1\" is not a number from 1 to 65535").arg(shortened(text));
     }
     address.port = static_cast<std::uint16_t>(port);
     return std::nullopt;
@@ -41,17 +41,15 @@ Mistake readPort(QStringView text, Address& address) {
 Mistake readHostAndPort(QStringView text, Address& address) {
     const qsizetype bracket = text.startsWith(u'[') ? text.indexOf(u']') : -1;
     if (text.startsWith(u'[') && bracket < 0) {
-        return QStringLiteral("the bracket of the address \"%1\" is not closed")
-            .arg(shortened(text));
+        return Text::tr("the bracket of the address \"%1\" is not closed").arg(shortened(text));
     }
     const qsizetype colon = text.indexOf(u':', bracket + 1);
     const QStringView host = bracket > 0 ? text.sliced(1, bracket - 1) : text.left(colon);
     if (bracket > 0 && bracket + 1 != (colon < 0 ? text.size() : colon)) {
-        return QStringLiteral("what follows the bracket in \"%1\" is not a port")
-            .arg(shortened(text));
+        return Text::tr("what follows the bracket in \"%1\" is not a port").arg(shortened(text));
     }
     if (colon >= 0 && text.indexOf(u':', colon + 1) >= 0) {
-        return QStringLiteral("\"%1\" has more than one colon (an IPv6 address stands in brackets)")
+        return Text::tr("\"%1\" has more than one colon (an IPv6 address stands in brackets)")
             .arg(shortened(text));
     }
     if (!host.isEmpty()) {
@@ -65,7 +63,7 @@ Mistake readSerial(QStringView text, Address& address) {
     const qsizetype at = text.lastIndexOf(u'@');
     const QStringView path = at < 0 ? text : text.left(at);
     if (path.isEmpty()) {
-        return QStringLiteral("the device is missing");
+        return Text::tr("the device is missing");
     }
     address.path = path.toString();
     if (at < 0) {
@@ -75,7 +73,7 @@ Mistake readSerial(QStringView text, Address& address) {
     bool isNumber = false;
     address.baud = QLocale::c().toInt(speed, &isNumber);
     if (!isNumber || !SerialSource::isSpeed(address.baud)) {
-        return QStringLiteral("\"%1\" is not a speed of serial devices, as 4800 is")
+        return Text::tr("\"%1\" is not a speed of serial devices, as 4800 is")
             .arg(shortened(speed));
     }
     return std::nullopt;
@@ -86,9 +84,9 @@ Mistake readTcp(QStringView text, Address& address) {
         return mistake;
     }
     if (address.host.isEmpty()) {
-        return QStringLiteral("the host is missing");
+        return Text::tr("the host is missing");
     }
-    return address.port == 0 ? Mistake(QStringLiteral("the port is missing")) : std::nullopt;
+    return address.port == 0 ? Mistake(Text::tr("the port is missing")) : std::nullopt;
 }
 
 Mistake readGpsd(QStringView text, Address& address) {
@@ -103,7 +101,7 @@ Mistake readFile(QStringView text, Address& address) {
     const qsizetype at = text.lastIndexOf(kRate);
     const QStringView path = at < 0 ? text : text.left(at);
     if (path.isEmpty()) {
-        return QStringLiteral("the file is missing");
+        return Text::tr("the file is missing");
     }
     address.path = path.toString();
     if (at < 0) {
@@ -114,8 +112,7 @@ Mistake readFile(QStringView text, Address& address) {
     address.rate = QLocale::c().toDouble(rate, &isNumber);
     // Written so that not-a-number fails as well.
     if (!isNumber || !(address.rate >= 0 && address.rate <= Address::kMaxRate)) {
-        return QStringLiteral("the rate \"%1\" is not a number from 0 to 1000")
-            .arg(shortened(rate));
+        return Text::tr("the rate \"%1\" is not a number from 0 to 1000").arg(shortened(rate));
     }
     return std::nullopt;
 }
@@ -145,7 +142,7 @@ const Scheme* findScheme(QStringView text) {
 Mistake read(QStringView text, Address& address) {
     const Scheme* const scheme = findScheme(text);
     if (scheme == nullptr) {
-        return QStringLiteral("it does not start with serial:, tcp:, udp:, gpsd: or file:");
+        return Text::tr("it does not start with serial:, tcp:, udp:, gpsd: or file:");
     }
     address.kind = scheme->kind;
     return scheme->read(text.sliced(scheme->name.size()), address);
@@ -176,7 +173,7 @@ tl::expected<PositionSourceAddress, QString> PositionSourceAddress::parse(const 
     Address address;
     if (const Mistake wrong = read(text, address)) {
         return tl::unexpected(
-            QStringLiteral("\"%1\" is not a source of positions: %2").arg(shortened(text), *wrong)
+            Text::tr("\"%1\" is not a source of positions: %2").arg(shortened(text), *wrong)
         );
     }
     return address;

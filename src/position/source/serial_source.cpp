@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "position/source/serial_source.h"
 
+#include "core/text.h"
+
 #include <QFile>
 #include <QSocketNotifier>
 
@@ -38,7 +40,7 @@ const Speed* findSpeed(int baud) {
 
 QString systemError() {
     if (errno == ENOTTY) {
-        return QStringLiteral("Not a serial device");
+        return Text::tr("Not a serial device");
     }
     return QString::fromLocal8Bit(std::strerror(errno));
 }
@@ -75,7 +77,7 @@ bool SerialSource::isSpeed(int baud) {
 QString SerialSource::openDevice() {
     const Speed* speed = findSpeed(m_baud);
     if (speed == nullptr) {
-        return QStringLiteral("%1 is not a speed").arg(m_baud);
+        return Text::tr("%1 is not a speed").arg(m_baud);
     }
     // Without O_NONBLOCK opening waits for the carrier, and with O_NOCTTY the device cannot become
     // the terminal that sends us its interrupts.
@@ -118,7 +120,7 @@ void SerialSource::service() {
     if (count > 0) {
         m_sink->received({bytes, static_cast<std::size_t>(count)});
     } else if (count == 0) {
-        fail(QStringLiteral("The device was unplugged"));
+        fail(Text::tr("The device was unplugged"));
     } else if (errno != EAGAIN && errno != EINTR) {
         fail(systemError());
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "position/source/udp_source.h"
 
+#include "core/text.h"
+
 #include <QString>
 #include <QUdpSocket>
 
@@ -19,7 +21,7 @@ void UdpSource::open(Sink& sink) {
     if (!m_socket->bind(m_port)) {
         const QString why = m_socket->errorString();
         close();
-        sink.broken(QStringLiteral("UDP port %1: %2").arg(m_port).arg(why));
+        sink.broken(Text::tr("UDP port %1: %2").arg(m_port).arg(why));
         return;
     }
     QObject::connect(m_socket.get(), &QUdpSocket::readyRead, [this] { m_ready.call(); });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "radar/catalogue/products.h"
 
+#include "core/text.h"
 #include "radar/catalogue/typing_errors.h"
 
 namespace raincast {
@@ -8,13 +9,13 @@ namespace raincast {
 namespace {
 
 constexpr RadarProductTable kProducts = std::to_array<RadarProduct>({
-    {u"Base Reflectivity", u"N0R", true},
-    {u"Composite Reflectivity", u"NCR", true},
-    {u"Long Range Reflectivity", u"N0Z", false},
-    {u"1 Hour Precipitation", u"N1P", true},
-    {u"Total Precipitation", u"NTP", true},
-    {u"Velocity", u"N0V", true},
-    {u"Storm Relative Velocity", u"N0S", true},
+    {Text::marked(u"Base Reflectivity"), u"N0R", true},
+    {Text::marked(u"Composite Reflectivity"), u"NCR", true},
+    {Text::marked(u"Long Range Reflectivity"), u"N0Z", false},
+    {Text::marked(u"1 Hour Precipitation"), u"N1P", true},
+    {Text::marked(u"Total Precipitation"), u"NTP", true},
+    {Text::marked(u"Velocity"), u"N0V", true},
+    {Text::marked(u"Storm Relative Velocity"), u"N0S", true},
 });
 
 const RadarProduct& product(int index) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/live_watch.h"
+#include "watch/live_watch.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/replay_watch.h"
+#include "watch/replay_watch.h"
 
 #include <QDateTime>
 #include <QJsonDocument>

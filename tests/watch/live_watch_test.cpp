@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "app/live_watch.h"
 #include "support/http_server.h"
 #include "support/manual_timers.h"
 #include "support/qt_app.h"
+#include "watch/live_watch.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "window/type_ahead.h"
+#include "letters/type_ahead.h"
 
 #include <QKeyEvent>
 #include <QListWidget>

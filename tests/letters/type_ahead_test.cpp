@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "letters/type_ahead.h"
 #include "support/qt_app.h"
-#include "window/type_ahead.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
