@@ -60,7 +60,14 @@ public:
 
     /// The body of a path.
     std::string get(const std::string& path) {
-        const std::string request = "GET " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n";
+        const std::string answer = ask(path, {});
+        return answer.substr(answer.find("\r\n\r\n") + 4);
+    }
+
+    /// The whole answer to a request with more headers.
+    std::string ask(const std::string& path, const std::string& more) {
+        const std::string request =
+            "GET " + path + " HTTP/1.1\r\nHost: localhost\r\n" + more + "\r\n";
         if (send(m_socket, request.data(), request.size(), MSG_NOSIGNAL) < 0) {
             fail("Cannot send.");
         }
@@ -70,14 +77,15 @@ public:
             receive(answer);
         }
         const auto length = answer.find("Content-Length: ");
-        if (!answer.starts_with("HTTP/1.1 200") || length > headers) {
+        const bool isKnown = answer.starts_with("HTTP/1.1 304");
+        if (!isKnown && (!answer.starts_with("HTTP/1.1 200") || length > headers)) {
             fail("A request was not answered.");
         }
-        const std::size_t whole = headers + 4 + std::stoul(answer.substr(length + 16));
-        while (answer.size() < whole) {
+        const std::size_t body = isKnown ? 0 : std::stoul(answer.substr(length + 16));
+        while (answer.size() < headers + 4 + body) {
             receive(answer);
         }
-        return answer.substr(headers + 4);
+        return answer;
     }
 
 private:
@@ -93,13 +101,13 @@ private:
     int m_socket;
 };
 
-void load(int port, const std::string& path) {
+void load(int port, const std::string& path, const std::string& more = {}) {
     std::vector<std::thread> threads;
     for (int i = 0; i < kConnections; ++i) {
-        threads.emplace_back([port, &path] {
+        threads.emplace_back([port, &path, &more] {
             Client client(port);
             for (int j = 0; j < kRequestsPerConnection; ++j) {
-                client.get(path);
+                client.ask(path, more);
             }
         });
     }
@@ -184,29 +192,63 @@ double memoryOf(qint64 process, const char* field) {
     return pattern.match(QString::fromLatin1(file.readAll())).captured(1).toDouble() / 1024;
 }
 
-/// Processor time that a process has taken, in microseconds.
-double processorTimeOf(qint64 process) {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(process));
+QByteArray readProcess(qint64 process, const char* name) {
+    QFile file(QStringLiteral("/proc/%1/").arg(process) + QLatin1String(name));
     if (!file.open(QIODevice::ReadOnly)) {
         fail("The server has ended.");
     }
-    const QList<QByteArray> fields = file.readAll().split(' ');
-    const double ticks = fields.value(13).toDouble() + fields.value(14).toDouble();
-    return 1e6 * ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
+    return file.readAll();
 }
 
-/// What a request costs the server.
-void printCost(const char* what, const Program& server, int port, const std::string& path) {
+/// Processor time that a process and its children have taken, in microseconds.
+double processorTimeOf(qint64 process) {
+    const QList<QByteArray> fields = readProcess(process, "stat").split(' ');
+    const double ticks = fields.value(13).toDouble() + fields.value(14).toDouble();
+    double time = 1e6 * ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
+    const QByteArray children =
+        readProcess(process, ("task/" + std::to_string(process) + "/children").c_str());
+    for (const QByteArray& child : children.trimmed().split(' ')) {
+        time += child.isEmpty() ? 0 : processorTimeOf(child.toLongLong());
+    }
+    return time;
+}
+
+/// What a request costs a server.
+double costOf(const Program& server, int port, const std::string& path, const std::string& more) {
     constexpr int kTimes = 10;
     const double before = processorTimeOf(server.id());
     for (int i = 0; i < kTimes; ++i) {
-        load(port, path);
+        load(port, path, more);
     }
     constexpr double kRequests = kTimes * kConnections * kRequestsPerConnection;
-    std::printf(
-        "Processor time for %s: %.1f microseconds\n", what,
-        (processorTimeOf(server.id()) - before) / kRequests
-    );
+    return (processorTimeOf(server.id()) - before) / kRequests;
+}
+
+struct Peer {
+    const char* name;
+    const Program& program;
+    int port;
+};
+
+/// What a request costs each server, and how long its answer is.
+void printCosts(
+    const char* what, const std::string& path, const std::vector<Peer>& peers,
+    std::string more = {}, bool isKnown = false
+) {
+    std::printf("%s:", what);
+    for (const Peer& peer : peers) {
+        if (isKnown) {
+            const std::string answer = Client(peer.port).ask(path, {});
+            const std::size_t at = answer.find("ETag: ") + 6;
+            more = "If-None-Match: " + answer.substr(at, answer.find('\r', at) - at) + "\r\n";
+        }
+        const std::size_t bytes = Client(peer.port).ask(path, more).size();
+        std::printf(
+            " %s %.0f microseconds, %zu bytes;", peer.name,
+            costOf(peer.program, peer.port, path, more), bytes
+        );
+    }
+    std::printf("\n");
 }
 
 /// Asks once for the newest frame of every site and product.
@@ -308,9 +350,20 @@ int main() {
     );
     printRatio("raincast-server / nginx, time for a frame", ratio, 4);
 
-    printCost("a frame", server, port, frame);
-    printCost("a listing", server, port, listing);
-    printCost("the status", server, port, "/status");
+    std::printf("Processor time and length of an answer\n");
+    const Peer own{"raincast-server", server, port};
+    const std::vector<Peer> both{own, {"nginx", nginx, nginxPort}};
+    printCosts("a frame", frame, both);
+    printCosts("a frame that is known", frame, both, {}, true);
+    printCosts("a listing", listing, both);
+    printCosts("a listing, packed", listing, {own}, "Accept-Encoding: gzip\r\n");
+    printCosts("a listing that is known", listing, both, {}, true);
+    const std::string warnings = "/ridge/Warnings/Short/TLX_Warnings_0";
+    printCosts("the warnings' picture", warnings + ".gif", both);
+    printCosts("their texts", warnings + ".json", both);
+    printCosts("the status", "/status", {own});
+    printCosts("the metrics", "/metrics", {own});
+    printCosts("readiness", "/health/ready", {own});
 
     std::printf("Memory at first: %.0f MB\n", memoryOf(server.id(), "VmRSS"));
     askForEverything(port);
