@@ -2087,5 +2087,9 @@ Reinstale el programa</translation>
         <comment>right</comment>
         <translation>Er</translation>
     </message>
+    <message>
+        <source>L</source>
+        <translation>L</translation>
+    </message>
 </context>
 </TS>

@@ -28,7 +28,7 @@ constexpr KeyRow kRows[] = {
     {Text::marked("Zoom in, out"), "+, -"},
     {Text::marked("Show the whole image"), Text::marked("Home, 0")},
     {Text::marked("Move the map"), Text::marked("Arrows")},
-    {Text::marked("Follow the position"), "L"},
+    {Text::marked("Follow the position"), Text::marked("L")},
     {Text::marked("Show a product"), Text::marked("1 to 7")},
     {Text::marked("Pause the loop, play on"), Text::marked("Space")},
     {Text::marked("Step back, forward"), Text::marked(", and .")},

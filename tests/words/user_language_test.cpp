@@ -78,6 +78,15 @@ TEST_F(UserLanguageTest, IsEnglishWhereItHasNoWordsOrTheUserReadsEnglishRather) 
     EXPECT_EQ(wordFor("es"), "&Close");
 }
 
+// A key's name may be spelled as the abbreviation of a word is.
+TEST_F(UserLanguageTest, LeavesTheNamesOfKeysAlone) {
+    EXPECT_EQ(wordFor("es"), "&Cerrar");
+    EXPECT_EQ(Text::tr("L", "left"), "Br");
+    for (const char* key : {"L", "W, D", "F5", "Esc", "Ctrl+Z", "F10, Alt"}) {
+        EXPECT_EQ(Text::of(key), key);
+    }
+}
+
 TEST_F(UserLanguageTest, TakesNumbersAndTimesFromTheirOwnCategories) {
     const CalendarTime time{.year = 2026, .month = 5, .day = 9, .hour = 20, .minute = 4};
     qputenv("LANG", "C.UTF-8");
