@@ -82,6 +82,8 @@ TEST_F(MetricsPageTest, HasWhatTheServerCounts) {
          }) {
         EXPECT_THAT(page, HasSubstr(line));
     }
+    EXPECT_EQ(QString::fromStdString(page).count("\nraincast_provider_requests_total{"), 1)
+        << "Prometheus takes no sample twice";
     EXPECT_THAT(page, HasSubstr("process_resident_memory_bytes "));
     EXPECT_THAT(page, Not(HasSubstr("process_open_fds 0\n")));
 }
