@@ -12,6 +12,9 @@ target_compile_options(raincast_options INTERFACE
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(raincast_options INTERFACE -Wno-restrict -Wno-stringop-overflow)
 endif()
+# A processor that multiplies and adds in one step rounds once instead of twice: pixels and positions
+# would differ from one machine to another.
+target_compile_options(raincast_options INTERFACE -ffp-contract=off)
 target_compile_definitions(raincast_options INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_DISABLE_DEPRECATED_BEFORE=0x060400
     RAINCAST_VERSION="${PROJECT_VERSION}")

@@ -64,7 +64,10 @@ double Dice::between(double low, double high) {
 }
 
 double Dice::around() {
-    return between(-1, 1) + between(-1, 1) + between(-1, 1);
+    double sum = between(-1, 1);
+    sum += between(-1, 1);
+    sum += between(-1, 1);
+    return sum;
 }
 
 double smoothNoise(std::uint64_t seed, double x, double y) {

@@ -23,7 +23,8 @@ namespace raincast {
     return static_cast<double>(bits >> 11) / 9007199254740992.0; // 2 to the 53rd
 }
 
-/// A row of throws from one seed.
+/// A row of throws from one seed. An expression has one throw at most: compilers differ in the
+/// order in which they throw several.
 class Dice {
 public:
     explicit Dice(std::uint64_t seed) : m_state(seed) {}

@@ -37,8 +37,8 @@ SampleStorm singleCell(const SampleClimate& climate, std::uint64_t seed, double 
     storm.birthMinute = slotBegin + dice.between(0, kBirthsEvery);
     storm.lifeMinutes = dice.between(45, 110);
     storm.birthPlace = {dice.between(-kWorldKm, kWorldKm), dice.between(-kWorldKm, kWorldKm)};
-    storm.motion = climate.steeringSpeed * dice.between(.8, 1.1) *
-                   towards(climate.steeringAzimuth + 8 * dice.around());
+    const double azimuth = climate.steeringAzimuth + 8 * dice.around();
+    storm.motion = climate.steeringSpeed * dice.between(.8, 1.1) * towards(azimuth);
     storm.mostDbz = dice.between(42, 60);
     storm.sizeKm = dice.between(6, 13);
     return storm;
@@ -56,7 +56,8 @@ SampleStorm supercell(const SampleClimate& climate, std::uint64_t seed, double s
     const double azimuth = climate.steeringAzimuth + dice.between(15, 35);
     storm.motion = climate.steeringSpeed * dice.between(.7, .85) * towards(azimuth);
     // Where it will be in the middle of its life.
-    const PlaneVector middle = dice.between(45, 130) * towards(dice.between(0, 360));
+    const double middleAzimuth = dice.between(0, 360);
+    const PlaneVector middle = dice.between(45, 130) * towards(middleAzimuth);
     storm.birthPlace = middle - storm.lifeMinutes / 2 * storm.motion;
     storm.mostDbz = dice.between(64, 70);
     storm.sizeKm = dice.between(15, 19);

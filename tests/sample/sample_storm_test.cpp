@@ -90,5 +90,20 @@ TEST(SampleStormTest, FramesOfReferenceAgree) {
     EXPECT_LT(vortex.north, 0);
 }
 
+// Servers of other makes show one sky.
+TEST(SampleStormTest, StormsAreTheSameOnEveryMachine) {
+    const SampleClimate climate = sampleClimate("TLX");
+    PlaneVector motions;
+    PlaneVector places;
+    for (const SampleStorm& storm : stormsAt(climate, kMinute, 460)) {
+        motions = motions + storm.motion;
+        places = places + storm.placeAt(kMinute);
+    }
+    EXPECT_NEAR(motions.east, 47.8621216327636, 1e-9);
+    EXPECT_NEAR(motions.north, 21.766324338395, 1e-9);
+    EXPECT_NEAR(places.east, -285.700281823918, 1e-9);
+    EXPECT_NEAR(places.north, 2053.94597207297, 1e-9);
+}
+
 } // namespace
 } // namespace raincast

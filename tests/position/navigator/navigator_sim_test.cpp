@@ -63,6 +63,11 @@ private:
 
 class NavigatorSimTest : public testing::Test {
 protected:
+    void SetUp() override {
+        if (RAINCAST_EMULATED) {
+            GTEST_SKIP() << "an emulated program starts no other";
+        }
+    }
     ~NavigatorSimTest() override { NavigatorWaiting::useHook({}); }
 
     void startSim() {
