@@ -57,13 +57,14 @@ PolarScan decoded(const std::string& bytes) {
 
 /// From a file's bytes to the picture's, never at a place that was drawn before: what follows each
 /// other in a feed is of different sites as often as not.
-void measure(const std::string& name, const std::string& bytes) {
+void measure(const std::string& name, const std::string& bytes, int detail = 1) {
     int drawn = 0;
     const auto render = [&] {
         PolarScan scan = decoded(bytes);
         scan.site.clear();
         scan.latitude += ++drawn * 0.1;
-        static_cast<void>(renderFrame(scan, scan.product));
+        const ImageGeometry image = frameGeometry(scan, rangeOf(scan.product), detail);
+        static_cast<void>(renderFrame(scan, scan.product, image));
     };
     const Ratio ratio = ratioOf(kPairs, render, [] { static_cast<void>(emptyFrame()); });
     std::printf(
@@ -121,7 +122,10 @@ void measureSampleSite() {
 int main() {
     measure("made: 16 levels, 360 x 230", makeLevel3(product(19, 360, 230, false)));
     measure("made: digital, 360 x 460", makeLevel3(product(94, 360, 460, true)));
-    measure("made: digital, 720 x 1840", makeLevel3(product(153, 720, 1840, true)));
+    const std::string sharpest = makeLevel3(product(153, 720, 1840, true));
+    measure("made: digital, 720 x 1840", sharpest);
+    measure("the same, twice as sharp", sharpest, 2);
+    measure("the same, four times as sharp", sharpest, 4);
     if (qEnvironmentVariableIsSet("RAINCAST_TEST_DATA")) {
         measureReal();
     }

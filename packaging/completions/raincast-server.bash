@@ -16,12 +16,16 @@ _raincast_server() {
         COMPREPLY=($(compgen -W "none" -- "$cur"))
         return
         ;;
+    --detail)
+        COMPREPLY=($(compgen -W "1 2 4" -- "$cur"))
+        return
+        ;;
     --replay | --contact | --hours | --listen | --sites) return ;;
     esac
     $split && return
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "--sample --level3 --live --live-frames --live-fallback --live-warnings
-            --replay --contact --hours --listen --publish --sites --once --roads --cache
+            --replay --contact --hours --listen --publish --sites --once --detail --roads --cache
             --end-with-parent --quiet --help --version" -- "$cur"))
     elif ((cword == 1)); then
         COMPREPLY=($(compgen -W "render" -- "$cur"))

@@ -24,6 +24,7 @@ bool tryIndex(const QImage& picture, QRgb mask, Indexed& result) {
     std::unordered_map<QRgb, std::uint8_t> known;
     for (int row = 0; row < picture.height(); ++row) {
         const auto* const line = reinterpret_cast<const QRgb*>(picture.constScanLine(row));
+        std::uint8_t* const indices = result.pixels.row(row);
         for (int column = 0; column < picture.width(); ++column) {
             std::uint8_t index = 0;
             if (qAlpha(line[column]) >= kHalfCovered) {
@@ -38,7 +39,7 @@ bool tryIndex(const QImage& picture, QRgb mask, Indexed& result) {
                 }
                 index = entry->second;
             }
-            result.pixels.push_back(index);
+            indices[column] = index;
         }
     }
     return true;
@@ -50,8 +51,7 @@ std::optional<QByteArray> layerGif(const QImage& picture) {
     const QImage plain = picture.convertToFormat(QImage::Format_ARGB32);
     // Each mask leaves fewer colours; the last at most 64. None of them makes a colour white.
     for (const QRgb mask : {0x00FF'FFFFU, 0x00FC'FCFCU, 0x00F0'F0F0U, 0x00C0'C0C0U}) {
-        Indexed indexed;
-        indexed.pixels.reserve(static_cast<std::size_t>(plain.width()) * plain.height());
+        Indexed indexed{IndexedPicture(plain.width() / kFrameWidth)};
         if (tryIndex(plain, mask, indexed)) {
             if (indexed.colours.size() == 1) {
                 indexed.colours.push_back(0xFF00'0000);

@@ -22,12 +22,12 @@ constexpr QRgb kRimColour = 0xFFE8E8E8;
 
 } // namespace
 
-ImageGeometry frameGeometry(const PolarScan& scan, Range range) {
+ImageGeometry frameGeometry(const PolarScan& scan, Range range, int detail) {
     // The layers of a known site are placed by the tree's own position of its antenna, so its
     // frames must be too; the product's own may be some hundred metres off.
     const AntennaPosition* known = findAntenna(scan.site);
-    return known != nullptr ? ImageGeometry(known->latitude, known->longitude, range)
-                            : ImageGeometry(scan.latitude, scan.longitude, range);
+    return known != nullptr ? ImageGeometry(known->latitude, known->longitude, range, detail)
+                            : ImageGeometry(scan.latitude, scan.longitude, range, detail);
 }
 
 std::optional<QByteArray> renderFrame(const PolarScan& scan, Product as) {
@@ -49,8 +49,7 @@ renderFrame(const PolarScan& scan, Product as, const ImageGeometry& image) {
 }
 
 std::optional<QByteArray> emptyFrame() {
-    const IndexedPicture picture(std::size_t{kFrameWidth} * kFrameHeight, 0);
-    return writeGif(picture, nwsColours(Quantity::reflectivity));
+    return writeGif(IndexedPicture(), nwsColours(Quantity::reflectivity));
 }
 
 } // namespace raincast

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/pixel_places.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -83,21 +82,22 @@ PixelPlaces::PixelPlaces(
     prepareForMathematics();
     const LocalSphere sphere(antennaLatitude, antennaLongitude);
     m_diameterKm = static_cast<float>(2 * sphere.radiusKm());
-    m_rows.reserve(kFrameHeight);
-    for (int row = 0; row < kFrameHeight; ++row) {
+    m_rows.reserve(static_cast<std::size_t>(image.height()));
+    for (int row = 0; row < image.height(); ++row) {
         m_rows.emplace_back(sphere, image.latitudeOfRow(row));
     }
-    m_columns.reserve(kFrameWidth);
-    for (int column = 0; column < kFrameWidth; ++column) {
+    m_columns.reserve(static_cast<std::size_t>(image.width()));
+    for (int column = 0; column < image.width(); ++column) {
         m_columns.emplace_back(sphere.longitude(image.longitudeOfColumn(column)));
     }
-    std::transform(m_columns.begin(), m_columns.end(), m_eastSine.begin(), [](const Angle& east) {
-        return static_cast<float>(east.sine);
-    });
-    std::transform(
-        m_columns.begin(), m_columns.end(), m_eastHaversine.begin(),
-        [](const Angle& east) { return static_cast<float>(east.halfSine * east.halfSine); }
-    );
+    m_eastSine.resize(static_cast<std::size_t>(image.detail()));
+    m_eastHaversine.resize(m_eastSine.size());
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        const Angle& east = m_columns[i];
+        m_eastSine[i / kFrameWidth][i % kFrameWidth] = static_cast<float>(east.sine);
+        m_eastHaversine[i / kFrameWidth][i % kFrameWidth] =
+            static_cast<float>(east.halfSine * east.halfSine);
+    }
 }
 
 PolarPlace PixelPlaces::exact(int row, int column) const {
@@ -118,24 +118,27 @@ PixelPlaces::Line PixelPlaces::lineOf(int row) const {
 
 // The loops below are plain, so that the compiler does several pixels at a time.
 
-void PixelPlaces::place(int row, PolarRow& places) const {
+void PixelPlaces::place(int row, int part, PolarRow& places) const {
     const Line line = lineOf(row);
+    const PixelFigures& eastSine = m_eastSine[static_cast<std::size_t>(part)];
+    const PixelFigures& eastHaversine = m_eastHaversine[static_cast<std::size_t>(part)];
     for (std::size_t i = 0; i < kFrameWidth; ++i) {
-        const float haversine = line.haversineAt(m_eastHaversine[i]);
+        const float haversine = line.haversineAt(eastHaversine[i]);
         const float km = m_diameterKm * arc(std::sqrt(haversine), haversine);
         places.km[i] = km < kFurthestQuickKm ? km : kNowhere;
-        places.tenths[i] =
-            azimuthTenths(m_eastSine[i] * line.cosine, line.northAt(m_eastHaversine[i]));
+        places.tenths[i] = azimuthTenths(eastSine[i] * line.cosine, line.northAt(eastHaversine[i]));
     }
 }
 
-void PixelPlaces::place(int row, PlaneRow& places) const {
+void PixelPlaces::place(int row, int part, PlaneRow& places) const {
     const Line line = lineOf(row);
+    const PixelFigures& eastSine = m_eastSine[static_cast<std::size_t>(part)];
+    const PixelFigures& eastHaversine = m_eastHaversine[static_cast<std::size_t>(part)];
     for (std::size_t i = 0; i < kFrameWidth; ++i) {
-        const float haversine = line.haversineAt(m_eastHaversine[i]);
+        const float haversine = line.haversineAt(eastHaversine[i]);
         const float km = m_diameterKm * arc(std::sqrt(haversine), haversine);
-        const float east = m_eastSine[i] * line.cosine;
-        const float north = line.northAt(m_eastHaversine[i]);
+        const float east = eastSine[i] * line.cosine;
+        const float north = line.northAt(eastHaversine[i]);
         const float kmOfOne =
             (km < kFurthestQuickKm ? km : kNowhere) / std::sqrt(east * east + north * north);
         places.eastKm[i] = east * kmOfOne;

@@ -18,17 +18,20 @@ inline constexpr float kQuickTenths = 1e-3F;
 /// as far.
 inline constexpr float kFurthestQuickKm = 1200;
 
-/// A row of pixels, quickly placed from the antenna: within kQuickTenths and kQuickKm.
+/// Rows of a sharp picture are placed in parts as long as those of the smallest one.
+using PixelFigures = std::array<float, kFrameWidth>;
+
+/// A row of pixels, or a part of one, quickly placed from the antenna: within kQuickTenths and
+/// kQuickKm.
 struct PolarRow {
-    std::array<float, kFrameWidth> tenths; ///< of a degree, clockwise from north; NaN above it
-    std::array<float, kFrameWidth> km;     ///< along the ground
+    PixelFigures tenths; ///< of a degree, clockwise from north; NaN above it
+    PixelFigures km;     ///< along the ground
 };
 
-/// A row of pixels, quickly placed on the plane that keeps directions and distances from the
-/// antenna: within kQuickKm.
+/// The same on the plane that keeps directions and distances from the antenna: within kQuickKm.
 struct PlaneRow {
-    std::array<float, kFrameWidth> eastKm;
-    std::array<float, kFrameWidth> northKm;
+    PixelFigures eastKm;
+    PixelFigures northKm;
 };
 
 /// Where the centres of a picture's pixels lie as an antenna sees them.
@@ -44,8 +47,9 @@ public:
     /// As seenFrom() the pixel's centre.
     [[nodiscard]] PolarPlace exact(int row, int column) const;
 
-    void place(int row, PolarRow& places) const;
-    void place(int row, PlaneRow& places) const;
+    /// `part` counts a row's parts, of which there are as many as the picture's detail says.
+    void place(int row, int part, PolarRow& places) const;
+    void place(int row, int part, PlaneRow& places) const;
 
 private:
     /// What a row's places have in common.
@@ -55,8 +59,8 @@ private:
     float m_diameterKm;
     std::vector<Parallel> m_rows;
     std::vector<Angle> m_columns;
-    std::array<float, kFrameWidth> m_eastSine;
-    std::array<float, kFrameWidth> m_eastHaversine;
+    std::vector<PixelFigures> m_eastSine; ///< of each part
+    std::vector<PixelFigures> m_eastHaversine;
 };
 
 } // namespace raincast

@@ -3,6 +3,7 @@
 
 #include "nexrad/cell_axis.h"
 #include "nexrad/pixel_places.h"
+#include "nexrad/small_cells.h"
 
 #include <algorithm>
 #include <array>
@@ -43,6 +44,34 @@ std::uint8_t polarLevel(const PolarScan& scan, int row, int column) {
     return row == kNoRow ? std::uint8_t{0} : scan.levels[scan.cell(row, column)];
 }
 
+/// Finds the cell of each pixel quickly along two axes, and asks for its exact place where that is
+/// not sure.
+template<typename Row, typename LevelOf, typename ExactLevel>
+void fill(
+    IndexedPicture& picture, const PixelPlaces& places, const CellAxis& rowAxis,
+    PixelFigures Row::*alongRows, const CellAxis& columnAxis, PixelFigures Row::*alongColumns,
+    LevelOf levelOf, ExactLevel exactLevel
+) {
+    Row quick;
+    CellAxis::Cells rows;
+    CellAxis::Cells columns;
+    for (int y = 0; y < picture.height(); ++y) {
+        std::uint8_t* pixel = picture.row(y);
+        for (int part = 0; part < picture.detail(); ++part) {
+            places.place(y, part, quick);
+            rowAxis.find(quick.*alongRows, rows);
+            columnAxis.find(quick.*alongColumns, columns);
+            for (std::size_t x = 0; x < kFrameWidth; ++x, ++pixel) {
+                if (rows[x] >= 0 && columns[x] >= 0) {
+                    *pixel = levelOf(rows[x], columns[x]);
+                } else if (rows[x] != CellAxis::kOutside && columns[x] != CellAxis::kOutside) {
+                    *pixel = exactLevel(places.exact(y, part * kFrameWidth + static_cast<int>(x)));
+                }
+            }
+        }
+    }
+}
+
 void rasterisePolar(const PolarScan& scan, const PixelPlaces& places, IndexedPicture& picture) {
     const auto rows = rowsByAzimuth(scan);
     const double endKm = scan.firstKm + scan.cellKm * scan.columns;
@@ -54,24 +83,14 @@ void rasterisePolar(const PolarScan& scan, const PixelPlaces& places, IndexedPic
         const auto tenth = static_cast<std::size_t>(place.azimuthDegrees * 10.0);
         return polarLevel(scan, rows[tenth], std::min(column, scan.columns - 1));
     };
+    const auto levelOf = [&](int tenth, int column) {
+        return polarLevel(scan, rows[static_cast<std::size_t>(tenth)], column);
+    };
     const CellAxis around(kTenthsOfCircle, 0, 1, kQuickTenths);
     const CellAxis outwards(scan.columns, scan.firstKm, scan.cellKm, kQuickKm);
-    PolarRow quick;
-    CellAxis::Cells tenths;
-    CellAxis::Cells columns;
-    auto pixel = picture.begin();
-    for (int y = 0; y < kFrameHeight; ++y) {
-        places.place(y, quick);
-        around.find(quick.tenths, tenths);
-        outwards.find(quick.km, columns);
-        for (std::size_t x = 0; x < kFrameWidth; ++x, ++pixel) {
-            if (columns[x] >= 0 && tenths[x] >= 0) {
-                *pixel = polarLevel(scan, rows[static_cast<std::size_t>(tenths[x])], columns[x]);
-            } else if (columns[x] != CellAxis::kOutside) {
-                *pixel = exactLevel(places.exact(y, static_cast<int>(x)));
-            }
-        }
-    }
+    fill<PolarRow>(
+        picture, places, around, &PolarRow::tenths, outwards, &PolarRow::km, levelOf, exactLevel
+    );
 }
 
 std::uint8_t rasterLevel(const PolarScan& scan, int row, int column) {
@@ -94,34 +113,26 @@ void rasteriseRaster(const PolarScan& scan, const PixelPlaces& places, IndexedPi
         scan.columns, scan.columns / -2.0 * scan.cellKm, scan.cellKm, kQuickKm
     );
     const CellAxis southwards(scan.rows, scan.rows / 2.0 * scan.cellKm, -scan.cellKm, kQuickKm);
-    PlaneRow quick;
-    CellAxis::Cells columns;
-    CellAxis::Cells rows;
-    auto pixel = picture.begin();
-    for (int y = 0; y < kFrameHeight; ++y) {
-        places.place(y, quick);
-        eastwards.find(quick.eastKm, columns);
-        southwards.find(quick.northKm, rows);
-        for (std::size_t x = 0; x < kFrameWidth; ++x, ++pixel) {
-            if (columns[x] >= 0 && rows[x] >= 0) {
-                *pixel = rasterLevel(scan, rows[x], columns[x]);
-            } else if (columns[x] != CellAxis::kOutside && rows[x] != CellAxis::kOutside) {
-                *pixel = exactLevel(places.exact(y, static_cast<int>(x)));
-            }
-        }
-    }
+    const auto levelOf = [&](int row, int column) { return rasterLevel(scan, row, column); };
+    fill<PlaneRow>(
+        picture, places, southwards, &PlaneRow::northKm, eastwards, &PlaneRow::eastKm, levelOf,
+        exactLevel
+    );
 }
 
 } // namespace
 
 IndexedPicture rasterise(const PolarScan& scan, const ImageGeometry& image) {
-    IndexedPicture picture(std::size_t{kFrameWidth} * kFrameHeight, 0);
+    IndexedPicture picture(image.detail());
     if (!fits(scan)) {
         return picture;
     }
     const PixelPlaces places(image, scan.latitude, scan.longitude);
     if (scan.layout == CellLayout::polar) {
         rasterisePolar(scan, places, picture);
+        if (image.detail() > 1) {
+            showSmallCells(scan, image, picture);
+        }
     } else {
         rasteriseRaster(scan, places, picture);
     }

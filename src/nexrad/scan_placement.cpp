@@ -56,6 +56,24 @@ double LocalSphere::longitude(double degrees) const {
     return std::remainder(degrees * kDegree - m_longitude, 2 * kPi) * m_stretch;
 }
 
+SpherePlace LocalSphere::placeAt(double azimuthDegrees, double km) const {
+    const double arc = km / m_radiusKm;
+    const double azimuth = azimuthDegrees * kDegree;
+    const double sine = std::sin(m_sphereLatitude);
+    const double cosine = std::cos(m_sphereLatitude);
+    const double placeSine = sine * std::cos(arc) + cosine * std::sin(arc) * std::cos(azimuth);
+    const double east =
+        std::atan2(std::sin(azimuth) * std::sin(arc) * cosine, std::cos(arc) - sine * placeSine);
+    // latitude() the other way round; each step leaves a thousandth of the error.
+    const double northKm =
+        (std::asin(std::clamp(placeSine, -1., 1.)) - m_sphereLatitude) * m_radiusKm;
+    double north = northKm / meridianRadiusKm(m_latitude);
+    for (int i = 0; i < 2; ++i) {
+        north = northKm / meridianRadiusKm(m_latitude + north / 2);
+    }
+    return {(m_latitude + north) / kDegree, (m_longitude + east / m_stretch) / kDegree};
+}
+
 Parallel::Parallel(const LocalSphere& sphere, double latitudeDegrees)
     : m_diameterKm(2 * sphere.radiusKm()), m_antenna(sphere.antennaLatitude()),
       m_place(sphere.latitude(latitudeDegrees)),

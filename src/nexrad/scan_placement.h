@@ -28,6 +28,12 @@ struct Angle {
     double halfSine;
 };
 
+/// A place on the ellipsoid, in degrees.
+struct SpherePlace {
+    double latitude;
+    double longitude;
+};
+
 /// Gauss's sphere for one antenna: latitudes and longitudes on it are such that it fits the
 /// ellipsoid to the third order around the antenna. All angles but the constructor's are radians.
 class LocalSphere {
@@ -42,6 +48,10 @@ public:
 
     /// East of the antenna; the short way round the globe.
     [[nodiscard]] double longitude(double degrees) const;
+
+    /// Where a place lies that the antenna sees in a direction (degrees clockwise from north) at a
+    /// distance along the ground: what seenFrom() makes of it is the same, within a metre.
+    [[nodiscard]] SpherePlace placeAt(double azimuthDegrees, double km) const;
 
 private:
     double m_latitude;

@@ -37,7 +37,8 @@ int serve(int argc, char** argv, const ServeOptions& options, EndSignals& signal
 
 int render(const RenderOptions& options) {
     return renderCommand(
-        options.file.toStdString(), options.outFile.toStdString(), std::cout, std::cerr
+        options.file.toStdString(), options.outFile.toStdString(), options.detail, std::cout,
+        std::cerr
     );
 }
 

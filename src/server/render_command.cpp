@@ -66,7 +66,8 @@ std::string summary(const PolarScan& scan) {
 } // namespace
 
 int renderCommand(
-    const std::string& file, const std::string& outFile, std::ostream& out, std::ostream& err
+    const std::string& file, const std::string& outFile, int detail, std::ostream& out,
+    std::ostream& err
 ) {
     const auto bytes = readWhole(QString::fromStdString(file), kLargestFile);
     if (!bytes) {
@@ -80,14 +81,15 @@ int renderCommand(
     }
     const PolarScan& scan = *result;
     const QString name = QString::fromStdString(outFile);
-    const auto picture = renderFrame(scan, scan.product);
+    const ImageGeometry image = frameGeometry(scan, rangeOf(scan.product), detail);
+    const auto picture = renderFrame(scan, scan.product, image);
     if (!picture) {
         err << file << ": no memory for its picture.\n";
         return 1;
     }
-    const std::string world = frameGeometry(scan, rangeOf(scan.product)).worldFile();
     std::array outputs{
-        Output{name, *picture}, Output{worldFileName(name), QByteArray::fromStdString(world)}};
+        Output{name, *picture},
+        Output{worldFileName(name), QByteArray::fromStdString(image.worldFile())}};
     if (!writeAll(outputs, err)) {
         return 1;
     }

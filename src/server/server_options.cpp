@@ -43,6 +43,10 @@ QList<QCommandLineOption> options() {
         option("publish", "Write the whole tree as files to a folder.", "DIR"),
         option("sites", "Publish these sites only.", "SSS,SSS..."),
         option("once", "Publish once, then end."),
+        option(
+            "detail", "With render: pixels in the place of one, across and down: 1, 2 or 4.", "N",
+            "1"
+        ),
         option("roads", "The lines of the highways layer: GeoJSON or a shapefile.", "FILE"),
         option("cache", "The folder that keeps painted layers, frames and products.", "DIR"),
         option("end-with-parent", "End when the program that started this one ends."),
@@ -212,6 +216,16 @@ Reading readRest(const QCommandLineParser& parser, ServeOptions& result) {
     return {};
 }
 
+/// The command's words, "render" first.
+tl::expected<ServerOptions, QString>
+readRender(const QCommandLineParser& parser, const QStringList& words) {
+    const QString detail = parser.value(QStringLiteral("detail"));
+    if (detail != u"1" && detail != u"2" && detail != u"4") {
+        return tl::unexpected(QStringLiteral("--detail takes 1, 2 or 4."));
+    }
+    return RenderOptions{words[1], words[2], detail.toInt()};
+}
+
 tl::expected<ServerOptions, QString> readCommand(const CommandLine& line) {
     const QCommandLineParser& parser = line.parser();
     if (const auto values = line.requireValues(options()); !values) {
@@ -219,7 +233,10 @@ tl::expected<ServerOptions, QString> readCommand(const CommandLine& line) {
     }
     const QStringList words = parser.positionalArguments();
     if (words.size() == 3 && words[0] == u"render") {
-        return RenderOptions{words[1], words[2]};
+        return readRender(parser, words);
+    }
+    if (parser.isSet(QStringLiteral("detail"))) {
+        return tl::unexpected(QStringLiteral("--detail goes with render."));
     }
     if (!words.isEmpty()) {
         return tl::unexpected(QStringLiteral("The only command is: render FILE OUT.gif"));

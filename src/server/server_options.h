@@ -59,6 +59,7 @@ struct ServeOptions {
 struct RenderOptions {
     QString file;
     QString outFile;
+    int detail = 1; ///< 2 or 4: of a sharp picture
 };
 
 using ServerOptions = std::variant<ServeOptions, RenderOptions>;

@@ -64,11 +64,10 @@ void draw(QPainter& painter, const ImageGeometry& image, const WeatherWarning& w
 }
 
 IndexedPicture indexed(const QImage& canvas) {
-    IndexedPicture picture;
-    picture.reserve(std::size_t{kFrameWidth} * kFrameHeight);
-    for (int row = 0; row < kFrameHeight; ++row) {
+    IndexedPicture picture(canvas.width() / kFrameWidth);
+    for (int row = 0; row < canvas.height(); ++row) {
         const auto* pixels = reinterpret_cast<const QRgb*>(canvas.constScanLine(row));
-        std::transform(pixels, pixels + kFrameWidth, std::back_inserter(picture), [](QRgb pixel) {
+        std::transform(pixels, pixels + canvas.width(), picture.row(row), [](QRgb pixel) {
             const auto* found = std::find(colours().begin(), colours().end(), pixel);
             return static_cast<std::uint8_t>((found - colours().begin()) % kColourCount);
         });
@@ -80,7 +79,7 @@ IndexedPicture indexed(const QImage& canvas) {
 
 std::optional<QByteArray>
 renderWarnings(const ImageGeometry& image, const WeatherWarnings& warnings) {
-    QImage canvas(kFrameWidth, kFrameHeight, QImage::Format_RGB32);
+    QImage canvas(image.width(), image.height(), QImage::Format_RGB32);
     canvas.fill(kTransparentWhite);
     {
         QPainter painter(&canvas);

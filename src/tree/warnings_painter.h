@@ -11,7 +11,7 @@
 namespace raincast {
 
 /// The picture of warnings: outlines and those of holes on transparent white, the bytes of a GIF of
-/// 600 × 550 pixels. The most dangerous lie over the others. What is made up is marked.
+/// the geometry's size. The most dangerous lie over the others. What is made up is marked.
 [[nodiscard]] std::optional<QByteArray>
 renderWarnings(const ImageGeometry& image, const WeatherWarnings& warnings);
 

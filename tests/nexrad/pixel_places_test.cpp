@@ -55,8 +55,8 @@ Error errorOf(const AntennaPosition& antenna, Range range) {
     PolarRow polar;
     PlaneRow plane;
     for (int row = 0; row<kFrameHeight; row += row> 265 && row < 285 ? 1 : 61) {
-        places.place(row, polar);
-        places.place(row, plane);
+        places.place(row, 0, polar);
+        places.place(row, 0, plane);
         for (std::size_t i = 0; i < kFrameWidth; ++i) {
             error.add(
                 places.exact(row, static_cast<int>(i)), polar.km[i], polar.tenths[i],
@@ -84,8 +84,8 @@ TEST(PixelPlacesTest, TheAntennaItselfLiesInNoDirection) {
     const PixelPlaces places(image, image.latitudeOfRow(200), image.longitudeOfColumn(100));
     PolarRow polar;
     PlaneRow plane;
-    places.place(200, polar);
-    places.place(200, plane);
+    places.place(200, 0, polar);
+    places.place(200, 0, plane);
     EXPECT_NEAR(polar.km[100], 0, 1e-3);
     EXPECT_TRUE(std::isnan(polar.tenths[100]) || polar.km[100] > 0);
     EXPECT_TRUE(std::isnan(plane.eastKm[100]) || std::abs(plane.eastKm[100]) < 1e-3);
@@ -96,8 +96,8 @@ TEST(PixelPlacesTest, WhatNoRadarSeesHasNoQuickPlace) {
     const PixelPlaces places(image, 35, -97);
     PolarRow polar;
     PlaneRow plane;
-    places.place(0, polar);
-    places.place(0, plane);
+    places.place(0, 0, polar);
+    places.place(0, 0, plane);
     EXPECT_TRUE(std::isnan(polar.km[0]));
     EXPECT_TRUE(std::isnan(plane.eastKm[0]));
     EXPECT_TRUE(std::isnan(plane.northKm[0]));

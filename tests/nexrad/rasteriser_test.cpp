@@ -39,7 +39,7 @@ PolarScan quarters() {
 int at(const IndexedPicture& picture, double eastKm, double northKm) {
     const int column = static_cast<int>(299.5 + eastKm / .8 + .5);
     const int row = static_cast<int>(274.5 - northKm / .974 + .5);
-    return picture[static_cast<std::size_t>(row * kFrameWidth + column)];
+    return picture.row(row)[column];
 }
 
 TEST(RasteriserTest, APixelShowsTheCellUnderItsCentre) {
@@ -118,7 +118,7 @@ TEST(RasteriserTest, TablesThatDoNotFitShowNothing) {
     scans[4].cellKm = 0;
     scans[5] = PolarScan();
     scans[6].radials.clear();
-    const IndexedPicture nothing(600U * 550U, 0);
+    const IndexedPicture nothing;
     for (std::size_t i = 0; i < scans.size(); ++i) {
         EXPECT_EQ(rasterise(scans[i], kImage), nothing) << i;
     }
@@ -187,8 +187,7 @@ std::ptrdiff_t wrongPixels(PolarScan scan, const DrawnAt& antenna, Range range) 
                 antenna.latitude, antenna.longitude, image.latitudeOfRow(row),
                 image.longitudeOfColumn(column)
             );
-            const auto index = static_cast<std::size_t>(row * kFrameWidth + column);
-            wrong += picture[index] != levelAt(scan, place) ? 1 : 0;
+            wrong += picture.row(row)[column] != levelAt(scan, place) ? 1 : 0;
         }
     }
     return wrong;

@@ -30,10 +30,10 @@ protected:
         QFile file(QString::fromStdString(path(name)));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    int render(const char* in, const char* out) {
+    int render(const char* in, const char* out, int detail = 1) {
         m_out.str("");
         m_err.str("");
-        return renderCommand(path(in), path(out), m_out, m_err);
+        return renderCommand(path(in), path(out), detail, m_out, m_err);
     }
 
     QTemporaryDir m_folder;
@@ -50,6 +50,19 @@ TEST_F(RenderCommandTest, APictureItsWorldFileAndOneLine) {
     EXPECT_EQ(
         read("out.gfw").toStdString(), ImageGeometry(35.32, -97.27, Range::shortRange).worldFile()
     );
+}
+
+TEST_F(RenderCommandTest, ASharpPictureLiesInTheSamePlace) {
+    write("product", makeLevel3({}));
+    EXPECT_EQ(render("product", "out.gif", 4), 0);
+    EXPECT_EQ(decodeImage(read("out.gif")).size(), QSize(2400, 2200));
+    // World files name the centre of the first pixel.
+    const ImageGeometry small(35.32, -97.27, Range::shortRange);
+    const QList<QByteArray> lines = read("out.gfw").split('\n');
+    ASSERT_GE(lines.size(), 6);
+    EXPECT_NEAR(lines[0].toDouble(), small.degreesPerPixel() / 4, 1e-11);
+    EXPECT_NEAR(lines[4].toDouble(), small.longitudeOfColumn(-.375), 1e-11);
+    EXPECT_NEAR(lines[5].toDouble(), small.latitudeOfRow(-.375), 1e-11);
 }
 
 TEST_F(RenderCommandTest, AProductWithoutAPictureSaysWhy) {

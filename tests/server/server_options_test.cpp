@@ -83,6 +83,10 @@ TEST(ServerOptionsTest, Renders) {
     ASSERT_NE(render, nullptr);
     EXPECT_EQ(render->file, "in");
     EXPECT_EQ(render->outFile, "out.gif");
+    EXPECT_EQ(render->detail, 1);
+    const auto sharp = read({"render", "in", "out.gif", "--detail", "4"});
+    ASSERT_TRUE(sharp.has_value());
+    EXPECT_EQ(std::get<RenderOptions>(*sharp).detail, 4);
 }
 
 TEST(ServerOptionsTest, AnswersForHelpAndVersion) {
@@ -114,6 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         WrongRow{{"--nothing"}, "nothing"}, WrongRow{{"render", "in"}, "render FILE OUT.gif"},
         WrongRow{{"serve"}, "render FILE OUT.gif"},
+        WrongRow{{"render", "in", "out.gif", "--detail", "3"}, "--detail takes 1, 2 or 4"},
+        WrongRow{{"--detail", "2"}, "--detail goes with render"},
         WrongRow{{"--sample", "--level3", "d"}, "exclude"}, WrongRow{{"--hours", "49"}, "0 to 48"},
         WrongRow{{"--hours", "x"}, "0 to 48"}, WrongRow{{"--hours", "-1"}, "0 to 48"},
         WrongRow{{"--hours", "0"}, "--level3"}, WrongRow{{"--once"}, "--publish"},

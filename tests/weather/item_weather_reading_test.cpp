@@ -41,9 +41,9 @@ protected:
     ~ItemWeatherReadingTest() override { ReadingSetting::restore(m_setting); }
 
     static QByteArray stormAt(int column) {
-        IndexedPicture picture(std::size_t{600} * 550, 0);
+        IndexedPicture picture;
         for (int i = 0; i < 400; ++i) {
-            picture[static_cast<std::size_t>((265 + i / 20) * 600 + column + i % 20)] = 9;
+            picture.row(265 + i / 20)[column + i % 20] = 9;
         }
         return writeGif(picture, nwsColours(Quantity::reflectivity)).value_or(QByteArray());
     }

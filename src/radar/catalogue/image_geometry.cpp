@@ -14,26 +14,28 @@ constexpr double kDegree = 3.14159265358979323846 / 180;
 
 } // namespace
 
-ImageGeometry::ImageGeometry(double latitude, double longitude, Range range)
-    : m_latitude(latitude), m_longitude(longitude),
+ImageGeometry::ImageGeometry(double latitude, double longitude, Range range, int detail)
+    : m_latitude(latitude), m_longitude(longitude), m_detail(detail),
       m_step(
-          kShortStepAtEquator / std::cos(latitude * kDegree) * (range == Range::longRange ? 2 : 1)
-      ) {}
+          kShortStepAtEquator / std::cos(latitude * kDegree) * (range == Range::longRange ? 2 : 1) /
+          detail
+      ),
+      m_antennaColumn(width() / 2.0 - .5), m_antennaRow(height() / 2.0 - .5) {}
 
 double ImageGeometry::latitudeOfRow(double row) const {
-    return m_latitude + (kAntennaRow - row) * m_step;
+    return m_latitude + (m_antennaRow - row) * m_step;
 }
 
 double ImageGeometry::longitudeOfColumn(double column) const {
-    return m_longitude + (column - kAntennaColumn) * m_step;
+    return m_longitude + (column - m_antennaColumn) * m_step;
 }
 
 double ImageGeometry::rowOfLatitude(double latitude) const {
-    return kAntennaRow - (latitude - m_latitude) / m_step;
+    return m_antennaRow - (latitude - m_latitude) / m_step;
 }
 
 double ImageGeometry::columnOfLongitude(double longitude) const {
-    return kAntennaColumn + (longitude - m_longitude) / m_step;
+    return m_antennaColumn + (longitude - m_longitude) / m_step;
 }
 
 std::string ImageGeometry::worldFile() const {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image/gif_writer.h"
 
-#include "radar/catalogue/image_geometry.h"
-
 #include <gif_lib.h>
 
 #include <algorithm>
@@ -36,23 +34,25 @@ ColourMap colourMap(std::span<const QRgb> colours) {
     );
 }
 
-bool writeHead(GifFileType* gif, const ColorMapObject* map) {
+bool writeHead(GifFileType* gif, const IndexedPicture& picture, const ColorMapObject* map) {
     GraphicsControlBlock control{};
     control.TransparentColor = 0;
     std::array<GifByteType, 4> extension{};
     EGifGCBToExtension(&control, extension.data());
     EGifSetGifVersion(gif, true);
-    return EGifPutScreenDesc(gif, kFrameWidth, kFrameHeight, map->BitsPerPixel, 0, map) == GIF_OK &&
+    const int width = picture.width();
+    const int height = picture.height();
+    return EGifPutScreenDesc(gif, width, height, map->BitsPerPixel, 0, map) == GIF_OK &&
            EGifPutExtension(
                gif, GRAPHICS_EXT_FUNC_CODE, static_cast<int>(extension.size()), extension.data()
            ) == GIF_OK &&
-           EGifPutImageDesc(gif, 0, 0, kFrameWidth, kFrameHeight, false, nullptr) == GIF_OK;
+           EGifPutImageDesc(gif, 0, 0, width, height, false, nullptr) == GIF_OK;
 }
 
 bool writeRows(GifFileType* gif, IndexedPicture picture) {
     // The library does not change the pixels but takes a pointer that could.
-    for (std::size_t row = 0; row < kFrameHeight; ++row) {
-        if (EGifPutLine(gif, picture.data() + row * kFrameWidth, kFrameWidth) != GIF_OK) {
+    for (int row = 0; row < picture.height(); ++row) {
+        if (EGifPutLine(gif, picture.row(row), picture.width()) != GIF_OK) {
             return false;
         }
     }
@@ -68,7 +68,7 @@ std::optional<QByteArray> writeGif(const IndexedPicture& picture, std::span<cons
     if (gif == nullptr) {
         return std::nullopt;
     }
-    const bool written = writeHead(gif, map.get()) && writeRows(gif, picture);
+    const bool written = writeHead(gif, picture, map.get()) && writeRows(gif, picture);
     const bool closed = EGifCloseFile(gif, nullptr) == GIF_OK;
     return written && closed ? std::optional(bytes) : std::nullopt;
 }

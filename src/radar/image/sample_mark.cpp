@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image/sample_mark.h"
 
-#include "radar/catalogue/image_geometry.h"
-
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -32,10 +30,12 @@ constexpr std::array kWords = {
     Corner{460, 310}, Corner{265, 420}, Corner{10, 526},  Corner{520, 526},
 };
 
+/// The corner and the size are those in the smallest picture.
 void fill(IndexedPicture& picture, int left, int top, int size, std::uint8_t index) {
-    for (int row = top; row < top + size; ++row) {
-        const auto begin = picture.begin() + std::ptrdiff_t{row} * kFrameWidth + left;
-        std::fill(begin, begin + size, index);
+    const int detail = picture.detail();
+    for (int row = top * detail; row < (top + size) * detail; ++row) {
+        std::uint8_t* const begin = picture.row(row) + std::ptrdiff_t{left} * detail;
+        std::fill(begin, begin + std::ptrdiff_t{size} * detail, index);
     }
 }
 

@@ -46,5 +46,22 @@ TEST(ImageGeometryTest, TheWorldFileSaysTheSameInSixNumbersWithDecimalPoints) {
     EXPECT_NEAR(lines[5].toDouble(), image.latitudeOfRow(0), 1e-11);
 }
 
+TEST(ImageGeometryTest, ASharpPictureCoversTheSameGround) {
+    const ImageGeometry small(35, -97, Range::shortRange);
+    for (const int detail : {2, 4}) {
+        const ImageGeometry image(35, -97, Range::shortRange, detail);
+        EXPECT_EQ(image.width(), 600 * detail);
+        EXPECT_EQ(image.height(), 550 * detail);
+        EXPECT_NEAR(image.longitudeOfColumn(-.5), small.longitudeOfColumn(-.5), 1e-12);
+        EXPECT_NEAR(
+            image.longitudeOfColumn(image.width() - .5), small.longitudeOfColumn(599.5), 1e-12
+        );
+        EXPECT_NEAR(image.latitudeOfRow(-.5), small.latitudeOfRow(-.5), 1e-12);
+        EXPECT_NEAR(image.latitudeOfRow(image.height() - .5), small.latitudeOfRow(549.5), 1e-12);
+        EXPECT_NEAR(image.columnOfLongitude(-97), image.width() / 2 - .5, 1e-9);
+        EXPECT_NEAR(image.rowOfLatitude(35), image.height() / 2 - .5, 1e-9);
+    }
+}
+
 } // namespace
 } // namespace raincast

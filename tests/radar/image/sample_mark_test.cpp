@@ -9,7 +9,7 @@ namespace raincast {
 namespace {
 
 IndexedPicture marked(std::uint8_t ground) {
-    IndexedPicture picture(600U * 550U, ground);
+    IndexedPicture picture(1, ground);
     markAsSample(picture, 16, 17);
     return picture;
 }
@@ -17,7 +17,7 @@ IndexedPicture marked(std::uint8_t ground) {
 int inkIn(const IndexedPicture& picture, int left, int top, int width, int height) {
     int ink = 0;
     for (int row = top; row < top + height; ++row) {
-        const auto begin = picture.begin() + row * 600 + left;
+        const auto* const begin = picture.row(row) + left;
         ink += static_cast<int>(std::count(begin, begin + width, 16));
     }
     return ink;
@@ -29,8 +29,8 @@ constexpr int kInkOfWord = 4 * 95;
 TEST(SampleMarkTest, TheWordStandsSmallInTheLowerLeftCorner) {
     const IndexedPicture picture = marked(7);
     EXPECT_EQ(inkIn(picture, 0, 520, 90, 30), kInkOfWord);
-    EXPECT_EQ(picture[539 * 600 + 14], 16); // its lowest pixels
-    EXPECT_EQ(picture[545 * 600 + 14], 7);
+    EXPECT_EQ(picture.row(539)[14], 16); // its lowest pixels
+    EXPECT_EQ(picture.row(545)[14], 7);
 }
 
 TEST(SampleMarkTest, ASmallWindowOnTheAntennaShowsAWholeWord) {
@@ -47,22 +47,34 @@ TEST(SampleMarkTest, ASmallWindowAnywhereShowsMostOfAWord) {
 }
 
 TEST(SampleMarkTest, WordsCoverLittleOfThePicture) {
-    const IndexedPicture picture = marked(7);
+    const std::vector<std::uint8_t> picture = marked(7).pixels();
     EXPECT_LT(
         picture.size() - static_cast<std::size_t>(std::count(picture.begin(), picture.end(), 7)),
         picture.size() / 40
     );
 }
 
+TEST(SampleMarkTest, ASharpPictureHasTheWordsInTheSamePlaces) {
+    IndexedPicture sharp(2, 7);
+    markAsSample(sharp, 16, 17);
+    const IndexedPicture picture = marked(7);
+    for (int row = 0; row < sharp.height(); ++row) {
+        for (int column = 0; column < sharp.width(); ++column) {
+            ASSERT_EQ(sharp.row(row)[column], picture.row(row / 2)[column / 2]);
+        }
+    }
+}
+
 TEST(SampleMarkTest, ARimSurroundsEveryLetter) {
-    IndexedPicture picture(600U * 550U, 0);
+    IndexedPicture picture;
     markAsSample(picture, 1, 2);
-    for (std::size_t i = 600; i < picture.size() - 600; ++i) {
-        if (picture[i] != 1) {
+    const std::vector<std::uint8_t>& pixels = picture.pixels();
+    for (std::size_t i = 600; i < pixels.size() - 600; ++i) {
+        if (pixels[i] != 1) {
             continue;
         }
         for (const std::size_t neighbour : {i - 1, i + 1, i - 600, i + 600}) {
-            ASSERT_NE(picture[neighbour], 0) << i;
+            ASSERT_NE(pixels[neighbour], 0) << i;
         }
     }
 }
