@@ -12,6 +12,10 @@ target_compile_options(raincast_options INTERFACE
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(raincast_options INTERFACE -Wno-restrict -Wno-stringop-overflow)
 endif()
+# What a mistake of ours may lead to is an end with a message, not somebody else's code.
+target_compile_definitions(raincast_options INTERFACE _GLIBCXX_ASSERTIONS)
+target_compile_options(raincast_options INTERFACE -fstack-clash-protection -fstack-protector-strong)
+target_link_options(raincast_options INTERFACE -Wl,-z,relro,-z,now)
 # A processor that multiplies and adds in one step rounds once instead of twice: pixels and positions
 # would differ from one machine to another.
 target_compile_options(raincast_options INTERFACE -ffp-contract=off)
