@@ -91,7 +91,8 @@ public:
     void prepareWarnings(Ready ready);
     std::vector<WeatherWarning> warnings(FileTime time);
     std::vector<FileTime> frameTimes(std::string_view site, Product product, FileTime upTo);
-    std::optional<QByteArray> frame(std::string_view site, Product product, FileTime minute);
+    std::optional<QByteArray>
+    frame(std::string_view site, Product product, FileTime minute, int detail);
     FrameStamp stamp(std::string_view site, Product product, FileTime minute);
     SourceState state(std::string_view site, Product product);
     [[nodiscard]] SourceCounts counts() const { return {m_read, m_failed}; }
@@ -330,7 +331,7 @@ void LiveSource::Engine::lose(const LiveObject& object, LiveFeed::Loss loss) {
 }
 
 std::optional<QByteArray>
-LiveSource::Engine::frame(std::string_view site, Product product, FileTime minute) {
+LiveSource::Engine::frame(std::string_view site, Product product, FileTime minute, int detail) {
     std::vector<LiveObject> objects;
     const AntennaPosition* antenna = findAntenna(site);
     if (antenna == nullptr) {
@@ -345,7 +346,7 @@ LiveSource::Engine::frame(std::string_view site, Product product, FileTime minut
     if (const ClosedSite* const closed = findClosedSite(site, now())) {
         antenna = &closed->follower;
     }
-    const ImageGeometry image(antenna->latitude, antenna->longitude, rangeOf(product));
+    const ImageGeometry image(antenna->latitude, antenna->longitude, rangeOf(product), detail);
     for (const LiveObject& object : objects) {
         if (const auto scan = scanOf(object, product)) {
             return renderFrame(*scan, product, image);
@@ -475,7 +476,13 @@ LiveSource::frameTimes(std::string_view site, Product product, FileTime upTo) co
 
 std::optional<QByteArray>
 LiveSource::frame(std::string_view site, Product product, FileTime time) const {
-    return m_engine->frame(site, product, time);
+    return m_engine->frame(site, product, time, 1);
+}
+
+std::optional<QByteArray> LiveSource::sharpFrame(
+    std::string_view site, Product product, FileTime time, int detail
+) const {
+    return m_engine->frame(site, product, time, detail);
 }
 
 FrameStamp LiveSource::stamp(std::string_view site, Product product, FileTime time) const {

@@ -13,7 +13,6 @@ namespace raincast {
 
 namespace {
 
-constexpr int kRadials = 360;
 constexpr std::uint8_t kFoldedCell = 1;
 constexpr int kFirstCell = 2;
 
@@ -63,8 +62,9 @@ void setTables(PolarScan& scan, Coding coding) {
 }
 
 void fillPolar(PolarScan& scan, Coding coding, const SampleGrid& values) {
-    for (int radial = 0; radial < kRadials; ++radial) {
-        scan.radials.push_back({radial * 10, 10});
+    const int width = 3600 / scan.rows;
+    for (int radial = 0; radial < scan.rows; ++radial) {
+        scan.radials.push_back({radial * width, width});
     }
     scan.cells.reserve(values.size());
     for (const float value : values) {
@@ -95,18 +95,36 @@ struct Volume {
     }
 };
 
-/// The echoes of the lowest beam, in dBZ.
-SampleGrid lowestBeam(const SampleSky& sky, int columns, double cellKm) {
-    SampleGrid echoes;
-    echoes.reserve(std::size_t{kRadials} * static_cast<std::size_t>(columns));
-    for (int radial = 0; radial < kRadials; ++radial) {
-        const PlaneVector direction = towards(radial + .5);
-        for (int bin = 0; bin < columns; ++bin) {
-            echoes.push_back(static_cast<float>(sky.lowestBeamDbz((bin + .5) * cellKm * direction))
-            );
-        }
+/// The radials of a scan.
+struct Rays {
+    int count;
+    int columns;
+    double cellKm;
+
+    explicit Rays(const PolarScan& scan)
+        : count(scan.rows), columns(scan.columns), cellKm(scan.cellKm) {}
+
+    [[nodiscard]] PlaneVector direction(int radial) const {
+        return towards((radial + .5) * (360. / count));
     }
-    return echoes;
+    /// Calls with the direction of each radial, then with the place of each of its cells.
+    template<typename At>
+    [[nodiscard]] SampleGrid grid(At at) const {
+        SampleGrid result;
+        result.reserve(static_cast<std::size_t>(count) * static_cast<std::size_t>(columns));
+        for (int radial = 0; radial < count; ++radial) {
+            const PlaneVector towardsCells = direction(radial);
+            for (int bin = 0; bin < columns; ++bin) {
+                result.push_back(static_cast<float>(at((bin + .5) * cellKm * towardsCells)));
+            }
+        }
+        return result;
+    }
+};
+
+/// The echoes of the lowest beam, in dBZ.
+SampleGrid lowestBeam(const SampleSky& sky, const Rays& rays) {
+    return rays.grid([&](PlaneVector place) { return sky.lowestBeamDbz(place); });
 }
 
 /// The velocity of the echo at a place, in knots away from the radar.
@@ -131,18 +149,10 @@ float radialKnots(const Volume& volume, const SampleSky& sky, PlaneVector place,
 }
 
 SampleGrid radialVelocities(
-    const Volume& volume, const SampleSky& sky, const SampleGrid& echoes, int columns
+    const Volume& volume, const SampleSky& sky, const SampleGrid& echoes, const Rays& rays
 ) {
-    SampleGrid velocities;
-    velocities.reserve(echoes.size());
     auto echo = echoes.begin();
-    for (int radial = 0; radial < kRadials; ++radial) {
-        const PlaneVector direction = towards(radial + .5);
-        for (int bin = 0; bin < columns; ++bin) {
-            velocities.push_back(radialKnots(volume, sky, (bin + .5) * direction, *echo++));
-        }
-    }
-    return velocities;
+    return rays.grid([&](PlaneVector place) { return radialKnots(volume, sky, place, *echo++); });
 }
 
 /// A storm total begins again every six hours, with three hours of rain in it.
@@ -173,7 +183,7 @@ constexpr double kSecondTripKm = 180; // more: what velocity looks for behind it
 
 void fillLongRange(PolarScan& scan, const Volume& volume, Coding coding) {
     const SampleSky sky(volume.climate, volume.minute, 2 * kReachKm);
-    fillPolar(scan, coding, lowestBeam(sky, scan.columns, scan.cellKm));
+    fillPolar(scan, coding, lowestBeam(sky, Rays(scan)));
 }
 
 void fillComposite(PolarScan& scan, const Volume& volume, Coding coding) {
@@ -183,28 +193,27 @@ void fillComposite(PolarScan& scan, const Volume& volume, Coding coding) {
     fillRaster(scan, coding, kReachKm, [&](PlaneVector place) { return sky.compositeDbz(place); });
 }
 
-/// The lowest beam's echoes on cells of one kilometre: base reflectivity, and the
-/// echoes that velocities are measured of.
-std::shared_ptr<const SampleGrid> baseEchoes(const Volume& volume, int columns) {
-    return volume.memory.get(volume.key(SampleMemory::Kind::echoes, columns), [&] {
-        return lowestBeam(SampleSky(volume.climate, volume.minute, kReachKm), columns, 1);
+/// The lowest beam's echoes: base reflectivity, and what velocities are measured of.
+std::shared_ptr<const SampleGrid> baseEchoes(const Volume& volume, const Rays& rays) {
+    return volume.memory.get(volume.key(SampleMemory::Kind::echoes, rays.columns), [&] {
+        return lowestBeam(SampleSky(volume.climate, volume.minute, kReachKm), rays);
     });
 }
 
-std::shared_ptr<const SampleGrid> baseVelocities(const Volume& volume, int columns) {
-    return volume.memory.get(volume.key(SampleMemory::Kind::velocities, columns), [&] {
+std::shared_ptr<const SampleGrid> baseVelocities(const Volume& volume, const Rays& rays) {
+    return volume.memory.get(volume.key(SampleMemory::Kind::velocities, rays.columns), [&] {
         const SampleSky sky(volume.climate, volume.minute, kReachKm + kSecondTripKm);
-        return radialVelocities(volume, sky, *baseEchoes(volume, columns), columns);
+        return radialVelocities(volume, sky, *baseEchoes(volume, rays), rays);
     });
 }
 
 /// The storms' mean motion taken from each radial.
-SampleGrid stormRelative(const Volume& volume, SampleGrid velocities, int columns) {
+SampleGrid stormRelative(const Volume& volume, SampleGrid velocities, const Rays& rays) {
     const PlaneVector motion = stormMotionKnots(volume.climate);
     auto velocity = velocities.begin();
-    for (int radial = 0; radial < kRadials; ++radial) {
-        const auto less = static_cast<float>(motion.dot(towards(radial + .5)));
-        for (int bin = 0; bin < columns; ++bin) {
+    for (int radial = 0; radial < rays.count; ++radial) {
+        const auto less = static_cast<float>(motion.dot(rays.direction(radial)));
+        for (int bin = 0; bin < rays.columns; ++bin) {
             *velocity++ -= less;
         }
     }
@@ -218,22 +227,14 @@ void fillPrecipitation(PolarScan& scan, const Volume& volume, Coding coding) {
     const SampleAccumulation fallen(
         volume.climate, begin, volume.minute, scan.cellKm * scan.columns, volume.memory
     );
-    SampleGrid inches;
-    inches.reserve(std::size_t{kRadials} * static_cast<std::size_t>(scan.columns));
-    for (int radial = 0; radial < kRadials; ++radial) {
-        const PlaneVector direction = towards(radial + .5);
-        for (int bin = 0; bin < scan.columns; ++bin) {
-            const PlaneVector place = (bin + .5) * scan.cellKm * direction;
-            inches.push_back(static_cast<float>(fallen.inchesAt(place)));
-        }
-    }
-    fillPolar(scan, coding, inches);
+    const auto inchesAt = [&](PlaneVector place) { return fallen.inchesAt(place); };
+    fillPolar(scan, coding, Rays(scan).grid(inchesAt));
 }
 
 void fill(PolarScan& scan, const Volume& volume, Coding coding) {
     switch (scan.product) {
     case Product::baseReflectivity:
-        return fillPolar(scan, coding, *baseEchoes(volume, scan.columns));
+        return fillPolar(scan, coding, *baseEchoes(volume, Rays(scan)));
     case Product::compositeReflectivity:
         return fillComposite(scan, volume, coding);
     case Product::longRangeReflectivity:
@@ -242,12 +243,12 @@ void fill(PolarScan& scan, const Volume& volume, Coding coding) {
     case Product::totalPrecipitation:
         return fillPrecipitation(scan, volume, coding);
     case Product::velocity:
-        return fillPolar(scan, coding, *baseVelocities(volume, scan.columns));
+        return fillPolar(scan, coding, *baseVelocities(volume, Rays(scan)));
     case Product::stormRelativeVelocity:
         break;
     }
     fillPolar(
-        scan, coding, stormRelative(volume, *baseVelocities(volume, scan.columns), scan.columns)
+        scan, coding, stormRelative(volume, *baseVelocities(volume, Rays(scan)), Rays(scan))
     );
 }
 
@@ -261,9 +262,13 @@ SampleClimate sampleClimate(std::string_view site) {
     return SampleClimate(seed);
 }
 
-PolarScan
-sampleScan(const AntennaPosition& antenna, Product product, FileTime time, SampleMemory& memory) {
+PolarScan sampleScan(
+    const AntennaPosition& antenna, Product product, FileTime time, SampleMemory& memory,
+    Fineness fineness
+) {
     const Shape& shape = kShapes[static_cast<std::size_t>(product)];
+    const bool isSharp = fineness == Fineness::sharp;
+    const int cells = !isSharp ? 1 : product == Product::compositeReflectivity ? 2 : 4;
     PolarScan scan;
     scan.site = antenna.id;
     scan.product = product;
@@ -271,9 +276,9 @@ sampleScan(const AntennaPosition& antenna, Product product, FileTime time, Sampl
     scan.latitude = antenna.latitude;
     scan.longitude = antenna.longitude;
     scan.sample = true;
-    scan.rows = kRadials;
-    scan.columns = shape.columns;
-    scan.cellKm = shape.cellKm;
+    scan.rows = isSharp ? 720 : 360;
+    scan.columns = shape.columns * cells;
+    scan.cellKm = shape.cellKm / cells;
 
     const Coding coding = codingOf(quantityOf(product));
     setTables(scan, coding);

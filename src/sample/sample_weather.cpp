@@ -78,6 +78,17 @@ SampleWeather::frame(std::string_view site, Product product, FileTime time) cons
     return renderFrame(sampleScan(*antenna, product, time, m_memory), product);
 }
 
+std::optional<QByteArray> SampleWeather::sharpFrame(
+    std::string_view site, Product product, FileTime time, int detail
+) const {
+    const AntennaPosition* antenna = findAntenna(site);
+    if (antenna == nullptr || !isFrame(site, time)) {
+        return std::nullopt;
+    }
+    const PolarScan scan = sampleScan(*antenna, product, time, m_memory, Fineness::sharp);
+    return renderFrame(scan, product, frameGeometry(scan, rangeOf(product), detail));
+}
+
 WeatherWarnings SampleWeather::warnings(std::string_view site, Range range, FileTime time) const {
     const AntennaPosition* antenna = findAntenna(site);
     WeatherWarnings warnings{{}, true};

@@ -14,7 +14,11 @@ struct Place {
 
 constexpr std::array kPlaces = {
     Place{"/ridge/RadarImg/", RequestKind::frame},
+    Place{"/ridge/x2/RadarImg/", RequestKind::frame},
+    Place{"/ridge/x4/RadarImg/", RequestKind::frame},
     Place{"/ridge/Warnings/", RequestKind::warnings},
+    Place{"/ridge/x2/Warnings/", RequestKind::warnings},
+    Place{"/ridge/x4/Warnings/", RequestKind::warnings},
     Place{"/ridge/Overlays/", RequestKind::layer},
     Place{"/weather_radar/", RequestKind::layer},
 };

@@ -71,6 +71,14 @@ public:
     [[nodiscard]] virtual std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const = 0;
 
+    /// The same with 2 or 4 pixels in the place of one, across and down; nothing, too, when the
+    /// source has no cells of it any more.
+    [[nodiscard]] virtual std::optional<QByteArray> sharpFrame(
+        std::string_view /*site*/, Product /*product*/, FileTime /*time*/, int /*detail*/
+    ) const {
+        return std::nullopt;
+    }
+
     [[nodiscard]] virtual FrameStamp
     stamp(std::string_view /*site*/, Product /*product*/, FileTime /*time*/) const {
         return {};

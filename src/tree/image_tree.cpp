@@ -143,9 +143,7 @@ std::optional<TreeBody> ImageTree::kept(const QByteArray& key) const {
 
 std::optional<QByteArray> ImageTree::make(const TreeItem& item) const {
     const auto begin = std::chrono::steady_clock::now();
-    auto made = item.kind == TreeItem::Kind::frame
-                    ? m_frames.frame(item.site, item.product, item.time)
-                    : makeOfSite(item);
+    auto made = item.kind == TreeItem::Kind::frame ? makeFrame(item) : makeOfSite(item);
     Meter& meter = meterOf(item);
     ++meter.pictures;
     meter.microseconds += std::chrono::duration_cast<std::chrono::microseconds>(
@@ -169,13 +167,19 @@ ImageTree::Counts ImageTree::counts() const {
     return {m_frameMeter.count(), m_warningsMeter.count(), m_layerMeter.count(), m_found, m_sought};
 }
 
+std::optional<QByteArray> ImageTree::makeFrame(const TreeItem& item) const {
+    return item.detail == 1
+               ? m_frames.frame(item.site, item.product, item.time)
+               : m_frames.sharpFrame(item.site, item.product, item.time, item.detail);
+}
+
 // What lies round a site's antenna.
 std::optional<QByteArray> ImageTree::makeOfSite(const TreeItem& item) const {
     const AntennaPosition* const antenna = m_frames.antenna(item.site);
     if (antenna == nullptr) {
         return std::nullopt;
     }
-    const ImageGeometry image(antenna->latitude, antenna->longitude, item.range);
+    const ImageGeometry image(antenna->latitude, antenna->longitude, item.range, item.detail);
     switch (item.kind) {
     case TreeItem::Kind::warnings:
         return renderWarnings(image, m_frames.warnings(item.site, item.range, thisMinute()));

@@ -90,6 +90,7 @@ private:
     void prepare(const TreeItem& item, std::function<void()> ready) const;
     void askForItem(const std::string& path, const TreeItem& item, TreeAsker asker) const;
     [[nodiscard]] std::optional<QByteArray> make(const TreeItem& item) const;
+    [[nodiscard]] std::optional<QByteArray> makeFrame(const TreeItem& item) const;
     [[nodiscard]] std::optional<QByteArray> makeOfSite(const TreeItem& item) const;
 
     const FrameSource& m_frames;

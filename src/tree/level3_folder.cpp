@@ -185,7 +185,16 @@ Level3Folder::Outcome Level3Folder::take(const QFileInfo& file, bool isFresh, in
         logOnce(name, *reason);
         return Outcome::done;
     }
+    noteProduct(*scan, time, file.filePath());
     return storeFrames(*scan, time, made);
+}
+
+// Sharp frames are made of it when somebody asks.
+void Level3Folder::noteProduct(const PolarScan& scan, FileTime time, const QString& file) {
+    const std::lock_guard lock(m_mutex);
+    for (const Product product : publishedAs(scan)) {
+        m_products[{scan.site, product}].insert_or_assign(time, file);
+    }
 }
 
 // Renders the frames of a scan that are not stored yet.
@@ -255,6 +264,11 @@ void Level3Folder::forgetOldFrames() {
                 times.erase(times.begin());
             }
         }
+        for (auto& [key, products] : m_products) {
+            while (!products.empty() && isTooOld(products.begin()->first)) {
+                products.erase(products.begin());
+            }
+        }
     }
     for (const QString& file : files) {
         QFile::remove(file);
@@ -288,6 +302,35 @@ Level3Folder::frame(std::string_view site, Product product, FileTime time) const
         m_isDoubtful = true;
     }
     return bytes;
+}
+
+std::optional<QByteArray> Level3Folder::sharpFrame(
+    std::string_view site, Product product, FileTime time, int detail
+) const {
+    const Key key{std::string(site), product};
+    if (!isStored(key, time)) {
+        return std::nullopt;
+    }
+    const QString file = productOf(key, time);
+    if (file.isEmpty()) {
+        return std::nullopt;
+    }
+    const Level3Result scan = decodeFile(file);
+    // Another product may have come under the name.
+    const bool isIt = scan && scan->site == site &&
+                      scan->time - scan->time % kFileTimePerMinute == time;
+    return isIt ? renderFrame(*scan, product, frameGeometry(*scan, rangeOf(product), detail))
+                : std::nullopt;
+}
+
+QString Level3Folder::productOf(const Key& key, FileTime time) const {
+    const std::lock_guard lock(m_mutex);
+    const auto products = m_products.find(key);
+    if (products == m_products.end()) {
+        return {};
+    }
+    const auto file = products->second.find(time);
+    return file != products->second.end() ? file->second : QString();
 }
 
 bool Level3Folder::isReady() const {

@@ -46,6 +46,9 @@ public:
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
     [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
+    [[nodiscard]] std::optional<QByteArray> sharpFrame(
+        std::string_view site, Product product, FileTime time, int detail
+    ) const override;
     /// From the first rescan on, or when there are frames of an earlier run.
     [[nodiscard]] bool isReady() const override;
     [[nodiscard]] std::optional<SourceCounts> counts() const override;
@@ -82,6 +85,8 @@ private:
     Outcome look(const QFileInfo& file, Turn& turn);
     Outcome take(const QFileInfo& file, bool isFresh, int& made);
     Outcome storeFrames(const PolarScan& scan, FileTime time, int& made);
+    [[nodiscard]] QString productOf(const Key& key, FileTime time) const;
+    void noteProduct(const PolarScan& scan, FileTime time, const QString& file);
     [[nodiscard]] bool isStored(const Key& key, FileTime time) const;
     [[nodiscard]] bool store(const QString& file, const QByteArray& bytes);
     [[nodiscard]] std::optional<QString> whyNotShown(const PolarScan& scan, FileTime time) const;
@@ -104,6 +109,7 @@ private:
     std::atomic<bool> m_hasScanned = false;
     mutable std::mutex m_mutex; ///< of what follows
     std::map<Key, std::set<FileTime>> m_times;
+    std::map<Key, std::map<FileTime, QString>> m_products; ///< the files that frames are made of
     QStringList m_folders;
 };
 

@@ -58,7 +58,13 @@ TEST_F(LiveSourceTest, FetchesAFrameOnceWhenItIsAskedFor) {
     const auto scan = decodeLevel3(product("N0BTLX", ago(8)));
     EXPECT_EQ(*gif, renderFrame(*scan, Product::baseReflectivity));
     EXPECT_EQ(frame(minuteOf(ago(8))), gif);
-    EXPECT_EQ(sim.bucket.count("/TLX_"), 1);
+    const auto sharp = source().sharpFrame("TLX", Product::baseReflectivity, minuteOf(ago(8)), 2);
+    EXPECT_EQ(
+        sharp, renderFrame(
+                   *scan, Product::baseReflectivity, frameGeometry(*scan, Range::shortRange, 2)
+               )
+    );
+    EXPECT_EQ(sim.bucket.count("/TLX_"), 1) << "both are made of one download";
     EXPECT_FALSE(source().stamp("TLX", Product::baseReflectivity, minuteOf(ago(8))).mayChange);
     EXPECT_TRUE(source().stamp("TLX", Product::baseReflectivity, minuteOf(ago(3))).mayChange);
 }

@@ -53,6 +53,34 @@ TEST(SampleWeatherTest, AFrameIsAMarkedPictureThatIsTheSameEveryTime) {
     EXPECT_TRUE(weather.warnings("TLX", Range::shortRange, time).isSample);
 }
 
+/// How many pixels of a sharp picture show what the small one shows there, of 100.
+int alike(const QByteArray& usual, const QByteArray& sharp) {
+    const QImage small = decodeImage(usual, kMostImagePixels);
+    const QImage large = decodeImage(sharp, kMostImagePixels);
+    EXPECT_EQ(large.size(), 2 * small.size());
+    int same = 0;
+    for (int row = 0; row < large.height(); ++row) {
+        for (int column = 0; column < large.width(); ++column) {
+            same += large.pixel(column, row) == small.pixel(column / 2, row / 2) ? 1 : 0;
+        }
+    }
+    return static_cast<int>(qint64{100} * same / (large.width() * large.height()));
+}
+
+TEST(SampleWeatherTest, SharpFramesShowTheSameWeather) {
+    const SampleWeather weather;
+    const FileTime time = weather.frameTimes("TLX", Product::baseReflectivity, kNow).back();
+    for (const Product product : kAllProducts) {
+        const auto usual = weather.frame("TLX", product, time);
+        const auto sharp = weather.sharpFrame("TLX", product, time, 2);
+        ASSERT_TRUE(usual && sharp) << codeOf(product);
+        EXPECT_GT(alike(*usual, *sharp), 85) << codeOf(product);
+        EXPECT_NE(*weather.frame("TLX", product, time), *sharp);
+    }
+    EXPECT_FALSE(weather.sharpFrame("TLX", Product::velocity, time + kFileTimePerMinute, 2));
+    EXPECT_FALSE(weather.sharpFrame("XXX", Product::velocity, time, 2));
+}
+
 TEST(SampleWeatherTest, ThereIsNothingBesideTheTimesAndTheSites) {
     const SampleWeather weather;
     const FileTime time = weather.frameTimes("TLX", Product::velocity, kNow).back();

@@ -301,6 +301,11 @@ TEST_F(ServerProgramTest, ServesTheProductsOfAFolder) {
     while (!get(listing).contains('"' + name + '"')) {
     }
     EXPECT_THAT(get(listing + name).toStdString(), StartsWith("GIF89a"));
+    // 2400 pixels across and 2200 down
+    EXPECT_THAT(
+        get("/ridge/x4/RadarImg/N0R/TLX/" + name).toStdString(),
+        StartsWith("GIF89a\x60\x09\x98\x08")
+    );
     // What is put there later comes by itself.
     Level3ToMake later;
     later.second += 600;

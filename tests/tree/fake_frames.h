@@ -35,6 +35,7 @@ public:
     mutable std::atomic<int> made = 0;   ///< pictures so far
     QByteArray text;                     ///< what every picture begins to say
     QByteArray picture;                  ///< every frame, unless empty
+    bool hasSharp = true;                ///< sharp frames end with their detail
 
     [[nodiscard]] std::vector<FileTime>
     frameTimes(std::string_view, Product, FileTime upTo) const override {
@@ -48,6 +49,12 @@ public:
         const bool isThere = times.contains(time) && !lost.contains(time);
         const QByteArray bytes = picture.isEmpty() ? says(site, codeOf(product)) : picture;
         return isThere ? std::optional(bytes) : std::nullopt;
+    }
+    [[nodiscard]] std::optional<QByteArray> sharpFrame(
+        std::string_view site, Product product, FileTime time, int detail
+    ) const override {
+        const auto usual = frame(site, product, time);
+        return usual && hasSharp ? std::optional(*usual + QByteArray::number(detail)) : std::nullopt;
     }
     [[nodiscard]] FrameStamp stamp(std::string_view, Product, FileTime time) const override {
         return {{}, changing.contains(time)};

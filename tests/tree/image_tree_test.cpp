@@ -71,6 +71,25 @@ TEST_F(ImageTreeTest, MakesAPictureOnce) {
     EXPECT_GT(m_tree.bytesInMemory(), 0);
 }
 
+TEST_F(ImageTreeTest, SharpPicturesStandBesideTheOthers) {
+    const char* const sharp = "/ridge/x2/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif";
+    EXPECT_EQ(body(sharp), gifThatSays("LWXN0V") + "2");
+    EXPECT_EQ(body("/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif"), gifThatSays("LWXN0V"));
+    EXPECT_EQ(
+        body("/ridge/x4/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif"), gifThatSays("LWXN0V") + "4"
+    );
+    EXPECT_EQ(m_tree.find(sharp)->keeping, Keeping::aMoment) << "as its like";
+    m_clock.advance(5 * kFileTimePerMinute);
+    EXPECT_EQ(m_tree.find(sharp)->keeping, Keeping::forGood);
+    EXPECT_EQ(m_frames.made, 3);
+    const QByteArray warnings = body("/ridge/x2/Warnings/Short/LWX_Warnings_0.gif");
+    EXPECT_EQ(QImage::fromData(warnings, "GIF").size(), QSize(1200, 1100));
+
+    m_frames.hasSharp = false;
+    EXPECT_FALSE(m_tree.find("/ridge/x2/RadarImg/N0V/LWX/LWX_20180725_1955_N0V.gif"));
+    EXPECT_TRUE(m_tree.find("/ridge/RadarImg/N0V/LWX/LWX_20180725_1955_N0V.gif"));
+}
+
 TEST_F(ImageTreeTest, AFrameIsFinalOnceALaterOneIsListed) {
     const char* const path = "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif";
     EXPECT_EQ(m_tree.find(path)->keeping, Keeping::aMoment);

@@ -73,6 +73,37 @@ TEST_F(Level3FolderTest, RendersWhatIsNew) {
     EXPECT_TRUE(open()->isReady()) << "there are frames of an earlier run";
 }
 
+TEST_F(Level3FolderTest, SharpFramesAreMadeOfTheProductsThatAreThere) {
+    put("a", product(m_second));
+    const auto folder = open();
+    folder->rescan();
+    const auto size = [&](int detail) {
+        const auto gif = folder->sharpFrame("TLX", kN0R, m_time, detail);
+        return gif ? QImage::fromData(*gif, "GIF").size() : QSize();
+    };
+    EXPECT_EQ(size(2), QSize(1200, 1100));
+    EXPECT_EQ(size(4), QSize(2400, 2200));
+    EXPECT_FALSE(folder->sharpFrame("TLX", kN0R, m_time + kFileTimePerMinute, 2));
+    EXPECT_FALSE(folder->sharpFrame("LWX", kN0R, m_time, 2));
+
+    put("a", product(m_second + 600)); // another one takes its name
+    EXPECT_EQ(size(2), QSize());
+    folder->rescan();
+    EXPECT_EQ(size(2), QSize());
+    EXPECT_TRUE(folder->sharpFrame("TLX", kN0R, m_time + 10 * kFileTimePerMinute, 2));
+    QFile::remove(m_feed + "/a");
+    EXPECT_FALSE(folder->sharpFrame("TLX", kN0R, m_time + 10 * kFileTimePerMinute, 2));
+    EXPECT_TRUE(folder->frame("TLX", kN0R, m_time)) << "it is stored";
+}
+
+TEST_F(Level3FolderTest, ASharpFrameOfAnEarlierRunIsThereAgain) {
+    put("a", product(m_second));
+    open()->rescan();
+    const auto folder = open();
+    folder->rescan();
+    EXPECT_TRUE(folder->sharpFrame("TLX", kN0R, m_time, 4));
+}
+
 TEST_F(Level3FolderTest, LooksIntoFoldersAndLeavesHiddenFilesAlone) {
     put("TLX/N0R/a", product(m_second));
     put(".b.X7g2", product(m_second + 300));

@@ -16,6 +16,12 @@ namespace {
 constexpr std::string_view kFramesFolder = "/ridge/RadarImg/";
 constexpr std::size_t kFrameNameLength = 25;
 
+struct SharpFolder {
+    std::string_view path;
+    int detail;
+};
+constexpr SharpFolder kSharpFolders[] = {{"/ridge/x2/", 2}, {"/ridge/x4/", 4}};
+
 /// One kind of file that every site has for each range: FOLDER SSS _ WORD. In both, "%" stands for
 /// the range's word.
 struct StandingFile {
@@ -102,11 +108,34 @@ std::optional<TreeItem> findFrame(std::string_view path) {
                     LayerKind::topo,       folder->product, time};
 }
 
+/// What has the same path without the detail's folder, if it is a picture that is made sharp.
+std::optional<TreeItem> findSharp(std::string_view path) {
+    for (const auto& [folder, detail] : kSharpFolders) {
+        if (!path.starts_with(folder)) {
+            continue;
+        }
+        auto item = findTreeItem("/ridge/" + std::string(path.substr(folder.size())));
+        const bool isSharp = item && item->detail == 1 &&
+                             (item->kind == TreeItem::Kind::frame ||
+                              item->kind == TreeItem::Kind::warnings);
+        if (!isSharp) {
+            return std::nullopt;
+        }
+        item->detail = detail;
+        return item;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::optional<TreeItem> findTreeItem(std::string_view path) {
     const auto standing = standingItems().find(path);
-    return standing != standingItems().end() ? std::optional(standing->second) : findFrame(path);
+    if (standing != standingItems().end()) {
+        return standing->second;
+    }
+    const auto sharp = findSharp(path);
+    return sharp ? sharp : findFrame(path);
 }
 
 std::string pathOf(const FrameFolder& folder) {

@@ -19,6 +19,11 @@
 //   /ridge/Overlays/Cities/Short/LWX_City_Short.gfw
 //   /weather_radar/basemaps/LWX_County_Short.gif       the layers of the basemap server
 //
+// Frames and pictures of warnings are there with more pixels, too, which listings do not name:
+//
+//   /ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif  twice as many across and down; x4: four times
+//   /ridge/x4/Warnings/Short/LWX_Warnings_0.gif
+//
 // A path is valid only if it is one of these, letter for letter: nothing that a client sends ever
 // becomes the name of a file.
 namespace raincast {
@@ -40,6 +45,7 @@ struct TreeItem {
     LayerKind layer = LayerKind::topo;
     Product product = Product::baseReflectivity;
     FileTime time = 0;
+    int detail = 1; ///< of ImageGeometry
 
     friend bool operator==(const TreeItem&, const TreeItem&) = default;
 };

@@ -52,7 +52,13 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"/weather_radar/basemaps/BMX_County_Short.gif",
             {Kind::layer, "BMX", Range::shortRange, LayerKind::counties}},
         Row{"/weather_radar/basemaps/BMX_City_Long.gif",
-            {Kind::layer, "BMX", Range::longRange, LayerKind::cities}}
+            {Kind::layer, "BMX", Range::longRange, LayerKind::cities}},
+        Row{"/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif",
+            {Kind::frame, "LWX", Range::shortRange, LayerKind::topo, Product::baseReflectivity,
+             kJuly2018, 2}},
+        Row{"/ridge/x4/Warnings/Long/BMX_Warnings_0.gif",
+            {Kind::warnings, "BMX", Range::longRange, LayerKind::topo, Product::baseReflectivity, 0,
+             4}}
     )
 );
 
@@ -81,7 +87,13 @@ INSTANTIATE_TEST_SUITE_P(
         "/ridge/RadarImg/N0R/LWX/LWX_+0180725_1924_N0R.gif",
         // Too long, too short, of another range
         "/ridge/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif.gif", "/ridge/RadarImg/N0R/LWX",
-        "/ridge/Overlays/Topo/Short/BMX_Topo_Long.jpg", "/ridge/Overlays/Topo/%/BMX_Topo_%.jpg"
+        "/ridge/Overlays/Topo/Short/BMX_Topo_Long.jpg", "/ridge/Overlays/Topo/%/BMX_Topo_%.jpg",
+        // What is not made sharp, and other details
+        "/ridge/x2/Warnings/Short/BMX_Warnings_0.json",
+        "/ridge/x2/Overlays/Cities/Short/BMX_City_Short.gfw", "/ridge/x2/RadarImg/N0R/LWX/",
+        "/ridge/x3/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif",
+        "/ridge/x2/x2/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif",
+        "/ridge/x2/x4/Warnings/Short/BMX_Warnings_0.gif", "/ridge/x2/"
     )
 );
 
