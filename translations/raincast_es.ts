@@ -353,7 +353,7 @@ También se entienden las opciones de Qt, como -platform y -style.
     </message>
     <message>
         <source>PgUp, PgDn</source>
-        <translation>RePág, AvPág</translation>
+        <translation>Re Pág, Av Pág</translation>
     </message>
     <message>
         <source>Undo a deletion</source>
@@ -825,7 +825,7 @@ Pruebe %1 --help.
     </message>
     <message>
         <source>No page is shown. Choose one in the menu, or press Page Down for the first one.</source>
-        <translation>No se muestra ninguna página. Elija una en el menú o pulse AvPág para ver la primera.</translation>
+        <translation>No se muestra ninguna página. Elija una en el menú o pulse Av Pág para ver la primera.</translation>
     </message>
     <message>
         <source>Pages</source>
@@ -1415,19 +1415,19 @@ todas las imágenes.
     </message>
     <message>
         <source>Moves away from %1</source>
-        <translation>%1: se aleja</translation>
+        <translation>Se aleja de %1</translation>
     </message>
     <message>
         <source>Passes %1 %2 from %3 at %4</source>
-        <translation>%3: pasa a %1 %2 a las %4</translation>
+        <translation>Pasa a %1 %2 de %3 a las %4</translation>
     </message>
     <message>
         <source>Reaches %1 at %2, in %3</source>
-        <translation>%1: llega a las %2, en %3</translation>
+        <translation>Llega a %1 a las %2, en %3</translation>
     </message>
     <message>
         <source>Reached %1 at %2</source>
-        <translation>%1: llegó a las %2</translation>
+        <translation>Llegó a %1 a las %2</translation>
     </message>
     <message>
         <source>Stands still</source>
@@ -1439,15 +1439,15 @@ todas las imágenes.
     </message>
     <message>
         <source>you</source>
-        <translation>Usted</translation>
+        <translation>usted</translation>
     </message>
     <message>
         <source>target</source>
-        <translation>Destino</translation>
+        <translation>su destino</translation>
     </message>
     <message>
         <source>the point</source>
-        <translation>El punto</translation>
+        <translation>ese punto</translation>
     </message>
     <message>
         <source>Measuring</source>
@@ -1869,7 +1869,7 @@ Menú: Tiempo, Capas</translation>
     </message>
     <message>
         <source>&amp;Storage</source>
-        <translation>Almac&amp;én</translation>
+        <translation>A&amp;lmacén</translation>
     </message>
     <message>
         <source>&amp;Warnings...</source>
@@ -2090,6 +2090,58 @@ Reinstale el programa</translation>
     <message>
         <source>L</source>
         <translation>L</translation>
+    </message>
+    <message>
+        <source>There is no display to open a window on; start it from a desktop, set DISPLAY or WAYLAND_DISPLAY, or have a picture made with --screenshot FILE.</source>
+        <translation>No hay pantalla donde abrir una ventana; arranque el programa desde un escritorio, defina DISPLAY o WAYLAND_DISPLAY, o pida una imagen con --screenshot FILE.</translation>
+    </message>
+    <message>
+        <source>No position: %1</source>
+        <translation>Sin posición: %1</translation>
+    </message>
+    <message>
+        <source>Cannot write %1.</source>
+        <translation>No se puede escribir %1.</translation>
+    </message>
+    <message>
+        <source>Cannot write %1: %2.</source>
+        <translation>No se puede escribir %1: %2.</translation>
+    </message>
+    <message>
+        <source>Unknown option &apos;%1&apos;.</source>
+        <translation>Opción desconocida &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Missing value after &apos;%1&apos;.</source>
+        <translation>Falta un valor tras &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Unexpected value after &apos;%1&apos;.</source>
+        <translation>Valor inesperado tras &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Usage:</source>
+        <translation>Uso:</translation>
+    </message>
+    <message>
+        <source>Options:</source>
+        <translation>Opciones:</translation>
+    </message>
+    <message>
+        <source>Arguments:</source>
+        <translation>Argumentos:</translation>
+    </message>
+    <message>
+        <source>[options]</source>
+        <translation>[opciones]</translation>
+    </message>
+    <message>
+        <source>Raincast&apos;s live radar server</source>
+        <translation>El servidor de radar en directo de Raincast</translation>
+    </message>
+    <message>
+        <source>Raincast&apos;s sample weather server</source>
+        <translation>El servidor de tiempo de muestra de Raincast</translation>
     </message>
 </context>
 </TS>

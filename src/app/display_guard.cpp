@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/display_guard.h"
 
+#include "core/text.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QtGlobal>
@@ -24,11 +26,10 @@ void holdBack(QtMsgType type, const QMessageLogContext& /*context*/, const QStri
         heldBack.emplace_back(type, text);
         return;
     }
-    std::fputs(
-        "raincast: There is no display to open a window on; start it from a desktop, set DISPLAY "
-        "or WAYLAND_DISPLAY, or have a picture made with --screenshot FILE.\n",
-        stderr
-    );
+    const QString sentence =
+        Text::tr("There is no display to open a window on; start it from a desktop, set DISPLAY or "
+                 "WAYLAND_DISPLAY, or have a picture made with --screenshot FILE.");
+    std::fprintf(stderr, "raincast: %s\n", qUtf8Printable(sentence));
     // Returning would abort the process. There is nothing to save yet.
     std::_Exit(1);
 }

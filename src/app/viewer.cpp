@@ -198,7 +198,8 @@ void Viewer::sayStandIn(bool standsIn) {
 
 void Viewer::openPositionSource() {
     if (const auto address = PositionSourceSetting::address(); !address) {
-        qCCritical(viewerLog, "No position: %s", qUtf8Printable(address.error()));
+        const QString text = Text::tr("No position: %1").arg(address.error());
+        qCCritical(viewerLog, "%s", qUtf8Printable(text));
     }
     PositionSourceSetting::apply(m_receiver);
 }
@@ -233,7 +234,8 @@ int Viewer::loop() {
 
 void Viewer::pictureTaken(bool saved) {
     if (!saved) {
-        qCCritical(viewerLog, "Cannot write %s.", qUtf8Printable(m_options.screenshot));
+        const QString text = Text::tr("Cannot write %1.").arg(m_options.screenshot);
+        qCCritical(viewerLog, "%s", qUtf8Printable(text));
     }
     if (m_options.loop.isEmpty()) {
         endPictures(saved);
@@ -241,10 +243,9 @@ void Viewer::pictureTaken(bool saved) {
     }
     m_application.writeLoop(m_options.loop, [this, saved](const WholeFile::Result& result) {
         if (!result) {
-            qCCritical(
-                viewerLog, "Cannot write %s: %s.", qUtf8Printable(m_options.loop),
-                qUtf8Printable(result.error())
-            );
+            const QString text =
+                Text::tr("Cannot write %1: %2.").arg(m_options.loop, result.error());
+            qCCritical(viewerLog, "%s", qUtf8Printable(text));
         }
         endPictures(saved && result);
     });

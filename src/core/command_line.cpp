@@ -4,6 +4,7 @@
 #include "core/text.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 
 #include <memory>
 #include <ostream>
@@ -16,6 +17,42 @@ int printAnswer(const CommandLineAnswer& answer, std::ostream& out, std::ostream
     return answer.isUsageError ? kUsageErrorStatus : 0;
 }
 
+namespace {
+
+/// What Qt says of a mistake, with the option behind the words.
+constexpr const char* kMistakes[] = {
+    Text::marked("Unknown option '%1'."), Text::marked("Missing value after '%1'."),
+    Text::marked("Unexpected value after '%1'.")};
+
+/// Qt's own words are English here: its translations come with the application object.
+QString translated(const QString& error) {
+    // Some versions of Qt end the sentence, some do not.
+    const QString sentence = error.endsWith(u'.') ? error : error + u'.';
+    for (const char* const mistake : kMistakes) {
+        const QString words = QString::fromLatin1(mistake).section(u'%', 0, 0);
+        if (sentence.startsWith(words) && sentence.endsWith(u"'.")) {
+            return Text::of(mistake).arg(sentence.sliced(words.size()).chopped(2));
+        }
+    }
+    return sentence;
+}
+
+/// The headings of Qt's help.
+constexpr const char* kHeadings[] = {
+    Text::marked("Usage:"), Text::marked("Options:"), Text::marked("Arguments:")};
+
+QString withHeadings(QString help) {
+    for (const char* const heading : kHeadings) {
+        const QRegularExpression line(
+            u'^' + QString::fromLatin1(heading), QRegularExpression::MultilineOption
+        );
+        help.replace(line, Text::of(heading));
+    }
+    return help.replace(QStringLiteral(" [options]"), u' ' + Text::tr("[options]"));
+}
+
+} // namespace
+
 CommandLine::CommandLine(QString program, const QString& description)
     : m_program(std::move(program)),
       m_help({QStringLiteral("h"), QStringLiteral("help")}, Text::tr("Show this help.")),
@@ -26,9 +63,7 @@ CommandLine::CommandLine(QString program, const QString& description)
 tl::expected<void, CommandLineAnswer> CommandLine::parse(const QStringList& arguments) {
     m_parser.addOptions({m_help, m_version}); // last: the help lists options as they were added
     if (!m_parser.parse(arguments)) {
-        // Some versions of Qt end the sentence, some do not.
-        const QString error = m_parser.errorText();
-        return tl::unexpected(usageError(error.endsWith(u'.') ? error : error + u'.'));
+        return tl::unexpected(usageError(translated(m_parser.errorText())));
     }
     if (m_parser.isSet(m_help)) {
         return tl::unexpected(CommandLineAnswer{helpText(arguments.value(0))});
@@ -65,7 +100,7 @@ QString CommandLine::helpText(const QString& path) const {
     if (QCoreApplication::instance() == nullptr) {
         application = std::make_unique<QCoreApplication>(count, arguments);
     }
-    return m_parser.helpText() + m_footer;
+    return withHeadings(m_parser.helpText()) + m_footer;
 }
 
 } // namespace raincast

@@ -8,14 +8,14 @@
 #include <QTime>
 #include <QTranslator>
 
-#include <limits>
-
 namespace raincast {
 
 namespace {
 
 // What scripts/translate files them under.
 constexpr char kContext[] = "Text";
+
+constexpr qint64 kMillion = 1'000'000;
 
 Text::Reader s_reader;
 
@@ -49,7 +49,7 @@ QString Text::tr(const char* english, const char* meaning) {
 
 QString Text::counted(const char* several, const char* one, qint64 number) {
     // Languages look at the last digits, too.
-    const auto form = static_cast<int>(number % std::numeric_limits<int>::max());
+    const auto form = static_cast<int>(number < kMillion ? number : kMillion + number % kMillion);
     QString text = translated(several, one, form);
     if (text.isEmpty()) {
         text = QString::fromUtf8(number == 1 ? one : several);

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QStringList>
+#include <QVariant>
 
 #include <utility>
 
@@ -30,6 +31,26 @@ void stretch(QWidget& widget, int percent) {
     QFont font = widget.font();
     font.setStretch(percent);
     widget.setFont(font);
+}
+
+/// What an entry said before its key was left out.
+constexpr char kWholeText[] = "raincastWholeText";
+
+/// The entries may be others than when the menu was fitted last.
+void undoFit(QMenu& menu) {
+    for (QAction* entry : menu.actions()) {
+        const QVariant whole = entry->property(kWholeText);
+        if (whole.isValid()) {
+            // Who has given it another text since has not asked for the key that was there.
+            if (entry->text() == whole.toString().section(u'\t', 0, 0) + u'\t') {
+                entry->setText(whole.toString());
+            }
+            entry->setProperty(kWholeText, QVariant());
+        }
+    }
+    if (isNarrow(menu)) {
+        stretch(menu, QFont::Unstretched);
+    }
 }
 
 bool showsKeys(const QAction& entry) {
@@ -75,11 +96,13 @@ void fitLabel(QLabel& label) {
 // An entry whose text has a tab shows what stands behind it in the place of its key.
 void fitMenu(QMenu& menu, int width) {
     const auto fits = [&menu, width] { return menu.sizeHint().width() <= width; };
+    undoFit(menu);
     if (fits()) {
         return;
     }
     for (QAction* entry : menu.actions()) {
         if (showsKeys(*entry)) {
+            entry->setProperty(kWholeText, entry->text());
             entry->setText(entry->text().section(u'\t', 0, 0) + u'\t');
         }
     }

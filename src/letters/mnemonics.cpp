@@ -17,10 +17,19 @@ bool beginsWord(QStringView text, qsizetype place) {
     return place == 0 || !text[place - 1].isLetterOrNumber();
 }
 
-/// Where a letter stands that is not taken; at a word's beginning, if that is asked for.
-std::optional<qsizetype> freePlace(QStringView text, const QSet<QChar>& taken, bool atWord) {
+/// What letter is looked for: the beginnings of words come first, letters with an accent, which
+/// have no key of their own everywhere, last.
+struct Wanted {
+    bool atWord;
+    bool plain;
+};
+constexpr Wanted kWanted[] = {{true, true}, {false, true}, {false, false}};
+
+/// Where a letter stands that is not taken.
+std::optional<qsizetype> freePlace(QStringView text, const QSet<QChar>& taken, Wanted wanted) {
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool fits = !atWord || beginsWord(text, i);
+        const bool fits = (!wanted.atWord || beginsWord(text, i)) &&
+                          (!wanted.plain || text[i].decomposition().isEmpty());
         if (fits && text[i].isLetterOrNumber() && !taken.contains(text[i].toLower())) {
             return i;
         }
@@ -51,8 +60,10 @@ QStringList withMnemonics(QStringList texts) {
         if (!mnemonicOf(text).isNull()) {
             continue;
         }
-        auto place = freePlace(text, taken, true);
-        place = place ? place : freePlace(text, taken, false);
+        std::optional<qsizetype> place;
+        for (const Wanted& wanted : kWanted) {
+            place = place ? place : freePlace(text, taken, wanted);
+        }
         if (place) {
             taken.insert(text[*place].toLower());
             text.insert(*place, u'&');

@@ -479,9 +479,8 @@ LiveSource::frame(std::string_view site, Product product, FileTime time) const {
     return m_engine->frame(site, product, time, 1);
 }
 
-std::optional<QByteArray> LiveSource::sharpFrame(
-    std::string_view site, Product product, FileTime time, int detail
-) const {
+std::optional<QByteArray>
+LiveSource::sharpFrame(std::string_view site, Product product, FileTime time, int detail) const {
     return m_engine->frame(site, product, time, detail);
 }
 

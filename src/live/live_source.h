@@ -88,9 +88,8 @@ public:
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
     [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
-    [[nodiscard]] std::optional<QByteArray> sharpFrame(
-        std::string_view site, Product product, FileTime time, int detail
-    ) const override;
+    [[nodiscard]] std::optional<QByteArray>
+    sharpFrame(std::string_view site, Product product, FileTime time, int detail) const override;
     [[nodiscard]] FrameStamp
     stamp(std::string_view site, Product product, FileTime time) const override;
     [[nodiscard]] SourceState state(std::string_view site, Product product) const override;

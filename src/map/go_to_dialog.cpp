@@ -15,11 +15,11 @@ namespace raincast {
 namespace {
 
 constexpr int kPosition = 1070;
-const QString kCaption = Text::tr("Go to Position");
+constexpr const char* kCaption = Text::marked("Go to Position");
 
 const DialogTemplateRecord record{
     {GoToDialog::kTemplate,
-     kCaption,
+     QString::fromLatin1(kCaption),
      {122, 36},
      {
          {0, ControlKind::label, Text::marked("&Latitude, longitude:"), {4, 4, 114, 12}},
@@ -52,7 +52,7 @@ void GoToDialog::onOk() {
 }
 
 void GoToDialog::complain(const QString& message) {
-    messageBox(widget(), message, kCaption);
+    messageBox(widget(), message, Text::of(kCaption));
 }
 
 } // namespace raincast

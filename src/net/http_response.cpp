@@ -20,7 +20,8 @@ QString outcomeOf(const HttpResponse& response) {
     return outcome.join(QStringLiteral(", "));
 }
 
-QString troubleOf(const HttpResponse& response, const QString& host) {
+QString troubleOf(const HttpResponse& response, const QString& server) {
+    const QString host = Text::of(server); // the program's own servers have names
     if (response.timedOut || response.connectingFailed) {
         return Text::tr("%1 does not answer.").arg(host);
     }

@@ -47,6 +47,6 @@ struct HttpResponse {
 
 /// What was wrong with a response, in a sentence for the user: "radar.example does not answer.";
 /// empty when nothing was.
-[[nodiscard]] QString troubleOf(const HttpResponse& response, const QString& host);
+[[nodiscard]] QString troubleOf(const HttpResponse& response, const QString& server);
 
 } // namespace raincast

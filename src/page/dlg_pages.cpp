@@ -159,9 +159,12 @@ void CAppPaged::CDlgPages::rename() {
     if (m_selected == nullptr) {
         return;
     }
-    CDlgRename dialog(m_selected->name());
+    // The program's own name for a page is shown in the user's language, and stays what it is.
+    CDlgRename dialog(m_selected->shownName());
     if (dialog.run(widget()) == kOk) {
-        m_selected->setName(dialog.name());
+        if (dialog.name() != m_selected->shownName()) {
+            m_selected->setName(dialog.name());
+        }
         m_selected->contentChanged();
         UserChange::announce();
         fill();

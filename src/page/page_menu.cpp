@@ -5,6 +5,7 @@
 #include "page/page.h"
 #include "window/command_set.h"
 #include "window/commands.h"
+#include "window/screen_metrics.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -106,7 +107,9 @@ void PageMenu::listPages() {
 }
 
 QAction* PageMenu::makePageEntry(const CAppPaged::Page& page) {
-    auto* entry = new QAction(asEntry(page.shownName()), m_pageEntries.get());
+    const int room = ScreenMetrics::current().available.width() * 3 / 4; // beside the mark
+    const QString name = m_menu->fontMetrics().elidedText(page.shownName(), Qt::ElideRight, room);
+    auto* entry = new QAction(asEntry(name), m_pageEntries.get());
     entry->setCheckable(true);
     entry->setChecked(&page == m_application.current());
     // By its address: the page may be gone when the entry is chosen, and then it is in no list.

@@ -26,7 +26,7 @@ constexpr int kLeastSlider = 56;
 
 /// About as long as the longest time that is shown beside the slider.
 QString longTime() {
-    const CalendarTime time{.year = 2019, .month = 5, .day = 19, .hour = 22, .minute = 44};
+    const CalendarTime time{.year = 2019, .month = 12, .day = 29, .hour = 22, .minute = 44};
     return Text::date(time) + u' ' + Text::clock(time) + QStringLiteral(" AKDT, ");
 }
 

@@ -13,7 +13,8 @@ namespace raincast {
 /// One radar picture of a site at one time.
 struct RadarFrame {
     Bitmap bitmap;    ///< null while it is not loaded
-    QString timeText; ///< its time on the local clock, "1:05"; no mark of morning or afternoon
+    QString timeText; ///< its time on the local clock, "1:05"; no mark of morning or afternoon;
+                      ///< as files have it
     QString path;     ///< the cached file
 };
 

@@ -2,6 +2,7 @@
 #include "radar/servers.h"
 
 #include "core/number_in_range.h"
+#include "core/text.h"
 
 #include <QRegularExpression>
 
@@ -10,6 +11,10 @@ namespace raincast {
 namespace {
 
 constexpr int kLastPort = 65535;
+
+/// Words for people, who may read of them when they do not answer.
+[[maybe_unused]] constexpr const char* kOwnServers[] = {
+    Text::marked("Raincast's live radar server"), Text::marked("Raincast's sample weather server")};
 
 } // namespace
 

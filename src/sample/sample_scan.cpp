@@ -247,9 +247,7 @@ void fill(PolarScan& scan, const Volume& volume, Coding coding) {
     case Product::stormRelativeVelocity:
         break;
     }
-    fillPolar(
-        scan, coding, stormRelative(volume, *baseVelocities(volume, Rays(scan)), Rays(scan))
-    );
+    fillPolar(scan, coding, stormRelative(volume, *baseVelocities(volume, Rays(scan)), Rays(scan)));
 }
 
 } // namespace

@@ -78,9 +78,8 @@ SampleWeather::frame(std::string_view site, Product product, FileTime time) cons
     return renderFrame(sampleScan(*antenna, product, time, m_memory), product);
 }
 
-std::optional<QByteArray> SampleWeather::sharpFrame(
-    std::string_view site, Product product, FileTime time, int detail
-) const {
+std::optional<QByteArray>
+SampleWeather::sharpFrame(std::string_view site, Product product, FileTime time, int detail) const {
     const AntennaPosition* antenna = findAntenna(site);
     if (antenna == nullptr || !isFrame(site, time)) {
         return std::nullopt;

@@ -19,9 +19,8 @@ public:
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
     [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
-    [[nodiscard]] std::optional<QByteArray> sharpFrame(
-        std::string_view site, Product product, FileTime time, int detail
-    ) const override;
+    [[nodiscard]] std::optional<QByteArray>
+    sharpFrame(std::string_view site, Product product, FileTime time, int detail) const override;
     [[nodiscard]] WeatherWarnings
     warnings(std::string_view site, Range range, FileTime time) const override;
 

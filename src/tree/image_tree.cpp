@@ -168,9 +168,8 @@ ImageTree::Counts ImageTree::counts() const {
 }
 
 std::optional<QByteArray> ImageTree::makeFrame(const TreeItem& item) const {
-    return item.detail == 1
-               ? m_frames.frame(item.site, item.product, item.time)
-               : m_frames.sharpFrame(item.site, item.product, item.time, item.detail);
+    return item.detail == 1 ? m_frames.frame(item.site, item.product, item.time)
+                            : m_frames.sharpFrame(item.site, item.product, item.time, item.detail);
 }
 
 // What lies round a site's antenna.

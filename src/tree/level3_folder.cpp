@@ -304,9 +304,8 @@ Level3Folder::frame(std::string_view site, Product product, FileTime time) const
     return bytes;
 }
 
-std::optional<QByteArray> Level3Folder::sharpFrame(
-    std::string_view site, Product product, FileTime time, int detail
-) const {
+std::optional<QByteArray>
+Level3Folder::sharpFrame(std::string_view site, Product product, FileTime time, int detail) const {
     const Key key{std::string(site), product};
     if (!isStored(key, time)) {
         return std::nullopt;
@@ -317,8 +316,8 @@ std::optional<QByteArray> Level3Folder::sharpFrame(
     }
     const Level3Result scan = decodeFile(file);
     // Another product may have come under the name.
-    const bool isIt = scan && scan->site == site &&
-                      scan->time - scan->time % kFileTimePerMinute == time;
+    const bool isIt =
+        scan && scan->site == site && scan->time - scan->time % kFileTimePerMinute == time;
     return isIt ? renderFrame(*scan, product, frameGeometry(*scan, rangeOf(product), detail))
                 : std::nullopt;
 }

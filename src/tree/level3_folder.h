@@ -46,9 +46,8 @@ public:
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
     [[nodiscard]] std::optional<QByteArray>
     frame(std::string_view site, Product product, FileTime time) const override;
-    [[nodiscard]] std::optional<QByteArray> sharpFrame(
-        std::string_view site, Product product, FileTime time, int detail
-    ) const override;
+    [[nodiscard]] std::optional<QByteArray>
+    sharpFrame(std::string_view site, Product product, FileTime time, int detail) const override;
     /// From the first rescan on, or when there are frames of an earlier run.
     [[nodiscard]] bool isReady() const override;
     [[nodiscard]] std::optional<SourceCounts> counts() const override;

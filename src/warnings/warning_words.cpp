@@ -40,7 +40,7 @@ QColor inkOn(const QColor& ground) {
 }
 
 QString titleOf(const WarningText& warning) {
-    return Text::of(warning.event).simplified();
+    return Text::of(warning.event.simplified());
 }
 
 } // namespace

@@ -45,7 +45,7 @@ bool WarningsDialog::onInitialise() {
     list().setVerticalScrollMode(QAbstractItemView::ScrollPerPixel); // a row may be high
     const FileTime now = Clock::current().now();
     for (const WarningText& warning : m_warnings) {
-        const QString event = Text::of(warning.event).simplified();
+        const QString event = Text::of(warning.event.simplified());
         const QString headline = warning.headline.simplified();
         const QString end = endText(warning.end, now);
         auto* const row = new QListWidgetItem(event, &list());

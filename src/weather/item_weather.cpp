@@ -159,7 +159,9 @@ PictureTexts CItemWeather::texts() const {
         texts.status = Text::tr("No radar site is chosen.\nMenu: Weather, All Stations");
     }
     if (m_state.current.bitmap) {
-        texts.time = m_state.current.timeText;
+        const auto taken = takenAt(m_state.current);
+        texts.time = taken ? Text::clock(toLocalCalendar(*taken), Text::Hours::upTo12)
+                           : m_state.current.timeText;
     }
     if (shownFrame() != nullptr) {
         texts.about = about();

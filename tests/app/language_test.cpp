@@ -90,6 +90,12 @@ TEST_F(LanguageTest, HelpAndMistakesAreToldInIt) {
     EXPECT_THAT(said({"--help"}), HasSubstr(help));
     speakSpanish();
     EXPECT_THAT(said({"--help"}), AllOf(HasSubstr("Muestra esta ayuda."), Not(HasSubstr(help))));
+    EXPECT_THAT(said({"--help"}), AllOf(HasSubstr("Uso: "), HasSubstr("[opciones]")));
+    EXPECT_THAT(said({"--help"}), Not(HasSubstr("Options:")));
+    EXPECT_THAT(
+        said({"--nosuch"}), HasSubstr("raincast: Opción desconocida 'nosuch'.\nPruebe raincast")
+    );
+    EXPECT_THAT(said({"--site"}), HasSubstr("raincast: Falta un valor tras '--site'.\n"));
     EXPECT_THAT(said({"--site", "XXX"}), HasSubstr("raincast: No existe la estación XXX.\nPruebe"));
     environment.insert("LC_ALL", "C.UTF-8");
     EXPECT_THAT(said({"--help"}), HasSubstr("Muestra esta ayuda."));

@@ -21,7 +21,9 @@ public:
             return {};
         }
         const QString more = meaning != nullptr ? u'/' + QString::fromUtf8(meaning) : QString();
-        const QString form = number >= 0 ? QString::number(std::min(number, 3)) : QString();
+        // As languages do that go by the last digits, too.
+        const QString form =
+            number >= 0 ? QString::number(number > 3 ? number % 100 : number) : QString();
         return text.toUpper().replace(QStringLiteral("%N"), QStringLiteral("%n")) + more + form;
     }
     [[nodiscard]] bool isEmpty() const override { return false; }
@@ -56,8 +58,12 @@ TEST_F(TextTest, AsksTheTranslation) {
     EXPECT_EQ(Text::of(u"Velocity"), "VELOCITY");
     EXPECT_EQ(Text::counted("%n files", "%n file", 1), "1 FILES/1 file1");
     EXPECT_EQ(
-        Text::counted("%n files", "%n file", 7'000'000'000),
-        "7,000,000,000 FILES/7,000,000,000 file3"
+        Text::counted("%n files", "%n file", 7'000'000'021),
+        "7,000,000,021 FILES/7,000,000,021 file21"
+    );
+    EXPECT_EQ(
+        Text::counted("%n files", "%n file", 2'147'483'648),
+        "2,147,483,648 FILES/2,147,483,648 file48"
     );
 }
 

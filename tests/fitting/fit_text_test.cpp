@@ -81,6 +81,23 @@ TEST_F(FitTextTest, AMenuLosesItsKeysBeforeItsLettersGetNarrow) {
     fitMenu(menu, without - 10);
     EXPECT_LE(menu.sizeHint().width(), without - 10);
     EXPECT_EQ(menu.actions().last()->text(), "Plain");
+    EXPECT_LT(menu.font().stretch(), 100);
+}
+
+TEST_F(FitTextTest, AMenuGetsItsKeysAndLettersBackWhenALongEntryHasGone) {
+    QMenu menu;
+    QAction* const entry = menu.addAction(QStringLiteral("&Whole image\tHome"));
+    menu.addAction(QStringLiteral("Plain"));
+    const int width = menu.sizeHint().width();
+    QAction* const other =
+        menu.addAction(QStringLiteral("A name that is longer than all of these"));
+    fitMenu(menu, width);
+    EXPECT_EQ(entry->text(), "&Whole image\t");
+    EXPECT_LT(menu.font().stretch(), 100);
+    delete other;
+    fitMenu(menu, width);
+    EXPECT_EQ(entry->text(), "&Whole image\tHome");
+    EXPECT_EQ(menu.font().stretch(), 100);
 }
 
 } // namespace

@@ -39,6 +39,14 @@ TEST(MnemonicsTest, WhereNothingIsFreeNothingChanges) {
     EXPECT_EQ(withMnemonics({}), QStringList());
 }
 
+TEST(MnemonicsTest, ALetterWithAnAccentHasNoKeyOfItsOwn) {
+    const QString text = QStringLiteral(u"A\u00F1adir");
+    EXPECT_EQ(withMnemonics({"&A", text}), QStringList({"&A", QStringLiteral(u"A\u00F1a&dir")}));
+    const QString only = QStringLiteral(u"a\u00F1a");
+    EXPECT_EQ(withMnemonics({"&A", only}), QStringList({"&A", QStringLiteral(u"a&\u00F1a")}))
+        << "better than none";
+}
+
 TEST(MnemonicsTest, DigitsWillDo) {
     EXPECT_EQ(withMnemonics({"&A", "A 1", "A 2"}), QStringList({"&A", "A &1", "A &2"}));
 }

@@ -60,9 +60,8 @@ TEST_F(LiveSourceTest, FetchesAFrameOnceWhenItIsAskedFor) {
     EXPECT_EQ(frame(minuteOf(ago(8))), gif);
     const auto sharp = source().sharpFrame("TLX", Product::baseReflectivity, minuteOf(ago(8)), 2);
     EXPECT_EQ(
-        sharp, renderFrame(
-                   *scan, Product::baseReflectivity, frameGeometry(*scan, Range::shortRange, 2)
-               )
+        sharp,
+        renderFrame(*scan, Product::baseReflectivity, frameGeometry(*scan, Range::shortRange, 2))
     );
     EXPECT_EQ(sim.bucket.count("/TLX_"), 1) << "both are made of one download";
     EXPECT_FALSE(source().stamp("TLX", Product::baseReflectivity, minuteOf(ago(8))).mayChange);

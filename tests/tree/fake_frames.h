@@ -50,11 +50,11 @@ public:
         const QByteArray bytes = picture.isEmpty() ? says(site, codeOf(product)) : picture;
         return isThere ? std::optional(bytes) : std::nullopt;
     }
-    [[nodiscard]] std::optional<QByteArray> sharpFrame(
-        std::string_view site, Product product, FileTime time, int detail
-    ) const override {
+    [[nodiscard]] std::optional<QByteArray>
+    sharpFrame(std::string_view site, Product product, FileTime time, int detail) const override {
         const auto usual = frame(site, product, time);
-        return usual && hasSharp ? std::optional(*usual + QByteArray::number(detail)) : std::nullopt;
+        return usual && hasSharp ? std::optional(*usual + QByteArray::number(detail))
+                                 : std::nullopt;
     }
     [[nodiscard]] FrameStamp stamp(std::string_view, Product, FileTime time) const override {
         return {{}, changing.contains(time)};

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "radar/catalogue/frame_name.h"
 
-#include "core/text.h"
-
 #include <algorithm>
 
 namespace raincast {
@@ -80,7 +78,8 @@ void removeFramesAhead(std::set<QString>& listing, FileTime now) {
 
 QString clockText(FileTime time) {
     const CalendarTime local = toLocalCalendar(time);
-    return Text::clock(local, Text::Hours::upTo12);
+    const int hour = local.hour > 12 ? local.hour - 12 : local.hour;
+    return QString::asprintf("%d:%02d", hour, local.minute);
 }
 
 } // namespace raincast

@@ -43,7 +43,7 @@ namespace raincast {
 /// is due after it.
 void removeFramesAhead(std::set<QString>& listing, FileTime now);
 
-/// A time on the local clock: "1:05" for 13:05, "12:30", "0:40".
+/// A time on the local clock, as files have it: "1:05" for 13:05, "12:30", "0:40".
 [[nodiscard]] QString clockText(FileTime time);
 
 } // namespace raincast

@@ -115,9 +115,9 @@ std::optional<TreeItem> findSharp(std::string_view path) {
             continue;
         }
         auto item = findTreeItem("/ridge/" + std::string(path.substr(folder.size())));
-        const bool isSharp = item && item->detail == 1 &&
-                             (item->kind == TreeItem::Kind::frame ||
-                              item->kind == TreeItem::Kind::warnings);
+        const bool isSharp =
+            item && item->detail == 1 &&
+            (item->kind == TreeItem::Kind::frame || item->kind == TreeItem::Kind::warnings);
         if (!isSharp) {
             return std::nullopt;
         }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "core/text.h"
 #include "radar/catalogue/frame_name.h"
 #include "support/time_zone.h"
+
+#include <QLocale>
 
 #include <gtest/gtest.h>
 
@@ -96,6 +99,11 @@ TEST(FrameNameTest, TheClockIsTheLocalOne) {
     const TimeZone eastern("EST5EDT,M3.2.0,M11.1.0");
     EXPECT_EQ(clockText(fromCalendar({2007, 6, 15, 17, 5})), QStringLiteral("1:05"));
     EXPECT_EQ(clockText(fromCalendar({2007, 1, 15, 17, 5})), QStringLiteral("12:05"));
+    // Files have it so, whoever reads them.
+    const QLocale american(QLocale::English, QLocale::UnitedStates);
+    Text::use({.times = &american});
+    EXPECT_EQ(clockText(fromCalendar({2007, 6, 15, 17, 5})), QStringLiteral("1:05"));
+    Text::use({});
 }
 
 } // namespace
