@@ -85,6 +85,7 @@ void Level3Folder::loadStore() {
             m_times[{item->site, item->product}].insert(item->time);
         }
     }
+    m_hasScanned = !m_times.empty();
 }
 
 // Forgets the frames whose files are not whole, so that their products are rendered again.
@@ -333,8 +334,7 @@ QString Level3Folder::productOf(const Key& key, FileTime time) const {
 }
 
 bool Level3Folder::isReady() const {
-    const std::lock_guard lock(m_mutex);
-    return m_hasScanned || !m_times.empty();
+    return m_hasScanned;
 }
 
 std::optional<SourceCounts> Level3Folder::counts() const {

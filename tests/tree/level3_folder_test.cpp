@@ -73,6 +73,20 @@ TEST_F(Level3FolderTest, RendersWhatIsNew) {
     EXPECT_TRUE(open()->isReady()) << "there are frames of an earlier run";
 }
 
+TEST_F(Level3FolderTest, IsNotReadyInTheMidstOfItsFirstScan) {
+    put("newest", product(m_second));
+    put("damaged", "this is no product");
+    put("oldest", product(m_second + 600));
+    age("damaged");
+    backdate(m_feed + "/oldest", 7200);
+    std::stop_source stop;
+    Level3Folder folder(m_feed, m_store, 4, [&](const QString&) { stop.request_stop(); });
+    EXPECT_EQ(folder.rescan(stop.get_token()), 1);
+    EXPECT_FALSE(folder.isReady());
+    EXPECT_EQ(folder.rescan(), 1);
+    EXPECT_TRUE(folder.isReady());
+}
+
 TEST_F(Level3FolderTest, SharpFramesAreMadeOfTheProductsThatAreThere) {
     put("a", product(m_second));
     const auto folder = open();
