@@ -130,15 +130,21 @@ bool Publisher::mark(const std::string& path) {
     return QFileInfo::exists(fileOf(name)) || write(name, {});
 }
 
-// Says that all frames of a folder are final but those that may change and the newest.
-void Publisher::dropMarks(const std::string& folder, const std::string& newest) {
+// Says that all listed frames of a folder are final but those that may change and the newest.
+// Those that are not listed are gone.
+void Publisher::dropMarks(const std::string& folder, const std::vector<std::string>& listed) {
     QDir dir(fileOf(folder));
     for (const QString& mark :
          dir.entryList({QStringLiteral(".*.gif")}, QDir::Files | QDir::Hidden)) {
         const std::string name = mark.mid(1).toStdString();
-        if (name != newest && !isChanging(folder + name)) {
-            dir.remove(mark);
+        const bool isListed = std::binary_search(listed.begin(), listed.end(), name);
+        const bool isNewest = isListed && name == listed.back();
+        if (isListed && (isNewest || isChanging(folder + name))) {
+            continue;
         }
+        dir.remove(mark);
+        const std::lock_guard lock(m_changingMutex);
+        m_changing.erase(folder + name);
     }
 }
 
@@ -210,21 +216,21 @@ bool Publisher::publishListing(const FrameFolder& folder, Marks marks) {
     }
     const QByteArray listing = listingPage(path, there);
     const std::string index = path + "index.html";
-    const std::string newest = there.empty() ? std::string() : there.back();
-    if (!newest.empty() && !mark(path + newest)) {
+    if (!there.empty() && !mark(path + there.back())) {
         return false;
     }
     if (!has(fileOf(index), listing) && !write(index, listing)) {
         return false;
-    }
-    if (marks == Marks::drop) {
-        dropMarks(path, newest);
     }
     if (!m_isSound) {
         removeAbandonedFiles(dir.path());
     }
     for (const QString& file : old) {
         m_deleted += dir.remove(file) ? 1 : 0;
+    }
+    // A mark goes after its frame.
+    if (marks == Marks::drop) {
+        dropMarks(path, there);
     }
     return true;
 }

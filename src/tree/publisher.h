@@ -72,7 +72,7 @@ private:
     bool putFrame(const std::string& path);
     bool mark(const std::string& path);
     [[nodiscard]] bool isChanging(const std::string& path);
-    void dropMarks(const std::string& folder, const std::string& newest);
+    void dropMarks(const std::string& folder, const std::vector<std::string>& listed);
     [[nodiscard]] bool isPublished(const QString& name) const;
     bool write(const std::string& path, const QByteArray& bytes);
     void log(const QString& line);

@@ -138,10 +138,18 @@ TEST_F(PublisherTest, AFrameIsMarkedWhileItMayChangeAndUntilALaterOneIsListed) {
     m_frames.changing.clear();
     ASSERT_TRUE(publisher.publish());
     EXPECT_EQ(marks(), ".LWX_20180725_2005_N0R.gif");
+    EXPECT_EQ(publisher.counts().deleted, 0U);
+    // One that could change to its end.
+    m_frames.changing = {*m_frames.times.begin()};
+    ASSERT_TRUE(publisher.publish());
+    EXPECT_EQ(marks(), ".LWX_20180725_1955_N0R.gif .LWX_20180725_2005_N0R.gif");
+    m_frames.times.erase(m_frames.times.begin());
+    ASSERT_TRUE(publisher.publish());
+    EXPECT_EQ(marks(), ".LWX_20180725_2005_N0R.gif");
     const Publisher::Counts counts = publisher.counts();
     EXPECT_GT(counts.written, 30U);
     EXPECT_EQ(counts.failed, 0U);
-    EXPECT_EQ(counts.deleted, 0U);
+    EXPECT_EQ(counts.deleted, 7U);
     EXPECT_GT(counts.lastGood, 0);
 }
 
