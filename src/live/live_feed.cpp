@@ -196,7 +196,9 @@ bool LiveFeed::mayChange(FileTime minute) const {
         return false;
     }
     const Volume& volume = found->second;
-    return isNewest(minute) || (volume.kept && *volume.kept != volume.object.etag);
+    // What the provider has now is not known before its first answer.
+    return m_listedAt == 0 || isNewest(minute) ||
+           (volume.kept && *volume.kept != volume.object.etag);
 }
 
 void LiveFeed::lose(FileTime minute, Loss loss) {

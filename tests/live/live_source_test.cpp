@@ -68,6 +68,21 @@ TEST_F(LiveSourceTest, FetchesAFrameOnceWhenItIsAskedFor) {
     EXPECT_TRUE(source().stamp("TLX", Product::baseReflectivity, minuteOf(ago(3))).mayChange);
 }
 
+TEST_F(LiveSourceTest, AStoredFrameMayChangeUntilTheProviderHasAnswered) {
+    put("N0B", ago(3));
+    put("N0B", ago(8));
+    list();
+    frame(minuteOf(ago(3)));
+    frame(minuteOf(ago(8)));
+    open();
+    const auto mayChange = [this] {
+        return source().stamp("TLX", Product::baseReflectivity, minuteOf(ago(8))).mayChange;
+    };
+    EXPECT_TRUE(mayChange());
+    list();
+    EXPECT_FALSE(mayChange());
+}
+
 TEST_F(LiveSourceTest, AFrameOfTheSecondProviderMayChange) {
     sim.bucket.breakBy(answers::silence());
     putRing(1, ago(8));
