@@ -84,8 +84,8 @@ void addPictures(MetricsText& text, const ImageTree::Counts& counts, qsizetype b
     text.begin(
         "raincast_memory_cache_requests_total", kCounter, "Answers that were sought in memory."
     );
-    text.add(counts.kept, {{"result", "hit"}});
-    text.add(counts.sought - counts.kept, {{"result", "miss"}});
+    text.add(counts.hits, {{"result", "hit"}});
+    text.add(counts.misses, {{"result", "miss"}});
 }
 
 void addProducts(MetricsText& text, const SourceCounts& counts) {
@@ -94,8 +94,8 @@ void addProducts(MetricsText& text, const SourceCounts& counts) {
         counts.read
     );
     text.one(
-        "raincast_products_failed_total", kCounter,
-        "Level III products that could not be decoded or shown.", counts.failed
+        "raincast_products_failed_total", kCounter, "Level III products that could not be decoded.",
+        counts.failed
     );
 }
 

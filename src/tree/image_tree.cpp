@@ -136,8 +136,7 @@ std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
 
 std::optional<TreeBody> ImageTree::kept(const QByteArray& key) const {
     const auto body = m_cache.find(key);
-    ++m_sought;
-    m_found += body ? 1 : 0;
+    ++(body ? m_hits : m_misses);
     return body;
 }
 
@@ -164,7 +163,7 @@ ImageTree::Counts::Made ImageTree::Meter::count() const {
 }
 
 ImageTree::Counts ImageTree::counts() const {
-    return {m_frameMeter.count(), m_warningsMeter.count(), m_layerMeter.count(), m_found, m_sought};
+    return {m_frameMeter.count(), m_warningsMeter.count(), m_layerMeter.count(), m_hits, m_misses};
 }
 
 std::optional<QByteArray> ImageTree::makeFrame(const TreeItem& item) const {

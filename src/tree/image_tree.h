@@ -60,8 +60,8 @@ public:
         Made frames{};
         Made warnings{};          ///< pictures and texts
         Made layers{};            ///< and world files
-        std::uint64_t kept = 0;   ///< answers that were in memory
-        std::uint64_t sought = 0; ///< answers that could have been
+        std::uint64_t hits = 0;   ///< answers that were in memory
+        std::uint64_t misses = 0; ///< answers that could have been
     };
     [[nodiscard]] Counts counts() const;
 
@@ -99,8 +99,8 @@ private:
     mutable Meter m_frameMeter;
     mutable Meter m_warningsMeter;
     mutable Meter m_layerMeter;
-    mutable std::atomic<std::uint64_t> m_found = 0;
-    mutable std::atomic<std::uint64_t> m_sought = 0;
+    mutable std::atomic<std::uint64_t> m_hits = 0;
+    mutable std::atomic<std::uint64_t> m_misses = 0;
     mutable PictureCache m_cache{kMostBytesInMemory};
     mutable PictureMakers m_makers; ///< last: its threads use the rest
 };

@@ -25,8 +25,8 @@ protected:
         m_counts.note(RequestKind::listing, 304, 0);
         m_measures.requests = &m_counts;
         m_measures.tree.frames = {12, 0.25};
-        m_measures.tree.kept = 30;
-        m_measures.tree.sought = 40;
+        m_measures.tree.hits = 30;
+        m_measures.tree.misses = 10;
         m_measures.products = SourceCounts{7, 2};
         m_measures.published = Publisher::Counts{100, 1, 3, kNow};
         m_status.source = SourceKind::live;

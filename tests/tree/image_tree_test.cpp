@@ -114,8 +114,8 @@ TEST_F(ImageTreeTest, KeepsAListingAndItsTag) {
     const auto later = m_tree.find(path);
     EXPECT_TRUE(later->body.bytes().contains("2005"));
     EXPECT_NE(later->body.tag(), first->body.tag());
-    EXPECT_EQ(m_tree.counts().kept, 1U);
-    EXPECT_EQ(m_tree.counts().sought, 3U);
+    EXPECT_EQ(m_tree.counts().hits, 1U);
+    EXPECT_EQ(m_tree.counts().misses, 2U);
     EXPECT_FALSE(body("/ridge/RadarImg/").isEmpty());
     EXPECT_EQ(body("/ridge/RadarImg/"), body("/ridge/RadarImg/"));
 }
@@ -130,7 +130,7 @@ TEST_F(ImageTreeTest, CountsWhatItMakes) {
     EXPECT_EQ(counts.warnings.pictures, 1U);
     EXPECT_EQ(counts.layers.pictures, 1U);
     EXPECT_GT(counts.layers.seconds, 0);
-    EXPECT_EQ(counts.kept, 1U);
+    EXPECT_EQ(counts.hits, 1U);
 }
 
 TEST_F(ImageTreeTest, TellsLaterWhatHasToBeMade) {
