@@ -157,14 +157,17 @@ TEST_F(ServerProgramTest, InTheJournalLinesHaveTheirPriority) {
         EXPECT_THAT(line.toStdString(), StartsWith("<3>"));
     }
     writeFile(m_folder.filePath("roads"), "no roads");
+    QDir().mkpath(m_folder.filePath("products"));
     const QStringList roads{
         "--once",
         "--sites",
         "TLX",
+        "--level3",
+        m_folder.filePath("products"),
         "--publish",
         m_folder.filePath("www"),
         "--hours",
-        "1",
+        "0",
         "--roads",
         m_folder.filePath("roads")};
     EXPECT_THAT(
