@@ -346,16 +346,26 @@ protected:
         }
         m_url = address.match(said).captured();
         ASSERT_FALSE(m_url.isEmpty()) << said.toStdString();
-        const QString between = m_folder.filePath("bin/rclone");
-        writeFile(
-            between, "#!/bin/sh\necho \"$*\" >>\"$CALLS\"\n"
-                     "[ \"$(wc -l <\"$CALLS\")\" != \"$LAST\" ] || { kill -9 $PPID; exit; }\n"
-                     "exec " +
-                         rclone().toUtf8() + " \"$@\"\n"
+        // The script's lock has to go with it.
+        putBetween(
+            "rclone", "echo \"$*\" >>\"$CALLS\"\n"
+                      "if [ \"$(wc -l <\"$CALLS\")\" = \"$LAST\" ]; then\n"
+                      "    [ -z \"$AFTER\" ] || " +
+                          rclone().toUtf8() +
+                          " \"$@\"\n"
+                          "    exec 9>&-\n    kill -9 $PPID\n    exit\nfi\n"
         );
+    }
+    /// Puts some lines before a program that the script calls.
+    void putBetween(const QString& name, const QByteArray& lines) const {
+        const QString between = m_folder.filePath("bin/" + name);
+        const QString real = QStandardPaths::findExecutable(name);
+        writeFile(between, "#!/bin/sh\n" + lines + "exec " + real.toUtf8() + " \"$@\"\n");
         QFile::setPermissions(between, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-    /// Runs the script up to a call of rclone, or to its end; what it called.
+    static constexpr int kFails = -1;
+    /// Runs the script up to a call of rclone, or to its end, or to an end by itself that is not
+    /// good; what it called.
     QStringList bring(int last = 0) {
         const QString calls = m_folder.filePath("calls");
         QFile::remove(calls);
@@ -363,6 +373,7 @@ protected:
         environment.insert("PATH", m_folder.filePath("bin") + u':' + environment.value("PATH"));
         environment.insert("CALLS", calls);
         environment.insert("LAST", QString::number(last));
+        environment.insert("AFTER", m_killsAfter ? "yes" : "");
         environment.insert("RCLONE_CONFIG", "/dev/null");
         environment.insert("RCLONE_CONFIG_STORE_TYPE", "webdav");
         environment.insert("RCLONE_CONFIG_STORE_URL", m_url);
@@ -418,6 +429,7 @@ protected:
     QTemporaryDir m_folder;
     QProcess m_server;
     QString m_url;
+    bool m_killsAfter = false; ///< the call that is the last one is made
 };
 
 TEST_F(RemoteTest, FramesComeFirstThenListingsThenDeletions) {
@@ -446,6 +458,68 @@ TEST_F(RemoteTest, FramesComeFirstThenListingsThenDeletions) {
     const QStringList rest = bring();
     ASSERT_EQ(rest.size(), 1);
     EXPECT_TRUE(rest[0].startsWith("delete "));
+    expectSameFiles();
+}
+
+TEST_F(RemoteTest, ATreeInMotionIsCopiedAgain) {
+    if (rclone().isEmpty()) {
+        GTEST_SKIP() << "rclone is not installed";
+    }
+    start();
+    const QString folder = m_tree.file("ridge/RadarImg/N0R/LWX/");
+    const QByteArray gone = (folder + "LWX_20180725_1955_N0R.gif").toUtf8();
+    const QByteArray mark = (folder + ".LWX_20180725_2000_N0R.gif").toUtf8();
+    putBetween("cp", "rm -f '" + gone + "' '" + mark + "'\n");
+    bring();
+    EXPECT_FALSE(QFile::exists(QString::fromUtf8(gone)));
+    EXPECT_FALSE(QFile::exists(served("ridge/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif")));
+    EXPECT_TRUE(readFile(m_tree.folder() + ".remote/sent")
+                    .contains("moment ridge/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif ")
+    ) << "it was not final when it was copied";
+    putBetween("cp", "echo 'cp: no' >&2\nexit 1\n");
+    EXPECT_TRUE(bring(kFails).isEmpty());
+}
+
+TEST_F(RemoteTest, WhatCannotBeComparedIsNotTakenForSent) {
+    if (rclone().isEmpty()) {
+        GTEST_SKIP() << "rclone is not installed";
+    }
+    start();
+    for (const char* program : {"comm", "sed", "split", "cut"}) {
+        putBetween(program, "exit 1\n");
+        EXPECT_TRUE(bring(kFails).isEmpty()) << program;
+        QFile::remove(m_folder.filePath("bin/") + program);
+    }
+    bring();
+    expectSameFiles();
+}
+
+TEST_F(RemoteTest, AnEndOfTheFirstRunLosesNothingThatWasSent) {
+    if (rclone().isEmpty()) {
+        GTEST_SKIP() << "rclone is not installed";
+    }
+    start();
+    constexpr int kPages = 501; // two pieces
+    for (int i = 0; i < kPages; ++i) {
+        writeFile(m_tree.file("page") + QString::number(i), "page");
+    }
+    EXPECT_EQ(bring(6).size(), 6);
+    EXPECT_EQ(bring().size(), 1) << "the last piece";
+    expectSameFiles();
+}
+
+TEST_F(RemoteTest, WhatCameAcrossBeforeAnEndIsDeletedWhenItIsGone) {
+    if (rclone().isEmpty()) {
+        GTEST_SKIP() << "rclone is not installed";
+    }
+    start();
+    m_killsAfter = true;
+    bring(1);
+    EXPECT_TRUE(QFile::exists(served("ridge/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif")));
+    m_clock.advance(5 * kFileTimePerMinute);
+    m_tree.frames.times = lastTwo();
+    m_tree.publish();
+    bring();
     expectSameFiles();
 }
 
