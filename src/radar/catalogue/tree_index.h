@@ -21,8 +21,8 @@
 //
 // Frames and pictures of warnings are there with more pixels, too, which listings do not name:
 //
-//   /ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif  twice as many across and down; x4: four
-//   times /ridge/x4/Warnings/Short/LWX_Warnings_0.gif
+//   /ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif  twice as many each way
+//   /ridge/x4/Warnings/Short/LWX_Warnings_0.gif           four times as many
 //
 // A path is valid only if it is one of these, letter for letter: nothing that a client sends ever
 // becomes the name of a file.
