@@ -107,7 +107,7 @@ struct Rays {
     [[nodiscard]] PlaneVector direction(int radial) const {
         return towards((radial + .5) * (360. / count));
     }
-    /// Calls with the direction of each radial, then with the place of each of its cells.
+    /// What `at` makes of the place of each cell, radial by radial.
     template<typename At>
     [[nodiscard]] SampleGrid grid(At at) const {
         SampleGrid result;
