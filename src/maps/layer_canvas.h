@@ -12,11 +12,10 @@
 
 namespace raincast {
 
-/// The picture of a layer while it is painted: 600 × 550 pixels, empty at first, and their place on
-/// the earth.
-class LayerCanvas {
+/// Where a layer's picture lies on the earth.
+class LayerPlace {
 public:
-    explicit LayerCanvas(const ImageGeometry& geometry);
+    explicit LayerPlace(const ImageGeometry& geometry) : m_geometry(geometry) {}
 
     /// The part of the earth that the picture shows, and a little around it.
     [[nodiscard]] GeoBox box() const;
@@ -25,14 +24,23 @@ public:
     [[nodiscard]] QPointF at(GeoPosition position) const;
     [[nodiscard]] QPolygonF at(const std::vector<GeoPosition>& points) const;
 
-    /// Strokes lines without smoothing: a GIF's pixels are either there or not.
-    void stroke(const std::vector<QPolygonF>& lines, QColor colour, double width);
-
-    [[nodiscard]] QImage& image() { return m_image; }
     [[nodiscard]] const ImageGeometry& geometry() const { return m_geometry; }
 
 private:
     ImageGeometry m_geometry;
+};
+
+/// The picture of a layer while it is painted: of its geometry's size, empty at first.
+class LayerCanvas : public LayerPlace {
+public:
+    explicit LayerCanvas(const ImageGeometry& geometry);
+
+    /// Strokes lines without smoothing: a GIF's pixels are either there or not. `width` in pixels.
+    void stroke(const std::vector<QPolygonF>& lines, QColor colour, double width);
+
+    [[nodiscard]] QImage& image() { return m_image; }
+
+private:
     QImage m_image;
 };
 

@@ -45,6 +45,15 @@ linesOfRank(const LayerCanvas& canvas, const std::vector<MapLine>& lines, int le
     return result;
 }
 
+/// The rank of the least rivers that a picture has room for: what a pixel covers decides.
+int leastRiver(Range range, int detail) {
+    constexpr int kLongest = 2; // the largest rivers
+    constexpr int kAll = 4;     // all that have water at all times
+    constexpr int kWithDry = 7; // those that fall dry, too
+    const int fineness = range == Range::shortRange ? 2 * detail : detail;
+    return fineness < 2 ? kLongest : fineness < 8 ? kAll : kWithDry;
+}
+
 void drawRivers(LayerCanvas& canvas, const MapData& data, Range range) {
     std::vector<QPolygonF> shores;
     for (const ShoreBin& bin : data.shores(canvas.box())) {
@@ -52,8 +61,8 @@ void drawRivers(LayerCanvas& canvas, const MapData& data, Range range) {
             shores.push_back(canvas.at(piece.points));
         }
     }
-    const int minor = range == Range::shortRange ? 4 : 2;
-    canvas.stroke(linesOfRank(canvas, data.rivers(canvas.box()), 0, minor), kRiver, 1);
+    const int least = leastRiver(range, canvas.geometry().detail());
+    canvas.stroke(linesOfRank(canvas, data.rivers(canvas.box()), 0, least), kRiver, 1);
     canvas.stroke(shores, kShore, 1);
 }
 

@@ -54,22 +54,48 @@ double ReliefGrid::at(std::ptrdiff_t row, std::ptrdiff_t column) const {
     return double(m_heights[static_cast<std::size_t>(y * m_columns + x)]);
 }
 
-double ReliefGrid::heightAt(GeoPosition position) const {
-    if (isEmpty()) {
-        return 0;
+ReliefProfiles::ReliefProfiles(const ReliefGrid& grid, const std::vector<double>& longitudes)
+    : m_grid(grid) {
+    m_places.reserve(longitudes.size());
+    for (const double longitude : longitudes) {
+        const double x = (longitude - grid.m_southWest.longitude) / grid.m_step;
+        const double column = std::clamp(std::floor(x), -2.0, double(grid.m_columns));
+        m_places.push_back({static_cast<std::ptrdiff_t>(column), std::clamp(x - column, 0.0, 1.0)});
     }
-    const double y = (position.latitude - m_southWest.latitude) / m_step;
-    const double x = (position.longitude - m_southWest.longitude) / m_step;
-    const double row = std::clamp(std::floor(y), -2.0, double(m_rows));
-    const double column = std::clamp(std::floor(x), -2.0, double(m_columns));
-    const double fractionX = std::clamp(x - column, 0.0, 1.0);
-    double across[4];
-    for (int i = 0; i < 4; ++i) {
-        const auto r = static_cast<std::ptrdiff_t>(row) + i - 1;
-        const auto c = static_cast<std::ptrdiff_t>(column);
-        across[i] = cubic(at(r, c - 1), at(r, c), at(r, c + 1), at(r, c + 2), fractionX);
+}
+
+void ReliefProfiles::at(double latitude, std::vector<double>& heights) {
+    heights.assign(m_places.size(), 0);
+    if (m_grid.isEmpty()) {
+        return;
     }
-    return cubic(across[0], across[1], across[2], across[3], std::clamp(y - row, 0.0, 1.0));
+    const double y = (latitude - m_grid.m_southWest.latitude) / m_grid.m_step;
+    const double row = std::clamp(std::floor(y), -2.0, double(m_grid.m_rows));
+    const double fraction = std::clamp(y - row, 0.0, 1.0);
+    const auto r = static_cast<std::ptrdiff_t>(row);
+    const auto& a = lineOf(r - 1);
+    const auto& b = lineOf(r);
+    const auto& c = lineOf(r + 1);
+    const auto& d = lineOf(r + 2);
+    for (std::size_t i = 0; i < heights.size(); ++i) {
+        heights[i] = cubic(a[i], b[i], c[i], d[i], fraction);
+    }
+}
+
+const std::vector<double>& ReliefProfiles::lineOf(std::ptrdiff_t row) {
+    constexpr auto kLines = static_cast<std::ptrdiff_t>(std::tuple_size_v<decltype(m_lines)>);
+    Line& line = m_lines[static_cast<std::size_t>((row % kLines + kLines) % kLines)];
+    if (line.row != row) {
+        line.row = row;
+        line.heights.clear();
+        for (const auto& [column, fraction] : m_places) {
+            line.heights.push_back(cubic(
+                m_grid.at(row, column - 1), m_grid.at(row, column), m_grid.at(row, column + 1),
+                m_grid.at(row, column + 2), fraction
+            ));
+        }
+    }
+    return line.heights;
 }
 
 ReliefGrid readRelief(const QString& file, const GeoBox& box) {

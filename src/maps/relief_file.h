@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <array>
+#include <cstddef>
 #include <vector>
 
 namespace raincast {
@@ -21,11 +23,9 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return m_heights.empty(); }
 
-    /// The height at a position, smooth between the grid's points (a cubic through four by four of
-    /// them); beyond the grid that of its edge. 0 for an empty grid.
-    [[nodiscard]] double heightAt(GeoPosition position) const;
-
 private:
+    friend class ReliefProfiles;
+
     [[nodiscard]] double at(std::ptrdiff_t row, std::ptrdiff_t column) const;
 
     GeoPosition m_southWest;
@@ -33,6 +33,37 @@ private:
     std::ptrdiff_t m_rows = 0;
     std::ptrdiff_t m_columns = 0;
     std::vector<float> m_heights;
+};
+
+/// Heights along parallels, at the same meridians each time. Smooth between the grid's points (a
+/// cubic through four by four of them); beyond the grid those of its edge, and 0 for an empty grid.
+/// Parallels that follow each other closely share most of the work.
+class ReliefProfiles {
+public:
+    /// The grid is borrowed; longitudes in degrees.
+    ReliefProfiles(const ReliefGrid& grid, const std::vector<double>& longitudes);
+
+    /// The heights at all longitudes; `heights` gets as many.
+    void at(double latitude, std::vector<double>& heights);
+
+private:
+    /// Where a longitude lies between the grid's columns.
+    struct Place {
+        std::ptrdiff_t column;
+        double fraction;
+    };
+    /// A row of the grid, smooth along its parallel.
+    struct Line {
+        std::ptrdiff_t row = kNoRow;
+        std::vector<double> heights{};
+    };
+    static constexpr std::ptrdiff_t kNoRow = -1000;
+
+    [[nodiscard]] const std::vector<double>& lineOf(std::ptrdiff_t row);
+
+    const ReliefGrid& m_grid;
+    std::vector<Place> m_places;
+    std::array<Line, 4> m_lines; ///< the latest, each row's at its number's remainder
 };
 
 /// The part of a relief file (ETOPO5 as netCDF) that covers a box, with a margin for smoothing.

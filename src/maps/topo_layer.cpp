@@ -56,8 +56,8 @@ Tint tintOf(const std::array<Tint, N>& scale, double metres) {
 }
 
 /// White where there is land. Where no shores are known, ground below sea level is sea.
-QImage landMask(const std::vector<ShoreBin>& bins, const LayerCanvas& canvas) {
-    QImage mask(kFrameWidth, kFrameHeight, QImage::Format_Grayscale8);
+QImage landMask(const std::vector<ShoreBin>& bins, const LayerPlace& place) {
+    QImage mask(place.geometry().width(), place.geometry().height(), QImage::Format_Grayscale8);
     mask.fill(Qt::black);
     QPainter painter(&mask);
     painter.setPen(Qt::NoPen);
@@ -65,7 +65,7 @@ QImage landMask(const std::vector<ShoreBin>& bins, const LayerCanvas& canvas) {
     for (const ShoreBin& bin : bins) {
         QPainterPath land;
         for (const auto& ring : landRings(bin)) {
-            land.addPolygon(canvas.at(ring));
+            land.addPolygon(place.at(ring));
             land.closeSubpath();
         }
         painter.drawPath(land);
@@ -73,40 +73,61 @@ QImage landMask(const std::vector<ShoreBin>& bins, const LayerCanvas& canvas) {
     return mask;
 }
 
-/// Heights at the centres of all pixels and of those one beyond each edge.
-class Heights {
+/// The heights at the centres of a row of pixels and of those around it, row after row from the
+/// top: those of a whole large picture would take more memory than the picture.
+class HeightRows {
 public:
-    Heights(const ReliefGrid& relief, const ImageGeometry& geometry) : m_values(kWidth * kHeight) {
-        for (int row = -1; row <= kFrameHeight; ++row) {
-            for (int column = -1; column <= kFrameWidth; ++column) {
-                m_values[index(row, column)] = relief.heightAt(
-                    {geometry.latitudeOfRow(row), geometry.longitudeOfColumn(column)}
-                );
-            }
-        }
+    HeightRows(const ReliefGrid& relief, const ImageGeometry& geometry)
+        : m_geometry(geometry), m_profiles(relief, longitudesOf(geometry)) {
+        read(-1, m_above);
+        read(0, m_here);
+        read(1, m_below);
     }
 
-    [[nodiscard]] double at(int row, int column) const { return m_values[index(row, column)]; }
+    /// Goes on to the next row.
+    void next() {
+        m_above.swap(m_here);
+        m_here.swap(m_below);
+        ++m_row;
+        read(m_row + 1, m_below);
+    }
+
+    [[nodiscard]] double at(int column) const { return m_here[index(column)]; }
 
     /// How much lighter (above 1) or darker a pixel's slope is than level ground.
-    [[nodiscard]] double light(int row, int column, double metresAcross, double metresDown) const {
-        const double east = (land(row, column + 1) - land(row, column - 1)) / (2 * metresAcross);
-        const double south = (land(row + 1, column) - land(row - 1, column)) / (2 * metresDown);
+    [[nodiscard]] double light(int column, double metresAcross, double metresDown) const {
+        const double east =
+            (land(m_here, column + 1) - land(m_here, column - 1)) / (2 * metresAcross);
+        const double south = (land(m_below, column) - land(m_above, column)) / (2 * metresDown);
         // The light comes from the north-west: slopes that rise to the south-east face it.
         const double facing = (east + south) * kExaggeration / std::sqrt(2.0);
         return 1 + kContrast * facing / std::sqrt(1 + facing * facing);
     }
 
 private:
-    static constexpr std::size_t kWidth = kFrameWidth + 2;
-    static constexpr std::size_t kHeight = kFrameHeight + 2;
+    using Row = std::vector<double>;
 
-    static std::size_t index(int row, int column) {
-        return static_cast<std::size_t>(row + 1) * kWidth + static_cast<std::size_t>(column + 1);
+    /// From one pixel beyond the left edge to one beyond the right.
+    static std::size_t index(int column) { return static_cast<std::size_t>(column + 1); }
+
+    static Row longitudesOf(const ImageGeometry& geometry) {
+        Row longitudes;
+        for (int column = -1; column <= geometry.width(); ++column) {
+            longitudes.push_back(geometry.longitudeOfColumn(column));
+        }
+        return longitudes;
     }
-    [[nodiscard]] double land(int row, int column) const { return std::max(0.0, at(row, column)); }
 
-    std::vector<double> m_values;
+    static double land(const Row& row, int column) { return std::max(0.0, row[index(column)]); }
+
+    void read(int row, Row& heights) { m_profiles.at(m_geometry.latitudeOfRow(row), heights); }
+
+    const ImageGeometry& m_geometry;
+    ReliefProfiles m_profiles;
+    int m_row = 0;
+    Row m_above;
+    Row m_here;
+    Row m_below;
 };
 
 QRgb colourOf(const Tint& tint, double light) {
@@ -119,24 +140,24 @@ QRgb colourOf(const Tint& tint, double light) {
 } // namespace
 
 QImage paintTopo(const MapData& data, const ImageGeometry& geometry) {
-    LayerCanvas canvas(geometry);
-    const auto shores = data.shores(canvas.box());
-    const QImage mask = landMask(shores, canvas);
-    const ReliefGrid relief = data.relief(canvas.box());
-    const Heights heights(relief, geometry);
+    const LayerPlace place(geometry);
+    const auto shores = data.shores(place.box());
+    const QImage mask = landMask(shores, place);
+    const ReliefGrid relief = data.relief(place.box());
+    HeightRows heights(relief, geometry);
     // Without any data all is land.
     const bool knowsShores = !shores.empty();
     const double down = geometry.degreesPerPixel() * kMetresPerDegree;
-    QImage picture(kFrameWidth, kFrameHeight, QImage::Format_RGB32);
-    for (int row = 0; row < kFrameHeight; ++row) {
+    QImage picture(geometry.width(), geometry.height(), QImage::Format_RGB32);
+    for (int row = 0; row < geometry.height(); ++row, heights.next()) {
         const double across = down * std::cos(geometry.latitudeOfRow(row) * kDegree);
         auto* const line = reinterpret_cast<QRgb*>(picture.scanLine(row));
         const auto* const land = mask.constScanLine(row);
-        for (int column = 0; column < kFrameWidth; ++column) {
-            const double height = heights.at(row, column);
+        for (int column = 0; column < geometry.width(); ++column) {
+            const double height = heights.at(column);
             const bool isLand = knowsShores ? land[column] != 0 : height >= 0;
             line[column] =
-                isLand ? colourOf(tintOf(kLand, height), heights.light(row, column, across, down))
+                isLand ? colourOf(tintOf(kLand, height), heights.light(column, across, down))
                        : colourOf(tintOf(kWater, height), 1);
         }
     }

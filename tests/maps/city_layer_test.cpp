@@ -4,6 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <random>
+
 namespace raincast {
 namespace {
 
@@ -58,6 +63,127 @@ TEST_F(CityLayerTest, ThereAreNoMoreThanAsked) {
 
 TEST_F(CityLayerTest, TheCornerOfTheTimeStaysFree) {
     EXPECT_FALSE(isDark(draw({city("A", 20, 535)}), 20, 535));
+}
+
+/// The same place of the earth as kGeometry, with more pixels.
+ImageGeometry sharpGeometry(int detail) {
+    return {38.5, -77.5, Range::shortRange, detail};
+}
+
+TEST_F(CityLayerTest, InASharpPictureTheDotIsAtTheCity) {
+    for (const int detail : {2, 4}) {
+        const ImageGeometry geometry = sharpGeometry(detail);
+        const City town = city("Town", 301.3, 200.6);
+        LayerCanvas canvas(geometry);
+        drawCities(canvas, {town}, 10);
+        const int column = qRound(geometry.columnOfLongitude(town.position.longitude));
+        const int row = qRound(geometry.rowOfLatitude(town.position.latitude));
+        EXPECT_EQ(canvas.image().size(), QSize(600, 550) * detail);
+        EXPECT_TRUE(isDark(canvas.image(), column, row));
+        EXPECT_FALSE(isDark(canvas.image(), column - 3, row)) << "the dot is as small";
+        EXPECT_FALSE(isDark(canvas.image(), column, row - 3));
+    }
+}
+
+TEST_F(CityLayerTest, TheCornerOfTheTimeGrowsWithThePicture) {
+    for (const int detail : {2, 4}) {
+        LayerCanvas canvas(sharpGeometry(detail));
+        drawCities(canvas, {city("A", 90, 535)}, 10);
+        EXPECT_FALSE(isDark(canvas.image(), 90 * detail + detail / 2, 535 * detail + detail / 2));
+    }
+}
+
+/// Towns that are too close for all their names, the largest first.
+class CrowdedCitiesTest : public CityLayerTest {
+protected:
+    CrowdedCitiesTest() {
+        std::minstd_rand random(7);
+        const auto below = [&](unsigned most) { return static_cast<double>(random() % most); };
+        for (int i = 0; i < 250; ++i) {
+            QString name(QChar('A' + i % 26));
+            for (int j = 4 + static_cast<int>(below(5)); j > 0; --j) {
+                name += QChar('a' + static_cast<int>(below(26)));
+            }
+            const double column = 150 + below(2000) / 10;
+            m_cities.push_back(city(qPrintable(name), column, 150 + below(1500) / 10));
+            m_cities.back().name = name;
+        }
+    }
+
+    [[nodiscard]] QImage picture(int detail, int most = 1000) const {
+        LayerCanvas canvas(sharpGeometry(detail));
+        drawCities(canvas, m_cities, most);
+        return canvas.image();
+    }
+    static QPoint dotOf(const City& city, int detail) {
+        const ImageGeometry geometry = sharpGeometry(detail);
+        return {
+            static_cast<int>(geometry.columnOfLongitude(city.position.longitude) + .5),
+            static_cast<int>(geometry.rowOfLatitude(city.position.latitude) + .5)};
+    }
+    /// The dark pixels of a name that has all the room it wants, from its dot.
+    static std::vector<QPoint> inkOf(const City& city) {
+        const QImage alone = draw({{city.name, 1, CityLayerTest::city("", 300, 200).position}});
+        std::vector<QPoint> ink;
+        for (int row = 180; row < 220; ++row) {
+            for (int column = 304; column < 420; ++column) {
+                if (isDark(alone, column, row)) {
+                    ink.emplace_back(column - 300, row - 200);
+                }
+            }
+        }
+        return ink;
+    }
+    /// How far a city's name stands from where it would like to; nothing when it is not there.
+    static std::optional<QPoint> placeOf(const City& city, const QImage& picture, int detail) {
+        const QPoint dot = dotOf(city, detail);
+        const auto ink = inkOf(city);
+        for (int down = -20; down <= 20; ++down) {
+            for (int across = -120; across <= 2; ++across) {
+                const QPoint offset(across, down);
+                const bool isThere = std::all_of(ink.begin(), ink.end(), [&](QPoint pixel) {
+                    const QPoint at = dot + offset + pixel;
+                    return picture.rect().contains(at) && isDark(picture, at.x(), at.y());
+                });
+                if (isThere) {
+                    return offset;
+                }
+            }
+        }
+        return std::nullopt;
+    }
+
+    std::vector<City> m_cities;
+};
+
+TEST_F(CrowdedCitiesTest, ASharpPictureNamesTheSameAtTheSamePlacesAndMore) {
+    const std::array pictures{picture(1), picture(2), picture(4)};
+    std::array<int, 3> named{};
+    for (const City& city : m_cities) {
+        std::optional<QPoint> coarser;
+        for (std::size_t i = 0; i < pictures.size(); ++i) {
+            const auto place = placeOf(city, pictures[i], 1 << i);
+            named[i] += place ? 1 : 0;
+            if (coarser) {
+                EXPECT_EQ(place, coarser) << qPrintable(city.name) << " at detail " << (1 << i);
+            }
+            coarser = place;
+        }
+    }
+    EXPECT_GT(named[0], 10);
+    EXPECT_GT(named[1], 2 * named[0]);
+    EXPECT_GT(named[2], named[1] * 3 / 2);
+}
+
+TEST_F(CrowdedCitiesTest, ThereAreFourTimesAsManyAtTwiceTheDetail) {
+    const auto namedOf = [&](int detail, int most) {
+        const QImage drawn = picture(detail, most);
+        return std::count_if(m_cities.begin(), m_cities.end(), [&](const City& city) {
+            return placeOf(city, drawn, detail).has_value();
+        });
+    };
+    EXPECT_EQ(namedOf(1, 5), 5);
+    EXPECT_EQ(namedOf(2, 5), 20);
 }
 
 TEST_F(CityLayerTest, NothingIsWhite) {

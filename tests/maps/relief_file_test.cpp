@@ -9,11 +9,17 @@
 namespace raincast {
 namespace {
 
+double heightAt(const ReliefGrid& grid, GeoPosition position) {
+    std::vector<double> heights;
+    ReliefProfiles(grid, {position.longitude}).at(position.latitude, heights);
+    return heights.at(0);
+}
+
 TEST(ReliefGridTest, GoesThroughItsPoints) {
     const ReliefGrid grid({40, -100}, 0.5, 2, 3, {1, 2, 3, 4, 5, 6});
-    EXPECT_NEAR(grid.heightAt({40, -100}), 1, 1e-9);
-    EXPECT_NEAR(grid.heightAt({40, -99.5}), 2, 1e-9);
-    EXPECT_NEAR(grid.heightAt({40.5, -99}), 6, 1e-9);
+    EXPECT_NEAR(heightAt(grid, {40, -100}), 1, 1e-9);
+    EXPECT_NEAR(heightAt(grid, {40, -99.5}), 2, 1e-9);
+    EXPECT_NEAR(heightAt(grid, {40.5, -99}), 6, 1e-9);
 }
 
 TEST(ReliefGridTest, IsSmoothBetweenThem) {
@@ -25,19 +31,37 @@ TEST(ReliefGridTest, IsSmoothBetweenThem) {
         }
     }
     const ReliefGrid grid({0, 0}, 1, 6, 6, plane);
-    EXPECT_NEAR(grid.heightAt({2.5, 2.25}), 272.5, 1e-6);
+    EXPECT_NEAR(heightAt(grid, {2.5, 2.25}), 272.5, 1e-6);
 }
 
 TEST(ReliefGridTest, BeyondItsEdgeIsTheEdge) {
     const ReliefGrid grid({40, -100}, 0.5, 2, 2, {1, 1, 7, 7});
-    EXPECT_NEAR(grid.heightAt({60, -100}), 7, 1e-9);
-    EXPECT_NEAR(grid.heightAt({-90, 1e9}), 1, 1e-9);
-    EXPECT_EQ(ReliefGrid().heightAt({1, 2}), 0);
+    EXPECT_NEAR(heightAt(grid, {60, -100}), 7, 1e-9);
+    EXPECT_NEAR(heightAt(grid, {-90, 1e9}), 1, 1e-9);
+    EXPECT_EQ(heightAt(ReliefGrid(), {1, 2}), 0);
+}
+
+TEST(ReliefGridTest, AProfileIsTheSameWhateverWasAskedBefore) {
+    std::vector<float> hills;
+    for (int i = 0; i < 81; ++i) {
+        hills.push_back(static_cast<float>(i * 37 % 101));
+    }
+    const ReliefGrid grid({30, -90}, 0.25, 9, 9, hills);
+    const std::vector<double> longitudes{-90.1, -89.9, -89.05, -88.3};
+    ReliefProfiles profiles(grid, longitudes);
+    std::vector<double> heights;
+    for (const double latitude : {32.3, 31.9, 31.85, 31.2, 30.1, 29.0, 31.9, 32.1}) {
+        profiles.at(latitude, heights);
+        ASSERT_EQ(heights.size(), longitudes.size());
+        for (std::size_t i = 0; i < heights.size(); ++i) {
+            EXPECT_EQ(heights[i], heightAt(grid, {latitude, longitudes[i]})) << latitude;
+        }
+    }
 }
 
 TEST(ReliefGridTest, GapsAreSeaLevel) {
     const ReliefGrid grid({0, 0}, 1, 2, 2, {-1e34F, -1e34F, -1e34F, -1e34F});
-    EXPECT_EQ(grid.heightAt({0.5, 0.5}), 0);
+    EXPECT_EQ(heightAt(grid, {0.5, 0.5}), 0);
 }
 
 class ReliefFileTest : public ::testing::Test {
@@ -67,9 +91,9 @@ TEST_F(ReliefFileTest, ReadsThePartAroundABox) {
     }
     const ReliefGrid grid = readRelief(m_path, {35, -105, 45, -95});
     ASSERT_FALSE(grid.isEmpty());
-    EXPECT_NEAR(grid.heightAt({40, -100}), 400 + 26, 1e-3);
+    EXPECT_NEAR(heightAt(grid, {40, -100}), 400 + 26, 1e-3);
     const ReliefGrid east = readRelief(m_path, {5, 140, 15, 150});
-    EXPECT_NEAR(east.heightAt({10, 140}), 100 + 14, 1e-3);
+    EXPECT_NEAR(heightAt(east, {10, 140}), 100 + 14, 1e-3);
 }
 
 TEST_F(ReliefFileTest, OtherFilesAreEmpty) {
