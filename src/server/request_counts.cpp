@@ -20,6 +20,8 @@ constexpr std::array kPlaces = {
     Place{"/ridge/x2/Warnings/", RequestKind::warnings},
     Place{"/ridge/x4/Warnings/", RequestKind::warnings},
     Place{"/ridge/Overlays/", RequestKind::layer},
+    Place{"/ridge/x2/Overlays/", RequestKind::layer},
+    Place{"/ridge/x4/Overlays/", RequestKind::layer},
     Place{"/weather_radar/", RequestKind::layer},
 };
 

@@ -107,23 +107,24 @@ void ImageTree::askForItem(const std::string& path, const TreeItem& item, TreeAs
         keeping = stamp.mayChange || isNewest(item) ? Keeping::aMoment : Keeping::forGood;
     }
     const char* const type = typeOf(path);
-    if (const auto body = kept(key)) {
+    Store& store = item.detail == 1 ? m_described : m_sharp;
+    if (const auto body = kept(key, store.cache)) {
         return asker.tell(TreeAnswer{*body, type, keeping});
     }
     const auto tell = [=, tell = std::move(asker.tell)](const PictureMakers::Picture& made) {
         tell(made ? std::optional(TreeAnswer{*made, type, keeping}) : std::nullopt);
     };
-    const auto makeAndKeep = [this, key, item]() -> PictureMakers::Picture {
+    const auto makeAndKeep = [this, &store, key, item]() -> PictureMakers::Picture {
         const auto made = make(item);
         if (!made) {
             return std::nullopt;
         }
         TreeBody body(*made);
         static_cast<void>(body.tag()); // here, not in the thread that answers
-        m_cache.insert(key, body);
+        store.cache.insert(key, body);
         return body;
     };
-    m_makers.make(key, makeAndKeep, {tell, std::move(asker.isWaiting)});
+    store.makers.make(key, makeAndKeep, {tell, std::move(asker.isWaiting)});
 }
 
 std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
@@ -134,8 +135,8 @@ std::optional<TreeAnswer> ImageTree::find(std::string_view path) const {
     return found->get_future().get();
 }
 
-std::optional<TreeBody> ImageTree::kept(const QByteArray& key) const {
-    const auto body = m_cache.find(key);
+std::optional<TreeBody> ImageTree::kept(const QByteArray& key, const PictureCache& cache) const {
+    const auto body = cache.find(key);
     ++(body ? m_hits : m_misses);
     return body;
 }
@@ -184,7 +185,7 @@ std::optional<QByteArray> ImageTree::makeOfSite(const TreeItem& item) const {
     case TreeItem::Kind::warningTexts:
         return warningsText(image, m_frames.warnings(item.site, item.range, thisMinute()));
     case TreeItem::Kind::layer:
-        return m_layers.layer(item.layer, *antenna, item.range);
+        return m_layers.layer({item.layer, *antenna, item.range, item.detail});
     case TreeItem::Kind::frame:
     case TreeItem::Kind::worldFile:
         break;
@@ -216,11 +217,11 @@ TreeBody ImageTree::listing(
     const std::function<std::vector<std::string>()>& names
 ) const {
     const QByteArray whole = bytesOf(path) + key;
-    if (const auto body = kept(whole)) {
+    if (const auto body = kept(whole, m_described.cache)) {
         return *body;
     }
     const TreeBody body(listingPage(path, names()));
-    m_cache.insert(whole, body);
+    m_described.cache.insert(whole, body);
     return body;
 }
 

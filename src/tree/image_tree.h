@@ -66,8 +66,10 @@ public:
     [[nodiscard]] Counts counts() const;
 
     /// Bytes of the pictures kept in memory, and the most there may be.
-    [[nodiscard]] qsizetype bytesInMemory() const { return m_cache.bytes(); }
-    static constexpr qsizetype kMostBytesInMemory = 12 * 1024 * 1024;
+    [[nodiscard]] qsizetype bytesInMemory() const {
+        return m_described.cache.bytes() + m_sharp.cache.bytes();
+    }
+    static constexpr qsizetype kMostBytesInMemory = 16 * 1024 * 1024;
 
 private:
     /// Counts what is made.
@@ -78,7 +80,18 @@ private:
         [[nodiscard]] Counts::Made count() const;
     };
 
-    [[nodiscard]] std::optional<TreeBody> kept(const QByteArray& key) const;
+    /// What is made, and who makes it. Pictures of more detail are by themselves: they displace no
+    /// others, nor do others wait for them.
+    struct Store {
+        PictureCache cache;
+        PictureMakers makers{}; ///< last: its threads use the rest
+    };
+    // Large canvases are in memory while they are painted: few at a time.
+    static constexpr int kMostSharpAtOnce = 2;
+    static constexpr qsizetype kMostSharpBytesInMemory = 4 * 1024 * 1024;
+
+    [[nodiscard]] std::optional<TreeBody>
+    kept(const QByteArray& key, const PictureCache& cache) const;
     [[nodiscard]] TreeBody listing(
         std::string_view path, const QByteArray& key,
         const std::function<std::vector<std::string>()>& names
@@ -101,8 +114,9 @@ private:
     mutable Meter m_layerMeter;
     mutable std::atomic<std::uint64_t> m_hits = 0;
     mutable std::atomic<std::uint64_t> m_misses = 0;
-    mutable PictureCache m_cache{kMostBytesInMemory};
-    mutable PictureMakers m_makers; ///< last: its threads use the rest
+    // Last: their threads use the rest.
+    mutable Store m_described{PictureCache(kMostBytesInMemory - kMostSharpBytesInMemory)};
+    mutable Store m_sharp{PictureCache(kMostSharpBytesInMemory), PictureMakers(kMostSharpAtOnce)};
 };
 
 } // namespace raincast

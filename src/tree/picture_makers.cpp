@@ -15,6 +15,10 @@ constexpr int kPicturesBetweenTrims = 4;
 
 } // namespace
 
+PictureMakers::PictureMakers(int mostAtOnce) {
+    m_threads.setMaxThreadCount(std::min(m_threads.maxThreadCount(), mostAtOnce));
+}
+
 void PictureMakers::make(const QByteArray& name, Make make, Waiter waiter) {
     {
         const std::lock_guard lock(m_mutex);

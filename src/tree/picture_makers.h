@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <functional>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -14,11 +15,14 @@
 
 namespace raincast {
 
-/// Makes pictures in threads of its own, one for each processor: a thread that paints keeps
-/// megabytes of tables for the next picture, and more threads are no faster. A picture that many
-/// wait for is made once. May be used from several threads at once.
+/// Makes pictures in threads of its own. A picture that many wait for is made once. May be used
+/// from several threads at once.
 class PictureMakers {
 public:
+    /// One thread for each processor: a thread that paints keeps megabytes of tables for the next
+    /// picture, and more threads are no faster. No more than `mostAtOnce`.
+    explicit PictureMakers(int mostAtOnce = std::numeric_limits<int>::max());
+
     using Picture = std::optional<TreeBody>; ///< nothing: there is none to make
     using Make = std::function<Picture()>;
     struct Waiter {

@@ -14,6 +14,8 @@ TEST(RequestCountsTest, KnowsWhatAPathAsksFor) {
         {"/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif", RequestKind::frame},
         {"/ridge/x4/Warnings/Short/LWX_Warnings_0.gif", RequestKind::warnings},
         {"/ridge/Overlays/Topo/Long/LWX_Topo_Long.jpg", RequestKind::layer},
+        {"/ridge/x2/Overlays/Topo/Long/LWX_Topo_Long.jpg", RequestKind::layer},
+        {"/weather_radar/x4/basemaps/LWX_City_Short.gif", RequestKind::layer},
         {"/weather_radar/basemaps/LWX_City_Short.gif", RequestKind::layer},
         {"/", RequestKind::page},
         {"/status", RequestKind::page},

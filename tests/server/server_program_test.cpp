@@ -209,6 +209,50 @@ TEST_F(ServerProgramTest, UnderstandsEveryFormOfATarget) {
     }
 }
 
+TEST_F(ServerProgramTest, AllPicturesOfASiteAreSharpToo) {
+    start();
+    const auto ask = [this](const QByteArray& path) {
+        const RawClient client(m_port);
+        client.send("GET " + path.toStdString() + " HTTP/1.1\r\nConnection: close\r\n\r\n");
+        return QByteArray::fromStdString(client.readAll());
+    };
+    const QByteArray listing = ask("/ridge/RadarImg/N0V/TLX/");
+    const QByteArray frame = listing.sliced(listing.lastIndexOf("\"TLX_") + 1, 25);
+    const std::pair<QByteArray, QByteArray> pictures[] = {
+        {"/ridge/", "RadarImg/N0V/TLX/" + frame},
+        {"/ridge/", "Warnings/Short/TLX_Warnings_0.gif"},
+        {"/ridge/", "Overlays/Topo/Short/TLX_Topo_Short.jpg"},
+        {"/ridge/", "Overlays/Rivers/Short/TLX_Rivers_Short.gif"},
+        {"/ridge/", "Overlays/Highways/Long/TLX_Highways_Long.gif"},
+        {"/ridge/", "Overlays/Cities/Short/TLX_City_Short.gif"},
+        {"/weather_radar/", "basemaps/TLX_City_Short.gif"},
+        {"/weather_radar/", "basemaps/TLX_County_Long.gif"},
+    };
+    for (const auto& [root, rest] : pictures) {
+        for (const int detail : {2, 4}) {
+            const QByteArray path = root + 'x' + QByteArray::number(detail) + '/' + rest;
+            const QByteArray answer = ask(path);
+            EXPECT_THAT(answer.toStdString(), StartsWith("HTTP/1.1 200")) << path.constData();
+            const QByteArray body = answer.sliced(answer.indexOf("\r\n\r\n") + 4);
+            EXPECT_EQ(QImage::fromData(body).size(), QSize(600, 550) * detail) << path.constData();
+        }
+        for (const char* folder : {"x0/", "x1/", "x3/", "x8/", "x22/", "X2/", "x2/x2/", "x2//"}) {
+            const QByteArray path = root + folder + rest;
+            EXPECT_THAT(ask(path).toStdString(), StartsWith("HTTP/1.1 404")) << path.constData();
+        }
+    }
+    for (const char* path :
+         {"/ridge/x2", "/ridge/x2/", "/ridge/x2/RadarImg/N0V/TLX/", "/ridge/x4/Overlays/",
+          "/weather_radar/x2/", "/weather_radar/x4/basemaps/",
+          "/ridge/x2/Overlays/Topo/Short/TLX_Topo_Short.gfw",
+          "/ridge/x2/Warnings/Short/TLX_Warnings_0.json", "/ridge/x2/../etc/passwd"}) {
+        EXPECT_THAT(ask(path).toStdString(), StartsWith("HTTP/1.1 404")) << path;
+    }
+    for (const char* path : {"/ridge/", "/weather_radar/"}) {
+        EXPECT_FALSE(ask(path).contains("\"x2/")) << path;
+    }
+}
+
 // Two addresses hold as many connections as there may be: some idle after a request, some that
 // never sent any, some with half a request.
 TEST_F(ServerProgramTest, TwoClientsDoNotKeepOthersOut) {

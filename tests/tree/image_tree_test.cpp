@@ -190,10 +190,50 @@ TEST_F(ImageTreeTest, LayersAreThereWithoutAnyData) {
     EXPECT_EQ(QImage::fromData(rivers, "GIF").size(), QSize(600, 550));
 }
 
+TEST_F(ImageTreeTest, LayersAreSharpToo) {
+    for (const int detail : {2, 4}) {
+        const QSize size = QSize(600, 550) * detail;
+        const auto at = [&](const char* path, const char* format) {
+            const std::string sharp = sharpPath(path, detail).value();
+            EXPECT_EQ(m_tree.find(sharp)->keeping, Keeping::aDay) << sharp;
+            EXPECT_EQ(QImage::fromData(body(sharp.c_str()), format).size(), size) << sharp;
+        };
+        at("/ridge/Overlays/Topo/Long/LWX_Topo_Long.jpg", "JPG");
+        at("/ridge/Overlays/Highways/Short/LWX_Highways_Short.gif", "GIF");
+        at("/weather_radar/basemaps/LWX_County_Short.gif", "GIF");
+    }
+    EXPECT_EQ(m_tree.counts().layers.pictures, 6U) << "each once";
+    EXPECT_EQ(body("/ridge/x2/Overlays/Topo/Long/LWX_Topo_Long.gfw"), "(none)");
+}
+
+TEST_F(ImageTreeTest, SharpPicturesDisplaceNoOthersFromMemory) {
+    const char* const listing = "/ridge/RadarImg/N0R/LWX/";
+    const char* const frame = "/ridge/RadarImg/N0V/LWX/LWX_20180725_2000_N0V.gif";
+    EXPECT_NE(body(listing), "(none)");
+    EXPECT_NE(body(frame), "(none)");
+    m_frames.picture = QByteArray(1'000'000, 'x');
+    for (const Product product : kAllProducts) {
+        for (const int detail : {2, 4}) {
+            const FrameFolder folder{"TLX", product};
+            const std::string path = pathOf(folder) + frameName(folder, *m_frames.times.begin());
+            EXPECT_TRUE(m_tree.find(sharpPath(path, detail).value()));
+        }
+    }
+    EXPECT_LE(m_tree.bytesInMemory(), ImageTree::kMostBytesInMemory);
+    EXPECT_GT(m_tree.bytesInMemory(), 3'000'000) << "the latest of them are kept";
+    const auto hits = m_tree.counts().hits;
+    EXPECT_NE(body(listing), "(none)");
+    EXPECT_NE(body(frame), "(none)");
+    EXPECT_EQ(m_tree.counts().hits, hits + 2);
+}
+
 TEST_F(ImageTreeTest, ListsOtherFolders) {
     EXPECT_TRUE(body("/ridge/").contains("\"RadarImg/\""));
     EXPECT_EQ(body("/ridge/Nothing/"), "(none)");
     EXPECT_EQ(body("/ridge/RadarImg/N0R/ZZZ/"), "(none)");
+    EXPECT_EQ(body("/ridge/x2/"), "(none)");
+    EXPECT_EQ(body("/ridge/x2/RadarImg/N0R/LWX/"), "(none)");
+    EXPECT_EQ(body("/weather_radar/x2/basemaps/"), "(none)");
 }
 
 TEST_F(ImageTreeTest, AddedPagesAreMadeEachTime) {

@@ -51,6 +51,30 @@ protected:
     std::optional<PictureMakers> m_makers{std::in_place};
 };
 
+TEST_F(PictureMakersTest, MakesNoMoreAtOnceThanItMay) {
+    std::atomic<int> now = 0;
+    std::atomic<int> most = 0;
+    {
+        PictureMakers makers(1);
+        for (int i = 0; i < 8; ++i) {
+            makers.make(
+                "picture" + QByteArray::number(i),
+                [&] {
+                    most = std::max<int>(most, ++now);
+                    for (int turn = 0; turn < 2000; ++turn) {
+                        std::this_thread::yield(); // to one that may not be there
+                    }
+                    --now;
+                    return QByteArray("picture");
+                },
+                waiter()
+            );
+        }
+    }
+    EXPECT_EQ(most, 1);
+    EXPECT_THAT(m_told, SizeIs(8));
+}
+
 TEST_F(PictureMakersTest, MakesAPictureInAnotherThread) {
     const auto here = std::this_thread::get_id();
     std::thread::id there = here;

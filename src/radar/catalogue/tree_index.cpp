@@ -16,11 +16,18 @@ namespace {
 constexpr std::string_view kFramesFolder = "/ridge/RadarImg/";
 constexpr std::size_t kFrameNameLength = 25;
 
+/// Where pictures with more pixels stand, and the described ones that they belong to.
 struct SharpFolder {
     std::string_view path;
+    std::string_view described;
     int detail;
 };
-constexpr SharpFolder kSharpFolders[] = {{"/ridge/x2/", 2}, {"/ridge/x4/", 4}};
+constexpr SharpFolder kSharpFolders[] = {
+    {"/ridge/x2/", "/ridge/", 2},
+    {"/ridge/x4/", "/ridge/", 4},
+    {"/weather_radar/x2/", "/weather_radar/", 2},
+    {"/weather_radar/x4/", "/weather_radar/", 4},
+};
 
 /// One kind of file that every site has for each range: FOLDER SSS _ WORD. In both, "%" stands for
 /// the range's word.
@@ -108,20 +115,23 @@ std::optional<TreeItem> findFrame(std::string_view path) {
                     LayerKind::topo,       folder->product, time};
 }
 
-/// What has the same path without the detail's folder, if it is a picture that is made sharp.
+bool isPicture(TreeItem::Kind kind) {
+    return kind == TreeItem::Kind::frame || kind == TreeItem::Kind::warnings ||
+           kind == TreeItem::Kind::layer;
+}
+
+/// What has the same path without the detail's folder, if it is a described picture.
 std::optional<TreeItem> findSharp(std::string_view path) {
-    for (const auto& [folder, detail] : kSharpFolders) {
-        if (!path.starts_with(folder)) {
+    for (const SharpFolder& sharp : kSharpFolders) {
+        if (!path.starts_with(sharp.path)) {
             continue;
         }
-        auto item = findTreeItem("/ridge/" + std::string(path.substr(folder.size())));
-        const bool isSharp =
-            item && item->detail == 1 &&
-            (item->kind == TreeItem::Kind::frame || item->kind == TreeItem::Kind::warnings);
-        if (!isSharp) {
+        auto item =
+            findTreeItem(std::string(sharp.described).append(path.substr(sharp.path.size())));
+        if (!item || item->detail != 1 || !isPicture(item->kind)) {
             return std::nullopt;
         }
-        item->detail = detail;
+        item->detail = sharp.detail;
         return item;
     }
     return std::nullopt;
@@ -136,6 +146,15 @@ std::optional<TreeItem> findTreeItem(std::string_view path) {
     }
     const auto sharp = findSharp(path);
     return sharp ? sharp : findFrame(path);
+}
+
+std::optional<std::string> sharpPath(std::string_view path, int detail) {
+    for (const SharpFolder& sharp : kSharpFolders) {
+        if (sharp.detail == detail && path.starts_with(sharp.described)) {
+            return std::string(sharp.path).append(path.substr(sharp.described.size()));
+        }
+    }
+    return std::nullopt;
 }
 
 std::string pathOf(const FrameFolder& folder) {

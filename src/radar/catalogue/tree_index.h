@@ -19,10 +19,12 @@
 //   /ridge/Overlays/Cities/Short/LWX_City_Short.gfw
 //   /weather_radar/basemaps/LWX_County_Short.gif       the layers of the basemap server
 //
-// Frames and pictures of warnings are there with more pixels, too, which listings do not name:
+// All pictures are there with more pixels, too, which listings do not name. Texts and world files
+// are not: those above hold for them.
 //
 //   /ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif  twice as many each way
-//   /ridge/x4/Warnings/Short/LWX_Warnings_0.gif           four times as many
+//   /ridge/x4/Overlays/Topo/Short/LWX_Topo_Short.jpg      four times as many
+//   /weather_radar/x2/basemaps/LWX_County_Short.gif
 //
 // A path is valid only if it is one of these, letter for letter: nothing that a client sends ever
 // becomes the name of a file.
@@ -53,6 +55,11 @@ struct TreeItem {
 /// What a path stands for; none for any other text. A frame's path can have the right form without
 /// the frame existing.
 [[nodiscard]] std::optional<TreeItem> findTreeItem(std::string_view path);
+
+/// Where the picture or the folder of a described path stands with `detail` times as many pixels
+/// each way, 2 or 4: "/ridge/x2/Warnings/Short/LWX_Warnings_0.gif". Nothing for a path that stands
+/// elsewhere.
+[[nodiscard]] std::optional<std::string> sharpPath(std::string_view path, int detail);
 
 /// A folder of frames.
 struct FrameFolder {

@@ -58,7 +58,19 @@ INSTANTIATE_TEST_SUITE_P(
              kJuly2018, 2}},
         Row{"/ridge/x4/Warnings/Long/BMX_Warnings_0.gif",
             {Kind::warnings, "BMX", Range::longRange, LayerKind::topo, Product::baseReflectivity, 0,
-             4}}
+             4}},
+        Row{"/ridge/x2/Overlays/Topo/Short/BMX_Topo_Short.jpg",
+            {Kind::layer, "BMX", Range::shortRange, LayerKind::topo, Product::baseReflectivity, 0,
+             2}},
+        Row{"/ridge/x4/Overlays/Cities/Long/BMX_City_Long.gif",
+            {Kind::layer, "BMX", Range::longRange, LayerKind::cities, Product::baseReflectivity, 0,
+             4}},
+        Row{"/weather_radar/x2/basemaps/BMX_City_Short.gif",
+            {Kind::layer, "BMX", Range::shortRange, LayerKind::cities, Product::baseReflectivity, 0,
+             2}},
+        Row{"/weather_radar/x4/basemaps/BMX_County_Long.gif",
+            {Kind::layer, "BMX", Range::longRange, LayerKind::counties, Product::baseReflectivity,
+             0, 4}}
     )
 );
 
@@ -93,7 +105,22 @@ INSTANTIATE_TEST_SUITE_P(
         "/ridge/x2/Overlays/Cities/Short/BMX_City_Short.gfw", "/ridge/x2/RadarImg/N0R/LWX/",
         "/ridge/x3/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif",
         "/ridge/x2/x2/RadarImg/N0R/LWX/LWX_20180725_1924_N0R.gif",
-        "/ridge/x2/x4/Warnings/Short/BMX_Warnings_0.gif", "/ridge/x2/"
+        "/ridge/x2/x4/Warnings/Short/BMX_Warnings_0.gif", "/ridge/x2/",
+        "/ridge/x2/Overlays/Topo/Short/BMX_Topo_Short.gfw",
+        "/ridge/x1/Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/ridge/x3/Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/ridge/x02/Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/ridge/X2/Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/ridge/x2/x2/Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/ridge/x2//Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/ridge/x2/../Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/ridge/x2/basemaps/BMX_County_Short.gif", "/weather_radar/x2/",
+        "/weather_radar/x2/basemaps/", "/weather_radar/x1/basemaps/BMX_County_Short.gif",
+        "/weather_radar/x3/basemaps/BMX_County_Short.gif",
+        "/weather_radar/x2/x2/basemaps/BMX_County_Short.gif",
+        "/weather_radar/x2/x4/basemaps/BMX_County_Short.gif",
+        "/weather_radar/x2/Overlays/Topo/Short/BMX_Topo_Short.jpg",
+        "/weather_radar/basemaps/x2/BMX_County_Short.gif"
     )
 );
 
@@ -109,6 +136,22 @@ TEST(TreeIndexTest, EveryPathComesBack) {
     for (const std::string& path : standingPaths()) {
         EXPECT_TRUE(findTreeItem(path)) << path;
     }
+}
+
+TEST(TreeIndexTest, ASharpPathIsThatOfTheSamePicture) {
+    for (const std::string& path : standingPaths()) {
+        TreeItem item = *findTreeItem(path);
+        const bool isPicture = item.kind == Kind::warnings || item.kind == Kind::layer;
+        for (const int detail : {2, 4}) {
+            const auto sharp = findTreeItem(sharpPath(path, detail).value());
+            item.detail = detail;
+            EXPECT_EQ(sharp, isPicture ? std::optional(item) : std::nullopt) << path;
+        }
+        EXPECT_FALSE(sharpPath(path, 1)) << path;
+        EXPECT_FALSE(sharpPath(path, 3)) << path;
+    }
+    EXPECT_EQ(sharpPath("/ridge/RadarImg/N0R/LWX/", 2), "/ridge/x2/RadarImg/N0R/LWX/");
+    EXPECT_FALSE(sharpPath("/index.html", 2));
 }
 
 TEST(TreeIndexTest, EverySiteHasEverything) {
@@ -131,7 +174,10 @@ TEST(TreeIndexTest, ListsFolders) {
 }
 
 TEST(TreeIndexTest, ListsNoOtherFolders) {
-    for (const char* folder : {"", "ridge/", "/ridge", "/ridge/../", "/rid", "/etc/", "//"}) {
+    for (const char* folder :
+         {"", "ridge/", "/ridge", "/ridge/../", "/rid", "/etc/", "//", "/ridge/x2/",
+          "/ridge/x2/RadarImg/", "/ridge/x4/RadarImg/N0R/LWX/", "/weather_radar/x2/",
+          "/weather_radar/x2/basemaps/", "/ridge/x2/Overlays/Topo/Short/"}) {
         EXPECT_THAT(namesInFolder(folder), IsEmpty()) << folder;
     }
 }
