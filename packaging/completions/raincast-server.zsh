@@ -14,7 +14,7 @@ _arguments -s -S \
     '--publish[write the whole tree to a folder]:folder:_files -/' \
     '--sites[publish these sites only]:SSS,SSS...:' \
     '--once[publish once, then end]' \
-    '--detail[with render\: pixels in the place of one]:detail:(1 2 4)' \
+    '--detail[render or publish sharp pictures, too]:detail:(1 2 4)' \
     '--roads[the lines of the highways layer]:file:_files' \
     '--cache[the folder that keeps layers, frames and products]:folder:_files -/' \
     '--end-with-parent[end when the program that started this one ends]' \

@@ -16,6 +16,8 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace raincast {
 
 namespace {
@@ -70,11 +72,29 @@ RunningServer::RunningServer(const ServeOptions& options, ServerLog log)
       m_layers(m_maps, cacheFolder(options) + QStringLiteral("/layers")), m_frames(makeFrames()),
       m_tree(*m_frames, m_layers),
       m_publisher(
-          m_tree, options.publishFolder, options.publishSites, m_maps.files().stamp(), m_log
+          m_tree, options.publishFolder, {options.publishSites, m_maps.files().stamp()}, m_log
       ),
       m_status([this] { return statusPage(statusOfNow(), *m_frames, m_maps); }) {
     logMissingData();
     addPages();
+    if (!options.publishFolder.isEmpty()) {
+        makeSharpPublishers();
+    }
+}
+
+// What an earlier run published of other details would stay as it is for good.
+void RunningServer::makeSharpPublishers() {
+    for (const int detail : {2, 4}) {
+        auto publisher = std::make_unique<Publisher>(
+            m_tree, m_options.publishFolder,
+            Publisher::What{m_options.publishSites, m_maps.files().stamp(), detail}, m_log
+        );
+        if (detail <= m_options.publishDetail) {
+            m_sharpPublishers.push_back(std::move(publisher));
+        } else {
+            publisher->remove();
+        }
+    }
 }
 
 void RunningServer::addPages() {
@@ -121,7 +141,14 @@ bool RunningServer::publishOnce() {
     if (m_level3 != nullptr) {
         m_level3->rescan();
     }
-    return m_publisher.publish();
+    return m_publisher.publish() && publishSharp({});
+}
+
+bool RunningServer::publishSharp(const std::stop_token& stop) {
+    return std::all_of(
+        m_sharpPublishers.begin(), m_sharpPublishers.end(),
+        [&stop](const auto& publisher) { return publisher->publish(stop); }
+    );
 }
 
 void RunningServer::work() {
@@ -129,12 +156,35 @@ void RunningServer::work() {
         m_watch = std::make_unique<Level3Watch>(*m_level3);
     }
     if (!m_options.publishFolder.isEmpty()) {
-        m_publishing =
+        publishAlways();
+    }
+}
+
+// The log names the files that could not be written; the next turn tries again.
+void RunningServer::publishAlways() {
+    m_publishing =
+        std::make_unique<PeriodicTask>(kPublish, 0ms, [this](const std::stop_token& stop) {
+            static_cast<void>(m_publisher.publish(stop));
+        });
+    // In a thread of their own: the others do not wait for sharp pictures.
+    if (!m_sharpPublishers.empty()) {
+        m_sharpPublishing =
             std::make_unique<PeriodicTask>(kPublish, 0ms, [this](const std::stop_token& stop) {
-                // The log names the files that could not be written; the next turn tries again.
-                static_cast<void>(m_publisher.publish(stop));
+                static_cast<void>(publishSharp(stop));
             });
     }
+}
+
+// The folder is up to date when its described tree is.
+Publisher::Counts RunningServer::published() const {
+    Publisher::Counts sum = m_publisher.counts();
+    for (const auto& publisher : m_sharpPublishers) {
+        const Publisher::Counts counts = publisher->counts();
+        sum.written += counts.written;
+        sum.failed += counts.failed;
+        sum.deleted += counts.deleted;
+    }
+    return sum;
 }
 
 QString RunningServer::readyLine() const {
@@ -210,7 +260,7 @@ QByteArray RunningServer::metricsOfNow() const {
     measures.tree = m_tree.counts();
     measures.products = m_frames->counts();
     if (!m_options.publishFolder.isEmpty()) {
-        measures.published = m_publisher.counts();
+        measures.published = published();
     }
     return metricsPage(statusOfNow(), measures, Clock::current().now());
 }

@@ -13,6 +13,8 @@
 
 #include <atomic>
 #include <memory>
+#include <stop_token>
+#include <vector>
 
 namespace raincast {
 
@@ -50,6 +52,10 @@ public:
 private:
     std::unique_ptr<FrameSource> makeFrames();
     std::unique_ptr<FrameSource> makeLive();
+    void makeSharpPublishers();
+    void publishAlways();
+    bool publishSharp(const std::stop_token& stop);
+    [[nodiscard]] Publisher::Counts published() const;
     void logMissingData() const;
     void addPages();
     [[nodiscard]] ServerStatus statusOfNow() const;
@@ -83,11 +89,13 @@ private:
     std::unique_ptr<FrameSource> m_frames;
     ImageTree m_tree;
     Publisher m_publisher;
+    std::vector<std::unique_ptr<Publisher>> m_sharpPublishers; ///< the coarsest first
     RememberedPage m_status;
     std::atomic<bool> m_isEnding = false;
     std::unique_ptr<TreeServer> m_server;
     std::unique_ptr<Level3Watch> m_watch;
     std::unique_ptr<PeriodicTask> m_publishing;
+    std::unique_ptr<PeriodicTask> m_sharpPublishing;
 };
 
 } // namespace raincast

@@ -44,7 +44,8 @@ QList<QCommandLineOption> options() {
         option("sites", "Publish these sites only.", "SSS,SSS..."),
         option("once", "Publish once, then end."),
         option(
-            "detail", "With render: pixels in the place of one, across and down: 1, 2 or 4.", "N",
+            "detail",
+            "Render, or publish too, pictures of 2 or 4 pixels in the place of one, each way.", "N",
             "1"
         ),
         option("roads", "The lines of the highways layer: GeoJSON or a shapefile.", "FILE"),
@@ -188,6 +189,26 @@ Reading readSource(const QCommandLineParser& parser, ServeOptions& result) {
     return readLive(parser, result);
 }
 
+tl::expected<int, QString> detailIn(const QCommandLineParser& parser) {
+    const QString detail = parser.value(QStringLiteral("detail"));
+    if (detail != u"1" && detail != u"2" && detail != u"4") {
+        return tl::unexpected(QStringLiteral("--detail takes 1, 2 or 4."));
+    }
+    return detail.toInt();
+}
+
+Reading readPublishedDetail(const QCommandLineParser& parser, ServeOptions& result) {
+    const auto detail = detailIn(parser);
+    if (!detail) {
+        return wrong(detail.error());
+    }
+    if (parser.isSet(QStringLiteral("detail")) && result.publishFolder.isEmpty()) {
+        return wrong(QStringLiteral("--detail goes with render or --publish."));
+    }
+    result.publishDetail = *detail;
+    return {};
+}
+
 Reading readPublishing(const QCommandLineParser& parser, ServeOptions& result) {
     result.publishFolder = parser.value(QStringLiteral("publish"));
     result.once = parser.isSet(QStringLiteral("once"));
@@ -219,11 +240,9 @@ Reading readRest(const QCommandLineParser& parser, ServeOptions& result) {
 /// The command's words, "render" first.
 tl::expected<ServerOptions, QString>
 readRender(const QCommandLineParser& parser, const QStringList& words) {
-    const QString detail = parser.value(QStringLiteral("detail"));
-    if (detail != u"1" && detail != u"2" && detail != u"4") {
-        return tl::unexpected(QStringLiteral("--detail takes 1, 2 or 4."));
-    }
-    return RenderOptions{words[1], words[2], detail.toInt()};
+    return detailIn(parser).map([&words](int detail) {
+        return ServerOptions(RenderOptions{words[1], words[2], detail});
+    });
 }
 
 tl::expected<ServerOptions, QString> readCommand(const CommandLine& line) {
@@ -235,14 +254,12 @@ tl::expected<ServerOptions, QString> readCommand(const CommandLine& line) {
     if (words.size() == 3 && words[0] == u"render") {
         return readRender(parser, words);
     }
-    if (parser.isSet(QStringLiteral("detail"))) {
-        return tl::unexpected(QStringLiteral("--detail goes with render."));
-    }
     if (!words.isEmpty()) {
         return tl::unexpected(QStringLiteral("The only command is: render FILE OUT.gif"));
     }
     ServeOptions result;
-    for (const auto read : {readSource, readReplayIn, readPublishing, readRest}) {
+    for (const auto read :
+         {readSource, readReplayIn, readPublishing, readPublishedDetail, readRest}) {
         if (const Reading done = read(parser, result); !done) {
             return tl::unexpected(done.error());
         }

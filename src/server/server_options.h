@@ -48,6 +48,7 @@ struct ServeOptions {
     int hours = 4;            ///< how long frames are kept; 0: for good
     QString publishFolder;    ///< empty: it does not publish
     QStringList publishSites; ///< empty: all
+    int publishDetail = 1;    ///< 2 or 4: sharp pictures, too
     bool once = false;        ///< publishes once and ends
     QString roadsFile;
     QString cacheFolder; ///< empty: the usual one

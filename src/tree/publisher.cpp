@@ -20,13 +20,14 @@ namespace raincast {
 
 namespace {
 
-// Names the map data that the layers were painted from.
-constexpr auto kStampFile = "/.layers";
-
 constexpr std::size_t kFramesOfAnHour = 16;
 constexpr auto kAllFrames = std::numeric_limits<std::size_t>::max();
 
-const std::size_t kMostAtOnce = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+/// How many sites are worked on at once: sharp pictures leave processors to the described ones.
+std::size_t mostAtOnce(int detail) {
+    const unsigned processors = std::thread::hardware_concurrency();
+    return std::clamp(detail == 1 ? processors : processors / 2, 1U, 8U);
+}
 
 // Far more than any file of the tree has.
 constexpr qint64 kMostBytes = qint64{16} * 1024 * 1024;
@@ -43,19 +44,20 @@ bool has(const QString& path, const QByteArray& bytes) {
 
 } // namespace
 
-Publisher::Publisher(
-    const ImageTree& tree, QString folder, const QStringList& sites, QByteArray layerStamp,
-    ServerLog log
-)
-    : m_tree(tree), m_folder(std::move(folder)), m_layerStamp(std::move(layerStamp)),
+Publisher::Publisher(const ImageTree& tree, QString folder, const What& what, ServerLog log)
+    : m_tree(tree), m_folder(std::move(folder)), m_layerStamp(what.layerStamp),
+      m_detail(what.detail),
+      m_stampFile("/.layers" + (m_detail == 1 ? std::string() : "-x" + std::to_string(m_detail))),
       m_log(std::move(log)) {
     std::map<std::string, std::vector<std::string>> standing;
     for (const std::string& path : standingPaths()) {
-        standing[findTreeItem(path)->site].push_back(path);
+        if (const auto item = findTreeItem(pathHere(path))) {
+            standing[item->site].push_back(pathHere(path));
+        }
     }
     for (const AntennaPosition& antenna : antennaPositions()) {
         const std::string id(antenna.id);
-        if (sites.isEmpty() || sites.contains(QString::fromStdString(id))) {
+        if (what.sites.isEmpty() || what.sites.contains(QString::fromStdString(id))) {
             m_sites.push_back({id, standing[id]});
         }
     }
@@ -74,7 +76,7 @@ bool Publisher::forEachSite(const std::stop_token& stop, const Step& step) {
         }
     };
     {
-        std::vector<std::jthread> workers(std::min<std::size_t>(kMostAtOnce, m_sites.size()));
+        std::vector<std::jthread> workers(std::min(mostAtOnce(m_detail), m_sites.size()));
         for (std::jthread& worker : workers) {
             worker = std::jthread(work);
         }
@@ -85,6 +87,11 @@ bool Publisher::forEachSite(const std::stop_token& stop, const Step& step) {
 void Publisher::log(const QString& line) {
     const std::lock_guard lock(m_logMutex);
     m_log.error(line);
+}
+
+// Where what has a described path stands at this detail.
+std::string Publisher::pathHere(const std::string& path) const {
+    return m_detail == 1 ? path : sharpPath(path, m_detail).value_or(path);
 }
 
 QString Publisher::fileOf(const std::string& path) const {
@@ -180,7 +187,7 @@ bool Publisher::publishFrames(const Site& site, std::size_t most, const std::sto
         std::for_each(
             names.begin() + static_cast<std::ptrdiff_t>(skipped), names.end(),
             [&](const std::string& name) {
-                const std::string path = pathOf(folder) + name;
+                const std::string path = pathHere(pathOf(folder)) + name;
                 paths[findTreeItem(path)->time].push_back(path);
             }
         );
@@ -199,9 +206,21 @@ bool Publisher::publishFrames(const Site& site, std::size_t most, const std::sto
     });
 }
 
+// The list of a folder's frames. Sharp ones have none: their names are those of the others.
+bool Publisher::publishList(
+    const FrameFolder& folder, const std::string& path, const std::vector<std::string>& there
+) {
+    if (m_detail > 1) {
+        return true;
+    }
+    const QByteArray listing = listingPage(pathOf(folder), there);
+    const std::string index = path + "index.html";
+    return has(fileOf(index), listing) || write(index, listing);
+}
+
 // Lists the frames that are there, then deletes those that the tree no longer has.
 bool Publisher::publishListing(const FrameFolder& folder, Marks marks) {
-    const std::string path = pathOf(folder);
+    const std::string path = pathHere(pathOf(folder));
     QDir dir(fileOf(path));
     const auto names = m_tree.framesIn(folder);
     std::vector<std::string> there;
@@ -214,12 +233,10 @@ bool Publisher::publishListing(const FrameFolder& folder, Marks marks) {
             old += file;
         }
     }
-    const QByteArray listing = listingPage(path, there);
-    const std::string index = path + "index.html";
     if (!there.empty() && !mark(path + there.back())) {
         return false;
     }
-    if (!has(fileOf(index), listing) && !write(index, listing)) {
+    if (!publishList(folder, path, there)) {
         return false;
     }
     if (!m_isSound) {
@@ -238,13 +255,43 @@ bool Publisher::publishListing(const FrameFolder& folder, Marks marks) {
 bool Publisher::publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop) {
     return std::all_of(site.standing.begin(), site.standing.end(), [&](const std::string& path) {
         const auto kind = findTreeItem(path)->kind;
-        const bool isLasting =
-            kind != TreeItem::Kind::warnings && kind != TreeItem::Kind::warningTexts;
-        return !stop.stop_requested() && put(path, isLasting ? layersAgain : Again::whenChanged);
+        const bool isOfWarnings =
+            kind == TreeItem::Kind::warnings || kind == TreeItem::Kind::warningTexts;
+        return !stop.stop_requested() &&
+               (isOfWarnings ? publishWarnings(path) : put(path, layersAgain));
     });
 }
 
+// A sharp picture is costly: it is not made to see that nothing has changed, which the texts and
+// the described picture show.
+bool Publisher::publishWarnings(const std::string& path) {
+    std::string madeOf;
+    if (m_detail > 1) {
+        const TreeItem item = *findTreeItem(path);
+        const std::string described =
+            "/ridge/Warnings/" + std::string(wordOf(item.range)) + "/" + item.site + "_Warnings_0";
+        for (const char* end : {".json", ".gif"}) {
+            const auto answer = m_tree.find(described + end);
+            madeOf += answer ? answer->body.tag() : std::string();
+        }
+        const std::lock_guard lock(m_warnedMutex);
+        const auto known = m_warned.find(path);
+        if (m_isSound && known != m_warned.end() && known->second == madeOf) {
+            return true;
+        }
+    }
+    if (!put(path, Again::whenChanged)) {
+        return false;
+    }
+    const std::lock_guard lock(m_warnedMutex);
+    m_warned[path] = madeOf;
+    return true;
+}
+
 bool Publisher::publishPages() {
+    if (m_detail > 1) {
+        return true;
+    }
     const auto home = m_tree.find("/");
     const auto status = m_tree.find("/status");
     return (!home || write("/index.html", home->body.bytes())) &&
@@ -252,7 +299,7 @@ bool Publisher::publishPages() {
 }
 
 bool Publisher::publish(const std::stop_token& stop) {
-    const bool sameData = has(fileOf(kStampFile), m_layerStamp);
+    const bool sameData = has(fileOf(m_stampFile), m_layerStamp);
     const Again layersAgain = sameData ? Again::never : Again::whenChanged;
     const auto frames = [&](std::size_t most) {
         return forEachSite(stop, [&](const Site& site) { return publishFrames(site, most, stop); });
@@ -263,13 +310,25 @@ bool Publisher::publish(const std::stop_token& stop) {
         });
     };
     const bool good = frames(1) && standing() && publishPages() &&
-                      (sameData || write(kStampFile, m_layerStamp)) && frames(kFramesOfAnHour) &&
+                      (sameData || write(m_stampFile, m_layerStamp)) && frames(kFramesOfAnHour) &&
                       frames(kAllFrames) && publishPages();
     m_isSound = m_isSound || good;
     if (good) {
         m_lastGood = Clock::real().now();
     }
     return good;
+}
+
+void Publisher::remove() {
+    for (const Site& site : m_sites) {
+        for (const std::string& path : site.standing) {
+            QFile::remove(fileOf(path));
+        }
+        for (const Product product : kAllProducts) {
+            QDir(fileOf(pathHere(pathOf({site.id, product})))).removeRecursively();
+        }
+    }
+    QFile::remove(fileOf(m_stampFile));
 }
 
 Publisher::Counts Publisher::counts() const {

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <set>
 #include <stop_token>
@@ -24,14 +25,19 @@ namespace raincast {
 /// Beside each frame that may still have other bytes, and beside the newest one of its folder, lies
 /// an empty file of its name with a dot before it. Frames without one are final: web servers tell
 /// by it how long a frame may be kept.
+///
+/// One of more detail writes the sharp pictures of the same folder, nothing else: names, texts and
+/// places are those of the described tree. Both may be at work at once.
 class Publisher {
 public:
-    /// Writes only these sites; all when empty. The layers are written again when `layerStamp`
-    /// changes. The tree is borrowed.
-    Publisher(
-        const ImageTree& tree, QString folder, const QStringList& sites, QByteArray layerStamp,
-        ServerLog log
-    );
+    struct What {
+        QStringList sites;     ///< all when empty
+        QByteArray layerStamp; ///< the layers are written again when it changes
+        int detail = 1;        ///< of ImageGeometry
+    };
+
+    /// The tree is borrowed.
+    Publisher(const ImageTree& tree, QString folder, const What& what, ServerLog log);
 
     /// Brings the folder up to date: writes what is new, then deletes the frames that the tree no
     /// longer has. The newest frame of every site and product comes first, then those of the last
@@ -40,6 +46,9 @@ public:
     /// sites at once as there are processors, eight at most. False when a file could not be written
     /// (the log names it) or when asked to stop.
     [[nodiscard]] bool publish(const std::stop_token& stop = {});
+
+    /// Deletes the pictures that an earlier run published of these sites and this detail.
+    void remove();
 
     /// What was done so far.
     struct Counts {
@@ -66,8 +75,13 @@ private:
     bool forEachSite(const std::stop_token& stop, const Step& step);
     bool publishFrames(const Site& site, std::size_t most, const std::stop_token& stop);
     bool publishListing(const FrameFolder& folder, Marks marks);
+    bool publishList(
+        const FrameFolder& folder, const std::string& path, const std::vector<std::string>& there
+    );
     bool publishStanding(const Site& site, Again layersAgain, const std::stop_token& stop);
+    bool publishWarnings(const std::string& path);
     bool publishPages();
+    [[nodiscard]] std::string pathHere(const std::string& path) const;
     bool put(const std::string& path, Again again);
     bool putFrame(const std::string& path);
     bool mark(const std::string& path);
@@ -82,6 +96,8 @@ private:
     QString m_folder;
     std::vector<Site> m_sites;
     QByteArray m_layerStamp;
+    int m_detail;
+    std::string m_stampFile; ///< names the map data that the layers were painted from
     std::atomic<std::uint64_t> m_written = 0;
     std::atomic<std::uint64_t> m_failed = 0;
     std::atomic<std::uint64_t> m_deleted = 0;
@@ -91,6 +107,8 @@ private:
     ServerLog m_log;
     std::mutex m_changingMutex;
     std::set<std::string> m_changing; ///< paths of frames that could change when they were written
+    std::mutex m_warnedMutex;
+    std::map<std::string, std::string> m_warned; ///< of what a sharp picture of warnings was made
 };
 
 } // namespace raincast

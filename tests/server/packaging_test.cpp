@@ -59,8 +59,8 @@ public:
     }
 
     /// Brings the folder up to date, as a server that has just been started does.
-    void publish() {
-        Publisher publisher(m_tree, folder(), m_sites, "data", [](const QString&) {});
+    void publish(int detail = 1) {
+        Publisher publisher(m_tree, folder(), {m_sites, "data", detail}, [](const QString&) {});
         EXPECT_TRUE(publisher.publish());
     }
     [[nodiscard]] QString folder() const { return m_folder.filePath("www"); }
@@ -102,8 +102,10 @@ protected:
     NginxSettingsTest() {
         m_tree.frames.times = lastTwo();
         m_tree.publish();
+        m_tree.publish(2);
         for (const char* file :
              {"ridge/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part",
+              "ridge/x2/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part",
               "ridge/Overlays/Cities/Short/LWX_City_Short.gif.part",
               "ridge/Overlays/Cities/Short/.LWX_City_Short.gif"}) {
             writeFile(m_tree.file(file), "GI");
@@ -147,6 +149,12 @@ TEST_F(NginxSettingsTest, ServeAPublishedTree) {
          "max-age=86400", "0.0"},
         {"/weather_radar/basemaps/LWX_City_Short.gif", "image/gif", "max-age=86400", "GIF89a"},
         {"/ridge/Overlays/Rivers/Short/", "text/html", "max-age=30", "LWX_Rivers_Short.gif"},
+        {"/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif", "image/gif", kFinal, "LWXN0R2"},
+        {"/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif", "image/gif", "max-age=30",
+         "LWXN0R2"},
+        {"/ridge/x2/Warnings/Short/LWX_Warnings_0.gif", "image/gif", "max-age=30", "GIF89a"},
+        {"/ridge/x2/Overlays/Topo/Long/LWX_Topo_Long.jpg", "image/jpeg", "max-age=86400", "JFIF"},
+        {"/weather_radar/x2/basemaps/LWX_City_Short.gif", "image/gif", "max-age=86400", "GIF89a"},
     };
     for (const auto& row : rows) {
         const auto answer = get(row.path);
@@ -166,6 +174,15 @@ TEST_F(NginxSettingsTest, ServeAPublishedTree) {
     EXPECT_EQ(statusOf("/ridge/Overlays/Cities/Short/LWX_City_Short.gif.part"), 403);
     EXPECT_EQ(statusOf("/ridge/Overlays/Cities/Short/.LWX_City_Short.gif"), 403);
     EXPECT_EQ(statusOf("/ridge/RadarImg/N0R/LWX/LWX_20180725_2010_N0R.gif"), 404);
+    EXPECT_EQ(statusOf("/.layers-x2"), 403);
+    EXPECT_EQ(statusOf("/ridge/x2/RadarImg/N0R/LWX/.LWX_20180725_2000_N0R.gif"), 403);
+    EXPECT_EQ(statusOf("/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_2005_N0R.gif.part"), 403);
+    for (const char* folder :
+         {"/ridge/x2/", "/ridge/x2/RadarImg/N0R/LWX/", "/ridge/x2/Overlays/Topo/Long/",
+          "/weather_radar/x2/", "/weather_radar/x2/basemaps/", "/ridge/x4/",
+          "/ridge/x4/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif"}) {
+        EXPECT_EQ(statusOf(folder), 404) << folder;
+    }
 }
 
 TEST_F(NginxSettingsTest, TextsComePackedAndPicturesDoNot) {
@@ -240,6 +257,7 @@ TEST_F(PublishedTest, SeveralMachinesShareTheSites) {
         tree->frames.text = tree == &plains ? "plains" : "rest";
         tree->frames.picture = framePicture(tree == &plains ? 1 : 2);
         tree->publish();
+        tree->publish(2);
     }
     EXPECT_FALSE(QFile::exists(plains.file("ridge/RadarImg/N0R/LWX")));
     EXPECT_FALSE(QFile::exists(rest.file("ridge/RadarImg/N0R/TLX")));
@@ -262,6 +280,9 @@ TEST_F(PublishedTest, SeveralMachinesShareTheSites) {
         {"/ridge/Warnings/Short/TLX_Warnings_0.json", plains},
         {"/ridge/Warnings/Short/LWX_Warnings_0.json", rest},
         {"/weather_radar/basemaps/TLX_City_Short.gif", plains},
+        {"/ridge/x2/RadarImg/N0R/TLX/TLX_20180725_1955_N0R.gif", plains},
+        {"/ridge/x2/Overlays/Rivers/Long/LWX_Rivers_Long.gif", rest},
+        {"/weather_radar/x2/basemaps/TLX_County_Short.gif", plains},
         {"/ridge/RadarImg/N0R/TLX/", plains},
         {"/ridge/RadarImg/N0R/LWX/", rest},
         {"/", rest},
@@ -459,6 +480,25 @@ TEST_F(RemoteTest, FramesComeFirstThenListingsThenDeletions) {
     ASSERT_EQ(rest.size(), 1);
     EXPECT_TRUE(rest[0].startsWith("delete "));
     expectSameFiles();
+}
+
+TEST_F(RemoteTest, SharpPicturesAreKeptAsLongAsTheOthers) {
+    if (rclone().isEmpty()) {
+        GTEST_SKIP() << "rclone is not installed";
+    }
+    m_tree.publish(4);
+    start();
+    bring();
+    expectSameFiles();
+    const QByteArray sent = readFile(m_tree.folder() + ".remote/sent");
+    for (const char* line :
+         {"final ridge/x4/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif ",
+          "moment ridge/x4/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif ",
+          "listing ridge/x4/Warnings/Short/LWX_Warnings_0.gif ",
+          "layer ridge/x4/Overlays/Topo/Long/LWX_Topo_Long.jpg ",
+          "layer weather_radar/x4/basemaps/LWX_County_Short.gif "}) {
+        EXPECT_TRUE(sent.contains(line)) << line;
+    }
 }
 
 TEST_F(RemoteTest, ATreeInMotionIsCopiedAgain) {

@@ -76,6 +76,13 @@ TEST(ServerOptionsTest, APublisherListensOnlyIfAskedTo) {
     EXPECT_TRUE(serving({"--publish", "www", "--listen", "[::1]:0"}).listen);
 }
 
+TEST(ServerOptionsTest, PublishesSharpPicturesIfAskedTo) {
+    EXPECT_EQ(serving({"--publish", "www"}).publishDetail, 1);
+    EXPECT_EQ(serving({"--publish", "www", "--detail", "1"}).publishDetail, 1);
+    EXPECT_EQ(serving({"--publish", "www", "--detail", "2"}).publishDetail, 2);
+    EXPECT_EQ(serving({"--publish", "www", "--detail", "4"}).publishDetail, 4);
+}
+
 TEST(ServerOptionsTest, Renders) {
     const auto result = read({"render", "in", "out.gif"});
     ASSERT_TRUE(result.has_value());
@@ -119,7 +126,11 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRow{{"--nothing"}, "nothing"}, WrongRow{{"render", "in"}, "render FILE OUT.gif"},
         WrongRow{{"serve"}, "render FILE OUT.gif"},
         WrongRow{{"render", "in", "out.gif", "--detail", "3"}, "--detail takes 1, 2 or 4"},
-        WrongRow{{"--detail", "2"}, "--detail goes with render"},
+        WrongRow{{"render", "in", "out.gif", "--detail="}, "--detail takes a value"},
+        WrongRow{{"--detail", "2"}, "--detail goes with render or --publish"},
+        WrongRow{{"--publish", "d", "--detail", "3"}, "--detail takes 1, 2 or 4"},
+        WrongRow{{"--publish", "d", "--detail", "x2"}, "--detail takes 1, 2 or 4"},
+        WrongRow{{"--publish", "d", "--detail", "-2"}, "--detail takes 1, 2 or 4"},
         WrongRow{{"--sample", "--level3", "d"}, "exclude"}, WrongRow{{"--hours", "49"}, "0 to 48"},
         WrongRow{{"--hours", "x"}, "0 to 48"}, WrongRow{{"--hours", "-1"}, "0 to 48"},
         WrongRow{{"--hours", "0"}, "--level3"}, WrongRow{{"--once"}, "--publish"},

@@ -375,6 +375,37 @@ TEST_F(ServerProgramTest, PublishesOnce) {
     EXPECT_EQ(namesIn(root), ".layers index.html ridge status weather_radar");
 }
 
+TEST_F(ServerProgramTest, PublishesSharpPicturesIfAskedTo) {
+    const QString root = m_folder.filePath("www");
+    const QString feed = m_folder.filePath("feed");
+    writeFile(feed + "/first", QByteArray::fromStdString(makeLevel3({})));
+    const QStringList once{"--level3", feed,      "--hours", "0",     "--publish",
+                           root,       "--sites", "TLX",     "--once"};
+    const QString topo = "/Overlays/Topo/Short/TLX_Topo_Short.jpg";
+    ASSERT_EQ(run(once + QStringList{"--detail", "4"}), 0);
+    const QDir frames(root + "/ridge/RadarImg/N0R/TLX");
+    const QStringList names = frames.entryList({"*.gif"});
+    ASSERT_FALSE(names.isEmpty());
+    for (const int detail : {2, 4}) {
+        const QString folder = QStringLiteral("/x%1").arg(detail);
+        const QSize size = QSize(600, 550) * detail;
+        const QDir sharp(root + "/ridge" + folder + "/RadarImg/N0R/TLX");
+        EXPECT_EQ(sharp.entryList(QDir::Files), names) << detail;
+        EXPECT_EQ(QImage(sharp.filePath(names.last())).size(), size);
+        EXPECT_EQ(QImage(root + "/ridge" + folder + topo).size(), size);
+        EXPECT_EQ(
+            QImage(root + "/weather_radar" + folder + "/basemaps/TLX_County_Long.gif").size(), size
+        );
+    }
+    // What is not asked for any more goes.
+    ASSERT_EQ(run(once + QStringList{"--detail", "2"}), 0);
+    EXPECT_TRUE(QFile::exists(root + "/ridge/x2" + topo));
+    EXPECT_FALSE(QFile::exists(root + "/ridge/x4" + topo));
+    ASSERT_EQ(run(once), 0);
+    EXPECT_FALSE(QFile::exists(root + "/ridge/x2" + topo));
+    EXPECT_TRUE(QFile::exists(root + "/ridge" + topo));
+}
+
 TEST_F(ServerProgramTest, AFullDiskLeavesNoCutFileAndTheNextRunMendsAll) {
     const QString root = m_folder.filePath("www");
     const QString feed = m_folder.filePath("feed");

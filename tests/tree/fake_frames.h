@@ -35,7 +35,7 @@ public:
     mutable std::atomic<int> made = 0;   ///< pictures so far
     QByteArray text;                     ///< what every picture begins to say
     QByteArray picture;                  ///< every frame, unless empty
-    bool hasSharp = true;                ///< sharp frames end with their detail
+    bool hasSharp = true;                ///< sharp frames say their detail, too
 
     [[nodiscard]] std::vector<FileTime>
     frameTimes(std::string_view, Product, FileTime upTo) const override {
@@ -53,8 +53,11 @@ public:
     [[nodiscard]] std::optional<QByteArray>
     sharpFrame(std::string_view site, Product product, FileTime time, int detail) const override {
         const auto usual = frame(site, product, time);
-        return usual && hasSharp ? std::optional(*usual + QByteArray::number(detail))
-                                 : std::nullopt;
+        if (!usual || !hasSharp) {
+            return std::nullopt;
+        }
+        return picture.isEmpty() ? says(site, std::string(codeOf(product)) + std::to_string(detail))
+                                 : picture;
     }
     [[nodiscard]] FrameStamp stamp(std::string_view, Product, FileTime time) const override {
         return {{}, changing.contains(time)};

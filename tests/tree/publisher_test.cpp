@@ -7,6 +7,8 @@
 #include "tree/publisher.h"
 
 #include <QDir>
+#include <QDirIterator>
+#include <QImage>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -29,7 +31,7 @@ protected:
     ~PublisherTest() override { Clock::use(nullptr); }
 
     bool publish(const QByteArray& stamp = "data") {
-        Publisher publisher(m_tree, m_root, {"LWX"}, stamp, [this](const QString& line) {
+        Publisher publisher(m_tree, m_root, {{"LWX"}, stamp}, [this](const QString& line) {
             m_log += line + '\n';
         });
         return publisher.publish();
@@ -99,7 +101,7 @@ TEST_F(PublisherTest, ASecondTurnWritesWhatIsNewAndDeletesWhatIsGone) {
     m_clock.advance(5 * kFileTimePerMinute);
     m_frames.times.insert(m_clock.now());
     ImageTree fresh(m_frames, m_layers);
-    ASSERT_TRUE(Publisher(fresh, m_root, {"LWX"}, "data", [](const QString&) {}).publish());
+    ASSERT_TRUE(Publisher(fresh, m_root, {{"LWX"}, "data"}, [](const QString&) {}).publish());
     EXPECT_EQ(
         namesIn(file("/ridge/RadarImg/N0R/LWX")),
         ".LWX_20180725_2005_N0R.gif LWX_20180725_1955_N0R.gif LWX_20180725_2000_N0R.gif "
@@ -128,7 +130,7 @@ TEST_F(PublisherTest, AFrameIsMarkedWhileItMayChangeAndUntilALaterOneIsListed) {
             .toStdString();
     };
     m_frames.changing = {m_clock.now() - 5 * kFileTimePerMinute};
-    Publisher publisher(m_tree, m_root, {"LWX"}, "data", [](const QString&) {});
+    Publisher publisher(m_tree, m_root, {{"LWX"}, "data"}, [](const QString&) {});
     ASSERT_TRUE(publisher.publish());
     EXPECT_EQ(marks(), ".LWX_20180725_1955_N0R.gif .LWX_20180725_2000_N0R.gif");
     m_clock.advance(5 * kFileTimePerMinute);
@@ -226,7 +228,7 @@ TEST_F(PublisherTest, SeveralSitesAreWrittenAtOnce) {
         m_frames.times.insert(m_clock.now() - i * 5 * kFileTimePerMinute);
     }
     const QStringList sites{"LWX", "TLX", "MUX", "OKX"};
-    ASSERT_TRUE(Publisher(m_tree, m_root, sites, "data", [](const QString&) {}).publish());
+    ASSERT_TRUE(Publisher(m_tree, m_root, {sites, "data"}, [](const QString&) {}).publish());
     for (const QString& site : sites) {
         const QDir folder(m_root + "/ridge/RadarImg/N0S/" + site);
         EXPECT_EQ(folder.entryList({"*.gif"}).size(), kFrames);
@@ -234,10 +236,163 @@ TEST_F(PublisherTest, SeveralSitesAreWrittenAtOnce) {
     EXPECT_FALSE(QDir(m_root + "/ridge/RadarImg/N0S/DIX").exists());
 }
 
+class SharpPublisherTest : public PublisherTest {
+protected:
+    bool publishSharp(int detail = 2, const QByteArray& stamp = "data") {
+        return publisherOf(detail, stamp)->publish();
+    }
+    std::unique_ptr<Publisher> publisherOf(int detail, const QByteArray& stamp = "data") {
+        return std::make_unique<Publisher>(
+            m_tree, m_root, Publisher::What{{"LWX"}, stamp, detail},
+            [this](const QString& line) { m_log += line + '\n'; }
+        );
+    }
+    static std::string filesBelow(const QString& folder) {
+        QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        QStringList names;
+        while (files.hasNext()) {
+            names += QDir(folder).relativeFilePath(files.next());
+        }
+        names.sort();
+        return names.join('\n').toStdString();
+    }
+};
+
+TEST_F(SharpPublisherTest, WritesTheSharpPicturesAndNothingElse) {
+    ASSERT_TRUE(publish());
+    const std::string described = filesBelow(m_root);
+    ASSERT_TRUE(publishSharp());
+    EXPECT_EQ(
+        namesIn(file("/ridge/x2/RadarImg/N0R/LWX")),
+        ".LWX_20180725_2000_N0R.gif LWX_20180725_1955_N0R.gif LWX_20180725_2000_N0R.gif"
+    );
+    EXPECT_EQ(
+        readFile(file("/ridge/x2/RadarImg/NTP/LWX/LWX_20180725_2000_NTP.gif")),
+        gifThatSays("LWXNTP2")
+    );
+    EXPECT_EQ(namesIn(file("/ridge/x2/Overlays/Cities/Short")), "LWX_City_Short.gif");
+    EXPECT_EQ(namesIn(file("/ridge/x2/Overlays/Topo/Long")), "LWX_Topo_Long.jpg");
+    EXPECT_EQ(
+        namesIn(file("/weather_radar/x2/basemaps")),
+        "LWX_City_Long.gif LWX_City_Short.gif LWX_County_Long.gif LWX_County_Short.gif"
+    );
+    EXPECT_EQ(namesIn(file("/ridge/x2/Warnings/Short")), "LWX_Warnings_0.gif");
+    const QImage rivers(file("/ridge/x2/Overlays/Rivers/Short/LWX_Rivers_Short.gif"));
+    EXPECT_EQ(rivers.size(), QSize(1200, 1100));
+    EXPECT_FALSE(QFile::exists(file("/ridge/x4")));
+    EXPECT_EQ(m_log, QString());
+
+    QDir(file("/ridge/x2")).removeRecursively();
+    QDir(file("/weather_radar/x2")).removeRecursively();
+    QFile::remove(file("/.layers-x2"));
+    EXPECT_EQ(filesBelow(m_root), described) << "nothing else was written";
+}
+
+TEST_F(SharpPublisherTest, SharpFramesAreMarkedAndGoAsTheOthers) {
+    const auto names = [this] { return namesIn(file("/ridge/x4/RadarImg/N0R/LWX")); };
+    m_frames.changing = {m_clock.now() - 5 * kFileTimePerMinute};
+    const auto publisher = publisherOf(4);
+    ASSERT_TRUE(publisher->publish());
+    EXPECT_EQ(
+        names(), ".LWX_20180725_1955_N0R.gif .LWX_20180725_2000_N0R.gif LWX_20180725_1955_N0R.gif "
+                 "LWX_20180725_2000_N0R.gif"
+    );
+    m_clock.advance(5 * kFileTimePerMinute);
+    m_frames.times.insert(m_clock.now());
+    m_frames.changing.clear();
+    m_frames.times.erase(m_frames.times.begin());
+    ASSERT_TRUE(publisher->publish());
+    EXPECT_EQ(
+        names(), ".LWX_20180725_2005_N0R.gif LWX_20180725_2000_N0R.gif LWX_20180725_2005_N0R.gif"
+    );
+    EXPECT_EQ(publisher->counts().deleted, 7U);
+}
+
+TEST_F(SharpPublisherTest, AFrameWithoutASharpOneIsLeftOut) {
+    m_frames.hasSharp = false;
+    ASSERT_TRUE(publish());
+    ASSERT_TRUE(publishSharp());
+    EXPECT_EQ(namesIn(file("/ridge/x2/RadarImg/N0R/LWX")), "");
+    EXPECT_EQ(namesIn(file("/ridge/x2/Overlays/Topo/Long")), "LWX_Topo_Long.jpg");
+    EXPECT_THAT(
+        readFile(file("/ridge/RadarImg/N0R/LWX/index.html")).toStdString(),
+        HasSubstr("LWX_20180725_2000_N0R.gif")
+    );
+}
+
+TEST_F(SharpPublisherTest, AFileOfTheWrongLengthIsMadeAgain) {
+    ASSERT_TRUE(publishSharp());
+    for (const char* path :
+         {"/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif",
+          "/ridge/x2/Overlays/Topo/Short/LWX_Topo_Short.jpg",
+          "/weather_radar/x2/basemaps/LWX_City_Long.gif",
+          "/ridge/x2/Warnings/Short/LWX_Warnings_0.gif"}) {
+        const QByteArray whole = readFile(file(path));
+        for (const QByteArray& wrong : {QByteArray(), whole.chopped(1), whole + "more"}) {
+            writeFile(file(path), wrong);
+            ASSERT_TRUE(publishSharp());
+            EXPECT_EQ(readFile(file(path)), whole) << path << " of " << wrong.size() << " bytes";
+        }
+    }
+}
+
+TEST_F(SharpPublisherTest, LayersAreWrittenAgainWhenTheirDataChange) {
+    ASSERT_TRUE(publishSharp());
+    const QString topo = file("/ridge/x2/Overlays/Topo/Short/LWX_Topo_Short.jpg");
+    const QByteArray old = gifThatSays("old");
+    writeFile(topo, old);
+    ASSERT_TRUE(publish("new data")) << "the described ones are another's";
+    ASSERT_TRUE(publishSharp());
+    EXPECT_EQ(readFile(topo), old);
+    ASSERT_TRUE(publishSharp(2, "new data"));
+    EXPECT_NE(readFile(topo), old);
+}
+
+TEST_F(SharpPublisherTest, WarningsAreMadeAgainOnlyWhenTheyHaveChanged) {
+    const QString picture = file("/ridge/x2/Warnings/Short/LWX_Warnings_0.gif");
+    const auto publisher = publisherOf(2);
+    ASSERT_TRUE(publisher->publish());
+    const QByteArray first = readFile(picture);
+    const auto made = m_tree.counts().warnings.pictures;
+    ASSERT_TRUE(publisher->publish());
+    EXPECT_EQ(m_tree.counts().warnings.pictures, made);
+    m_clock.advance(kFileTimePerMinute); // the warning moves
+    ASSERT_TRUE(publisher->publish());
+    EXPECT_NE(readFile(picture), first);
+    EXPECT_EQ(m_tree.counts().warnings.pictures, made + 6) << "two texts, four pictures";
+}
+
+TEST_F(SharpPublisherTest, AFullDiskLeavesNoCutFile) {
+    m_frames.text = QByteArray(5000, 'x');
+    {
+        const FullDisk disk(4096);
+        EXPECT_FALSE(publishSharp());
+    }
+    EXPECT_THAT(m_log.toStdString(), HasSubstr("Cannot write"));
+    EXPECT_EQ(namesIn(file("/ridge/x2/RadarImg/N0R/LWX")), ".LWX_20180725_2000_N0R.gif");
+    EXPECT_TRUE(publishSharp());
+}
+
+TEST_F(SharpPublisherTest, WhatIsNotPublishedAnyMoreIsRemoved) {
+    ASSERT_TRUE(publish());
+    const std::string described = filesBelow(m_root);
+    ASSERT_TRUE(publishSharp(2));
+    ASSERT_TRUE(publishSharp(4));
+    const QString other = file("/ridge/x2/RadarImg/N0R/TLX/TLX_20180725_2000_N0R.gif");
+    writeFile(other);
+    publisherOf(2)->remove();
+    EXPECT_EQ(filesBelow(file("/ridge/x2")), "RadarImg/N0R/TLX/TLX_20180725_2000_N0R.gif");
+    EXPECT_EQ(filesBelow(file("/weather_radar/x2")), "");
+    EXPECT_TRUE(QFile::exists(file("/ridge/x4/Warnings/Short/LWX_Warnings_0.gif")));
+    publisherOf(4)->remove();
+    QFile::remove(other);
+    EXPECT_EQ(filesBelow(m_root), described);
+}
+
 TEST_F(PublisherTest, StopsWhenAsked) {
     std::stop_source stop;
     stop.request_stop();
-    Publisher publisher(m_tree, m_root, {"LWX"}, "data", [](const QString&) {});
+    Publisher publisher(m_tree, m_root, {{"LWX"}, "data"}, [](const QString&) {});
     EXPECT_FALSE(publisher.publish(stop.get_token()));
     EXPECT_EQ(m_frames.made, 0);
 }
