@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Level III products rendered per second and core, beside the writing of the picture alone, which
-// nobody can do without; and the same for sample weather. Products are made here, of the size of
+// nobody can do without; how long sharp pictures take, and how many bytes they have; and the same for
+// sample weather. Products are made here, of the size of
 // real ones; those of the folder RAINCAST_TEST_DATA are measured too where it is there.
 #include "nexrad/frame_painter.h"
 #include "nexrad/level3_decoder.h"
@@ -55,22 +56,50 @@ PolarScan decoded(const std::string& bytes) {
     return *result;
 }
 
+/// A picture's detail, and the time that one from the sharpest products is meant to take at most.
+struct Detail {
+    int detail;
+    double aimMilliseconds;
+};
+constexpr Detail kSharp[] = {{2, 60}, {4, 200}};
+
 /// From a file's bytes to the picture's, never at a place that was drawn before: what follows each
 /// other in a feed is of different sites as often as not.
-void measure(const std::string& name, const std::string& bytes, int detail = 1) {
+struct Measured {
+    Ratio ratio;
+    qsizetype bytes = 0;
+};
+Measured rendered(const std::string& bytes, int detail) {
     int drawn = 0;
+    Measured result{};
     const auto render = [&] {
         PolarScan scan = decoded(bytes);
         scan.site.clear();
         scan.latitude += ++drawn * 0.1;
         const ImageGeometry image = frameGeometry(scan, rangeOf(scan.product), detail);
-        static_cast<void>(renderFrame(scan, scan.product, image));
+        result.bytes = renderFrame(scan, scan.product, image).value_or(QByteArray()).size();
     };
-    const Ratio ratio = ratioOf(kPairs, render, [] { static_cast<void>(emptyFrame()); });
+    result.ratio = ratioOf(kPairs, render, [] { static_cast<void>(emptyFrame()); });
+    return result;
+}
+
+void measure(const std::string& name, const std::string& bytes) {
+    const Measured result = rendered(bytes, 1);
     std::printf(
-        "%-34s %7.1f a second and core, %5.1f times an empty picture\n", name.c_str(),
-        1000 / ratio.firstMilliseconds, ratio.median
+        "%-34s %7.1f a second and core, %5.1f times an empty picture, %lld bytes\n", name.c_str(),
+        1000 / result.ratio.firstMilliseconds, result.ratio.median,
+        static_cast<long long>(result.bytes)
     );
+}
+
+void measureSharp(const std::string& name, const std::string& bytes) {
+    for (const auto& [detail, aim] : kSharp) {
+        const Measured result = rendered(bytes, detail);
+        std::printf(
+            "%-31s x%d %7.1f ms (aim: %.0f), %lld bytes\n", name.c_str(), detail,
+            result.ratio.firstMilliseconds, aim, static_cast<long long>(result.bytes)
+        );
+    }
 }
 
 void measureReal() {
@@ -78,7 +107,9 @@ void measureReal() {
     for (const QString& name : folder.entryList(QDir::Files)) {
         QFile file(folder.filePath(name));
         if (file.open(QIODevice::ReadOnly)) {
-            measure(name.toStdString(), file.readAll().toStdString());
+            const std::string bytes = file.readAll().toStdString();
+            measure(name.toStdString(), bytes);
+            measureSharp(name.toStdString(), bytes);
         }
     }
 }
@@ -95,6 +126,31 @@ void measureSample(Product as) {
         "sample %s %*.1f a second and core\n", std::string(codeOf(as)).c_str(), 31,
         1000 / ratio.firstMilliseconds
     );
+}
+
+/// The same, sharp.
+void measureSharpSample(Product as) {
+    const FileTime now = fromCalendar({2026, 11, 20, 10, 30});
+    const FileTime time = SampleWeather().frameTimes("TLX", as, now).back();
+    const std::string name(codeOf(as));
+    // Over the time that the described picture takes, and altogether.
+    constexpr Detail kAims[] = {{2, 500}, {4, 1500}};
+    for (const auto& [detail, aim] : kAims) {
+        qsizetype bytes = 0;
+        const Ratio ratio = ratioOf(
+            5,
+            [&, detail = detail] {
+                const auto picture = SampleWeather().sharpFrame("TLX", as, time, detail);
+                bytes = picture.value_or(QByteArray()).size();
+            },
+            [&] { static_cast<void>(SampleWeather().frame("TLX", as, time)); }
+        );
+        const double more = detail == 2 ? ratio.secondMilliseconds : 0;
+        std::printf(
+            "sample %-24s x%d %7.1f ms (aim: %.0f), %lld bytes\n", name.c_str(), detail,
+            ratio.firstMilliseconds, aim + more, static_cast<long long>(bytes)
+        );
+    }
 }
 
 /// As they are published: all products of a site, frame after frame.
@@ -124,13 +180,13 @@ int main() {
     measure("made: digital, 360 x 460", makeLevel3(product(94, 360, 460, true)));
     const std::string sharpest = makeLevel3(product(153, 720, 1840, true));
     measure("made: digital, 720 x 1840", sharpest);
-    measure("the same, twice as sharp", sharpest, 2);
-    measure("the same, four times as sharp", sharpest, 4);
+    measureSharp("the same, sharp", sharpest);
     if (qEnvironmentVariableIsSet("RAINCAST_TEST_DATA")) {
         measureReal();
     }
     for (const Product as : kAllProducts) {
         measureSample(as);
+        measureSharpSample(as);
     }
     measureSampleSite();
     return 0;

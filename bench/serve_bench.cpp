@@ -267,10 +267,16 @@ const auto& anyOf(const Values& values, std::mt19937& random) {
     return values[std::uniform_int_distribution<std::size_t>(0, values.size() - 1)(random)];
 }
 
+/// The path itself in two cases of three, else that of a sharp picture, if there is one.
+std::string atAnyDetail(const std::string& path, std::mt19937& random) {
+    const auto sharp = sharpPath(path, random() % 2 == 0 ? 2 : 4);
+    return random() % 3 == 0 && sharp && findTreeItem(*sharp) ? *sharp : path;
+}
+
 /// A frame of any age in two cases of three, else the present warnings, a layer or a world file.
 std::string anyPath(Client& client, std::mt19937& random) {
     if (random() % 3 == 0) {
-        return anyOf(standingPaths(), random);
+        return atAnyDetail(anyOf(standingPaths(), random), random);
     }
     const std::string folder = pathOf(anyOf(allFrameFolders(), random));
     static const QRegularExpression name(QStringLiteral("\"([A-Z]{3}_\\d{8}_\\d{4}_\\w{3}\\.gif)\"")
@@ -280,7 +286,7 @@ std::string anyPath(Client& client, std::mt19937& random) {
     while (found.hasNext()) {
         names.push_back(found.next().captured(1).toStdString());
     }
-    return names.empty() ? folder : folder + anyOf(names, random);
+    return names.empty() ? folder : atAnyDetail(folder + anyOf(names, random), random);
 }
 
 void askAtRandom(int port) {

@@ -156,7 +156,8 @@ QByteArray scales() {
 
 } // namespace
 
-QByteArray homePage(const MapData& maps, SourceKind source, const std::optional<Replay>& replay) {
+QByteArray
+homePage(const MapData& maps, SourceKind source, const std::optional<Replay>& replay, int detail) {
     return QByteArray(kHomePageText)
         .replace(
             "@NOTE@", source == SourceKind::sample
@@ -171,6 +172,7 @@ QByteArray homePage(const MapData& maps, SourceKind source, const std::optional<
                                                    : ""
         )
         .replace("@SPEED@", QByteArray::number(replay ? replay->speed : 1))
+        .replace("@DETAIL@", detail > 1 ? "2" : "1")
         .replace("@STATES@", statePaths(maps))
         .replace("@DOTS@", dots())
         .replace("@LIST@", list())

@@ -13,9 +13,13 @@ class MapData;
 /// with its layers, moving, how old they are, and the warnings' texts. Its links are relative and
 /// stay within the tree, so a published tree has it too. Made once.
 ///
+/// Screens of more device pixels get the pictures of detail 2, if `detail` says that the tree has
+/// them; the cities' layer stays the described one, with letters that can be read.
+///
 /// A line at its top says where the weather is made up or of the past, and of when; that of public
 /// providers is credited.
-[[nodiscard]] QByteArray
-homePage(const MapData& maps, SourceKind source, const std::optional<Replay>& replay = {});
+[[nodiscard]] QByteArray homePage(
+    const MapData& maps, SourceKind source, const std::optional<Replay>& replay = {}, int detail = 2
+);
 
 } // namespace raincast

@@ -84,6 +84,7 @@ Map data: U.S. Census Bureau (borders), GSHHG by P. Wessel and W. H. F. Smith (s
 const sites = @SITES@;
 const scales = @SCALES@;
 const speed = @SPEED@; // of the weather's clock
+let detail = @DETAIL@; // 2: there are sharp pictures
 const products = {N0R: "Base reflectivity", NCR: "Composite", N0Z: "Long range", N1P: "1 hour precipitation",
   NTP: "Total precipitation", N0V: "Velocity", N0S: "Storm relative velocity"};
 const layers = {
@@ -99,10 +100,30 @@ const byId = id => document.getElementById(id);
 const images = {};
 let site = "TLX", product = "N0R", frames = [], shown = 0, turn = 0;
 
+// A picture, and the same with twice the pixels for screens that have them: the browser takes one. Where
+// the sharp one is missing the other comes; where a layer's is, all are.
+const lacking = new Set();
+const bare = path => path.split("?")[0];
+const sharpOf = path => path.replace(/^(ridge|weather_radar)\//, "$1/x2/");
+const width = () => byId("stack").clientWidth + "px";
+function use(image, path) {
+  image.sizes = width();
+  image.srcset = detail > 1 && !lacking.has(bare(path)) ? `${path} 600w, ${sharpOf(path)} 1200w` : "";
+  image.src = path;
+}
+function orDescribed(image, isLayer) {
+  const path = image.getAttribute("src");
+  if (!image.srcset) return image.classList.add("bad");
+  lacking.add(bare(path));
+  if (isLayer) detail = 1;
+  use(image, path);
+}
+addEventListener("resize", () => Object.values(images).forEach(image => image.sizes = width()));
+
 for (const [key, [name, on]] of Object.entries(layers)) {
   const image = images[key] = new Image();
   image.alt = "";
-  image.onerror = () => image.classList.add("bad");
+  image.onerror = () => orDescribed(image, key !== "Frame" && key !== "Warnings");
   image.onload = () => image.classList.remove("bad");
   byId("stack").insertBefore(image, byId("time"));
   if (!name) continue;
@@ -125,7 +146,7 @@ const folder = () => `ridge/RadarImg/${product}/${site}/`;
 function show() {
   if (!frames.length) return;
   const name = frames[shown];
-  images.Frame.src = folder() + name;
+  use(images.Frame, folder() + name);
   const [, y, m, d, h, min] = name.match(/_(\d{4})(\d\d)(\d\d)_(\d\d)(\d\d)_/);
   byId("time").textContent = new Date(Date.UTC(y, m - 1, d, h, min))
     .toLocaleString([], {dateStyle: "medium", timeStyle: "short"});
@@ -193,9 +214,13 @@ async function refresh() {
     images.Frame.classList.add("bad");
     byId("time").textContent = "No frames";
   }
-  for (const name of frames) new Image().src = folder() + name;
+  for (const name of frames) {
+    const image = new Image();
+    image.onerror = () => orDescribed(image, false);
+    use(image, folder() + name);
+  }
   const warnings = layers.Warnings[2](site, product === "N0Z" ? "Long" : "Short");
-  images.Warnings.src = warnings + "?" + Date.now();
+  use(images.Warnings, warnings + "?" + Date.now());
   const read = path => fetch(path).then(answer => answer.ok ? answer.json() : {}).catch(() => ({}));
   const [status, texts] = await Promise.all([read("status"), read(warnings.replace(".gif", ".json"))]);
   if (mine !== turn) return;
@@ -210,7 +235,11 @@ function choose() {
   if (sites[s]) site = s;
   if (products[p]) product = p;
   const range = product === "N0Z" ? "Long" : "Short";
-  for (const [key, [, , path]] of Object.entries(layers)) if (path) images[key].src = path(site, range);
+  for (const [key, [, , path]] of Object.entries(layers)) {
+    // Letters would be half as large.
+    if (key === "Cities") images[key].src = path(site, range);
+    else if (path) use(images[key], path(site, range));
+  }
   byId("site").textContent = `${site} ${sites[site]}`;
   byId("what").textContent = products[product];
   byId("scale").replaceChildren(...scales[product].levels.map(([colour, text]) => {

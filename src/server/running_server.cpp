@@ -98,7 +98,9 @@ void RunningServer::makeSharpPublishers() {
 }
 
 void RunningServer::addPages() {
-    const TreeBody home = homePage(m_maps, m_options.source, m_options.live.replay);
+    // A published page is among files, of which there may be no sharp ones.
+    const int detail = m_options.publishFolder.isEmpty() ? 2 : m_options.publishDetail;
+    const TreeBody home = homePage(m_maps, m_options.source, m_options.live.replay, detail);
     m_tree.addPage("/", [home] { return TreeAnswer{.body = home, .keeping = Keeping::askAgain}; });
     m_tree.addPage("/status", [this] {
         return TreeAnswer{m_status.get(), "application/json", Keeping::askAgain};

@@ -45,6 +45,13 @@ TEST(HomePageTest, LeavesNoPlaceEmpty) {
     EXPECT_FALSE(QRegularExpression("@[A-Z]+@").match(page).hasMatch());
 }
 
+TEST(HomePageTest, KnowsWhetherThereAreSharpPictures) {
+    const MapData maps{MapDataFiles()};
+    EXPECT_TRUE(homePage(maps, SourceKind::sample).contains("let detail = 2;"));
+    EXPECT_TRUE(homePage(maps, SourceKind::sample, {}, 4).contains("let detail = 2;"));
+    EXPECT_TRUE(homePage(maps, SourceKind::sample, {}, 1).contains("let detail = 1;"));
+}
+
 TEST(HomePageTest, AsksForNothingOutsideOfTheTree) {
     const QByteArray page = homePage(MapData(MapDataFiles()), SourceKind::sample);
     for (const char* const loaded : {"src=\"http", "src=\"//", "@import", "<link", "url("}) {

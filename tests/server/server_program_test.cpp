@@ -397,6 +397,7 @@ TEST_F(ServerProgramTest, PublishesSharpPicturesIfAskedTo) {
             QImage(root + "/weather_radar" + folder + "/basemaps/TLX_County_Long.gif").size(), size
         );
     }
+    EXPECT_TRUE(readFile(root + "/index.html").contains("let detail = 2;"));
     // What is not asked for any more goes.
     ASSERT_EQ(run(once + QStringList{"--detail", "2"}), 0);
     EXPECT_TRUE(QFile::exists(root + "/ridge/x2" + topo));
@@ -404,6 +405,7 @@ TEST_F(ServerProgramTest, PublishesSharpPicturesIfAskedTo) {
     ASSERT_EQ(run(once), 0);
     EXPECT_FALSE(QFile::exists(root + "/ridge/x2" + topo));
     EXPECT_TRUE(QFile::exists(root + "/ridge" + topo));
+    EXPECT_TRUE(readFile(root + "/index.html").contains("let detail = 1;"));
 }
 
 TEST_F(ServerProgramTest, AFullDiskLeavesNoCutFileAndTheNextRunMendsAll) {
