@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Level III products rendered per second and core, beside the writing of the picture alone, which
-// nobody can do without; how long sharp pictures take, and how many bytes they have; and the same for
-// sample weather. Products are made here, of the size of
-// real ones; those of the folder RAINCAST_TEST_DATA are measured too where it is there.
+// nobody can do without; how long sharp pictures take, and how many bytes they have; and the same
+// for sample weather. Products are made here, of the size of real ones; those of the folder
+// RAINCAST_TEST_DATA are measured too where it is there.
 #include "nexrad/frame_painter.h"
 #include "nexrad/level3_decoder.h"
 #include "radar/catalogue/image_geometry.h"
