@@ -2,6 +2,7 @@
 // What drawing the full stack costs (fill, layers, blit), at the sizes of handhelds to large
 // screens and at several zooms, against a memcpy of the same buffer; and what marks, and all that
 // the picture is read by, add to it.
+#include "drawing/layer_stack.h"
 #include "geo/geo_reference.h"
 #include "map/map_overlays.h"
 #include "map/mark_manager.h"
@@ -9,7 +10,6 @@
 #include "reading/radar_reading.h"
 #include "reading/reading_setting.h"
 #include "support/ratio.h"
-#include "weather/layer_stack.h"
 
 #include <QGuiApplication>
 #include <QPainter>

@@ -56,6 +56,10 @@ bool CRaincastApp::pictureComing() const {
     return anyRadar(&CItemWeather::pictureComing);
 }
 
+bool CRaincastApp::sharpComing() const {
+    return anyRadar(&CItemWeather::sharpComing);
+}
+
 bool CRaincastApp::anyRadar(bool (CItemWeather::*is)() const) const {
     const auto* const page = dynamic_cast<const CPageDisplay*>(current());
     return page != nullptr &&

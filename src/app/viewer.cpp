@@ -221,7 +221,7 @@ int Viewer::loop() {
                 // A loop's file needs all frames, a picture only what it shows.
                 const bool coming = m_options.loop.isEmpty() ? m_application.pictureComing()
                                                              : m_application.loading();
-                return coming || mayHaveStandIn;
+                return coming || mayHaveStandIn || m_application.sharpComing();
             },
             [this](bool saved) { pictureTaken(saved); }
         );

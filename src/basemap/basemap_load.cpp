@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "basemap/basemap_load.h"
 
+#include "basemap/map_layer.h"
 #include "basemap/radar_view.h"
 #include "core/clock.h"
 #include "core/folders.h"
@@ -18,7 +19,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <memory>
 #include <utility>
@@ -27,42 +27,16 @@ namespace raincast {
 
 namespace {
 
-enum class Source { radarServer, basemapServer };
-enum class Ground { topo, topoElseOverlay, overlay };
-
-} // namespace
-
-/// A layer: where its file comes from, and onto what it is drawn.
-struct MapLayer {
-    bool BasemapLayers::*shown;
-    const char* word; ///< in the file's name: BMX_City_Short.gif
-    const char* extension;
-    const FileKind& kind;
-    Source source;
-    const char* folder; ///< on the radar server, below its overlays
-    Ground ground;
-    bool required; ///< without its file a load ends
-};
-
-namespace {
-
-/// They are loaded in this order.
-constexpr std::array<MapLayer, 5> kLayers = {{
-    {&BasemapLayers::topo, "Topo", "jpg", kJpegFile, Source::radarServer, "Topo", Ground::topo,
-     true},
-    {&BasemapLayers::rivers, "Rivers", "gif", kGifFile, Source::radarServer, "Rivers",
-     Ground::topoElseOverlay, true},
-    {&BasemapLayers::counties, "County", "gif", kGifFile, Source::basemapServer, "",
-     Ground::overlay, false},
-    {&BasemapLayers::highways, "Highways", "gif", kGifFile, Source::radarServer, "Highways",
-     Ground::overlay, false},
-    {&BasemapLayers::cities, "City", "gif", kGifFile, Source::basemapServer, "", Ground::overlay,
-     false},
-}};
-
 /// The text file that places all layers of a site and range; it is named like the cities.
-constexpr MapLayer kPlacement = {nullptr,  "City",          "gfw", kWorldFile, Source::radarServer,
-                                 "Cities", Ground::overlay, true};
+constexpr MapLayer kPlacement = {
+    nullptr,
+    "City",
+    "gfw",
+    kWorldFile,
+    MapLayer::Source::radarServer,
+    "Cities",
+    MapLayer::Ground::overlay,
+    true};
 
 GeoReference readPlace(const QString& file) {
     GeoReference reference;
@@ -89,9 +63,11 @@ void takePlace(const QString& file, const QString& newFile, GeoPosition oldPlace
         return;
     }
     const QFileInfo place(newFile);
-    for (const QChar kind : QStringLiteral("CHRTW")) { // as in radar/cache.h
-        const QString pattern = QStringLiteral("\?\?\?_") + kind + u'*';
-        DeleteMatchingExcept(place.path(), pattern, {place.fileName()});
+    for (const QString& folder : withSharpFolders(place.path())) {
+        for (const QChar kind : QStringLiteral("CHRTW")) { // as in radar/cache.h
+            const QString pattern = QStringLiteral("\?\?\?_") + kind + u'*';
+            DeleteMatchingExcept(folder, pattern, {place.fileName()});
+        }
     }
     // Killed before this, we have no layers left, and fetch all of them.
     QFile::rename(newFile, file);
@@ -107,7 +83,8 @@ BasemapLoad::BasemapLoad(const RadarScene& scene, const std::shared_ptr<ByteAllo
       m_radar(scene.downloads, scene.servers.radar, true, false, allowance),
       m_basemap(scene.downloads, scene.servers.basemap, true, false, allowance) {
     m_basemaps.missing = static_cast<int>(std::count_if(
-        kLayers.begin(), kLayers.end(), [this](const MapLayer& layer) { return isShown(layer); }
+        mapLayers().begin(), mapLayers().end(),
+        [this](const MapLayer& layer) { return isShown(layer); }
     ));
     m_wanted = m_basemaps.missing;
 }
@@ -154,25 +131,18 @@ QString BasemapLoad::range() const {
     return ProductRange(m_state.product).toString();
 }
 
-QString BasemapLoad::fileName(const MapLayer& layer) const {
-    return QStringLiteral("%1_%2_%3.%4")
-        .arg(m_state.siteId, QLatin1String(layer.word), range(), QLatin1String(layer.extension));
-}
-
 QString BasemapLoad::cachedFile(const MapLayer& layer) const {
-    return siteCacheFolder(m_state.cacheRoot(), m_state.siteId) + u'/' + fileName(layer);
+    return siteCacheFolder(m_state.cacheRoot(), m_state.siteId) + u'/' +
+           fileNameOf(layer, m_state.siteId, range());
 }
 
 QString BasemapLoad::serverPath(const MapLayer& layer) const {
-    return layer.source == Source::basemapServer
-               ? QStringLiteral("/weather_radar/basemaps/") + fileName(layer)
-               : QStringLiteral("/ridge/Overlays/%1/%2/%3")
-                     .arg(QLatin1String(layer.folder), range(), fileName(layer));
+    return serverPathOf(layer, m_state.siteId, range());
 }
 
 // Puts the layer's file into the cache.
 void BasemapLoad::fetch(const MapLayer& layer, Taken done) {
-    CHttpTransfer& transfer = layer.source == Source::basemapServer ? m_basemap : m_radar;
+    CHttpTransfer& transfer = layer.source == MapLayer::Source::basemapServer ? m_basemap : m_radar;
     transfer.DownloadToFile(
         serverPath(layer), cachedFile(layer), layer.kind,
         [this, done = std::move(done)](const CHttpTransfer::Fetched& fetched) {
@@ -244,13 +214,13 @@ void BasemapLoad::askForPlace(Taken done) {
 }
 
 void BasemapLoad::loadNext() {
-    while (m_next < kLayers.size() && !isShown(kLayers[m_next])) {
+    while (m_next < mapLayers().size() && !isShown(mapLayers()[m_next])) {
         ++m_next;
     }
-    if (m_next == kLayers.size()) {
+    if (m_next == mapLayers().size()) {
         end(true);
     } else {
-        load(kLayers[m_next]);
+        load(mapLayers()[m_next]);
     }
 }
 
@@ -273,7 +243,7 @@ void BasemapLoad::load(const MapLayer& layer) {
 }
 
 void BasemapLoad::layerEnded(bool taken, bool drawn) {
-    const MapLayer& layer = kLayers[m_next++];
+    const MapLayer& layer = mapLayers()[m_next++];
     m_basemaps.missing -= drawn ? 1 : 0;
     if (taken) {
         m_view.repaint();
@@ -288,11 +258,11 @@ void BasemapLoad::layerEnded(bool taken, bool drawn) {
 // Draws the layer's cached file onto its ground; false when there is no such file, or it is not a
 // picture. The ground is on the screen, so a copy of it is drawn upon.
 void BasemapLoad::draw(const MapLayer& layer, Taken done) {
-    const bool ontoTopo = layer.ground == Ground::topoElseOverlay && m_basemaps.topo;
-    Bitmap& ground =
-        layer.ground == Ground::topo || ontoTopo ? m_basemaps.topo : m_basemaps.overlay;
-    const auto drawn = [file = cachedFile(layer), whole = layer.ground == Ground::topo, ground] {
-        if (whole) {
+    const bool onTopo = layer.isOnTopo(m_basemaps.topo != nullptr);
+    Bitmap& ground = onTopo ? m_basemaps.topo : m_basemaps.overlay;
+    const bool isWhole = layer.ground == MapLayer::Ground::topo;
+    const auto drawn = [file = cachedFile(layer), isWhole, ground] {
+        if (isWhole) {
             return LoadImageFile(file, kMostRadarPixels);
         }
         Bitmap copy = ground ? std::make_shared<QImage>(*ground) : nullptr;

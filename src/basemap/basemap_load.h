@@ -50,7 +50,6 @@ private:
 
     BasemapLoad(const RadarScene& scene, const std::shared_ptr<ByteAllowance>& allowance);
     [[nodiscard]] QString range() const;
-    [[nodiscard]] QString fileName(const MapLayer& layer) const;
     [[nodiscard]] QString cachedFile(const MapLayer& layer) const;
     [[nodiscard]] bool isShown(const MapLayer& layer) const;
     [[nodiscard]] QString serverPath(const MapLayer& layer) const;

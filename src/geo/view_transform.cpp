@@ -60,6 +60,13 @@ void ViewTransform::placeOrigin(PagePoint point, ImagePixel pixel) {
     m_origin = {originFor(point.x, pixel.column, m_zoom), originFor(point.y, pixel.row, m_zoom)};
 }
 
+ViewTransform ViewTransform::finer(int steps) const {
+    const auto times = std::int64_t{1} << steps;
+    return {
+        m_zoom + steps,
+        {within32Bits(m_origin.column * times), within32Bits(m_origin.row * times)}};
+}
+
 bool ViewTransform::zoomBy(int step, PagePoint fixed) {
     if (!inRange(m_zoom + step)) {
         return false;

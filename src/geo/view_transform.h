@@ -43,6 +43,10 @@ public:
     /// the origin's rounding. False, and nothing changes, beyond the ends of the range.
     bool zoomBy(int step, PagePoint fixed);
 
+    /// The same view of a picture with 2^steps times as many pixels each way. To be called at a
+    /// zoom of at most kMostZoom - steps.
+    [[nodiscard]] ViewTransform finer(int steps) const;
+
     friend bool operator==(const ViewTransform&, const ViewTransform&) = default;
 
 private:

@@ -75,8 +75,7 @@ void CHttpTransfer::DownloadIfOther(
 void CHttpTransfer::DownloadIfThere(
     const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
 ) {
-    const QString place = m_host + serverPath;
-    if (m_downloads.isAbsent(place)) {
+    if (isAbsent(serverPath)) {
         m_background.later([last = hasGivenUp(), done = std::move(done)] {
             done({false, last, std::nullopt, {}});
         });
@@ -86,11 +85,19 @@ void CHttpTransfer::DownloadIfThere(
         {serverPath, m_secure}, fileOrder(kind),
         [=, this, done = std::move(done)](const HttpResponse* response) {
             if (response != nullptr && response->status == kAbsentStatus) {
-                m_downloads.noteAbsent(place);
+                noteAbsent(serverPath);
             }
             ReceiveToFile(url({serverPath, m_secure}), response, localPath, done);
         }
     );
+}
+
+bool CHttpTransfer::isAbsent(const QString& serverPath) const {
+    return m_downloads.isAbsent(m_host + serverPath);
+}
+
+void CHttpTransfer::noteAbsent(const QString& serverPath) {
+    m_downloads.noteAbsent(m_host + serverPath);
 }
 
 DownloadOrder CHttpTransfer::fileOrder(const FileKind& kind) const {

@@ -93,6 +93,10 @@ public:
         const QString& serverPath, const QString& localPath, const FileKind& kind, FileDone done
     );
 
+    /// Whether the server said so of a path, or was found not to have it.
+    [[nodiscard]] bool isAbsent(const QString& serverPath) const;
+    void noteAbsent(const QString& serverPath);
+
     /// Fetches serverPath and gives every double-quoted string of the body: a directory listing
     /// names its files that way. The status does not matter: an error page is scanned like a
     /// listing. Always plain HTTP, even when `secure`, but on the port that goes with `secure`.

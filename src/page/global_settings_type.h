@@ -20,6 +20,7 @@ public:
     static constexpr int kRankGpsOverlay = 20;
     static constexpr int kRankGpsSource = 30;
     static constexpr int kRankServers = 40;
+    static constexpr int kRankDetail = 50;
 
     /// `name` is the type's own and may be empty; the menu shows `caption`, followed by
     /// three dots. One without a caption is not offered.

@@ -65,6 +65,15 @@ tl::expected<void, QString> makeSiteFolder(const QString& cacheFolder, QStringVi
     return makeFolder(siteCacheFolder(cacheFolder, siteId));
 }
 
+QString sharpCacheFile(const QString& file, int detail) {
+    const auto name = file.lastIndexOf(u'/') + 1;
+    return file.left(name) % u'x' % QString::number(detail) % u'/' % file.mid(name);
+}
+
+QStringList withSharpFolders(const QString& siteFolder) {
+    return {siteFolder % u"/x4", siteFolder % u"/x2", siteFolder};
+}
+
 QString cacheFailureText(const QString& cacheFolder, const QString& cause) {
     if (cacheFolder.isEmpty()) {
         return Text::tr("There is no folder\nfor the image cache.\n");
@@ -78,9 +87,12 @@ void deleteStaleFrames(
 ) {
     const QString pattern = siteId % u"_2*_" % productCode % u".gif";
     const QString folder = siteCacheFolder(cacheFolder, siteId);
-    DeleteMatchingExcept(folder, pattern, listed);
-    if (!folder.isEmpty()) {
-        removeAbandonedFiles(folder);
+    if (folder.isEmpty()) {
+        return;
+    }
+    for (const QString& part : withSharpFolders(folder)) {
+        DeleteMatchingExcept(part, pattern, listed);
+        removeAbandonedFiles(part);
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 #include <set>
@@ -15,8 +16,9 @@ namespace raincast {
 //   2 a radar frame (its year)   W the warnings image    N any other image of the radar
 //     or the newest one's tag        or their texts
 //   C counties, cities and the world file   H highways   R rivers   T topographic map
-// Sample weather has the same below a folder of its own in the root, so that it is never taken for
-// weather that was measured, and neither cleans up after the other.
+// Sharp pictures lie in folders of the site's folder, x2 and x4, each named as the described one
+// that it is of. Sample weather has the same below a folder of its own in the root, so that it is
+// never taken for weather that was measured, and neither cleans up after the other.
 
 /// The cache root on a storage card: CARD/Quorvane/Temp/Weather. The folder is not made.
 [[nodiscard]] QString cardCacheFolder(const QString& card);
@@ -48,6 +50,14 @@ inline constexpr char16_t kReplayBranch[] = u".replay-";
 /// the system's words: "Permission denied". Without a root it fails.
 [[nodiscard]] tl::expected<void, QString>
 makeSiteFolder(const QString& cacheFolder, QStringView siteId);
+
+/// The file of a cached picture with `detail` times as many pixels each way:
+/// ROOT/SSS/x2/NAME for ROOT/SSS/NAME.
+[[nodiscard]] QString sharpCacheFile(const QString& file, int detail);
+
+/// The folders of a site's sharp pictures and then its own, in which they lie, whether or not they
+/// are there.
+[[nodiscard]] QStringList withSharpFolders(const QString& siteFolder);
 
 /// The status text for a cache that cannot be written; `cause` is in the system's words.
 [[nodiscard]] QString cacheFailureText(const QString& cacheFolder, const QString& cause);

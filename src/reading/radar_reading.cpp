@@ -15,6 +15,7 @@
 
 #include <QPainter>
 
+#include <bit>
 #include <utility>
 
 namespace raincast {
@@ -36,7 +37,8 @@ QString touchText(const RadarSight& sight, const char* any, const char* ofTime) 
 
 /// The level of the pixel under a point; none for a colour that the table lacks or without one.
 std::optional<std::size_t> levelAt(const RadarSight& sight, QPoint place) {
-    const ImagePixel pixel = sight.map.view.toImage({place.x(), place.y()});
+    const int steps = std::countr_zero(static_cast<unsigned>(sight.frame.detail));
+    const ImagePixel pixel = sight.map.view.finer(steps).toImage({place.x(), place.y()});
     if (!sight.frame || !sight.frame->valid(pixel.column, pixel.row)) {
         return std::nullopt;
     }

@@ -25,7 +25,7 @@ struct RadarSight {
     MapSight map;
     bool placed = false; ///< the picture has its place on the earth
     Product product = Product::baseReflectivity;
-    Bitmap frame;                      ///< on the screen; null between rounds of a loop
+    DetailedBitmap frame;              ///< on the screen; null between rounds of a loop
     std::optional<FileTime> frameTime; ///< of that frame
     GeoPosition radar;                 ///< where the antenna stands
     std::optional<GeoPosition> own;    ///< the user's position

@@ -9,6 +9,8 @@
 #include "radar/cache.h"
 #include "radar/catalogue/products.h"
 #include "replay/past_storms.h"
+#include "sharp/detail.h"
+#include "sharp/detail_setting.h"
 #include "weather/image_age.h"
 #include "weather/item_weather_dialogs.h"
 #include "weather/item_weather_loading.h"
@@ -87,7 +89,9 @@ const SerializableType<CItemWeather> CItemWeather::cType{kTypeItemWeather};
 
 CItemWeather::CItemWeather()
     : CItemMapView(kMenu), Counter(kTickPeriod), m_loading(std::make_unique<Loading>(*this)),
-      m_reading(std::make_unique<Reading>(*this)), m_taps([this](QPoint place) { tapped(place); }),
+      m_reading(std::make_unique<Reading>(*this)),
+      m_sharp([this](bool came) { came ? invalidate() : followSharp(); }),
+      m_taps([this](QPoint place) { tapped(place); }),
       m_player(
           *this, m_state, [this] { return loading(); },
           [this](int before) { coveredBelowChanged(before); }
@@ -125,12 +129,8 @@ bool CItemWeather::Write(CSerialWriter& writer) const {
 }
 
 void CItemWeather::draw(QPainter& painter) {
-    const Basemaps& maps = m_loading->basemaps();
-    m_stack.setLayers(
-        {QSize(m_state.imageWidth, m_state.imageHeight), maps.topo, m_state.current.bitmap,
-         maps.overlay,
-         warningsUse(m_state) == WarningsUse::drawn ? m_state.warnings.picture : nullptr}
-    );
+    m_sharp.use(wantedDetail());
+    m_stack.setLayers(layersToDraw());
     m_stack.draw(painter, area(), view());
     const int linesAbove = linesHeight(painter.fontMetrics());
     const PictureTexts present = texts();
@@ -143,6 +143,41 @@ void CItemWeather::draw(QPainter& painter) {
     drawProgress(painter, area(), done, wanted);
     m_player.itemDrawn();
     m_loading->loadOthers();
+    followSharp();
+}
+
+LayerStack::Layers CItemWeather::layersToDraw() {
+    const Basemaps& maps = m_loading->basemaps();
+    const bool warns = warningsUse(m_state) == WarningsUse::drawn;
+    return {
+        imageSize(),
+        m_sharp.ground(maps.topo),
+        m_sharp.frame(m_state.current),
+        m_sharp.overlay(maps.overlay),
+        m_sharp.warnings(warns ? m_state.warnings.picture : nullptr),
+        m_sharp.detail()};
+}
+
+double CItemWeather::pixelRatio() const {
+    const QWidget* const window = page() != nullptr ? page()->widget() : nullptr;
+    return window != nullptr ? window->devicePixelRatioF() : 1;
+}
+
+int CItemWeather::wantedDetail() const {
+    return DetailSetting::automatic() ? raincast::wantedDetail(view(), area().size()) : 1;
+}
+
+// Sharp pictures wait until nothing else is loaded.
+void CItemWeather::followSharp() {
+    if (m_loading->held()) {
+        return;
+    }
+    const int detail = wantedDetail();
+    const QRect seen = LayerStack::imageArea(area(), view(), imageSize());
+    m_sharp.follow(
+        m_loading->presentScene(),
+        {detail, lettersDetail(detail, pixelRatio()), !seen.isEmpty(), !m_loading->running()}
+    );
 }
 
 QRect CItemWeather::opaqueArea() const {
@@ -402,8 +437,10 @@ void CItemWeather::Tick() {
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;
     if (!onScreen) {
         m_player.loop().stopClock();
+        m_sharp.release();
         return;
     }
+    followSharp();
     const Reading::Held held = m_reading->holdFrame();
     if (held.holds) {
         m_player.loop().stopClock();

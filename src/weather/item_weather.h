@@ -4,15 +4,16 @@
 #include "along/item_along.h"
 #include "basemap/basemaps.h"
 #include "core/heartbeat.h"
+#include "drawing/layer_stack.h"
 #include "map/item_map_view.h"
 #include "page/taps.h"
 #include "persist/type_ids.h"
 #include "pictures/item_pictures.h"
 #include "player/item_player.h"
 #include "radar/radar_state.h"
+#include "sharp/sharp_pictures.h"
 #include "warnings/item_warnings.h"
 #include "weather/first_show.h"
-#include "weather/layer_stack.h"
 
 #include <memory>
 #include <utility>
@@ -107,6 +108,8 @@ public:
     [[nodiscard]] bool loading() const;
     /// The same, but for frames of a loop whose first one is shown already.
     [[nodiscard]] bool pictureComing() const;
+    /// Whether what is on the screen may soon be there with more pixels.
+    [[nodiscard]] bool sharpComing() const { return m_sharp.coming(); }
 
 protected:
     [[nodiscard]] QSize imageSize() const override {
@@ -132,6 +135,10 @@ private:
         return rectangle().toRect().topLeft() + QPoint(x, y);
     }
     [[nodiscard]] QString pictureName() const;
+    [[nodiscard]] double pixelRatio() const;
+    [[nodiscard]] int wantedDetail() const;
+    [[nodiscard]] LayerStack::Layers layersToDraw();
+    void followSharp();
 
     RadarState m_state;
     BasemapLayers m_layers;
@@ -139,6 +146,7 @@ private:
     LayerStack m_stack;
     std::unique_ptr<Loading> m_loading;
     std::unique_ptr<Reading> m_reading;
+    SharpPictures m_sharp; ///< may fetch with the loading's downloads
     Taps m_taps;
     ItemPlayer m_player;
     ItemPictures m_pictures;

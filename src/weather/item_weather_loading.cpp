@@ -156,6 +156,10 @@ Downloads& CItemWeather::Loading::downloads() {
 RadarScene CItemWeather::Loading::scene() {
     followSource();
     m_servers = ServersSetting::current();
+    return presentScene();
+}
+
+RadarScene CItemWeather::Loading::presentScene() {
     return {m_item.m_state, m_item.m_layers, m_basemaps, *this, m_servers, downloads()};
 }
 
@@ -183,6 +187,7 @@ void CItemWeather::Loading::onPublished(ServersChange& change) {
         return;
     }
     cancel();
+    m_item.m_sharp.release();
     m_item.m_along.stop(Text::tr("The servers have changed."));
     followSource();
     m_retry = {};
@@ -256,6 +261,7 @@ void CItemWeather::Loading::hold(bool held) {
     m_held = held;
     if (held) {
         stop();
+        m_item.m_sharp.release();
         m_item.m_along.stop(Text::tr("The image cache moves."));
     }
 }
@@ -269,6 +275,9 @@ void CItemWeather::Loading::ended(bool well) {
         ServersSetting::noteLive();
     }
     m_retry.ended(well, Clock::real().now());
+    if (well) {
+        m_item.m_sharp.tryAgain();
+    }
     settleDue();
     if (std::exchange(m_updateNext, false)) {
         update();

@@ -4,10 +4,10 @@
 #include "basemap/basemaps.h"
 #include "basemap/radar_view.h"
 #include "core/background.h"
+#include "core/retry_wait.h"
 #include "net/downloads.h"
 #include "stations/site_change_line.h"
 #include "weather/item_weather.h"
-#include "weather/retry_wait.h"
 #include "weather/servers_setting.h"
 
 #include <QObject>
@@ -71,9 +71,13 @@ public:
     /// While the cache is on its way to another place nothing is loaded, and what runs is
     /// cancelled.
     void hold(bool held);
+    [[nodiscard]] bool held() const { return m_held; }
 
     /// What the item loads with, of the present servers.
     [[nodiscard]] RadarScene scene();
+
+    /// The same without another look for which servers those are.
+    [[nodiscard]] RadarScene presentScene();
 
     /// The map layers that were loaded last.
     [[nodiscard]] const Basemaps& basemaps() const { return m_basemaps; }

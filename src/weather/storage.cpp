@@ -66,9 +66,14 @@ void forEachSite(
     for (const RadarSite& site : radarSites()) {
         const bool far = siteDistanceMetres(frame, site) > kNearbyMetres;
         for (const QString& root : roots) {
-            const QFileInfo folder(siteCacheFolder(root, site.idText()));
-            if (isFolder(folder)) {
-                visit(folder.filePath(), patternsToDelete(cleanup, far));
+            const QStringList folders = withSharpFolders(siteCacheFolder(root, site.idText()));
+            if (!isFolder(QFileInfo(folders.back()))) {
+                continue;
+            }
+            for (const QString& folder : folders) {
+                if (isFolder(QFileInfo(folder))) {
+                    visit(folder, patternsToDelete(cleanup, far));
+                }
             }
         }
     }

@@ -42,7 +42,7 @@ RadarSight CItemWeather::Reading::sight() const {
     RadarSight sight(MapSight{m_item.area(), m_item.view(), m_item.geoReference()});
     sight.placed = m_item.placed();
     sight.product = productOf(state.product);
-    sight.frame = state.current.bitmap;
+    sight.frame = m_item.m_sharp.frame(state.current);
     sight.now = Clock::current().now();
     sight.hasPicture = m_item.shownFrame() != nullptr;
     if (sight.frame) {
@@ -58,9 +58,7 @@ RadarSight CItemWeather::Reading::sight() const {
     if (marks != nullptr && marks->hasTarget()) {
         sight.target = marks->target().position();
     }
-    const QWidget* const window = m_item.page() != nullptr ? m_item.page()->widget() : nullptr;
-    const double ratio = window != nullptr ? window->devicePixelRatioF() : 1;
-    sight.width = static_cast<int>(sight.map.area.width() / ratio);
+    sight.width = static_cast<int>(sight.map.area.width() / m_item.pixelRatio());
     return sight;
 }
 

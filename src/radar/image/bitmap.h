@@ -4,6 +4,7 @@
 #include <QImage>
 
 #include <memory>
+#include <utility>
 
 namespace raincast {
 
@@ -12,6 +13,20 @@ namespace raincast {
 /// stands for "not loaded". The image behind a handle is never null; its format is Format_Indexed8
 /// (a colour table of 256 entries) or Format_RGB32.
 using Bitmap = std::shared_ptr<QImage>;
+
+/// A picture of an image, with `detail` times as many pixels each way as the image has.
+struct DetailedBitmap {
+    // Most pictures are no finer than their image.
+    DetailedBitmap(Bitmap picture = nullptr, int pixels = 1) // NOLINT(google-explicit-constructor)
+        : bitmap(std::move(picture)), detail(pixels) {}
+
+    [[nodiscard]] explicit operator bool() const { return bitmap != nullptr; }
+    [[nodiscard]] QImage& operator*() const { return *bitmap; }
+    [[nodiscard]] QImage* operator->() const { return bitmap.get(); }
+
+    Bitmap bitmap; ///< may be null
+    int detail;    ///< 1, 2 or 4
+};
 
 /// The colour key of every picture of the radar stack: exactly this colour is transparent when one
 /// picture is drawn over another. 253,253,253, the strongest echo, is not.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "weather/row_spans.h"
+#include "drawing/row_spans.h"
 
 #include <gtest/gtest.h>
 

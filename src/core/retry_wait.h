@@ -7,7 +7,7 @@
 
 namespace raincast {
 
-/// How long automatic updates wait after one that failed: 30 s, then 60 s and so on, at most five
+/// How long what is tried by itself waits after a failure: 30 s, then 60 s and so on, at most five
 /// minutes.
 class RetryWait {
 public:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Compares what is drawn with the same drawn pixel by pixel, without any of the short cuts.
-#include "weather/layer_stack.h"
-#include "weather/shrink.h"
+#include "drawing/layer_stack.h"
+#include "drawing/shrink.h"
 
 #include <QPainter>
 #include <QRandomGenerator>

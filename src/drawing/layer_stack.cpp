@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "weather/layer_stack.h"
+#include "drawing/layer_stack.h"
 
+#include "drawing/shrink.h"
 #include "page/plain_target.h"
 #include "radar/image/composite.h"
-#include "weather/shrink.h"
 
 #include <QPainter>
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace raincast {
@@ -18,8 +19,13 @@ constexpr QRgb kBlack = 0xFF000000;
 // More than the most frames of an animation.
 constexpr int kMostFramesAtScale = 32;
 
-qint64 keyOf(const Bitmap& bitmap) {
-    return bitmap ? bitmap->cacheKey() : 0;
+qint64 keyOf(const DetailedBitmap& picture) {
+    return picture ? picture->cacheKey() : 0;
+}
+
+/// The n of 2^n.
+int stepsOf(int detail) {
+    return std::countr_zero(static_cast<unsigned>(detail));
 }
 
 QRgb* lineOf(QImage& picture, int row) {
@@ -105,7 +111,7 @@ void widen(const std::vector<QRgb>& pixels, QRgb* to) {
 void LayerStack::setLayers(const Layers& layers) {
     if (layers.size != m_layers.size || keyOf(layers.ground) != m_groundKey ||
         keyOf(layers.warnings) != m_warningsKey || keyOf(layers.overlay) != m_overlayKey) {
-        m_shift.reset();
+        m_scale.reset();
     }
     m_groundKey = keyOf(layers.ground);
     m_warningsKey = keyOf(layers.warnings);
@@ -125,48 +131,74 @@ void LayerStack::draw(QPainter& painter, const QRect& area, const ViewTransform&
     if (m_layers.size.isEmpty() || visible.isEmpty()) {
         return;
     }
-    const int shift = std::max(view.zoom(), 0);
-    const QRect part = shownPart(visible, view, shift, sizeAtScale(m_layers.size, shift));
+    const int detail = finestDetail();
+    const ViewTransform fine = view.finer(stepsOf(detail));
+    const int shift = std::max(fine.zoom(), 0);
+    const QRect part = shownPart(visible, fine, shift, sizeAtScale(fineSize(detail), shift));
     if (part.isEmpty()) {
         return;
     }
     setLayers(Layers(m_layers)); // one may have been drawn into
-    useScale(shift);
+    useScale({detail, shift});
     m_echoes = m_layers.echoes ? echoesAtScale() : nullptr;
-    const QPoint place = placeOf(part, view, shift);
-    const QRect shown = pageArea(part, place, sideOf(view)).intersected(visible);
+    m_coarser = shift > 0 ? 0 : stepsOf(detail / m_layers.echoes.detail);
+    const QPoint place = placeOf(part, fine, shift);
+    const QRect shown = pageArea(part, place, sideOf(fine)).intersected(visible);
     QImage* target = isOpaque() ? plainTarget(painter, shown) : nullptr;
     if (target != nullptr) {
-        drawInto(*target, shown, place, part, sideOf(view));
+        drawInto(*target, shown, place, part, sideOf(fine));
         return;
     }
     QImage picture(shown.size(), QImage::Format_ARGB32_Premultiplied);
-    drawInto(picture, picture.rect(), place - shown.topLeft(), part, sideOf(view));
+    drawInto(picture, picture.rect(), place - shown.topLeft(), part, sideOf(fine));
     painter.drawImage(shown.topLeft(), picture);
 }
 
+int LayerStack::finestDetail() const {
+    int finest = m_layers.leastDetail;
+    for (const auto* const layer :
+         {&m_layers.ground, &m_layers.echoes, &m_layers.overlay, &m_layers.warnings}) {
+        finest = std::max(finest, *layer ? layer->detail : 1);
+    }
+    return finest;
+}
+
+// A picture of the layers at the present detail. Of one that is too large only the image's part is
+// made larger.
+QImage LayerStack::atDetail(const DetailedBitmap& picture) const {
+    const int times = m_scale->detail / picture.detail;
+    if (times == 1) {
+        return *picture;
+    }
+    const QSize size = fineSize(picture.detail).boundedTo(picture->size());
+    return enlarge(picture->copy(QRect(QPoint(0, 0), size)), times);
+}
+
 // Brings the pictures that all frames share to a scale.
-void LayerStack::useScale(int shift) {
-    if (shift == m_shift) {
+void LayerStack::useScale(const Scale& scale) {
+    if (scale == m_scale) {
         return;
     }
-    m_shift = shift;
-    m_lines = makeLines(shift);
+    m_scale = scale;
+    m_lines = makeLines();
     m_lineSpans = RowSpans::ofColours(m_lines, 0);
-    m_base = makeBase(m_layers.ground ? shrinkGround(*m_layers.ground, shift) : QImage());
+    m_base =
+        makeBase(m_layers.ground ? shrinkGround(atDetail(m_layers.ground), scale.shift) : QImage());
     m_framesAtScale.clear();
     m_framesAtScale.setMaxCost(kMostFramesAtScale);
 }
 
 // Lines over the warnings.
-QImage LayerStack::makeLines(int shift) const {
+QImage LayerStack::makeLines() const {
+    const int shift = m_scale->shift;
     if (!m_layers.warnings) {
-        return m_layers.overlay ? shrinkLines(*m_layers.overlay, shift) : QImage();
+        return m_layers.overlay ? shrinkLines(atDetail(m_layers.overlay), shift) : QImage();
     }
+    const QSize size = fineSize(m_scale->detail);
     Bitmap lines;
-    for (const Bitmap& picture : {m_layers.warnings, m_layers.overlay}) {
-        if (picture) {
-            CompositeOnto(lines, *picture, m_layers.size.width(), m_layers.size.height());
+    for (const auto* const layer : {&m_layers.warnings, &m_layers.overlay}) {
+        if (*layer) {
+            CompositeOnto(lines, atDetail(*layer), size.width(), size.height());
         }
     }
     return lines ? shrinkLines(*lines, shift) : QImage();
@@ -178,7 +210,7 @@ QImage LayerStack::makeBase(const QImage& ground) const {
         return {};
     }
     const auto format = isOpaque() ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied;
-    QImage base(sizeAtScale(m_layers.size, *m_shift), format);
+    QImage base(sizeAtScale(fineSize(m_scale->detail), m_scale->shift), format);
     base.fill(isOpaque() ? kBlack : 0);
     for (int row = 0; row < base.height(); ++row) {
         QRgb* to = lineOf(base, row);
@@ -198,15 +230,16 @@ LayerStack::EchoesPointer LayerStack::echoesAtScale() {
         return *kept;
     }
     Echoes echoes;
-    if (m_shift > 0) {
-        echoes.shrunken = shrinkEchoes(*m_layers.echoes, *m_shift);
+    const int shift = m_scale->shift;
+    if (shift > 0) {
+        echoes.shrunken = shrinkEchoes(atDetail(m_layers.echoes), shift);
     }
-    const QImage& picture = m_shift > 0 ? echoes.shrunken : *m_layers.echoes;
+    const QImage& picture = shift > 0 ? echoes.shrunken : *m_layers.echoes;
     if (picture.format() == QImage::Format_Indexed8) {
         echoes.colours = drawnColours(picture);
         echoes.spans = RowSpans::ofIndices(picture, echoes.colours);
     } else {
-        echoes.spans = RowSpans::ofColours(picture, m_shift > 0 ? 0 : kTransparentWhite);
+        echoes.spans = RowSpans::ofColours(picture, shift > 0 ? 0 : kTransparentWhite);
     }
     auto shared = std::make_shared<const Echoes>(std::move(echoes));
     m_framesAtScale.insert(key, new EchoesPointer(shared));
@@ -243,29 +276,46 @@ void LayerStack::composeRow(QRgb* to, int row, int first, int end) const {
     } else {
         std::copy_n(lineOf(m_base, row) + first, end - first, to);
     }
-    if (!m_echoes) {
-        return;
-    }
-    for (const RowSpans::Span& span : m_echoes->spans.within(row, first, end)) {
-        drawSpan(to - first, row, {std::max(span.first, first), std::min(span.end, end)});
+    if (m_echoes) {
+        drawEchoes(to - first, row, first, end);
     }
 }
 
-// Draws a run of echoes and the lines over it; `to` is the place of column 0.
+// Draws the echoes of a row and the lines over them; `to` is the place of column 0.
+void LayerStack::drawEchoes(QRgb* to, int row, int first, int end) const {
+    const auto spans =
+        m_echoes->spans.within(row >> m_coarser, first >> m_coarser, ((end - 1) >> m_coarser) + 1);
+    for (const auto& [spanFirst, spanEnd] : spans) {
+        const RowSpans::Span shown{
+            std::max(spanFirst << m_coarser, first), std::min(spanEnd << m_coarser, end)};
+        drawSpan(to, row, shown);
+        drawLines(to, row, shown);
+    }
+}
+
 void LayerStack::drawSpan(QRgb* to, int row, const RowSpans::Span& span) const {
     const bool zoomedOut = !m_echoes->shrunken.isNull();
     const QImage& picture = zoomedOut ? m_echoes->shrunken : *m_layers.echoes;
-    if (picture.format() == QImage::Format_Indexed8) {
-        const uchar* indices = picture.constScanLine(row);
+    const bool isIndexed = picture.format() == QImage::Format_Indexed8;
+    const QRgb* const colours = m_echoes->colours.data();
+    const uchar* const indices = picture.constScanLine(row >> m_coarser);
+    const QRgb* const pixels = lineOf(picture, row >> m_coarser);
+    if (m_coarser > 0) {
+        for (int column = span.first; column < span.end; ++column) {
+            const int from = column >> m_coarser;
+            to[column] = isIndexed ? colours[indices[from]] : pixels[from];
+        }
+    } else if (isIndexed) {
         std::transform(
             indices + span.first, indices + span.end, to + span.first,
-            [colours = m_echoes->colours.data()](uchar index) { return colours[index]; }
+            [colours](uchar index) { return colours[index]; }
         );
     } else {
-        std::copy(
-            lineOf(picture, row) + span.first, lineOf(picture, row) + span.end, to + span.first
-        );
+        std::copy(pixels + span.first, pixels + span.end, to + span.first);
     }
+}
+
+void LayerStack::drawLines(QRgb* to, int row, const RowSpans::Span& span) const {
     for (const RowSpans::Span& line : m_lineSpans.within(row, span.first, span.end)) {
         blend(
             lineOf(m_lines, row), to, std::max(line.first, span.first), std::min(line.end, span.end)

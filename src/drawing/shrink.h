@@ -22,4 +22,7 @@ namespace raincast {
 /// is. Format_Indexed8 stays so; anything else becomes Format_ARGB32_Premultiplied.
 [[nodiscard]] QImage shrinkEchoes(const QImage& picture, int shift);
 
+/// At a larger scale: every pixel becomes a block of `times` × `times`, and the format stays.
+[[nodiscard]] QImage enlarge(const QImage& picture, int times);
+
 } // namespace raincast

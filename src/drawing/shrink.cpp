@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "weather/shrink.h"
+#include "drawing/shrink.h"
 
 #include "radar/image/bitmap.h"
 
@@ -215,6 +215,10 @@ QImage shrinkEchoes(const QImage& picture, int shift) {
         });
         return vote.winner();
     });
+}
+
+QImage enlarge(const QImage& picture, int times) {
+    return times == 1 ? picture : picture.scaled(picture.size() * times);
 }
 
 } // namespace raincast

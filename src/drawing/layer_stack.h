@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "drawing/row_spans.h"
 #include "geo/view_transform.h"
 #include "radar/image/bitmap.h"
-#include "weather/row_spans.h"
 
 #include <QCache>
 #include <QImage>
@@ -21,6 +21,9 @@ namespace raincast {
 /// Zoomed in, every image pixel is a whole block; zoomed out, neither lines nor echoes are lost and
 /// no echo changes its colour into one that no pixel had.
 ///
+/// Zoomed in, a layer may be finer than the image, each by itself: the others are drawn in larger
+/// blocks then.
+///
 /// For the present zoom it keeps ground and lines as one picture, and for each frame the places of
 /// its echoes: drawing then costs a copy of the visible part and its echoes, also when the view
 /// moves or the frame changes. It borrows pictures by handle, and notices when they were drawn
@@ -31,10 +34,13 @@ public:
     /// layer is transparent in the rest of the image.
     struct Layers {
         QSize size;
-        Bitmap ground;             ///< opaque
-        Bitmap echoes;             ///< a frame; white is transparent
-        Bitmap overlay;            ///< lines; white is transparent
-        Bitmap warnings = nullptr; ///< outlines between echoes and lines; white is transparent
+        DetailedBitmap ground;     ///< opaque
+        DetailedBitmap echoes;     ///< a frame; white is transparent
+        DetailedBitmap overlay;    ///< lines; white is transparent
+        DetailedBitmap warnings{}; ///< outlines between echoes and lines; white is transparent
+        /// To draw at least as fine as this: a loop of which some frames are finer than others then
+        /// keeps its ground.
+        int leastDetail = 1;
     };
 
     void setLayers(const Layers& layers);
@@ -57,27 +63,41 @@ private:
     };
     using EchoesPointer = std::shared_ptr<const Echoes>;
 
-    void useScale(int shift);
+    /// Of the finest layer, the image's pixels being 1, and how far that is shrunken.
+    struct Scale {
+        int detail = 1;
+        int shift = 0;
+
+        friend bool operator==(const Scale&, const Scale&) = default;
+    };
+
+    [[nodiscard]] int finestDetail() const;
+    [[nodiscard]] QSize fineSize(int detail) const { return m_layers.size * detail; }
+    [[nodiscard]] QImage atDetail(const DetailedBitmap& picture) const;
+    void useScale(const Scale& scale);
     [[nodiscard]] bool isOpaque() const { return m_layers.ground || m_layers.overlay; }
-    [[nodiscard]] QImage makeLines(int shift) const;
+    [[nodiscard]] QImage makeLines() const;
     [[nodiscard]] QImage makeBase(const QImage& ground) const;
     [[nodiscard]] EchoesPointer echoesAtScale();
     void
     drawInto(QImage& target, const QRect& shown, QPoint place, const QRect& part, int side) const;
     void composeRow(QRgb* to, int row, int first, int end) const;
+    void drawEchoes(QRgb* to, int row, int first, int end) const;
     void drawSpan(QRgb* to, int row, const RowSpans::Span& span) const;
+    void drawLines(QRgb* to, int row, const RowSpans::Span& span) const;
 
     Layers m_layers;
     qint64 m_groundKey = 0;
     qint64 m_warningsKey = 0;
     qint64 m_overlayKey = 0;
-    std::optional<int> m_shift; ///< of the pictures below
+    std::optional<Scale> m_scale; ///< of the pictures below
 
     QImage m_base;  ///< all but the echoes; null when there is nothing else
     QImage m_lines; ///< warnings and lines, to be drawn over echoes, transparent where 0
     RowSpans m_lineSpans;
     QCache<qint64, EchoesPointer> m_framesAtScale; ///< by their images' keys
     EchoesPointer m_echoes;                        ///< while drawing: the layers' own
+    int m_coarser = 0; ///< while drawing: echoes have 2^m_coarser times fewer pixels each way
 };
 
 } // namespace raincast

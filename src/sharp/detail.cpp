@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "sharp/detail.h"
+
+#include "geo/view_transform.h"
+#include "radar/image/bitmap.h"
+
+#include <QSize>
+#include <QStringBuilder>
+
+#include <algorithm>
+#include <bit>
+
+namespace raincast {
+
+namespace {
+
+constexpr qint64 kDescribedPixels = qint64{kRadarImageWidth} * kRadarImageHeight;
+
+/// Where the first folder of a path ends: behind "/ridge/".
+qsizetype endOfFirstFolder(const QString& path) {
+    return path.indexOf(u'/', 1) + 1;
+}
+
+} // namespace
+
+int wantedDetail(const ViewTransform& view, const QSize& area) {
+    const bool hasRoom = qint64{area.width()} * area.height() >= kDescribedPixels;
+    return hasRoom ? std::min(1 << std::max(-view.zoom(), 0), kMostDetail) : 1;
+}
+
+int lettersDetail(int detail, double devicePixelRatio) {
+    const double ratio = std::clamp(devicePixelRatio, 1.0, double{kMostDetail});
+    const auto times = std::bit_floor(static_cast<unsigned>(ratio + 0.5));
+    return std::max(detail / static_cast<int>(times), 1);
+}
+
+QString sharpPath(const QString& path, int detail) {
+    return sharpRoot(path, detail) % path.mid(endOfFirstFolder(path));
+}
+
+QString sharpRoot(const QString& path, int detail) {
+    return path.left(endOfFirstFolder(path)) % u'x' % QString::number(detail) % u'/';
+}
+
+} // namespace raincast
