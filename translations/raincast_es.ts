@@ -2143,5 +2143,29 @@ Reinstale el programa</translation>
         <source>Raincast&apos;s sample weather server</source>
         <translation>El servidor de tiempo de muestra de Raincast</translation>
     </message>
+    <message>
+        <source>Detail</source>
+        <translation>Detalle</translation>
+    </message>
+    <message>
+        <source>&amp;Pictures:</source>
+        <translation>&amp;Imágenes:</translation>
+    </message>
+    <message>
+        <source>Automatic: zoomed in on a large screen, pictures with twice or four times as many pixels each way are fetched behind the others.</source>
+        <translation>Automático: al acercarse en una pantalla grande se descargan, detrás de las otras, imágenes con dos o cuatro veces más píxeles en cada sentido.</translation>
+    </message>
+    <message>
+        <source>A frame then takes about 60 or 160 kB more to fetch, the maps of a site 0.7 or 2 MB once. A loop of 25 takes about 50 MB more memory.</source>
+        <translation>Cada imagen ocupa entonces unos 60 o 160 kB más de descarga, y los mapas de una estación, 0,7 o 2 MB una sola vez. Un bucle de 25 ocupa unos 50 MB más de memoria.</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Automático</translation>
+    </message>
+    <message>
+        <source>600 × 550 pixels only</source>
+        <translation>Solo 600 × 550 píxeles</translation>
+    </message>
 </context>
 </TS>

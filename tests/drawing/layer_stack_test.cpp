@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace raincast {
 namespace {
 
@@ -165,6 +167,123 @@ TEST(LayerStackTest, DrawsEveryZoomAndPlaceAsIfPixelByPixel) {
                 }
             }
         }
+    }
+}
+
+/// Its own pattern in every pixel, `detail` times as fine.
+Bitmap fineGround(int detail) {
+    auto image = std::make_shared<QImage>(kImage * detail, QImage::Format_RGB32);
+    for (int row = 0; row < image->height(); ++row) {
+        for (int column = 0; column < image->width(); ++column) {
+            image->setPixel(column, row, qRgb(column, row, 40 * detail));
+        }
+    }
+    return image;
+}
+
+/// Every third pixel of a row is opaque.
+Bitmap finePattern(int detail, uint colour, int offset) {
+    auto image = std::make_shared<QImage>(kImage * detail, QImage::Format_Indexed8);
+    QList<QRgb> table(256, kTransparentWhite);
+    table[1] = 0xFF00FF00;
+    table[2] = 0xFFFF0000;
+    table[3] = 0xFF0000FF;
+    image->setColorTable(table);
+    image->fill(0);
+    for (int row = 0; row < image->height(); ++row) {
+        for (int column = (row + offset) % 5; column < image->width(); column += 3) {
+            image->setPixel(column, row, colour);
+        }
+    }
+    return image;
+}
+
+/// What a layer has at a page pixel whose place is counted in parts of an image pixel; nothing
+/// where it is transparent.
+std::optional<QRgb> fineColour(const DetailedBitmap& layer, QPoint part, int parts) {
+    const int each = parts / layer.detail;
+    const QPoint pixel(part.x() / each, part.y() / each);
+    if (!layer || !layer->valid(pixel) || layer->pixel(pixel) == kTransparentWhite) {
+        return std::nullopt;
+    }
+    return layer->pixel(pixel);
+}
+
+QImage expectedFine(const LayerStack::Layers& layers, QSize page, int zoom, ImagePixel origin) {
+    const int side = 1 << -zoom;
+    const QRect image(QPoint(0, 0), kImage * side);
+    QImage result(page, QImage::Format_RGB32);
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            const QPoint part(x + origin.column * side, y + origin.row * side);
+            QRgb colour = image.contains(part) ? kBlack : kPage;
+            for (const auto* layer :
+                 {&layers.ground, &layers.echoes, &layers.warnings, &layers.overlay}) {
+                const bool inside = image.contains(part);
+                colour = (inside ? fineColour(*layer, part, side) : std::nullopt).value_or(colour);
+            }
+            result.setPixel(x, y, colour);
+        }
+    }
+    return result;
+}
+
+TEST(LayerStackTest, EachLayerIsAsFineAsItIs) {
+    const QSize page(120, 90);
+    for (const int zoom : {-1, -2}) {
+        for (int which = 0; which < 81; ++which) {
+            const auto detailOf = [which, zoom](int place) {
+                return std::min(1 << (which / place % 3), 1 << -zoom);
+            };
+            const LayerStack::Layers layers{
+                kImage,
+                {fineGround(detailOf(1)), detailOf(1)},
+                {finePattern(detailOf(3), 1, 0), detailOf(3)},
+                {finePattern(detailOf(9), 2, 1), detailOf(9)},
+                {finePattern(detailOf(27), 3, 2), detailOf(27)}};
+            for (const ImagePixel origin : {ImagePixel{0, 0}, ImagePixel{-9, 31}}) {
+                LayerStack stack;
+                stack.setLayers(layers);
+                EXPECT_EQ(
+                    drawn(stack, page, QRect(QPoint(0, 0), page), ViewTransform(zoom, origin)),
+                    expectedFine(layers, page, zoom, origin)
+                ) << which
+                  << ", zoom " << zoom;
+            }
+        }
+    }
+}
+
+TEST(LayerStackTest, AFinerFrameTakesThePlaceOfABlownUpOne) {
+    const QRect page(0, 0, 100, 80);
+    const ViewTransform view(-2, {3, 4});
+    LayerStack stack;
+    LayerStack::Layers layers{kImage, ground(), echoes(1), overlay()};
+    layers.leastDetail = 4;
+    for (const int detail : {1, 4, 2, 1}) {
+        layers.echoes = {finePattern(detail, 1, 0), detail};
+        stack.setLayers(layers);
+        LayerStack fresh;
+        fresh.setLayers(layers);
+        EXPECT_EQ(drawn(stack, page.size(), page, view), drawn(fresh, page.size(), page, view));
+        EXPECT_EQ(
+            drawn(stack, page.size(), page, view),
+            expectedFine(layers, page.size(), -2, view.origin())
+        ) << detail;
+    }
+}
+
+TEST(LayerStackTest, ASharpEchoOf32BitsIsDrawnToo) {
+    LayerStack::Layers layers{kImage, ground(), {finePattern(2, 1, 0), 2}, nullptr};
+    layers.echoes->convertTo(QImage::Format_RGB32);
+    for (const int leastDetail : {1, 4}) {
+        layers.leastDetail = leastDetail;
+        LayerStack stack;
+        stack.setLayers(layers);
+        EXPECT_EQ(
+            drawn(stack, {99, 77}, QRect(0, 0, 99, 77), ViewTransform(-2, {1, 1})),
+            expectedFine(layers, {99, 77}, -2, {1, 1})
+        );
     }
 }
 

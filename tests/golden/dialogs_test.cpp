@@ -18,6 +18,7 @@
 #include "position/source/position_source_setting.h"
 #include "replay/past_storm_dialog.h"
 #include "sample_viewer.h"
+#include "sharp/detail_dialog.h"
 #include "stations/dlg_station.h"
 #include "support/dialog_script.h"
 #include "support/fake_source.h"
@@ -166,6 +167,8 @@ constexpr DialogRow kDialogs[] = {
      openSettings<CAppPaged::GlobalSettingsType::kRankGpsOverlay>},
     {PositionSourceDialog::kTemplate, "position_source", "GPS Source", openPositionSource},
     {kServersDialog, "servers", "Servers", openServers},
+    {DetailDialog::kTemplate, "detail", "Detail",
+     openSettings<CAppPaged::GlobalSettingsType::kRankDetail>},
     {WarningsDialog::kTemplate, "warnings", "Warnings", openWarnings},
     {WarningTextDialog::kTemplate, "warning_text", "Warning", openWarningText},
     {PastStormDialog::kTemplate, "past_storm", "Past Storm", openPastStorm},

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <tuple>
 #include <utility>
 
 namespace raincast::test {
@@ -43,44 +44,73 @@ QByteArray worldFile(const QString& site) {
     return QByteArray("0.009\n0\n0\n-0.009\n") + corner->longitude + '\n' + corner->latitude + '\n';
 }
 
-} // namespace
-
-QByteArray columnGif(int redColumn, int ground) {
-    static std::map<std::pair<int, int>, QByteArray> made; // it takes a while
-    QByteArray& gif = made[{redColumn, ground}];
-    if (gif.isEmpty()) {
-        gif = makeGif({.screen = {600, 550}, .transparent = 0, .pixel = [=](int column, int) {
-                           return column == redColumn ? 2 : ground;
-                       }});
-    }
-    return gif;
-}
-
-QByteArray topoJpeg() {
-    QImage image(600, 550, QImage::Format_RGB32);
-    image.fill(qRgb(40, 120, 40));
+QByteArray evenJpeg(QSize size, QRgb colour) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     EXPECT_TRUE(QImageWriter(&buffer, "jpeg").write(image));
     return bytes;
 }
 
-void publishLayers(HttpServer& server, const QString& site, const QString& range) {
-    const QString overlays = "/ridge/Overlays/";
+/// The pictures of a site's layers.
+void publishPictures(HttpServer& server, const QString& site, const QString& range, int detail) {
+    const QString sharp = detail > 1 ? QStringLiteral("x%1/").arg(detail) : QString();
+    const QString overlays = "/ridge/" + sharp + "Overlays/";
+    const QString basemaps = "/weather_radar/" + sharp + "basemaps/" + site;
+    const auto column = [detail](int described) {
+        const int moved = detail > 1 ? 1 : 0;
+        return sharpColumnGif(detail, described * detail + moved);
+    };
     const QString end = "_" + range;
     server.serve(
-        overlays + "Cities/" + range + "/" + site + "_City" + end + ".gfw", worldFile(site)
+        overlays + "Topo/" + range + "/" + site + "_Topo" + end + ".jpg",
+        detail > 1 ? sharpTopoJpeg(detail) : topoJpeg()
     );
-    server.serve(overlays + "Topo/" + range + "/" + site + "_Topo" + end + ".jpg", topoJpeg());
+    server.serve(overlays + "Rivers/" + range + "/" + site + "_Rivers" + end + ".gif", column(10));
     server.serve(
-        overlays + "Rivers/" + range + "/" + site + "_Rivers" + end + ".gif", columnGif(10)
+        overlays + "Highways/" + range + "/" + site + "_Highways" + end + ".gif", column(20)
     );
+    server.serve(basemaps + "_County" + end + ".gif", column(30));
+    server.serve(basemaps + "_City" + end + ".gif", column(40));
+}
+
+} // namespace
+
+QByteArray columnGif(int redColumn, int ground) {
+    return sharpColumnGif(1, redColumn, ground);
+}
+
+QByteArray sharpColumnGif(int detail, int redColumn, int ground) {
+    static std::map<std::tuple<int, int, int>, QByteArray> made; // it takes a while
+    QByteArray& gif = made[{detail, redColumn, ground}];
+    if (gif.isEmpty()) {
+        gif = makeGif(
+            {.screen = {600 * detail, 550 * detail},
+             .transparent = 0,
+             .pixel = [=](int column, int) { return column == redColumn ? 2 : ground; }}
+        );
+    }
+    return gif;
+}
+
+QByteArray topoJpeg() {
+    return evenJpeg({600, 550}, qRgb(40, 120, 40));
+}
+
+QByteArray sharpTopoJpeg(int detail) {
+    return evenJpeg(QSize(600, 550) * detail, qRgb(40, 120, 140));
+}
+
+void publishLayers(HttpServer& server, const QString& site, const QString& range) {
     server.serve(
-        overlays + "Highways/" + range + "/" + site + "_Highways" + end + ".gif", columnGif(20)
+        "/ridge/Overlays/Cities/" + range + "/" + site + "_City_" + range + ".gfw", worldFile(site)
     );
-    const QString basemaps = "/weather_radar/basemaps/" + site;
-    server.serve(basemaps + "_County" + end + ".gif", columnGif(30));
-    server.serve(basemaps + "_City" + end + ".gif", columnGif(40));
+    publishPictures(server, site, range, 1);
+}
+
+void publishSharpLayers(HttpServer& server, const QString& site, int detail, const QString& range) {
+    publishPictures(server, site, range, detail);
 }
 
 void publishFrames(
@@ -94,6 +124,20 @@ void publishFrames(
         server.serve(folder + name, columnGif(200 + static_cast<int>(stamps.indexOf(stamp))));
     }
     server.serve(folder, links);
+}
+
+void publishSharpFrames(
+    HttpServer& server, const QStringList& stamps, const QString& site, int detail,
+    const QString& product
+) {
+    for (const QString& stamp : stamps) {
+        const int column = (200 + static_cast<int>(stamps.indexOf(stamp))) * detail + 1;
+        server.serve(
+            QStringLiteral("/ridge/x%1/RadarImg/%2/%3/%3_%4_%2.gif")
+                .arg(QString::number(detail), product, site, stamp),
+            sharpColumnGif(detail, column)
+        );
+    }
 }
 
 QString framesPath(const QString& site, const QString& product) {

@@ -3,6 +3,7 @@
 
 #include <QImage>
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -19,13 +20,14 @@ struct DetailedBitmap {
     // Most pictures are no finer than their image.
     DetailedBitmap(Bitmap picture = nullptr, int pixels = 1) // NOLINT(google-explicit-constructor)
         : bitmap(std::move(picture)), detail(pixels) {}
+    DetailedBitmap(std::nullptr_t) {} // NOLINT(google-explicit-constructor): none
 
     [[nodiscard]] explicit operator bool() const { return bitmap != nullptr; }
     [[nodiscard]] QImage& operator*() const { return *bitmap; }
     [[nodiscard]] QImage* operator->() const { return bitmap.get(); }
 
-    Bitmap bitmap; ///< may be null
-    int detail;    ///< 1, 2 or 4
+    Bitmap bitmap;  ///< may be null
+    int detail = 1; ///< 1, 2 or 4
 };
 
 /// The colour key of every picture of the radar stack: exactly this colour is transparent when one
