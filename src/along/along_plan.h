@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/servers.h"
 #include "radar/catalogue/sites.h"
 #include "radar/radar_state.h"
-#include "radar/servers.h"
 
 #include <QString>
 

@@ -2,10 +2,10 @@
 #include "fetch/fetch_options.h"
 
 #include "core/number_in_range.h"
+#include "net/servers.h"
 #include "radar/catalogue/products.h"
 #include "radar/catalogue/sites.h"
 #include "radar/radar_state.h"
-#include "radar/servers.h"
 
 namespace raincast {
 

@@ -4,7 +4,7 @@
 #include "core/background.h"
 #include "core/retry_wait.h"
 #include "net/http_transfer.h"
-#include "radar/servers.h"
+#include "net/servers.h"
 #include "sharp/sharp_picture.h"
 
 #include <QString>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/listener.h"
-#include "radar/servers.h"
+#include "net/servers.h"
 #include "replay/past_storms.h"
 
 #include <QString>

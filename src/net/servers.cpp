@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/servers.h"
+#include "net/servers.h"
 
 #include "core/number_in_range.h"
 #include "core/text.h"
