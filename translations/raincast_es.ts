@@ -2152,20 +2152,16 @@ Reinstale el programa</translation>
         <translation>&amp;Imágenes:</translation>
     </message>
     <message>
-        <source>Automatic: zoomed in on a large screen, pictures with twice or four times as many pixels each way are fetched behind the others.</source>
-        <translation>Automático: al acercarse en una pantalla grande se descargan, detrás de las otras, imágenes con dos o cuatro veces más píxeles en cada sentido.</translation>
-    </message>
-    <message>
-        <source>A frame then takes about 60 or 160 kB more to fetch, the maps of a site 0.7 or 2 MB once. A loop of 25 takes about 50 MB more memory.</source>
-        <translation>Cada imagen ocupa entonces unos 60 o 160 kB más de descarga, y los mapas de una estación, 0,7 o 2 MB una sola vez. Un bucle de 25 ocupa unos 50 MB más de memoria.</translation>
-    </message>
-    <message>
         <source>Automatic</source>
         <translation>Automático</translation>
     </message>
     <message>
         <source>600 × 550 pixels only</source>
         <translation>Solo 600 × 550 píxeles</translation>
+    </message>
+    <message>
+        <source>Automatic: sharp pictures where a large screen has room. Each frame then takes up to 0.1 MB more to fetch (0.4 MB at the closest zoom), the maps of a site 0.3 MB, a loop of 25 about 50 MB of memory.</source>
+        <translation>Automático: imágenes nítidas donde una pantalla grande tiene sitio. Cada imagen ocupa entonces hasta 0,1 MB más de descarga (0,4 MB lo más cerca), los mapas de una estación 0,3 MB y un bucle de 25, unos 50 MB de memoria.</translation>
     </message>
 </context>
 </TS>
