@@ -6,7 +6,10 @@
 #include "support/radar_tree.h"
 #include "weather/weather_settings.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstdio>
 #include <cstdlib>
@@ -25,10 +28,10 @@ void require(bool condition, const char* what) {
     }
 }
 
-/// Rain in cells, a tenth of the image.
-QByteArray frame(int number) {
+/// Rain in cells, a tenth of the image. In a sharp one they are as small in pixels.
+QByteArray frame(int number, int detail = 1) {
     return makeGif({
-        .screen = {600, 550},
+        .screen = QSize(600, 550) * detail,
         .colours = {0xFFFFFFFF, 0xFF00FF00, 0xFFFFFF00, 0xFFFF0000},
         .transparent = 0,
         .pixel =
@@ -58,7 +61,8 @@ QByteArray bytesOf(const RadarState& state) {
 
 } // namespace
 
-CachedHome::CachedHome() : m_environment(QProcessEnvironment::systemEnvironment()) {
+CachedHome::CachedHome(const QStringList& more)
+    : m_environment(QProcessEnvironment::systemEnvironment()) {
     for (const char* name :
          {"XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "XDG_DATA_HOME", "XDG_RUNTIME_DIR",
           "RAINCAST_CARD_ROOT"}) {
@@ -68,9 +72,11 @@ CachedHome::CachedHome() : m_environment(QProcessEnvironment::systemEnvironment(
     HttpServer server;
     publish(server);
     m_environment.insert("no_proxy", "127.0.0.1");
-    const QStringList arguments = {"--site",       "MUX",      "--radar-server",   server.host(),
-                                   "--page-file",  pageFile(), "--basemap-server", server.host(),
-                                   "--screenshot", picture()};
+    const QStringList arguments =
+        QStringList{"--site",       "MUX",      "--radar-server",   server.host(),
+                    "--page-file",  pageFile(), "--basemap-server", server.host(),
+                    "--screenshot", picture()} +
+        more;
     run(RAINCAST_PROGRAM, arguments);
     animate();
     run(RAINCAST_PROGRAM, arguments);
@@ -86,6 +92,35 @@ void CachedHome::animate() const {
     const QByteArray bytes = file.readAll();
     const qsizetype place = bytes.indexOf(bytesOf({}));
     require(place > 0 && file.seek(place) && file.write(bytesOf(wanted)) > 0, "animating");
+}
+
+QString CachedHome::siteFolder() const {
+    return m_folder.filePath(QStringLiteral("Quorvane/Temp/Weather/MUX"));
+}
+
+void CachedHome::addSharp() const {
+    const QDir folder(siteFolder());
+    require(folder.mkpath(QStringLiteral("x2")), "making a folder");
+    int number = 0;
+    for (const QFileInfo& described : folder.entryInfoList({"*.gif", "*.jpg"}, QDir::Files)) {
+        const bool isFrame = described.fileName().contains(QStringLiteral("_2019"));
+        QFile sharp(folder.filePath("x2/" + described.fileName()));
+        const bool written =
+            sharp.open(QIODevice::WriteOnly) &&
+            sharp.write(
+                described.suffix() == QStringLiteral("jpg") ? test::sharpTopoJpeg(2)
+                : isFrame                                   ? frame(++number, 2)
+                                                            : test::sharpColumnGif(2, 77)
+            ) > 0 &&
+            sharp.flush() &&
+            sharp.setFileTime(described.lastModified(), QFileDevice::FileModificationTime);
+        require(written, "writing a sharp picture");
+    }
+    require(number == kFrames, "finding all frames");
+}
+
+void CachedHome::removeSharp() const {
+    require(QDir(siteFolder() + QStringLiteral("/x2")).removeRecursively(), "removing a folder");
 }
 
 void CachedHome::start(QProcess& process, const char* program, const QStringList& arguments) const {

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr double kAimMegabytes = 25;
+constexpr double kSharpAimMegabytes = 60;
 // 25 frames at two a second, and the pause at their end.
 constexpr int kOnceAroundMilliseconds = 16'000;
 
@@ -44,6 +45,28 @@ Memory measure(const CachedHome& home, const char* program, const QStringList& a
     return memory;
 }
 
+/// A large window, zoomed in by one step, without a server.
+Memory measureLarge(const CachedHome& home) {
+    return measure(
+        home, RAINCAST_PROGRAM,
+        {"--page-file", home.pageFile(), "--geometry", "1920x1080", "--radar-server", "127.0.0.1:9",
+         "--basemap-server", "127.0.0.1:9"}
+    );
+}
+
+void measureSharp() {
+    const CachedHome home({"--geometry", "1920x1080"});
+    const Memory described = measureLarge(home);
+    home.addSharp();
+    const Memory sharp = measureLarge(home);
+    home.removeSharp();
+    std::printf(
+        "1920x1080, zoom -1: %.1f MB with sharp pictures - %.1f MB without = %.1f MB (aim: at most "
+        "%.1f MB)\n",
+        sharp.resident, described.resident, sharp.resident - described.resident, kSharpAimMegabytes
+    );
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -64,5 +87,6 @@ int main(int argc, char** argv) {
         "    of which the program's own: %.1f MB - %.1f MB = %.1f MB\n", viewer.anonymous,
         bare.anonymous, viewer.anonymous - bare.anonymous
     );
+    measureSharp();
     return 0;
 }

@@ -9,6 +9,8 @@
 #include "page/item_placement.h"
 #include "reading/radar_reading.h"
 #include "reading/reading_setting.h"
+#include "sharp/detail.h"
+#include "sharp/sharp_picture.h"
 #include "support/ratio.h"
 
 #include <QGuiApplication>
@@ -30,30 +32,30 @@ const QSize kImage(600, 550);
 constexpr int kFrames = 6;
 constexpr int kPairs = 40;
 
-Bitmap ground() {
-    auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
-    for (int row = 0; row < kImage.height(); ++row) {
-        for (int column = 0; column < kImage.width(); ++column) {
+Bitmap ground(int detail) {
+    auto image = std::make_shared<QImage>(kImage * detail, QImage::Format_RGB32);
+    for (int row = 0; row < image->height(); ++row) {
+        for (int column = 0; column < image->width(); ++column) {
             image->setPixel(column, row, qRgb(column % 200, row % 200, 90));
         }
     }
     return image;
 }
 
-/// Rain in cells, a tenth of the image.
-Bitmap frame(int number) {
-    auto image = std::make_shared<QImage>(kImage, QImage::Format_Indexed8);
+/// Rain in cells, a tenth of the image. In a sharp one they are as small in pixels.
+QImage frame(int number, int detail) {
+    QImage image(kImage * detail, QImage::Format_Indexed8);
     QList<QRgb> table(256, kTransparentWhite);
     for (int i = 1; i < 16; ++i) {
         table[i] = qRgb(i * 16, 255 - i * 16, 0);
     }
-    image->setColorTable(table);
-    image->fill(0);
-    for (int row = 0; row < kImage.height(); ++row) {
-        for (int column = 0; column < kImage.width(); ++column) {
+    image.setColorTable(table);
+    image.fill(0);
+    for (int row = 0; row < image.height(); ++row) {
+        for (int column = 0; column < image.width(); ++column) {
             const int cell = (column / 25 * 31 + row / 25 * 17 + number) % 97;
             if (cell < 10) {
-                image->setPixel(column, row, static_cast<uint>(1 + cell));
+                image.setPixel(column, row, static_cast<uint>(1 + cell));
             }
         }
     }
@@ -61,11 +63,11 @@ Bitmap frame(int number) {
 }
 
 /// Lines a county apart.
-Bitmap overlay() {
-    auto image = std::make_shared<QImage>(kImage, QImage::Format_RGB32);
+Bitmap overlay(int detail) {
+    auto image = std::make_shared<QImage>(kImage * detail, QImage::Format_RGB32);
     image->fill(kTransparentWhite);
-    for (int row = 0; row < kImage.height(); ++row) {
-        for (int column = 0; column < kImage.width(); ++column) {
+    for (int row = 0; row < image->height(); ++row) {
+        for (int column = 0; column < image->width(); ++column) {
             if (column % 40 == 0 || row % 40 == 0) {
                 image->setPixel(column, row, 0xFF404040);
             }
@@ -111,13 +113,13 @@ private:
     std::vector<uchar> m_plain;
 };
 
-void measure(QSize size, int zoom) {
-    LayerStack::Layers layers{kImage, ground(), nullptr, overlay()};
-    std::vector<Bitmap> frames;
+void measure(QSize size, int zoom, int detail = 1) {
+    LayerStack::Layers layers{kImage, {ground(detail), detail}, nullptr, {overlay(detail), detail}};
+    std::vector<SharpPicture> frames; // packed as the viewer has them
     for (int i = 0; i < kFrames; ++i) {
-        frames.push_back(frame(i));
+        frames.emplace_back(frame(i, detail), detail, detail == kMostDetail);
     }
-    layers.echoes = frames[0];
+    layers.echoes = frames[0].unpacked();
     LayerStack stack;
     stack.setLayers(layers);
     ViewTransform view(zoom, {0, 0});
@@ -126,7 +128,7 @@ void measure(QSize size, int zoom) {
     const auto copy = [&page] { page.copy(); };
     int next = 0;
     const auto step = [&] {
-        layers.echoes = frames[static_cast<std::size_t>(next++ % kFrames)];
+        layers.echoes = frames[static_cast<std::size_t>(next++ % kFrames)].unpacked();
         stack.setLayers(layers);
         page.paint(stack, view);
     };
@@ -137,16 +139,18 @@ void measure(QSize size, int zoom) {
         page.paint(stack, view);
     };
     char what[80];
+    const char* const sharp = detail > 1 ? ", sharp" : "";
     std::snprintf(
-        what, sizeof what, "%dx%d, zoom %d: animation step / memcpy", size.width(), size.height(),
-        zoom
+        what, sizeof what, "%dx%d, zoom %d%s: animation step / memcpy", size.width(), size.height(),
+        zoom, sharp
     );
     for (int i = 0; i < kFrames; ++i) {
         step();
     }
     printRatio(what, ratioOf(kPairs, step, copy), 3);
     std::snprintf(
-        what, sizeof what, "%dx%d, zoom %d: pan / memcpy", size.width(), size.height(), zoom
+        what, sizeof what, "%dx%d, zoom %d%s: pan / memcpy", size.width(), size.height(), zoom,
+        sharp
     );
     for (int i = 0; i < 8; ++i) {
         pan();
@@ -176,10 +180,10 @@ void addMarks(CMarkManager& marks, int count, double latitude) {
 
 /// All that a picture is read by, shown at once: scale, rings, readout and a way that is measured.
 void measureReading(QSize size, int zoom) {
-    LayerStack::Layers layers{kImage, ground(), nullptr, overlay()};
+    LayerStack::Layers layers{kImage, ground(1), nullptr, overlay(1)};
     std::vector<Bitmap> frames;
     for (int i = 0; i < kFrames; ++i) {
-        frames.push_back(frame(i));
+        frames.push_back(std::make_shared<QImage>(frame(i, 1)));
     }
     LayerStack stack;
     ViewTransform view(zoom, {0, 0});
@@ -249,7 +253,7 @@ constexpr Marks kMarks[] = {
 
 void measure(const Marks& marks) {
     LayerStack stack;
-    stack.setLayers({kImage, ground(), frame(0), overlay()});
+    stack.setLayers({kImage, ground(1), std::make_shared<QImage>(frame(0, 1)), overlay(1)});
     Page page(marks.size);
     // Each knows the marks that there were when it was made.
     MapOverlays without;
@@ -289,6 +293,10 @@ int main(int argc, char** argv) {
         for (const int zoom : {-2, 0, 2}) {
             measure(size, zoom);
             measureReading(size, zoom);
+        }
+        if (wantedDetail(ViewTransform(-1, {}), size) > 1) {
+            measure(size, -1, 2);
+            measure(size, -2, kMostDetail);
         }
     }
     return 0;
