@@ -125,7 +125,9 @@ TEST_F(DlgPositionSourceTest, TheSettingsMenuOffersItBehindTheUnits) {
         offered = type->caption() == kCaption ? type : offered;
     }
     ASSERT_NE(offered, nullptr);
-    EXPECT_THAT(captions, testing::ElementsAre("Units", "GPS Vector", "GPS Source", "Servers"));
+    EXPECT_THAT(
+        captions, testing::ElementsAre("Units", "GPS Vector", "GPS Source", "Servers", "Detail")
+    );
     DialogScript script;
     script.expect(kCaption);
     offered->open(nullptr);
