@@ -160,19 +160,29 @@ void draw(QPainter& painter, const Label& label, int ascent) {
 
 } // namespace
 
-void drawCities(LayerCanvas& canvas, const std::vector<City>& cities, int most) {
-    QPainter painter(&canvas.image());
-    painter.setFont(font());
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int detail = canvas.geometry().detail();
+std::function<void(LayerCanvas&)>
+cityDrawing(const LayerPlace& place, const std::vector<City>& cities, int most) {
+    if (cities.empty()) {
+        return [](LayerCanvas&) {};
+    }
+    const int detail = place.geometry().detail();
     std::vector<QPointF> points;
     points.reserve(cities.size());
     for (const City& city : cities) {
-        points.push_back(canvas.at(city.position) / detail);
+        points.push_back(place.at(city.position) / detail);
     }
-    for (const Label& label : labelsOf(cities, points, detail, most, metrics)) {
-        draw(painter, label, metrics.ascent());
-    }
+    const QFontMetrics metrics(font());
+    return [labels = labelsOf(cities, points, detail, most, metrics),
+            ascent = metrics.ascent()](LayerCanvas& canvas) {
+        canvas.paint([&](QPainter& painter) {
+            painter.setFont(font());
+            for (const Label& label : labels) {
+                if (label.name.united(label.dot).intersects(canvas.part())) {
+                    draw(painter, label, ascent);
+                }
+            }
+        });
+    };
 }
 
 } // namespace raincast

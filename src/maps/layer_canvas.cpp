@@ -3,6 +3,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace raincast {
 
 GeoBox LayerPlace::box() const {
@@ -28,18 +30,36 @@ QPolygonF LayerPlace::at(const std::vector<GeoPosition>& points) const {
     return result;
 }
 
+int rowsOfBand(const ImageGeometry& geometry) {
+    constexpr int kMostPixels = 1200 * 1100;
+    return std::min(kMostPixels / geometry.width(), geometry.height());
+}
+
 LayerCanvas::LayerCanvas(const ImageGeometry& geometry)
-    : LayerPlace(geometry),
-      m_image(geometry.width(), geometry.height(), QImage::Format_ARGB32_Premultiplied) {
+    : LayerCanvas(geometry, 0, geometry.height()) {}
+
+LayerCanvas::LayerCanvas(const ImageGeometry& geometry, int top)
+    : LayerCanvas(geometry, top, std::min(rowsOfBand(geometry), geometry.height() - top)) {}
+
+LayerCanvas::LayerCanvas(const ImageGeometry& geometry, int top, int rows)
+    : LayerPlace(geometry), m_top(top),
+      m_image(geometry.width(), rows, QImage::Format_ARGB32_Premultiplied) {
     m_image.fill(Qt::transparent);
 }
 
-void LayerCanvas::stroke(const std::vector<QPolygonF>& lines, QColor colour, double width) {
+void LayerCanvas::paint(const std::function<void(QPainter&)>& draw) {
     QPainter painter(&m_image);
-    painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    for (const QPolygonF& line : lines) {
-        painter.drawPolyline(line);
-    }
+    painter.translate(0, -m_top);
+    draw(painter);
+}
+
+void LayerCanvas::stroke(const std::vector<QPolygonF>& lines, QColor colour, double width) {
+    paint([&](QPainter& painter) {
+        painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        for (const QPolygonF& line : lines) {
+            painter.drawPolyline(line);
+        }
+    });
 }
 
 } // namespace raincast

@@ -3,8 +3,6 @@
 
 #include "radar/image/gif_writer.h"
 
-#include <QImage>
-
 #include <algorithm>
 #include <unordered_map>
 
@@ -66,18 +64,16 @@ private:
     std::uint8_t m_lastIndex = 0;
 };
 
-// A strip at a time: a whole copy of a large picture would take as much memory once more.
-bool tryIndex(const QImage& picture, QRgb mask, Indexed& result) {
+// A strip at a time: a copy of the whole band would take as much memory once more.
+bool indexBand(Indexer& indexer, const QImage& band, int top) {
     constexpr int kStrip = 50;
-    Indexer indexer(result, mask);
-    for (int top = 0; top < picture.height(); top += kStrip) {
-        const int rows = std::min(kStrip, picture.height() - top);
+    for (int begin = 0; begin < band.height(); begin += kStrip) {
+        const int rows = std::min(kStrip, band.height() - begin);
         const QImage strip =
-            picture.copy(0, top, picture.width(), rows).convertToFormat(QImage::Format_ARGB32);
+            band.copy(0, begin, band.width(), rows).convertToFormat(QImage::Format_ARGB32);
         for (int row = 0; row < rows; ++row) {
-            if (!indexer.index(
-                    reinterpret_cast<const QRgb*>(strip.constScanLine(row)), top + row
-                )) {
+            const auto* const line = reinterpret_cast<const QRgb*>(strip.constScanLine(row));
+            if (!indexer.index(line, top + begin + row)) {
                 return false;
             }
         }
@@ -85,13 +81,25 @@ bool tryIndex(const QImage& picture, QRgb mask, Indexed& result) {
     return true;
 }
 
+bool tryIndex(const BandAt& bandAt, QRgb mask, Indexed& result) {
+    Indexer indexer(result, mask);
+    for (int top = 0; top < result.pixels.height();) {
+        const QImage band = bandAt(top);
+        if (band.isNull() || !indexBand(indexer, band, top)) {
+            return false;
+        }
+        top += band.height();
+    }
+    return true;
+}
+
 } // namespace
 
-std::optional<QByteArray> layerGif(const QImage& picture) {
+std::optional<QByteArray> layerGif(int detail, const BandAt& bandAt) {
     // Each mask leaves fewer colours; the last at most 64. None of them makes a colour white.
     for (const QRgb mask : {0x00FF'FFFFU, 0x00FC'FCFCU, 0x00F0'F0F0U, 0x00C0'C0C0U}) {
-        Indexed indexed{IndexedPicture(picture.width() / kFrameWidth)};
-        if (tryIndex(picture, mask, indexed)) {
+        Indexed indexed{IndexedPicture(detail)};
+        if (tryIndex(bandAt, mask, indexed)) {
             if (indexed.colours.size() == 1) {
                 indexed.colours.push_back(0xFF00'0000);
             }

@@ -9,6 +9,8 @@
 
 #include <QBuffer>
 
+#include <functional>
+
 namespace raincast {
 
 namespace {
@@ -33,13 +35,16 @@ std::optional<QByteArray> jpegOf(const QImage& picture) {
     return written ? std::optional(bytes) : std::nullopt;
 }
 
+/// Draws what has been looked up, as often as it is called.
+using Drawing = std::function<void(LayerCanvas&)>;
+
 /// The lines whose rank lies between two, as painter coordinates.
 std::vector<QPolygonF>
-linesOfRank(const LayerCanvas& canvas, const std::vector<MapLine>& lines, int least, int most) {
+linesOfRank(const LayerPlace& place, const std::vector<MapLine>& lines, int least, int most) {
     std::vector<QPolygonF> result;
     for (const MapLine& line : lines) {
         if (least <= line.rank && line.rank <= most) {
-            result.push_back(canvas.at(line.points));
+            result.push_back(place.at(line.points));
         }
     }
     return result;
@@ -54,24 +59,48 @@ int leastRiver(Range range, int detail) {
     return fineness < 2 ? kLongest : fineness < 8 ? kAll : kWithDry;
 }
 
-void drawRivers(LayerCanvas& canvas, const MapData& data, Range range) {
+Drawing riverDrawing(const LayerPlace& place, const MapData& data, Range range) {
     std::vector<QPolygonF> shores;
-    for (const ShoreBin& bin : data.shores(canvas.box())) {
+    for (const ShoreBin& bin : data.shores(place.box())) {
         for (const ShorePiece& piece : bin.pieces) {
-            shores.push_back(canvas.at(piece.points));
+            shores.push_back(place.at(piece.points));
         }
     }
-    const int least = leastRiver(range, canvas.geometry().detail());
-    canvas.stroke(linesOfRank(canvas, data.rivers(canvas.box()), 0, least), kRiver, 1);
-    canvas.stroke(shores, kShore, 1);
+    const int least = leastRiver(range, place.geometry().detail());
+    return [shores = std::move(shores),
+            rivers = linesOfRank(place, data.rivers(place.box()), 0, least)](LayerCanvas& canvas) {
+        canvas.stroke(rivers, kRiver, 1);
+        canvas.stroke(shores, kShore, 1);
+    };
 }
 
-void drawBorders(LayerCanvas& canvas, const MapData& data) {
-    const auto borders = data.borders(canvas.box());
-    const auto states = linesOfRank(canvas, borders, 0, 0);
-    canvas.stroke(linesOfRank(canvas, borders, 1, 1), kCounty, 1);
-    canvas.stroke(states, kStateRim, 3);
-    canvas.stroke(states, kState, 1);
+Drawing borderDrawing(const LayerPlace& place, const MapData& data) {
+    const auto borders = data.borders(place.box());
+    return [counties = linesOfRank(place, borders, 1, 1),
+            states = linesOfRank(place, borders, 0, 0)](LayerCanvas& canvas) {
+        canvas.stroke(counties, kCounty, 1);
+        canvas.stroke(states, kStateRim, 3);
+        canvas.stroke(states, kState, 1);
+    };
+}
+
+Drawing roadDrawing(const LayerPlace& place, const MapData& data) {
+    return [roads = linesOfRank(place, data.roads(place.box()), 0, 0)](LayerCanvas& canvas) {
+        canvas.stroke(roads, kRoad, 2);
+    };
+}
+
+Drawing drawingOf(LayerKind layer, const LayerPlace& place, const MapData& data, Range range) {
+    switch (layer) {
+    case LayerKind::rivers:
+        return riverDrawing(place, data, range);
+    case LayerKind::counties:
+        return borderDrawing(place, data);
+    case LayerKind::highways:
+        return roadDrawing(place, data);
+    default:
+        return cityDrawing(place, data.cities(place.box()), kCityCount);
+    }
 }
 
 } // namespace
@@ -81,21 +110,12 @@ paintLayer(LayerKind layer, const MapData& data, const ImageGeometry& geometry, 
     if (layer == LayerKind::topo) {
         return jpegOf(paintTopo(data, geometry));
     }
-    LayerCanvas canvas(geometry);
-    switch (layer) {
-    case LayerKind::rivers:
-        drawRivers(canvas, data, range);
-        break;
-    case LayerKind::counties:
-        drawBorders(canvas, data);
-        break;
-    case LayerKind::highways:
-        canvas.stroke(linesOfRank(canvas, data.roads(canvas.box()), 0, 0), kRoad, 2);
-        break;
-    default:
-        drawCities(canvas, data.cities(canvas.box()), kCityCount);
-    }
-    return layerGif(canvas.image());
+    const Drawing drawing = drawingOf(layer, LayerPlace(geometry), data, range);
+    return layerGif(geometry.detail(), [&](int top) {
+        LayerCanvas band(geometry, top);
+        drawing(band);
+        return band.image();
+    });
 }
 
 } // namespace raincast

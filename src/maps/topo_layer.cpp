@@ -55,23 +55,46 @@ Tint tintOf(const std::array<Tint, N>& scale, double metres) {
         a.blue + t * (b.blue - a.blue)};
 }
 
-/// White where there is land. Where no shores are known, ground below sea level is sea.
-QImage landMask(const std::vector<ShoreBin>& bins, const LayerPlace& place) {
-    QImage mask(place.geometry().width(), place.geometry().height(), QImage::Format_Grayscale8);
-    mask.fill(Qt::black);
-    QPainter painter(&mask);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
-    for (const ShoreBin& bin : bins) {
-        QPainterPath land;
-        for (const auto& ring : landRings(bin)) {
-            land.addPolygon(place.at(ring));
-            land.closeSubpath();
+/// Where there is land, row after row from the top, a band at a time.
+class LandRows {
+public:
+    LandRows(const std::vector<ShoreBin>& bins, const LayerPlace& place)
+        : m_mask(
+              place.geometry().width(), rowsOfBand(place.geometry()), QImage::Format_Grayscale8
+          ) {
+        for (const ShoreBin& bin : bins) {
+            QPainterPath& land = m_land.emplace_back();
+            for (const auto& ring : landRings(bin)) {
+                land.addPolygon(place.at(ring));
+                land.closeSubpath();
+            }
         }
-        painter.drawPath(land);
     }
-    return mask;
-}
+
+    /// Not 0 where there is land. Rows are asked for one after the other.
+    const uchar* at(int row) {
+        const int inBand = row % m_mask.height();
+        if (inBand == 0) {
+            paint(row);
+        }
+        return m_mask.constScanLine(inBand);
+    }
+
+private:
+    void paint(int top) {
+        m_mask.fill(Qt::black);
+        QPainter painter(&m_mask);
+        painter.translate(0, -top);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        for (const QPainterPath& land : m_land) {
+            painter.drawPath(land);
+        }
+    }
+
+    QImage m_mask;
+    std::vector<QPainterPath> m_land;
+};
 
 /// The heights at the centres of a row of pixels and of those around it, row after row from the
 /// top: those of a whole large picture would take more memory than the picture.
@@ -130,11 +153,12 @@ private:
     Row m_below;
 };
 
-QRgb colourOf(const Tint& tint, double light) {
-    const auto part = [light](double value) {
-        return static_cast<int>(std::clamp(std::lround(value * light), 0L, 250L));
-    };
-    return qRgb(part(tint.red), part(tint.green), part(tint.blue));
+/// Writes a pixel; where the next one is.
+uchar* put(uchar* pixel, const Tint& tint, double light) {
+    for (const double value : {tint.red, tint.green, tint.blue}) {
+        *pixel++ = static_cast<uchar>(std::clamp(std::lround(value * light), 0L, 250L));
+    }
+    return pixel;
 }
 
 } // namespace
@@ -142,23 +166,22 @@ QRgb colourOf(const Tint& tint, double light) {
 QImage paintTopo(const MapData& data, const ImageGeometry& geometry) {
     const LayerPlace place(geometry);
     const auto shores = data.shores(place.box());
-    const QImage mask = landMask(shores, place);
+    LandRows lands(shores, place);
     const ReliefGrid relief = data.relief(place.box());
     HeightRows heights(relief, geometry);
-    // Without any data all is land.
+    // Where no shores are known, ground below sea level is sea. Without any data all is land.
     const bool knowsShores = !shores.empty();
     const double down = geometry.degreesPerPixel() * kMetresPerDegree;
-    QImage picture(geometry.width(), geometry.height(), QImage::Format_RGB32);
+    QImage picture(geometry.width(), geometry.height(), QImage::Format_RGB888);
     for (int row = 0; row < geometry.height(); ++row, heights.next()) {
         const double across = down * std::cos(geometry.latitudeOfRow(row) * kDegree);
-        auto* const line = reinterpret_cast<QRgb*>(picture.scanLine(row));
-        const auto* const land = mask.constScanLine(row);
+        uchar* pixel = picture.scanLine(row);
+        const uchar* const land = lands.at(row);
         for (int column = 0; column < geometry.width(); ++column) {
             const double height = heights.at(column);
             const bool isLand = knowsShores ? land[column] != 0 : height >= 0;
-            line[column] =
-                isLand ? colourOf(tintOf(kLand, height), heights.light(column, across, down))
-                       : colourOf(tintOf(kWater, height), 1);
+            pixel = isLand ? put(pixel, tintOf(kLand, height), heights.light(column, across, down))
+                           : put(pixel, tintOf(kWater, height), 1);
         }
     }
     return picture;

@@ -53,6 +53,10 @@ auto readArguments(int argc, char** argv) {
 int main(int argc, char** argv) {
     // Otherwise each thread would keep the memory of its largest picture.
     mallopt(M_ARENA_MAX, 2);
+    // A large canvas goes back to the system with the picture that it was for: unless told so, the
+    // allocator learns from the first one to keep such sizes.
+    constexpr int kLarge = 1024 * 1024;
+    mallopt(M_MMAP_THRESHOLD, kLarge);
     logToStandardError();
     const auto wanted = readArguments(argc, argv);
     if (!wanted) {

@@ -69,7 +69,7 @@ public:
     [[nodiscard]] qsizetype bytesInMemory() const {
         return m_described.cache.bytes() + m_sharp.cache.bytes();
     }
-    static constexpr qsizetype kMostBytesInMemory = 16 * 1024 * 1024;
+    static constexpr qsizetype kMostBytesInMemory = 12 * 1024 * 1024;
 
 private:
     /// Counts what is made.
@@ -88,7 +88,7 @@ private:
     };
     // Large canvases are in memory while they are painted: few at a time.
     static constexpr int kMostSharpAtOnce = 2;
-    static constexpr qsizetype kMostSharpBytesInMemory = 4 * 1024 * 1024;
+    static constexpr qsizetype kMostSharpBytesInMemory = 3 * 1024 * 1024;
 
     [[nodiscard]] std::optional<TreeBody>
     kept(const QByteArray& key, const PictureCache& cache) const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tree/warnings_painter.h"
 
+#include "maps/layer_canvas.h"
 #include "palette/warning_kinds.h"
 #include "radar/image/bitmap.h"
 #include "radar/image/gif_writer.h"
@@ -63,35 +64,41 @@ void draw(QPainter& painter, const ImageGeometry& image, const WeatherWarning& w
     }
 }
 
-IndexedPicture indexed(const QImage& canvas) {
-    IndexedPicture picture(canvas.width() / kFrameWidth);
-    for (int row = 0; row < canvas.height(); ++row) {
-        const auto* pixels = reinterpret_cast<const QRgb*>(canvas.constScanLine(row));
-        std::transform(pixels, pixels + canvas.width(), picture.row(row), [](QRgb pixel) {
+void drawAll(QPainter& painter, const ImageGeometry& image, const WeatherWarnings& warnings) {
+    for (const WarningKind kind : kAllWarningKinds) {
+        for (const WeatherWarning& warning : warnings.warnings) {
+            if (warning.kind == kind) {
+                draw(painter, image, warning);
+            }
+        }
+    }
+}
+
+void index(const QImage& band, int top, IndexedPicture& picture) {
+    for (int row = 0; row < band.height() && top + row < picture.height(); ++row) {
+        const auto* pixels = reinterpret_cast<const QRgb*>(band.constScanLine(row));
+        std::transform(pixels, pixels + band.width(), picture.row(top + row), [](QRgb pixel) {
             const auto* found = std::find(colours().begin(), colours().end(), pixel);
             return static_cast<std::uint8_t>((found - colours().begin()) % kColourCount);
         });
     }
-    return picture;
 }
 
 } // namespace
 
 std::optional<QByteArray>
 renderWarnings(const ImageGeometry& image, const WeatherWarnings& warnings) {
-    QImage canvas(image.width(), image.height(), QImage::Format_RGB32);
-    canvas.fill(kTransparentWhite);
-    {
-        QPainter painter(&canvas);
-        for (const WarningKind kind : kAllWarningKinds) {
-            for (const WeatherWarning& warning : warnings.warnings) {
-                if (warning.kind == kind) {
-                    draw(painter, image, warning);
-                }
-            }
+    IndexedPicture picture(image.detail());
+    QImage band(image.width(), rowsOfBand(image), QImage::Format_RGB32);
+    for (int top = 0; top < image.height(); top += band.height()) {
+        band.fill(kTransparentWhite);
+        {
+            QPainter painter(&band);
+            painter.translate(0, -top);
+            drawAll(painter, image, warnings);
         }
+        index(band, top, picture);
     }
-    IndexedPicture picture = indexed(canvas);
     if (warnings.isSample) {
         markAsSample(picture, ink, rim);
     }

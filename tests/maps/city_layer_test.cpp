@@ -23,7 +23,7 @@ protected:
     }
     static QImage draw(const std::vector<City>& cities, int most = 10) {
         LayerCanvas canvas(kGeometry);
-        drawCities(canvas, cities, most);
+        cityDrawing(canvas, cities, most)(canvas);
         return canvas.image();
     }
     static bool isDark(const QImage& picture, int column, int row) {
@@ -75,7 +75,7 @@ TEST_F(CityLayerTest, InASharpPictureTheDotIsAtTheCity) {
         const ImageGeometry geometry = sharpGeometry(detail);
         const City town = city("Town", 301.3, 200.6);
         LayerCanvas canvas(geometry);
-        drawCities(canvas, {town}, 10);
+        cityDrawing(canvas, {town}, 10)(canvas);
         const int column = qRound(geometry.columnOfLongitude(town.position.longitude));
         const int row = qRound(geometry.rowOfLatitude(town.position.latitude));
         EXPECT_EQ(canvas.image().size(), QSize(600, 550) * detail);
@@ -88,7 +88,7 @@ TEST_F(CityLayerTest, InASharpPictureTheDotIsAtTheCity) {
 TEST_F(CityLayerTest, TheCornerOfTheTimeGrowsWithThePicture) {
     for (const int detail : {2, 4}) {
         LayerCanvas canvas(sharpGeometry(detail));
-        drawCities(canvas, {city("A", 90, 535)}, 10);
+        cityDrawing(canvas, {city("A", 90, 535)}, 10)(canvas);
         EXPECT_FALSE(isDark(canvas.image(), 90 * detail + detail / 2, 535 * detail + detail / 2));
     }
 }
@@ -112,7 +112,7 @@ protected:
 
     [[nodiscard]] QImage picture(int detail, int most = 1000) const {
         LayerCanvas canvas(sharpGeometry(detail));
-        drawCities(canvas, m_cities, most);
+        cityDrawing(canvas, m_cities, most)(canvas);
         return canvas.image();
     }
     static QPoint dotOf(const City& city, int detail) {
@@ -173,6 +173,21 @@ TEST_F(CrowdedCitiesTest, ASharpPictureNamesTheSameAtTheSamePlacesAndMore) {
     EXPECT_GT(named[0], 10);
     EXPECT_GT(named[1], 2 * named[0]);
     EXPECT_GT(named[2], named[1] * 3 / 2);
+}
+
+TEST_F(CrowdedCitiesTest, BandsShowWhatTheWholePictureShows) {
+    const ImageGeometry geometry = sharpGeometry(4);
+    const auto draw = cityDrawing(LayerPlace(geometry), m_cities, 1000);
+    LayerCanvas whole(geometry);
+    draw(whole);
+    const int rows = rowsOfBand(geometry);
+    EXPECT_EQ(rows, 550);
+    for (int top = 0; top < geometry.height(); top += rows) {
+        LayerCanvas band(geometry, top);
+        draw(band);
+        EXPECT_EQ(band.part(), QRect(0, top, 2400, rows));
+        EXPECT_EQ(band.image(), whole.image().copy(band.part())) << top;
+    }
 }
 
 TEST_F(CrowdedCitiesTest, ThereAreFourTimesAsManyAtTwiceTheDetail) {

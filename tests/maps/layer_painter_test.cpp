@@ -200,7 +200,11 @@ TEST_P(SharpLayersTest, ShoresAreAsFineAsTheirData) {
             continue; // between two columns
         }
         int row = static_cast<int>(wanted) - 20;
-        while (QColor(topo.pixel(nearest, row)).blue() > QColor(topo.pixel(nearest, row)).red()) {
+        const auto isWater = [&](int at) {
+            const QColor colour(topo.pixel(nearest, at));
+            return colour.blue() > colour.red();
+        };
+        while (row < wanted + 20 && isWater(row)) {
             ++row;
         }
         ++compared;

@@ -218,7 +218,7 @@ TEST_F(ImageTreeTest, SharpPicturesDisplaceNoOthersFromMemory) {
         }
     }
     EXPECT_LE(m_tree.bytesInMemory(), ImageTree::kMostBytesInMemory);
-    EXPECT_GT(m_tree.bytesInMemory(), 3'000'000) << "the latest of them are kept";
+    EXPECT_GT(m_tree.bytesInMemory(), 2'000'000) << "the latest of them are kept";
     const auto hits = m_tree.counts().hits;
     EXPECT_NE(body(listing), "(none)");
     EXPECT_NE(body(frame), "(none)");

@@ -46,6 +46,31 @@ TEST(WarningsPainterTest, OutlinesAreYellowAndRedOnTransparentGround) {
     EXPECT_EQ(image.pixel(12, 532), kTransparentWhite);
 }
 
+TEST(WarningsPainterTest, SharpOutlinesAreAsThinAndWithoutGaps) {
+    const WeatherWarning warning = rectangle(Kind::tornado, 100, 40, 500, 520);
+    for (const int detail : {2, 4}) {
+        const ImageGeometry sharp(35, -97, Range::shortRange, detail);
+        const QImage image =
+            decodeImage(renderWarnings(sharp, {{warning}, false}).value(), 10'000'000);
+        ASSERT_EQ(image.size(), QSize(600, 550) * detail);
+        const WeatherWarning::Ring& ring = warning.polygons[0][0];
+        const int left = qRound(sharp.columnOfLongitude(ring[0].longitude));
+        const int top = qRound(sharp.rowOfLatitude(ring[0].latitude));
+        const int bottom = qRound(sharp.rowOfLatitude(ring[2].latitude));
+        for (int row = top + 3; row < bottom - 3; ++row) {
+            int red = 0;
+            int drawn = 0;
+            for (int column = left - 5; column <= left + 5; ++column) {
+                red += image.pixel(column, row) == 0xFFFF0000 ? 1 : 0;
+                drawn += image.pixel(column, row) != kTransparentWhite ? 1 : 0;
+            }
+            ASSERT_EQ(red, 2) << "row " << row << " at detail " << detail;
+            ASSERT_EQ(drawn, 4);
+        }
+        EXPECT_EQ(image.pixel(left + 20, bottom - 20), kTransparentWhite);
+    }
+}
+
 TEST(WarningsPainterTest, RedLiesOverYellowWhateverTheOrder) {
     for (const bool redFirst : {false, true}) {
         std::vector<WeatherWarning> warnings = {
