@@ -267,10 +267,10 @@ const auto& anyOf(const Values& values, std::mt19937& random) {
     return values[std::uniform_int_distribution<std::size_t>(0, values.size() - 1)(random)];
 }
 
-/// The path itself in two cases of three, else that of a sharp picture, if there is one.
+/// The path itself, or in one case of eight that of a sharp picture, if there is one.
 std::string atAnyDetail(const std::string& path, std::mt19937& random) {
     const auto sharp = sharpPath(path, random() % 2 == 0 ? 2 : 4);
-    return random() % 3 == 0 && sharp && findTreeItem(*sharp) ? *sharp : path;
+    return random() % 8 == 0 && sharp && findTreeItem(*sharp) ? *sharp : path;
 }
 
 /// A frame of any age in two cases of three, else the present warnings, a layer or a world file.
