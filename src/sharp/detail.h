@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "radar/catalogue/image_geometry.h"
+
 #include <QString>
 
 class QSize;
@@ -11,8 +13,6 @@ class ViewTransform;
 
 // A described picture has 600 × 550 pixels. A sharp one shows the same with 2 or 4 times as many
 // each way: its detail. Its path on a server has "x2" or "x4" behind the first folder.
-
-inline constexpr int kMostDetail = 4;
 
 /// The detail whose pixels are one to one with those of the page; 1 where the described picture's
 /// own are as fine, and in an area that has fewer pixels than the described picture: there is no
