@@ -60,6 +60,10 @@ bool CRaincastApp::sharpComing() const {
     return anyRadar(&CItemWeather::sharpComing);
 }
 
+bool CRaincastApp::sharpLoopComing() const {
+    return anyRadar(&CItemWeather::sharpLoopComing);
+}
+
 bool CRaincastApp::anyRadar(bool (CItemWeather::*is)() const) const {
     const auto* const page = dynamic_cast<const CPageDisplay*>(current());
     return page != nullptr &&

@@ -42,6 +42,8 @@ public:
     [[nodiscard]] bool pictureComing() const;
     /// Whether more pixels of what is on the screen may come soon.
     [[nodiscard]] bool sharpComing() const;
+    /// The same of any frame of their loops.
+    [[nodiscard]] bool sharpLoopComing() const;
     /// Writes the loop of the current page's first radar item into a file; `done` is called once.
     void writeLoop(const QString& path, ItemPictures::Done done);
     /// Where a server lists the frames that the current page shows; empty for none.

@@ -219,9 +219,11 @@ int Viewer::loop() {
                 const bool mayHaveStandIn =
                     m_liveWatch.undecided() && !m_application.problem().isEmpty();
                 // A loop's file needs all frames, a picture only what it shows.
-                const bool coming = m_options.loop.isEmpty() ? m_application.pictureComing()
-                                                             : m_application.loading();
-                return coming || mayHaveStandIn || m_application.sharpComing();
+                const bool coming =
+                    m_options.loop.isEmpty()
+                        ? m_application.pictureComing() || m_application.sharpComing()
+                        : m_application.loading() || m_application.sharpLoopComing();
+                return coming || mayHaveStandIn;
             },
             [this](bool saved) { pictureTaken(saved); }
         );

@@ -16,8 +16,8 @@ namespace raincast {
 namespace {
 
 constexpr QRgb kBlack = 0xFF000000;
-// More than the most frames of an animation.
-constexpr int kMostFramesAtScale = 32;
+// Of the most frames of an animation, unless it rains everywhere in sharp ones.
+constexpr qsizetype kMostBytesAtScale = qsizetype{24} << 20;
 
 qint64 keyOf(const DetailedBitmap& picture) {
     return picture ? picture->cacheKey() : 0;
@@ -119,6 +119,12 @@ void LayerStack::setLayers(const Layers& layers) {
     m_layers = layers;
 }
 
+void LayerStack::release() {
+    setLayers({});
+    useScale({});
+    m_echoes.reset();
+}
+
 QRect LayerStack::imageArea(const QRect& area, const ViewTransform& view, QSize image) {
     const int shift = std::max(view.zoom(), 0);
     const QRect part = shownPart(area, view, shift, sizeAtScale(image, shift));
@@ -185,7 +191,7 @@ void LayerStack::useScale(const Scale& scale) {
     m_base =
         makeBase(m_layers.ground ? shrinkGround(atDetail(m_layers.ground), scale.shift) : QImage());
     m_framesAtScale.clear();
-    m_framesAtScale.setMaxCost(kMostFramesAtScale);
+    m_framesAtScale.setMaxCost(kMostBytesAtScale);
 }
 
 // Lines over the warnings.
@@ -225,7 +231,7 @@ QImage LayerStack::makeBase(const QImage& ground) const {
 }
 
 LayerStack::EchoesPointer LayerStack::echoesAtScale() {
-    const qint64 key = keyOf(m_layers.echoes);
+    const qint64 key = m_layers.echoesKey != 0 ? m_layers.echoesKey : keyOf(m_layers.echoes);
     if (const EchoesPointer* kept = m_framesAtScale.object(key)) {
         return *kept;
     }
@@ -242,7 +248,8 @@ LayerStack::EchoesPointer LayerStack::echoesAtScale() {
         echoes.spans = RowSpans::ofColours(picture, shift > 0 ? 0 : kTransparentWhite);
     }
     auto shared = std::make_shared<const Echoes>(std::move(echoes));
-    m_framesAtScale.insert(key, new EchoesPointer(shared));
+    const qsizetype bytes = shared->shrunken.sizeInBytes() + shared->spans.bytes();
+    m_framesAtScale.insert(key, new EchoesPointer(shared), bytes);
     return shared;
 }
 

@@ -41,9 +41,15 @@ public:
         /// To draw at least as fine as this: a loop of which some frames are finer than others then
         /// keeps its ground.
         int leastDetail = 1;
+        /// Tells the echoes from all others, where their picture is made anew each time it is
+        /// drawn; 0: the picture's own key does.
+        qint64 echoesKey = 0;
     };
 
     void setLayers(const Layers& layers);
+
+    /// Forgets the layers and all that was made of them.
+    void release();
 
     /// Draws the part of the image that `view` places in `area` (page pixels). Without a ground the
     /// image is black under the lines; without lines as well, only echoes and warnings are drawn.
@@ -95,7 +101,7 @@ private:
     QImage m_base;  ///< all but the echoes; null when there is nothing else
     QImage m_lines; ///< warnings and lines, to be drawn over echoes, transparent where 0
     RowSpans m_lineSpans;
-    QCache<qint64, EchoesPointer> m_framesAtScale; ///< by their images' keys
+    QCache<qint64, EchoesPointer> m_framesAtScale; ///< by their keys; costs are in bytes
     EchoesPointer m_echoes;                        ///< while drawing: the layers' own
     int m_coarser = 0; ///< while drawing: echoes have 2^m_coarser times fewer pixels each way
 };

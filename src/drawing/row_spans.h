@@ -37,6 +37,13 @@ public:
     /// touch. Empty for a row that the picture does not have.
     [[nodiscard]] Range within(int row, int first, int end) const;
 
+    /// How much memory they take.
+    [[nodiscard]] qsizetype bytes() const {
+        return static_cast<qsizetype>(
+            m_spans.capacity() * sizeof(Span) + m_ends.capacity() * sizeof(std::size_t)
+        );
+    }
+
 private:
     template<typename Pixel, typename IsDrawn>
     static RowSpans found(const QImage& picture, IsDrawn isDrawn);

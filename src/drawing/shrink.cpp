@@ -165,6 +165,19 @@ QImage shrinkIndexed(const QImage& picture, int shift) {
     return result;
 }
 
+/// The same picture with its white transparent.
+QImage withoutWhite(const QImage& rgb) {
+    QImage result(rgb.size(), QImage::Format_ARGB32_Premultiplied);
+    for (int row = 0; row < rgb.height(); ++row) {
+        const auto* const from = reinterpret_cast<const QRgb*>(rgb.constScanLine(row));
+        std::transform(
+            from, from + rgb.width(), reinterpret_cast<QRgb*>(result.scanLine(row)),
+            [](QRgb colour) { return colour == kTransparentWhite ? 0 : colour | 0xFF000000; }
+        );
+    }
+    return result;
+}
+
 } // namespace
 
 QImage shrinkGround(const QImage& picture, int shift) {
@@ -181,6 +194,9 @@ QImage shrinkGround(const QImage& picture, int shift) {
 
 QImage shrinkLines(const QImage& picture, int shift) {
     const QImage rgb = picture.convertToFormat(QImage::Format_RGB32);
+    if (shift == 0) {
+        return withoutWhite(rgb);
+    }
     const unsigned crossing = 1U << shift;
     return blockwise(rgb, shift, QImage::Format_ARGB32_Premultiplied, [&](const QRect& block) {
         Average average;

@@ -328,7 +328,9 @@ void CItemMapView::drawAs(const Look& look, QPainter& painter) {
     const Look present = this->look();
     usePlacement(look.placement);
     m_view = look.view;
+    m_drawsAs = true;
     draw(painter);
+    m_drawsAs = false;
     usePlacement(present.placement);
     m_view = present.view;
 }

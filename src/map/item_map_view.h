@@ -78,6 +78,8 @@ public:
     [[nodiscard]] Look look() const { return {placement(), m_view}; }
     /// Draws what the item shows as it looked then.
     void drawAs(const Look& look, QPainter& painter);
+    /// Whether that is being done: what is drawn is not for the screen.
+    [[nodiscard]] bool drawsAs() const { return m_drawsAs; }
 
     /// Whether the image has its place on the earth: without one there are no positions.
     [[nodiscard]] bool placed() const { return m_geoReference.valid(); }
@@ -167,6 +169,7 @@ private:
     GeoReference m_geoReference;
     ViewTransform m_view;
     bool m_following = false;
+    bool m_drawsAs = false;
     CDataGPSPosition m_lastFix;
     MapOverlays m_overlays;
     int m_dragX = 0;

@@ -47,15 +47,14 @@ SharpPicture readCached(const SharpSource& source, int detail) {
     return {};
 }
 
-/// Reads a file that came and gives it the time of the described one. What is no picture of the
-/// size goes again.
-SharpPicture takeFetched(const SharpSource& source, int detail) {
+/// Reads a file that came and gives it the time that the described one had when it was asked for.
+/// What is no picture of the size goes again, and what is of other bytes by now.
+SharpPicture takeFetched(const SharpSource& source, const QDateTime& described, int detail) {
     QFile file(sharpCacheFile(source.file, detail));
     auto picture = readPicture(file.fileName(), source, detail);
-    const QFileInfo described(source.file);
-    const bool stays =
-        picture && described.isFile() && file.open(QIODevice::ReadWrite) &&
-        file.setFileTime(described.lastModified(), QFileDevice::FileModificationTime);
+    const bool stays = picture && QFileInfo(source.file).lastModified() == described &&
+                       file.open(QIODevice::ReadWrite) &&
+                       file.setFileTime(described, QFileDevice::FileModificationTime);
     if (!stays) {
         file.remove();
     }
@@ -64,20 +63,33 @@ SharpPicture takeFetched(const SharpSource& source, int detail) {
 
 } // namespace
 
-SharpFiles::SharpFiles(Downloads& downloads, RadarServers servers)
-    : m_downloads(downloads), m_servers(std::move(servers)) {}
+SharpFiles::SharpFiles(Downloads& downloads, RadarServers servers, SharpServers& known)
+    : m_downloads(downloads), m_servers(std::move(servers)), m_known(known) {}
 
 void SharpFiles::look(const SharpSource& source, int detail, Looked done) {
-    m_background.run([source, detail] { return readCached(source, detail); }, std::move(done));
+    m_background.run(
+        [source, detail] { return readCached(source, detail); },
+        [this, path = source.path, done = std::move(done)](SharpPicture picture) {
+            if (picture) {
+                m_known.noteSome(sharpRoot(path, picture.detail()));
+            }
+            done(std::move(picture));
+        }
+    );
 }
 
 void SharpFiles::fetch(const SharpSource& source, int detail, int above, Fetched done) {
     ++m_running;
-    fetchNext({source, detail, above, std::move(done)});
+    const QDateTime described = QFileInfo(source.file).lastModified();
+    fetchNext({source, described, detail, above, std::move(done)});
 }
 
-bool SharpFiles::mayFetch() const {
-    return m_retry.over(Clock::real().now());
+bool SharpFiles::mayFetchFrom(SharpSource::Server server) const {
+    return m_waits[static_cast<std::size_t>(server)].over(Clock::real().now());
+}
+
+int SharpFiles::mostAtATime(const SharpSource& source, int detail) const {
+    return m_known.hasSome(sharpRoot(source.path, detail)) ? kMostAtATime : 1;
 }
 
 // One object is for one action and gives up for good: each burst of pictures has its own.
@@ -93,53 +105,55 @@ CHttpTransfer& SharpFiles::transfer(SharpSource::Server server) {
 }
 
 void SharpFiles::fetchNext(Wanted wanted) {
-    const SharpSource& source = wanted.source;
-    CHttpTransfer& from = transfer(source.server);
-    while (wanted.detail > wanted.above && (from.isAbsent(sharpRoot(source.path, wanted.detail)) ||
-                                            from.isAbsent(sharpPath(source.path, wanted.detail)))) {
+    const QString& path = wanted.source.path;
+    const CHttpTransfer& from = transfer(wanted.source.server);
+    const auto isAbsent = [&](int detail) {
+        return from.isAbsent(sharpRoot(path, detail)) || from.isAbsent(sharpPath(path, detail));
+    };
+    while (wanted.detail > wanted.above && isAbsent(wanted.detail)) {
         wanted.detail /= 2;
     }
     if (wanted.detail <= wanted.above) {
         m_background.later([this, wanted] { ended(wanted, Outcome::absent, {}); });
         return;
     }
-    const QString file = sharpCacheFile(source.file, wanted.detail);
+    const QString folder = QFileInfo(sharpCacheFile(wanted.source.file, wanted.detail)).path();
     m_background.run(
-        [folder = QFileInfo(file).path()] { return makeFolder(folder).has_value(); },
-        [this, file, wanted = std::move(wanted)](bool made) {
-            if (!made) {
-                ended(wanted, Outcome::failed, {});
-                return;
-            }
-            CHttpTransfer& radar = transfer(wanted.source.server);
-            const QString path = sharpPath(wanted.source.path, wanted.detail);
-            radar.DownloadIfThere(
-                path, file, wanted.source.kind,
-                [this, path, wanted](const CHttpTransfer::Fetched& fetched) {
-                    if (fetched.kept) {
-                        read(wanted);
-                    } else if (transfer(wanted.source.server).isAbsent(path)) {
-                        noteAbsent(wanted);
-                        fetchNext(wanted);
-                    } else {
-                        m_background.later([this, wanted] { ended(wanted, Outcome::failed, {}); });
-                    }
-                }
-            );
-        }
+        [folder] { return makeFolder(folder).has_value(); },
+        [this, wanted](bool made) { made ? download(wanted) : ended(wanted, Outcome::failed, {}); }
     );
 }
 
-void SharpFiles::read(Wanted wanted) {
+void SharpFiles::download(const Wanted& wanted) {
+    const QString path = sharpPath(wanted.source.path, wanted.detail);
+    transfer(wanted.source.server)
+        .DownloadIfThere(
+            path, sharpCacheFile(wanted.source.file, wanted.detail), wanted.source.kind,
+            [this, path, wanted](const CHttpTransfer::Fetched& fetched) {
+                if (fetched.kept) {
+                    read(wanted);
+                } else if (transfer(wanted.source.server).isAbsent(path)) {
+                    noteAbsent(wanted);
+                    fetchNext(wanted);
+                } else {
+                    m_background.later([this, wanted] { ended(wanted, Outcome::failed, {}); });
+                }
+            }
+        );
+}
+
+void SharpFiles::read(const Wanted& wanted) {
     m_background.run(
-        [source = wanted.source, detail = wanted.detail] { return takeFetched(source, detail); },
+        [source = wanted.source, described = wanted.described, detail = wanted.detail] {
+            return takeFetched(source, described, detail);
+        },
         [this, wanted](SharpPicture picture) {
             if (!picture) {
                 noteAbsent(wanted);
                 fetchNext(wanted);
                 return;
             }
-            m_haveSome.insert(sharpRoot(wanted.source.path, wanted.detail));
+            m_known.noteSome(sharpRoot(wanted.source.path, wanted.detail));
             ended(wanted, Outcome::came, std::move(picture));
         }
     );
@@ -149,20 +163,26 @@ void SharpFiles::noteAbsent(const Wanted& wanted) {
     CHttpTransfer& from = transfer(wanted.source.server);
     from.noteAbsent(sharpPath(wanted.source.path, wanted.detail));
     const QString root = sharpRoot(wanted.source.path, wanted.detail);
-    if (!m_haveSome.contains(root) && !m_lackOne.insert(root).second) {
+    if (m_known.lacksAll(root, wanted.source.use)) {
         from.noteAbsent(root);
     }
 }
 
 void SharpFiles::ended(const Wanted& wanted, Outcome outcome, SharpPicture picture) {
-    if (outcome != Outcome::absent) {
-        m_retry.ended(outcome == Outcome::came, Clock::real().now());
-    }
     if (--m_running == 0) {
-        m_transfers = {};
+        settleWaits();
     }
     const Fetched done = wanted.done; // it may end this
     done(outcome, std::move(picture));
+}
+
+// However many requests a server left unanswered: it counts once.
+void SharpFiles::settleWaits() {
+    for (std::size_t server = 0; server < m_transfers.size(); ++server) {
+        if (const auto transfer = std::exchange(m_transfers[server], nullptr)) {
+            m_waits[server].ended(!transfer->hasGivenUp(), Clock::real().now());
+        }
+    }
 }
 
 } // namespace raincast

@@ -76,8 +76,13 @@ bool SharpLayers::follow(
         const Group::Key key{
             described ? described->cacheKey() : 0, detail, onTopo ? 0 : lettersDetail};
         if (key != group->key) {
+            // A coarser one of the same does until the finer comes.
+            const bool standsIn =
+                key.described == group->key.described && key.detail > group->key.detail;
+            const DetailedBitmap before = standsIn ? group->picture : nullptr;
             *group = {};
             group->key = key;
+            group->picture = before;
             begin(*group, scene, onTopo);
         }
         coming = follow(*group, queue) || coming;
@@ -144,6 +149,19 @@ void SharpLayers::compose(Group& group) {
             m_changed();
         }
     );
+}
+
+void SharpLayers::beginAnew() {
+    for (Group* const group : {&m_ground, &m_overlay}) {
+        for (auto& record : group->records) {
+            const bool isNothing = record->detail == 1;
+            SharpRecord next{record->source, 0, record->detail};
+            next.state = isNothing ? State::settled : State::unknown;
+            record = std::make_shared<SharpRecord>(std::move(next));
+        }
+        group->isComposed = group->isComposing = false;
+        group->background.reset();
+    }
 }
 
 void SharpLayers::release() {

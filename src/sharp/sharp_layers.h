@@ -23,6 +23,8 @@ public:
     bool follow(const RadarScene& scene, int detail, int lettersDetail, SharpQueue& queue);
 
     void release();
+    /// The queue has ended: what was begun begins anew, and what is there stays until then.
+    void beginAnew();
 
     /// The finest that there is.
     [[nodiscard]] int detail() const;

@@ -21,6 +21,7 @@ public:
     [[nodiscard]] explicit operator bool() const { return m_detail > 1; }
     /// 2 or 4; 1 of none.
     [[nodiscard]] int detail() const { return m_detail; }
+    [[nodiscard]] bool isPacked() const { return !m_packed.isEmpty(); }
     /// The picture itself; unpacking one of x4 takes some milliseconds. Null of none, or when there
     /// is no memory for it.
     [[nodiscard]] DetailedBitmap unpacked() const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sharp/sharp_pictures.h"
 
+#include "core/clock.h"
 #include "radar/cache.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
@@ -18,6 +19,9 @@ namespace {
 bool isDescribedSize(const Bitmap& picture) {
     return picture && picture->size() == QSize(kRadarImageWidth, kRadarImageHeight);
 }
+
+// A minute for the server to make others, and one for the clocks.
+constexpr FileTime kFreshWarnings = 2 * kFileTimePerMinute;
 
 /// A part of a GIF would show as a frame with a dark lower half.
 const FileKind kWholeGif{kGifFile.name, kGifFile.tellingBytes, kGifFile.isOne, true};
@@ -45,40 +49,68 @@ SharpPictures::SharpPictures(Changed changed)
     : m_changed(std::move(changed)), m_layers([this] { m_changed(true); }) {}
 
 void SharpPictures::follow(const RadarScene& scene, const Wish& wish) {
-    use(wish.detail);
-    m_coming = false;
+    use(wish.detail, scene.state);
+    m_coming = m_loopComing = false;
     if (wish.detail == 1 || !wish.inView || scene.state.cacheFolder.isEmpty()) {
         return;
     }
     if (!m_queue || m_queue->servers() != scene.servers) {
-        release(); // what the other queue had begun does not come any more
-        m_queue = std::make_unique<SharpQueue>(scene.downloads, scene.servers, [this](bool came) {
-            m_changed(came);
-        });
+        const bool isOther = m_queue != nullptr;
+        endQueue();
+        m_known = isOther ? SharpServers() : m_known;
+        m_queue = std::make_unique<SharpQueue>(
+            scene.downloads, scene.servers, m_known, [this](bool came) { m_changed(came); }
+        );
     }
-    takeFrames(scene.state);
-    takeWarnings(scene.state);
     m_coming = m_queue->begin(onScreen(scene.state), wish.mayFetch);
     if (wish.mayFetch) {
         m_coming = m_layers.follow(scene, wish.detail, wish.lettersDetail, *m_queue) || m_coming;
     }
-    m_queue->begin(loop(scene.state), wish.mayFetch && !m_coming);
+    m_loopComing = m_queue->begin(loop(scene.state), wish.mayFetch);
 }
 
 void SharpPictures::release() {
     m_queue.reset();
     m_frames.clear();
     m_warnings.reset();
+    m_describedWarnings.reset();
     m_layers.release();
     m_unpacked = {};
     m_unpackedKey = 0;
-    m_coming = false;
+    m_coming = m_loopComing = false;
 }
 
-void SharpPictures::use(int detail) {
-    if (std::exchange(m_detail, detail) != detail) {
-        release();
+void SharpPictures::use(int detail, const RadarState& state) {
+    useDetail(detail);
+    if (detail > 1 && !state.cacheFolder.isEmpty()) {
+        takeFrames(state);
+        takeWarnings(state);
     }
+}
+
+void SharpPictures::useDetail(int detail) {
+    const int before = std::exchange(m_detail, detail);
+    if (before > detail) {
+        release();
+    } else if (before < detail) {
+        endQueue();
+    }
+}
+
+// What it has begun does not come any more: all begins anew, with what is there already.
+void SharpPictures::endQueue() {
+    m_queue.reset();
+    const auto begunAnew = [this](const Pointer& record) {
+        SharpRecord next = *record;
+        next.detail = m_detail;
+        next.state = SharpRecord::State::unknown;
+        return std::make_shared<SharpRecord>(std::move(next));
+    };
+    for (auto& [file, record] : m_frames) {
+        record = begunAnew(record);
+    }
+    m_warnings = m_warnings ? begunAnew(m_warnings) : nullptr;
+    m_layers.beginAnew();
 }
 
 void SharpPictures::tryAgain() {
@@ -108,15 +140,24 @@ void SharpPictures::takeWarnings(const RadarState& state) {
     const Bitmap& picture = state.warnings.picture;
     if (warningsUse(state) != WarningsUse::drawn || !isDescribedSize(picture)) {
         m_warnings.reset();
-    } else if (!m_warnings || m_warnings->key != picture->cacheKey()) {
+        return;
+    }
+    const bool isKnown = m_warnings && m_warnings->key == picture->cacheKey();
+    if (!isKnown && m_warnings && *m_describedWarnings == *picture) {
+        m_warnings->key = picture->cacheKey(); // fetched again, and as before
+    } else if (!isKnown) {
         const QString range = ProductRange(state.product).toString();
         const QString folder = siteCacheFolder(state.cacheRoot(), state.siteId);
         SharpSource source{
             warningsPath(state.siteId, range), folder + u'/' + warningsFileName(state.siteId),
             kWholeGif};
-        source.use = SharpSource::Use::layer;
+        source.use = SharpSource::Use::warnings;
         m_warnings = makeRecord(std::move(source), picture, m_detail);
     }
+    m_describedWarnings = picture;
+    // The server has those of now. They would contradict the list and the frame of an hour ago.
+    const FileTime age = Clock::current().now() - state.warnings.fetched;
+    m_warnings->mayFetch = 0 <= age && age <= kFreshWarnings;
 }
 
 // The frame and its warnings.
@@ -164,6 +205,14 @@ DetailedBitmap SharpPictures::frame(const RadarFrame& described) {
         m_unpackedKey = found->second->key;
     }
     return m_unpacked ? m_unpacked : described.bitmap;
+}
+
+qint64 SharpPictures::keyOf(const RadarFrame& described) const {
+    const auto found = m_frames.find(described.path);
+    const bool isPacked = described.bitmap && found != m_frames.end() &&
+                          found->second->key == described.bitmap->cacheKey() &&
+                          found->second->picture.isPacked();
+    return isPacked ? ~found->second->key : 0; // no picture's own key is negative
 }
 
 DetailedBitmap SharpPictures::warnings(const Bitmap& described) const {

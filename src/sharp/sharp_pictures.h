@@ -37,8 +37,11 @@ public:
     /// Ends all that runs, and forgets all pictures.
     void release();
 
-    /// Forgets pictures of another detail.
-    void use(int detail);
+    /// Prepares for drawing a state at a detail. With another one than before all begins anew;
+    /// coarser pictures stay until finer ones come.
+    void use(int detail, const RadarState& state);
+    /// The detail in use.
+    [[nodiscard]] int wanted() const { return m_detail; }
 
     /// The network is known to be there.
     void tryAgain();
@@ -48,16 +51,23 @@ public:
 
     /// What is to be drawn in a described picture's place; that one where there is none.
     [[nodiscard]] DetailedBitmap frame(const RadarFrame& described);
+    /// A number that tells what frame() gives from all others, where that is unpacked anew each
+    /// time; 0 elsewhere.
+    [[nodiscard]] qint64 keyOf(const RadarFrame& described) const;
     [[nodiscard]] DetailedBitmap warnings(const Bitmap& described) const;
     [[nodiscard]] DetailedBitmap ground(const Bitmap& described) const;
     [[nodiscard]] DetailedBitmap overlay(const Bitmap& described) const;
 
     /// Whether something of what is on the screen may still come soon.
     [[nodiscard]] bool coming() const { return m_coming; }
+    /// The same of any frame of the loop.
+    [[nodiscard]] bool loopComing() const { return m_coming || m_loopComing; }
 
 private:
     using Pointer = std::shared_ptr<SharpRecord>;
 
+    void useDetail(int detail);
+    void endQueue();
     void takeFrames(const RadarState& state);
     void takeWarnings(const RadarState& state);
     [[nodiscard]] SharpRecords onScreen(const RadarState& state) const;
@@ -65,11 +75,14 @@ private:
 
     Changed m_changed;
     int m_detail = 1;
+    SharpServers m_known;
     std::unique_ptr<SharpQueue> m_queue; ///< while something is wanted
     std::map<QString, Pointer> m_frames; ///< by the described files
     Pointer m_warnings;
+    Bitmap m_describedWarnings; ///< that m_warnings are of
     SharpLayers m_layers;
     bool m_coming = false;
+    bool m_loopComing = false;
     qint64 m_unpackedKey = 0; ///< of the described frame
     DetailedBitmap m_unpacked;
 };

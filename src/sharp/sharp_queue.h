@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/retry_wait.h"
 #include "sharp/sharp_files.h"
 #include "sharp/sharp_picture.h"
 
@@ -24,6 +25,9 @@ struct SharpRecord {
     int detail = 2; ///< that is wanted
     State state = State::unknown;
     SharpPicture picture{};
+    bool mayFetch = true; ///< otherwise the cache alone is looked at
+    RetryWait wait{};     ///< after a failure
+    int failedIn = -1;    ///< the queue's round
 };
 using SharpRecords = std::vector<std::shared_ptr<SharpRecord>>;
 
@@ -33,25 +37,31 @@ public:
     /// `changed` is called, from the event loop, when a record has changed; `came`: it has a
     /// picture.
     using Changed = std::function<void(bool came)>;
-    SharpQueue(Downloads& downloads, const RadarServers& servers, Changed changed);
+    SharpQueue(
+        Downloads& downloads, const RadarServers& servers, SharpServers& known, Changed changed
+    );
 
     /// Begins with what records lack, as far as there is room. What nobody holds any more comes and
-    /// is dropped. Returns whether something may still come soon.
+    /// is dropped. Returns whether something may still come soon: not what a server fails to give.
     bool begin(const SharpRecords& records, bool mayFetch);
 
-    void tryAgain() { m_files.tryAgain(); }
+    /// Ends all waits: the network is known to be there.
+    void tryAgain();
     [[nodiscard]] const RadarServers& servers() const { return m_files.servers(); }
 
 private:
     using Weak = std::weak_ptr<SharpRecord>;
 
+    [[nodiscard]] bool mayFetch(const SharpRecord& record) const;
     void look(const std::shared_ptr<SharpRecord>& record);
     void fetch(const std::shared_ptr<SharpRecord>& record);
     void ended(const Weak& weak, SharpRecord::State state, SharpPicture picture);
 
     SharpFiles m_files;
     Changed m_changed;
-    int m_running = 0;
+    int m_looking = 0;
+    int m_fetching = 0;
+    int m_round = 0; ///< rises when waits end
 };
 
 } // namespace raincast

@@ -129,7 +129,9 @@ bool CItemWeather::Write(CSerialWriter& writer) const {
 }
 
 void CItemWeather::draw(QPainter& painter) {
-    m_sharp.use(wantedDetail());
+    if (!drawsAs()) {
+        m_sharp.use(wantedDetail(), m_state);
+    }
     m_stack.setLayers(layersToDraw());
     m_stack.draw(painter, area(), view());
     const int linesAbove = linesHeight(painter.fontMetrics());
@@ -143,19 +145,31 @@ void CItemWeather::draw(QPainter& painter) {
     drawProgress(painter, area(), done, wanted);
     m_player.itemDrawn();
     m_loading->loadOthers();
-    followSharp();
+    if (!drawsAs()) {
+        followSharp();
+    }
 }
 
 LayerStack::Layers CItemWeather::layersToDraw() {
     const Basemaps& maps = m_loading->basemaps();
-    const bool warns = warningsUse(m_state) == WarningsUse::drawn;
+    const Bitmap warnings =
+        warningsUse(m_state) == WarningsUse::drawn ? m_state.warnings.picture : nullptr;
+    if (wantedDetail() != m_sharp.wanted()) { // a loop is saved as it looked when that began
+        return {imageSize(), maps.topo, m_state.current.bitmap, maps.overlay, warnings};
+    }
     return {
         imageSize(),
         m_sharp.ground(maps.topo),
         m_sharp.frame(m_state.current),
         m_sharp.overlay(maps.overlay),
-        m_sharp.warnings(warns ? m_state.warnings.picture : nullptr),
-        m_sharp.detail()};
+        m_sharp.warnings(warnings),
+        m_sharp.detail(),
+        m_sharp.keyOf(m_state.current)};
+}
+
+DetailedBitmap CItemWeather::shownEchoes() {
+    return wantedDetail() == m_sharp.wanted() ? m_sharp.frame(m_state.current)
+                                              : DetailedBitmap(m_state.current.bitmap);
 }
 
 double CItemWeather::pixelRatio() const {
@@ -164,7 +178,8 @@ double CItemWeather::pixelRatio() const {
 }
 
 int CItemWeather::wantedDetail() const {
-    return DetailSetting::automatic() ? raincast::wantedDetail(view(), area().size()) : 1;
+    return DetailSetting::automatic() ? raincast::wantedDetail(view(), rectangle().toRect().size())
+                                      : 1;
 }
 
 // Sharp pictures wait until nothing else is loaded.
@@ -176,7 +191,7 @@ void CItemWeather::followSharp() {
     const QRect seen = LayerStack::imageArea(area(), view(), imageSize());
     m_sharp.follow(
         m_loading->presentScene(),
-        {detail, lettersDetail(detail, pixelRatio()), !seen.isEmpty(), !m_loading->running()}
+        {detail, lettersDetail(detail, pixelRatio()), !seen.isEmpty(), !m_loading->pictureComing()}
     );
 }
 
@@ -437,8 +452,14 @@ void CItemWeather::Tick() {
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;
     if (!onScreen) {
         m_player.loop().stopClock();
+        if (m_sharp.detail() > 1) {
+            m_stack.release();
+        }
         m_sharp.release();
         return;
+    }
+    if (wantedDetail() != m_sharp.wanted()) {
+        invalidate(); // the setting has changed
     }
     followSharp();
     const Reading::Held held = m_reading->holdFrame();

@@ -110,6 +110,8 @@ public:
     [[nodiscard]] bool pictureComing() const;
     /// Whether what is on the screen may soon be there with more pixels.
     [[nodiscard]] bool sharpComing() const { return m_sharp.coming(); }
+    /// The same of any frame of the loop.
+    [[nodiscard]] bool sharpLoopComing() const { return m_sharp.loopComing(); }
 
 protected:
     [[nodiscard]] QSize imageSize() const override {
@@ -138,6 +140,7 @@ private:
     [[nodiscard]] double pixelRatio() const;
     [[nodiscard]] int wantedDetail() const;
     [[nodiscard]] LayerStack::Layers layersToDraw();
+    [[nodiscard]] DetailedBitmap shownEchoes();
     void followSharp();
 
     RadarState m_state;

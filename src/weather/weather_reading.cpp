@@ -42,7 +42,7 @@ RadarSight CItemWeather::Reading::sight() const {
     RadarSight sight(MapSight{m_item.area(), m_item.view(), m_item.geoReference()});
     sight.placed = m_item.placed();
     sight.product = productOf(state.product);
-    sight.frame = m_item.m_sharp.frame(state.current);
+    sight.frame = m_item.shownEchoes();
     sight.now = Clock::current().now();
     sight.hasPicture = m_item.shownFrame() != nullptr;
     if (sight.frame) {

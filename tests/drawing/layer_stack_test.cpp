@@ -273,6 +273,36 @@ TEST(LayerStackTest, AFinerFrameTakesThePlaceOfABlownUpOne) {
     }
 }
 
+TEST(LayerStackTest, EchoesThatAreMadeAnewAreKnownByTheirKey) {
+    const QRect page(0, 0, 100, 80);
+    const ViewTransform view(-2, {3, 4});
+    LayerStack stack;
+    LayerStack::Layers layers{kImage, ground(), nullptr, overlay()};
+    for (const int offset : {0, 1, 0, 2, 1}) {
+        layers.echoes = {finePattern(4, 1, offset), 4};
+        layers.echoesKey = -1 - offset;
+        stack.setLayers(layers);
+        EXPECT_EQ(
+            drawn(stack, page.size(), page, view),
+            expectedFine(layers, page.size(), -2, view.origin())
+        ) << offset;
+    }
+}
+
+TEST(LayerStackTest, WhatIsReleasedIsDrawnAgain) {
+    const QRect page(QPoint(0, 0), kImage);
+    const LayerStack::Layers layers{kImage, ground(), echoes(1), overlay()};
+    LayerStack stack;
+    stack.setLayers(layers);
+    const QImage before = drawn(stack, kImage, page, ViewTransform());
+    const auto users = layers.ground.bitmap.use_count();
+    stack.release();
+    EXPECT_LT(layers.ground.bitmap.use_count(), users);
+    EXPECT_NE(drawn(stack, kImage, page, ViewTransform()), before);
+    stack.setLayers(layers);
+    EXPECT_EQ(drawn(stack, kImage, page, ViewTransform()), before);
+}
+
 TEST(LayerStackTest, ASharpEchoOf32BitsIsDrawnToo) {
     LayerStack::Layers layers{kImage, ground(), {finePattern(2, 1, 0), 2}, nullptr};
     layers.echoes->convertTo(QImage::Format_RGB32);

@@ -20,6 +20,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <optional>
 
 namespace raincast {
@@ -43,13 +44,17 @@ protected:
     };
 
     /// The cache has the described picture.
-    SharpSource source(const QString& path) {
+    SharpSource source(const QString& path) const {
         const QString file = m_folder.filePath("MUX/" + QFileInfo(path).fileName());
         EXPECT_TRUE(QDir().mkpath(QFileInfo(file).path()));
         if (!QFileInfo::exists(file)) {
             writeFile(file, test::columnGif(200));
         }
-        return {path, file, kWholeGif};
+        SharpSource source{path, file, kWholeGif};
+        if (path == kTopo) {
+            source.use = SharpSource::Use::layer;
+        }
+        return source;
     }
     Came fetch(const QString& path, int detail, int above = 1) {
         std::optional<Came> came;
@@ -79,7 +84,8 @@ protected:
     QTemporaryDir m_folder;
     HttpServer m_server;
     Transfers m_transfers;
-    SharpFiles m_files{m_transfers.downloads(), {m_server.host(), m_server.host()}};
+    SharpServers m_known;
+    SharpFiles m_files{m_transfers.downloads(), {m_server.host(), m_server.host()}, m_known};
 };
 
 using Outcome = SharpFiles::Outcome;
@@ -137,12 +143,32 @@ TEST_F(SharpFilesTest, AServerWithoutAnyIsAskedForTwoPictures) {
     EXPECT_EQ(fetch(kOther, 2).outcome, Outcome::absent);
     EXPECT_EQ(m_server.count(), 2);
     // Another object of the same run knows as much.
-    SharpFiles others(m_transfers.downloads(), m_files.servers());
+    SharpServers nothing;
+    SharpFiles others(m_transfers.downloads(), m_files.servers(), nothing);
     bool ended = false;
     others.fetch(source(kOther), 2, 1, [&ended](Outcome, const SharpPicture&) { ended = true; });
     EXPECT_TRUE(m_transfers.loop().until([&ended] { return ended; }));
     EXPECT_EQ(m_server.count(), 2);
-    EXPECT_TRUE(m_files.mayFetch());
+    EXPECT_TRUE(m_files.mayFetchFrom(SharpSource::Server::radar));
+}
+
+// Yesterday's frames are gone from the server when the viewer starts.
+TEST_F(SharpFilesTest, OldFramesThatAServerLacksDoNotSpeakForItsOthers) {
+    const QString third = "/ridge/RadarImg/N0R/MUX/MUX_20190519_0534_N0R.gif";
+    EXPECT_EQ(fetch(kPath, 2).outcome, Outcome::absent);
+    EXPECT_EQ(fetch(kOther, 2).outcome, Outcome::absent);
+    serve(third, 2, test::sharpColumnGif(2, 401));
+    EXPECT_EQ(fetch(third, 2).outcome, Outcome::came);
+}
+
+TEST_F(SharpFilesTest, WhatTheCacheHasTellsThatTheServerHasSome) {
+    serve(kPath, 2, test::sharpColumnGif(2, 401));
+    EXPECT_EQ(fetch(kPath, 2).outcome, Outcome::came);
+    m_known = {};
+    EXPECT_TRUE(look(kPath, 2));
+    EXPECT_EQ(fetch(kTopo, 2).outcome, Outcome::absent);
+    serve(kOther, 2, test::sharpColumnGif(2, 401));
+    EXPECT_EQ(fetch(kOther, 2).outcome, Outcome::came);
 }
 
 TEST_F(SharpFilesTest, AServerThatLacksSomeIsAskedForOthers) {
@@ -160,7 +186,8 @@ TEST_F(SharpFilesTest, APictureOfAnotherSizeIsAsGoodAsNone) {
         makeGif({.screen = {1200, 1100}, .place = {0, 0}, .image = {8, 8}}), QByteArray("GIF89a")};
     for (const QByteArray& bytes : wrong) {
         Transfers transfers;
-        SharpFiles files(transfers.downloads(), m_files.servers());
+        SharpServers known;
+        SharpFiles files(transfers.downloads(), m_files.servers(), known);
         serve(kPath, 2, bytes);
         const int before = m_server.count();
         for (int i = 0; i < 2; ++i) {
@@ -177,28 +204,58 @@ TEST_F(SharpFilesTest, APictureOfAnotherSizeIsAsGoodAsNone) {
     }
 }
 
-TEST_F(SharpFilesTest, AfterAFailureItWaits) {
-    m_server.serve(onServer(kPath, 2), "busy", 503);
-    EXPECT_EQ(fetch(kPath, 2).outcome, Outcome::failed);
-    EXPECT_FALSE(m_files.mayFetch());
+TEST_F(SharpFilesTest, AServerThatDoesNotAnswerIsLeftAloneForAWhile) {
+    FaultServer server(answers::silence());
+    ScopedHttp::waitBriefly();
+    SharpFiles files(m_transfers.downloads(), {server.host(), m_server.host()}, m_known);
+    int ended = 0;
+    for (const QString& path : {kPath, kOther, kTopo}) {
+        files.fetch(source(path), 2, 1, [&ended](Outcome is, const SharpPicture&) {
+            EXPECT_EQ(is, Outcome::failed);
+            ++ended;
+        });
+    }
+    EXPECT_TRUE(m_transfers.loop().until([&ended] { return ended == 3; }));
+    EXPECT_FALSE(files.mayFetchFrom(SharpSource::Server::radar));
+    EXPECT_TRUE(files.mayFetchFrom(SharpSource::Server::basemap));
     m_clock.advance(29 * kFileTimePerSecond);
-    EXPECT_FALSE(m_files.mayFetch());
+    EXPECT_FALSE(files.mayFetchFrom(SharpSource::Server::radar));
     m_clock.advance(kFileTimePerSecond);
-    EXPECT_TRUE(m_files.mayFetch());
-    serve(kPath, 2, test::sharpColumnGif(2, 401));
-    EXPECT_EQ(fetch(kPath, 2).outcome, Outcome::came);
+    EXPECT_TRUE(files.mayFetchFrom(SharpSource::Server::radar)) << "three at once count once";
+    m_clock.advance(-20 * kFileTimePerSecond);
+    EXPECT_FALSE(files.mayFetchFrom(SharpSource::Server::radar));
+    files.tryAgain();
+    EXPECT_TRUE(files.mayFetchFrom(SharpSource::Server::radar));
+}
 
-    m_server.serve(onServer(kOther, 2), "busy", 503);
-    EXPECT_EQ(fetch(kOther, 2).outcome, Outcome::failed);
-    EXPECT_FALSE(m_files.mayFetch());
-    m_files.tryAgain();
-    EXPECT_TRUE(m_files.mayFetch());
+// The frame gets other bytes while its sharp picture is under way.
+TEST_F(SharpFilesTest, APictureOfBytesOfBeforeIsNotKept) {
+    const SharpSource described = source(kPath);
+    std::atomic<bool> go = false;
+    m_server.handle(onServer(kPath, 2), [&go](const auto&) {
+        go.wait(false);
+        return HttpServer::Response{200, test::sharpColumnGif(2, 401), "image/gif", {}};
+    });
+    std::optional<Outcome> outcome;
+    m_files.fetch(described, 2, 1, [&](Outcome is, const SharpPicture&) { outcome = is; });
+    EXPECT_TRUE(m_transfers.loop().until([&] { return m_server.count() == 1; }));
+    QFile file(described.file);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(
+        QFileInfo(file).lastModified().addSecs(60), QFileDevice::FileModificationTime
+    ));
+    file.close();
+    go = true;
+    go.notify_all();
+    EXPECT_TRUE(m_transfers.loop().until([&] { return outcome.has_value(); }));
+    EXPECT_FALSE(look(kPath, 2));
+    EXPECT_FALSE(QFileInfo::exists(this->file(kPath, 2)));
 }
 
 TEST_F(SharpFilesTest, ACutPictureIsNotTaken) {
     const QByteArray whole = test::sharpColumnGif(2, 401);
     FaultServer server(answers::cut(whole, whole.size() / 2));
-    SharpFiles files(m_transfers.downloads(), {server.host(), server.host()});
+    SharpFiles files(m_transfers.downloads(), {server.host(), server.host()}, m_known);
     std::optional<Outcome> outcome;
     files.fetch(source(kPath), 2, 1, [&](Outcome is, const SharpPicture&) { outcome = is; });
     EXPECT_TRUE(m_transfers.loop().until([&] { return outcome.has_value(); }));
@@ -226,23 +283,28 @@ TEST_F(SharpFilesTest, AFileInTheWayOfTheFolderIsAFailure) {
 }
 
 TEST_F(SharpFilesTest, ItsEndCancelsWhatRuns) {
-    FaultServer server([](FaultConnection& connection) { connection.waitForEnd(); });
+    std::atomic<bool> hasGone = false;
+    FaultServer server([&hasGone](FaultConnection& connection) {
+        connection.waitForEnd();
+        hasGone = true;
+    });
     auto files = std::make_unique<SharpFiles>(
-        m_transfers.downloads(), RadarServers{server.host(), server.host()}
+        m_transfers.downloads(), RadarServers{server.host(), server.host()}, m_known
     );
     bool ended = false;
     files->fetch(source(kPath), 2, 1, [&ended](Outcome, const SharpPicture&) { ended = true; });
-    EXPECT_TRUE(m_transfers.loop().until([&server] { return server.connections() == 1; }));
+    EXPECT_TRUE(m_transfers.loop().until([&server] { return server.requests().size() == 1; }));
     files.reset();
-    m_transfers.loop().drain();
+    EXPECT_TRUE(m_transfers.loop().until([&hasGone] { return hasGone.load(); }));
     EXPECT_FALSE(ended);
 }
 
 TEST_F(SharpFilesTest, OneAtATimeUntilSomethingCame) {
-    EXPECT_EQ(m_files.mostAtATime(), 1);
+    EXPECT_EQ(m_files.mostAtATime(source(kPath), 2), 1);
     serve(kPath, 2, test::sharpColumnGif(2, 401));
     EXPECT_EQ(fetch(kPath, 2).outcome, Outcome::came);
-    EXPECT_GT(m_files.mostAtATime(), 1);
+    EXPECT_GT(m_files.mostAtATime(source(kPath), 2), 1);
+    EXPECT_EQ(m_files.mostAtATime(source(kPath), 4), 1);
 }
 
 } // namespace

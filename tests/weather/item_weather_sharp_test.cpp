@@ -6,12 +6,13 @@
 #include "support/files.h"
 #include "support/full_disk.h"
 #include "support/gif_maker.h"
+#include "weather/storage.h"
 #include "weather_page.h"
 
 #include <QFileInfo>
 
 #include <atomic>
-#include <thread>
+#include <memory>
 
 namespace raincast {
 namespace {
@@ -49,6 +50,10 @@ protected:
         }
         test::settle();
     }
+    /// Whether the screen has two device pixels for one, so that letters are of another size.
+    [[nodiscard]] bool isFine() const { return m_window.devicePixelRatioF() >= 1.5; }
+    /// How many layers are there in the size of the zoom.
+    [[nodiscard]] int layers() const { return isFine() ? 4 : 5; }
     /// To where the layers have their columns.
     void goWest() {
         while (m_item->view().origin().column > 0) {
@@ -174,13 +179,13 @@ TEST_F(ItemWeatherSharpTest, TheFrameComesFirstThenItsLayers) {
     publishSharp(2);
     showAt(-1);
     const QStringList asked = sharpRequests();
-    ASSERT_EQ(asked.size(), 6) << asked.join(' ').toStdString();
+    ASSERT_EQ(asked.size(), 1 + layers()) << asked.join(' ').toStdString();
     EXPECT_EQ(asked[0], "/ridge/x2/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif");
     EXPECT_EQ(asked.count("/ridge/x2/Overlays/Topo/Short/MUX_Topo_Short.jpg"), 1);
     EXPECT_EQ(asked.count("/ridge/x2/Overlays/Rivers/Short/MUX_Rivers_Short.gif"), 1);
     EXPECT_EQ(asked.count("/ridge/x2/Overlays/Highways/Short/MUX_Highways_Short.gif"), 1);
     EXPECT_EQ(asked.count("/weather_radar/x2/basemaps/MUX_County_Short.gif"), 1);
-    EXPECT_EQ(sharpFiles("x2").size(), 6);
+    EXPECT_EQ(sharpFiles("x2").size(), 1 + layers());
     // Once is enough.
     for (int i = 0; i < 5; ++i) {
         tick();
@@ -189,21 +194,20 @@ TEST_F(ItemWeatherSharpTest, TheFrameComesFirstThenItsLayers) {
     zoomTo(0);
     zoomTo(-1);
     finishSharp();
-    EXPECT_EQ(sharpRequests().size(), 6);
+    EXPECT_EQ(sharpRequests().size(), 1 + layers());
     EXPECT_EQ(redFrom(2, 405), 1);
 }
 
 TEST_F(ItemWeatherSharpTest, LettersAreNeverSmallerThanOnOtherScreens) {
     publishSharp(2);
     publishSharp(4);
-    const double ratio = m_window.devicePixelRatioF();
     showAt(-1);
     const QString city = "/weather_radar/x2/basemaps/MUX_City_Short.gif";
-    EXPECT_EQ(m_server.count(city), ratio < 1.5 ? 1 : 0) << ratio;
+    EXPECT_EQ(m_server.count(city), isFine() ? 0 : 1);
     zoomTo(-2);
     finishSharp();
     EXPECT_EQ(m_server.count(city), 1);
-    EXPECT_EQ(m_server.count("/weather_radar/x4/basemaps/MUX_City_Short.gif"), ratio < 1.5 ? 1 : 0);
+    EXPECT_EQ(m_server.count("/weather_radar/x4/basemaps/MUX_City_Short.gif"), isFine() ? 0 : 1);
 }
 
 TEST_F(ItemWeatherSharpTest, LayersArePutTogetherOfTheirSharpPictures) {
@@ -211,7 +215,7 @@ TEST_F(ItemWeatherSharpTest, LayersArePutTogetherOfTheirSharpPictures) {
     showAt(-1);
     goWest();
     for (const int column : {21, 41, 61, 81}) {
-        const int width = column == 81 && m_window.devicePixelRatioF() > 1 ? 2 : 1;
+        const int width = column == 81 && isFine() ? 2 : 1;
         EXPECT_EQ(redFrom(2, column - (width - 1)), width) << column;
     }
     const QColor ground(painted().pixel(placeOf(2, 100, 500)));
@@ -243,11 +247,11 @@ TEST_F(ItemWeatherSharpTest, WithAServerThatHasNoneAllStaysAsItIs) {
     EXPECT_EQ(m_item->statusText(), QString());
 }
 
-TEST_F(ItemWeatherSharpTest, AServerThatHasNoneIsAskedForTwoOfEachDetail) {
+TEST_F(ItemWeatherSharpTest, AServerThatHasNoneIsAskedForAFew) {
     showAt(-2, true);
     const auto asked = sharpRequests().size();
-    // Two of counties and cities, too.
-    EXPECT_LE(asked, 8) << sharpRequests().join(' ').toStdString();
+    // Of each detail three frames, a layer, and counties and cities.
+    EXPECT_LE(asked, 2 * (3 + 1 + 2)) << sharpRequests().join(' ').toStdString();
     for (const int zoom : {0, -1, -2}) {
         zoomTo(zoom);
         finishSharp();
@@ -266,7 +270,7 @@ TEST_F(ItemWeatherSharpTest, WhereTheFinestAreMissingTheOthersDo) {
 TEST_F(ItemWeatherSharpTest, TheOthersOfALoopFollow) {
     publishSharp(2);
     showAt(-1, true);
-    awaitFiles("x2", 5 + 3);
+    awaitFiles("x2", layers() + 3);
     EXPECT_EQ(sharpRequests().filter("RadarImg").size(), 3);
     // Each frame is sharp when its turn comes.
     for (int i = 0; i < 3; ++i) {
@@ -281,7 +285,7 @@ TEST_F(ItemWeatherSharpTest, TheOthersOfALoopFollow) {
 TEST_F(ItemWeatherSharpTest, TheFinestFramesArePackedAndDrawnAsWell) {
     publishSharp(4);
     showAt(-2, true);
-    awaitFiles("x4", m_window.devicePixelRatioF() < 1.5 ? 5 + 3 : 4 + 3);
+    awaitFiles("x4", layers() + 3);
     for (int i = 0; i < 3; ++i) {
         ASSERT_TRUE(m_item->command(kStepForward, 0));
         finishSharp();
@@ -315,22 +319,28 @@ TEST_F(ItemWeatherSharpTest, WithTheDescribedSizeOnlyNothingIsAskedFor) {
     DetailSetting::setAutomatic(true);
     finishSharp();
     EXPECT_EQ(redFrom(2, 405), 1);
+    int paintings = 0;
+    watch([&paintings](const QImage&) { ++paintings; });
+    test::settle();
+    paintings = 0;
     DetailSetting::setAutomatic(false);
     tick();
+    EXPECT_GT(paintings, 0) << "the screen is to follow";
     EXPECT_EQ(redFrom(1, 202), 2);
 }
 
 TEST_F(ItemWeatherSharpTest, OfflineTheyComeFromTheCache) {
     publishSharp(2);
     showAt(-1, true);
-    awaitFiles("x2", 5 + 3);
+    awaitFiles("x2", layers() + 3);
     const QImage online = painted();
     restart();
     ServersSetting::set({"127.0.0.1:9", "127.0.0.1:9"});
     const int asked = m_server.count();
     showPage();
+    ASSERT_TRUE(m_item->command(kStepForward, 0)); // between two rounds there is none
     finishSharp();
-    const auto frame = shownFrame();
+    const int frame = shownFrame();
     ASSERT_GE(frame, 0) << m_item->statusText().toStdString();
     EXPECT_EQ(redFrom(2, (200 + frame) * 2 + 1), 1) << frame;
     EXPECT_EQ(m_server.count(), asked);
@@ -395,7 +405,7 @@ TEST_F(ItemWeatherSharpTest, AFrameOfNewBytesGetsItsOwnSharpPicture) {
 TEST_F(ItemWeatherSharpTest, AFrameThatTheServerDropsGoesFromTheCacheInEverySize) {
     publishSharp(2);
     showAt(-1, true);
-    awaitFiles("x2", 5 + 3);
+    awaitFiles("x2", layers() + 3);
     publishFrames({"20190519_0544", "20190519_0554"});
     update();
     EXPECT_EQ(sharpFiles("x2").filter("_2019").size(), 2);
@@ -463,12 +473,11 @@ TEST_F(ItemWeatherSharpTest, OnAFullDiskTheDescribedPictureStays) {
 // A layer that takes its time keeps the others waiting, so that lines and letters never stand in
 // two sizes over each other; the frame does not wait.
 TEST_F(ItemWeatherSharpTest, LayersAreExchangedAsAWhole) {
+    httpLimits().stallTime = std::chrono::seconds(30); // it is to be waited for
     publishSharp(2);
-    std::atomic<bool> go = false;
-    m_server.handle("/weather_radar/x2/basemaps/MUX_County_Short.gif", [&go](const auto&) {
-        while (!go) {
-            std::this_thread::yield();
-        }
+    const auto go = std::make_shared<std::atomic<bool>>(false);
+    m_server.handle("/weather_radar/x2/basemaps/MUX_County_Short.gif", [go](const auto&) {
+        go->wait(false);
         return HttpServer::Response{200, test::sharpColumnGif(2, 61), "image/gif", {}};
     });
     m_item->beginWith({FirstShow::Choice{"MUX", 0}, std::nullopt});
@@ -477,21 +486,26 @@ TEST_F(ItemWeatherSharpTest, LayersAreExchangedAsAWhole) {
     goWest();
     EXPECT_TRUE(QTest::qWaitFor([this] {
         m_item->Tick();
-        return sharpFiles("x2").size() == 5 && redFrom(2, 405) == 1;
+        return sharpFiles("x2").size() == 4 && redFrom(2, 405) == 1;
     }));
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(redFrom(2, 40), 2) << "highways";
         EXPECT_EQ(redFrom(2, 60), 2) << "counties";
         tick();
     }
-    go = true;
+    *go = true;
+    go->notify_all();
     finishSharp();
     EXPECT_EQ(redFrom(2, 41), 1);
     EXPECT_EQ(redFrom(2, 61), 1);
 }
 
 TEST_F(ItemWeatherSharpTest, ZoomedOutAgainWhatRunsIsCancelled) {
-    FaultServer slow([](FaultConnection& connection) { connection.waitForEnd(); });
+    std::atomic<bool> hasGone = false;
+    FaultServer slow([&hasGone](FaultConnection& connection) {
+        connection.waitForEnd();
+        hasGone = true;
+    });
     DetailSetting::setAutomatic(false);
     showAt(-1);
     useFaulty(slow);
@@ -502,6 +516,7 @@ TEST_F(ItemWeatherSharpTest, ZoomedOutAgainWhatRunsIsCancelled) {
     EXPECT_TRUE(m_item->sharpComing());
     zoomTo(0);
     EXPECT_FALSE(m_item->sharpComing());
+    EXPECT_TRUE(QTest::qWaitFor([&hasGone] { return hasGone.load(); }));
 }
 
 TEST_F(ItemWeatherSharpTest, APageThatIsLeftKeepsNoneInMemory) {
@@ -513,7 +528,133 @@ TEST_F(ItemWeatherSharpTest, APageThatIsLeftKeepsNoneInMemory) {
     m_page->activate(m_window, true);
     finishSharp();
     EXPECT_EQ(redFrom(2, 405), 1);
-    EXPECT_EQ(sharpRequests().size(), 6);
+    EXPECT_EQ(sharpRequests().size(), 1 + layers());
+}
+
+TEST_F(ItemWeatherSharpTest, ALayerThatFailsDoesNotHoldBackTheLoop) {
+    const QString county = "/weather_radar/x2/basemaps/MUX_County_Short.gif";
+    publishSharp(2);
+    m_server.serve(county, "busy", 503);
+    showAt(-1, true);
+    awaitFiles("x2", layers() - 1 + 3);
+    EXPECT_EQ(m_server.count(county), 1);
+    // The others are drawn, and the one that failed comes with the next update.
+    goWest();
+    finishSharp();
+    EXPECT_EQ(redFrom(2, 41), 1) << "highways";
+    EXPECT_EQ(redFrom(2, 60), 2) << "counties";
+    m_server.serve(county, test::sharpColumnGif(2, 61));
+    publishFrames(kStamps);
+    update();
+    finishSharp();
+    EXPECT_EQ(redFrom(2, 61), 1) << "counties";
+}
+
+TEST_F(ItemWeatherSharpTest, OneStepFurtherInThePicturesOfBeforeStayUntilTheFinerCome) {
+    publishSharp(2);
+    publishSharp(4);
+    const auto go = std::make_shared<std::atomic<bool>>(false);
+    m_server.handle("/ridge/x4/RadarImg/N0R/MUX/MUX_20190519_0554_N0R.gif", [go](const auto&) {
+        go->wait(false);
+        return HttpServer::Response{200, test::sharpColumnGif(4, 809), "image/gif", {}};
+    });
+    showAt(-1);
+    EXPECT_EQ(redFrom(2, 405), 1);
+    zoomTo(-2);
+    EXPECT_EQ(redFrom(2, 405), 2) << "not blocks of four";
+    *go = true;
+    go->notify_all();
+    finishSharp();
+    EXPECT_EQ(redFrom(4, 809), 1);
+}
+
+const QString kWarningsPath = "/ridge/Warnings/Short/MUX_Warnings_0.gif";
+const QString kSharpWarningsPath = "/ridge/x2/Warnings/Short/MUX_Warnings_0.gif";
+
+TEST_F(ItemWeatherSharpTest, WarningsAreSharpWhileTheyAreThoseOfNow) {
+    m_server.serve(kWarningsPath, test::columnGif(250));
+    m_server.serve(kSharpWarningsPath, test::sharpColumnGif(2, 501));
+    showAt(-1);
+    EXPECT_EQ(redFrom(2, 501), 1);
+    // An hour later the server's would be others than those of the frame and the list.
+    zoomTo(0);
+    QFile::remove(cached("x2/MUX_Warnings_0.gif"));
+    m_clock.advance(20 * kFileTimePerMinute);
+    const int asked = m_server.count(kSharpWarningsPath);
+    zoomTo(-1);
+    finishSharp();
+    EXPECT_EQ(m_server.count(kSharpWarningsPath), asked);
+}
+
+TEST_F(ItemWeatherSharpTest, WarningsThatCameAgainAsTheyWereStaySharp) {
+    m_server.serve(kWarningsPath, test::columnGif(250));
+    m_server.serve(kSharpWarningsPath, test::sharpColumnGif(2, 501));
+    showAt(-1);
+    EXPECT_EQ(redFrom(2, 501), 1);
+    EXPECT_TRUE(m_item->command(kUpdate, 0));
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        EXPECT_EQ(redFrom(2, 501), 1);
+        return !m_item->loading();
+    }));
+    finishSharp();
+    EXPECT_EQ(m_server.count(kSharpWarningsPath), 1);
+    // Others take their place.
+    m_server.serve(kWarningsPath, test::columnGif(260));
+    m_server.serve(kSharpWarningsPath, test::sharpColumnGif(2, 521));
+    update();
+    finishSharp();
+    EXPECT_EQ(redFrom(2, 521), 1);
+}
+
+TEST_F(ItemWeatherSharpTest, APictureAsItLookedBeforeFetchesNothing) {
+    publishSharp(2);
+    showAt(-1, true);
+    awaitFiles("x2", layers() + 3);
+    const CItemMapView::Look look = m_item->look();
+    zoomTo(0);
+    finishSharp();
+    const int asked = m_server.count();
+    QImage saved(kPage, QImage::Format_RGB32);
+    QPainter painter(&saved);
+    m_item->drawAs(look, painter);
+    painter.end();
+    EXPECT_FALSE(m_item->sharpComing());
+    m_item->Tick();
+    EXPECT_EQ(m_server.count(), asked);
+}
+
+TEST_F(ItemWeatherSharpTest, AFrameElsewhereOnTheDiskGetsNoSharpPictureThere) {
+    publishSharp(2);
+    const QString elsewhere = m_folder.filePath("elsewhere/MUX_20190519_0554_N0R.gif");
+    writeFile(elsewhere, test::columnGif(202));
+    showAt(0);
+    auto& state = const_cast<RadarState&>(m_item->state());
+    state.frames.back().path = state.current.path = elsewhere;
+    zoomTo(-1);
+    finishSharp();
+    EXPECT_EQ(sharpRequests().filter("RadarImg"), QStringList());
+    EXPECT_FALSE(QFileInfo::exists(m_folder.filePath("elsewhere/x2")));
+}
+
+TEST_F(ItemWeatherSharpTest, TheCleanUpTakesThemToo) {
+    publishSharp(2);
+    showAt(-1, true);
+    awaitFiles("x2", layers() + 3);
+    const QString root = m_item->state().cacheFolder;
+    const GeoPosition near{37, -121};
+    StorageCleanup cleanup;
+    cleanup.keepNearbyRadar = true;
+    cleanUpCache(root, cleanup, near);
+    EXPECT_EQ(sharpFiles("x2").size(), layers() + 3) << "those nearby stay";
+    cleanup.keepNearbyRadar = false;
+    cleanUpCache(root, cleanup, near);
+    EXPECT_EQ(sharpFiles("x2").size(), layers()) << "those of the radar go";
+    cleanup.basemaps = true;
+    cleanup.keepNearbyBasemaps = false;
+    const auto described = QDir(cached("")).entryList(QDir::Files).size();
+    EXPECT_EQ(countCleanUp(root, cleanup, near).files, described + layers());
+    cleanUpCache(root, cleanup, near);
+    EXPECT_FALSE(QFileInfo::exists(cached("")));
 }
 
 } // namespace
