@@ -119,7 +119,10 @@ void LayerStack::setLayers(const Layers& layers) {
     m_layers = layers;
 }
 
-void LayerStack::release() {
+void LayerStack::releaseFine() {
+    if (finestDetail() == 1) {
+        return;
+    }
     setLayers({});
     useScale({});
     m_echoes.reset();

@@ -48,8 +48,8 @@ public:
 
     void setLayers(const Layers& layers);
 
-    /// Forgets the layers and all that was made of them.
-    void release();
+    /// Forgets the layers and all that was made of them, if some were finer than the image.
+    void releaseFine();
 
     /// Draws the part of the image that `view` places in `area` (page pixels). Without a ground the
     /// image is black under the lines; without lines as well, only echoes and warnings are drawn.

@@ -71,6 +71,8 @@ public:
         }
     }
 
+    /// For want of memory.
+    [[nodiscard]] bool isNull() const { return m_mask.isNull(); }
     /// Not 0 where there is land. Rows are asked for one after the other.
     const uchar* at(int row) {
         const int inBand = row % m_mask.height();
@@ -173,6 +175,9 @@ QImage paintTopo(const MapData& data, const ImageGeometry& geometry) {
     const bool knowsShores = !shores.empty();
     const double down = geometry.degreesPerPixel() * kMetresPerDegree;
     QImage picture(geometry.width(), geometry.height(), QImage::Format_RGB888);
+    if (picture.isNull() || lands.isNull()) {
+        return {}; // no memory
+    }
     for (int row = 0; row < geometry.height(); ++row, heights.next()) {
         const double across = down * std::cos(geometry.latitudeOfRow(row) * kDegree);
         uchar* pixel = picture.scanLine(row);

@@ -220,6 +220,7 @@ async function refresh() {
     use(image, folder() + name);
   }
   const warnings = layers.Warnings[2](site, product === "N0Z" ? "Long" : "Short");
+  lacking.clear(); // what was missing may be there by now
   use(images.Warnings, warnings + "?" + Date.now());
   const read = path => fetch(path).then(answer => answer.ok ? answer.json() : {}).catch(() => ({}));
   const [status, texts] = await Promise.all([read("status"), read(warnings.replace(".gif", ".json"))]);

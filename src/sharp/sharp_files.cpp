@@ -47,18 +47,33 @@ SharpPicture readCached(const SharpSource& source, int detail) {
     return {};
 }
 
+/// What became of a file that came.
+struct Taken {
+    enum class Kind {
+        good,
+        noPicture, ///< of the size
+        outdated,  ///< the described one has other bytes by now, or the file has gone
+    };
+    Kind kind;
+    SharpPicture picture{};
+};
+
 /// Reads a file that came and gives it the time that the described one had when it was asked for.
 /// What is no picture of the size goes again, and what is of other bytes by now.
-SharpPicture takeFetched(const SharpSource& source, const QDateTime& described, int detail) {
+Taken takeFetched(const SharpSource& source, const QDateTime& described, int detail) {
     QFile file(sharpCacheFile(source.file, detail));
-    auto picture = readPicture(file.fileName(), source, detail);
-    const bool stays = picture && QFileInfo(source.file).lastModified() == described &&
-                       file.open(QIODevice::ReadWrite) &&
-                       file.setFileTime(described, QFileDevice::FileModificationTime);
-    if (!stays) {
+    if (QFileInfo(source.file).lastModified() != described) {
         file.remove();
+        return {Taken::Kind::outdated};
     }
-    return picture;
+    auto picture = readPicture(file.fileName(), source, detail);
+    const bool isThere = file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly);
+    if (picture) {
+        static_cast<void>(file.setFileTime(described, QFileDevice::FileModificationTime));
+        return {Taken::Kind::good, std::move(picture)};
+    }
+    file.remove();
+    return {isThere ? Taken::Kind::noPicture : Taken::Kind::outdated};
 }
 
 } // namespace
@@ -147,14 +162,17 @@ void SharpFiles::read(const Wanted& wanted) {
         [source = wanted.source, described = wanted.described, detail = wanted.detail] {
             return takeFetched(source, described, detail);
         },
-        [this, wanted](SharpPicture picture) {
-            if (!picture) {
+        [this, wanted](Taken taken) {
+            if (taken.kind == Taken::Kind::noPicture) {
                 noteAbsent(wanted);
                 fetchNext(wanted);
                 return;
             }
-            m_known.noteSome(sharpRoot(wanted.source.path, wanted.detail));
-            ended(wanted, Outcome::came, std::move(picture));
+            const bool isGood = taken.kind == Taken::Kind::good;
+            if (isGood) {
+                m_known.noteSome(sharpRoot(wanted.source.path, wanted.detail));
+            }
+            ended(wanted, isGood ? Outcome::came : Outcome::failed, std::move(taken.picture));
         }
     );
 }

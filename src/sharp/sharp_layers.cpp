@@ -74,7 +74,9 @@ bool SharpLayers::follow(
         const bool onTopo = group == &m_ground;
         const Bitmap& described = onTopo ? scene.basemaps.topo : scene.basemaps.overlay;
         const Group::Key key{
-            described ? described->cacheKey() : 0, detail, onTopo ? 0 : lettersDetail};
+            described ? described->cacheKey() : 0,
+            siteCacheFolder(scene.state.cacheRoot(), scene.state.siteId), detail,
+            onTopo ? 0 : lettersDetail};
         if (key != group->key) {
             // A coarser one of the same does until the finer comes.
             const bool standsIn =

@@ -38,6 +38,7 @@ private:
         /// Tells when all begins anew.
         struct Key {
             qint64 described = 0;
+            QString folder{}; ///< of the cached files
             int detail = 0;
             int lettersDetail = 0;
 

@@ -55,9 +55,10 @@ void SharpPictures::follow(const RadarScene& scene, const Wish& wish) {
         return;
     }
     if (!m_queue || m_queue->servers() != scene.servers) {
-        const bool isOther = m_queue != nullptr;
         endQueue();
-        m_known = isOther ? SharpServers() : m_known;
+        if (std::exchange(m_knownOf, scene.servers) != scene.servers) {
+            m_known = {};
+        }
         m_queue = std::make_unique<SharpQueue>(
             scene.downloads, scene.servers, m_known, [this](bool came) { m_changed(came); }
         );
@@ -142,16 +143,18 @@ void SharpPictures::takeWarnings(const RadarState& state) {
         m_warnings.reset();
         return;
     }
-    const bool isKnown = m_warnings && m_warnings->key == picture->cacheKey();
-    if (!isKnown && m_warnings && *m_describedWarnings == *picture) {
+    const QString range = ProductRange(state.product).toString();
+    const QString folder = siteCacheFolder(state.cacheRoot(), state.siteId);
+    SharpSource source{
+        warningsPath(state.siteId, range), folder + u'/' + warningsFileName(state.siteId),
+        kWholeGif};
+    source.use = SharpSource::Use::warnings;
+    const bool isOfSame = m_warnings && m_warnings->source.path == source.path &&
+                          m_warnings->source.file == source.file;
+    const bool isKnown = isOfSame && m_warnings->key == picture->cacheKey();
+    if (!isKnown && isOfSame && *m_describedWarnings == *picture) {
         m_warnings->key = picture->cacheKey(); // fetched again, and as before
     } else if (!isKnown) {
-        const QString range = ProductRange(state.product).toString();
-        const QString folder = siteCacheFolder(state.cacheRoot(), state.siteId);
-        SharpSource source{
-            warningsPath(state.siteId, range), folder + u'/' + warningsFileName(state.siteId),
-            kWholeGif};
-        source.use = SharpSource::Use::warnings;
         m_warnings = makeRecord(std::move(source), picture, m_detail);
     }
     m_describedWarnings = picture;

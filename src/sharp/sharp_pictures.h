@@ -76,6 +76,7 @@ private:
     Changed m_changed;
     int m_detail = 1;
     SharpServers m_known;
+    RadarServers m_knownOf;
     std::unique_ptr<SharpQueue> m_queue; ///< while something is wanted
     std::map<QString, Pointer> m_frames; ///< by the described files
     Pointer m_warnings;

@@ -25,7 +25,8 @@ bool SharpQueue::begin(const SharpRecords& records, bool mayFetch) {
     for (const auto& record : records) {
         const bool looks = record->state == State::unknown;
         const bool fetches = mayFetch && record->state == State::notHere && this->mayFetch(*record);
-        coming = coming || looks || fetches || record->state == State::busy;
+        const bool hasFailed = record->failedIn == m_round;
+        coming = coming || ((looks || fetches || record->state == State::busy) && !hasFailed);
         if (looks && m_looking < kMostLooks) {
             look(record);
         } else if (fetches && m_fetching < m_files.mostAtATime(record->source, record->detail)) {

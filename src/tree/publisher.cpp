@@ -42,6 +42,20 @@ bool has(const QString& path, const QByteArray& bytes) {
     return readWhole(path, kMostBytes) == bytes;
 }
 
+/// Removes what this program writes into a folder of frames, and the folder if it is empty then. A
+/// link's target is not ours.
+void removePictures(const QString& name) {
+    QDir folder(name);
+    if (QFileInfo(name).isSymLink() || !folder.exists()) {
+        return;
+    }
+    const QStringList ours{"*.gif", ".*.gif", "*.part"};
+    for (const QString& file : folder.entryList(ours, QDir::Files | QDir::Hidden)) {
+        folder.remove(file);
+    }
+    QDir().rmdir(name);
+}
+
 } // namespace
 
 Publisher::Publisher(const ImageTree& tree, QString folder, const What& what, ServerLog log)
@@ -122,8 +136,15 @@ bool Publisher::put(const std::string& path, Again again) {
         return true;
     }
     const auto answer = m_tree.find(path);
-    // A frame may be gone by the time that its turn comes.
-    return !answer || has(name, answer->body.bytes()) || write(path, answer->body.bytes());
+    if (!answer) {
+        // A frame may be gone by the time that its turn comes, or its product may not have been
+        // found yet. What is not whole must not be taken for it meanwhile.
+        if (QFileInfo::exists(name) && !isPublished(name)) {
+            QFile::remove(name);
+        }
+        return true;
+    }
+    return has(name, answer->body.bytes()) || write(path, answer->body.bytes());
 }
 
 bool Publisher::isChanging(const std::string& path) {
@@ -276,7 +297,8 @@ bool Publisher::publishWarnings(const std::string& path) {
         }
         const std::lock_guard lock(m_warnedMutex);
         const auto known = m_warned.find(path);
-        if (m_isSound && known != m_warned.end() && known->second == madeOf) {
+        if (m_isSound && known != m_warned.end() && known->second == madeOf &&
+            QFileInfo::exists(fileOf(path))) {
             return true;
         }
     }
@@ -325,7 +347,7 @@ void Publisher::remove() {
             QFile::remove(fileOf(path));
         }
         for (const Product product : kAllProducts) {
-            QDir(fileOf(pathHere(pathOf({site.id, product})))).removeRecursively();
+            removePictures(fileOf(pathHere(pathOf({site.id, product}))));
         }
     }
     QFile::remove(fileOf(m_stampFile));

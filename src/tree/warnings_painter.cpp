@@ -90,6 +90,9 @@ std::optional<QByteArray>
 renderWarnings(const ImageGeometry& image, const WeatherWarnings& warnings) {
     IndexedPicture picture(image.detail());
     QImage band(image.width(), rowsOfBand(image), QImage::Format_RGB32);
+    if (band.isNull()) {
+        return std::nullopt; // no memory
+    }
     for (int top = 0; top < image.height(); top += band.height()) {
         band.fill(kTransparentWhite);
         {

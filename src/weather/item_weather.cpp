@@ -452,10 +452,8 @@ void CItemWeather::Tick() {
     const bool onScreen = page() != nullptr && page()->widget() != nullptr;
     if (!onScreen) {
         m_player.loop().stopClock();
-        if (m_sharp.detail() > 1) {
-            m_stack.release();
-        }
         m_sharp.release();
+        m_stack.releaseFine();
         return;
     }
     if (wantedDetail() != m_sharp.wanted()) {

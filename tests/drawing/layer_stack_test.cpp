@@ -289,18 +289,20 @@ TEST(LayerStackTest, EchoesThatAreMadeAnewAreKnownByTheirKey) {
     }
 }
 
-TEST(LayerStackTest, WhatIsReleasedIsDrawnAgain) {
+TEST(LayerStackTest, FineLayersAreReleasedOthersStay) {
     const QRect page(QPoint(0, 0), kImage);
-    const LayerStack::Layers layers{kImage, ground(), echoes(1), overlay()};
-    LayerStack stack;
-    stack.setLayers(layers);
-    const QImage before = drawn(stack, kImage, page, ViewTransform());
-    const auto users = layers.ground.bitmap.use_count();
-    stack.release();
-    EXPECT_LT(layers.ground.bitmap.use_count(), users);
-    EXPECT_NE(drawn(stack, kImage, page, ViewTransform()), before);
-    stack.setLayers(layers);
-    EXPECT_EQ(drawn(stack, kImage, page, ViewTransform()), before);
+    const ViewTransform view(-1, {});
+    for (const int detail : {1, 2}) {
+        const LayerStack::Layers layers{kImage, {fineGround(detail), detail}, echoes(1), overlay()};
+        LayerStack stack;
+        stack.setLayers(layers);
+        const QImage before = drawn(stack, kImage, page, view);
+        const auto users = layers.ground.bitmap.use_count();
+        stack.releaseFine();
+        EXPECT_EQ(layers.ground.bitmap.use_count(), detail > 1 ? users - 1 : users);
+        stack.setLayers(layers);
+        EXPECT_EQ(drawn(stack, kImage, page, view), before);
+    }
 }
 
 TEST(LayerStackTest, ASharpEchoOf32BitsIsDrawnToo) {

@@ -231,25 +231,29 @@ TEST_F(SharpFilesTest, AServerThatDoesNotAnswerIsLeftAloneForAWhile) {
 // The frame gets other bytes while its sharp picture is under way.
 TEST_F(SharpFilesTest, APictureOfBytesOfBeforeIsNotKept) {
     const SharpSource described = source(kPath);
-    std::atomic<bool> go = false;
-    m_server.handle(onServer(kPath, 2), [&go](const auto&) {
-        go.wait(false);
+    const auto go = std::make_shared<std::atomic<bool>>(false);
+    m_server.handle(onServer(kPath, 2), [go](const auto&) {
+        go->wait(false);
         return HttpServer::Response{200, test::sharpColumnGif(2, 401), "image/gif", {}};
     });
     std::optional<Outcome> outcome;
     m_files.fetch(described, 2, 1, [&](Outcome is, const SharpPicture&) { outcome = is; });
     EXPECT_TRUE(m_transfers.loop().until([&] { return m_server.count() == 1; }));
     QFile file(described.file);
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.setFileTime(
-        QFileInfo(file).lastModified().addSecs(60), QFileDevice::FileModificationTime
-    ));
+    EXPECT_TRUE(
+        file.open(QIODevice::ReadWrite) &&
+        file.setFileTime(
+            QFileInfo(file).lastModified().addSecs(60), QFileDevice::FileModificationTime
+        )
+    );
     file.close();
-    go = true;
-    go.notify_all();
+    *go = true;
+    go->notify_all();
     EXPECT_TRUE(m_transfers.loop().until([&] { return outcome.has_value(); }));
+    EXPECT_EQ(outcome, Outcome::failed);
     EXPECT_FALSE(look(kPath, 2));
     EXPECT_FALSE(QFileInfo::exists(this->file(kPath, 2)));
+    EXPECT_EQ(fetch(kPath, 2).outcome, Outcome::came) << "it is asked for again";
 }
 
 TEST_F(SharpFilesTest, ACutPictureIsNotTaken) {

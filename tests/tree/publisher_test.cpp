@@ -336,6 +336,21 @@ TEST_F(SharpPublisherTest, AFileOfTheWrongLengthIsMadeAgain) {
     }
 }
 
+// After a power cut: the product that a frame is made of may not be there yet.
+TEST_F(SharpPublisherTest, ACutFrameThatCannotBeMadeAgainIsNotTakenForAWholeOne) {
+    const QString cut = file("/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_1955_N0R.gif");
+    const QString good = file("/ridge/x2/RadarImg/N0R/LWX/LWX_20180725_2000_N0R.gif");
+    writeFile(cut, gifThatSays("half").chopped(1));
+    writeFile(good, gifThatSays("whole"));
+    m_frames.hasSharp = false;
+    ASSERT_TRUE(publishSharp());
+    EXPECT_FALSE(QFileInfo::exists(cut));
+    EXPECT_EQ(readFile(good), gifThatSays("whole"));
+    m_frames.hasSharp = true;
+    ASSERT_TRUE(publishSharp());
+    EXPECT_TRUE(QFileInfo::exists(cut));
+}
+
 TEST_F(SharpPublisherTest, LayersAreWrittenAgainWhenTheirDataChange) {
     ASSERT_TRUE(publishSharp());
     const QString topo = file("/ridge/x2/Overlays/Topo/Short/LWX_Topo_Short.jpg");

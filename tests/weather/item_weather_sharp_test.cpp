@@ -87,8 +87,10 @@ protected:
     }
     /// Waits for the other frames of a loop.
     void awaitFiles(const QString& pattern, qsizetype count) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return sharpFiles(pattern).size() == count; }, 30'000))
-            << sharpFiles(pattern).size();
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return sharpFiles(pattern).size() == count && !m_item->sharpLoopComing(); },
+            30'000
+        )) << sharpFiles(pattern).size();
         test::settle();
     }
     [[nodiscard]] QString cached(const QString& name) const {
@@ -333,7 +335,6 @@ TEST_F(ItemWeatherSharpTest, OfflineTheyComeFromTheCache) {
     publishSharp(2);
     showAt(-1, true);
     awaitFiles("x2", layers() + 3);
-    const QImage online = painted();
     restart();
     ServersSetting::set({"127.0.0.1:9", "127.0.0.1:9"});
     const int asked = m_server.count();
@@ -419,7 +420,6 @@ struct Wrong {
 };
 
 TEST_F(ItemWeatherSharpTest, WhateverGoesWrongTheDescribedPictureStays) {
-    ScopedHttp::waitBriefly();
     const QByteArray whole = test::sharpColumnGif(2, 405);
     const Wrong faults[] = {
         {"404", answers::respond(404, "<html>Not found</html>")},
@@ -439,8 +439,10 @@ TEST_F(ItemWeatherSharpTest, WhateverGoesWrongTheDescribedPictureStays) {
         FaultServer server(fault.answer);
         useFaulty(server);
         const auto asked = server.requests().size();
+        ScopedHttp::waitBriefly();
         DetailSetting::setAutomatic(true);
         finishSharp();
+        httpLimits().connectTimeout = httpLimits().stallTime = std::chrono::seconds(2);
         EXPECT_GT(server.requests().size(), asked) << fault.what;
         EXPECT_EQ(painted(), before) << fault.what;
         EXPECT_FALSE(m_window.grab().isNull()) << fault.what;
@@ -484,10 +486,13 @@ TEST_F(ItemWeatherSharpTest, LayersAreExchangedAsAWhole) {
     showPage();
     zoomTo(-1);
     goWest();
-    EXPECT_TRUE(QTest::qWaitFor([this] {
-        m_item->Tick();
-        return sharpFiles("x2").size() == 4 && redFrom(2, 405) == 1;
-    }));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] {
+            m_item->Tick();
+            return sharpFiles("x2").size() == 4 && redFrom(2, 405) == 1;
+        },
+        30'000
+    ));
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(redFrom(2, 40), 2) << "highways";
         EXPECT_EQ(redFrom(2, 60), 2) << "counties";
@@ -512,11 +517,11 @@ TEST_F(ItemWeatherSharpTest, ZoomedOutAgainWhatRunsIsCancelled) {
     const auto asked = slow.requests().size();
     DetailSetting::setAutomatic(true);
     m_item->Tick();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return slow.requests().size() == asked + 1; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return slow.requests().size() == asked + 1; }, 30'000));
     EXPECT_TRUE(m_item->sharpComing());
     zoomTo(0);
     EXPECT_FALSE(m_item->sharpComing());
-    EXPECT_TRUE(QTest::qWaitFor([&hasGone] { return hasGone.load(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&hasGone] { return hasGone.load(); }, 30'000));
 }
 
 TEST_F(ItemWeatherSharpTest, APageThatIsLeftKeepsNoneInMemory) {
@@ -550,7 +555,22 @@ TEST_F(ItemWeatherSharpTest, ALayerThatFailsDoesNotHoldBackTheLoop) {
     EXPECT_EQ(redFrom(2, 61), 1) << "counties";
 }
 
+TEST_F(ItemWeatherSharpTest, AnotherServerIsJudgedByItself) {
+    showAt(-1);
+    EXPECT_EQ(redFrom(1, 202), 2) << "this one has none";
+    FaultServer other(answers::respond(404, ""));
+    other.on(
+        "/ridge/x2/Overlays/Topo/Short/MUX_Topo_Short.jpg",
+        answers::respond(200, test::sharpTopoJpeg(2))
+    );
+    useFaulty(other);
+    finishSharp();
+    const QColor ground(painted().pixel(placeOf(2, 500, 550)));
+    EXPECT_NEAR(ground.blue(), 140, 4);
+}
+
 TEST_F(ItemWeatherSharpTest, OneStepFurtherInThePicturesOfBeforeStayUntilTheFinerCome) {
+    httpLimits().stallTime = std::chrono::seconds(30); // it is to be waited for
     publishSharp(2);
     publishSharp(4);
     const auto go = std::make_shared<std::atomic<bool>>(false);
@@ -592,10 +612,13 @@ TEST_F(ItemWeatherSharpTest, WarningsThatCameAgainAsTheyWereStaySharp) {
     showAt(-1);
     EXPECT_EQ(redFrom(2, 501), 1);
     EXPECT_TRUE(m_item->command(kUpdate, 0));
-    EXPECT_TRUE(QTest::qWaitFor([this] {
-        EXPECT_EQ(redFrom(2, 501), 1);
-        return !m_item->loading();
-    }));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] {
+            EXPECT_EQ(redFrom(2, 501), 1);
+            return !m_item->loading();
+        },
+        30'000
+    ));
     finishSharp();
     EXPECT_EQ(m_server.count(kSharpWarningsPath), 1);
     // Others take their place.

@@ -115,6 +115,11 @@ std::optional<TreeItem> findFrame(std::string_view path) {
                     LayerKind::topo,       folder->product, time};
 }
 
+std::optional<TreeItem> findDescribed(std::string_view path) {
+    const auto standing = standingItems().find(path);
+    return standing != standingItems().end() ? standing->second : findFrame(path);
+}
+
 bool isPicture(TreeItem::Kind kind) {
     return kind == TreeItem::Kind::frame || kind == TreeItem::Kind::warnings ||
            kind == TreeItem::Kind::layer;
@@ -127,7 +132,7 @@ std::optional<TreeItem> findSharp(std::string_view path) {
             continue;
         }
         auto item =
-            findTreeItem(std::string(sharp.described).append(path.substr(sharp.path.size())));
+            findDescribed(std::string(sharp.described).append(path.substr(sharp.path.size())));
         if (!item || item->detail != 1 || !isPicture(item->kind)) {
             return std::nullopt;
         }
@@ -140,12 +145,8 @@ std::optional<TreeItem> findSharp(std::string_view path) {
 } // namespace
 
 std::optional<TreeItem> findTreeItem(std::string_view path) {
-    const auto standing = standingItems().find(path);
-    if (standing != standingItems().end()) {
-        return standing->second;
-    }
-    const auto sharp = findSharp(path);
-    return sharp ? sharp : findFrame(path);
+    const auto described = findDescribed(path);
+    return described ? described : findSharp(path);
 }
 
 std::optional<std::string> sharpPath(std::string_view path, int detail) {

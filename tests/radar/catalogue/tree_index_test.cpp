@@ -124,6 +124,15 @@ INSTANTIATE_TEST_SUITE_P(
     )
 );
 
+// As long as a request may be.
+TEST(TreeIndexTest, ManyFoldersInEachOtherCostNothing) {
+    std::string path = "/ridge/";
+    for (int i = 0; i < 100'000; ++i) {
+        path += "x2/";
+    }
+    EXPECT_FALSE(findTreeItem(path + "Overlays/Topo/Short/BMX_Topo_Short.jpg"));
+}
+
 TEST(TreeIndexTest, EveryPathComesBack) {
     for (const FrameFolder& folder : allFrameFolders()) {
         EXPECT_EQ(findFrameFolder(pathOf(folder)), folder);
