@@ -39,9 +39,9 @@ public:
 
     /// How much memory they take.
     [[nodiscard]] qsizetype bytes() const {
-        return static_cast<qsizetype>(
-            m_spans.capacity() * sizeof(Span) + m_ends.capacity() * sizeof(std::size_t)
-        );
+        const auto spans = static_cast<qsizetype>(m_spans.capacity());
+        const auto rows = static_cast<qsizetype>(m_ends.capacity());
+        return spans * qsizetype{sizeof(Span)} + rows * qsizetype{sizeof(std::size_t)};
     }
 
 private:

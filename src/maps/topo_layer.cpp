@@ -133,7 +133,10 @@ private:
     using Row = std::vector<double>;
 
     /// From one pixel beyond the left edge to one beyond the right.
-    static std::size_t index(int column) { return static_cast<std::size_t>(column + 1); }
+    static std::size_t index(int column) {
+        const int place = column + 1;
+        return static_cast<std::size_t>(place);
+    }
 
     static Row longitudesOf(const ImageGeometry& geometry) {
         Row longitudes;
