@@ -166,7 +166,9 @@ TEST_F(SharpFilesTest, WhatTheCacheHasTellsThatTheServerHasSome) {
     EXPECT_EQ(fetch(kPath, 2).outcome, Outcome::came);
     m_known = {};
     EXPECT_TRUE(look(kPath, 2));
+    const QString third = "/ridge/RadarImg/N0R/MUX/MUX_20190519_0534_N0R.gif";
     EXPECT_EQ(fetch(kTopo, 2).outcome, Outcome::absent);
+    EXPECT_EQ(fetch(third, 2).outcome, Outcome::absent);
     serve(kOther, 2, test::sharpColumnGif(2, 401));
     EXPECT_EQ(fetch(kOther, 2).outcome, Outcome::came);
 }
@@ -182,8 +184,12 @@ TEST_F(SharpFilesTest, AServerThatLacksSomeIsAskedForOthers) {
 
 TEST_F(SharpFilesTest, APictureOfAnotherSizeIsAsGoodAsNone) {
     const QByteArray wrong[] = {
-        test::columnGif(3), test::sharpColumnGif(4, 3), gifThatClaims({60'000, 60'000}),
-        makeGif({.screen = {1200, 1100}, .place = {0, 0}, .image = {8, 8}}), QByteArray("GIF89a")};
+        test::columnGif(3),
+        test::sharpColumnGif(4, 3),
+        makeGif({.screen = {1200, 1000}}),
+        gifThatClaims({60'000, 60'000}),
+        makeGif({.screen = {1200, 1100}, .place = {0, 0}, .image = {8, 8}}),
+        QByteArray("GIF89a")};
     for (const QByteArray& bytes : wrong) {
         Transfers transfers;
         SharpServers known;
