@@ -4,24 +4,28 @@
 // all sizes and zooms, and leaves pictures of the window there, before, while and after sharp ones
 // come; with QT_SCALE_FACTOR=2 those of a screen of as many pixels.
 #include "app/raincast_app.h"
+#include "net/http_settings.h"
 #include "support/loopback.h"
 #include "viewer_harness.h"
 
 #include <QDir>
 #include <QProcess>
 
+#include <chrono>
 #include <cstdlib>
 
 namespace raincast {
 namespace {
 
-constexpr int kDeadline = 60'000; // milliseconds
+constexpr int kDeadline = 120'000; // milliseconds
 
 class SharpTest : public test::ViewerHarness {
 protected:
     SharpTest() {
         keepLoopbackFromProxies();
         Clock::use(nullptr); // the server has the system's
+        // It makes each picture when it is asked for, on a machine that may be busy.
+        httpLimits().connectTimeout = httpLimits().stallTime = std::chrono::minutes(1);
         m_process.setStandardErrorFile(QProcess::nullDevice());
         m_process.start(
             QStringLiteral(RAINCAST_SERVER_PROGRAM),
