@@ -2160,8 +2160,8 @@ Reinstale el programa</translation>
         <translation>Solo 600 × 550 píxeles</translation>
     </message>
     <message>
-        <source>Automatic: sharp pictures where a large screen has room. Each frame then takes up to 0.1 MB more to fetch (0.4 MB at the closest zoom), the maps of a site 0.3 MB, a loop of 25 about 50 MB of memory.</source>
-        <translation>Automático: imágenes nítidas donde una pantalla grande tiene sitio. Cada imagen ocupa entonces hasta 0,1 MB más de descarga (0,4 MB lo más cerca), los mapas de una estación 0,3 MB y un bucle de 25, unos 50 MB de memoria.</translation>
+        <source>Automatic: sharp pictures where a large screen has room. Each frame then takes up to 0.1 MB more to fetch (0.4 MB at the closest zoom), the maps of a site 0.6 MB, a loop of 25 about 50 MB of memory.</source>
+        <translation>Automático: imágenes nítidas donde una pantalla grande tiene sitio. Cada imagen ocupa entonces hasta 0,1 MB más de descarga (0,4 MB lo más cerca), los mapas de una estación 0,6 MB y un bucle de 25, unos 50 MB de memoria.</translation>
     </message>
 </context>
 </TS>

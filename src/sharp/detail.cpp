@@ -2,24 +2,21 @@
 #include "sharp/detail.h"
 
 #include "geo/view_transform.h"
+#include "radar/catalogue/tree_index.h"
 #include "radar/image/bitmap.h"
 
 #include <QSize>
-#include <QStringBuilder>
 
 #include <algorithm>
 #include <bit>
+#include <string>
+#include <string_view>
 
 namespace raincast {
 
 namespace {
 
 constexpr qint64 kDescribedPixels = qint64{kRadarImageWidth} * kRadarImageHeight;
-
-/// Where the first folder of a path ends: behind "/ridge/".
-qsizetype endOfFirstFolder(const QString& path) {
-    return path.indexOf(u'/', 1) + 1;
-}
 
 } // namespace
 
@@ -35,11 +32,13 @@ int lettersDetail(int detail, double devicePixelRatio) {
 }
 
 QString sharpPath(const QString& path, int detail) {
-    return sharpRoot(path, detail) % path.mid(endOfFirstFolder(path));
+    const std::string described = path.toStdString();
+    const auto sharp = sharpPath(std::string_view(described), detail);
+    return QString::fromStdString(sharp.value_or(described));
 }
 
 QString sharpRoot(const QString& path, int detail) {
-    return path.left(endOfFirstFolder(path)) % u'x' % QString::number(detail) % u'/';
+    return sharpPath(path.left(path.indexOf(u'/', 1) + 1), detail);
 }
 
 } // namespace raincast

@@ -26,7 +26,7 @@ const DialogTemplateRecord record{
           ControlKind::label,
           Text::marked("Automatic: sharp pictures where a large screen has room. Each frame then "
                        "takes up to 0.1 MB more to fetch (0.4 MB at the closest zoom), the maps of "
-                       "a site 0.3 MB, a loop of 25 about 50 MB of memory."),
+                       "a site 0.6 MB, a loop of 25 about 50 MB of memory."),
           {4, 38, 114, 60}},
          {Dialog::kCancel, ControlKind::pushButton, Text::marked("Cancel"), {}},
      },
