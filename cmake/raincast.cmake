@@ -192,10 +192,10 @@ function(raincast_test room)
         "${environment};LC_ALL=de_DE.UTF-8;LANGUAGE=en;LOCPATH=${RAINCAST_LOCALE_DIR};RAINCAST_EXPECT_COMMA=1")
 endfunction()
 
-# raincast_bench(NAME ROOM): bench/NAME_bench.cpp with ROOM and the rooms below it.
+# raincast_bench(NAME ROOM): benchmarks/NAME_bench.cpp with ROOM and the rooms below it.
 function(raincast_bench name room)
     raincast_rooms_up_to(rooms ${room})
-    add_executable(${name}_bench ${CMAKE_SOURCE_DIR}/bench/${name}_bench.cpp)
+    add_executable(${name}_bench ${CMAKE_SOURCE_DIR}/benchmarks/${name}_bench.cpp)
     target_link_libraries(${name}_bench PRIVATE ${rooms} test_support benchmark::benchmark ${ARGN})
 endfunction()
 
