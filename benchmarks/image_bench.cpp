@@ -2,8 +2,8 @@
 // How much longer loading a radar frame takes than giflib alone needs to decode it. The file is one
 // of the size and kind that radar servers publish, made here.
 #include "radar/image/image_file.h"
+#include "support/figure.h"
 #include "support/gif_maker.h"
-#include "support/ratio.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -53,7 +53,7 @@ int main() {
     std::printf("A frame of 600 x 550 in %lld bytes\n", static_cast<long long>(file.size()));
 
     const QByteArray name = QFile::encodeName(path);
-    const auto ratio = ratioOf(
+    const Ratio ratio = processorRatioOf(
         50,
         [&] {
             if (!LoadImageFile(path)) {
@@ -62,6 +62,6 @@ int main() {
         },
         [&] { decodeBare(name); }
     );
-    printRatio("LoadImageFile / giflib's bare decode", ratio, 1.2);
+    print(Figure::of(ratio, "Loading a frame", "giflib's bare decode").withAim(AimOf::ratio, 1.2));
     return 0;
 }

@@ -3,7 +3,9 @@
 // ms later, and what each frame shown costs it in bytes fetched and in processor time.
 #include "core/clock.h"
 #include "live_sim/live_sim.h"
+#include "process_cost.h"
 #include "provider/live_object.h"
+#include "support/figure.h"
 #include "support/level3_maker.h"
 #include "support/loopback.h"
 
@@ -28,6 +30,7 @@ constexpr int kDeadline = 60'000; // milliseconds
 constexpr std::chrono::milliseconds kRoundTrip{80};
 constexpr int kFrames = 12;
 constexpr int kRuns = 3;
+constexpr double kAimOfWork = 60; // milliseconds
 
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "%s\n", what);
@@ -62,6 +65,7 @@ QByteArray product(FileTime time) {
 class Server {
 public:
     explicit Server(const LiveSim& sim) {
+        process_cost::endWithUs(m_process);
         m_process.setProgram(QStringLiteral(RAINCAST_SERVER_PROGRAM));
         m_process.setArguments(
             {"--live", "--quiet", "--listen", "127.0.0.1:0", "--cache", m_folder.path(),
@@ -161,14 +165,12 @@ int main() {
     }
     const double wait = median(waits);
     const auto roundTrips = static_cast<double>(2 * kRoundTrip.count());
-    std::printf(
-        "First frame of a cold start: %.0f ms, of which two answers' delay is %.0f ms.\n", wait,
-        roundTrips
-    );
-    std::printf(
-        "Beside it: %.0f ms, of which the server's work is %.0f ms of processor time (aim: 60).\n",
-        wait - roundTrips, median(works)
-    );
+    print(Figure::of(
+        wait, roundTrips, "ms", "Live radar, the first frame of a cold start",
+        "the delay of two answers"
+    ));
+    Figure work{.what = "Of it, the server's processor time", .unit = "ms", .own = median(works)};
+    print(work.withAim(AimOf::own, kAimOfWork));
 
     sim.bucket.delay(std::chrono::milliseconds(0));
     const Server server(sim);
@@ -179,8 +181,12 @@ int main() {
     }
     const double spent = server.milliseconds() - before;
     std::printf(
-        "Each of %zu frames shown: %.0f kB fetched, %.0f ms of processor time.\n", frames.size(),
-        static_cast<double>(bytes) / 1000 / kFrames, spent / static_cast<double>(frames.size())
+        "Each of %zu frames: %.0f kB fetched\n", frames.size(),
+        static_cast<double>(bytes) / 1000 / kFrames
     );
+    print(Figure{
+        .what = "Live radar, each frame shown: processor time",
+        .unit = "ms",
+        .own = spent / static_cast<double>(frames.size())});
     return 0;
 }

@@ -4,6 +4,7 @@
 // gives the ratio, which tells more than the absolute figure of one machine.
 #include "position/feed_rmc_to_gps_position.h"
 #include "position/nmea/nmea_reader.h"
+#include "support/figure.h"
 
 #include <benchmark/benchmark.h>
 
@@ -126,7 +127,7 @@ void readSentences(benchmark::State& state, const std::string& stream) {
     count(state, sentences, stream.size());
 }
 
-/// Notes the rates, and prints below the table how many times a line splitter is faster.
+/// Notes the rates, and prints below the table what they come to beside a line splitter.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override {
@@ -140,11 +141,13 @@ public:
             const double lines = m_rates[std::string("memchr/") + stream];
             const double sentences = m_rates[std::string("read/") + stream];
             if (sentences > 0) {
-                std::printf(
-                    "%s: %.2f million sentences a second; a memchr line splitter is %.1f times as "
-                    "fast\n",
-                    stream, sentences / 1e6, lines / sentences
+                Figure figure = Figure::of(
+                    sentences / 1e6, lines / 1e6, "million a second",
+                    std::string("NMEA sentences read, ") + stream + " kinds",
+                    "memchr splitting lines"
                 );
+                figure.better = Better::higher;
+                print(figure);
             }
         }
     }

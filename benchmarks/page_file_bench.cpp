@@ -8,7 +8,7 @@
 #include "../tests/persist/sample_objects.h"
 #include "core/whole_file.h"
 #include "persist/page_file.h"
-#include "support/ratio.h"
+#include "support/figure.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -26,7 +26,10 @@ constexpr int kPages = 1000;
 constexpr int kItems = 10;
 constexpr int kFrames = 6;
 constexpr int kPairs = 30;
+constexpr int kGrowingPairs = 9;
+constexpr int kGrowing[] = {10, 100, 1'000, 3'000};
 constexpr double kAim = 5;
+constexpr double kAimOfSlim = 8;
 
 std::unique_ptr<SampleItem> makeItem(bool full) {
     if (!full) {
@@ -46,8 +49,8 @@ std::unique_ptr<SampleItem> makeItem(bool full) {
 
 /// The file in a folder of its own, written once.
 struct Fixture {
-    explicit Fixture(bool full) {
-        for (int i = 0; i < kPages; ++i) {
+    Fixture(bool full, int count) {
+        for (int i = 0; i < count; ++i) {
             auto page = std::make_unique<SamplePage>();
             page->name = QStringLiteral("Weather");
             for (int j = 0; j < kItems; ++j) {
@@ -121,42 +124,54 @@ void load(const Fixture& file, SampleApplication& application) {
     require(pages.look() == PageFile::State::whole && pages.load(application));
 }
 
-void measure(bool full) {
-    const Fixture file(full);
-    const QByteArray bytes(static_cast<qsizetype>(file.size), '\0');
-    std::printf("%s items, %zu bytes\n", full ? "Full" : "Slim", file.size);
-
-    // Taking the pages down again is not loading.
-    SampleApplication loaded;
+/// Taking the pages down again is not loading.
+struct Loaded {
+    SampleApplication application;
     std::vector<QByteArray> fields;
-    const auto tidyUp = [&] {
-        loaded.pages.clear();
+
+    void takeDown() {
+        application.pages.clear();
         fields.clear();
-    };
-    const auto loadIt = [&] { load(file, loaded); };
-    printRatio(
-        "load / one fread",
-        ratioOf(
-            kPairs, loadIt, [&] { plainRead(file); }, tidyUp
-        ),
-        kAim
+    }
+};
+
+Ratio loadBesideOneRead(const Fixture& file, int pairs) {
+    Loaded loaded;
+    return processorRatioOf(
+        pairs, [&] { load(file, loaded.application); }, [&] { plainRead(file); },
+        [&] { loaded.takeDown(); }
     );
-    printRatio(
-        "load / fread of each field",
-        ratioOf(
-            kPairs, loadIt, [&] { fieldsRead(file, full, fields); }, tidyUp
-        ),
-        kAim
+}
+
+void measure(bool full, double aim) {
+    const Fixture file(full, kPages);
+    const QByteArray bytes(static_cast<qsizetype>(file.size), '\0');
+    const std::string items = full ? ", full items" : ", slim items";
+    print(Figure::of(loadBesideOneRead(file, kPairs), "Page file, load" + items, "one read")
+              .withAim(AimOf::ratio, aim));
+    Loaded loaded;
+    const Ratio fields = processorRatioOf(
+        kPairs, [&] { load(file, loaded.application); },
+        [&] { fieldsRead(file, full, loaded.fields); }, [&] { loaded.takeDown(); }
+    );
+    print(Figure::of(fields, "The same" + items, "a read of each field").withAim(AimOf::ratio, kAim)
     );
     PageFile pages(file.path + QStringLiteral(".saved"), examinePages<SampleApplication>);
-    printRatio(
-        "save / a whole file of the same bytes",
-        ratioOf(
-            kPairs, [&] { require(pages.save(file.application).has_value()); },
-            [&] { plainWrite(file, bytes); }
-        ),
-        kAim
+    const Ratio saves = ratioOf(
+        kPairs, [&] { require(pages.save(file.application).has_value()); },
+        [&] { plainWrite(file, bytes); }
     );
+    print(Figure::of(saves, "Page file, save" + items, "a whole file of the same bytes")
+              .withAim(AimOf::ratio, kAim));
+}
+
+void draw() {
+    for (const int pages : kGrowing) {
+        const Ratio ratio = loadBesideOneRead(Fixture(false, pages), kGrowingPairs);
+        print(CurvePoint{
+            "Page file, load", "pages of ten items", double(pages), "ms", ratio.firstMilliseconds,
+            "one read", ratio.secondMilliseconds});
+    }
 }
 
 } // namespace
@@ -165,7 +180,8 @@ void measure(bool full) {
 int main() {
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
-    measure(true);
-    measure(false);
+    measure(true, kAim);
+    measure(false, kAimOfSlim);
+    draw();
     return 0;
 }

@@ -11,16 +11,16 @@
 #include "reading/reading_setting.h"
 #include "sharp/detail.h"
 #include "sharp/sharp_picture.h"
-#include "support/ratio.h"
+#include "support/figure.h"
 
 #include <QGuiApplication>
 #include <QPainter>
 #include <QTemporaryDir>
 
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -30,7 +30,15 @@ using namespace raincast;
 
 const QSize kImage(600, 550);
 constexpr int kFrames = 6;
-constexpr int kPairs = 40;
+constexpr int kPairs = 60;
+constexpr double kAimOfStep = 3;
+constexpr double kAimOfPan = 3;
+constexpr double kAimOfReading = 1.3;
+
+std::string placeOf(QSize size, int zoom) {
+    return std::to_string(size.width()) + "x" + std::to_string(size.height()) + " at zoom " +
+           std::to_string(zoom);
+}
 
 Bitmap ground(int detail) {
     auto image = std::make_shared<QImage>(kImage * detail, QImage::Format_RGB32);
@@ -138,24 +146,22 @@ void measure(QSize size, int zoom, int detail = 1) {
         view.placeOrigin({size.width() / 2, size.height() / 2}, {300 + 4 * offset, 275});
         page.paint(stack, view);
     };
-    char what[80];
-    const char* const sharp = detail > 1 ? ", sharp" : "";
-    std::snprintf(
-        what, sizeof what, "%dx%d, zoom %d%s: animation step / memcpy", size.width(), size.height(),
-        zoom, sharp
-    );
+    const std::string where = placeOf(size, zoom) + (detail > 1 ? ", sharp" : "");
     for (int i = 0; i < kFrames; ++i) {
         step();
     }
-    printRatio(what, ratioOf(kPairs, step, copy), 3);
-    std::snprintf(
-        what, sizeof what, "%dx%d, zoom %d%s: pan / memcpy", size.width(), size.height(), zoom,
-        sharp
-    );
+    print(Figure::of(
+              processorRatioOf(kPairs, step, copy), "Step of a loop, " + where,
+              "memcpy of the same pixels"
+    )
+              .withAim(AimOf::ratio, kAimOfStep));
     for (int i = 0; i < 8; ++i) {
         pan();
     }
-    printRatio(what, ratioOf(kPairs, pan, copy), 4);
+    print(Figure::of(
+              processorRatioOf(kPairs, pan, copy), "Pan, " + where, "memcpy of the same pixels"
+    )
+              .withAim(AimOf::ratio, kAimOfPan));
 }
 
 /// The image's pixels are a hundredth of a degree; pixel (0, 0) lies at 41 N, 105 W.
@@ -213,21 +219,17 @@ void measureReading(QSize size, int zoom) {
             }
         });
     };
-    for (const auto& [what, pixels] : {std::pair("an animation step", 0), {"a pan", 4}}) {
+    for (const auto& [what, pixels] : {std::pair("Step of a loop", 0), {"Pan", 4}}) {
         for (int i = 0; i < 4 * kFrames; ++i) {
             paint(pixels, i % 2 == 0);
         }
-        char line[96];
-        std::snprintf(
-            line, sizeof line, "%dx%d, zoom %d: %s with all to read it by / without", size.width(),
-            size.height(), zoom, what
+        const Ratio ratio = processorRatioOf(
+            kPairs, [&, pixels = pixels] { paint(pixels, true); },
+            [&, pixels = pixels] { paint(pixels, false); }
         );
-        printRatio(
-            line,
-            ratioOf(
-                kPairs, [&] { paint(pixels, true); }, [&] { paint(pixels, false); }
-            ),
-            1.3
+        print(
+            Figure::of(ratio, what + (" with all to read it by, " + placeOf(size, zoom)), "without")
+                .withAim(AimOf::ratio, kAimOfReading)
         );
     }
 }
@@ -243,12 +245,12 @@ struct Marks {
 };
 
 constexpr Marks kMarks[] = {
-    {"10000 marks out of view", {240, 320}, 10000, 60, 0, 0, 2},
-    {"10000 marks out of view", {1920, 1080}, 10000, 60, 0, 0, 2},
-    {"a move with 10000 marks out of view", {240, 320}, 10000, 60, 0, 4, 10},
-    {"a move with 10000 marks out of view", {1920, 1080}, 10000, 60, 0, 4, 2},
-    {"10000 marks in view", {240, 320}, 10000, 38, 2, 0, 500},
-    {"1000 marks in view with their names", {240, 320}, 1000, 40, 0, 0, 500},
+    {"Repaint with 10000 marks out of view", {240, 320}, 10000, 60, 0, 0, 2},
+    {"Repaint with 10000 marks out of view", {1920, 1080}, 10000, 60, 0, 0, 2},
+    {"Move with 10000 marks out of view", {240, 320}, 10000, 60, 0, 4, 10},
+    {"Move with 10000 marks out of view", {1920, 1080}, 10000, 60, 0, 4, 2},
+    {"Repaint with 10000 marks in view", {240, 320}, 10000, 38, 2, 0, 500},
+    {"Repaint with 1000 named marks in view", {240, 320}, 1000, 40, 0, 0, 500},
 };
 
 void measure(const Marks& marks) {
@@ -266,19 +268,18 @@ void measure(const Marks& marks) {
         const ViewTransform view(marks.zoom, {marks.step * (++moves / 2 % 8), 0});
         page.paint(stack, view, &overlays);
     };
-    char what[80];
-    std::snprintf(
-        what, sizeof what, "%dx%d: repaint, %s / without", marks.size.width(), marks.size.height(),
-        marks.what
+    const Ratio ratio = processorRatioOf(
+        kPairs, [&] { repaint(with); }, [&] { repaint(without); }
     );
-    printRatio(
-        what,
-        ratioOf(
-            kPairs, [&] { repaint(with); }, [&] { repaint(without); }
-        ),
-        marks.aim
-    );
+    print(Figure::of(
+              ratio, std::string(marks.what) + ", " + placeOf(marks.size, marks.zoom), "without"
+    )
+              .withAim(AimOf::ratio, marks.aim));
 }
+
+/// The sizes of handhelds to large screens.
+const std::vector<std::pair<QSize, std::vector<int>>> kScreens{
+    {{240, 320}, {-2, 0, 2}}, {{800, 700}, {0}}, {{1920, 1080}, {-2, 0, 2}}, {{3840, 2160}, {0}}};
 
 } // namespace
 
@@ -288,12 +289,11 @@ int main(int argc, char** argv) {
     for (const Marks& marks : kMarks) {
         measure(marks);
     }
-    for (const QSize size :
-         {QSize(240, 320), QSize(800, 700), QSize(1920, 1080), QSize(3840, 2160)}) {
-        for (const int zoom : {-2, 0, 2}) {
+    for (const auto& [size, zooms] : kScreens) {
+        for (const int zoom : zooms) {
             measure(size, zoom);
-            measureReading(size, zoom);
         }
+        measureReading(size, 0);
         if (wantedDetail(ViewTransform(-1, {}), size) > 1) {
             measure(size, -1, 2);
             measure(size, -2, kMostDetail);

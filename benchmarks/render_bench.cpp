@@ -7,11 +7,13 @@
 #include "nexrad/level3_decoder.h"
 #include "radar/catalogue/image_geometry.h"
 #include "sample/sample_weather.h"
+#include "support/figure.h"
 #include "support/level3_maker.h"
-#include "support/ratio.h"
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,6 +23,9 @@ namespace {
 using namespace raincast;
 
 constexpr int kPairs = 15;
+constexpr int kDeadline = 60'000;   // milliseconds
+constexpr double kAimASecond = 400; // of Level III products of up to a kilometre
+constexpr double kAimOfOne = 40;    // milliseconds for one, by a program that begins with it
 
 /// Rain in patches, whose colours a picture compresses about as well as real ones.
 std::uint8_t echo(int radial, int bin, int most) {
@@ -79,26 +84,71 @@ Measured rendered(const std::string& bytes, int detail) {
         const ImageGeometry image = frameGeometry(scan, rangeOf(scan.product), detail);
         result.bytes = renderFrame(scan, scan.product, image).value_or(QByteArray()).size();
     };
-    result.ratio = ratioOf(kPairs, render, [] { static_cast<void>(emptyFrame()); });
+    result.ratio = processorRatioOf(kPairs, render, [] { static_cast<void>(emptyFrame()); });
     return result;
 }
 
-void measure(const std::string& name, const std::string& bytes) {
+/// As many a second, and as many times less than of its peer.
+Figure rateOf(const Ratio& ratio, const std::string& what, double pictures = 1) {
+    return {
+        .what = what,
+        .unit = "a second",
+        .own = 1000 * pictures / ratio.firstMilliseconds,
+        .peerName = "an empty picture",
+        .peer = 1000 / ratio.secondMilliseconds,
+        .ratio = pictures / ratio.median,
+        .better = Better::higher};
+}
+
+void tellSize(qsizetype bytes) {
+    std::printf("    of %lld bytes\n", static_cast<long long>(bytes));
+}
+
+void measure(const std::string& name, const std::string& bytes, double aim = 0) {
     const Measured result = rendered(bytes, 1);
-    std::printf(
-        "%-34s %7.1f a second and core, %5.1f times an empty picture, %lld bytes\n", name.c_str(),
-        1000 / result.ratio.firstMilliseconds, result.ratio.median,
-        static_cast<long long>(result.bytes)
+    const Figure figure = rateOf(result.ratio, "Level III to pictures, " + name);
+    print(aim > 0 ? figure.withAim(AimOf::own, aim) : figure);
+    tellSize(result.bytes);
+}
+
+/// One product by the program that makes a picture of it and ends.
+void measureProgram(const std::string& bytes) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("product")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), qint64(bytes.size())) < 0) {
+        std::exit(1);
+    }
+    file.close();
+    const auto run = [](const QStringList& arguments) {
+        QProcess process;
+        process.start(QStringLiteral(RAINCAST_SERVER_PROGRAM), arguments);
+        if (!process.waitForFinished(kDeadline) || process.exitCode() != 0) {
+            std::fprintf(stderr, "raincast-server failed.\n");
+            std::exit(1);
+        }
+    };
+    const QString picture = folder.filePath(QStringLiteral("picture.gif"));
+    const Ratio ratio = ratioOf(
+        kPairs,
+        [&] {
+            run({QStringLiteral("render"), file.fileName(), picture});
+        },
+        [&] { run({QStringLiteral("--version")}); }
     );
+    print(Figure::of(ratio, "One Level III product, by raincast-server render", "its --version")
+              .withAim(AimOf::own, kAimOfOne));
 }
 
 void measureSharp(const std::string& name, const std::string& bytes) {
     for (const auto& [detail, aim] : kSharp) {
         const Measured result = rendered(bytes, detail);
-        std::printf(
-            "%-31s x%d %7.1f ms (aim: %.0f), %lld bytes\n", name.c_str(), detail,
-            result.ratio.firstMilliseconds, aim, static_cast<long long>(result.bytes)
-        );
+        print(Figure::of(
+                  result.ratio,
+                  "A sharp picture of Level III, " + name + ", x" + std::to_string(detail),
+                  "an empty picture"
+        )
+                  .withAim(AimOf::own, aim));
+        tellSize(result.bytes);
     }
 }
 
@@ -118,14 +168,11 @@ void measureReal() {
 void measureSample(Product as) {
     const FileTime now = fromCalendar({2026, 11, 20, 10, 30});
     const FileTime time = SampleWeather().frameTimes("TLX", as, now).back();
-    const Ratio ratio = ratioOf(
+    const Ratio ratio = processorRatioOf(
         5, [&] { static_cast<void>(SampleWeather().frame("TLX", as, time)); },
         [] { static_cast<void>(emptyFrame()); }
     );
-    std::printf(
-        "sample %s %*.1f a second and core\n", std::string(codeOf(as)).c_str(), 31,
-        1000 / ratio.firstMilliseconds
-    );
+    print(rateOf(ratio, "Sample weather, " + std::string(codeOf(as)) + " alone"));
 }
 
 /// The same, sharp.
@@ -137,7 +184,7 @@ void measureSharpSample(Product as) {
     constexpr Detail kAims[] = {{2, 500}, {4, 1500}};
     for (const auto& [detail, aim] : kAims) {
         qsizetype bytes = 0;
-        const Ratio ratio = ratioOf(
+        const Ratio ratio = processorRatioOf(
             5,
             [&, detail = detail] {
                 const auto picture = SampleWeather().sharpFrame("TLX", as, time, detail);
@@ -146,10 +193,12 @@ void measureSharpSample(Product as) {
             [&] { static_cast<void>(SampleWeather().frame("TLX", as, time)); }
         );
         const double more = detail == 2 ? ratio.secondMilliseconds : 0;
-        std::printf(
-            "sample %-24s x%d %7.1f ms (aim: %.0f), %lld bytes\n", name.c_str(), detail,
-            ratio.firstMilliseconds, aim + more, static_cast<long long>(bytes)
-        );
+        print(Figure::of(
+                  ratio, "Sample weather, " + name + ", x" + std::to_string(detail),
+                  "the described picture"
+        )
+                  .withAim(AimOf::own, aim + more));
+        tellSize(bytes);
     }
 }
 
@@ -165,22 +214,21 @@ void measureSampleSite() {
         }
         ++time;
     };
-    const Ratio ratio = ratioOf(kPairs, allProducts, [] { static_cast<void>(emptyFrame()); });
-    std::printf(
-        "sample, frame after frame %16.1f a second and core, %5.1f times an empty picture\n",
-        1000 * double(kAllProducts.size()) / ratio.firstMilliseconds,
-        ratio.median / double(kAllProducts.size())
-    );
+    const Ratio ratio =
+        processorRatioOf(kPairs, allProducts, [] { static_cast<void>(emptyFrame()); });
+    print(rateOf(ratio, "Sample weather, all products in turn", double(kAllProducts.size())));
 }
 
 } // namespace
 
 int main() {
-    measure("made: 16 levels, 360 x 230", makeLevel3(product(19, 360, 230, false)));
-    measure("made: digital, 360 x 460", makeLevel3(product(94, 360, 460, true)));
+    const std::string usual = makeLevel3(product(19, 360, 230, false));
+    measure("16 levels, 360 x 230", usual, kAimASecond);
+    measure("digital, 360 x 460", makeLevel3(product(94, 360, 460, true)), kAimASecond);
     const std::string sharpest = makeLevel3(product(153, 720, 1840, true));
-    measure("made: digital, 720 x 1840", sharpest);
-    measureSharp("the same, sharp", sharpest);
+    measure("digital, 720 x 1840", sharpest);
+    measureSharp("digital, 720 x 1840", sharpest);
+    measureProgram(usual);
     if (qEnvironmentVariableIsSet("RAINCAST_TEST_DATA")) {
         measureReal();
     }

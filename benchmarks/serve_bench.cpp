@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // How many frames a second raincast-server hands out beside nginx, which serves the same tree as
-// files, what a request costs it, and how much memory it takes: once every site and product has
-// been asked for, and after thousands of requests at random.
+// files, what a request costs it, and how much memory it takes: as more and more sites are asked
+// for, and after requests at random, as many as the first argument says (1000 unless told
+// otherwise).
+#include "process_cost.h"
 #include "radar/catalogue/products.h"
 #include "radar/catalogue/sites.h"
 #include "radar/catalogue/tree_index.h"
+#include "support/figure.h"
 #include "support/loopback.h"
-#include "support/ratio.h"
 
 #include <QFile>
 #include <QProcess>
@@ -18,9 +20,11 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
+#include <span>
 #include <string>
 #include <thread>
 #include <vector>
@@ -32,8 +36,15 @@ using namespace raincast;
 constexpr int kConnections = 8;
 constexpr int kRequestsPerConnection = 250;
 constexpr int kDeadline = 600'000; // milliseconds
-constexpr int kRandomRequests = 8'000;
+constexpr int kRandomRequests = 1'000;
+constexpr int kPairs = 7;
+constexpr double kAimOfFrame = 15; // microseconds, here and below
+constexpr double kAimOfListing = 30;
+constexpr double kAimOfStatus = 50;
+constexpr std::size_t kSites[] = {1, 10, 50, 155};
+constexpr int kViewers[] = {1, 8, 16, 30}; // one address may have 32 connections
 constexpr double kAimMegabytes = 150;
+constexpr double kAimBesideNginx = 4;
 
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "%s\n", what);
@@ -101,15 +112,25 @@ private:
     int m_socket;
 };
 
-void load(int port, const std::string& path, const std::string& more = {}) {
+constexpr int kRequests = kConnections * kRequestsPerConnection;
+
+/// As one viewer after the other would: a connection has a limit of requests.
+void ask(int port, const std::string& path, const std::string& more, int times) {
+    for (int asked = 0; asked < times;) {
+        Client client(port);
+        for (int i = 0; i < kRequestsPerConnection && asked < times; ++i, ++asked) {
+            client.ask(path, more);
+        }
+    }
+}
+
+/// kRequests requests over so many connections at once.
+void load(
+    int port, const std::string& path, const std::string& more = {}, int connections = kConnections
+) {
     std::vector<std::thread> threads;
-    for (int i = 0; i < kConnections; ++i) {
-        threads.emplace_back([port, &path, &more] {
-            Client client(port);
-            for (int j = 0; j < kRequestsPerConnection; ++j) {
-                client.ask(path, more);
-            }
-        });
+    for (int i = 0; i < connections; ++i) {
+        threads.emplace_back(ask, port, path, more, kRequests / connections);
     }
     for (std::thread& thread : threads) {
         thread.join();
@@ -142,6 +163,7 @@ QByteArray nginxSettings(const QString& folder, int port) {
 class Program {
 public:
     Program(const QString& name, const QStringList& arguments) {
+        process_cost::endWithUs(m_process);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start(name, arguments);
         if (!m_process.waitForStarted()) {
@@ -182,83 +204,93 @@ std::string folderOf(const RadarSite& site, const RadarProduct& product) {
            site.idText().toString().toStdString() + "/";
 }
 
-/// "VmRSS" or "VmHWM" of a process, in megabytes.
-double memoryOf(qint64 process, const char* field) {
-    QFile file(QStringLiteral("/proc/%1/status").arg(process));
-    if (!file.open(QIODevice::ReadOnly)) {
-        fail("The server has ended.");
-    }
-    const QRegularExpression pattern(QString::fromLatin1(field) + QStringLiteral(":\\s+(\\d+)"));
-    return pattern.match(QString::fromLatin1(file.readAll())).captured(1).toDouble() / 1024;
-}
-
-QByteArray readProcess(qint64 process, const char* name) {
-    QFile file(QStringLiteral("/proc/%1/").arg(process) + QLatin1String(name));
-    if (!file.open(QIODevice::ReadOnly)) {
-        fail("The server has ended.");
-    }
-    return file.readAll();
-}
-
-/// Processor time that a process and its children have taken, in microseconds.
-double processorTimeOf(qint64 process) {
-    const QList<QByteArray> fields = readProcess(process, "stat").split(' ');
-    const double ticks = fields.value(13).toDouble() + fields.value(14).toDouble();
-    double time = 1e6 * ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
-    const QByteArray children =
-        readProcess(process, ("task/" + std::to_string(process) + "/children").c_str());
-    for (const QByteArray& child : children.trimmed().split(' ')) {
-        time += child.isEmpty() ? 0 : processorTimeOf(child.toLongLong());
-    }
-    return time;
-}
-
-/// What a request costs a server.
-double costOf(const Program& server, int port, const std::string& path, const std::string& more) {
-    constexpr int kTimes = 10;
-    const double before = processorTimeOf(server.id());
-    for (int i = 0; i < kTimes; ++i) {
-        load(port, path, more);
-    }
-    constexpr double kRequests = kTimes * kConnections * kRequestsPerConnection;
-    return (processorTimeOf(server.id()) - before) / kRequests;
-}
-
 struct Peer {
-    const char* name;
     const Program& program;
     int port;
 };
 
-/// What a request costs each server, and how long its answer is.
-void printCosts(
-    const char* what, const std::string& path, const std::vector<Peer>& peers,
-    std::string more = {}, bool isKnown = false
+/// Microseconds of processor time that a request costs a server.
+double costOf(
+    const Peer& server, const std::string& path, const std::string& more,
+    int connections = kConnections
 ) {
-    std::printf("%s:", what);
-    for (const Peer& peer : peers) {
-        if (isKnown) {
-            const std::string answer = Client(peer.port).ask(path, {});
-            const std::size_t at = answer.find("ETag: ") + 6;
-            more = "If-None-Match: " + answer.substr(at, answer.find('\r', at) - at) + "\r\n";
-        }
-        const std::size_t bytes = Client(peer.port).ask(path, more).size();
-        std::printf(
-            " %s %.0f microseconds, %zu bytes;", peer.name,
-            costOf(peer.program, peer.port, path, more), bytes
-        );
-    }
-    std::printf("\n");
+    const double before = process_cost::processorMilliseconds(server.program.id());
+    load(server.port, path, more, connections);
+    return 1000 * (process_cost::processorMilliseconds(server.program.id()) - before) / kRequests;
 }
 
-/// Asks once for the newest frame of every site and product.
-void askForEverything(int port) {
-    for (const RadarSite& site : radarSites()) {
+/// What a server says a path's answer is known by.
+std::string knownBy(const Peer& server, const std::string& path) {
+    const std::string answer = Client(server.port).ask(path, {});
+    const std::size_t at = answer.find("ETag: ") + 6;
+    return "If-None-Match: " + answer.substr(at, answer.find('\r', at) - at) + "\r\n";
+}
+
+/// A request of the one server, and what it is measured beside.
+struct Request {
+    const char* what;
+    std::string path;
+    std::string peerName;
+    std::string peerPath;
+    double aim = 0; ///< microseconds; 0: none
+    bool isKnown = false;
+    std::string more{};
+};
+
+void measure(const Request& request, const Peer& own, const Peer& nginx) {
+    const std::string more = request.isKnown ? knownBy(own, request.path) : request.more;
+    const std::string nginxMore = request.isKnown ? knownBy(nginx, request.peerPath) : "";
+    Figure figure = Figure::of(
+        toldRatioOf(
+            kPairs, [&] { return costOf(own, request.path, more); },
+            [&] { return costOf(nginx, request.peerPath, nginxMore); }
+        ),
+        std::string("Server, ") + request.what + ": processor time", request.peerName
+    );
+    figure.unit = "µs";
+    print(request.aim > 0 ? figure.withAim(AimOf::own, request.aim) : figure);
+    std::printf(
+        "    of %zu bytes, nginx's of %zu\n", Client(own.port).ask(request.path, more).size(),
+        Client(nginx.port).ask(request.peerPath, nginxMore).size()
+    );
+}
+
+/// Asked once a second, nothing is remembered from the time before.
+void measureRareStatus(const Peer& own, const Peer& nginx, const std::string& listing) {
+    constexpr int kTimes = 8;
+    Client client(own.port);
+    double spent = 0;
+    for (int i = 0; i < kTimes; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1050));
+        const double before = process_cost::processorMilliseconds(own.program.id());
+        client.get("/status");
+        spent += process_cost::processorMilliseconds(own.program.id()) - before;
+    }
+    print(Figure::of(
+              1000 * spent / kTimes, costOf(nginx, listing, {}), "µs",
+              "Server, /status once a second: processor time", "nginx and a listing"
+    )
+              .withAim(AimOf::own, kAimOfStatus));
+}
+
+void measureViewers(const Peer& own, const Peer& nginx, const std::string& frame) {
+    for (const int viewers : kViewers) {
+        const Ratio ratio = toldRatioOf(
+            3, [&] { return costOf(own, frame, {}, viewers); },
+            [&] { return costOf(nginx, frame, {}, viewers); }
+        );
+        print(CurvePoint{
+            "Server, a frame's processor time", "viewers at once", double(viewers), "µs",
+            ratio.firstMilliseconds, "nginx", ratio.secondMilliseconds});
+    }
+}
+
+/// Asks once for the newest frame of so many sites.
+void askForSites(int port, std::size_t sites) {
+    for (const RadarSite& site : std::span(radarSites()).first(sites)) {
         Client client(port); // a connection has a limit of requests
-        for (const RadarProduct& product : radarProducts()) {
-            const std::string folder = folderOf(site, product);
-            client.get(newestFrame(folder, client.get(folder)));
-        }
+        const std::string folder = folderOf(site, radarProducts()[0]);
+        client.get(newestFrame(folder, client.get(folder)));
     }
 }
 
@@ -289,12 +321,12 @@ std::string anyPath(Client& client, std::mt19937& random) {
     return names.empty() ? folder : atAnyDetail(folder + anyOf(names, random), random);
 }
 
-void askAtRandom(int port) {
+void askAtRandom(int port, int requests) {
     std::vector<std::thread> threads;
     for (int i = 0; i < kConnections; ++i) {
-        threads.emplace_back([port, i] {
+        threads.emplace_back([port, i, requests] {
             std::mt19937 random(static_cast<unsigned>(i));
-            for (int asked = 0; asked < kRandomRequests / kConnections;) {
+            for (int asked = 0; asked < requests / kConnections;) {
                 Client client(port); // a connection has a limit of requests
                 for (int j = 0; j < 100; ++j, ++asked) {
                     client.get(anyPath(client, random));
@@ -307,15 +339,29 @@ void askAtRandom(int port) {
     }
 }
 
+void measureMemory(const Peer& own, int randomRequests) {
+    const auto resident = [&own] { return process_cost::memoryOf(own.program.id()).resident; };
+    for (const std::size_t sites : kSites) {
+        askForSites(own.port, sites);
+        print(CurvePoint{"Server, memory", "sites asked for", double(sites), "MB", resident()});
+    }
+    askAtRandom(own.port, randomRequests);
+    Figure figure{.what = "Server, memory after requests at random", .unit = "MB"};
+    figure.own = resident();
+    print(figure.withAim(AimOf::own, kAimMegabytes));
+}
+
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    const int randomRequests = argc > 1 ? std::atoi(argv[1]) : kRandomRequests;
     const QTemporaryDir folder;
     const QString program = QStringLiteral(RAINCAST_SERVER_PROGRAM);
     const QStringList common{
         QStringLiteral("--cache"), folder.filePath(QStringLiteral("cache")),
         QStringLiteral("--hours"), QStringLiteral("1"), QStringLiteral("--quiet")};
     QProcess publisher;
+    process_cost::endWithUs(publisher);
     publisher.start(
         program, common +
                      QStringList{
@@ -345,42 +391,34 @@ int main() {
 
     const std::string listing = "/ridge/RadarImg/N0R/TLX/";
     const std::string frame = newestFrame(listing, Client(port).get(listing));
-    std::printf("A frame of %zu bytes\n", Client(port).get(frame).size());
+    const Peer own{server, port};
+    const Peer nginxPeer{nginx, nginxPort};
     const Ratio ratio = ratioOf(
         9, [&] { load(port, frame); }, [&] { load(nginxPort, frame); }
     );
-    constexpr double kRequests = kConnections * kRequestsPerConnection;
-    std::printf(
-        "Requests per second: raincast-server %.0f, nginx %.0f\n",
-        1000 * kRequests / ratio.firstMilliseconds, 1000 * kRequests / ratio.secondMilliseconds
-    );
-    printRatio("raincast-server / nginx, time for a frame", ratio, 4);
+    print(Figure::of(ratio, "Server, 2000 frames over 8 connections", "nginx")
+              .withAim(AimOf::ratio, kAimBesideNginx));
 
-    std::printf("Processor time and length of an answer\n");
-    const Peer own{"raincast-server", server, port};
-    const std::vector<Peer> both{own, {"nginx", nginx, nginxPort}};
-    printCosts("a frame", frame, both);
-    printCosts("a frame that is known", frame, both, {}, true);
-    printCosts("a listing", listing, both);
-    printCosts("a listing, packed", listing, {own}, "Accept-Encoding: gzip\r\n");
-    printCosts("a listing that is known", listing, both, {}, true);
     const std::string warnings = "/ridge/Warnings/Short/TLX_Warnings_0";
-    printCosts("the warnings' picture", warnings + ".gif", both);
-    printCosts("their texts", warnings + ".json", both);
-    printCosts("the status", "/status", {own});
-    printCosts("the metrics", "/metrics", {own});
-    printCosts("readiness", "/health/ready", {own});
-
-    std::printf("Memory at first: %.0f MB\n", memoryOf(server.id(), "VmRSS"));
-    askForEverything(port);
-    std::printf(
-        "Memory after the newest frames of 155 sites and 7 products: %.0f MB, at most %.0f MB\n",
-        memoryOf(server.id(), "VmRSS"), memoryOf(server.id(), "VmHWM")
-    );
-    askAtRandom(port);
-    std::printf(
-        "Memory after %d requests at random: %.0f MB, at most %.0f MB (aim: at most %.0f MB)\n",
-        kRandomRequests, memoryOf(server.id(), "VmRSS"), memoryOf(server.id(), "VmHWM"),
-        kAimMegabytes
-    );
+    const std::string nginxListing = "nginx and a listing";
+    const std::vector<Request> requests{
+        {"a frame", frame, "nginx", frame, kAimOfFrame},
+        {"a frame that is known", frame, "nginx", frame, 0, true},
+        {"a listing", listing, "nginx", listing, kAimOfListing},
+        {"a listing, packed", listing, nginxListing, listing, 0, false,
+         "Accept-Encoding: gzip\r\n"},
+        {"a listing that is known", listing, "nginx", listing, 0, true},
+        {"the warnings' picture", warnings + ".gif", "nginx", warnings + ".gif"},
+        {"the warnings' texts", warnings + ".json", "nginx", warnings + ".json"},
+        {"/status", "/status", nginxListing, listing, kAimOfStatus},
+        {"/metrics", "/metrics", nginxListing, listing},
+        {"/health/ready", "/health/ready", nginxListing, listing},
+    };
+    for (const Request& request : requests) {
+        measure(request, own, nginxPeer);
+    }
+    measureRareStatus(own, nginxPeer, listing);
+    measureViewers(own, nginxPeer, frame);
+    measureMemory(own, randomRequests);
+    return 0;
 }

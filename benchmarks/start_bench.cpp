@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// From the start of the viewer to the end of its first paint, beside a program with an empty
-// window: both save a picture of the window then and end. Once with the settings and pages of a
-// first start, once with a radar picture, of which everything is cached. (What it takes to save
-// the richer picture is part of the second.)
+// How long the viewer takes to its first picture, seen from outside on a screen without glass: one
+// radar picture and loops of them from the cache, against an empty window. And, by pictures that
+// both save of themselves, the first start of all, and what a start takes of a processor, also with
+// marks in view.
 #include "cached_home.h"
-#include "support/ratio.h"
+#include "screen.h"
+#include "support/figure.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -17,10 +18,18 @@
 
 namespace {
 
-constexpr int kPairs = 25;
-constexpr double kAim = 1.5;
-constexpr double kAimToRadar = 300; // milliseconds on top of the empty window
-constexpr int kDeadline = 60'000;   // milliseconds
+using namespace raincast;
+
+constexpr int kPairs = 15;
+constexpr int kFewPairs = 5;
+constexpr double kAimOfFirstStart = 1.5;
+constexpr double kAimOverEmptyWindow = 30; // milliseconds
+constexpr double kAimOverOneFrame = 10;
+constexpr double kAimOfMarks = 50;
+constexpr int kDeadline = 60'000; // milliseconds
+constexpr int kLoops[] = {2, 6, 12};
+constexpr int kManyMarks = 50'000; // from here on two starts are enough
+constexpr int kMarks[] = {1'000, 6'000, 20'000, 100'000};
 
 class Home {
 public:
@@ -53,14 +62,15 @@ private:
 
 void measureFirstStart() {
     const Home home;
-    const raincast::Ratio ratio = raincast::ratioOf(
+    const Ratio ratio = ratioOf(
         kPairs,
         [&home] {
             home.run(RAINCAST_PROGRAM, {QStringLiteral("--screenshot"), home.picture()});
         },
         [&home] { home.run(BARE_WINDOW_PROGRAM, {home.picture()}); }
     );
-    raincast::printRatio("start to first paint, the viewer / an empty window", ratio, kAim);
+    print(Figure::of(ratio, "The very first start, to its picture", "an empty window")
+              .withAim(AimOf::ratio, kAimOfFirstStart));
 }
 
 /// What the programs that have ended so far spent on a processor, in milliseconds.
@@ -73,42 +83,124 @@ double processorTime() {
     return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
 }
 
-/// The mean processor time of a few runs.
-template<typename Run>
-double meanProcessorTime(Run run) {
+/// What a start takes of a processor until everything is loaded and painted once more.
+double workOf(const CachedHome& home, const char* program, const QStringList& arguments) {
     const double before = processorTime();
-    for (int i = 0; i < kPairs; ++i) {
-        run();
-    }
-    return (processorTime() - before) / kPairs;
+    home.run(program, arguments);
+    return processorTime() - before;
 }
 
-void measureCachedStart() {
+double workOfViewer(const CachedHome& home) {
+    return workOf(
+        home, RAINCAST_PROGRAM,
+        home.viewer() + QStringList{QStringLiteral("--screenshot"), home.picture()}
+    );
+}
+
+void measureWork() {
     const CachedHome home;
-    const QStringList arguments = {
-        QStringLiteral("--page-file"), home.pageFile(), QStringLiteral("--screenshot"),
-        home.picture()};
-    const auto viewer = [&] { home.run(RAINCAST_PROGRAM, arguments); };
-    const auto bare = [&] { home.run(BARE_WINDOW_PROGRAM, {home.picture()}); };
-    const raincast::Ratio ratio = raincast::ratioOf(kPairs, viewer, bare);
-    std::printf(
-        "start to first radar pixel, 25 frames cached: %.1f ms - %.1f ms of an empty window = "
-        "%.1f ms (aim: at most %.1f ms)\n",
-        ratio.firstMilliseconds, ratio.secondMilliseconds,
-        ratio.firstMilliseconds - ratio.secondMilliseconds, kAimToRadar
+    const Ratio ratio = toldRatioOf(
+        kPairs, [&] { return workOfViewer(home); },
+        [&] { return workOf(home, BARE_WINDOW_PROGRAM, {home.picture()}); }
     );
-    const double viewers = meanProcessorTime(viewer);
-    const double bares = meanProcessorTime(bare);
-    std::printf(
-        "    on a processor: %.1f ms - %.1f ms = %.1f ms\n", viewers, bares, viewers - bares
-    );
+    print(Figure::of(
+        ratio, "A start with 25 frames, all of them loaded: processor time", "an empty window"
+    ));
+}
+
+void measureMarks() {
+    CachedHome with(1);
+    const CachedHome without(1);
+    for (const int marks : kMarks) {
+        with.setMarks(marks);
+        const Ratio ratio = toldRatioOf(
+            marks > kManyMarks ? 1 : kFewPairs, [&] { return workOfViewer(with); },
+            [&] { return workOfViewer(without); }
+        );
+        print(CurvePoint{
+            "A start with named marks: processor time", "marks in view", double(marks), "ms",
+            ratio.firstMilliseconds, "no marks", ratio.secondMilliseconds});
+        if (marks >= 6'000) {
+            print(Figure::of(
+                      ratio,
+                      "A start with " + std::to_string(marks) +
+                          " named marks in view: processor time",
+                      "no marks"
+            )
+                      .withAim(AimOf::difference, kAimOfMarks));
+        }
+    }
+}
+
+/// The viewer in a home of its own on a screen.
+class Viewer {
+public:
+    Viewer(const Screen& screen, int frames) : m_screen(screen), m_home(frames) {
+        m_home.use(screen.environment(m_home.environment()));
+    }
+    [[nodiscard]] CachedHome& home() { return m_home; }
+    /// Milliseconds until the first echo is seen.
+    [[nodiscard]] double toFirstPicture() const {
+        return m_screen.millisecondsUntil(
+            [this] { return m_screen.showsEchoes(); }, m_home.environment(),
+            QStringLiteral(RAINCAST_PROGRAM), m_home.viewer()
+        );
+    }
+    [[nodiscard]] double toEmptyWindow() const {
+        return m_screen.millisecondsUntil(
+            [this] { return m_screen.showsSomething(); }, m_home.environment(),
+            QStringLiteral(BARE_WINDOW_PROGRAM), {QStringLiteral("--idle")}
+        );
+    }
+
+private:
+    const Screen& m_screen;
+    CachedHome m_home;
+};
+
+void measureFrames(const Screen& screen) {
+    const Viewer one(screen, 1);
+    const auto oneFrame = [&one] { return one.toFirstPicture(); };
+    const auto empty = [&one] { return one.toEmptyWindow(); };
+    const auto draw = [](int frames, const Ratio& ratio) {
+        print(CurvePoint{
+            "First picture by frames of the loop", "frames", double(frames), "ms",
+            ratio.firstMilliseconds, "an empty window", ratio.secondMilliseconds});
+    };
+    const Ratio first = toldRatioOf(kPairs, oneFrame, empty);
+    print(Figure::of(first, "First picture, one frame", "an empty window")
+              .withAim(AimOf::difference, kAimOverEmptyWindow));
+    draw(1, first);
+    for (const int frames : kLoops) {
+        const Viewer loop(screen, frames);
+        draw(
+            frames, toldRatioOf(
+                        kFewPairs, [&loop] { return loop.toFirstPicture(); }, empty
+                    )
+        );
+    }
+    Viewer most(screen, CachedHome::kMostFrames);
+    const auto loop = [&most] { return most.toFirstPicture(); };
+    print(Figure::of(toldRatioOf(kPairs, loop, oneFrame), "First picture, 25 frames", "one frame")
+              .withAim(AimOf::difference, kAimOverOneFrame));
+    draw(CachedHome::kMostFrames, toldRatioOf(kFewPairs, loop, empty));
+    most.home().addNewerFrame();
+    print(Figure::of(
+              toldRatioOf(kPairs, loop, oneFrame), "First picture, 25 frames, one of them new",
+              "one frame"
+    )
+              .withAim(AimOf::difference, kAimOverOneFrame));
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     const QCoreApplication application(argc, argv);
+    const Screen screen;
+    measureFrames(screen);
+    measureMarks();
     measureFirstStart();
-    measureCachedStart();
+    measureWork();
     return 0;
 }

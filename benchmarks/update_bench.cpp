@@ -10,10 +10,10 @@
 #include "radar/catalogue/frame_name.h"
 #include "radar/radar_update.h"
 #include "support/fault_server.h"
+#include "support/figure.h"
 #include "support/gif_maker.h"
 #include "support/http_server.h"
 #include "support/radar_tree.h"
-#include "support/ratio.h"
 #include "support/temporary_home.h"
 #include "weather/item_weather.h"
 #include "weather/servers_setting.h"
@@ -289,10 +289,9 @@ void measureHolding(const FrameServer& frames) {
         require(item.state().frames.size() == kFrames, "The update did not get all frames.");
     }
     std::sort(longest.begin(), longest.end());
-    std::printf(
-        "The event loop is held for at most %.1f ms in an update (worst of %d: %.1f), aim < %.0f\n",
-        longest[longest.size() / 2], kUpdatesHeld, longest.back(), kMostHeldMilliseconds
-    );
+    Figure held{.what = "An update holds the event loop at most", .unit = "ms"};
+    held.own = longest[longest.size() / 2];
+    print(held.withAim(AimOf::own, kMostHeldMilliseconds));
     page.deactivate();
 }
 
@@ -308,10 +307,11 @@ int main(int argc, char** argv) {
         const QString host = far.host();
         const auto update = [&] { byUpdate(network, host, freshFolder(folder)); };
         const auto program = [&] { byCurlProgram(downloads(host, folder)); };
-        printRatio(
-            "UpdateRadar / curl over one connection, 25 frames at 100 ms",
-            ratioOf(kFarPairs, update, program), kAimFar
-        );
+        print(Figure::of(
+                  ratioOf(kFarPairs, update, program),
+                  "An update of 25 frames from a server 100 ms away", "curl, one connection"
+        )
+                  .withAim(AimOf::ratio, kAimFar));
     }
     const FrameServer near(std::chrono::milliseconds(0));
     const QString host = near.host();
@@ -321,10 +321,11 @@ int main(int argc, char** argv) {
         byBareLibcurl(all);
         decodeBare(all);
     };
-    printRatio(
-        "UpdateRadar / bare libcurl and giflib, on loopback", ratioOf(kPairs, update, bare),
-        kAimNear
-    );
+    print(Figure::of(
+              ratioOf(kPairs, update, bare), "An update of 25 frames on loopback",
+              "bare libcurl and giflib"
+    )
+              .withAim(AimOf::ratio, kAimNear));
     measureHolding(near);
     return 0;
 }

@@ -192,11 +192,13 @@ function(raincast_test room)
         "${environment};LC_ALL=de_DE.UTF-8;LANGUAGE=en;LOCPATH=${RAINCAST_LOCALE_DIR};RAINCAST_EXPECT_COMMA=1")
 endfunction()
 
-# raincast_bench(NAME ROOM): benchmarks/NAME_bench.cpp with ROOM and the rooms below it.
+# raincast_bench(NAME ROOM [LIBRARY...]): benchmarks/NAME_bench.cpp with ROOM and the rooms below it.
+# The target "benchmarks" builds it.
 function(raincast_bench name room)
     raincast_rooms_up_to(rooms ${room})
     add_executable(${name}_bench ${CMAKE_SOURCE_DIR}/benchmarks/${name}_bench.cpp)
     target_link_libraries(${name}_bench PRIVATE ${rooms} test_support benchmark::benchmark ${ARGN})
+    add_dependencies(benchmarks ${name}_bench)
 endfunction()
 
 # raincast_fuzz(NAME ROOM): fuzz/NAME.cpp, a libFuzzer target with ROOM and the rooms below it.

@@ -2,19 +2,25 @@
 #include "support/ratio.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
+#include <ctime>
 #include <vector>
 
 namespace raincast {
 
 namespace {
 
-double milliseconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-        .count();
+double milliseconds(clockid_t clock) {
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+std::function<double()> timed(clockid_t clock, const std::function<void()>& work) {
+    return [clock, work] {
+        const double start = milliseconds(clock);
+        work();
+        return milliseconds(clock) - start;
+    };
 }
 
 double median(std::vector<double> values) {
@@ -29,6 +35,25 @@ Ratio ratioOf(
     int pairs, const std::function<void()>& first, const std::function<void()>& second,
     const std::function<void()>& tidyUp
 ) {
+    return toldRatioOf(
+        pairs, timed(CLOCK_MONOTONIC, first), timed(CLOCK_MONOTONIC, second), tidyUp
+    );
+}
+
+Ratio processorRatioOf(
+    int pairs, const std::function<void()>& first, const std::function<void()>& second,
+    const std::function<void()>& tidyUp
+) {
+    return toldRatioOf(
+        pairs, timed(CLOCK_PROCESS_CPUTIME_ID, first), timed(CLOCK_PROCESS_CPUTIME_ID, second),
+        tidyUp
+    );
+}
+
+Ratio toldRatioOf(
+    int pairs, const std::function<double()>& first, const std::function<double()>& second,
+    const std::function<void()>& tidyUp
+) {
     const auto afterPair = [&] {
         if (tidyUp) {
             tidyUp();
@@ -41,21 +66,13 @@ Ratio ratioOf(
     std::vector<double> seconds;
     std::vector<double> ratios;
     for (int i = 0; i < pairs; ++i) {
-        firsts.push_back(milliseconds(first));
-        seconds.push_back(milliseconds(second));
+        firsts.push_back(first());
+        seconds.push_back(second());
         ratios.push_back(firsts.back() / seconds.back());
         afterPair();
     }
     const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
     return {median(firsts), median(seconds), median(ratios), *least, *most};
-}
-
-void printRatio(const char* what, const Ratio& ratio, double aim) {
-    std::printf(
-        "%-60s %8.3f ms / %8.3f ms = %.2f (%.2f to %.2f; aim: at most %.2f)\n", what,
-        ratio.firstMilliseconds, ratio.secondMilliseconds, ratio.median, ratio.least, ratio.most,
-        aim
-    );
 }
 
 } // namespace raincast

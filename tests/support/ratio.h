@@ -21,7 +21,17 @@ struct Ratio {
     const std::function<void()>& tidyUp = {}
 );
 
-/// Prints a line: what was measured, the medians, the ratio and what it should stay below.
-void printRatio(const char* what, const Ratio& ratio, double aim);
+/// The same of what both take of processors, in all threads of this process: other programs hardly
+/// change that. Not for what waits.
+[[nodiscard]] Ratio processorRatioOf(
+    int pairs, const std::function<void()>& first, const std::function<void()>& second,
+    const std::function<void()>& tidyUp = {}
+);
+
+/// The same where both say themselves what they took, in milliseconds.
+[[nodiscard]] Ratio toldRatioOf(
+    int pairs, const std::function<double()>& first, const std::function<double()>& second,
+    const std::function<void()>& tidyUp = {}
+);
 
 } // namespace raincast

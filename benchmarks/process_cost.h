@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QProcess>
+#include <QtGlobal>
+
+/// What a program that runs costs. One that has ended ends the measuring program, too.
+namespace process_cost {
+
+/// Milliseconds on a processor so far, in the program and in the system for it, its present
+/// children included.
+[[nodiscard]] double processorMilliseconds(qint64 process);
+/// How often its threads have waited so far: each time something had to wake them up again.
+[[nodiscard]] double wakeUps(qint64 process);
+
+struct Memory {
+    double resident = 0;     ///< megabytes, files that are mapped included
+    double anonymous = 0;    ///< of these, the program's own
+    double proportional = 0; ///< resident, less what other programs share of it; children included
+};
+[[nodiscard]] Memory memoryOf(qint64 process);
+
+/// Has a program that is about to be started end when this one does, however that is.
+void endWithUs(QProcess& process);
+
+} // namespace process_cost

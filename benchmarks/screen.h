@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QRgb>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <functional>
+
+/// An X server without glass, for as long as this lives. What its screen shows is looked at from
+/// outside: no program has to help.
+class Screen {
+public:
+    Screen();
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    /// What it is called, as DISPLAY has it.
+    [[nodiscard]] QString display() const { return m_display; }
+
+    /// An environment in which programs show themselves here.
+    [[nodiscard]] QProcessEnvironment environment(QProcessEnvironment base) const;
+
+    using Seen = std::function<bool()>;
+    /// Whether a program has painted: a window's worth of pixels are no longer those of the empty
+    /// screen.
+    [[nodiscard]] bool showsSomething() const;
+    /// Whether echoes of the radar pictures of CachedHome are there.
+    [[nodiscard]] bool showsEchoes() const;
+
+    /// Starts a program and gives the milliseconds until that is seen; then kills it and waits for
+    /// the empty screen. Ends this program where it takes more than a minute.
+    [[nodiscard]] double millisecondsUntil(
+        const Seen& seen, const QProcessEnvironment& environment, const QString& program,
+        const QStringList& arguments
+    ) const;
+
+private:
+    [[nodiscard]] int count(const std::function<bool(QRgb)>& wanted) const;
+
+    QTemporaryDir m_folder;
+    QProcess m_server;
+    QString m_display;
+    const uchar* m_pixels = nullptr;
+    quint32 m_stride = 0;
+    quint32 m_width = 0;
+    quint32 m_height = 0;
+};
