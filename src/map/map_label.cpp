@@ -5,7 +5,7 @@
 #include "window/device_pixels.h"
 
 #include <QCache>
-#include <QFont>
+#include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
 #include <QStaticText>
@@ -61,23 +61,36 @@ QImage pictureOf(const QString& line, const QFont& font, const QPaintDevice& dev
 
 } // namespace
 
-void drawMapLabel(QPainter& painter, const QPoint& leftMiddle, const QString& text) {
-    // Drawing a text in its halo takes its time, and a map is drawn again at every move.
+QImage mapLabelPicture(const QPainter& painter, const QString& text) {
     static QCache<TextKey, QImage> pictures(kKeptBytes);
     const QString line = oneShortLine(text);
     if (line.isEmpty()) {
-        return;
+        return {};
     }
     const QPaintDevice& device = *painter.device();
     const TextKey key{device.logicalDpiY(), 0, painter.font(), line};
-    QImage picture;
     if (const QImage* const kept = pictures.object(key)) {
-        picture = *kept;
-    } else {
-        picture = pictureOf(line, painter.font(), device);
-        pictures.insert(key, new QImage(picture), static_cast<int>(picture.sizeInBytes()));
+        return *kept;
     }
-    painter.drawImage(leftMiddle - QPoint(0, picture.height() / 2), picture);
+    QImage picture = pictureOf(line, painter.font(), device);
+    pictures.insert(key, new QImage(picture), static_cast<int>(picture.sizeInBytes()));
+    return picture;
+}
+
+QSize roughLabelSize(const QPainter& painter, const QString& text) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const auto units = static_cast<int>(std::min<qsizetype>(text.size(), kMostUnits));
+    const int halo = haloWidth(*painter.device());
+    return {units * metrics.averageCharWidth() + 4 * halo, metrics.height() + 2 * halo};
+}
+
+QRect mapLabelBox(const MapLabel& label, const QSize& picture) {
+    return {label.leftMiddle - QPoint(0, picture.height() / 2), picture};
+}
+
+void drawMapLabel(QPainter& painter, const QPoint& leftMiddle, const QString& text) {
+    const QImage picture = mapLabelPicture(painter, text);
+    painter.drawImage(mapLabelBox({leftMiddle, text}, picture.size()).topLeft(), picture);
 }
 
 } // namespace raincast

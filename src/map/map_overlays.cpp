@@ -2,7 +2,11 @@
 #include "map/map_overlays.h"
 
 #include "geo/geo_reference.h"
+#include "map/taken_cells.h"
 #include "page/item_placement.h"
+#include "window/device_pixels.h"
+
+#include <QPainter>
 
 #include <algorithm>
 #include <iterator>
@@ -12,94 +16,191 @@ namespace raincast {
 namespace {
 
 constexpr int kVisibleMargin = 50;
+// So many are drawn faster than a picture of the whole area is.
+constexpr std::size_t kFewMarks = 50;
+// Pins whose tips are nearer cannot be told from each other.
+constexpr int kPinCell = 4;
+// Names keep a little apart.
+constexpr int kNameCell = 3;
 
 } // namespace
 
 MapOverlays::MapOverlays() {
     for (COverlayObject* object : COverlayObject::all()) {
-        m_entries[object];
+        entryOf(*object);
     }
+}
+
+MapOverlays::Entry& MapOverlays::entryOf(COverlayObject& object) {
+    const auto place = m_places.constFind(&object);
+    if (place != m_places.cend()) {
+        return m_entries[place.value()];
+    }
+    m_places.insert(&object, m_entries.size());
+    return m_entries.emplace_back(Entry{&object});
 }
 
 void MapOverlays::layout(COverlayObject& object, const GeoReference& geoReference) {
-    m_entries[&object].layout(object, geoReference);
-    m_seen.reset();
+    place(entryOf(object), geoReference);
 }
 
 void MapOverlays::layoutAll(const GeoReference& geoReference) {
-    for (auto& [object, entry] : m_entries) {
-        entry.layout(*object, geoReference);
+    dropForgotten();
+    for (Entry& entry : m_entries) {
+        place(entry, geoReference);
+    }
+}
+
+void MapOverlays::place(Entry& entry, const GeoReference& geoReference) {
+    m_layout.clear();
+    if (geoReference.valid()) {
+        entry.object->Layout(m_layout, geoReference);
+    }
+    entry.layer = entry.object->layer();
+    entry.points = {m_layout.begin(), m_layout.end()};
+    changed(entry);
+}
+
+void MapOverlays::changed(const Entry& entry) {
+    m_seen.reset();
+    if (entry.layer == COverlayObject::Layer::mark) {
+        m_sight.reset();
+    }
+}
+
+void MapOverlays::forget(COverlayObject& object) {
+    const auto place = m_places.constFind(&object);
+    if (place == m_places.cend()) {
+        return;
+    }
+    Entry& entry = m_entries[place.value()];
+    changed(entry);
+    entry = {};
+    m_places.erase(place);
+    // Now and then: thousands may go, one after the other.
+    if (static_cast<std::size_t>(m_places.size()) < m_entries.size() / 2) {
+        dropForgotten();
+    }
+}
+
+void MapOverlays::dropForgotten() {
+    const auto isForgotten = [](const Entry& entry) { return entry.object == nullptr; };
+    std::erase_if(m_entries, isForgotten);
+    for (std::size_t place = 0; place < m_entries.size(); ++place) {
+        m_places[m_entries[place].object] = place;
     }
     m_seen.reset();
 }
 
-void MapOverlays::forget(COverlayObject& object) {
-    m_entries.erase(&object);
-    m_inView.clear();
-    m_seen.reset();
-}
-
-// There may be thousands of which a few are in view: the others cost nothing until something moves.
 void MapOverlays::draw(QPainter& painter, const ViewTransform& view, const PageRectangle& area) {
     const Box seen = Box::seenIn(area, view);
     if (m_seen != seen) {
         findInView(seen);
     }
-    for (Entries::value_type* each : m_inView) {
-        each->first->Draw(painter, view, each->second.pointsOnPage(view));
+    drawMarks(painter, {view, area.toRect(), painter.device()->logicalDpiY(), painter.font()});
+    for (const std::size_t place : m_others) {
+        const Entry& entry = m_entries[place];
+        entry.object->Draw(painter, view, onPage(entry, view));
     }
 }
 
 void MapOverlays::findInView(const Box& seen) {
-    m_inView.clear();
-    for (Entries::value_type& each : m_entries) {
-        if (!each.second.points.empty() && each.second.box.meets(seen)) {
-            m_inView.push_back(&each);
+    m_marks.clear();
+    m_others.clear();
+    for (std::size_t place = 0; place < m_entries.size(); ++place) {
+        if (seen.meets(m_entries[place])) {
+            const bool isMark = m_entries[place].layer == COverlayObject::Layer::mark;
+            (isMark ? m_marks : m_others).push_back(place);
         }
     }
-    std::stable_sort(m_inView.begin(), m_inView.end(), [](const auto* one, const auto* other) {
-        return one->first->layer() < other->first->layer();
+    std::stable_sort(m_others.begin(), m_others.end(), [this](std::size_t one, std::size_t other) {
+        return m_entries[one].layer < m_entries[other].layer;
     });
     m_seen = seen;
 }
 
-void MapOverlays::Entry::layout(const COverlayObject& object, const GeoReference& geoReference) {
-    points.clear();
-    onPage.clear();
-    if (geoReference.valid()) {
-        object.Layout(points, geoReference);
+void MapOverlays::drawMarks(QPainter& painter, const Sight& sight) {
+    if (m_marks.size() <= kFewMarks) {
+        m_picture = {};
+        m_sight.reset();
+        drawMarksAnew(painter, sight);
+        return;
     }
-    box = Box::around(points);
+    if (m_sight != sight) {
+        m_picture = pictureOfMarks(sight);
+        m_sight = sight;
+    }
+    painter.drawImage(sight.area.topLeft(), m_picture);
 }
 
-const std::vector<PagePoint>& MapOverlays::Entry::pointsOnPage(const ViewTransform& present) {
-    if (onPage.size() != points.size() || view != present) {
-        view = present;
-        onPage.clear();
-        std::transform(
-            points.begin(), points.end(), std::back_inserter(onPage),
-            [this](const ImagePixel& pixel) { return view.toPage(pixel); }
-        );
-    }
-    return onPage;
+QImage MapOverlays::pictureOfMarks(const Sight& sight) {
+    QImage picture(sight.area.size(), QImage::Format_ARGB32_Premultiplied);
+    setDensity(picture, sight.dotsPerInch);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setFont(sight.font);
+    painter.translate(-sight.area.topLeft());
+    drawMarksAnew(painter, sight);
+    return picture;
 }
 
-bool MapOverlays::Box::meets(const Box& other) const {
-    return left <= other.right && other.left <= right && top <= other.bottom && other.top <= bottom;
+// The youngest choose first where they lie; they are drawn last, names above all pins.
+void MapOverlays::drawMarksAnew(QPainter& painter, const Sight& sight) {
+    TakenCells pins(
+        sight.area.adjusted(-kVisibleMargin, -kVisibleMargin, kVisibleMargin, kVisibleMargin),
+        kPinCell
+    );
+    TakenCells names(sight.area, kNameCell);
+    std::vector<const Entry*> shown;
+    std::vector<std::pair<QPoint, QImage>> written;
+    for (auto place = m_marks.rbegin(); place != m_marks.rend(); ++place) {
+        const Entry& entry = m_entries[*place];
+        const std::vector<PagePoint>& points = onPage(entry, sight.view);
+        if (!pins.take({points[0].x, points[0].y, 1, 1})) {
+            continue;
+        }
+        shown.push_back(&entry);
+        const auto label = entry.object->label(sight.view, points);
+        const auto rough = [&] {
+            return mapLabelBox(*label, roughLabelSize(painter, label->text));
+        };
+        if (!label || !names.isFree(rough())) {
+            continue; // most of a crowd end here, without a picture
+        }
+        const QImage picture = mapLabelPicture(painter, label->text);
+        const QRect box = mapLabelBox(*label, picture.size());
+        if (names.take(box)) {
+            written.emplace_back(box.topLeft(), picture);
+        }
+    }
+    std::for_each(shown.rbegin(), shown.rend(), [&](const Entry* entry) {
+        entry->object->Draw(painter, sight.view, onPage(*entry, sight.view));
+    });
+    for (const auto& [corner, picture] : written) {
+        painter.drawImage(corner, picture);
+    }
 }
 
-MapOverlays::Box MapOverlays::Box::around(const std::vector<ImagePixel>& points) {
-    if (points.empty()) {
-        return {};
+const std::vector<PagePoint>& MapOverlays::onPage(const Entry& entry, const ViewTransform& view) {
+    m_onPage.clear();
+    std::transform(
+        entry.points.begin(), entry.points.end(), std::back_inserter(m_onPage),
+        [&view](const ImagePixel& pixel) { return view.toPage(pixel); }
+    );
+    return m_onPage;
+}
+
+bool MapOverlays::Box::meets(const Entry& entry) const {
+    if (entry.points.isEmpty()) {
+        return false;
     }
-    Box box{points[0].column, points[0].row, points[0].column, points[0].row};
-    for (const ImagePixel& point : points) {
-        box.left = std::min<std::int64_t>(box.left, point.column);
-        box.top = std::min<std::int64_t>(box.top, point.row);
-        box.right = std::max<std::int64_t>(box.right, point.column);
-        box.bottom = std::max<std::int64_t>(box.bottom, point.row);
+    ImagePixel least = entry.points[0];
+    ImagePixel most = least;
+    for (const ImagePixel& point : entry.points) {
+        least = {std::min(least.column, point.column), std::min(least.row, point.row)};
+        most = {std::max(most.column, point.column), std::max(most.row, point.row)};
     }
-    return box;
+    return least.column <= right && left <= most.column && least.row <= bottom && top <= most.row;
 }
 
 MapOverlays::Box MapOverlays::Box::seenIn(const PageRectangle& area, const ViewTransform& view) {

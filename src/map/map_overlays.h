@@ -4,8 +4,13 @@
 #include "geo/view_transform.h"
 #include "map/overlay_object.h"
 
+#include <QFont>
+#include <QHash>
+#include <QImage>
+#include <QRect>
+#include <QVarLengthArray>
+
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <vector>
 
@@ -16,8 +21,12 @@ namespace raincast {
 class GeoReference;
 struct PageRectangle;
 
-/// The overlays of one map view: where the points of each lie in the image, and on the page for as
-/// long as the view stays the same.
+/// The overlays of one map view and where the points of each lie in the image.
+///
+/// There may be a hundred thousand marks. Of those whose spots are a pixel or two apart the
+/// youngest is drawn, and a name that would overlap a younger mark's is left out. More than a few
+/// in view are one picture, which is kept until they or the view change: a loop that plays below
+/// them draws that.
 class MapOverlays {
 public:
     /// Knows every overlay that exists; none is laid out yet.
@@ -30,40 +39,59 @@ public:
     void forget(COverlayObject& object);
 
     /// Draws those that come within 50 image pixels of a rectangle of the page, layer by layer
-    /// (COverlayObject::layer).
+    /// (COverlayObject::layer), in each the oldest first.
     void draw(QPainter& painter, const ViewTransform& view, const PageRectangle& area);
 
 private:
+    struct Entry {
+        COverlayObject* object = nullptr; ///< null once it is forgotten
+        COverlayObject::Layer layer = COverlayObject::Layer::mark;
+        QVarLengthArray<ImagePixel, 2> points{};
+    };
+
     /// Image pixels, all four edges within. Wide enough for a margin around any pixel.
     struct Box {
-        std::int64_t left = 0;
-        std::int64_t top = 0;
-        std::int64_t right = 0;
-        std::int64_t bottom = 0;
+        std::int64_t left;
+        std::int64_t top;
+        std::int64_t right;
+        std::int64_t bottom;
 
         friend bool operator==(const Box&, const Box&) = default;
-        [[nodiscard]] bool meets(const Box& other) const;
-        [[nodiscard]] static Box around(const std::vector<ImagePixel>& points);
+        [[nodiscard]] bool meets(const Entry& entry) const;
         [[nodiscard]] static Box seenIn(const PageRectangle& area, const ViewTransform& view);
     };
 
-    struct Entry {
-        std::vector<ImagePixel> points;
-        Box box; ///< around the points
-        std::vector<PagePoint> onPage;
-        ViewTransform view; ///< that the points on the page are of
+    /// What the picture of the marks depends on, but for them.
+    struct Sight {
+        ViewTransform view;
+        QRect area;
+        int dotsPerInch;
+        QFont font;
 
-        void layout(const COverlayObject& object, const GeoReference& geoReference);
-        [[nodiscard]] const std::vector<PagePoint>& pointsOnPage(const ViewTransform& present);
+        friend bool operator==(const Sight&, const Sight&) = default;
     };
 
-    using Entries = std::map<COverlayObject*, Entry>;
-
+    Entry& entryOf(COverlayObject& object);
+    void place(Entry& entry, const GeoReference& geoReference);
+    void dropForgotten();
+    void changed(const Entry& entry);
     void findInView(const Box& seen);
+    void drawMarks(QPainter& painter, const Sight& sight);
+    void drawMarksAnew(QPainter& painter, const Sight& sight);
+    [[nodiscard]] QImage pictureOfMarks(const Sight& sight);
+    const std::vector<PagePoint>& onPage(const Entry& entry, const ViewTransform& view);
 
-    Entries m_entries;
-    std::vector<Entries::value_type*> m_inView; ///< in the order of drawing
-    std::optional<Box> m_seen;                  ///< where m_inView was looked for
+    std::vector<Entry> m_entries;                       ///< the oldest first
+    QHash<const COverlayObject*, std::size_t> m_places; ///< in m_entries
+    std::vector<ImagePixel> m_layout;                   ///< while one is laid out
+    std::vector<PagePoint> m_onPage;                    ///< while one is drawn
+
+    std::optional<Box> m_seen;         ///< where the next two were looked for
+    std::vector<std::size_t> m_marks;  ///< places in m_entries, the oldest first
+    std::vector<std::size_t> m_others; ///< in the order of drawing
+
+    std::optional<Sight> m_sight; ///< of the next
+    QImage m_picture;             ///< of the marks
 };
 
 } // namespace raincast

@@ -3,7 +3,6 @@
 
 #include "geo/geo_reference.h"
 #include "map/map_icon.h"
-#include "map/map_label.h"
 #include "persist/record_reader.h"
 #include "persist/record_writer.h"
 
@@ -56,16 +55,21 @@ void COverlayMark::Layout(std::vector<ImagePixel>& outline, const GeoReference& 
 }
 
 void COverlayMark::Draw(
-    QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline
+    QPainter& painter, const ViewTransform& /*view*/, const std::vector<PagePoint>& outline
 ) {
     if (outline.empty()) {
         return;
     }
     const QPoint spot(outline[0].x, outline[0].y);
     painter.drawImage(spot - kHotSpot, mapIconPicture(MapIcon::mark, false));
-    if (view.zoom() <= kMostZoomWithNames) {
-        drawMapLabel(painter, spot + kNamePlace, name);
+}
+
+std::optional<MapLabel>
+COverlayMark::label(const ViewTransform& view, const std::vector<PagePoint>& outline) const {
+    if (outline.empty() || view.zoom() > kMostZoomWithNames) {
+        return std::nullopt;
     }
+    return MapLabel{QPoint(outline[0].x, outline[0].y) + kNamePlace, name};
 }
 
 bool COverlayMark::Read(CSerialReader& reader) {

@@ -33,6 +33,9 @@ public:
     void Layout(std::vector<ImagePixel>& outline, const GeoReference& geoReference) const override;
     void Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline)
         override;
+    /// Its name, unless the view is zoomed out.
+    [[nodiscard]] std::optional<MapLabel>
+    label(const ViewTransform& view, const std::vector<PagePoint>& outline) const override;
 
     /// One record: name, latitude, longitude. Whatever these are, Write gives back the same bytes.
     /// False for a mark that lacks one of them; it is left as it was then.

@@ -31,6 +31,12 @@ COverlayObject::~COverlayObject() {
     Listener<COverlayObject>::Notify(*this);
 }
 
+std::optional<MapLabel>
+COverlayObject::label(const ViewTransform& /*view*/, const std::vector<PagePoint>& /*outline*/)
+    const {
+    return std::nullopt;
+}
+
 void COverlayObject::announceChanged() {
     m_change = Change::changed;
     Listener<COverlayObject>::Notify(*this);

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "geo/view_transform.h"
+#include "map/map_label.h"
 
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -33,6 +35,11 @@ public:
     /// Draws the object; `outline` has the points of Layout, in page pixels.
     virtual void
     Draw(QPainter& painter, const ViewTransform& view, const std::vector<PagePoint>& outline) = 0;
+
+    /// What is written beside it in a view, if anything. A name that would overlap that of a
+    /// younger object gives way: it is not written.
+    [[nodiscard]] virtual std::optional<MapLabel>
+    label(const ViewTransform& view, const std::vector<PagePoint>& outline) const;
 
     /// Where it is drawn now; another one takes effect with the next announcement.
     [[nodiscard]] virtual Layer layer() const { return Layer::mark; }

@@ -511,7 +511,7 @@ TEST_F(ItemMapViewTest, AnOverlayThatGoesIsForgotten) {
     Dots stays({{0, 0}});
     stays.announceChanged();
     {
-        Dots goes({{0, 0}});
+        Dots goes({{20, 0}});
         goes.announceChanged();
         draw();
         EXPECT_EQ(goes.draws, 1);

@@ -75,6 +75,19 @@ TEST_F(MapLabelTest, ATextIsDrawnAgainAsItWas) {
     EXPECT_EQ(drawn(QStringLiteral("a\nb")), drawn(QStringLiteral(" a  b ")));
 }
 
+TEST_F(MapLabelTest, ItsRoughSizeIsNearThatOfItsPicture) {
+    QImage picture(10, 10, QImage::Format_RGB32);
+    const QPainter painter(&picture);
+    for (const char* const text : {"Mark 12345", "Harbour of Refuge"}) {
+        const QString line = QString::fromLatin1(text);
+        const QSize real = mapLabelPicture(painter, line).size();
+        const QSize rough = roughLabelSize(painter, line);
+        EXPECT_EQ(rough.height(), real.height()) << text;
+        EXPECT_NEAR(rough.width(), real.width(), real.width() / 3) << text;
+    }
+    EXPECT_LT(roughLabelSize(painter, QString(1000000, u'm')).width(), 1000) << "it is cut";
+}
+
 TEST_F(MapLabelTest, ALongTextIsCut) {
     const QImage cut = drawn(QString(1000000, u'm'));
     EXPECT_EQ(cut, drawn(QString(41, u'm')));

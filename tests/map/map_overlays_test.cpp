@@ -2,6 +2,7 @@
 #include "map/map_overlays.h"
 #include "map_page.h"
 #include "page/item_placement.h"
+#include "support/qt_app.h"
 
 #include <gmock/gmock.h>
 
@@ -30,9 +31,17 @@ public:
             drawing(*this);
         }
     }
+    std::optional<MapLabel>
+    label(const ViewTransform&, const std::vector<PagePoint>& points) const override {
+        ++asked;
+        return text.isEmpty() ? std::nullopt
+                              : std::optional(MapLabel{{points[0].x, points[0].y}, text});
+    }
     void moveTo(ImagePixel pixel) { m_pixel = pixel; }
 
     std::function<void(const Dot&)> drawing;
+    QString text;
+    mutable int asked = 0;
     mutable int layouts = 0;
     int draws = 0;
     std::vector<PagePoint> drawn;
@@ -41,11 +50,41 @@ private:
     ImagePixel m_pixel;
 };
 
-class MapOverlaysTest : public testing::Test {
+class MapOverlaysTest : public test::GuiTest {
 protected:
     void draw(MapOverlays& overlays, const ViewTransform& view = {}) {
         QPainter painter(&m_picture);
         overlays.draw(painter, view, {0, 0, 100, 80});
+    }
+
+    /// What is drawn on white.
+    QImage drawn(MapOverlays& overlays, const ViewTransform& view = {}) {
+        m_picture.fill(Qt::white);
+        draw(overlays, view);
+        return m_picture.copy();
+    }
+    /// Where it is not white.
+    static QRect inked(const QImage& picture) {
+        QRect found;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixel(x, y) != 0xFFFFFFFF) {
+                    found |= QRect(x, y, 1, 1);
+                }
+            }
+        }
+        return found;
+    }
+    /// So many that they are kept as a picture; all are in view.
+    static void makeCrowd(std::deque<Dot>& dots) {
+        for (int i = 0; i < 60; ++i) {
+            dots.emplace_back(ImagePixel{i % 10 * 6, i / 10 * 10});
+        }
+    }
+    static void empty(std::deque<Dot>& dots) {
+        while (!dots.empty()) {
+            dots.pop_back(); // the list of all overlays is searched from its end
+        }
     }
 
     GeoReference placed = test::placedImage();
@@ -178,9 +217,124 @@ TEST_F(MapOverlaysTest, OfTenThousandOverlaysThoseInViewAreDrawn) {
     }
     EXPECT_EQ(draws, 10);
     EXPECT_EQ(layouts, 10'001);
-    while (!dots.empty()) {
-        dots.pop_back(); // the list of all overlays is searched from its end
+    empty(dots);
+}
+
+TEST_F(MapOverlaysTest, OfMarksOnOneSpotTheYoungestIsDrawn) {
+    MapOverlays overlays;
+    Dot older({10, 20});
+    Dot younger({10, 20});
+    Dot apart({30, 20});
+    for (Dot* dot : {&older, &younger, &apart}) {
+        dot->text = QStringLiteral("A");
+        overlays.layout(*dot, placed);
     }
+    draw(overlays);
+    EXPECT_EQ(older.draws, 0);
+    EXPECT_EQ(younger.draws, 1);
+    EXPECT_EQ(apart.draws, 1);
+    overlays.layout(older, placed); // it is changed, and as old as before
+    draw(overlays);
+    EXPECT_EQ(older.draws, 0);
+    overlays.forget(younger);
+    draw(overlays);
+    EXPECT_EQ(older.draws, 1);
+}
+
+TEST_F(MapOverlaysTest, ANameGivesWayToThatOfAYoungerMark) {
+    MapOverlays overlays;
+    Dot older({5, 30});
+    older.text = QStringLiteral("HHH");
+    overlays.layout(older, placed);
+    const QImage one = drawn(overlays);
+    EXPECT_NEAR(inked(one).left(), 6, 1) << "its halo";
+    Dot younger({15, 32});
+    younger.text = QStringLiteral("HHH");
+    overlays.layout(younger, placed);
+    EXPECT_EQ(older.draws, 1);
+    const QImage two = drawn(overlays);
+    EXPECT_EQ(older.draws, 2) << "its pin stays";
+    EXPECT_EQ(inked(two), inked(one).translated(10, 2));
+    younger.moveTo({5, 50}); // below: both have room
+    overlays.layout(younger, placed);
+    EXPECT_EQ(inked(drawn(overlays)), inked(one) | inked(one).translated(0, 20));
+}
+
+TEST_F(MapOverlaysTest, ManyMarksAreDrawnOnceForAView) {
+    MapOverlays overlays;
+    std::deque<Dot> dots;
+    makeCrowd(dots);
+    for (Dot& dot : dots) {
+        dot.text = QStringLiteral("H");
+        overlays.layout(dot, placed);
+    }
+    const QImage first = drawn(overlays);
+    EXPECT_FALSE(inked(first).isEmpty());
+    const int draws = dots[0].draws;
+    EXPECT_EQ(drawn(overlays), first);
+    EXPECT_EQ(dots[0].draws, draws) << "nothing moved";
+
+    dots.back().text = QStringLiteral("M"); // the name that all others give way to
+    overlays.layout(dots.back(), placed);
+    EXPECT_NE(drawn(overlays), first);
+    EXPECT_EQ(dots[0].draws, draws + 1);
+
+    const QImage moved = drawn(overlays, {0, {-20, 0}});
+    EXPECT_EQ(dots[0].draws, draws + 2);
+    EXPECT_EQ(inked(moved).left(), inked(first).left() + 20);
+
+    const QImage before = drawn(overlays);
+    overlays.forget(dots.back());
+    EXPECT_NE(drawn(overlays), before);
+    empty(dots);
+}
+
+TEST_F(MapOverlaysTest, APositionThatMovesLeavesThePictureOfManyMarks) {
+    struct Position : Dot {
+        using Dot::Dot;
+        Layer layer() const override { return Layer::position; }
+    };
+    MapOverlays overlays;
+    std::deque<Dot> dots;
+    makeCrowd(dots);
+    for (Dot& dot : dots) {
+        overlays.layout(dot, placed);
+    }
+    Position position({50, 40});
+    for (int i = 0; i < 5; ++i) {
+        position.moveTo({50 + i, 40});
+        overlays.layout(position, placed);
+        draw(overlays);
+    }
+    EXPECT_THAT(position.drawn, ElementsAre(PagePoint{54, 40}));
+    EXPECT_EQ(position.draws, 5);
+    EXPECT_EQ(dots[0].draws, 1);
+    empty(dots);
+}
+
+TEST_F(MapOverlaysTest, AHundredThousandMarksAreLaidOutAndForgotten) {
+    MapOverlays overlays;
+    std::deque<Dot> dots;
+    for (int i = 0; i < 100'000; ++i) {
+        Dot& dot = dots.emplace_back(ImagePixel{i % 100, i / 1000 % 80});
+        dot.text = QStringLiteral("Mark %1").arg(i);
+        overlays.layout(dot, placed);
+    }
+    draw(overlays);
+    int draws = 0;
+    for (const Dot& dot : dots) {
+        draws += dot.draws;
+    }
+    EXPECT_GT(draws, 400) << "one in each cell of 4 by 4 pixels";
+    EXPECT_LT(draws, 1500);
+    while (dots.size() > 30) {
+        overlays.forget(dots.back());
+        dots.pop_back();
+    }
+    const int before = dots.back().draws;
+    draw(overlays);
+    EXPECT_EQ(dots.back().draws, before + 1) << "those that are left are drawn";
+    empty(dots);
 }
 
 } // namespace
