@@ -82,10 +82,12 @@ BasemapLoad::BasemapLoad(const RadarScene& scene, const std::shared_ptr<ByteAllo
     : m_state(scene.state), m_shown(scene.shown), m_basemaps(scene.basemaps), m_view(scene.view),
       m_radar(scene.downloads, scene.servers.radar, true, false, allowance),
       m_basemap(scene.downloads, scene.servers.basemap, true, false, allowance) {
-    m_basemaps.missing = static_cast<int>(std::count_if(
-        mapLayers().begin(), mapLayers().end(),
-        [this](const MapLayer& layer) { return isShown(layer); }
-    ));
+    for (const MapLayer& layer : mapLayers()) {
+        if (isShown(layer)) {
+            m_left.push_back({&layer, nullptr});
+        }
+    }
+    m_basemaps.missing = static_cast<int>(m_left.size());
     m_wanted = m_basemaps.missing;
 }
 
@@ -213,38 +215,69 @@ void BasemapLoad::askForPlace(Taken done) {
     );
 }
 
+// Side by side: most starts find all of them in the cache.
 void BasemapLoad::loadNext() {
-    while (m_next < mapLayers().size() && !isShown(mapLayers()[m_next])) {
-        ++m_next;
-    }
-    if (m_next == mapLayers().size()) {
+    if (m_left.empty()) {
         end(true);
-    } else {
-        load(mapLayers()[m_next]);
+        return;
     }
+    m_loading = m_left.size();
+    for (Layer& each : m_left) {
+        m_background.run(
+            [file = cachedFile(*each.layer)] { return LoadImageFile(file, kMostRadarPixels); },
+            [this, &each](const Bitmap& picture) {
+                each.picture = picture;
+                if (--m_loading == 0) {
+                    drawCached();
+                }
+            }
+        );
+    }
+}
+
+// Draws what the cache has, up to the first layer that it lacks: that one is fetched.
+void BasemapLoad::drawCached() {
+    const auto lacking = std::find_if(m_left.begin(), m_left.end(), [](const Layer& each) {
+        return each.picture == nullptr;
+    });
+    if (lacking == m_left.begin()) {
+        load(*lacking->layer);
+        return;
+    }
+    std::vector<Layer> cached(m_left.begin(), lacking);
+    m_left.erase(m_left.begin(), lacking);
+    m_done += static_cast<int>(cached.size());
+    m_view.progress(m_done - 1, m_wanted);
+    draw(std::move(cached), [this] {
+        m_view.repaint();
+        m_left.empty() ? end(true) : load(*m_left.front().layer);
+    });
 }
 
 // A layer that came and cannot be drawn counts as missing.
 void BasemapLoad::load(const MapLayer& layer) {
     m_view.progress(m_done++, m_wanted);
-    draw(layer, [this, &layer](bool drawn) {
-        if (drawn) {
-            layerEnded(true, true);
+    fetch(layer, [this, &layer](bool kept) {
+        if (!kept) {
+            layerEnded(false);
             return;
         }
-        fetch(layer, [this, &layer](bool kept) {
-            if (kept) {
-                draw(layer, [this](bool drawnNow) { layerEnded(true, drawnNow); });
-            } else {
-                layerEnded(false, false);
+        m_background.run(
+            [file = cachedFile(layer)] { return LoadImageFile(file, kMostRadarPixels); },
+            [this, &layer](const Bitmap& picture) {
+                if (picture == nullptr) {
+                    layerEnded(true);
+                } else {
+                    draw({{&layer, picture}}, [this] { layerEnded(true); });
+                }
             }
-        });
+        );
     });
 }
 
-void BasemapLoad::layerEnded(bool taken, bool drawn) {
-    const MapLayer& layer = mapLayers()[m_next++];
-    m_basemaps.missing -= drawn ? 1 : 0;
+void BasemapLoad::layerEnded(bool taken) {
+    const MapLayer& layer = *m_left.front().layer;
+    m_left.erase(m_left.begin());
     if (taken) {
         m_view.repaint();
     }
@@ -255,25 +288,34 @@ void BasemapLoad::layerEnded(bool taken, bool drawn) {
     }
 }
 
-// Draws the layer's cached file onto its ground; false when there is no such file, or it is not a
-// picture. The ground is on the screen, so a copy of it is drawn upon.
-void BasemapLoad::draw(const MapLayer& layer, Taken done) {
-    const bool onTopo = layer.isOnTopo(m_basemaps.topo != nullptr);
-    Bitmap& ground = onTopo ? m_basemaps.topo : m_basemaps.overlay;
-    const bool isWhole = layer.ground == MapLayer::Ground::topo;
-    const auto drawn = [file = cachedFile(layer), isWhole, ground] {
-        if (isWhole) {
-            return LoadImageFile(file, kMostRadarPixels);
+void BasemapLoad::draw(std::vector<Layer> layers, std::function<void()> done) {
+    m_background.run(
+        [maps = m_basemaps, layers = std::move(layers)] { return withLayers(maps, layers); },
+        [this, done = std::move(done)](const Basemaps& maps) {
+            m_basemaps = maps;
+            done();
         }
-        Bitmap copy = ground ? std::make_shared<QImage>(*ground) : nullptr;
-        return LoadAndComposite(file, copy) ? copy : nullptr;
+    );
+}
+
+// Draws loaded layers onto their grounds. These are on the screen: copies of them are drawn upon.
+Basemaps BasemapLoad::withLayers(Basemaps maps, const std::vector<Layer>& layers) {
+    const auto copied = [](const Bitmap& ground) {
+        return ground ? std::make_shared<QImage>(*ground) : nullptr;
     };
-    m_background.run(drawn, [&ground, done = std::move(done)](const Bitmap& picture) {
-        if (picture) {
+    maps.topo = copied(maps.topo);
+    maps.overlay = copied(maps.overlay);
+    for (const auto& [layer, picture] : layers) {
+        const bool isWhole = layer->ground == MapLayer::Ground::topo;
+        Bitmap& ground = layer->isOnTopo(maps.topo != nullptr) ? maps.topo : maps.overlay;
+        if (isWhole) {
             ground = picture;
+        } else {
+            CompositeOnto(ground, *picture, picture->width(), picture->height());
         }
-        done(picture != nullptr);
-    });
+        maps.missing -= ground ? 1 : 0;
+    }
+    return maps;
 }
 
 void BasemapLoad::end(bool complete) {

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace raincast {
 
@@ -58,10 +59,19 @@ private:
     void place(Taken done);
     [[nodiscard]] bool mayHaveMoved() const;
     void askForPlace(Taken done);
+
+    /// A layer that is shown, and its cached picture; null as long as it is not loaded, and without
+    /// a good one.
+    struct Layer {
+        const MapLayer* layer;
+        Bitmap picture;
+    };
     void loadNext();
+    void drawCached();
     void load(const MapLayer& layer);
-    void draw(const MapLayer& layer, Taken done);
-    void layerEnded(bool taken, bool drawn);
+    void draw(std::vector<Layer> layers, std::function<void()> done);
+    [[nodiscard]] static Basemaps withLayers(Basemaps maps, const std::vector<Layer>& layers);
+    void layerEnded(bool taken);
     void end(bool complete);
 
     const RadarState& m_state;
@@ -71,7 +81,8 @@ private:
     CHttpTransfer m_radar;
     CHttpTransfer m_basemap;
     std::optional<QString> m_writeFailure; ///< why the cache could not be written, the first time
-    std::size_t m_next = 0;                ///< of the layers
+    std::vector<Layer> m_left;             ///< those that are not drawn yet, in their order
+    std::size_t m_loading = 0;             ///< how many of their files
     bool m_endAtFailure = false;           ///< of a required layer
     int m_wanted = 0;                      ///< files
     int m_done = 0;
