@@ -155,7 +155,7 @@ bool RunningServer::publishSharp(const std::stop_token& stop) {
 
 void RunningServer::work() {
     if (m_level3 != nullptr) {
-        m_watch = std::make_unique<Level3Watch>(*m_level3);
+        m_watch = std::make_unique<Level3Watch>(*m_level3, Level3Watch::Pace());
     }
     if (!m_options.publishFolder.isEmpty()) {
         publishAlways();

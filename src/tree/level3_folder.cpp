@@ -15,6 +15,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace raincast {
 
@@ -38,33 +39,11 @@ Level3Result decodeFile(const QString& path) {
     return tl::unexpected(QStringLiteral("The file cannot be read: %1.").arg(bytes.error().reason));
 }
 
-QFileInfoList filesIn(const QString& folder, QStringList& folders) {
-    QFileInfoList files;
-    folders = {folder};
-    QDirIterator entries(
-        folder, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories
-    );
-    while (entries.hasNext()) {
-        entries.next();
-        const QFileInfo entry = entries.fileInfo();
-        if (entry.isDir()) {
-            folders += entry.filePath();
-        } else {
-            files += entry;
-        }
-    }
-    // The newest first: at the first start people wait for them.
-    std::sort(files.begin(), files.end(), [](const QFileInfo& a, const QFileInfo& b) {
-        return a.lastModified() > b.lastModified();
-    });
-    return files;
-}
-
 } // namespace
 
 Level3Folder::Level3Folder(const QString& folder, const QString& store, int hours, ServerLog log)
     : m_folder(QDir(folder).absolutePath()), m_store(QDir(store).absolutePath()), m_hours(hours),
-      m_log(std::move(log)), m_folders{m_folder} {
+      m_log(std::move(log)) {
     loadStore();
 }
 
@@ -122,57 +101,83 @@ bool Level3Folder::isTooOld(FileTime time) const {
     return m_hours > 0 && time < Clock::current().now() - m_hours * 60 * kFileTimePerMinute;
 }
 
-int Level3Folder::rescan(const std::stop_token& stop) {
-    const QFileInfoList files = listFiles();
+int Level3Folder::rescan(const std::stop_token& stop, const Entering& entering) {
+    FoundFiles files;
+    findFiles(m_folder, files, entering);
     if (m_isDoubtful.exchange(false)) {
         dropDamagedFrames(stop);
     }
-    Turn turn{.begin = QDateTime::currentMSecsSinceEpoch(), .seen = {}};
-    for (const QFileInfo& file : files) {
-        if (stop.stop_requested()) {
-            return turn.frames;
-        }
-        if (look(file, turn) == Outcome::unstored) {
-            // The rest could not be stored either. Frames that grow too old make room.
-            m_seen.insert(turn.seen);
-            turn.seen = m_seen;
-            break;
-        }
+    m_isCut = false;
+    m_unfinished.clear();
+    Turn turn = lookAtAll(std::move(files), stop);
+    if (!m_isCut) {
+        m_seen = std::move(turn.seen); // without those that have gone
     }
-    m_seen = turn.seen;
-    forgetOldFrames();
-    m_hasScanned = true;
+    if (!stop.stop_requested()) {
+        forgetOldFrames();
+        m_hasScanned = true;
+    }
     return turn.frames;
 }
 
-QFileInfoList Level3Folder::listFiles() {
-    QStringList folders;
-    QFileInfoList files = filesIn(m_folder, folders);
-    const std::lock_guard lock(m_mutex);
-    m_folders = folders;
-    return files;
+int Level3Folder::lookAt(QStringList paths, const std::stop_token& stop, const Entering& entering) {
+    paths.removeDuplicates();
+    FoundFiles files;
+    for (const QString& path : paths) {
+        findFiles(path, files, entering);
+    }
+    return lookAtAll(std::move(files), stop).frames;
+}
+
+void Level3Folder::expect(const QStringList& files) {
+    m_unfinished.unite({files.begin(), files.end()});
+}
+
+int Level3Folder::lookAgain(const std::stop_token& stop) {
+    const QSet<QString> files = std::exchange(m_unfinished, {});
+    const int frames = lookAt(files.values(), stop);
+    forgetOldFrames();
+    return frames;
+}
+
+// The newest first: at the first start people wait for them.
+Level3Folder::Turn Level3Folder::lookAtAll(FoundFiles files, const std::stop_token& stop) {
+    std::sort(files.begin(), files.end(), [](const FoundFile& a, const FoundFile& b) {
+        return a.state.changed > b.state.changed;
+    });
+    Turn turn{.begin = QDateTime::currentMSecsSinceEpoch(), .seen = {}};
+    for (const FoundFile& file : files) {
+        // If one cannot be stored, the rest cannot either. Frames that grow too old make room.
+        m_isCut = m_isCut || stop.stop_requested() || look(file, turn) == Outcome::unstored;
+        if (m_isCut) {
+            break;
+        }
+    }
+    m_seen.insert(turn.seen);
+    return turn;
 }
 
 // Takes a file that is new or has changed.
-Level3Folder::Outcome Level3Folder::look(const QFileInfo& file, Turn& turn) {
-    const Seen present{file.size(), file.lastModified().toMSecsSinceEpoch()};
-    if (m_seen.value(file.filePath()) == present) {
-        turn.seen.insert(file.filePath(), present);
+Level3Folder::Outcome Level3Folder::look(const FoundFile& file, Turn& turn) {
+    m_unfinished.remove(file.path);
+    if (m_seen.value(file.path) == file.state) {
+        turn.seen.insert(file.path, file.state);
         return Outcome::done;
     }
-    const bool isFresh = turn.begin - present.changed < kFreshMilliseconds;
-    const Outcome outcome = take(file, isFresh, turn.frames);
-    // A fresh file that fails is tried at every rescan, until it is whole or old.
-    if (outcome == Outcome::done || (outcome == Outcome::undecoded && !isFresh)) {
-        turn.seen.insert(file.filePath(), present);
+    const bool isFresh = turn.begin - file.state.changed < kFreshMilliseconds;
+    const Outcome outcome = take(file.path, isFresh, turn.frames);
+    if (outcome == Outcome::undecoded && isFresh) {
+        m_unfinished.insert(file.path); // until it is whole or old
+    } else if (outcome != Outcome::unstored) {
+        turn.seen.insert(file.path, file.state);
     }
     return outcome;
 }
 
 // Renders a file.
-Level3Folder::Outcome Level3Folder::take(const QFileInfo& file, bool isFresh, int& made) {
-    const QString name = QDir(m_folder).relativeFilePath(file.filePath());
-    const Level3Result scan = decodeFile(file.filePath());
+Level3Folder::Outcome Level3Folder::take(const QString& path, bool isFresh, int& made) {
+    const QString name = QDir(m_folder).relativeFilePath(path);
+    const Level3Result scan = decodeFile(path);
     if (!scan) {
         if (!isFresh) {
             ++m_failed;
@@ -186,7 +191,7 @@ Level3Folder::Outcome Level3Folder::take(const QFileInfo& file, bool isFresh, in
         logOnce(name, *reason);
         return Outcome::done;
     }
-    noteProduct(*scan, time, file.filePath());
+    noteProduct(*scan, time, path);
     return storeFrames(*scan, time, made);
 }
 
@@ -274,11 +279,6 @@ void Level3Folder::forgetOldFrames() {
     for (const QString& file : files) {
         QFile::remove(file);
     }
-}
-
-QStringList Level3Folder::folders() const {
-    const std::lock_guard lock(m_mutex);
-    return m_folders;
 }
 
 std::vector<FileTime>

@@ -2,14 +2,17 @@
 #pragma once
 
 #include "radar/catalogue/tree_index.h"
+#include "tree/found_files.h"
 #include "tree/frame_source.h"
 #include "tree/server_log.h"
 
-#include <QFileInfoList>
 #include <QHash>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -35,12 +38,30 @@ public:
     /// products of that age ignored; 0 keeps all.
     Level3Folder(const QString& folder, const QString& store, int hours, ServerLog log);
 
-    /// Renders the new products of the folder; returns the number of new frames. For one thread at
-    /// a time; others may call the functions below meanwhile. Ends early when asked to stop.
-    int rescan(const std::stop_token& stop = {});
+    /// Called with a folder before its files are listed: what is put there later is not seen.
+    using Entering = std::function<void(const QString& folder)>;
 
-    /// The folder and those in it, as of the last rescan, to be watched.
-    [[nodiscard]] QStringList folders() const;
+    /// Looks at everything in the folder and renders the new products; returns the number of new
+    /// frames. This and the next four are for one thread at a time; others may call those below
+    /// meanwhile. Ends early when asked to stop.
+    int rescan(const std::stop_token& stop = {}, const Entering& entering = {});
+
+    /// The same for these files, and for all in these folders: paths that begin with folder().
+    int lookAt(QStringList paths, const std::stop_token& stop = {}, const Entering& entering = {});
+
+    /// Files that somebody is writing: lookAgain() looks at them.
+    void expect(const QStringList& files);
+
+    /// Looks again at files that were not whole, and deletes frames that are too old. To be called
+    /// every few seconds.
+    int lookAgain(const std::stop_token& stop = {});
+
+    /// Whether there are frames that only a rescan makes: one of the store was damaged, or the disk
+    /// was full, and files wait for that.
+    [[nodiscard]] bool needsRescan() const { return m_isDoubtful || m_isCut; }
+
+    /// An absolute path.
+    [[nodiscard]] const QString& folder() const { return m_folder; }
 
     [[nodiscard]] std::vector<FileTime>
     frameTimes(std::string_view site, Product product, FileTime upTo) const override;
@@ -57,19 +78,12 @@ public:
 
 private:
     using Key = std::pair<std::string, Product>;
-    /// The size and time of a file when it was read.
-    struct Seen {
-        qint64 bytes = -1;
-        qint64 changed = 0; ///< milliseconds since 1970
-
-        friend bool operator==(const Seen&, const Seen&) = default;
-    };
-
-    /// One rescan.
+    /// Some files, looked at one by one.
     struct Turn {
-        qint64 begin = 0;          ///< milliseconds since 1970
-        QHash<QString, Seen> seen; ///< files that need not be read again while they are the same
-        int frames = 0;            ///< made so far
+        qint64 begin = 0; ///< milliseconds since 1970
+        QHash<QString, FileState>
+            seen;       ///< files that need not be read again while they are the same
+        int frames = 0; ///< made so far
     };
 
     enum class Outcome {
@@ -80,9 +94,9 @@ private:
 
     void loadStore();
     void dropDamagedFrames(const std::stop_token& stop);
-    QFileInfoList listFiles();
-    Outcome look(const QFileInfo& file, Turn& turn);
-    Outcome take(const QFileInfo& file, bool isFresh, int& made);
+    Turn lookAtAll(FoundFiles files, const std::stop_token& stop);
+    Outcome look(const FoundFile& file, Turn& turn);
+    Outcome take(const QString& path, bool isFresh, int& made);
     Outcome storeFrames(const PolarScan& scan, FileTime time, int& made);
     [[nodiscard]] QString productOf(const Key& key, FileTime time) const;
     void noteProduct(const PolarScan& scan, FileTime time, const QString& file);
@@ -98,9 +112,11 @@ private:
     QString m_store;
     int m_hours;
     ServerLog m_log;
-    QHash<QString, Seen> m_seen; ///< the rescanning thread's only
-    QStringList m_logged;        ///< the same: reasons why products are not shown
-    bool m_cannotStore = false;  ///< the same: this is logged already
+    QHash<QString, FileState> m_seen; ///< the rescanning thread's only
+    QSet<QString> m_unfinished;       ///< the same: files to be looked at again soon
+    QStringList m_logged;             ///< the same: reasons why products are not shown
+    bool m_cannotStore = false;       ///< the same: this is logged already
+    bool m_isCut = false;             ///< the same: files are waiting for the next rescan
     /// The store must be checked: it is from an earlier run, or a file of it was damaged.
     mutable std::atomic<bool> m_isDoubtful = true;
     std::atomic<std::uint64_t> m_read = 0;
@@ -109,7 +125,6 @@ private:
     mutable std::mutex m_mutex; ///< of what follows
     std::map<Key, std::set<FileTime>> m_times;
     std::map<Key, std::map<FileTime, QString>> m_products; ///< the files that frames are made of
-    QStringList m_folders;
 };
 
 } // namespace raincast

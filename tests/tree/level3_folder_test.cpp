@@ -122,8 +122,9 @@ TEST_F(Level3FolderTest, LooksIntoFoldersAndLeavesHiddenFilesAlone) {
     put("TLX/N0R/a", product(m_second));
     put(".b.X7g2", product(m_second + 300));
     const auto folder = open();
-    EXPECT_EQ(folder->rescan(), 1);
-    EXPECT_EQ(folder->folders().size(), 3);
+    QStringList entered;
+    EXPECT_EQ(folder->rescan({}, [&](const QString& path) { entered += path; }), 1);
+    EXPECT_EQ(entered, (QStringList{m_feed, m_feed + "/TLX", m_feed + "/TLX/N0R"}));
 }
 
 TEST_F(Level3FolderTest, HalfWrittenFilesAreTriedAgain) {
