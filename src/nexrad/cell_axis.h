@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/catalogue/image_geometry.h"
-
-#include <array>
+#include "nexrad/pixel_run.h"
 
 namespace raincast {
 
-/// Says which cells of a line of them the places of a row of pixels lie in, where the places are
+/// Says which cells of a line of them the places of some pixels lie in, where the places are
 /// not quite exact.
 class CellAxis {
 public:
-    using Places = std::array<float, kFrameWidth>;
-    using Cells = std::array<int, kFrameWidth>;
+    using Places = PixelRun<float>;
+    using Cells = PixelRun<int>;
     static constexpr int kOutside = -1; ///< before or behind all cells
     static constexpr int kUnsure = -2;  ///< next to an edge: the exact place may be beyond it
 
@@ -24,8 +22,6 @@ public:
     void find(const Places& places, Cells& cells) const;
 
 private:
-    [[nodiscard]] int cellOf(float place) const;
-
     float m_count;
     float m_perUnit;
     float m_offset;

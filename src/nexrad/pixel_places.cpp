@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/pixel_places.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 namespace raincast {
 
@@ -10,6 +12,8 @@ namespace {
 
 constexpr float kNowhere = std::numeric_limits<float>::quiet_NaN();
 constexpr float kQuarter = 900; // tenths of a degree
+// Rounding is a thousandth of it.
+constexpr double kBeyondReachKm = 1;
 
 #if defined(__x86_64__)
 /// The C library's functions come in a form for newer processors. Where somebody has left the upper
@@ -77,11 +81,14 @@ struct PixelPlaces::Line {
 };
 
 PixelPlaces::PixelPlaces(
-    const ImageGeometry& image, double antennaLatitude, double antennaLongitude
+    const ImageGeometry& image, double antennaLatitude, double antennaLongitude, double reachKm
 ) {
     prepareForMathematics();
     const LocalSphere sphere(antennaLatitude, antennaLongitude);
     m_diameterKm = static_cast<float>(2 * sphere.radiusKm());
+    const double halfArc = (reachKm + kBeyondReachKm) / (2 * sphere.radiusKm());
+    const double sine = std::sin(std::clamp(halfArc, 0., std::numbers::pi / 2));
+    m_reach = static_cast<float>(sine * sine);
     m_rows.reserve(static_cast<std::size_t>(image.height()));
     for (int row = 0; row < image.height(); ++row) {
         m_rows.emplace_back(sphere, image.latitudeOfRow(row));
@@ -90,18 +97,31 @@ PixelPlaces::PixelPlaces(
     for (int column = 0; column < image.width(); ++column) {
         m_columns.emplace_back(sphere.longitude(image.longitudeOfColumn(column)));
     }
-    m_eastSine.resize(static_cast<std::size_t>(image.detail()));
+    m_eastSine.resize(m_columns.size() / kRunLength);
     m_eastHaversine.resize(m_eastSine.size());
     for (std::size_t i = 0; i < m_columns.size(); ++i) {
         const Angle& east = m_columns[i];
-        m_eastSine[i / kFrameWidth][i % kFrameWidth] = static_cast<float>(east.sine);
-        m_eastHaversine[i / kFrameWidth][i % kFrameWidth] =
+        m_eastSine[i / kRunLength][i % kRunLength] = static_cast<float>(east.sine);
+        m_eastHaversine[i / kRunLength][i % kRunLength] =
             static_cast<float>(east.halfSine * east.halfSine);
     }
 }
 
 PolarPlace PixelPlaces::exact(int row, int column) const {
     return m_rows[static_cast<std::size_t>(row)].at(m_columns[static_cast<std::size_t>(column)]);
+}
+
+// The nearest pixel is at one end of the run, or on the meridian that it goes across: the
+// antenna's, or the one beyond the pole.
+bool PixelPlaces::isInReach(int row, std::size_t run) const {
+    const Line line = lineOf(row);
+    const PixelRun<float>& sine = m_eastSine[run];
+    const PixelRun<float>& haversine = m_eastHaversine[run];
+    const bool isAcross = (sine.front() < 0) != (sine.back() < 0);
+    const auto [least, most] = std::minmax(haversine.front(), haversine.back());
+    const bool isBeyondPole = line.cosines < 0;
+    const float nearest = isBeyondPole ? (isAcross ? 1 : most) : (isAcross ? 0 : least);
+    return line.haversineAt(nearest) <= m_reach;
 }
 
 PixelPlaces::Line PixelPlaces::lineOf(int row) const {
@@ -118,11 +138,11 @@ PixelPlaces::Line PixelPlaces::lineOf(int row) const {
 
 // The loops below are plain, so that the compiler does several pixels at a time.
 
-void PixelPlaces::place(int row, int part, PolarRow& places) const {
+void PixelPlaces::place(int row, std::size_t run, PolarRun& places) const {
     const Line line = lineOf(row);
-    const PixelFigures& eastSine = m_eastSine[static_cast<std::size_t>(part)];
-    const PixelFigures& eastHaversine = m_eastHaversine[static_cast<std::size_t>(part)];
-    for (std::size_t i = 0; i < kFrameWidth; ++i) {
+    const PixelRun<float>& eastSine = m_eastSine[run];
+    const PixelRun<float>& eastHaversine = m_eastHaversine[run];
+    for (std::size_t i = 0; i < kRunLength; ++i) {
         const float haversine = line.haversineAt(eastHaversine[i]);
         const float km = m_diameterKm * arc(std::sqrt(haversine), haversine);
         places.km[i] = km < kFurthestQuickKm ? km : kNowhere;
@@ -130,11 +150,11 @@ void PixelPlaces::place(int row, int part, PolarRow& places) const {
     }
 }
 
-void PixelPlaces::place(int row, int part, PlaneRow& places) const {
+void PixelPlaces::place(int row, std::size_t run, PlaneRun& places) const {
     const Line line = lineOf(row);
-    const PixelFigures& eastSine = m_eastSine[static_cast<std::size_t>(part)];
-    const PixelFigures& eastHaversine = m_eastHaversine[static_cast<std::size_t>(part)];
-    for (std::size_t i = 0; i < kFrameWidth; ++i) {
+    const PixelRun<float>& eastSine = m_eastSine[run];
+    const PixelRun<float>& eastHaversine = m_eastHaversine[run];
+    for (std::size_t i = 0; i < kRunLength; ++i) {
         const float haversine = line.haversineAt(eastHaversine[i]);
         const float km = m_diameterKm * arc(std::sqrt(haversine), haversine);
         const float east = eastSine[i] * line.cosine;

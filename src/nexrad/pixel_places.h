@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "nexrad/pixel_run.h"
 #include "nexrad/scan_placement.h"
 #include "radar/catalogue/image_geometry.h"
 
-#include <array>
+#include <cstddef>
 #include <vector>
 
 namespace raincast {
@@ -18,20 +19,16 @@ inline constexpr float kQuickTenths = 1e-3F;
 /// as far.
 inline constexpr float kFurthestQuickKm = 1200;
 
-/// Rows of a sharp picture are placed in parts as long as those of the smallest one.
-using PixelFigures = std::array<float, kFrameWidth>;
-
-/// A row of pixels, or a part of one, quickly placed from the antenna: within kQuickTenths and
-/// kQuickKm.
-struct PolarRow {
-    PixelFigures tenths; ///< of a degree, clockwise from north; NaN above it
-    PixelFigures km;     ///< along the ground
+/// A run of pixels, quickly placed from the antenna: within kQuickTenths and kQuickKm.
+struct PolarRun {
+    PixelRun<float> tenths; ///< of a degree, clockwise from north; NaN above it
+    PixelRun<float> km;     ///< along the ground
 };
 
 /// The same on the plane that keeps directions and distances from the antenna: within kQuickKm.
-struct PlaneRow {
-    PixelFigures eastKm;
-    PixelFigures northKm;
+struct PlaneRun {
+    PixelRun<float> eastKm;
+    PixelRun<float> northKm;
 };
 
 /// Where the centres of a picture's pixels lie as an antenna sees them.
@@ -41,15 +38,23 @@ struct PlaneRow {
 /// cell of a scan the exact one lies in: it need be asked for only next to the edge of a cell.
 class PixelPlaces {
 public:
-    /// The antenna's position in degrees.
-    PixelPlaces(const ImageGeometry& image, double antennaLatitude, double antennaLongitude);
+    /// The antenna's position in degrees. Pixels beyond `reachKm` are of no interest.
+    PixelPlaces(
+        const ImageGeometry& image, double antennaLatitude, double antennaLongitude, double reachKm
+    );
+
+    /// The number of runs in a row.
+    [[nodiscard]] std::size_t runs() const { return m_eastSine.size(); }
 
     /// As seenFrom() the pixel's centre.
     [[nodiscard]] PolarPlace exact(int row, int column) const;
 
-    /// `part` counts a row's parts, of which there are as many as the picture's detail says.
-    void place(int row, int part, PolarRow& places) const;
-    void place(int row, int part, PlaneRow& places) const;
+    /// Whether a pixel of a run may be of interest. Is wrong for those only that lie a little
+    /// beyond.
+    [[nodiscard]] bool isInReach(int row, std::size_t run) const;
+
+    void place(int row, std::size_t run, PolarRun& places) const;
+    void place(int row, std::size_t run, PlaneRun& places) const;
 
 private:
     /// What a row's places have in common.
@@ -57,10 +62,11 @@ private:
     [[nodiscard]] Line lineOf(int row) const;
 
     float m_diameterKm;
+    float m_reach; ///< the haversine of reachKm and a little more
     std::vector<Parallel> m_rows;
     std::vector<Angle> m_columns;
-    std::vector<PixelFigures> m_eastSine; ///< of each part
-    std::vector<PixelFigures> m_eastHaversine;
+    std::vector<PixelRun<float>> m_eastSine; ///< of each run
+    std::vector<PixelRun<float>> m_eastHaversine;
 };
 
 } // namespace raincast

@@ -8,13 +8,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace raincast {
 
 namespace {
 
 constexpr int kTenthsOfCircle = 3600;
-constexpr int kNoRow = -1;
 constexpr double kDegree = 3.14159265358979323846 / 180;
 
 bool fits(const PolarScan& scan) {
@@ -25,71 +25,74 @@ bool fits(const PolarScan& scan) {
            radialsFit;
 }
 
-/// The row of cells that lies in each tenth of a degree.
-std::array<int, kTenthsOfCircle> rowsByAzimuth(const PolarScan& scan) {
-    std::array<int, kTenthsOfCircle> rows{};
-    rows.fill(kNoRow);
+/// The row of cells that lies in each tenth of a degree, or none.
+using RowsByAzimuth = std::array<const std::uint8_t*, kTenthsOfCircle>;
+
+RowsByAzimuth rowsByAzimuth(const PolarScan& scan) {
+    RowsByAzimuth rows{};
     for (int row = 0; row < scan.rows; ++row) {
         const RadialSpan& span = scan.radials[static_cast<std::size_t>(row)];
         const int width = std::min(span.widthTenths, kTenthsOfCircle);
         for (int i = 0; i < width; ++i) {
             const int tenth = (span.startTenths + i) % kTenthsOfCircle;
-            rows[static_cast<std::size_t>(std::max(tenth, 0))] = row;
+            rows[static_cast<std::size_t>(std::max(tenth, 0))] =
+                scan.cells.data() + std::ptrdiff_t{row} * scan.columns;
         }
     }
     return rows;
 }
 
-std::uint8_t polarLevel(const PolarScan& scan, int row, int column) {
-    return row == kNoRow ? std::uint8_t{0} : scan.levels[scan.cell(row, column)];
-}
-
 /// Finds the cell of each pixel quickly along two axes, and asks for its exact place where that is
-/// not sure.
-template<typename Row, typename LevelOf, typename ExactLevel>
+/// not sure. The picture is empty.
+template<typename Run, typename LevelOf, typename ExactLevel>
 void fill(
     IndexedPicture& picture, const PixelPlaces& places, const CellAxis& rowAxis,
-    PixelFigures Row::*alongRows, const CellAxis& columnAxis, PixelFigures Row::*alongColumns,
+    PixelRun<float> Run::*alongRows, const CellAxis& columnAxis, PixelRun<float> Run::*alongColumns,
     LevelOf levelOf, ExactLevel exactLevel
 ) {
-    Row quick;
+    Run quick;
     CellAxis::Cells rows;
     CellAxis::Cells columns;
     for (int y = 0; y < picture.height(); ++y) {
-        std::uint8_t* pixel = picture.row(y);
-        for (int part = 0; part < picture.detail(); ++part) {
-            places.place(y, part, quick);
+        for (std::size_t run = 0; run < places.runs(); ++run) {
+            if (!places.isInReach(y, run)) {
+                continue;
+            }
+            places.place(y, run, quick);
             rowAxis.find(quick.*alongRows, rows);
             columnAxis.find(quick.*alongColumns, columns);
-            for (std::size_t x = 0; x < kFrameWidth; ++x, ++pixel) {
+            std::uint8_t* const pixels = picture.row(y) + run * kRunLength;
+            for (std::size_t x = 0; x < kRunLength; ++x) {
                 if (rows[x] >= 0 && columns[x] >= 0) {
-                    *pixel = levelOf(rows[x], columns[x]);
+                    pixels[x] = levelOf(rows[x], columns[x]);
                 } else if (rows[x] != CellAxis::kOutside && columns[x] != CellAxis::kOutside) {
-                    *pixel = exactLevel(places.exact(y, part * kFrameWidth + static_cast<int>(x)));
+                    pixels[x] = exactLevel(places.exact(y, static_cast<int>(run * kRunLength + x)));
                 }
             }
         }
     }
 }
 
-void rasterisePolar(const PolarScan& scan, const PixelPlaces& places, IndexedPicture& picture) {
-    const auto rows = rowsByAzimuth(scan);
+void rasterisePolar(const PolarScan& scan, const ImageGeometry& image, IndexedPicture& picture) {
+    const RowsByAzimuth rows = rowsByAzimuth(scan);
     const double endKm = scan.firstKm + scan.cellKm * scan.columns;
+    const PixelPlaces places(image, scan.latitude, scan.longitude, endKm);
+    const auto levelOf = [&](int tenth, int column) {
+        const std::uint8_t* const row = rows[static_cast<std::size_t>(tenth)];
+        return row == nullptr ? std::uint8_t{0} : scan.levels[row[column]];
+    };
     const auto exactLevel = [&](const PolarPlace& place) {
         if (place.km < scan.firstKm || place.km >= endKm) {
             return std::uint8_t{0};
         }
         const int column = static_cast<int>((place.km - scan.firstKm) / scan.cellKm);
-        const auto tenth = static_cast<std::size_t>(place.azimuthDegrees * 10.0);
-        return polarLevel(scan, rows[tenth], std::min(column, scan.columns - 1));
-    };
-    const auto levelOf = [&](int tenth, int column) {
-        return polarLevel(scan, rows[static_cast<std::size_t>(tenth)], column);
+        const int tenth = static_cast<int>(place.azimuthDegrees * 10.0);
+        return levelOf(tenth, std::min(column, scan.columns - 1));
     };
     const CellAxis around(kTenthsOfCircle, 0, 1, kQuickTenths);
     const CellAxis outwards(scan.columns, scan.firstKm, scan.cellKm, kQuickKm);
-    fill<PolarRow>(
-        picture, places, around, &PolarRow::tenths, outwards, &PolarRow::km, levelOf, exactLevel
+    fill<PolarRun>(
+        picture, places, around, &PolarRun::tenths, outwards, &PolarRun::km, levelOf, exactLevel
     );
 }
 
@@ -98,7 +101,9 @@ std::uint8_t rasterLevel(const PolarScan& scan, int row, int column) {
 }
 
 /// The cells of a raster lie on the plane that keeps directions and distances from the antenna.
-void rasteriseRaster(const PolarScan& scan, const PixelPlaces& places, IndexedPicture& picture) {
+void rasteriseRaster(const PolarScan& scan, const ImageGeometry& image, IndexedPicture& picture) {
+    const double cornerKm = std::hypot(scan.columns, scan.rows) / 2 * scan.cellKm;
+    const PixelPlaces places(image, scan.latitude, scan.longitude, cornerKm);
     const auto exactLevel = [&](const PolarPlace& place) {
         const double azimuth = place.azimuthDegrees * kDegree;
         const double cells = place.km / scan.cellKm;
@@ -114,8 +119,8 @@ void rasteriseRaster(const PolarScan& scan, const PixelPlaces& places, IndexedPi
     );
     const CellAxis southwards(scan.rows, scan.rows / 2.0 * scan.cellKm, -scan.cellKm, kQuickKm);
     const auto levelOf = [&](int row, int column) { return rasterLevel(scan, row, column); };
-    fill<PlaneRow>(
-        picture, places, southwards, &PlaneRow::northKm, eastwards, &PlaneRow::eastKm, levelOf,
+    fill<PlaneRun>(
+        picture, places, southwards, &PlaneRun::northKm, eastwards, &PlaneRun::eastKm, levelOf,
         exactLevel
     );
 }
@@ -127,14 +132,13 @@ IndexedPicture rasterise(const PolarScan& scan, const ImageGeometry& image) {
     if (!fits(scan)) {
         return picture;
     }
-    const PixelPlaces places(image, scan.latitude, scan.longitude);
     if (scan.layout == CellLayout::polar) {
-        rasterisePolar(scan, places, picture);
+        rasterisePolar(scan, image, picture);
         if (image.detail() > 1) {
             showSmallCells(scan, image, picture);
         }
     } else {
-        rasteriseRaster(scan, places, picture);
+        rasteriseRaster(scan, image, picture);
     }
     return picture;
 }

@@ -13,10 +13,11 @@ namespace raincast {
 namespace {
 
 constexpr double kDegree = 3.14159265358979323846 / 180;
+constexpr double kAll = 1e9;
 
 TEST(PixelPlacesTest, PixelsLieWhereTheirCentresAre) {
     const ImageGeometry image(35.32, -97.27, Range::shortRange);
-    const PixelPlaces places(image, 35.333, -97.278);
+    const PixelPlaces places(image, 35.333, -97.278, kAll);
     for (const int row : {0, 137, 549}) {
         for (const int column : {0, 412, 599}) {
             const PolarPlace expected = seenFrom(
@@ -50,18 +51,20 @@ struct Error {
 /// Every pixel of some rows: they are close to each other around the antenna.
 Error errorOf(const AntennaPosition& antenna, Range range) {
     const ImageGeometry image(antenna.latitude, antenna.longitude, range);
-    const PixelPlaces places(image, antenna.latitude + .004, antenna.longitude - .003);
+    const PixelPlaces places(image, antenna.latitude + .004, antenna.longitude - .003, kAll);
     Error error;
-    PolarRow polar;
-    PlaneRow plane;
+    PolarRun polar;
+    PlaneRun plane;
     for (int row = 0; row<kFrameHeight; row += row> 265 && row < 285 ? 1 : 61) {
-        places.place(row, 0, polar);
-        places.place(row, 0, plane);
-        for (std::size_t i = 0; i < kFrameWidth; ++i) {
-            error.add(
-                places.exact(row, static_cast<int>(i)), polar.km[i], polar.tenths[i],
-                plane.eastKm[i], plane.northKm[i]
-            );
+        for (std::size_t run = 0; run < places.runs(); ++run) {
+            places.place(row, run, polar);
+            places.place(row, run, plane);
+            for (std::size_t i = 0; i < kRunLength; ++i) {
+                error.add(
+                    places.exact(row, static_cast<int>(run * kRunLength + i)), polar.km[i],
+                    polar.tenths[i], plane.eastKm[i], plane.northKm[i]
+                );
+            }
         }
     }
     return error;
@@ -81,27 +84,82 @@ TEST(PixelPlacesTest, QuickPlacesAreWithinTheirBoundsOfExactOnesAtEverySite) {
 
 TEST(PixelPlacesTest, TheAntennaItselfLiesInNoDirection) {
     const ImageGeometry image(35, -97, Range::shortRange);
-    const PixelPlaces places(image, image.latitudeOfRow(200), image.longitudeOfColumn(100));
-    PolarRow polar;
-    PlaneRow plane;
-    places.place(200, 0, polar);
-    places.place(200, 0, plane);
-    EXPECT_NEAR(polar.km[100], 0, 1e-3);
-    EXPECT_TRUE(std::isnan(polar.tenths[100]) || polar.km[100] > 0);
-    EXPECT_TRUE(std::isnan(plane.eastKm[100]) || std::abs(plane.eastKm[100]) < 1e-3);
+    const PixelPlaces places(image, image.latitudeOfRow(200), image.longitudeOfColumn(100), kAll);
+    PolarRun polar;
+    PlaneRun plane;
+    constexpr std::size_t kRun = 100 / kRunLength;
+    constexpr std::size_t kPixel = 100 % kRunLength;
+    places.place(200, kRun, polar);
+    places.place(200, kRun, plane);
+    EXPECT_NEAR(polar.km[kPixel], 0, 1e-3);
+    EXPECT_TRUE(std::isnan(polar.tenths[kPixel]) || polar.km[kPixel] > 0);
+    EXPECT_TRUE(std::isnan(plane.eastKm[kPixel]) || std::abs(plane.eastKm[kPixel]) < 1e-3);
 }
 
 TEST(PixelPlacesTest, WhatNoRadarSeesHasNoQuickPlace) {
     const ImageGeometry image(80, 0, Range::longRange);
-    const PixelPlaces places(image, 35, -97);
-    PolarRow polar;
-    PlaneRow plane;
+    const PixelPlaces places(image, 35, -97, kAll);
+    PolarRun polar;
+    PlaneRun plane;
     places.place(0, 0, polar);
     places.place(0, 0, plane);
     EXPECT_TRUE(std::isnan(polar.km[0]));
     EXPECT_TRUE(std::isnan(plane.eastKm[0]));
     EXPECT_TRUE(std::isnan(plane.northKm[0]));
     EXPECT_GT(places.exact(0, 0).km, kFurthestQuickKm);
+}
+
+/// The pixels of a run nearest to the antenna and furthest from it.
+struct Nearness {
+    float nearest;
+    float furthest;
+};
+Nearness nearnessOf(const PixelPlaces& places, int row, std::size_t run) {
+    Nearness result{1e9F, 0};
+    for (std::size_t i = 0; i < kRunLength; ++i) {
+        const float km = places.exact(row, static_cast<int>(run * kRunLength + i)).km;
+        result = {std::min(result.nearest, km), std::max(result.furthest, km)};
+    }
+    return result;
+}
+
+TEST(PixelPlacesTest, OnlyRunsOutOfReachAreLeftOut) {
+    struct Antenna {
+        double latitude;
+        double longitude;
+    };
+    constexpr float kReach = 230;
+    // In the middle, far to the side, at another edge of the map, and where a run's end is on its
+    // meridian.
+    for (const auto& [latitude, longitude] :
+         {Antenna{35.333, -97.278}, Antenna{36.5, -99.8}, Antenna{33, 262.9},
+          Antenna{35.32, -97.27}}) {
+        const ImageGeometry image(35.32, -97.27, Range::shortRange);
+        const PixelPlaces places(image, latitude, longitude, kReach);
+        int left = 0;
+        for (int row = 0; row < kFrameHeight; row += 3) {
+            for (std::size_t run = 0; run < places.runs(); ++run) {
+                const auto [nearest, furthest] = nearnessOf(places, row, run);
+                if (!places.isInReach(row, run)) {
+                    EXPECT_GT(nearest, kReach) << row << ' ' << run;
+                    ++left;
+                } else {
+                    // No further than where the meridian leaves the run behind.
+                    EXPECT_LT(nearest, kReach + 40) << row << ' ' << run;
+                }
+            }
+        }
+        EXPECT_GT(left, 300);
+    }
+}
+
+TEST(PixelPlacesTest, AnyReachLeavesNothingOutThatIsInIt) {
+    const ImageGeometry image(35.32, -97.27, Range::longRange);
+    for (const double reach : {0., 15'000., 1e9}) {
+        const PixelPlaces places(image, 35.32, -97.27, reach);
+        EXPECT_TRUE(places.isInReach(kFrameHeight / 2, places.runs() / 2));
+        EXPECT_EQ(places.isInReach(0, 0), reach > 0);
+    }
 }
 
 } // namespace
