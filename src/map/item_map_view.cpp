@@ -379,7 +379,8 @@ int CItemMapView::linesHeight(const QFontMetrics& metrics) const {
 
 void CItemMapView::onPublished(CDataGPSPosition& position) {
     m_lastFix = position;
-    if (m_following && position.valid()) {
+    // A receiver may be sooner than the picture. Its next position is the first to be followed.
+    if (m_following && position.valid() && placed()) {
         m_following = centreOn(placeOf(position));
     }
     invalidate(); // the lines and the icon come and go with the fix

@@ -403,6 +403,16 @@ TEST_F(ItemMapViewTest, APositionOutsideOfTheImageEndsFollowing) {
     EXPECT_FALSE(view->following()) << "the last position is outside as well";
 }
 
+TEST_F(ItemMapViewTest, FollowingWaitsForAnImageThatComesAfterThePosition) {
+    view->character(u'l');
+    publish(100, 100);
+    EXPECT_TRUE(view->following());
+    view->placeOnEarth();
+    publish(120, 90);
+    EXPECT_TRUE(view->following());
+    EXPECT_EQ(view->centrePixel(), (ImagePixel{120, 90}));
+}
+
 TEST_F(ItemMapViewTest, APanAndADragEndFollowing) {
     view->character(u'l');
     view->keyDown(Qt::Key_Left);
