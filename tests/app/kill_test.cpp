@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The program is killed at any moment of its use: what it had written can be read, and what the
-// user had changed two seconds before is in it.
+// The viewer is killed at any moment of its use, while it saves and while it moves its cache: what
+// it had written can be read, and what the user had changed two seconds before is in it.
+#include "app/killing.h"
 #include "app/raincast_app.h"
 #include "map/mark_manager.h"
 #include "persist/page_bytes.h"
@@ -16,29 +17,19 @@
 #include <QJsonDocument>
 #include <QProcess>
 #include <QSet>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <iostream>
-#include <random>
 
 namespace raincast {
 namespace {
 
-constexpr int kDeadline = 60'000; // milliseconds
 // After two seconds the save begins; the rest is for a machine that is busy with other tests.
 constexpr qint64 kSavedAfter = 2'000 + 1'500;
 constexpr int kLongestLife = 5'000;
-
-int kills() {
-    return qEnvironmentVariableIsSet("RAINCAST_LONG") ? 200 : 20;
-}
-
-unsigned seed() {
-    const QString given = qEnvironmentVariable("RAINCAST_SEED");
-    return given.isEmpty() ? std::random_device()() : given.toUInt();
-}
 
 qint64 milliseconds() {
     using namespace std::chrono;
@@ -53,26 +44,27 @@ protected:
         QDir().mkpath(home.path("cards/card"));
     }
 
-    /// Starts the program with a user, and kills it after so many milliseconds of its use.
-    void runAndKill(unsigned userSeed, int life) {
+    /// Starts the program with a user, who has all sorts of things to do or one task.
+    void start(QProcess& process, unsigned userSeed, const QString& task = {}) {
         auto environment = home.environment();
         environment.insert("LD_PRELOAD", QStringLiteral(RANDOM_USER_LIBRARY));
         environment.insert("RANDOM_USER_SEED", QString::number(userSeed & 0x7FFFFFFF));
         environment.insert("RANDOM_USER_LOG", log());
+        environment.insert("RANDOM_USER_TASK", task);
         environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
-        QProcess process;
-        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process.setProcessEnvironment(environment);
-        process.start(
-            QStringLiteral(RAINCAST_PROGRAM),
+        test::startForKill(
+            process, QStringLiteral(RAINCAST_PROGRAM),
             {"--site", "MUX", "--radar-server", server.host(), "--basemap-server", server.host()}
         );
-        ASSERT_TRUE(process.waitForStarted(kDeadline));
+    }
+    /// Kills it after so many milliseconds of its use.
+    void runAndKill(test::Killing& killing, int life) {
+        QProcess process;
+        start(process, killing.number());
         static_cast<void>(process.waitForFinished(life));
-        ASSERT_EQ(process.state(), QProcess::Running) << "it has ended by itself";
         killed = milliseconds();
-        process.kill();
-        ASSERT_TRUE(process.waitForFinished(kDeadline));
+        ASSERT_TRUE(killing.kill(process)) << "it has ended by itself";
     }
     QString log() const { return home.path("marks.log"); }
 
@@ -127,15 +119,12 @@ protected:
 };
 
 TEST_F(KillTest, LosesAtMostTheLastTwoSeconds) {
-    const unsigned begin = seed();
-    std::cout << "RAINCAST_SEED=" << begin << '\n';
-    std::mt19937 random(begin);
+    test::Killing killing(16, 200);
     QSet<QString> kept;
     qsizetype proven = 0;
-    for (int i = 0; i < kills() && !HasFailure(); ++i) {
-        SCOPED_TRACE(i);
-        const unsigned userSeed = random();
-        runAndKill(userSeed, static_cast<int>(random() % kLongestLife));
+    while (killing.goesOn()) {
+        SCOPED_TRACE(killing.done());
+        runAndKill(killing, killing.below(kLongestLife));
         const QSet<QString> names = checkPages();
         EXPECT_TRUE(names.contains(kept)) << "a mark of an earlier run is lost";
         const QSet<QString> due = marksOfOld();
@@ -148,6 +137,87 @@ TEST_F(KillTest, LosesAtMostTheLastTwoSeconds) {
     }
     std::cout << kept.size() << " marks kept, " << proven << " of them had to be\n";
     EXPECT_GT(kept.size(), 0);
+}
+
+// It is killed when it has just touched a file of pages or settings.
+TEST_F(KillTest, WhatIsSavedIsTheOldOrTheNew) {
+    test::Killing killing(4, 200);
+    QSet<QString> kept;
+    while (killing.goesOn()) {
+        SCOPED_TRACE(killing.done());
+        const test::FolderWatch files({home.programFolder(), home.path("config/Quorvane")});
+        QProcess process;
+        start(process, killing.number(), QStringLiteral("marks"));
+        files.await(1 + killing.below(5));
+        killing.pause(0.3);
+        ASSERT_TRUE(killing.kill(process));
+        const QSet<QString> names = checkPages();
+        EXPECT_TRUE(names.contains(kept)) << "a mark of an earlier run is lost";
+        kept = names;
+        checkSettings();
+    }
+    EXPECT_GT(kept.size(), 0);
+}
+
+class KillTestMoving : public KillTest {
+protected:
+    /// Puts pictures of sites that nobody looks at into the cache.
+    void fillCache() {
+        const QString root = home.path("data/Quorvane/Temp/Weather");
+        for (const char* site : {"DAX", "HNX", "LWX"}) {
+            for (int i = 0; i < kFrames; ++i) {
+                const auto name = QStringLiteral("/%1/%1_20190519_%2_N0R.gif")
+                                      .arg(QLatin1String(site))
+                                      .arg(i, 4, 10, QLatin1Char('0'));
+                writeFile(root + name, test::columnGif(i));
+            }
+        }
+    }
+    /// Each is whole at one of its places, or at several.
+    void checkMoved() const {
+        QSet<QString> found;
+        QDirIterator images(home.root(), {"*_N0R.gif"}, QDir::Files, QDirIterator::Subdirectories);
+        while (images.hasNext()) {
+            images.next();
+            if (!images.fileName().startsWith(QLatin1String("MUX"))) {
+                const int column = images.fileName().mid(13, 4).toInt();
+                EXPECT_EQ(readFile(images.filePath()), test::columnGif(column))
+                    << images.filePath().toStdString();
+                found += images.fileName();
+            }
+        }
+        EXPECT_EQ(found.size(), 3 * kFrames);
+    }
+
+    static constexpr int kFrames = 80;
+};
+
+TEST_F(KillTestMoving, EachCachedFileIsWholeAtOneOfItsPlaces) {
+    test::Killing killing(4, 200);
+    fillCache();
+    const QString old = home.path("data/Quorvane/Temp/Weather");
+    const QString card = home.path("cards/card/Quorvane/Temp/Weather");
+    const QString first = QStringLiteral("/DAX/DAX_20190519_0000_N0R.gif");
+    const QString last = QStringLiteral("/LWX/LWX_20190519_00%1_N0R.gif").arg(kFrames - 1);
+    int split = 0;
+    while (killing.goesOn()) {
+        SCOPED_TRACE(killing.done());
+        const QString& from = QFile::exists(old + first) ? old : card;
+        const QString& to = &from == &old ? card : old;
+        QProcess process;
+        start(process, killing.number(), QStringLiteral("move"));
+        // Until the first file has come to the other place.
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return QFile::exists(to + first); }, test::Killing::kDeadline)
+        );
+        killing.pause(12);
+        ASSERT_TRUE(killing.kill(process));
+        split += QFile::exists(from + last) ? 1 : 0;
+        checkMoved();
+        checkPages();
+        checkSettings();
+    }
+    std::cout << split << " of them in the middle of a move\n";
 }
 
 } // namespace

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Works the viewer that has loaded it: presses keys, drags, adds marks, opens dialogs and accepts
 // them, moves the image cache from one card to another. What it does follows from RANDOM_USER_SEED.
+// With RANDOM_USER_TASK it does one thing only: "marks" adds marks, "move" moves the image cache,
+// with all that is in it.
 // Each mark that it has added is a line of the file RANDOM_USER_LOG: when that was, in milliseconds
 // of the system's monotonic clock, and the mark's name.
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QFile>
@@ -41,6 +44,7 @@ private:
         });
     }
     int below(int count) { return static_cast<int>(m_random() % static_cast<unsigned>(count)); }
+    static QString taskName() { return qEnvironmentVariable("RANDOM_USER_TASK"); }
     static QString logName() { return qEnvironmentVariable("RANDOM_USER_LOG"); }
 
     void act() {
@@ -62,6 +66,13 @@ private:
                                                    "Add item..."};
         static constexpr Qt::Key kKeys[] = {
             Qt::Key_Left, Qt::Key_Right, Qt::Key_Plus, Qt::Key_Minus};
+        if (const QString task = taskName(); !task.isEmpty()) {
+            choose(
+                *window.menuBar(), task == QStringLiteral("move") ? QStringLiteral("Storage")
+                                                                  : QStringLiteral("Add Mark...")
+            );
+            return;
+        }
         switch (below(4)) {
         case 0:
             choose(*window.menuBar(), kEntries[below(std::size(kEntries))]);
@@ -126,6 +137,9 @@ private:
         } else if (title == QStringLiteral("Radar Image Storage")) {
             auto& places = *dialog.findChild<QComboBox*>();
             places.setCurrentIndex(places.count() - 1 - places.currentIndex());
+            if (taskName() == QStringLiteral("move")) {
+                dialog.findChild<QCheckBox*>()->setChecked(false); // cleans up
+            }
             press(dialog, Qt::Key_Return);
         } else {
             press(dialog, below(2) == 0 ? Qt::Key_Return : Qt::Key_Escape);
