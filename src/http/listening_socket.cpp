@@ -12,7 +12,9 @@ namespace raincast {
 
 namespace {
 
-constexpr int kBacklog = 128;
+// As many as the system lets wait: one that finds no room is tried again by its client's system
+// after a second, whoever it is.
+constexpr int kBacklog = 4096;
 
 using AddressList = std::unique_ptr<addrinfo, decltype(&freeaddrinfo)>;
 

@@ -17,6 +17,9 @@ class RawClient {
 public:
     /// From the address 127.0.0.`from`: each is another client to the server.
     explicit RawClient(int port, int from = 1) : m_socket(open(AF_INET)) {
+        // The port is chosen by the peer, too: thousands of connections find one at once.
+        const int yes = 1;
+        setsockopt(m_socket.get(), IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &yes, sizeof yes);
         const sockaddr_in self = loopback(from, 0);
         EXPECT_EQ(bind(m_socket.get(), generic(self), sizeof self), 0);
         const sockaddr_in peer = loopback(1, port);
