@@ -200,7 +200,9 @@ protected:
         keepLoopbackFromProxies();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CACHE_HOME", m_folder.filePath("cache"));
-        environment.insert("ASAN_OPTIONS", "quarantine_size_mb=8"); // it is no growth of the program
+        environment.insert(
+            "ASAN_OPTIONS", "quarantine_size_mb=8"
+        ); // it is no growth of the program
         m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start(
