@@ -16,6 +16,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace {
@@ -36,64 +38,78 @@ constexpr Peer kPeers[] = {
     {"QMapShack", "qmapshack"}, {"Marble", "marble"},
 };
 
-/// A program, and how it is started and seen.
+/// A program, how it is started and seen, and what it costs.
 struct Candidate {
-    QString name;
+    std::string name;
     QString program;
     QStringList arguments;
     QProcessEnvironment environment;
     Screen::Seen seen;
+    std::vector<double> firstPictures{}; ///< milliseconds, a start of each round
+    double memory = 0;                   ///< megabytes
+    double idle = 0;                     ///< hundred parts of a core
 };
 
-struct Costs {
-    double firstPicture = 0; ///< milliseconds
-    double memory = 0;       ///< megabytes
-    double idle = 0;         ///< hundred parts of a core
-};
-
-double firstPictureOf(const Screen& screen, const Candidate& one) {
-    std::vector<double> times;
-    for (int i = 0; i <= kStarts; ++i) {
-        times.push_back(
-            screen.millisecondsUntil(one.seen, one.environment, one.program, one.arguments)
-        );
-    }
-    times.erase(times.begin()); // it found nothing in memory and no settings
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
 }
 
-Costs measure(const Screen& screen, const Candidate& one) {
-    Costs costs;
-    costs.firstPicture = firstPictureOf(screen, one);
+/// All programs in turn, so that a machine whose speed drifts treats them alike. The first round
+/// does not count: nothing is in memory then, and there are no settings.
+void measureStarts(const Screen& screen, std::vector<Candidate>& all) {
+    for (int round = 0; round <= kStarts; ++round) {
+        for (Candidate& one : all) {
+            const double milliseconds =
+                screen.millisecondsUntil(one.seen, one.environment, one.program, one.arguments);
+            if (round > 0) {
+                one.firstPictures.push_back(milliseconds);
+            }
+        }
+    }
+}
+
+/// False for a program that ends by itself.
+bool measureRest(Candidate& one) {
     QProcess process;
     process_cost::endWithUs(process);
     process.setProcessEnvironment(one.environment);
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start(one.program, one.arguments);
-    process.waitForStarted(kDeadline);
-    QThread::sleep(kSettleSeconds);
+    if (process.waitForFinished(kSettleSeconds * 1000)) {
+        std::printf("%s has ended by itself.\n", one.name.c_str());
+        return false;
+    }
     const qint64 id = process.processId();
-    costs.memory = process_cost::memoryOf(id).proportional;
+    one.memory = process_cost::memoryOf(id).proportional;
     const double before = process_cost::processorMilliseconds(id);
     QThread::sleep(kIdleSeconds);
-    costs.idle = (process_cost::processorMilliseconds(id) - before) / kIdleSeconds / 10;
+    one.idle = (process_cost::processorMilliseconds(id) - before) / kIdleSeconds / 10;
     process.kill();
     process.waitForFinished(kDeadline);
-    return costs;
+    return true;
 }
 
-void show(const Costs& own, const Costs& peer, const QString& peerName) {
-    const std::string name = peerName.toStdString();
-    print(Figure::of(own.firstPicture, peer.firstPicture, "ms", "First picture", name));
-    print(Figure::of(own.memory, peer.memory, "MB", "Memory after 10 seconds", name));
-    print(Figure::of(own.idle, peer.idle, "%", "Idle, of a core", name));
+void show(const Candidate& own, const Candidate& peer) {
+    Figure first = Figure::of(
+        median(own.firstPictures), median(peer.firstPictures), "ms", "First picture", peer.name
+    );
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < own.firstPictures.size(); ++i) {
+        ratios.push_back(own.firstPictures[i] / peer.firstPictures[i]);
+    }
+    first.ratio = median(ratios);
+    print(first);
+    print(Figure::of(own.memory, peer.memory, "MB", "Memory after 10 seconds", peer.name));
+    print(Figure::of(own.idle, peer.idle, "%", "Idle, of a core", peer.name));
 }
 
 /// A home for a program that is not ours.
 QProcessEnvironment emptyHome(const Screen& screen, const QTemporaryDir& folder) {
     QProcessEnvironment environment = screen.environment(QProcessEnvironment::systemEnvironment());
+    // Some have pages of a browser, which refuses to be root's with its sandbox.
+    environment.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
     for (const char* name :
          {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
         environment.insert(QString::fromLatin1(name), folder.path());
@@ -110,27 +126,26 @@ int main(int argc, char** argv) {
     CachedHome home(1);
     home.use(screen.environment(home.environment()));
     const Screen::Seen something = [&screen] { return screen.showsSomething(); };
-    const Costs own = measure(
-        screen, {"Raincast", RAINCAST_PROGRAM, home.viewer(), home.environment(),
-                 [&screen] { return screen.showsEchoes(); }}
-    );
-    show(
-        own,
-        measure(
-            screen,
-            {"an empty window", BARE_WINDOW_PROGRAM, {"--idle"}, home.environment(), something}
-        ),
-        QStringLiteral("an empty window")
-    );
+    std::vector<Candidate> all{
+        {"the viewer", RAINCAST_PROGRAM, home.viewer(), home.environment(),
+         [&screen] { return screen.showsEchoes(); }},
+        {"an empty window", BARE_WINDOW_PROGRAM, {"--idle"}, home.environment(), something},
+    };
+    std::vector<std::unique_ptr<QTemporaryDir>> homes;
     for (const Peer& peer : kPeers) {
         const QString program = QStandardPaths::findExecutable(QString::fromLatin1(peer.program));
         if (program.isEmpty()) {
             std::printf("%s is not installed.\n", peer.name);
             continue;
         }
-        const QTemporaryDir folder;
-        const QString name = QString::fromLatin1(peer.name);
-        show(own, measure(screen, {name, program, {}, emptyHome(screen, folder), something}), name);
+        homes.push_back(std::make_unique<QTemporaryDir>());
+        all.push_back({peer.name, program, {}, emptyHome(screen, *homes.back()), something});
+    }
+    measureStarts(screen, all);
+    for (Candidate& one : all) {
+        if (measureRest(one) && &one != &all.front()) {
+            show(all.front(), one);
+        }
     }
     return 0;
 }

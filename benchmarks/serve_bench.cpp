@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How many frames a second raincast-server hands out beside nginx, which serves the same tree as
 // files, what a request costs it, and how much memory it takes: as more and more sites are asked
-// for, and after requests at random, as many as the first argument says (1000 unless told
+// for, and after requests at random, as many as the first argument says (500 unless told
 // otherwise).
 #include "process_cost.h"
 #include "radar/catalogue/products.h"
@@ -36,7 +36,7 @@ using namespace raincast;
 constexpr int kConnections = 8;
 constexpr int kRequestsPerConnection = 250;
 constexpr int kDeadline = 600'000; // milliseconds
-constexpr int kRandomRequests = 1'000;
+constexpr int kRandomRequests = 500;
 constexpr int kPairs = 7;
 constexpr double kAimOfFrame = 15; // microseconds, here and below
 constexpr double kAimOfListing = 30;
