@@ -169,7 +169,10 @@ int main() {
         wait, roundTrips, "ms", "Live radar, the first frame of a cold start",
         "the delay of two answers"
     ));
-    Figure work{.what = "Of it, the server's processor time", .unit = "ms", .own = median(works)};
+    Figure work{
+        .what = "Live radar, the first frame of a cold start: processor time",
+        .unit = "ms",
+        .own = median(works)};
     print(work.withAim(AimOf::own, kAimOfWork));
 
     sim.bucket.delay(std::chrono::milliseconds(0));

@@ -42,7 +42,7 @@ void measureSharp() {
     const Memory sharp = measureLarge(home);
     home.removeSharp();
     print(Figure::of(
-              sharp.resident, described.resident, "MB",
+              sharp.resident, described.resident, "MiB",
               "Memory with sharp pictures, 1920x1080 and zoom -1", "described pictures"
     )
               .withAim(AimOf::difference, kSharpAimMegabytes));
@@ -56,12 +56,13 @@ int main(int argc, char** argv) {
     const Memory viewer = measure(home, RAINCAST_PROGRAM, home.viewer());
     const Memory bare = measure(home, BARE_WINDOW_PROGRAM, {QStringLiteral("--idle")});
     print(Figure::of(
-              viewer.resident, bare.resident, "MB", "Memory with 25 frames and all layers",
+              viewer.resident, bare.resident, "MiB", "Memory with 25 frames and all layers",
               "an empty window"
     )
               .withAim(AimOf::difference, kAimMegabytes));
     print(Figure::of(
-        viewer.anonymous, bare.anonymous, "MB", "Of it, the program's own", "an empty window"
+        viewer.anonymous, bare.anonymous, "MiB",
+        "Memory with 25 frames and all layers, the program's own", "an empty window"
     ));
     measureSharp();
     return 0;

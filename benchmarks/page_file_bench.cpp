@@ -154,8 +154,8 @@ void measure(bool full, double aim) {
         kPairs, [&] { load(file, loaded.application); },
         [&] { fieldsRead(file, full, loaded.fields); }, [&] { loaded.takeDown(); }
     );
-    print(Figure::of(fields, "The same" + items, "a read of each field").withAim(AimOf::ratio, kAim)
-    );
+    print(Figure::of(fields, "Page file, load" + items, "a read of each field")
+              .withAim(AimOf::ratio, kAim));
     PageFile pages(file.path + QStringLiteral(".saved"), examinePages<SampleApplication>);
     const Ratio saves = ratioOf(
         kPairs, [&] { require(pages.save(file.application).has_value()); },

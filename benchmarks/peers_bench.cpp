@@ -46,7 +46,7 @@ struct Candidate {
     QProcessEnvironment environment;
     Screen::Seen seen;
     std::vector<double> firstPictures{}; ///< milliseconds, a start of each round
-    double memory = 0;                   ///< megabytes
+    double memory = 0;                   ///< mebibytes
     double idle = 0;                     ///< hundred parts of a core
 };
 
@@ -101,7 +101,7 @@ void show(const Candidate& own, const Candidate& peer) {
     }
     first.ratio = median(ratios);
     print(first);
-    print(Figure::of(own.memory, peer.memory, "MB", "Memory after 10 seconds", peer.name));
+    print(Figure::of(own.memory, peer.memory, "MiB", "Memory after 10 seconds", peer.name));
     print(Figure::of(own.idle, peer.idle, "%", "Idle, of a core", peer.name));
 }
 

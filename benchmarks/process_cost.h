@@ -14,7 +14,7 @@ namespace process_cost {
 [[nodiscard]] double wakeUps(qint64 process);
 
 struct Memory {
-    double resident = 0;     ///< megabytes, files that are mapped included
+    double resident = 0;     ///< mebibytes, files that are mapped included
     double anonymous = 0;    ///< of these, the program's own
     double proportional = 0; ///< resident, less what other programs share of it; children included
 };

@@ -343,10 +343,10 @@ void measureMemory(const Peer& own, int randomRequests) {
     const auto resident = [&own] { return process_cost::memoryOf(own.program.id()).resident; };
     for (const std::size_t sites : kSites) {
         askForSites(own.port, sites);
-        print(CurvePoint{"Server, memory", "sites asked for", double(sites), "MB", resident()});
+        print(CurvePoint{"Server, memory", "sites asked for", double(sites), "MiB", resident()});
     }
     askAtRandom(own.port, randomRequests);
-    Figure figure{.what = "Server, memory after requests at random", .unit = "MB"};
+    Figure figure{.what = "Server, memory after requests at random", .unit = "MiB"};
     figure.own = resident();
     print(figure.withAim(AimOf::own, kAimMegabytes));
 }

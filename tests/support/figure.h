@@ -20,7 +20,7 @@ enum class Better { lower, higher };
 /// What was measured, beside a peer in the same run: a row of docs/performance.md.
 struct Figure {
     std::string what; ///< names the row: no other figure has the same, and it stays from run to run
-    std::string unit; ///< of `own` and `peer`: "ms", "µs", "%", "MB", "a second"
+    std::string unit; ///< of `own` and `peer`: "ms", "µs", "%", "MiB", "a second"
     double own = 0;
     std::string peerName{}; ///< empty: nothing stands beside it
     double peer = 0;
