@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!std::isfinite(readRelief(path, box).heightAt({35, -97}))) {
         std::abort();
     }
-    static_cast<void>(readShores(path, box));
-    static_cast<void>(readRivers(path, box));
+    static_cast<void>(ShoreFile(path).in(box));
+    static_cast<void>(RiverFile(path).in(box));
     return 0;
 }

@@ -69,8 +69,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     nc_close(file);
     const GeoBox box = LayerCanvas(ImageGeometry(35, -97, Range::shortRange)).box();
-    drawMapLines(readRivers(path, box));
-    for (const ShoreBin& bin : readShores(path, box)) {
+    drawMapLines(RiverFile(path).in(box));
+    for (const ShoreBin& bin : ShoreFile(path).in(box)) {
         std::vector<MapLine> lines;
         for (auto& ring : landRings(bin)) {
             lines.push_back({0, std::move(ring)});

@@ -2,6 +2,7 @@
 #include "maps/map_data.h"
 
 #include "core/whole_file.h"
+#include "maps/border_file.h"
 #include "maps/road_file.h"
 #include "maps/topojson.h"
 
@@ -47,7 +48,7 @@ MapDataFiles MapDataFiles::find(const QString& roads) {
     files.shores = shoreFile(QStringLiteral("GSHHS"));
     files.rivers = shoreFile(QStringLiteral("river"));
     files.relief = firstThatExists({QStringLiteral("/usr/share/ferret-vis/data/etopo5.cdf")});
-    files.borders = QStringLiteral(":/map-data/counties.json");
+    files.borders = QStringLiteral(":/map-data/borders.packed");
     files.cities = QStringLiteral(":/map-data/cities.pbf");
     files.roads = roads;
     return files;
@@ -87,12 +88,24 @@ MapData::MapData(MapDataFiles files) : m_files(std::move(files)) {}
 
 std::vector<ShoreBin> MapData::shores(const GeoBox& box) const {
     const std::lock_guard lock(m_mutex);
-    return m_files.shores.isEmpty() ? std::vector<ShoreBin>() : readShores(m_files.shores, box);
+    if (m_files.shores.isEmpty()) {
+        return {};
+    }
+    if (!m_shores) {
+        m_shores.emplace(m_files.shores);
+    }
+    return m_shores->in(box);
 }
 
 std::vector<MapLine> MapData::rivers(const GeoBox& box) const {
     const std::lock_guard lock(m_mutex);
-    return m_files.rivers.isEmpty() ? std::vector<MapLine>() : readRivers(m_files.rivers, box);
+    if (m_files.rivers.isEmpty()) {
+        return {};
+    }
+    if (!m_rivers) {
+        m_rivers.emplace(m_files.rivers);
+    }
+    return m_rivers->in(box);
 }
 
 ReliefGrid MapData::relief(const GeoBox& box) const {
@@ -103,7 +116,10 @@ ReliefGrid MapData::relief(const GeoBox& box) const {
 std::vector<MapLine> MapData::borders(const GeoBox& box) const {
     const std::lock_guard lock(m_mutex);
     if (!m_borders) {
-        m_borders = boxed(readTopology(contentsOf(m_files.borders), QStringLiteral("states")));
+        const QByteArray bytes = contentsOf(m_files.borders);
+        const bool isTopology = m_files.borders.endsWith(QStringLiteral(".json"));
+        m_borders =
+            boxed(isTopology ? readTopology(bytes, QStringLiteral("states")) : readBorders(bytes));
     }
     return linesIn(*m_borders, box);
 }

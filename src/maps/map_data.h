@@ -67,6 +67,8 @@ private:
 
     MapDataFiles m_files;
     mutable std::mutex m_mutex; ///< of everything below, and of the netCDF library
+    mutable std::optional<ShoreFile> m_shores;
+    mutable std::optional<RiverFile> m_rivers;
     mutable std::optional<BoxedLines> m_borders;
     mutable std::optional<BoxedLines> m_roads;
     mutable std::optional<std::vector<City>> m_cities;

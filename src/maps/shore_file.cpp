@@ -12,6 +12,9 @@ namespace {
 
 // Points are offsets from their bin's south-west corner in this part of the bin's size.
 constexpr double kOffsetUnits = 65535;
+constexpr std::size_t kReadAhead = 8192; // points
+
+} // namespace
 
 /// The binned files' common shape: bins hold segments, segments hold points.
 class BinnedFile {
@@ -32,7 +35,10 @@ public:
         }
     }
 
-    [[nodiscard]] const NetcdfFile& file() const { return m_file; }
+    /// A table of one of the two files; empty where there is none.
+    [[nodiscard]] std::vector<int> ints(const char* table) const {
+        return m_file.isOpen() ? m_file.ints(table) : std::vector<int>();
+    }
 
     /// The bins that overlap a box; nothing from a damaged file.
     [[nodiscard]] std::vector<std::size_t> binsIn(const GeoBox& box) const {
@@ -69,23 +75,50 @@ public:
         }
     }
 
+    /// Of a segment in a bin with that box; none of a damaged file's.
     [[nodiscard]] std::vector<GeoPosition>
     points(std::size_t segment, std::size_t count, const GeoBox& box) const {
         const auto first = static_cast<std::size_t>(std::max(0, m_firstPoint[segment]));
-        const auto east = m_file.ints("Relative_longitude_from_SW_corner_of_bin", first, count);
-        const auto north = m_file.ints("Relative_latitude_from_SW_corner_of_bin", first, count);
+        if (!m_window.has(first, count)) {
+            m_window = read(first, std::max(count, kReadAhead));
+        }
+        if (!m_window.has(first, count)) {
+            m_window = read(first, count); // the file's last ones
+        }
         std::vector<GeoPosition> result;
-        for (std::size_t i = 0; i < std::min(east.size(), north.size()); ++i) {
-            // Stored as unsigned 16-bit numbers in a signed type.
-            result.push_back(
-                {box.south + (north[i] & 0xFFFF) / kOffsetUnits * m_binDegrees,
-                 box.west + (east[i] & 0xFFFF) / kOffsetUnits * m_binDegrees}
-            );
+        if (m_window.has(first, count)) {
+            result.reserve(count);
+            for (std::size_t i = first - m_window.first; result.size() < count; ++i) {
+                // Stored as unsigned 16-bit numbers in a signed type.
+                result.push_back(
+                    {box.south + (m_window.north[i] & 0xFFFF) / kOffsetUnits * m_binDegrees,
+                     box.west + (m_window.east[i] & 0xFFFF) / kOffsetUnits * m_binDegrees}
+                );
+            }
         }
         return result;
     }
 
 private:
+    /// Points that follow each other in the file. The library takes long for each piece that it
+    /// reads, and the segments of a bin stand side by side.
+    struct Window {
+        std::size_t first = 0;
+        std::vector<int> east{};
+        std::vector<int> north{};
+
+        [[nodiscard]] bool has(std::size_t point, std::size_t count) const {
+            const std::size_t end = first + std::min(east.size(), north.size());
+            return point >= first && point + count <= end;
+        }
+    };
+
+    [[nodiscard]] Window read(std::size_t first, std::size_t count) const {
+        return {
+            first, m_file.ints("Relative_longitude_from_SW_corner_of_bin", first, count),
+            m_file.ints("Relative_latitude_from_SW_corner_of_bin", first, count)};
+    }
+
     NetcdfFile m_file;
     std::vector<int> m_firstSegment;
     std::vector<int> m_segments;
@@ -93,7 +126,10 @@ private:
     std::vector<int> m_info;
     double m_binDegrees = 1;
     int m_columns = 0;
+    mutable Window m_window;
 };
+
+namespace {
 
 /// How far along the bin's border a point lies, counter-clockwise from the south-west corner: 0 to
 /// 4, one for each side. The point is taken to lie on the side that it is nearest to.
@@ -127,21 +163,23 @@ void closeAlongBorder(const GeoBox& box, std::vector<GeoPosition>& ring) {
 
 } // namespace
 
-std::vector<ShoreBin> readShores(const QString& file, const GeoBox& box) {
-    const BinnedFile shores(file, "Embedded_npts_levels_exit_entry_for_a_segment");
-    const auto corners = shores.file().isOpen()
-                             ? shores.file().ints("Embedded_node_levels_in_a_bin")
-                             : std::vector<int>();
+ShoreFile::ShoreFile(const QString& path)
+    : m_file(std::make_unique<BinnedFile>(path, "Embedded_npts_levels_exit_entry_for_a_segment")),
+      m_corners(m_file->ints("Embedded_node_levels_in_a_bin")) {}
+
+ShoreFile::~ShoreFile() = default;
+
+std::vector<ShoreBin> ShoreFile::in(const GeoBox& box) const {
     std::vector<ShoreBin> bins;
-    for (const std::size_t number : shores.binsIn(box)) {
+    for (const std::size_t number : m_file->binsIn(box)) {
         // Three bits for each corner, the south-west one highest. Levels are odd on land.
-        const int southWest = number < corners.size() ? corners[number] >> 9 : 0;
-        ShoreBin bin{shores.boxOf(number), (southWest & 1) != 0, {}};
-        shores.forEachSegment(number, [&](std::size_t segment, int info) {
+        const int southWest = number < m_corners.size() ? m_corners[number] >> 9 : 0;
+        ShoreBin bin{m_file->boxOf(number), (southWest & 1) != 0, {}};
+        m_file->forEachSegment(number, [&](std::size_t segment, int info) {
             // Number of points, level, and the sides of entry and exit; side 4 means none.
             const auto count = static_cast<std::size_t>(static_cast<unsigned>(info) >> 9U);
             ShorePiece piece{(info >> 6) & 7, (info & 7) == 4, {}};
-            piece.points = shores.points(segment, count, bin.box);
+            piece.points = m_file->points(segment, count, bin.box);
             if (piece.points.size() > 1) {
                 bin.pieces.push_back(std::move(piece));
             }
@@ -151,16 +189,19 @@ std::vector<ShoreBin> readShores(const QString& file, const GeoBox& box) {
     return bins;
 }
 
-std::vector<MapLine> readRivers(const QString& file, const GeoBox& box) {
-    const BinnedFile rivers(file, "Hierarchial_level_of_a_segment");
-    const auto counts =
-        rivers.file().isOpen() ? rivers.file().ints("N_points_for_a_segment") : std::vector<int>();
+RiverFile::RiverFile(const QString& path)
+    : m_file(std::make_unique<BinnedFile>(path, "Hierarchial_level_of_a_segment")),
+      m_counts(m_file->ints("N_points_for_a_segment")) {}
+
+RiverFile::~RiverFile() = default;
+
+std::vector<MapLine> RiverFile::in(const GeoBox& box) const {
     std::vector<MapLine> lines;
-    for (const std::size_t bin : rivers.binsIn(box)) {
-        const GeoBox binBox = rivers.boxOf(bin);
-        rivers.forEachSegment(bin, [&](std::size_t segment, int level) {
-            const int count = segment < counts.size() ? counts[segment] & 0xFFFF : 0;
-            auto points = rivers.points(segment, static_cast<std::size_t>(count), binBox);
+    for (const std::size_t bin : m_file->binsIn(box)) {
+        const GeoBox binBox = m_file->boxOf(bin);
+        m_file->forEachSegment(bin, [&](std::size_t segment, int level) {
+            const int count = segment < m_counts.size() ? m_counts[segment] & 0xFFFF : 0;
+            auto points = m_file->points(segment, static_cast<std::size_t>(count), binBox);
             if (points.size() > 1) {
                 lines.push_back({level, std::move(points)});
             }

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <memory>
 #include <vector>
 
 namespace raincast {
@@ -25,15 +26,40 @@ struct ShoreBin {
 };
 
 // The two files of the GSHHG data (Wessel and Smith, "A Global Self-consistent, Hierarchical,
-// High-resolution Shoreline Database") in their binned netCDF form. Both functions give nothing
-// where the file is absent or damaged. Not for several threads at once.
+// High-resolution Shoreline Database") in their binned netCDF form. Both give nothing where the
+// file is absent or damaged. They stay open and keep their tables, some megabytes, which take
+// longer to read than the points of a box. One at a time of all of them, in several threads.
 
-/// The bins that overlap a box.
-[[nodiscard]] std::vector<ShoreBin> readShores(const QString& file, const GeoBox& box);
+class BinnedFile;
 
-/// The rivers of the bins that overlap a box. Ranks: 0 broad rivers, 1 to 4 rivers from major to
-/// minor, 5 to 7 those that fall dry, 8 to 10 canals.
-[[nodiscard]] std::vector<MapLine> readRivers(const QString& file, const GeoBox& box);
+class ShoreFile {
+public:
+    explicit ShoreFile(const QString& path);
+    ~ShoreFile();
+    ShoreFile(ShoreFile&&) noexcept = default;
+
+    /// The bins that overlap a box.
+    [[nodiscard]] std::vector<ShoreBin> in(const GeoBox& box) const;
+
+private:
+    std::unique_ptr<const BinnedFile> m_file;
+    std::vector<int> m_corners;
+};
+
+class RiverFile {
+public:
+    explicit RiverFile(const QString& path);
+    ~RiverFile();
+    RiverFile(RiverFile&&) noexcept = default;
+
+    /// The rivers of the bins that overlap a box. Ranks: 0 broad rivers, 1 to 4 rivers from major
+    /// to minor, 5 to 7 those that fall dry, 8 to 10 canals.
+    [[nodiscard]] std::vector<MapLine> in(const GeoBox& box) const;
+
+private:
+    std::unique_ptr<const BinnedFile> m_file;
+    std::vector<int> m_counts;
+};
 
 /// The shore of a bin as rings whose even-odd filling is its land. Pieces that end at the border
 /// are closed along it, away from the south-west corner.

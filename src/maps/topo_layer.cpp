@@ -158,10 +158,10 @@ private:
     Row m_below;
 };
 
-/// Writes a pixel; where the next one is.
+/// Writes a pixel, of which nothing is below zero; where the next one is.
 uchar* put(uchar* pixel, const Tint& tint, double light) {
     for (const double value : {tint.red, tint.green, tint.blue}) {
-        *pixel++ = static_cast<uchar>(std::clamp(std::lround(value * light), 0L, 250L));
+        *pixel++ = static_cast<uchar>(std::min(static_cast<int>(value * light + .5), 250));
     }
     return pixel;
 }

@@ -36,42 +36,37 @@ std::vector<bool> arcsOf(const QJsonObject& object, std::size_t arcs) {
     return used;
 }
 
-/// Positions as steps from the one before, in units that the transform explains:
-/// "transform":{"scale":[0.0036,0.00086],"translate":[-179.1,-14.6]},
+/// "transform":{"scale":[0.0036,0.00086],"translate":[-179.1,-14.6]}
+std::optional<TopologyTransform> transformOf(const QJsonObject& topology) {
+    const QJsonObject transform = topology[u"transform"].toObject();
+    if (transform.isEmpty()) {
+        return std::nullopt;
+    }
+    const QJsonArray scale = transform[u"scale"].toArray();
+    const QJsonArray translate = transform[u"translate"].toArray();
+    return TopologyTransform{
+        {scale.at(1).toDouble(), scale.at(0).toDouble()},
+        {translate.at(1).toDouble(), translate.at(0).toDouble()}};
+}
+
+/// Positions, or steps from the one before that a transform explains:
 /// "arcs":[[[16791,57698],[-11,27]]]
-class Steps {
-public:
-    explicit Steps(const QJsonObject& topology) {
-        const QJsonObject transform = topology[u"transform"].toObject();
-        m_quantised = !transform.isEmpty();
-        if (m_quantised) {
-            const QJsonArray scale = transform[u"scale"].toArray();
-            const QJsonArray translate = transform[u"translate"].toArray();
-            m_scale = {scale.at(1).toDouble(), scale.at(0).toDouble()};
-            m_translate = {translate.at(1).toDouble(), translate.at(0).toDouble()};
-        }
+std::vector<GeoPosition>
+decode(const QJsonArray& arc, const std::optional<TopologyTransform>& transform) {
+    const TopologyTransform used = transform.value_or(TopologyTransform{{1, 1}, {}});
+    std::vector<GeoPosition> points;
+    double x = 0;
+    double y = 0;
+    for (const QJsonValue& step : arc) {
+        x = step[0].toDouble() + (transform ? x : 0);
+        y = step[1].toDouble() + (transform ? y : 0);
+        points.push_back(
+            {y * used.step.latitude + used.begin.latitude,
+             x * used.step.longitude + used.begin.longitude}
+        );
     }
-
-    [[nodiscard]] std::vector<GeoPosition> decode(const QJsonArray& arc) const {
-        std::vector<GeoPosition> points;
-        double x = 0;
-        double y = 0;
-        for (const QJsonValue& step : arc) {
-            x = step[0].toDouble() + (m_quantised ? x : 0);
-            y = step[1].toDouble() + (m_quantised ? y : 0);
-            points.push_back(
-                {y * m_scale.latitude + m_translate.latitude,
-                 x * m_scale.longitude + m_translate.longitude}
-            );
-        }
-        return points;
-    }
-
-private:
-    bool m_quantised;
-    GeoPosition m_scale{1, 1};
-    GeoPosition m_translate;
-};
+    return points;
+}
 
 } // namespace
 
@@ -80,15 +75,20 @@ std::vector<MapLine> readTopology(const QByteArray& bytes, const QString& major)
     const QJsonArray arcs = topology[u"arcs"].toArray();
     const auto isMajor =
         arcsOf(topology[u"objects"][major].toObject(), static_cast<std::size_t>(arcs.size()));
-    const Steps steps(topology);
+    const auto transform = transformOf(topology);
     std::vector<MapLine> lines;
     for (qsizetype i = 0; i < arcs.size(); ++i) {
-        MapLine line{isMajor[static_cast<std::size_t>(i)] ? 0 : 1, steps.decode(arcs[i].toArray())};
+        MapLine line{
+            isMajor[static_cast<std::size_t>(i)] ? 0 : 1, decode(arcs[i].toArray(), transform)};
         if (line.points.size() > 1) {
             lines.push_back(std::move(line));
         }
     }
     return lines;
+}
+
+std::optional<TopologyTransform> transformOf(const QByteArray& bytes) {
+    return transformOf(QJsonDocument::fromJson(bytes).object());
 }
 
 } // namespace raincast

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace raincast {
@@ -16,5 +17,14 @@ namespace raincast {
 ///
 /// Format: The TopoJSON Format Specification, https://github.com/topojson/topojson-specification
 [[nodiscard]] std::vector<MapLine> readTopology(const QByteArray& bytes, const QString& major);
+
+/// What the whole numbers of a topology's arcs stand for.
+struct TopologyTransform {
+    GeoPosition step;  ///< degrees
+    GeoPosition begin; ///< where all arcs begin to count
+};
+
+/// Nothing where a topology has none, and its arcs are positions.
+[[nodiscard]] std::optional<TopologyTransform> transformOf(const QByteArray& bytes);
 
 } // namespace raincast

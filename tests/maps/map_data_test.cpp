@@ -44,6 +44,20 @@ TEST(MapDataTest, HasTheBordersOfTheCountryWithTheProgram) {
     );
 }
 
+TEST(MapDataTest, TheBordersThatArePackedAreThoseOfTheTopology) {
+    MapDataFiles all;
+    all.borders = QStringLiteral(RAINCAST_COUNTIES);
+    constexpr GeoBox kWorld{-90, -180, 90, 180};
+    const auto wanted = MapData(all).borders(kWorld);
+    const auto packed = MapData(MapDataFiles::find({})).borders(kWorld);
+    ASSERT_GT(wanted.size(), 9'000U);
+    ASSERT_EQ(packed.size(), wanted.size());
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        ASSERT_EQ(packed[i].rank, wanted[i].rank) << i;
+        ASSERT_EQ(packed[i].points, wanted[i].points) << i;
+    }
+}
+
 /// What is packed into the program shows the same places in the pictures of each site.
 TEST(MapDataTest, HasThePlacesOfEverySiteWithTheProgram) {
     MapDataFiles all;

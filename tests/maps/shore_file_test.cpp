@@ -23,7 +23,7 @@ class ShoreFileTest : public ::testing::Test {
 protected:
     /// Whether a place of the bin is land, as even-odd filling has it.
     [[nodiscard]] bool isLand(double latitude, double longitude) const {
-        const auto bins = readShores(m_path, kBox);
+        const auto bins = ShoreFile(m_path).in(kBox);
         EXPECT_THAT(bins, SizeIs(1));
         QPainterPath path;
         for (const auto& ring :
@@ -44,7 +44,7 @@ protected:
 
 TEST_F(ShoreFileTest, PlacesPoints) {
     makeBinnedFile(m_path, false, {{1, true, {{0, 0}, {kWhole, 0}, {kHalf, kWhole}}}});
-    const auto bins = readShores(m_path, kBox);
+    const auto bins = ShoreFile(m_path).in(kBox);
     ASSERT_THAT(bins, SizeIs(1));
     ASSERT_THAT(bins[0].pieces, SizeIs(1));
     const ShorePiece& piece = bins[0].pieces[0];
@@ -58,8 +58,8 @@ TEST_F(ShoreFileTest, PlacesPoints) {
 
 TEST_F(ShoreFileTest, ReadsTheBinsOfTheBoxOnly) {
     makeBinnedFile(m_path, false, {});
-    EXPECT_THAT(readShores(m_path, {37.5, -78.5, 38.5, -77.5}), SizeIs(4));
-    EXPECT_THAT(readShores(m_path, {12.5, 144.5, 12.6, 144.6}), SizeIs(1));
+    EXPECT_THAT(ShoreFile(m_path).in({37.5, -78.5, 38.5, -77.5}), SizeIs(4));
+    EXPECT_THAT(ShoreFile(m_path).in({12.5, 144.5, 12.6, 144.6}), SizeIs(1));
 }
 
 TEST_F(ShoreFileTest, AnIslandIsLandInTheSea) {
@@ -114,7 +114,7 @@ TEST_F(ShoreFileTest, ReadsRivers) {
     makeBinnedFile(
         m_path, true, {{2, false, {{0, 0}, {kWhole, kWhole}}}, {5, false, {{1, 1}, {2, 2}}}}
     );
-    const auto rivers = readRivers(m_path, kBox);
+    const auto rivers = RiverFile(m_path).in(kBox);
     ASSERT_THAT(rivers, SizeIs(2));
     EXPECT_EQ(rivers[0].rank, 2);
     EXPECT_NEAR(rivers[0].points.at(1).latitude, 39, 1e-9);
@@ -123,11 +123,11 @@ TEST_F(ShoreFileTest, ReadsRivers) {
 
 TEST_F(ShoreFileTest, OtherFilesHaveNothing) {
     writeFile(m_path, "no netCDF");
-    EXPECT_THAT(readShores(m_path, kBox), IsEmpty());
-    EXPECT_THAT(readRivers(m_path, kBox), IsEmpty());
+    EXPECT_THAT(ShoreFile(m_path).in(kBox), IsEmpty());
+    EXPECT_THAT(RiverFile(m_path).in(kBox), IsEmpty());
     { NetcdfMaker(m_path).ints("Bin_size_in_minutes", {60}); }
-    EXPECT_THAT(readShores(m_path, kBox), IsEmpty());
-    EXPECT_THAT(readRivers(m_path, kBox), IsEmpty());
+    EXPECT_THAT(ShoreFile(m_path).in(kBox), IsEmpty());
+    EXPECT_THAT(RiverFile(m_path).in(kBox), IsEmpty());
 }
 
 TEST_F(ShoreFileTest, NumbersThatPointNowhereAreHarmless) {
@@ -143,10 +143,10 @@ TEST_F(ShoreFileTest, NumbersThatPointNowhereAreHarmless) {
         maker.ints("Hierarchial_level_of_a_segment", {1, 1});
         maker.ints("N_points_for_a_segment", {-1, 9});
     }
-    for (const ShoreBin& bin : readShores(m_path, kBox)) {
+    for (const ShoreBin& bin : ShoreFile(m_path).in(kBox)) {
         EXPECT_THAT(bin.pieces, IsEmpty());
     }
-    EXPECT_THAT(readRivers(m_path, kBox), IsEmpty());
+    EXPECT_THAT(RiverFile(m_path).in(kBox), IsEmpty());
 }
 
 } // namespace
