@@ -177,7 +177,7 @@ void Downloads::Thread::start(Job& job) {
         m_multi.reset(m_curl->multiInit());
         m_polled = m_multi.get();
     }
-    job.request = std::make_unique<HttpRequest>(*m_curl, job.order);
+    job.request = std::make_unique<CurlRequest>(*m_curl, job.order);
     CURL* const easy = job.request->handle();
     if (!m_multi || easy == nullptr || m_curl->multiAddHandle(m_multi.get(), easy) != CURLM_OK) {
         job.request.reset();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/curl_request.h"
 #include "net/downloads.h"
-#include "net/http_request.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -42,7 +42,7 @@ private:
         DownloadOrder order;
         QByteArray server;
         std::vector<std::uint64_t> numbers;
-        std::unique_ptr<HttpRequest> request; ///< while it runs
+        std::unique_ptr<CurlRequest> request; ///< while it runs
     };
     using Jobs = std::list<Job>;
     using Command = std::function<void(Thread&)>;

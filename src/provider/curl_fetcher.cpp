@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "provider/curl_fetcher.h"
 
+#include "net/curl_headers.h"
+
 #include <QUrl>
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace raincast {
 
@@ -44,27 +47,16 @@ bool takesHeader(QByteArrayView line, const char* name, QByteArray& value) {
 
 /// One request and what has come of it.
 struct CurlFetcher::Transfer {
-    struct ListDeleter {
-        void operator()(curl_slist* list) const { CurlLibrary::get()->slistFreeAll(list); }
-    };
-
     FetchRequest request;
     Done done;
     FetchAnswer answer{};
     std::unique_ptr<CURL, EasyDeleter> easy{};
-    std::unique_ptr<curl_slist, ListDeleter> headers{};
+    std::optional<CurlHeaders> headers{};
     std::array<char, CURL_ERROR_SIZE> error{};
     qint64 headerBytes = 0;
     bool wasConnected = false;
     bool isTooLarge = false;
     int redirects = 0;
-
-    void addHeader(const CurlLibrary& curl, const QByteArray& line) {
-        if (curl_slist* const longer = curl.slistAppend(headers.get(), line.constData())) {
-            static_cast<void>(headers.release());
-            headers.reset(longer);
-        }
-    }
 
     static size_t onHeader(char* data, size_t, size_t bytes, void* self) {
         auto& transfer = *static_cast<Transfer*>(self);
@@ -142,19 +134,20 @@ bool CurlFetcher::start(Transfer& transfer) {
         m_curl->easySetopt(easy, option, value);
     };
     const FetchRequest& request = transfer.request;
-    transfer.addHeader(*m_curl, "Accept: " + request.accept);
+    CurlHeaders& headers = transfer.headers.emplace(*m_curl);
+    headers.add("Accept: " + request.accept);
     if (!request.etag.isEmpty()) {
-        transfer.addHeader(*m_curl, "If-None-Match: " + request.etag);
+        headers.add("If-None-Match: " + request.etag);
     }
     if (!request.lastModified.isEmpty()) {
-        transfer.addHeader(*m_curl, "If-Modified-Since: " + request.lastModified);
+        headers.add("If-Modified-Since: " + request.lastModified);
     }
     set(CURLOPT_URL, request.url.constData());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_USERAGENT, m_agent.constData());
-    set(CURLOPT_HTTPHEADER, transfer.headers.get());
+    set(CURLOPT_HTTPHEADER, headers.list());
     set(CURLOPT_ACCEPT_ENCODING, "");
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
@@ -248,7 +241,6 @@ bool CurlFetcher::redirected(Transfer& transfer) {
     transfer.request.url = url;
     transfer.answer = {};
     transfer.headerBytes = 0;
-    transfer.headers.reset();
     if (!start(transfer)) {
         transfer.answer.failure = FetchAnswer::Failure::broken;
         transfer.answer.problem = QStringLiteral("the request cannot be sent");

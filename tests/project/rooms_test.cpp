@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Holds the sources to the list of rooms: every folder stands in it, no room includes one that
-// stands above it or beside it, and none outgrows what one can keep in mind.
+// stands above it or beside it, no two have classes of one name, and none outgrows what one can
+// keep in mind.
 #include <QFile>
 #include <QRegularExpression>
 #include <QSet>
@@ -110,6 +111,28 @@ TEST_F(RoomsTest, NoRoomIncludesWhatItMayNot) {
         }
     }
     EXPECT_GT(seen, 1000);
+}
+
+// A program has several rooms: of two classes of one name the linker would take the functions of
+// either for both.
+TEST_F(RoomsTest, NoNameIsThatOfTwoClasses) {
+    static const QRegularExpression definition(
+        QStringLiteral("^(?:class|struct|union|enum class|enum) (\\w+)(?: final)?(?: : .*| \\{.*)$"
+        ),
+        QRegularExpression::MultilineOption
+    );
+    std::map<QString, fs::path> places;
+    for (const Source& source : sourcesBelow("src")) {
+        if (source.path.extension() != ".h") {
+            continue;
+        }
+        for (const auto& match : definition.globalMatch(contentOf(source.path))) {
+            const auto [place, isNew] = places.insert({match.captured(1), source.path});
+            EXPECT_TRUE(isNew) << qPrintable(match.captured(1)) << " is in " << place->second
+                               << " and in " << source.path;
+        }
+    }
+    EXPECT_GT(places.size(), 300U);
 }
 
 TEST_F(RoomsTest, NoRoomAndNoFolderIsTooLarge) {

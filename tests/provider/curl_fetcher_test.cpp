@@ -71,6 +71,13 @@ TEST_F(CurlFetcherTest, SaysWhoAsksAndOnWhatCondition) {
     EXPECT_EQ(head.find("Origin"), std::string::npos);
 }
 
+TEST_F(CurlFetcherTest, ATagOfAnotherServerCannotBeAHeaderOfItsOwn) {
+    ask({url("/a"), 10, "\"x\"\r\nX-Else: 1", "Sun\nX-Else: 1"});
+    const std::string head = m_server.requests().at(0).toStdString();
+    EXPECT_EQ(head.find("X-Else"), std::string::npos) << head;
+    EXPECT_THAT(head, HasSubstr("Accept: */*\r\n"));
+}
+
 TEST_F(CurlFetcherTest, ABodyMayHaveItsMostBytesAndNoMore) {
     m_server.on("/a", answers::respond(200, QByteArray(1000, 'x')));
     m_server.on("/b", answers::chunked(QByteArray(1001, 'x'), 100));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "net/curl_library.h"
+#include "net/curl_headers.h"
 #include "net/download_order.h"
 #include "net/http_response.h"
 #include "net/stall_meter.h"
@@ -22,13 +22,13 @@ namespace raincast {
 /// no redirects, keeps and sends no cookies, and speaks nothing but HTTP and HTTPS. Proxies come
 /// from the environment (http_proxy, https_proxy, all_proxy, no_proxy), but not for a server of
 /// this machine.
-class HttpRequest {
+class CurlRequest {
 public:
     using Time = StallMeter::Time;
 
-    HttpRequest(const CurlLibrary& curl, DownloadOrder order);
-    HttpRequest(const HttpRequest&) = delete;
-    HttpRequest& operator=(const HttpRequest&) = delete;
+    CurlRequest(const CurlLibrary& curl, DownloadOrder order);
+    CurlRequest(const CurlRequest&) = delete;
+    CurlRequest& operator=(const CurlRequest&) = delete;
 
     [[nodiscard]] CURL* handle() const { return m_easy.get(); }
     [[nodiscard]] const DownloadOrder& order() const { return m_order; }
@@ -47,7 +47,6 @@ private:
     static size_t onBody(char* data, size_t, size_t bytes, void* self);
     static int onConnected(void* self, char*, char*, int, int);
 
-    void addHeader(const QByteArray& header);
     void setOptions();
     template<typename T>
     void set(CURLoption option, T value);
@@ -63,14 +62,11 @@ private:
     struct EasyDeleter {
         void operator()(CURL* easy) const { CurlLibrary::get()->easyCleanup(easy); }
     };
-    struct ListDeleter {
-        void operator()(curl_slist* list) const { CurlLibrary::get()->slistFreeAll(list); }
-    };
 
     const CurlLibrary& m_curl;
     DownloadOrder m_order;
     std::vector<std::shared_ptr<ByteAllowance>> m_allowances;
-    std::unique_ptr<curl_slist, ListDeleter> m_headers;
+    CurlHeaders m_headers;
     std::unique_ptr<CURL, EasyDeleter> m_easy;
     std::array<char, CURL_ERROR_SIZE> m_error{};
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "net/http_request.h"
+#include "net/curl_request.h"
 
 #include "core/text.h"
 #include "net/byte_allowance.h"
@@ -58,33 +58,25 @@ std::optional<QByteArrayView> valueOf(QByteArrayView line, QByteArrayView name) 
 
 } // namespace
 
-HttpRequest::HttpRequest(const CurlLibrary& curl, DownloadOrder order)
-    : m_curl(curl), m_order(std::move(order)), m_easy(m_curl.easyInit()) {
+CurlRequest::CurlRequest(const CurlLibrary& curl, DownloadOrder order)
+    : m_curl(curl), m_order(std::move(order)), m_headers(curl), m_easy(m_curl.easyInit()) {
     share(m_order.allowance);
-    addHeader("Pragma: no-cache");
-    addHeader("Accept:"); // a name alone takes away libcurl's own, that it accepts anything
+    m_headers.add("Pragma: no-cache");
+    m_headers.add("Accept:"); // a name alone takes away libcurl's own, that it accepts anything
     if (!m_order.knownTag.isEmpty()) {
-        addHeader("If-None-Match: " + m_order.knownTag);
+        m_headers.add("If-None-Match: " + m_order.knownTag);
     }
     setOptions();
 }
 
-void HttpRequest::addHeader(const QByteArray& header) {
-    curl_slist* const longer = m_curl.slistAppend(m_headers.get(), header.constData());
-    if (longer != nullptr) {
-        static_cast<void>(m_headers.release());
-        m_headers.reset(longer);
-    }
-}
-
 template<typename T>
-void HttpRequest::set(CURLoption option, T value) {
+void CurlRequest::set(CURLoption option, T value) {
     if (m_easy) {
         m_curl.easySetopt(m_easy.get(), option, value);
     }
 }
 
-void HttpRequest::setOptions() {
+void CurlRequest::setOptions() {
     set(CURLOPT_URL, m_order.url.constData());
     // No proxy knows this machine. Without the option: the environment's proxy.
     if (isOfThisMachine(m_order.url)) {
@@ -93,7 +85,7 @@ void HttpRequest::setOptions() {
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     set(CURLOPT_USERAGENT, kAgent);
-    set(CURLOPT_HTTPHEADER, m_headers.get());
+    set(CURLOPT_HTTPHEADER, m_headers.list());
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(m_order.limits.connectTimeout.count()));
@@ -102,23 +94,23 @@ void HttpRequest::setOptions() {
     // behind.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_ERRORBUFFER, m_error.data());
-    set(CURLOPT_HEADERFUNCTION, &HttpRequest::onHeader);
+    set(CURLOPT_HEADERFUNCTION, &CurlRequest::onHeader);
     set(CURLOPT_HEADERDATA, static_cast<void*>(this));
-    set(CURLOPT_WRITEFUNCTION, &HttpRequest::onBody);
+    set(CURLOPT_WRITEFUNCTION, &CurlRequest::onBody);
     set(CURLOPT_WRITEDATA, static_cast<void*>(this));
-    set(CURLOPT_PREREQFUNCTION, &HttpRequest::onConnected);
+    set(CURLOPT_PREREQFUNCTION, &CurlRequest::onConnected);
     set(CURLOPT_PREREQDATA, static_cast<void*>(this));
     set(CURLOPT_PRIVATE, static_cast<void*>(this));
 }
 
-void HttpRequest::share(const std::shared_ptr<ByteAllowance>& allowance) {
+void CurlRequest::share(const std::shared_ptr<ByteAllowance>& allowance) {
     if (allowance && m_order.body == DownloadOrder::Body::file) {
         allowance->take(m_bodyBytes);
         m_allowances.push_back(allowance);
     }
 }
 
-bool HttpRequest::lasted(Time now) {
+bool CurlRequest::lasted(Time now) {
     if (!m_meter) {
         return false;
     }
@@ -132,8 +124,8 @@ bool HttpRequest::lasted(Time now) {
 
 // libcurl counts in bytes: the size of its items is always 1. It hands over one header line at a
 // time, also those of interim responses and trailers.
-size_t HttpRequest::onHeader(char* data, size_t, size_t bytes, void* self) {
-    auto& request = *static_cast<HttpRequest*>(self);
+size_t CurlRequest::onHeader(char* data, size_t, size_t bytes, void* self) {
+    auto& request = *static_cast<CurlRequest*>(self);
     const auto line = QByteArrayView(data, static_cast<qsizetype>(bytes));
     request.m_headerBytes += line.size();
     if (request.m_headerBytes > kMaxHeaderBytes) {
@@ -152,7 +144,7 @@ size_t HttpRequest::onHeader(char* data, size_t, size_t bytes, void* self) {
     return bytes;
 }
 
-void HttpRequest::noteHeader(QByteArrayView line) {
+void CurlRequest::noteHeader(QByteArrayView line) {
     if (const auto source = valueOf(line, "raincast-source:")) {
         m_source = source->toByteArray();
     } else if (const auto tag = valueOf(line, "etag:")) {
@@ -162,16 +154,16 @@ void HttpRequest::noteHeader(QByteArrayView line) {
     }
 }
 
-size_t HttpRequest::onBody(char* data, size_t, size_t bytes, void* self) {
-    auto& request = *static_cast<HttpRequest*>(self);
+size_t CurlRequest::onBody(char* data, size_t, size_t bytes, void* self) {
+    auto& request = *static_cast<CurlRequest*>(self);
     const auto piece = QByteArrayView(data, static_cast<qsizetype>(bytes));
     request.m_bodyBytes += piece.size();
     request.m_enough = !request.take(piece);
     return request.m_enough ? 0 : bytes;
 }
 
-int HttpRequest::onConnected(void* self, char*, char*, int, int) {
-    auto& request = *static_cast<HttpRequest*>(self);
+int CurlRequest::onConnected(void* self, char*, char*, int, int) {
+    auto& request = *static_cast<CurlRequest*>(self);
     const HttpLimits& limits = request.m_order.limits;
     request.m_connected = true;
     request.m_meter.emplace(limits.stallTime, limits.stallBytesPerSecond);
@@ -179,12 +171,12 @@ int HttpRequest::onConnected(void* self, char*, char*, int, int) {
     return CURL_PREREQFUNC_OK;
 }
 
-bool HttpRequest::goodStatus() const {
+bool CurlRequest::goodStatus() const {
     return m_status != 0 && m_status < kFirstFailingStatus;
 }
 
 // False when no more of the body is wanted.
-bool HttpRequest::take(QByteArrayView piece) {
+bool CurlRequest::take(QByteArrayView piece) {
     if (m_order.body == DownloadOrder::Body::listing) {
         return takeListing(piece);
     }
@@ -199,20 +191,20 @@ bool HttpRequest::take(QByteArrayView piece) {
     return !m_refusal;
 }
 
-bool HttpRequest::takeListing(QByteArrayView piece) {
+bool CurlRequest::takeListing(QByteArrayView piece) {
     const qint64 left = m_order.limits.listingBytes - m_body.size();
     m_body.append(piece.first(std::min<qint64>(piece.size(), left)));
     return m_body.size() < m_order.limits.listingBytes;
 }
 
-bool HttpRequest::allowanceUsedUp() const {
+bool CurlRequest::allowanceUsedUp() const {
     return std::any_of(m_allowances.begin(), m_allowances.end(), [](const auto& allowance) {
         return allowance->usedUp();
     });
 }
 
 // What is wrong with as much of a file as has come.
-std::optional<QString> HttpRequest::faultOfBody(bool ended) const {
+std::optional<QString> CurlRequest::faultOfBody(bool ended) const {
     if (m_body.size() > m_order.limits.fileBytes) {
         return Text::tr("larger than a file may be");
     }
@@ -228,7 +220,7 @@ std::optional<QString> HttpRequest::faultOfBody(bool ended) const {
     return std::nullopt;
 }
 
-HttpResponse HttpRequest::end(CURLcode result) {
+HttpResponse CurlRequest::end(CURLcode result) {
     if (m_enough) {
         result = CURLE_OK; // it was ended on purpose
     }
@@ -254,7 +246,7 @@ HttpResponse HttpRequest::end(CURLcode result) {
     return response;
 }
 
-bool HttpRequest::connectingFailed(CURLcode result) const {
+bool CurlRequest::connectingFailed(CURLcode result) const {
     switch (result) {
     case CURLE_URL_MALFORMAT: // the host is not a host's name
     case CURLE_COULDNT_RESOLVE_HOST:
@@ -269,7 +261,7 @@ bool HttpRequest::connectingFailed(CURLcode result) const {
 }
 
 // What went wrong on the way.
-std::optional<QString> HttpRequest::failure(CURLcode result) const {
+std::optional<QString> CurlRequest::failure(CURLcode result) const {
     if (m_timeout != nullptr) {
         return QString::fromLatin1(m_timeout);
     }
