@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cstdint>
+#include <utility>
 
 namespace raincast {
 
@@ -17,11 +19,12 @@ std::optional<Replay> readReplay(const QString& text) {
     const auto match = form.match(text);
     const auto begin = QDateTime::fromString(match.captured(1) + u'Z', Qt::ISODate);
     const int speed = match.captured(2).isEmpty() ? 1 : match.captured(2).toInt();
-    if (!match.hasMatch() || !begin.isValid() || begin.toSecsSinceEpoch() < 0 ||
-        speed > Replay::kMostSpeed) {
+    const qint64 seconds = begin.toSecsSinceEpoch();
+    if (!match.hasMatch() || !begin.isValid() || speed > Replay::kMostSpeed ||
+        !std::in_range<std::uint32_t>(seconds)) {
         return std::nullopt;
     }
-    return Replay{fromUnixSeconds(static_cast<std::uint32_t>(begin.toSecsSinceEpoch())), speed};
+    return Replay{fromUnixSeconds(static_cast<std::uint32_t>(seconds)), speed};
 }
 
 QString textOf(const Replay& replay) {
@@ -40,9 +43,12 @@ QString folderTextOf(const Replay& replay) {
 
 FileTime ReplayClock::now() const {
     const FileTime world = real().now();
+    const FileTime latest = std::max(world, m_replay.begin);
     // A clock of the world that was set back must not lead to weather before the begin.
     const FileTime passed = std::max<FileTime>(world - m_start, 0);
-    return std::min(m_replay.begin + passed * m_replay.speed, std::max(world, m_replay.begin));
+    // A server's clock may be centuries behind: that many times the speed is no time any more.
+    const bool isOver = passed > (latest - m_replay.begin) / m_replay.speed;
+    return isOver ? latest : m_replay.begin + passed * m_replay.speed;
 }
 
 FileTime ReplayClock::until(FileTime time) const {

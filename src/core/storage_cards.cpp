@@ -91,7 +91,10 @@ QStringList storageCardsIn(const QByteArray& mountTable) {
     }
     QStringList paths;
     for (const QByteArray& card : cards) {
-        paths.append(QFile::decodeName(card));
+        // A name of bytes that are no text leads nowhere once it is one.
+        if (const QString path = QFile::decodeName(card); QFile::encodeName(path) == card) {
+            paths.append(path);
+        }
     }
     return paths;
 }

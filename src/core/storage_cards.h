@@ -16,7 +16,7 @@ inline constexpr const char* kCardRootVariable = "RAINCAST_CARD_ROOT";
 
 /// The storage cards in a mount table of the form of /proc/self/mountinfo: what is mounted from a
 /// local device, for writing, below /media, /run/media or /mnt, and not hidden by a later mount.
-/// Lines that are not of that form are skipped.
+/// Lines that are not of that form are skipped, and names that are not UTF-8.
 [[nodiscard]] QStringList storageCardsIn(const QByteArray& mountTable);
 
 } // namespace raincast

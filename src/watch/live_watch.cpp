@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "watch/live_watch.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "watch/status_answer.h"
 
 #include <utility>
 
@@ -18,12 +17,6 @@ constexpr int kMostInVain = 3;
 
 QString liveServer() {
     return QString::fromUtf16(kOwnLiveServer);
-}
-
-/// Whether a server's status says that none of its providers can be reached.
-bool saysUnreachable(const QByteArray& status) {
-    const QJsonObject page = QJsonDocument::fromJson(status).object();
-    return !page[QStringLiteral("reachable")].toBool(true);
 }
 
 } // namespace

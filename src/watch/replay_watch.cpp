@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "watch/replay_watch.h"
 
-#include <QDateTime>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "watch/status_answer.h"
 
 namespace raincast {
 
@@ -12,18 +10,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kAgain = 30s;
-
-/// When a server's replay started; nothing if its status does not say so.
-std::optional<FileTime> startIn(const QByteArray& status) {
-    const QJsonObject page = QJsonDocument::fromJson(status).object();
-    const auto started = QDateTime::fromString(
-        page[QStringLiteral("replay")][QStringLiteral("started")].toString(), Qt::ISODateWithMs
-    );
-    if (!started.isValid()) {
-        return std::nullopt;
-    }
-    return kUnixEpoch + started.toMSecsSinceEpoch() * (kFileTimePerSecond / 1000);
-}
 
 } // namespace
 
@@ -81,7 +67,7 @@ void ReplayWatch::askServer() {
     const QByteArray url = QStringLiteral("http://%1/status").arg(address).toUtf8();
     m_download =
         m_downloads.get({url, DownloadOrder::Body::listing}, [this](const HttpResponse& status) {
-            if (const auto start = status.answered() ? startIn(status.body) : std::nullopt) {
+            if (const auto start = status.answered() ? replayStartIn(status.body) : std::nullopt) {
                 set(ReplayClock(ServersSetting::past().replay, *start));
             }
         });

@@ -83,10 +83,9 @@ QStringList userLanguages() {
             continue;
         }
         languages += language;
-        if (language.contains(u'_')) {
-            languages += language.section(u'_', 0, 0);
-        }
+        languages += language.section(u'_', 0, 0);
     }
+    languages.removeAll(QString()); // of "_ES"
     languages.removeDuplicates();
     return languages;
 }

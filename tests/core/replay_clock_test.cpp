@@ -24,7 +24,8 @@ TEST(ReplayClockTest, RefusesEverythingElse) {
          {"", "2021-12-11", "2021-12-11T02:00", "2021-12-11T02:00Zx", "2021-12-11T02:00Zx0",
           "2021-12-11T02:00Zx61", "2021-12-11T02:00Zx100", "2021-12-11T02:00Zx-1",
           "2021-12-11T02:00Z x10", "2021-02-29T02:00Z", "2021-13-11T02:00Z", "2021-12-11T24:30Z",
-          "1969-12-31T23:59Z", "2021-12-11T02:00:00Z", "2021-12-11T02:00Zx10\n"}) {
+          "1969-12-31T23:59Z", "2106-02-07T06:29Z", "2158-01-17T08:28Z", "9999-12-31T23:59Z",
+          "2021-12-11T02:00:00Z", "2021-12-11T02:00Zx10\n"}) {
         EXPECT_FALSE(readReplay(text)) << text;
     }
 }
@@ -74,6 +75,12 @@ TEST_F(ReplayClockRuns, NeverIntoTheFutureOfTheWorld) {
     world.advance(10 * kSecond);
     EXPECT_EQ(clock.now(), world.now());
     EXPECT_EQ(clock.until(world.now() + 60 * kSecond), 60 * kSecond);
+}
+
+TEST_F(ReplayClockRuns, ToThePresentHoweverLongAgoItStarted) {
+    for (const FileTime start : {FileTime{0}, -5 * kWorld}) {
+        EXPECT_EQ(ReplayClock({kBegin, 60}, start).now(), kWorld);
+    }
 }
 
 TEST_F(ReplayClockRuns, ForTheWeatherAlone) {

@@ -37,6 +37,7 @@ TEST(StorageCardsTest, TellsCardsFromWhatElseIsMounted) {
          "/media/A B\tC\nD\\E#F"},
         {"what only looks like an escape", R"(36 35 8:17 / /media/A\04 rw - vfat /dev/sdb1 rw)",
          "/media/A\\04"},
+        {"no text", "36 35 8:17 / /media/A\xFF rw - vfat /dev/sdb1 rw", ""},
         {"8 is no octal digit", R"(36 35 8:17 / /media/A\048B rw - vfat /dev/sdb1 rw)",
          "/media/A\\048B"},
         {"the system's own disk", "27 1 254:0 / / rw - ext4 /dev/vda rw", ""},

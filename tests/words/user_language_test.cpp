@@ -68,6 +68,7 @@ TEST_F(UserLanguageTest, HasSpanishWords) {
     EXPECT_EQ(wordFor("es"), "&Cerrar");
     EXPECT_EQ(wordFor("es_MX"), "&Cerrar");
     EXPECT_EQ(wordFor("ca:es"), "&Cerrar");
+    EXPECT_EQ(wordFor("_ES:es"), "&Cerrar");
 }
 
 TEST_F(UserLanguageTest, IsEnglishWhereItHasNoWordsOrTheUserReadsEnglishRather) {
