@@ -1,17 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "maps/netcdf_file.h"
 
+#include "maps/netcdf_header.h"
+
 #include <QFile>
 
 #include <hdf5.h>
 #include <netcdf.h>
+
+#include <algorithm>
 
 namespace raincast {
 
 namespace {
 
 // No map data has variables this long; a damaged file may claim them.
-constexpr std::size_t kMostValues = 100'000'000;
+constexpr qint64 kMostValues = 100'000'000;
+// No packing that the library knows makes more values of a byte.
+constexpr qint64 kMostValuesOfAByte = 1032;
+// Map data have a kilobyte.
+constexpr qint64 kMostHeaderBytes = qint64{64} * 1024;
+constexpr QByteArrayView kHdf5 = "\x89HDF\r\n\x1A\n";
+
+/// How many values a file's variable can have; 0 for a file that is not to be opened.
+std::size_t mostValuesIn(const QString& path) {
+    QFile file(path);
+    const QByteArray head =
+        file.open(QIODevice::ReadOnly) ? file.read(kMostHeaderBytes) : QByteArray();
+    const bool isGood = head.startsWith(kHdf5) || isSoundNetcdfHeader(head, file.size());
+    const qint64 most = std::min(file.size(), kMostValues / kMostValuesOfAByte + 1);
+    return isGood ? static_cast<std::size_t>(most * kMostValuesOfAByte) : 0;
+}
 
 int variableId(int file, const std::string& name) {
     int id = -1;
@@ -29,7 +48,9 @@ NetcdfFile::NetcdfFile(const QString& path) {
     // The library below reports everything that it does not find on standard error unless each
     // thread forbids it: a server whose error output is a full pipe would come to a halt.
     H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
-    if (nc_open(QFile::encodeName(path).constData(), NC_NOWRITE, &m_id) != NC_NOERR) {
+    m_mostValues = mostValuesIn(path);
+    if (m_mostValues == 0 ||
+        nc_open(QFile::encodeName(path).constData(), NC_NOWRITE, &m_id) != NC_NOERR) {
         m_id = -1;
     }
 }
@@ -57,13 +78,13 @@ std::vector<std::size_t> NetcdfFile::shape(const std::string& variable) const {
 
 std::size_t NetcdfFile::length(const std::string& variable) const {
     const auto lengths = shape(variable);
-    return lengths.size() == 1 && lengths[0] <= kMostValues ? lengths[0] : 0;
+    return lengths.size() == 1 && lengths[0] <= m_mostValues ? lengths[0] : 0;
 }
 
 std::vector<int>
 NetcdfFile::ints(const std::string& variable, std::size_t first, std::size_t count) const {
     const auto lengths = shape(variable);
-    if (lengths.size() != 1 || !hasPart(lengths[0], first, count) || count > kMostValues) {
+    if (lengths.size() != 1 || !hasPart(lengths[0], first, count) || count > m_mostValues) {
         return {};
     }
     std::vector<int> values(count);
@@ -90,7 +111,7 @@ std::vector<float> NetcdfFile::floats(
 ) const {
     const auto lengths = shape(variable);
     if (lengths.size() != 2 || !hasPart(lengths[0], firstRow, rows) ||
-        !hasPart(lengths[1], firstColumn, columns) || rows > kMostValues / columns) {
+        !hasPart(lengths[1], firstColumn, columns) || rows > m_mostValues / columns) {
         return {};
     }
     std::vector<float> values(rows * columns);

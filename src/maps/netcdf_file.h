@@ -13,7 +13,8 @@ namespace raincast {
 /// callers in several threads must read one at a time.
 class NetcdfFile {
 public:
-    /// Opens a file to read; see isOpen().
+    /// Opens a file to read; see isOpen(). One whose header makes no sense stays closed: the
+    /// library would ask for gigabytes of memory.
     explicit NetcdfFile(const QString& path);
     ~NetcdfFile();
     NetcdfFile(const NetcdfFile&) = delete;
@@ -42,6 +43,7 @@ private:
     [[nodiscard]] std::size_t length(const std::string& variable) const;
 
     int m_id = -1;
+    std::size_t m_mostValues = 0; ///< of a variable: what its claims are held to
 };
 
 } // namespace raincast

@@ -114,7 +114,10 @@ ReliefGrid readRelief(const QString& file, const GeoBox& box) {
     }
     auto heights = relief.floats("ROSE", rows.first, rows.count, columns.first, columns.count);
     const double step = longitudes[columns.first + 1] - longitudes[columns.first];
-    if (heights.empty() || !(step > 0)) {
+    // No other of the axes' numbers is used.
+    const bool isPlaced = step > 0 && std::isfinite(step) && std::isfinite(latitudes[rows.first]) &&
+                          std::isfinite(longitudes[columns.first]);
+    if (heights.empty() || !isPlaced) {
         return {};
     }
     return {

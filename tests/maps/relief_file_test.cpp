@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace raincast {
 namespace {
 
@@ -69,6 +71,22 @@ protected:
     QTemporaryDir m_folder;
     QString m_path = m_folder.filePath("relief.nc");
 };
+
+TEST_F(ReliefFileTest, AnAxisThatIsNoNumberPlacesNothing) {
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    const std::vector<double> axis{30, 31, 32, 33, 34, 35, 36, 37, 38, 39};
+    const std::vector<double> nowhere(axis.size(), kNone);
+    const std::vector<float> heights(axis.size() * axis.size(), 100);
+    for (const auto& [x, y] : {std::pair(axis, nowhere), {nowhere, axis}}) {
+        {
+            const NetcdfMaker maker(m_path);
+            maker.doubles("ETOPO05_X", x);
+            maker.doubles("ETOPO05_Y", y);
+            maker.floats("ROSE", axis.size(), heights);
+        }
+        EXPECT_EQ(heightAt(readRelief(m_path, {33, 33, 36, 36}), {34, 34}), 0);
+    }
+}
 
 TEST_F(ReliefFileTest, ReadsThePartAroundABox) {
     std::vector<double> longitudes;
