@@ -3,6 +3,7 @@
 
 #include "window/screen_metrics.h"
 
+#include <QScreen>
 #include <QWidget>
 
 namespace raincast {
@@ -12,6 +13,14 @@ namespace {
 constexpr QSize kFirstSize(640, 640);
 // Nobody leaves a window smaller than this: such a setting is damaged.
 constexpr QSize kLeastSize(100, 100);
+
+/// Whether a window can be seen and used. Qt believes some places that no screen has.
+bool isUsable(const QWidget& window) {
+    const QRect screens = window.screen()->virtualGeometry();
+    return window.size().boundedTo(kLeastSize) == kLeastSize &&
+           window.size().boundedTo(screens.size()) == window.size() &&
+           screens.intersects(window.geometry());
+}
 
 } // namespace
 
@@ -25,8 +34,13 @@ void WindowPlace::restore(QWidget& window, const QSize& asked) {
     }
     const auto kept = QByteArray::fromBase64(settings.geometry.toLatin1());
     const bool restored = window.restoreGeometry(kept);
-    if (!restored || window.size().boundedTo(kLeastSize) != kLeastSize) {
-        window.resize(kFirstSize.boundedTo(ScreenMetrics::current().available));
+    if (restored && isUsable(window)) {
+        return;
+    }
+    window.resize(kFirstSize.boundedTo(ScreenMetrics::current().available));
+    if (restored) {
+        window.setWindowState(Qt::WindowNoState);
+        window.move(window.screen()->availableGeometry().topLeft());
     }
 }
 

@@ -3,6 +3,7 @@
 #include "support/qt_app.h"
 #include "window/screen_metrics.h"
 
+#include <QScreen>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -77,6 +78,17 @@ TEST_F(WindowPlaceTest, ADamagedPlaceCountsAsNone) {
         WindowPlace::restore(window, {});
         EXPECT_EQ(window.size(), QSize(640, 640)) << text;
     }
+}
+
+// Qt takes it for a place of 16,777,215 times as many pixels, 335,544,301 to the left.
+TEST_F(WindowPlaceTest, APlaceThatNoScreenHasCountsAsNone) {
+    screenOf({1920, 1080});
+    WindowPlace::settings.geometry =
+        QStringLiteral("AdnQywAAE4gAABOIAAATiAAAE4gAABMT7AAAE+wAAAADAAA=");
+    QWidget window;
+    WindowPlace::restore(window, {});
+    EXPECT_EQ(window.size(), QSize(640, 640));
+    EXPECT_TRUE(window.screen()->geometry().intersects(window.geometry()));
 }
 
 } // namespace
