@@ -10,8 +10,8 @@
 
 namespace {
 
-// Small, so that the fuzzer tries many pictures instead of few large ones.
-constexpr qint64 kMostPixels = 1 << 16;
+// A frame's, and no more: the fuzzer then tries many pictures instead of few large ones.
+constexpr qint64 kMostPixels = qint64{raincast::kRadarImageWidth} * raincast::kRadarImageHeight;
 
 } // namespace
 

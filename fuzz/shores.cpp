@@ -41,14 +41,23 @@ std::vector<int> takeNumbers(const std::uint8_t*& data, std::size_t& size) {
     return numbers;
 }
 
-void writeTable(int file, const char* name, const std::vector<int>& numbers) {
-    int dimension = 0;
-    int variable = 0;
-    nc_redef(file);
-    nc_def_dim(file, (std::string(name) + "_size").c_str(), numbers.size(), &dimension);
-    nc_def_var(file, name, NC_INT, 1, &dimension, &variable);
+/// Writes the tables that are not empty: a length of none would be one without limit.
+void writeTables(int file, const std::vector<std::vector<int>>& tables) {
+    std::vector<int> variables(tables.size());
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        int dimension = 0;
+        if (!tables[i].empty()) {
+            const std::string name = kTables[i];
+            nc_def_dim(file, (name + "_size").c_str(), tables[i].size(), &dimension);
+            nc_def_var(file, kTables[i], NC_INT, 1, &dimension, &variables[i]);
+        }
+    }
     nc_enddef(file);
-    nc_put_var_int(file, variable, numbers.data());
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        if (!tables[i].empty()) {
+            nc_put_var_int(file, variables[i], tables[i].data());
+        }
+    }
 }
 
 } // namespace
@@ -60,13 +69,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (nc_create(path.toUtf8().constData(), NC_CLOBBER, &file) != NC_NOERR) {
         return 0;
     }
-    nc_enddef(file);
-    for (const char* table : kTables) {
-        const auto numbers = takeNumbers(data, size);
-        if (!numbers.empty()) { // a length of none would be one without limit
-            writeTable(file, table, numbers);
-        }
+    std::vector<std::vector<int>> tables(std::size(kTables));
+    for (std::vector<int>& table : tables) {
+        table = takeNumbers(data, size);
     }
+    writeTables(file, tables);
     nc_close(file);
     const GeoBox box = LayerCanvas(ImageGeometry(35, -97, Range::shortRange)).box();
     drawMapLines(RiverFile(path).in(box));

@@ -3,6 +3,7 @@
 // path.
 #include "radar/catalogue/antenna_positions.h"
 #include "radar/catalogue/tree_index.h"
+#include "server/request_counts.h"
 
 #include <cstdlib>
 
@@ -22,6 +23,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (pathOf(frames) + frameName(frames, item->time) != path) {
             std::abort();
         }
+    }
+    for (const int detail : {2, 4}) {
+        const auto sharp = sharpPath(path, detail);
+        const auto sharpItem = sharp ? findTreeItem(*sharp) : std::nullopt;
+        if (sharpItem && (!item || sharpItem->detail != detail || sharpItem->site != item->site)) {
+            std::abort();
+        }
+    }
+    if (item && requestKindOf(path, true) == RequestKind::page) {
+        std::abort();
     }
     for (const std::string& name : namesInFolder(path)) {
         if (name.empty() || name.find('/') < name.size() - 1) {

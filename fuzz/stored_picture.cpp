@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Pictures that an earlier run left in a store or a published folder: of one that is whole no
+// beginning is.
+#include "tree/whole_picture.h"
+
+#include "input.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace raincast;
+    const QByteArray bytes = Input(data, size).rest();
+    if (isWholePicture(bytes)) {
+        require(!isWholePicture(QByteArrayView(bytes).chopped(1)));
+    }
+    return 0;
+}
