@@ -12,8 +12,8 @@
 
 namespace raincast {
 
-/// libcurl itself, whose connections lead to no server: each finds the next answer on its socket, and
-/// the end behind it.
+/// libcurl itself, whose connections lead to no server: each finds the next answer on its socket,
+/// and the end behind it.
 class AnsweringCurl {
 public:
     [[nodiscard]] static const CurlLibrary& library() {
@@ -46,12 +46,12 @@ public:
 private:
     static bool isKnown(const QByteArray& line) {
         constexpr const char* kHeaders[] = {
-            "GET ",         "Host: ",          "User-Agent: ",    "Accept: ",
-            "Pragma: ",     "Accept-Encoding", "If-None-Match: ", "If-Modified-Since: "};
-        return line.isEmpty() || std::any_of(
-                                     std::begin(kHeaders), std::end(kHeaders),
-                                     [&line](const char* header) { return line.startsWith(header); }
-                                 );
+            "GET ",     "Host: ",          "User-Agent: ",    "Accept: ",
+            "Pragma: ", "Accept-Encoding", "If-None-Match: ", "If-Modified-Since: "};
+        return line.isEmpty() ||
+               std::any_of(std::begin(kHeaders), std::end(kHeaders), [&line](const char* header) {
+                   return line.startsWith(header);
+               });
     }
     static CURL* easyInit() {
         const CurlLibrary& curl = *CurlLibrary::get();

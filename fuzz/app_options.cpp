@@ -11,7 +11,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace raincast;
-    const auto options = readAppOptions(QStringList(QStringLiteral("raincast")) + Input(data, size).arguments());
+    const auto options =
+        readAppOptions(QStringList(QStringLiteral("raincast")) + Input(data, size).arguments());
     if (!options) {
         require(!options.error().text.isEmpty());
         return 0;
@@ -25,7 +26,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const QString& path : {options->pageFile, options->screenshot, options->loop}) {
         require(path.isEmpty() || path.startsWith(u'/'));
     }
-    require(!options->product || (*options->product >= 0 && static_cast<std::size_t>(*options->product) < kRadarProductCount));
+    require(
+        !options->product ||
+        (*options->product >= 0 && static_cast<std::size_t>(*options->product) < kRadarProductCount)
+    );
     require(options->nmea.isEmpty() || PositionSourceAddress::parse(options->nmea));
     require(options->geometry.isEmpty() || options->geometry.width() <= 16384);
     return 0;

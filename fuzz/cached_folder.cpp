@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Folders of the cache, in which other programs may leave what they like, and listings of servers:
 // names a line. The search for frames ends, finds only what is listed, and goes back in time.
-#include "radar/cached_frames.h"
-
 #include "input.h"
 #include "radar/cache.h"
+#include "radar/cached_frames.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/frame_search.h"
 
@@ -19,8 +18,9 @@ const FileTime kNow = fromCalendar({2026, 11, 21, 17, 52});
 constexpr char kPicture[] = "GIF89a\1\0\1\0\x80\0\0\0\0\0\xff\xff\xff,\0\0\0\0\1\0\1\0\0\2\2D\1\0;";
 
 void search(const std::set<QString>& names, int frames, int interval) {
-    const auto listing =
-        std::make_shared<const FrameListing>(names, QStringLiteral("TLX"), QStringLiteral("N0R"), kNow);
+    const auto listing = std::make_shared<const FrameListing>(
+        names, QStringLiteral("TLX"), QStringLiteral("N0R"), kNow
+    );
     FrameSearch search({QStringLiteral("TLX"), QStringLiteral("N0R"), frames, interval}, listing);
     FileTime last = std::numeric_limits<FileTime>::max();
     for (bool came = true; search.next(); came = !came) {

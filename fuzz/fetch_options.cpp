@@ -10,14 +10,17 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace raincast;
-    const auto options =
-        readFetchOptions(QStringList(QStringLiteral("raincast-fetch")) + Input(data, size).arguments());
+    const auto options = readFetchOptions(
+        QStringList(QStringLiteral("raincast-fetch")) + Input(data, size).arguments()
+    );
     if (!options) {
         require(!options.error().text.isEmpty());
         return 0;
     }
     require(findRadarSite(options->siteId) != nullptr && isServer(options->radarServer));
-    require(options->product >= 0 && static_cast<std::size_t>(options->product) < kRadarProductCount);
+    require(
+        options->product >= 0 && static_cast<std::size_t>(options->product) < kRadarProductCount
+    );
     require(options->frames >= 1 && options->frames <= kMostFrames);
     require(options->intervalMinutes >= 1 && options->intervalMinutes <= kMostFrameInterval);
     return 0;

@@ -3,7 +3,6 @@
 // headers, bodies. Conversations end when the client goes, no request is larger than it may be, and
 // what comes back is HTTP.
 #include "http/http_conversations.h"
-
 #include "input.h"
 
 #include <netinet/in.h>
@@ -37,7 +36,9 @@ public:
 
     [[nodiscard]] bool hasEnded() const { return m_hasEnded; }
     [[nodiscard]] bool takeOpen() { return std::exchange(m_isOpen, false); }
-    [[nodiscard]] static HttpAnswer answer() { return {200, "body", {{"Content-Type", "text/plain"}}}; }
+    [[nodiscard]] static HttpAnswer answer() {
+        return {200, "body", {{"Content-Type", "text/plain"}}};
+    }
 
 private:
     int m_asked = 0;

@@ -16,7 +16,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     HttpRequest request;
     const std::string target = input.line().toStdString();
     setTarget(request, target);
-    require(!request.path.empty() && request.path.size() + request.query.size() <= target.size() + 1);
+    require(
+        !request.path.empty() && request.path.size() + request.query.size() <= target.size() + 1
+    );
 
     const std::string encodings = input.line().toStdString();
     require(!acceptsGzip(encodings) || encodings.find_first_of("*zZ") != std::string::npos);

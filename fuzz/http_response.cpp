@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Whatever a server answers, behind a byte that says what was asked of it (and a tag that it gave once,
-// in a line): status lines, headers, bodies in pieces. A file is of its kind, nothing is larger than it
-// may be, only a status says that there was an answer, and nothing else is asked for than headers that
-// are ours.
-#include "net/curl_request.h"
-
+// Whatever a server answers, behind a byte that says what was asked of it (and a tag that it gave
+// once, in a line): status lines, headers, bodies in pieces. A file is of its kind, nothing is
+// larger than it may be, only a status says that there was an answer, and nothing else is asked for
+// than headers that are ours.
 #include "answering_curl.h"
 #include "net/byte_allowance.h"
+#include "net/curl_request.h"
 #include "net/quoted_string_scanner.h"
 
 namespace raincast {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Folders of Level III products that somebody else fills, and the store of frames, which anybody may
-// have been at: a name a line, with a letter before it. What is listed is there, and nothing outside
-// of the folders is touched.
+// Folders of Level III products that somebody else fills, and the store of frames, which anybody
+// may have been at: a name a line, with a letter before it. What is listed is there, and nothing
+// outside of the folders is touched.
 #include "tree/level3_folder.h"
 
 #include "core/clock.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a navigator, or whatever listens in its place, sends over its socket: an answer counts if it is
-// four bytes that were asked for, and everything else ends the connection.
+// What a navigator, or whatever listens in its place, sends over its socket: an answer counts if it
+// is four bytes that were asked for, and everything else ends the connection.
 #include "position/navigator/navigator_socket.h"
 
 #include "input.h"

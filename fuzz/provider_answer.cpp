@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Whatever a provider answers, after it has given a tag and a date (each behind its length in a byte),
-// connection by connection (each answer behind its length in two bytes): statuses, redirects, headers
-// that say when to come again. A request ends, after few attempts and within a day, and has no headers
-// but ours.
-#include "provider/curl_fetcher.h"
-
+// Whatever a provider answers, after it has given a tag and a date (each behind its length in a
+// byte), connection by connection (each answer behind its length in two bytes): statuses,
+// redirects, headers that say when to come again. A request ends, after few attempts and within a
+// day, and has no headers but ours.
 #include "answering_curl.h"
 #include "core/clock.h"
+#include "provider/curl_fetcher.h"
 #include "provider/http_time.h"
 #include "provider/polite_fetcher.h"
 

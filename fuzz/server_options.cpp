@@ -15,7 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             require(!address->address.isEmpty());
         }
     }
-    const auto options = readServerOptions(QStringList(QStringLiteral("raincast-server")) + arguments);
+    const auto options =
+        readServerOptions(QStringList(QStringLiteral("raincast-server")) + arguments);
     if (!options) {
         require(!options.error().text.isEmpty());
         return 0;

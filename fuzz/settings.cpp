@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Settings of any values, a line each: "sCServers radar=one.example" is a text, "dCLoop speed=3" a
-// number, "bCDefaultUnits data=0001" bytes. All records take them, what they give out can be used, and
-// what they save they load again.
+// number, "bCDefaultUnits data=0001" bytes. All records take them, what they give out can be used,
+// and what they save they load again.
 #include "along/along_setting.h"
 #include "input.h"
 #include "map/mark_manager.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sharp pictures from a server, behind a byte that says how sharp: what is kept packed comes back as
-// it was.
+// Sharp pictures from a server, behind a byte that says how sharp: what is kept packed comes back
+// as it was.
 #include "sharp/sharp_picture.h"
 
 #include "input.h"

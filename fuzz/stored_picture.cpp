@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Pictures that an earlier run left in a store or a published folder: of one that is whole no
 // beginning is.
-#include "tree/whole_picture.h"
-
 #include "input.h"
+#include "tree/whole_picture.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace raincast;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The place of the main window as the settings keep it: whatever they hold, the window is one that can
-// be used, and lies on the screen.
+// The place of the main window as the settings keep it: whatever they hold, the window is one that
+// can be used, and lies on the screen.
 #include "app/window_place.h"
 
 #include "input.h"

@@ -21,11 +21,17 @@ HttpHeaders headersOf(MHD_Connection* connection) {
     return headers;
 }
 
-/// Refuses "Content-Length : 5": a program that overlooks it would take the body for the next
-/// request.
-bool isNamed(const HttpHeaders::value_type& header) {
-    const std::string& name = header.first;
-    return !name.empty() && name.find_first_of(" \t") == std::string::npos;
+bool isControl(char c) {
+    return ('\0' <= c && c < ' ' && c != '\t') || c == '\x7F';
+}
+
+/// Refuses "Content-Length : 5", and a line end within a header: a program that reads them in
+/// another way would take the body for the next request.
+bool isClear(const HttpHeaders::value_type& header) {
+    const auto& [name, value] = header;
+    return !name.empty() && name.find_first_of(" \t") == std::string::npos &&
+           std::none_of(name.begin(), name.end(), isControl) &&
+           std::none_of(value.begin(), value.end(), isControl);
 }
 
 HttpAnswer refusal(int status) {
@@ -132,7 +138,7 @@ private:
         request.method = method;
         setTarget(request, conversation.target);
         request.headers = headersOf(conversation.connection);
-        if (!std::all_of(request.headers.begin(), request.headers.end(), isNamed)) {
+        if (!std::all_of(request.headers.begin(), request.headers.end(), isClear)) {
             return refusal(400);
         }
         return all.m_events.asked(conversation.id, std::move(request));

@@ -227,7 +227,9 @@ TEST_F(WebServerTest, NonsenseEndsTheConnection) {
     for (const char* bytes :
          {"GET\r\n\r\n", "\xFF\xFE / HTTP/9.9\r\n\r\n", "a b c d e\r\n\r\n",
           "GET /page HTTP/1.1\r\nno colon\r\n\r\n", "GET /page HTTP/1.1\r\n: no name\r\n\r\n",
-          "GET /page HTTP/1.1\r\n folded\r\n\r\n",
+          "GET /page HTTP/1.1\r\n folded\r\n\r\n", "GET /page HTTP/1.1\r\nHost: a\r \nb: c\r\n\r\n",
+          "GET /page HTTP/1.1\r\nHost: a\r\nb\x01: c\r\n\r\n",
+          "GET /page HTTP/1.1\r\nHost: a\r\nb: c\x01\r\n\r\n",
           "GET /page HTTP/1.1\r\nContent-Length: x\r\n\r\n",
           "GET /page HTTP/1.1\r\nContent-Length : 5\r\n\r\n", "GET /page HTTP/2.0\r\n\r\n",
           "GET /page HTTQ/1.1\r\n\r\n"}) {

@@ -31,7 +31,8 @@ TEST(StatusAnswerTest, SaysWhenItsReplayStarted) {
 TEST(StatusAnswerTest, WhateverTheStartTheReplayShowsATimeThatCanBe) {
     const TestClock world(fromCalendar({2026, 11, 21, 17, 0}));
     const Replay replay{fromCalendar({2021, 12, 11, 2, 0}), Replay::kMostSpeed};
-    for (const char* const start : {"0001-01-01T00:00:00Z", "1970-01-01T00:00:00Z", "9999-12-31T23:59:59Z"}) {
+    for (const char* const start :
+         {"0001-01-01T00:00:00Z", "1970-01-01T00:00:00Z", "9999-12-31T23:59:59Z"}) {
         const QByteArray status = QByteArray("{\"replay\": {\"started\": \"") + start + "\"}}";
         const ReplayClock clock(replay, replayStartIn(status).value());
         EXPECT_GE(clock.now(), replay.begin) << start;
