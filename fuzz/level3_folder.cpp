@@ -6,6 +6,7 @@
 
 #include "core/clock.h"
 #include "scratch_folder.h"
+#include "tree/folder_watch.h"
 #include "tree/whole_picture.h"
 
 #include <limits>
@@ -42,6 +43,20 @@ void fill(const ScratchFolder& products, const ScratchFolder& store, const QStri
     }
 }
 
+/// Looks at what changes, as the server does while it runs.
+void change(const ScratchFolder& products, FolderWatch& watch, Level3Folder& folder) {
+    products.put(QStringLiteral("later"), "damaged");
+    const FolderWatch::Changes changes = watch.take();
+    for (const QStringList& paths : {changes.whole, changes.begun, changes.folders}) {
+        for (const QString& path : paths) {
+            require(path.startsWith(folder.folder()));
+        }
+    }
+    require(folder.lookAt(changes.whole + changes.folders) == 0);
+    folder.expect(changes.begun);
+    require(folder.lookAgain() == 0);
+}
+
 void check(const Level3Folder& folder, const QStringList& lines) {
     constexpr FileTime kNever = std::numeric_limits<FileTime>::max();
     for (const QString& line : lines) {
@@ -75,7 +90,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     int lines = 0;
     Level3Folder folder(products.path(), store.path(), hours, ServerLog(Counter(lines)));
     check(folder, names);
-    require(folder.rescan() == 0);
+    FolderWatch watch;
+    require(folder.rescan({}, [&watch](const QString& entered) { watch.add(entered); }) == 0);
+    check(folder, names);
+    change(products, watch, folder);
     check(folder, names);
     require(products.isBesideThere() && store.isBesideThere());
     return 0;
