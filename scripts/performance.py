@@ -5,6 +5,7 @@ import dataclasses, html, math, re
 
 MOST_GROWTH = 1.2  # of a ratio, beside the committed one
 CONFIRMATIONS = 2  # of what is worse
+LEAST_SHARE = 0.01  # hundred parts of a core: what is less is chance
 PEERS = "peers"  # the program whose figures are of other map programs
 
 
@@ -40,6 +41,8 @@ class Figure:
     def growth(self, before):
         """How many times worse it is than before: 1 as it was, below 1 better."""
         if not self.ratio or not before.ratio:
+            return 1.0
+        if self.unit == "%" and max(self.own, before.own) <= LEAST_SHARE:
             return 1.0
         return self.ratio / before.ratio if self.better == "lower" else before.ratio / self.ratio
 

@@ -60,6 +60,11 @@ class Comparing(unittest.TestCase):
         figure, = figures_of(ALONE)
         self.assertEqual(performance.compare([figure], [dataclasses.replace(figure, own=1000)]), ([], []))
 
+    def test_next_to_nothing_of_a_core_is_not_compared(self):
+        idle, = figures_of("figure\tfolder\tIdle\t%\t0.002\tfewer\t0.001\t2\tnothing\t0\tlower")
+        self.assertEqual(performance.compare([idle], [dataclasses.replace(idle, own=0.009, ratio=9)])[0], [])
+        self.assertEqual(len(performance.compare([idle], [dataclasses.replace(idle, own=0.09, ratio=90)])[0]), 1)
+
     def test_what_is_new_is_not_worse(self):
         self.assertEqual(performance.compare([], figures_of(LOAD)), ([], []))
 
