@@ -2163,5 +2163,13 @@ Reinstale el programa</translation>
         <source>Automatic: sharp pictures where a large screen has room. Each frame then takes up to 0.1 MB more to fetch (0.4 MB at the closest zoom), the maps of a site 0.6 MB, a loop of 25 about 50 MB of memory.</source>
         <translation>Automático: imágenes nítidas donde una pantalla grande tiene sitio. Cada imagen ocupa entonces hasta 0,1 MB más de descarga (0,4 MB lo más cerca), los mapas de una estación 0,6 MB y un bucle de 25, unos 50 MB de memoria.</translation>
     </message>
+    <message>
+        <source>This device&apos;s clock is wrong: the time is the receiver&apos;s</source>
+        <translation>El reloj de este aparato está mal: la hora es la del receptor</translation>
+    </message>
+    <message>
+        <source>This device&apos;s clock is wrong: ages are not known</source>
+        <translation>El reloj de este aparato está mal: no se sabe la antigüedad</translation>
+    </message>
 </context>
 </TS>

@@ -3,6 +3,8 @@
 
 #include "core/file_time.h"
 
+#include <atomic>
+
 namespace raincast {
 
 /// Where "now" comes from. The program uses one clock; tests put their own in its place. While
@@ -16,6 +18,14 @@ public:
 
     /// How long until this clock shows a time, in the world's time; below 0 when it is past.
     [[nodiscard]] virtual FileTime until(FileTime time) const { return time - now(); }
+
+    /// False for a clock that cannot be right, such as one that began in 1970 when the device was
+    /// switched on: it counts, but what has a date lies anywhere.
+    [[nodiscard]] virtual bool isKnown() const { return true; }
+
+    /// The latest that it can be now by current(): so far ahead that nothing is of the future while
+    /// the time is not known.
+    [[nodiscard]] static FileTime latestNow();
 
     /// The weather's clock: the world's unless one of a replay is set.
     [[nodiscard]] static const Clock& current();
@@ -31,10 +41,33 @@ public:
     static void replayBy(const Clock* clock);
 };
 
-/// The system's clock.
+/// The system's clock. While that one shows a time at which this program did not exist, the time
+/// goes by what a receiver tells, once it has told one. For any thread.
 class SystemClock : public Clock {
 public:
+    /// No computer whose clock is right shows less.
+    static inline const FileTime kEarliest = fromCalendar({2026, 1, 1, 0, 0});
+
+    /// Who tells the time.
+    enum class Teller { system, receiver, nobody };
+
     [[nodiscard]] FileTime now() const override;
+    [[nodiscard]] bool isKnown() const override { return teller() != Teller::nobody; }
+    [[nodiscard]] Teller teller() const;
+
+    /// A receiver says that it is this time (UTC). Changes nothing where the system's clock may be
+    /// right, or the receiver's time cannot be.
+    void hear(FileTime utc);
+
+    /// The one of this process.
+    [[nodiscard]] static SystemClock& ofProcess();
+
+protected:
+    /// The system's time. Overridden by tests alone.
+    [[nodiscard]] virtual FileTime system() const;
+
+private:
+    std::atomic<FileTime> m_ahead = 0; ///< of the time since the machine's start; 0: not heard
 };
 
 /// A clock that stands still until it is set or advanced, for tests.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "position/feed_rmc_to_gps_position.h"
 
+#include "core/clock.h"
+
 namespace raincast {
 
 namespace {
@@ -21,7 +23,10 @@ void CFeedRMC_to_GPSPosition::onPublished(CNMEA_GPS::RMC& rmc) {
     m_position.course = rmc.course;
     if (!rmc.valid) {
         m_position.fixType = kFixNone;
-    } else if (!m_position.valid()) {
+    } else {
+        SystemClock::ofProcess().hear(rmc.time);
+    }
+    if (rmc.valid && !m_position.valid()) {
         m_position.fixType = kFixGps; // a better one, from GGA, is kept
     }
     publish();

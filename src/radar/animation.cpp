@@ -8,6 +8,8 @@ namespace {
 // Ticks at the end of the loop, beside one for each frame.
 constexpr int kTicksAtEnd = 3;
 constexpr FileTime kRetryAfter = 5 * kFileTimePerMinute;
+// The clocks of radars, servers and users differ by minutes.
+constexpr FileTime kLongestWait = 60 * kFileTimePerMinute;
 
 } // namespace
 
@@ -33,6 +35,12 @@ void rewindAnimation(RadarState& state) {
     state.position = 0;
     state.animationCounter = 0;
     state.current = state.frames.empty() ? RadarFrame{} : state.frames.front();
+}
+
+void limitUpdate(RadarState& state, FileTime now) {
+    if (state.nextUpdate > now + kLongestWait) {
+        state.nextUpdate = now + kRetryAfter;
+    }
 }
 
 bool updateIsDue(const RadarState& state, FileTime now) {

@@ -15,6 +15,10 @@ namespace raincast {
 /// Puts the loop back to the oldest frame and shows it; without frames nothing is shown.
 void rewindAnimation(RadarState& state);
 
+/// Brings the next update near where it would come absurdly late: the clock was set back, or does
+/// not know the date.
+void limitUpdate(RadarState& state, FileTime now);
+
 /// Whether an automatic update is due.
 [[nodiscard]] bool updateIsDue(const RadarState& state, FileTime now);
 

@@ -94,7 +94,7 @@ void RadarUpdate::takeListing(const CHttpTransfer::Listing& names) {
         return;
     }
     m_background.run(
-        [names = *names, site = m_state.siteId, product = m_product, now = Clock::current().now()] {
+        [names = *names, site = m_state.siteId, product = m_product, now = Clock::latestNow()] {
             return std::make_shared<const FrameListing>(names, site, product, now);
         },
         [this](const std::shared_ptr<const FrameListing>& listing) { startSearch(listing); }

@@ -40,4 +40,15 @@ ImageAge imageAge(FileTime taken, FileTime now) {
     return {Text::tr("Image is %1 old").arg(unit->text(age / unit->length)), age > kHour};
 }
 
+QString clockLine(SystemClock::Teller teller) {
+    switch (teller) {
+    case SystemClock::Teller::receiver:
+        return Text::tr("This device's clock is wrong: the time is the receiver's");
+    case SystemClock::Teller::nobody:
+        return Text::tr("This device's clock is wrong: ages are not known");
+    default:
+        return {};
+    }
+}
+
 } // namespace raincast

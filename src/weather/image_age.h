@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/file_time.h"
+#include "core/clock.h"
 
 #include <QString>
 
@@ -16,5 +16,8 @@ struct ImageAge {
 };
 
 [[nodiscard]] ImageAge imageAge(FileTime taken, FileTime now);
+
+/// What the user must know of a clock that is wrong; empty for one that may be right.
+[[nodiscard]] QString clockLine(SystemClock::Teller teller);
 
 } // namespace raincast

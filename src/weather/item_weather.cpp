@@ -139,6 +139,7 @@ void CItemWeather::draw(QPainter& painter) {
     drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), present);
     m_ageShown = present.age.text;
     m_replayShown = replayLine();
+    m_tellerShown = SystemClock::ofProcess().teller();
     CItemMapView::draw(painter);
     m_reading->draw(painter);
     const auto [done, wanted] = m_loading->progress();
@@ -222,8 +223,9 @@ PictureTexts CItemWeather::texts() const {
 
 QString CItemWeather::overPicture() const {
     QString text = m_state.status + m_state.cause;
-    if (const QString replay = replayLine(); !replay.isEmpty()) {
-        text = text.isEmpty() ? replay : replay + u'\n' + text;
+    for (const QString& line : {clockLine(SystemClock::ofProcess().teller()), replayLine()}) {
+        const bool hasBoth = !line.isEmpty() && !text.isEmpty();
+        text = line + (hasBoth ? QStringLiteral("\n") : QString()) + text;
     }
     if (warningsUse(m_state) == WarningsUse::stale) {
         const CalendarTime local = toLocalCalendar(m_state.warnings.fetched);
@@ -442,6 +444,7 @@ QString CItemWeather::contextHeading(int x, int y) const {
 
 void CItemWeather::Tick() {
     const FileTime now = Clock::current().now();
+    limitUpdate(m_state, now);
     if (updateIsDue(m_state, now)) {
         m_loading->updateDueAt(now);
     }
@@ -466,7 +469,7 @@ void CItemWeather::Tick() {
     }
     const bool moved = held.holds ? held.changed : m_player.tick();
     if (moved || age().text != m_ageShown || m_reading->wordsChanged() ||
-        replayLine() != m_replayShown) {
+        replayLine() != m_replayShown || SystemClock::ofProcess().teller() != m_tellerShown) {
         invalidate();
     }
 }

@@ -3,6 +3,7 @@
 
 #include "along/item_along.h"
 #include "basemap/basemaps.h"
+#include "core/clock.h"
 #include "core/heartbeat.h"
 #include "drawing/layer_stack.h"
 #include "map/item_map_view.h"
@@ -158,6 +159,7 @@ private:
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
     QString m_replayShown{};   ///< the same of a replay
+    SystemClock::Teller m_tellerShown = SystemClock::Teller::system; ///< the same of the clock
 };
 
 } // namespace raincast

@@ -54,7 +54,7 @@ void CItemWeather::Loading::resume() {
 // The layers need not wait for the frames that are shown later.
 void CItemWeather::Loading::loadFirst() {
     cancel();
-    const auto first = [state = m_item.m_state, now = Clock::current().now()] {
+    const auto first = [state = m_item.m_state, now = Clock::latestNow()] {
         return loadFirstOfCachedRadar(state, now);
     };
     m_resuming.emplace();
@@ -108,7 +108,7 @@ void CItemWeather::Loading::windowGone() {
 // Loads what the cache has, and then calls.
 void CItemWeather::Loading::loadCached(std::function<void(bool complete)> done) {
     cancel();
-    const auto load = [state = m_item.m_state, now = Clock::current().now()] {
+    const auto load = [state = m_item.m_state, now = Clock::latestNow()] {
         return loadCachedRadar(state, now);
     };
     m_resuming.emplace();

@@ -66,6 +66,21 @@ TEST(FileTimeTest, CalendarRoundTrips) {
     EXPECT_EQ(toCalendar(INT64_MAX), CalendarTime{});
 }
 
+// The hour of spring that is left out, and the hour of autumn that comes twice.
+TEST(FileTimeTest, LocalTimeGoesOnWhereDaylightSavingBeginsAndEnds) {
+    const TimeZone eastern("EST5EDT,M3.2.0,M11.1.0");
+    const auto local = [](int month, int day, int hour, int minute) {
+        const CalendarTime at = toLocalCalendar(fromCalendar({2024, month, day, hour, minute}));
+        return at.hour * 100 + at.minute;
+    };
+    EXPECT_EQ(local(3, 10, 6, 59), 159);
+    EXPECT_EQ(local(3, 10, 7, 0), 300);
+    EXPECT_EQ(local(11, 3, 5, 59), 159);
+    EXPECT_EQ(local(11, 3, 6, 0), 100);
+    EXPECT_EQ(local(11, 3, 6, 59), 159);
+    EXPECT_EQ(local(11, 3, 7, 0), 200);
+}
+
 TEST(FileTimeTest, LocalTimeFollowsDaylightSavingOfThatDate) {
     const TimeZone eastern("EST5EDT,M3.2.0,M11.1.0");
     EXPECT_EQ(

@@ -187,6 +187,16 @@ TEST_F(RadarUpdateTest, FramesAreFoundAcrossMidnightAndTheYear) {
     EXPECT_EQ(frameStamps(), (QStringList{"20191231_2355", "20200101_0004"}));
 }
 
+TEST_F(RadarUpdateTest, FramesAreFoundAcrossALeapDay) {
+    publish({"20160228_2355", "20160229_0004", "20160229_2356", "20160301_0005"});
+    animate(2, 9);
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), (QStringList{"20160229_2356", "20160301_0005"}));
+    publish({"20160228_2355", "20160229_0004"});
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), (QStringList{"20160228_2355", "20160229_0004"}));
+}
+
 TEST_F(RadarUpdateTest, AHundredMinutesAreSearchedForEachFrame) {
     animate(2, 9);
     publish({"20190519_0406", "20190519_0554"}); // 108 minutes: the last one that is tried

@@ -45,5 +45,14 @@ TEST(ImageAgeTest, OverAnHourIsVeryOld) {
     EXPECT_TRUE(imageAge(taken, taken + 60 * kFileTimePerMinute + 1).overAnHour);
 }
 
+TEST(ClockLineTest, SaysWhoseTheTimeIsWhereTheClockIsWrong) {
+    using Teller = SystemClock::Teller;
+    EXPECT_EQ(clockLine(Teller::system), "");
+    EXPECT_EQ(
+        clockLine(Teller::receiver), "This device's clock is wrong: the time is the receiver's"
+    );
+    EXPECT_EQ(clockLine(Teller::nobody), "This device's clock is wrong: ages are not known");
+}
+
 } // namespace
 } // namespace raincast

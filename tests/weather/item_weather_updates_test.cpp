@@ -206,5 +206,18 @@ TEST_F(ItemWeatherUpdatesTest, AClockThatIsSetBackDoesNotKeepUpdatesWaiting) {
     EXPECT_EQ(updates(), before + 1);
 }
 
+// It had been a day ahead, and so is what was to come next.
+TEST_F(ItemWeatherUpdatesTest, AfterAClockWasSetBackADayTheNextUpdateIsNotADayAway) {
+    publishFrames({"20190519_0554"});
+    showSite();
+    editAnimation(2, true);
+    beatAt(fromCalendar({2019, 5, 18, 6, 0}));
+    const int before = updates();
+    beatAt(fromCalendar({2019, 5, 18, 6, 4}));
+    EXPECT_EQ(updates(), before);
+    beatAt(fromCalendar({2019, 5, 18, 6, 6}));
+    EXPECT_EQ(updates(), before + 1);
+}
+
 } // namespace
 } // namespace raincast
