@@ -104,7 +104,9 @@ TEST_F(ManyFilesTest, NeitherAStartNorACleanUpTakesLong) {
     const qint64 patience = count() / 10;
     EXPECT_LT(many.milliseconds, few.milliseconds + patience);
     EXPECT_LT(again.milliseconds, few.milliseconds + patience);
+#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed
     EXPECT_LT(again.megabytes, few.megabytes + 16 + count() / 1000.0);
+#endif
     EXPECT_GE(found.files, count() / 4);
     EXPECT_LT(counting, patience);
     EXPECT_LT(cleaning, patience);
