@@ -136,7 +136,10 @@ QRect LayerStack::imageArea(const QRect& area, const ViewTransform& view, QSize 
 }
 
 void LayerStack::draw(QPainter& painter, const QRect& area, const ViewTransform& view) {
-    const QRect visible = area.intersected(painter.viewport());
+    QRect visible = area.intersected(painter.viewport());
+    if (painter.hasClipping()) {
+        visible &= painter.clipBoundingRect().toAlignedRect();
+    }
     if (m_layers.size.isEmpty() || visible.isEmpty()) {
         return;
     }

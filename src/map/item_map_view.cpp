@@ -82,7 +82,13 @@ void CItemMapView::draw(QPainter& painter) {
     if (placed() && !imageInView()) {
         drawBoxedText(painter, area(), Text::tr("Home brings the radar back"));
     }
-    drawMapLines(painter, area(), lines(painter.fontMetrics()));
+    const QStringList shown = lines(painter.fontMetrics());
+    drawMapLines(painter, area(), shown);
+    if (!m_drawsAs) {
+        const int height = static_cast<int>(shown.size()) * painter.fontMetrics().height();
+        m_linesDrawn = QRect(area().topLeft(), QSize(area().width(), height));
+        m_wayDrawn = hasWay();
+    }
     if (m_following && m_lastFix.valid()) {
         const QPoint corner(rectangle().right, rectangle().bottom - coveredBelow());
         drawFollowIcon(painter, corner + kFollowIconPlace);
@@ -249,15 +255,17 @@ bool CItemMapView::goTo(GeoPosition position) {
 }
 
 bool CItemMapView::centreOn(GeoPosition position) {
-    invalidate();
-    if (!m_geoReference.valid()) {
+    const auto placed = m_geoReference.geoToPixelInside(position);
+    if (!m_geoReference.valid() || !placed.ok) {
+        invalidate();
         return false;
     }
-    const auto placed = m_geoReference.geoToPixelInside(position);
-    if (placed.ok) {
-        showPixel(placed.pixel);
+    const ViewTransform before = m_view;
+    m_view.placeOrigin(centre(), placed.pixel);
+    if (m_view != before) {
+        invalidate();
     }
-    return placed.ok;
+    return true;
 }
 
 GeoPosition CItemMapView::centrePosition() const {
@@ -378,25 +386,49 @@ int CItemMapView::linesHeight(const QFontMetrics& metrics) const {
 }
 
 void CItemMapView::onPublished(CDataGPSPosition& position) {
+    const bool comesOrGoes = position.valid() != m_lastFix.valid();
     m_lastFix = position;
     // A receiver may be sooner than the picture. Its next position is the first to be followed.
     if (m_following && position.valid() && placed()) {
         m_following = centreOn(placeOf(position));
     }
-    invalidate(); // the lines and the icon come and go with the fix
+    if (comesOrGoes || readsPosition()) {
+        invalidate(); // the lines and the icon come and go with the fix
+    } else {
+        linesChanged();
+    }
+}
+
+bool CItemMapView::hasWay() const {
+    return m_marks != nullptr && m_marks->navigation() != nullptr;
+}
+
+// A receiver speaks ten times a second: all but the lines stays as it is painted.
+void CItemMapView::linesChanged() {
+    if (hasWay() == m_wayDrawn) {
+        invalidate(m_linesDrawn);
+    } else {
+        invalidate();
+    }
 }
 
 void CItemMapView::onPublished(COverlayObject& object) {
+    const auto before = m_overlays.extent(object, m_view);
     if (object.change() == COverlayObject::Change::removed) {
         m_overlays.forget(object);
     } else {
         m_overlays.layout(object, m_geoReference);
     }
-    invalidate();
+    const auto after = m_overlays.extent(object, m_view);
+    if (before && after) {
+        invalidate(*before | *after);
+    } else {
+        invalidate();
+    }
 }
 
 void CItemMapView::onPublished(NavigationData& /*navigation*/) {
-    invalidate();
+    linesChanged();
 }
 
 void CItemMapView::onUnitsChanged() {

@@ -137,6 +137,8 @@ protected:
     void coveredBelowChanged(int before);
     /// The item's rectangle without what is covered at its edges.
     [[nodiscard]] QRect area() const;
+    /// Whether more of what is drawn depends on the user's position than the map view draws itself.
+    [[nodiscard]] virtual bool readsPosition() const { return false; }
     /// The height of the lines that stand at the area's top at present.
     [[nodiscard]] int linesHeight(const QFontMetrics& metrics) const;
 
@@ -148,6 +150,8 @@ private:
     void coveredTopChanged(int before) override;
 
     [[nodiscard]] QStringList lines(const QFontMetrics& metrics) const;
+    [[nodiscard]] bool hasWay() const;
+    void linesChanged();
     void zoomBy(int step, PagePoint fixed);
     [[nodiscard]] bool imageInView() const;
     /// Heights at the rectangle's edges.
@@ -171,6 +175,8 @@ private:
     bool m_following = false;
     bool m_drawsAs = false;
     CDataGPSPosition m_lastFix;
+    QRect m_linesDrawn;      ///< where
+    bool m_wayDrawn = false; ///< as one of them
     MapOverlays m_overlays;
     int m_dragX = 0;
     int m_dragY = 0;

@@ -6,6 +6,7 @@
 #include "page/item_placement.h"
 #include "window/device_pixels.h"
 
+#include <QMargins>
 #include <QPainter>
 
 #include <algorithm>
@@ -16,6 +17,10 @@ namespace raincast {
 namespace {
 
 constexpr int kVisibleMargin = 50;
+// As far from a point as icons and arrowheads reach, in page pixels.
+constexpr QMargins kDrawnAround(30, 30, 30, 30);
+// Beyond any page.
+constexpr std::int32_t kFarOff = 1 << 20;
 // So many are drawn faster than a picture of the whole area is.
 constexpr std::size_t kFewMarks = 50;
 // Pins whose tips are nearer cannot be told from each other.
@@ -90,6 +95,27 @@ void MapOverlays::dropForgotten() {
         m_places[m_entries[place].object] = place;
     }
     m_seen.reset();
+}
+
+std::optional<QRect>
+MapOverlays::extent(const COverlayObject& object, const ViewTransform& view) const {
+    const auto place = m_places.constFind(&object);
+    if (place == m_places.cend()) {
+        return QRect();
+    }
+    const Entry& entry = m_entries[place.value()];
+    if (entry.layer == COverlayObject::Layer::mark) {
+        return std::nullopt;
+    }
+    QRect box;
+    for (const ImagePixel& pixel : entry.points) {
+        const PagePoint point = view.toPage(pixel);
+        const QPoint corner(
+            std::clamp(point.x, -kFarOff, kFarOff), std::clamp(point.y, -kFarOff, kFarOff)
+        );
+        box |= QRect(corner, corner).marginsAdded(kDrawnAround);
+    }
+    return box;
 }
 
 void MapOverlays::draw(QPainter& painter, const ViewTransform& view, const PageRectangle& area) {

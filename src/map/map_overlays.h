@@ -38,6 +38,11 @@ public:
     void layoutAll(const GeoReference& geoReference);
     void forget(COverlayObject& object);
 
+    /// The part of the page that drawing an object may change; empty while it is not drawn. Nothing
+    /// for a mark: its name may make others give way anywhere.
+    [[nodiscard]] std::optional<QRect>
+    extent(const COverlayObject& object, const ViewTransform& view) const;
+
     /// Draws those that come within 50 image pixels of a rectangle of the page, layer by layer
     /// (COverlayObject::layer), in each the oldest first.
     void draw(QPainter& painter, const ViewTransform& view, const PageRectangle& area);
@@ -79,7 +84,8 @@ private:
     void drawMarks(QPainter& painter, const Sight& sight);
     void drawMarksAnew(QPainter& painter, const Sight& sight);
     [[nodiscard]] QImage pictureOfMarks(const Sight& sight);
-    const std::vector<PagePoint>& onPage(const Entry& entry, const ViewTransform& view);
+    [[nodiscard]] const std::vector<PagePoint>&
+    onPage(const Entry& entry, const ViewTransform& view);
 
     std::vector<Entry> m_entries;                       ///< the oldest first
     QHash<const COverlayObject*, std::size_t> m_places; ///< in m_entries

@@ -3,6 +3,7 @@
 
 #include <QColor>
 
+class QImage;
 class QPainter;
 class QPoint;
 class QRect;
@@ -16,7 +17,13 @@ struct TextBoxColours {
     QColor ink = {0, 0, 0};
 };
 
-/// Draws a line of text from its top-left corner on, on a box of its own: legible over any picture.
+/// A line of text on a box of its own, legible over any picture, as the painter would write it;
+/// null without a text. Those drawn last are kept: writing takes its time, and a loop says the same
+/// at every step.
+[[nodiscard]] QImage
+textBoxPicture(const QPainter& painter, const QString& line, const TextBoxColours& colours = {});
+
+/// Draws it from its top-left corner on.
 void drawTextBox(
     QPainter& painter, const QPoint& topLeft, const QString& line,
     const TextBoxColours& colours = {}

@@ -9,14 +9,17 @@
 
 namespace raincast {
 
-void BackBuffer::fit(const QWidget& window, const QSize& deviceSize) {
+bool BackBuffer::fit(const QWidget& window, const QSize& deviceSize) {
     const double dotsPerInch = window.logicalDpiY() * window.devicePixelRatioF();
-    if (m_image.size() != deviceSize) {
+    const bool resized = m_image.size() != deviceSize;
+    if (resized) {
         m_image = QImage(deviceSize, QImage::Format_RGB32);
     }
-    if (m_image.logicalDpiY() != qRound(dotsPerInch)) {
+    const bool otherDensity = m_image.logicalDpiY() != qRound(dotsPerInch);
+    if (otherDensity) {
         setDensity(m_image, dotsPerInch);
     }
+    return resized || otherDensity;
 }
 
 void BackBuffer::blit(QPaintDevice& target) const {

@@ -15,8 +15,9 @@ namespace raincast {
 class BackBuffer {
 public:
     /// Makes the picture as large as the window is in device pixels, and gives it the window's dots
-    /// per inch, so that text has its usual size. Its content is lost if anything of that changes.
-    void fit(const QWidget& window, const QSize& deviceSize);
+    /// per inch, so that text has its usual size. True, and its content is lost, if anything of
+    /// that changes.
+    bool fit(const QWidget& window, const QSize& deviceSize);
     void release() { m_image = QImage(); }
 
     /// A null image before fit(), and without memory for it.

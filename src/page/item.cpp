@@ -128,6 +128,12 @@ void CPageDisplay::CItem::invalidate() {
     }
 }
 
+void CPageDisplay::CItem::invalidate(const QRect& part) {
+    if (m_page != nullptr) {
+        m_page->invalidate(part);
+    }
+}
+
 void CPageDisplay::CItem::refresh() {
     if (m_page != nullptr) {
         m_page->refresh();

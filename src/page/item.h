@@ -101,6 +101,8 @@ public:
     /// The page is to be painted again, soon or at once; nothing while it has no window.
     void invalidate();
     void refresh();
+    /// A part of it is, in device pixels of the page.
+    void invalidate(const QRect& part);
 
 protected:
     explicit CItem(int menuId = 0) : m_menuId(menuId) {}

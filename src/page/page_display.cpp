@@ -71,6 +71,16 @@ QString firstText(const CPageDisplay::Items& items, TextOf textOf) {
     return {};
 }
 
+// The logical pixels that show a part in device pixels, and more at its edges.
+QRect toLogicalPixels(const QWidget& widget, const QRect& devicePixels) {
+    const double ratio = widget.devicePixelRatioF();
+    const QRectF part(
+        devicePixels.x() / ratio, devicePixels.y() / ratio, devicePixels.width() / ratio,
+        devicePixels.height() / ratio
+    );
+    return part.toAlignedRect().adjusted(-1, -1, 1, 1); // the widget's own corner was rounded, too
+}
+
 } // namespace
 
 CPageDisplay::CPageDisplay(const CAppPaged::PageType* pageType)
@@ -296,7 +306,7 @@ void CPageDisplay::size(int width, int height) {
 // The size in device pixels changes with the window's, and with its place and its screen alone.
 void CPageDisplay::followDeviceSize() {
     const QSize present = deviceRect(*widget()).size();
-    m_buffer.fit(*widget(), present);
+    m_allStale = m_buffer.fit(*widget(), present) || m_allStale;
     if (present == m_deviceSize) {
         return;
     }
@@ -335,13 +345,23 @@ bool CPageDisplay::zoom(int steps, const QPoint& place) {
 }
 
 void CPageDisplay::invalidate() {
+    m_allStale = true;
     if (QWidget* const window = widget()) {
         window->update();
     }
 }
 
+void CPageDisplay::invalidate(const QRect& part) {
+    QWidget* const window = widget();
+    if (window != nullptr && !part.isEmpty()) {
+        m_partStale |= part;
+        window->update(toLogicalPixels(*window, part));
+    }
+}
+
 void CPageDisplay::refresh() {
     if (QWidget* const window = widget(); window != nullptr && !m_sizing) {
+        m_allStale = true;
         window->repaint();
     } else {
         invalidate();
@@ -358,15 +378,32 @@ QString CPageDisplay::caption() const {
 
 void CPageDisplay::onPaint(QPaintDevice& target, const QRegion& /*exposed*/) {
     followDeviceSize();
-    if (!m_buffer.image().isNull()) {
-        drawItems();
-        m_buffer.blit(target);
+    if (m_buffer.image().isNull()) {
+        return;
     }
+    for (const QRect& part : staleParts()) {
+        drawItems(part);
+    }
+    m_buffer.blit(target);
 }
 
-void CPageDisplay::drawItems() {
+// Everything, unless it is known that only parts have changed.
+QRegion CPageDisplay::staleParts() {
+    constexpr int kMostParts = 6; // each takes a drawing of all items
+    const QRect whole = m_buffer.image().rect();
+    const QRegion parts = std::exchange(m_partStale, QRegion()) & whole;
+    if (std::exchange(m_allStale, false) || parts.isEmpty()) {
+        return whole;
+    }
+    return parts.rectCount() > kMostParts ? parts.boundingRect() : parts;
+}
+
+void CPageDisplay::drawItems(const QRect& part) {
     const QWidget& window = *widget();
     QPainter painter(&m_buffer.image());
+    if (part != m_buffer.image().rect()) {
+        painter.setClipRect(part);
+    }
     painter.setFont(window.font());
     QRegion open(painter.viewport());
     for (const auto& item : m_items) {

@@ -87,6 +87,8 @@ public:
     /// Has the page painted: when the event loop comes to it, or at once.
     void invalidate();
     void refresh();
+    /// Has a part of it painted, in device pixels, because nothing else of it has changed.
+    void invalidate(const QRect& part);
 
     /// The problem of the page's items, for a person: the first one's that has something to say,
     /// from the top. Empty while all is well.
@@ -110,7 +112,8 @@ protected:
 
 private:
     void followDeviceSize();
-    void drawItems();
+    [[nodiscard]] QRegion staleParts();
+    void drawItems(const QRect& part);
     void prepare(CItem& item);
     void pointerEvent(QEvent& event);
     void setLayoutMode(bool on);
@@ -132,7 +135,9 @@ private:
     std::unique_ptr<Pointer> m_pointer;
     ZoomInput m_zoomInput;
     BackBuffer m_buffer;
-    Items m_items; // last: items may still ask for the rest while they go
+    bool m_allStale = true; ///< the buffer is older than what the items show,
+    QRegion m_partStale;    ///< or this part of it
+    Items m_items;          // last: items may still ask for the rest while they go
 };
 
 /// A page has a window now, or none any more, or its layout mode has begun or ended.

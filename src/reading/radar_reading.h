@@ -64,6 +64,8 @@ public:
     /// The middle of the area as a point, for those without a pointer.
     bool takeMiddle(const RadarSight& sight);
 
+    /// Whether something is under way, or the readout stands where the pointer rests.
+    [[nodiscard]] bool inUse() const { return m_use != Use::none || (m_rests && m_pointer); }
     /// What the readout says of a place; empty beside the picture.
     [[nodiscard]] static QStringList readout(const RadarSight& sight, QPoint place);
 

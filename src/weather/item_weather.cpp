@@ -129,6 +129,12 @@ bool CItemWeather::Write(CSerialWriter& writer) const {
 }
 
 void CItemWeather::draw(QPainter& painter) {
+    const bool isPart =
+        painter.hasClipping() && !painter.clipBoundingRect().contains(QRectF(area()));
+    if (isPart && wordsChanged()) {
+        invalidate(); // of words that are painted elsewhere nothing may be noted as painted
+        return;
+    }
     if (!drawsAs()) {
         m_sharp.use(wantedDetail(), m_state);
     }
@@ -468,10 +474,19 @@ void CItemWeather::Tick() {
         m_player.loop().stopClock();
     }
     const bool moved = held.holds ? held.changed : m_player.tick();
-    if (moved || age().text != m_ageShown || m_reading->wordsChanged() ||
-        replayLine() != m_replayShown || SystemClock::ofProcess().teller() != m_tellerShown) {
+    if (moved || wordsChanged()) {
         invalidate();
     }
+}
+
+// Whether time alone has made words out of date that are on the screen.
+bool CItemWeather::wordsChanged() const {
+    return age().text != m_ageShown || m_reading->wordsChanged() || replayLine() != m_replayShown ||
+           SystemClock::ofProcess().teller() != m_tellerShown;
+}
+
+bool CItemWeather::readsPosition() const {
+    return m_reading->readsPosition();
 }
 
 } // namespace raincast

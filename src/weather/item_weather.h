@@ -119,6 +119,8 @@ protected:
         return {m_state.imageWidth, m_state.imageHeight};
     }
     [[nodiscard]] int coveredBelow() const override { return m_player.coveredHeight(); }
+    [[nodiscard]] bool readsPosition() const override;
+    [[nodiscard]] bool wordsChanged() const;
 
 private:
     class Loading;

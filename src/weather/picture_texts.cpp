@@ -4,6 +4,7 @@
 #include "map/text_box.h"
 
 #include <QFontMetrics>
+#include <QImage>
 #include <QPainter>
 #include <QStringList>
 #include <QTextLayout>
@@ -51,8 +52,8 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
     for (const QString& line : status.split(u'\n')) {
         for (const QString& piece : fittingLines(line, painter.font(), inner.width())) {
             if (!piece.isEmpty()) {
-                const int width = metrics.horizontalAdvance(piece);
-                drawTextBox(painter, {inner.left() + (inner.width() - width) / 2, top}, piece);
+                const QImage box = textBoxPicture(painter, piece);
+                painter.drawImage(inner.left() + (inner.width() - box.width()) / 2, top, box);
             }
             top += metrics.lineSpacing();
         }
@@ -61,18 +62,16 @@ void drawStatus(QPainter& painter, const QRect& area, const QString& status) {
 
 /// Draws what the picture is about, and its age behind that, as far as both fit a width.
 void drawAbout(QPainter& painter, QPoint place, int width, const PictureTexts& texts) {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const QString& age = texts.age.text;
-    const bool two = !age.isEmpty() && !texts.about.isEmpty();
-    const QString about = texts.about + (two ? QStringLiteral("  ") : QString());
-    const int wide = metrics.horizontalAdvance(about);
-    if (!about.isEmpty() && wide + metrics.horizontalAdvance(age) <= width) {
-        drawTextBox(painter, place, about);
-        place.rx() += wide;
+    const bool two = !texts.age.text.isEmpty() && !texts.about.isEmpty();
+    const QString words = texts.about + (two ? QStringLiteral("  ") : QString());
+    const QImage about = textBoxPicture(painter, words);
+    const QImage age =
+        textBoxPicture(painter, texts.age.text, texts.age.overAnHour ? kVeryOld : kOld);
+    if (about.width() + age.width() <= width) {
+        painter.drawImage(place, about);
+        place.rx() += about.width();
     }
-    if (!age.isEmpty()) {
-        drawTextBox(painter, place, age, texts.age.overAnHour ? kVeryOld : kOld);
-    }
+    painter.drawImage(place, age);
 }
 
 } // namespace

@@ -137,6 +137,10 @@ bool CItemWeather::Reading::pressedAgain(QPoint place) {
 }
 
 // An item that nobody reads is not looked at again.
+bool CItemWeather::Reading::readsPosition() const {
+    return m_reading.inUse() || ReadingSetting::rings() == ReadingSetting::kRingsRoundPosition;
+}
+
 bool CItemWeather::Reading::wordsChanged() const {
     return m_reading.use() != RadarReading::Use::none && m_reading.wordsChanged(sight());
 }

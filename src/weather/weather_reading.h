@@ -41,6 +41,8 @@ public:
     };
     [[nodiscard]] Held holdFrame();
     [[nodiscard]] bool wordsChanged() const;
+    /// Whether the user's position has a part in what is drawn.
+    [[nodiscard]] bool readsPosition() const;
 
 private:
     [[nodiscard]] RadarSight sight() const;

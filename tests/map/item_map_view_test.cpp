@@ -2,8 +2,11 @@
 #include "map/fitted_view.h"
 #include "map/follow_icon.h"
 #include "map/item_map_view.h"
+#include "map/overlay_gps_position.h"
 #include "map_page.h"
 #include "support/serial_bytes.h"
+
+#include <QPaintEvent>
 
 #include <gmock/gmock.h>
 
@@ -460,6 +463,84 @@ TEST_F(ItemMapViewTest, TheIconShowsThatAPositionIsFollowed) {
     EXPECT_NE(followed.copy(icon), bare.copy(icon));
     publish(100, 100, kFixNone);
     EXPECT_EQ(screen(), bare);
+}
+
+// A receiver speaks ten times a second.
+TEST_F(ItemMapViewTest, APositionThatComesIsSeenAsIfAllWerePaintedAnew) {
+    struct Says {
+        int column;
+        int row;
+        int fixType = kFixGps;
+        float speed = 0;
+    };
+    showPage();
+    view->placeOnEarth();
+    COverlayGPSPosition position;
+    for (const bool followed : {false, true}) {
+        view->showPixel({100, 100});
+        followed ? view->follow() : view->stopFollowing();
+        int turn = 0;
+        for (const auto& [column, row, fixType, speed] :
+             {Says{100, 100},
+              {100, 100},
+              {104, 97},
+              {104, 97, kFixGps, 9},
+              {104, 97, kFixGps, 20},
+              {90, 110, kFixGps, 400},
+              {90, 110, kFixNone},
+              {90, 110},
+              {2000, 110},
+              {100, 100}}) {
+            position.latitude = test::positionOf(column, row).latitude;
+            position.longitude = test::positionOf(column, row).longitude;
+            position.fixType = fixType;
+            position.speed = speed;
+            position.course = 135;
+            position.publish();
+            const QImage partly = screen();
+            view->invalidate();
+            EXPECT_EQ(screen(), partly) << followed << ' ' << turn;
+            if (++turn == 5) {
+                marks.setTarget(addMark(110, 95, QStringLiteral("Pier")));
+            }
+        }
+        marks.clear();
+    }
+}
+
+TEST_F(ItemMapViewTest, APositionThatComesPaintsNoMoreThanItsIconAndLines) {
+    class Paintings : public QObject {
+    public:
+        QRegion painted;
+
+    private:
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() == QEvent::Paint) {
+                painted |= static_cast<QPaintEvent*>(event)->region();
+            }
+            return false;
+        }
+    } paintings;
+    showPage();
+    view->placeOnEarth();
+    COverlayGPSPosition position;
+    const auto leavesCorner = [&](int column, int row) {
+        test::settle();
+        paintings.painted = {};
+        position.latitude = test::positionOf(column, row).latitude;
+        position.longitude = test::positionOf(column, row).longitude;
+        position.fixType = kFixGps;
+        position.publish();
+        test::settle();
+        const double ratio = m_window.devicePixelRatioF();
+        return !paintings.painted.contains(QPoint(qRound(25 / ratio), qRound(105 / ratio)));
+    };
+    view->follow();
+    static_cast<void>(leavesCorner(100, 100)); // the view comes there
+    page->widget()->installEventFilter(&paintings);
+    EXPECT_TRUE(leavesCorner(100, 100)) << "the lower left corner has nothing of it";
+    EXPECT_FALSE(paintings.painted.isEmpty());
+    EXPECT_FALSE(leavesCorner(130, 100)) << "all moves with the view";
 }
 
 TEST_F(ItemMapViewTest, TheIconLiesOverEverythingElseInTheCorner) {

@@ -36,5 +36,22 @@ TEST_F(TextBoxTest, IsBlackOnAWhiteBoxOfTheTextsSize) {
     }
 }
 
+TEST_F(TextBoxTest, ATextIsWrittenAgainAsItWasAndEachInItsColours) {
+    QImage target(10, 10, QImage::Format_RGB32);
+    QPainter painter(&target);
+    const TextBoxColours red{{192, 0, 0}, {255, 255, 255}};
+    const QString text = QStringLiteral("5:54");
+    const QImage first = textBoxPicture(painter, text);
+    EXPECT_EQ(textBoxPicture(painter, text), first);
+    EXPECT_NE(textBoxPicture(painter, QStringLiteral("5:55")), first);
+    EXPECT_NE(textBoxPicture(painter, text, red), first);
+    EXPECT_EQ(textBoxPicture(painter, text, red).pixelColor(0, 0), QColor(192, 0, 0));
+    QFont large = painter.font();
+    large.setPixelSize(40);
+    painter.setFont(large);
+    EXPECT_GT(textBoxPicture(painter, text).height(), first.height());
+    EXPECT_TRUE(textBoxPicture(painter, {}).isNull());
+}
+
 } // namespace
 } // namespace raincast

@@ -108,6 +108,44 @@ TEST_F(ItemTest, InvalidatingPaintsLaterAndRefreshingAtOnce) {
     EXPECT_EQ(item.draws, before + 2);
 }
 
+TEST_F(ItemTest, APartOfAPageIsPaintedAlone) {
+    NotingItem& item = add({0, 0, 60, 60});
+    item.colour = Qt::red;
+    showPage();
+    EXPECT_EQ(at(30, 30), QColor(Qt::red));
+    item.colour = Qt::blue;
+    item.invalidate(QRect(11, 21, 15, 5));
+    const QImage one = screen();
+    for (const QPoint inside : {QPoint(11, 21), {25, 21}, {11, 25}, {25, 25}}) {
+        EXPECT_EQ(one.pixelColor(inside), QColor(Qt::blue)) << inside.x() << ',' << inside.y();
+    }
+    for (const QPoint outside : {QPoint(10, 21), {26, 21}, {11, 20}, {11, 26}}) {
+        EXPECT_EQ(one.pixelColor(outside), QColor(Qt::red)) << outside.x() << ',' << outside.y();
+    }
+    item.colour = Qt::green;
+    item.invalidate(QRect(0, 0, 5, 5));
+    item.invalidate(QRect(50, 50, 5, 5));
+    const QImage two = screen();
+    EXPECT_EQ(two.pixelColor(4, 4), QColor(Qt::green));
+    EXPECT_EQ(two.pixelColor(54, 54), QColor(Qt::green));
+    EXPECT_EQ(two.pixelColor(30, 30), QColor(Qt::red)) << "what lies between them stays";
+    item.invalidate(QRect());
+    EXPECT_EQ(at(30, 30), QColor(Qt::red));
+    item.invalidate(QRect(0, 0, 5, 5));
+    item.invalidate();
+    EXPECT_EQ(at(30, 30), QColor(Qt::green)) << "all of it was asked for, too";
+}
+
+TEST_F(ItemTest, AfterAPartAPageOfAnotherSizeIsPaintedWhole) {
+    NotingItem& item = add({0, 0, 60, 60});
+    item.colour = Qt::red;
+    showPage();
+    item.colour = Qt::blue;
+    item.invalidate(QRect(0, 0, 5, 5));
+    resizePage(200, 200);
+    EXPECT_EQ(at(50, 50), QColor(Qt::blue));
+}
+
 TEST_F(ItemTest, AnItemBringsItsMenuOnce) {
     page->addItem(std::make_unique<NotingItem>("", nullptr, 4711));
     page->addItem(std::make_unique<NotingItem>("", nullptr, 4711));

@@ -75,6 +75,17 @@ TEST_F(ItemWeatherAgeTest, ItAppearsAndGrowsByItselfAndNothingElseIsPainted) {
     EXPECT_TRUE(says(1, "Image is 3 hours old", kRed));
 }
 
+// A position that comes has a part of the page painted.
+TEST_F(ItemWeatherAgeTest, APartThatIsPaintedMeanwhileDoesNotHideThatItGrew) {
+    look();
+    showSite();
+    passTime(15);
+    ASSERT_TRUE(says(1, "Image is 21 minutes old", kAmber));
+    m_clock.advance(60 * kFileTimePerSecond);
+    m_item->invalidate(QRect(0, 0, 20, 20));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return says(1, "Image is 22 minutes old", kAmber); }));
+}
+
 TEST_F(ItemWeatherAgeTest, AHiddenPageIsNotPaintedAndTellsItsAgeWhenItIsShown) {
     look();
     showSite();
