@@ -127,7 +127,7 @@ std::optional<Scale> readScale(Reader& reader) {
 std::optional<MapLine> readLine(Reader& reader, const Scale& scale) {
     const auto rank = reader.number();
     const auto count = reader.number();
-    if (!count) {
+    if (!rank || !count) {
         return std::nullopt;
     }
     MapLine line{static_cast<int>(*rank), {}};
@@ -136,7 +136,7 @@ std::optional<MapLine> readLine(Reader& reader, const Scale& scale) {
     for (std::uint64_t i = 0; i < *count; ++i) {
         const auto east = reader.step();
         const auto north = reader.step();
-        if (!north) {
+        if (!east || !north) {
             return std::nullopt;
         }
         x += *east;

@@ -48,6 +48,10 @@ TEST(BorderFileTest, ReadingStopsAtTheFirstBadByte) {
     }
     EXPECT_THAT(readBorders(packed + '\x80'), SizeIs(2));
     EXPECT_THAT(readBorders(packed + QByteArray(40, '\xFF')), SizeIs(2));
+    // A number that goes on for ever, in the place of each.
+    const QByteArray endless(8, '\xFF');
+    EXPECT_THAT(readBorders(packed + endless + "\x01\x01\x01\x01"), SizeIs(2));
+    EXPECT_THAT(readBorders(packed + "\x01\x01" + endless + "\x01\x01"), SizeIs(2));
     // A line of as many points as no file has, and steps that lead round the number's range.
     const QByteArray far(QByteArray(7, '\xFF') + '\x7F');
     EXPECT_THAT(readBorders(packed + '\x01' + far), SizeIs(2));
