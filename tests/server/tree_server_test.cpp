@@ -166,7 +166,7 @@ TEST_F(TreeServerTest, HostileHeadersGetAnAnswer) {
     const std::string names[] = {"Accept-Encoding", "If-None-Match", "Range", "If-Range"};
     for (const std::string& name : names) {
         for (const std::string& value :
-             {std::string(12'000, ','), std::string(12'000, '"'), std::string("\x01\xff\x7f;=,q"),
+             {std::string(12'000, ','), std::string(12'000, '"'), std::string("\xff;=,q"),
               "gzip" + std::string(12'000, ';'), std::string("bytes=99999999999999999999-0")}) {
             EXPECT_THAT(
                 ask("GET /listing", name + ": " + value + "\r\n"), StartsWith("HTTP/1.1 200")
@@ -177,6 +177,8 @@ TEST_F(TreeServerTest, HostileHeadersGetAnAnswer) {
             ask("GET /listing", name + ": " + std::string(20'000, 'a') + "\r\n"),
             StartsWith("HTTP/1.1 431")
         );
+        EXPECT_THAT(ask("GET /listing", name + ": gzip\x01\r\n"), StartsWith("HTTP/1.1 400"))
+            << "a control character";
     }
 }
 
