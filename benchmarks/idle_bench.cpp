@@ -137,7 +137,7 @@ void show(const char* what, const Running& viewer, const Running& bare, double a
     )
               .withAim(AimOf::own, aim));
     print(Figure::of(
-        viewer.wakeUpsASecond(), bare.wakeUpsASecond(), "a second",
+        viewer.wakeUpsASecond(), bare.wakeUpsASecond(), "wake-ups",
         std::string(what) + ": wake-ups", "an empty window"
     ));
 }

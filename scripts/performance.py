@@ -6,6 +6,7 @@ import dataclasses, html, math, re
 MOST_GROWTH = 1.2  # of a ratio, beside the committed one
 CONFIRMATIONS = 2  # of what is worse
 LEAST_SHARE = 0.01  # hundred parts of a core: what is less is chance
+COUNTED = ("MiB", "")  # units of what is hardly another machine's than this one's; "" is that of bare numbers
 PEERS = "peers"  # the program whose figures are of other map programs
 
 
@@ -38,13 +39,22 @@ class Figure:
             return None
         return self.against_aim <= self.aim if self.better == "lower" else self.against_aim >= self.aim
 
+    @property
+    def compared(self):
+        """What means the same on another machine: the ratio, or without a peer what was counted; None if nothing."""
+        if self.peer_name:
+            return self.ratio if self.peer else None
+        return self.own if self.unit in COUNTED else None
+
     def growth(self, before):
         """How many times worse it is than before: 1 as it was, below 1 better."""
-        if not self.ratio or not before.ratio:
+        now, then = self.compared, before.compared
+        if None in (now, then) or now == then:
             return 1.0
         if self.unit == "%" and max(self.own, before.own) <= LEAST_SHARE:
             return 1.0
-        return self.ratio / before.ratio if self.better == "lower" else before.ratio / self.ratio
+        more, less = (now, then) if self.better == "lower" else (then, now)
+        return more / less if less else math.inf
 
 
 @dataclasses.dataclass
@@ -60,25 +70,45 @@ class Point:
     peer: float
 
 
-KINDS = {"figure": Figure, "point": Point}
+@dataclasses.dataclass
+class Run:
+    """Of one program, whose figures and points are from there."""
+    program: str
+    when: str  # the date, and what was measured
+    machine: str
+
+
+KINDS = {"figure": Figure, "point": Point, "run": Run}
 
 
 def read(lines):
-    """Figures and points of lines such as "figure TAB program TAB what ..."."""
-    found = {"figure": [], "point": []}
+    """Figures, points and runs of lines such as "figure TAB program TAB what ..."."""
+    found = {kind: [] for kind in KINDS}
     for line in filter(None, (line.rstrip("\n") for line in lines)):
         kind, *words = line.split("\t")
         fields = dataclasses.fields(KINDS[kind])
         if len(words) != len(fields):
             raise ValueError(f"not a line of figures: {line!r}")
         found[kind].append(KINDS[kind](*(field.type(word) for field, word in zip(fields, words))))
-    return found["figure"], found["point"]
+    return tuple(found.values())
 
 
-def lines_of(figures, points):
+def lines_of(*lists):
     return "".join("\t".join([kind, *(f"{word:.6g}" if isinstance(word, float) else word
                                       for word in dataclasses.astuple(one))]) + "\n"
-                   for kind, all_of_it in (("figure", figures), ("point", points)) for one in all_of_it)
+                   for kind, all_of_it in zip(KINDS, lists) for one in all_of_it)
+
+
+def of(lists, programs):
+    """What read() gave, of some programs alone."""
+    return tuple([one for one in rows if one.program in programs] for rows in lists)
+
+
+def merged(before, now, measured, programs):
+    """What read() gave before, with what there is now of the programs that were measured: a program's rows after the
+    other's, without those of programs that are no more."""
+    parts = [of(now if program in measured else before, [program]) for program in programs]
+    return tuple(sum(lists, []) for lists in zip(*parts))
 
 
 def compare(before, now):
@@ -124,18 +154,32 @@ def aim_text(figure):
             "difference": f"{bound}{with_unit(figure.aim, figure.unit)} more"}[figure.aim_of]
 
 
-def row(figure):
+def row(figure, mark=""):
     peer = f"{figure.peer_name}: {with_unit(figure.peer, figure.unit)}" if figure.peer_name else ""
     times = number(figure.ratio) if figure.ratio else ""
     met = {None: "", True: "yes", False: "**no**"}[figure.met]
     if figure.aim_of == "difference":
         met += f", {with_unit(figure.against_aim, figure.unit)}"
-    return f"| {figure.what} | {with_unit(figure.own, figure.unit)} | {peer} | {times} | {aim_text(figure)} | {met} |"
+    return f"| {figure.what}{mark} | {with_unit(figure.own, figure.unit)} | {peer} | {times} | {aim_text(figure)} | {met} |"
 
 
-def table(figures):
+def table(figures, marks={}):
+    """With the marks of programs at their rows."""
     return "\n".join(["| what | ours | beside it | times | aim | met |", "|---|---|---|---|---|---|",
-                      *(row(figure) for figure in figures)]) + "\n"
+                      *(row(figure, marks.get(figure.program, "")) for figure in figures)]) + "\n"
+
+
+def origins(runs):
+    """Where figures are from, in words, and the marks of programs whose are not from where those of most are."""
+    programs = {}
+    for run in runs:
+        programs.setdefault(f"{run.when}: {run.machine}.\n", []).append(run.program)
+    first, *others = sorted(programs, key=lambda origin: -len(programs[origin]))
+    words, marks = first, {}
+    for place, origin in enumerate(others, 2):
+        words += f"\nRows with ({place}): {origin}"
+        marks |= {program: f" ({place})" for program in programs[origin]}
+    return words, marks
 
 
 def peers_table(figures):
