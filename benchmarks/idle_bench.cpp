@@ -208,6 +208,6 @@ int main(int argc, char** argv) {
     }
     const Screen screen;
     measureViewers(screen, seconds);
-    measureMarks(screen, seconds / 2);
+    measureMarks(screen, (seconds + 1) / 2);
     return 0;
 }

@@ -9,9 +9,7 @@
 #include "support/level3_maker.h"
 #include "support/loopback.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTcpSocket>
@@ -106,20 +104,9 @@ public:
         }
         return result;
     }
-    /// Of the processor so far, by all threads.
+    /// Of the processor so far.
     [[nodiscard]] double milliseconds() const {
-        double nanoseconds = 0;
-        const QString tasks = QStringLiteral("/proc/%1/task").arg(m_process.processId());
-        for (const QString& task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-            QFile file(tasks + u'/' + task + QStringLiteral("/schedstat"));
-            if (file.open(QIODevice::ReadOnly)) {
-                nanoseconds += file.readAll().split(' ')[0].toDouble();
-            }
-        }
-        if (nanoseconds == 0) {
-            fail("The server has ended.");
-        }
-        return nanoseconds / 1e6;
+        return process_cost::processorMilliseconds(m_process.processId());
     }
 
     static constexpr char kFolder[] = "/ridge/RadarImg/N0R/TLX/";

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The viewer beside map programs that a user may have instead: how long each takes to its first
 // picture on a screen without glass, what it keeps in memory ten seconds later, and what it costs
-// while nobody touches it. Each has an empty home. The viewer's picture counts when the radar is in
-// it, the others' as soon as a window is painted. Programs that are not installed are left out.
+// while nobody touches it. Each has a home of its own, empty before an uncounted first start. The
+// viewer's picture counts when the radar is in it, the others' as soon as their main window is
+// painted. Programs that are not installed are left out.
 #include "cached_home.h"
 #include "process_cost.h"
 #include "screen.h"
@@ -28,6 +29,9 @@ constexpr int kStarts = 5;
 constexpr int kIdleSeconds = 20;
 constexpr int kSettleSeconds = 10;
 constexpr int kDeadline = 60'000; // milliseconds
+// The least main window has more than a square of this side, and each picture or question that is
+// shown before there is one has less.
+constexpr int kMainWindow = 510;
 
 struct Peer {
     const char* name;
@@ -46,8 +50,8 @@ struct Candidate {
     QProcessEnvironment environment;
     Screen::Seen seen;
     std::vector<double> firstPictures{}; ///< milliseconds, a start of each round
-    double memory = 0;                   ///< mebibytes
-    double idle = 0;                     ///< hundred parts of a core
+    process_cost::Memory memory{};
+    double idle = 0; ///< hundred parts of a core
 };
 
 double median(std::vector<double> values) {
@@ -56,12 +60,15 @@ double median(std::vector<double> values) {
 }
 
 /// All programs in turn, so that a machine whose speed drifts treats them alike. The first round
-/// does not count: nothing is in memory then, and there are no settings.
+/// does not count: nothing is in memory then, there are no settings, and one or the other asks
+/// something instead of showing itself.
 void measureStarts(const Screen& screen, std::vector<Candidate>& all) {
+    const Screen::Seen anything = [&screen] { return screen.showsSomething(); };
     for (int round = 0; round <= kStarts; ++round) {
         for (Candidate& one : all) {
-            const double milliseconds =
-                screen.millisecondsUntil(one.seen, one.environment, one.program, one.arguments);
+            const double milliseconds = screen.millisecondsUntil(
+                round > 0 ? one.seen : anything, one.environment, one.program, one.arguments
+            );
             if (round > 0) {
                 one.firstPictures.push_back(milliseconds);
             }
@@ -69,8 +76,8 @@ void measureStarts(const Screen& screen, std::vector<Candidate>& all) {
     }
 }
 
-/// False for a program that ends by itself.
-bool measureRest(Candidate& one) {
+/// Ten seconds after the start, if its picture has come. False for a program that ends by itself.
+bool measureRest(const Screen& screen, Candidate& one) {
     QProcess process;
     process_cost::endWithUs(process);
     process.setProcessEnvironment(one.environment);
@@ -81,13 +88,15 @@ bool measureRest(Candidate& one) {
         std::printf("%s has ended by itself.\n", one.name.c_str());
         return false;
     }
+    screen.waitUntil(one.seen, one.program);
     const qint64 id = process.processId();
-    one.memory = process_cost::memoryOf(id).proportional;
+    one.memory = process_cost::memoryOf(id);
     const double before = process_cost::processorMilliseconds(id);
     QThread::sleep(kIdleSeconds);
     one.idle = (process_cost::processorMilliseconds(id) - before) / kIdleSeconds / 10;
     process.kill();
     process.waitForFinished(kDeadline);
+    screen.waitUntilEmpty(one.program);
     return true;
 }
 
@@ -101,7 +110,13 @@ void show(const Candidate& own, const Candidate& peer) {
     }
     first.ratio = median(ratios);
     print(first);
-    print(Figure::of(own.memory, peer.memory, "MiB", "Memory after 10 seconds", peer.name));
+    print(Figure::of(
+        own.memory.resident, peer.memory.resident, "MiB", "Memory after 10 seconds", peer.name
+    ));
+    print(Figure::of(
+        own.memory.anonymous, peer.memory.anonymous, "MiB",
+        "Memory after 10 seconds, the program's own", peer.name
+    ));
     print(Figure::of(own.idle, peer.idle, "%", "Idle, of a core", peer.name));
 }
 
@@ -125,11 +140,12 @@ int main(int argc, char** argv) {
     const Screen screen;
     CachedHome home(1);
     home.use(screen.environment(home.environment()));
-    const Screen::Seen something = [&screen] { return screen.showsSomething(); };
+    const Screen::Seen window = [&screen] { return screen.showsSomething(); };
+    const Screen::Seen mainWindow = [&screen] { return screen.showsSomething(kMainWindow); };
     std::vector<Candidate> all{
         {"the viewer", RAINCAST_PROGRAM, home.viewer(), home.environment(),
          [&screen] { return screen.showsEchoes(); }},
-        {"an empty window", BARE_WINDOW_PROGRAM, {"--idle"}, home.environment(), something},
+        {"an empty window", BARE_WINDOW_PROGRAM, {"--idle"}, home.environment(), window},
     };
     std::vector<std::unique_ptr<QTemporaryDir>> homes;
     for (const Peer& peer : kPeers) {
@@ -139,11 +155,11 @@ int main(int argc, char** argv) {
             continue;
         }
         homes.push_back(std::make_unique<QTemporaryDir>());
-        all.push_back({peer.name, program, {}, emptyHome(screen, *homes.back()), something});
+        all.push_back({peer.name, program, {}, emptyHome(screen, *homes.back()), mainWindow});
     }
     measureStarts(screen, all);
     for (Candidate& one : all) {
-        if (measureRest(one) && &one != &all.front()) {
+        if (measureRest(screen, one) && &one != &all.front()) {
             show(all.front(), one);
         }
     }

@@ -72,11 +72,11 @@ double wakeUps(qint64 process) {
 
 Memory memoryOf(qint64 process) {
     const QByteArray status = read(process, QStringLiteral("status"));
-    Memory memory{
-        numberIn(status, "VmRSS:") / 1024, numberIn(status, "RssAnon:") / 1024,
-        numberIn(read(process, QStringLiteral("smaps_rollup")), "\nPss:") / 1024};
+    Memory memory{numberIn(status, "VmRSS:") / 1024, numberIn(status, "RssAnon:") / 1024};
     for (const qint64 child : childrenOf(process)) {
-        memory.proportional += memoryOf(child).proportional;
+        const Memory more = memoryOf(child);
+        memory.resident += more.resident;
+        memory.anonymous += more.anonymous;
     }
     return memory;
 }

@@ -13,10 +13,10 @@ namespace process_cost {
 /// How often its threads have waited so far: each time something had to wake them up again.
 [[nodiscard]] double wakeUps(qint64 process);
 
+/// Of a program and its present children; what several of them have in common counts for each.
 struct Memory {
-    double resident = 0;     ///< mebibytes, files that are mapped included
-    double anonymous = 0;    ///< of these, the program's own
-    double proportional = 0; ///< resident, less what other programs share of it; children included
+    double resident = 0;  ///< mebibytes, files that are mapped included
+    double anonymous = 0; ///< of these, the program's own
 };
 [[nodiscard]] Memory memoryOf(qint64 process);
 

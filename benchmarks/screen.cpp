@@ -20,8 +20,6 @@ namespace {
 constexpr int kDeadline = 60'000; // milliseconds
 constexpr unsigned long kLookMicroseconds = 300;
 constexpr quint32 kEachPixel = 8; // of a row, and each such row
-// A window of 300 x 300 has more.
-constexpr int kPaintedPixels = 1'000;
 constexpr int kEchoPixels = 20;
 constexpr std::array<QRgb, 2> kEchoes{0x00FF00, 0xFFFF00};
 
@@ -99,13 +97,28 @@ int Screen::count(const std::function<bool(QRgb)>& wanted) const {
 }
 
 // Its own ground is black.
-bool Screen::showsSomething() const {
-    return count([](QRgb pixel) { return pixel != 0; }) >= kPaintedPixels;
+bool Screen::showsSomething(int side) const {
+    const int across = side / static_cast<int>(kEachPixel);
+    return count([](QRgb pixel) { return pixel != 0; }) >= across * across;
 }
 
 bool Screen::showsEchoes() const {
     return count([](QRgb pixel) { return pixel == kEchoes[0] || pixel == kEchoes[1]; }) >=
            kEchoPixels;
+}
+
+void Screen::waitUntil(const Seen& seen, const QString& program) const {
+    const QDeadlineTimer deadline(kDeadline);
+    while (!seen()) {
+        if (deadline.hasExpired()) {
+            fail(qPrintable(program + QStringLiteral(" does not show what it should.")));
+        }
+        QThread::usleep(kLookMicroseconds);
+    }
+}
+
+void Screen::waitUntilEmpty(const QString& program) const {
+    waitUntil([this] { return count([](QRgb pixel) { return pixel != 0; }) == 0; }, program);
 }
 
 double Screen::millisecondsUntil(
@@ -123,18 +136,10 @@ double Screen::millisecondsUntil(
     if (!process.waitForStarted(kDeadline)) {
         fail(qPrintable(program + QStringLiteral(" does not start.")));
     }
-    while (!seen()) {
-        if (timer.hasExpired(kDeadline)) {
-            fail(qPrintable(program + QStringLiteral(" shows nothing.")));
-        }
-        QThread::usleep(kLookMicroseconds);
-    }
+    waitUntil(seen, program);
     const double milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     process.kill();
     process.waitForFinished(kDeadline);
-    const QDeadlineTimer deadline(kDeadline);
-    while (count([](QRgb pixel) { return pixel != 0; }) > 0 && !deadline.hasExpired()) {
-        QThread::usleep(kLookMicroseconds);
-    }
+    waitUntilEmpty(program);
     return milliseconds;
 }

@@ -26,14 +26,19 @@ public:
     [[nodiscard]] QProcessEnvironment environment(QProcessEnvironment base) const;
 
     using Seen = std::function<bool()>;
-    /// Whether a program has painted: a window's worth of pixels are no longer those of the empty
-    /// screen.
-    [[nodiscard]] bool showsSomething() const;
+    /// Whether a program has painted: as many pixels are no longer those of the empty screen as a
+    /// square window of that side has, by default a small one.
+    [[nodiscard]] bool showsSomething(int side = 250) const;
     /// Whether echoes of the radar pictures of CachedHome are there.
     [[nodiscard]] bool showsEchoes() const;
 
+    /// Waits for that, or for the empty screen, and ends this program where it takes more than a
+    /// minute: the name is that of the program that is waited for.
+    void waitUntil(const Seen& seen, const QString& program) const;
+    void waitUntilEmpty(const QString& program) const;
+
     /// Starts a program and gives the milliseconds until that is seen; then kills it and waits for
-    /// the empty screen. Ends this program where it takes more than a minute.
+    /// the empty screen.
     [[nodiscard]] double millisecondsUntil(
         const Seen& seen, const QProcessEnvironment& environment, const QString& program,
         const QStringList& arguments

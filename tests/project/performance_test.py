@@ -265,6 +265,13 @@ class Measuring(unittest.TestCase):
         self.assertEqual(self.measured(), 1)
         self.assertEqual(self.whats(), self.ALL)
 
+    def test_what_cannot_be_measured_here_is_left_out(self):
+        self.measured()
+        self.program("scripts/installed-size", "exit 77")
+        self.assertEqual(self.measured(), 0)
+        self.assertEqual(self.measured("--compare"), 0)
+        self.assertEqual(self.whats(), self.ALL)
+
     def test_where_all_fail_nothing_is_written(self):
         self.bench("pages", "exit 1")
         self.assertEqual(self.measured("--write", "pages"), 1)
