@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "radar/image/gif_writer.h"
 
-#include "core/lzw_code.h"
-
 #include <gif_lib.h>
 
 #include <algorithm>
@@ -51,21 +49,14 @@ bool writeHead(GifFileType* gif, const IndexedPicture& picture, const ColorMapOb
            EGifPutImageDesc(gif, 0, 0, width, height, false, nullptr) == GIF_OK;
 }
 
-/// In the blocks of a GIF.
-bool writePixels(GifFileType* gif, const IndexedPicture& picture, int bits) {
-    LzwCode code(std::max(bits, 2));
-    code.add(picture.pixels());
-    std::array<GifByteType, 256> block{};
-    for (std::span<const std::uint8_t> rest = code.finish(); !rest.empty();) {
-        const auto part = rest.first(std::min(rest.size(), block.size() - 1));
-        block[0] = static_cast<GifByteType>(part.size());
-        std::copy(part.begin(), part.end(), block.begin() + 1);
-        if (EGifPutCodeNext(gif, block.data()) != GIF_OK) {
+bool writeRows(GifFileType* gif, IndexedPicture picture) {
+    // The library does not change the pixels but takes a pointer that could.
+    for (int row = 0; row < picture.height(); ++row) {
+        if (EGifPutLine(gif, picture.row(row), picture.width()) != GIF_OK) {
             return false;
         }
-        rest = rest.subspan(part.size());
     }
-    return EGifPutCodeNext(gif, nullptr) == GIF_OK;
+    return true;
 }
 
 } // namespace
@@ -77,8 +68,7 @@ std::optional<QByteArray> writeGif(const IndexedPicture& picture, std::span<cons
     if (gif == nullptr) {
         return std::nullopt;
     }
-    const bool written =
-        writeHead(gif, picture, map.get()) && writePixels(gif, picture, map->BitsPerPixel);
+    const bool written = writeHead(gif, picture, map.get()) && writeRows(gif, picture);
     const bool closed = EGifCloseFile(gif, nullptr) == GIF_OK;
     return written && closed ? std::optional(bytes) : std::nullopt;
 }

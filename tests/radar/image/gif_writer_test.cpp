@@ -3,12 +3,9 @@
 #include "radar/image/gif_writer.h"
 #include "radar/image/image_file.h"
 
-#include <gif_lib.h>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdint>
-#include <vector>
 
 namespace raincast {
 namespace {
@@ -43,48 +40,6 @@ TEST(GifWriterTest, SharpPicturesAreLarger) {
     ASSERT_EQ(image.size(), QSize(2400, 2200));
     EXPECT_EQ(image.pixel(2399, 2199), colours[1]);
     EXPECT_EQ(image.pixel(2398, 2199), colours[0]);
-}
-
-int append(GifFileType* gif, const GifByteType* bytes, int count) {
-    static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), count);
-    return count;
-}
-
-/// What the library makes of a picture whose colours are all black.
-QByteArray byTheLibrary(IndexedPicture picture, int colours) {
-    QByteArray bytes;
-    GifFileType* const gif = EGifOpen(&bytes, append, nullptr);
-    const std::vector<GifColorType> black(static_cast<std::size_t>(colours));
-    ColorMapObject* const map = GifMakeMapObject(colours, black.data());
-    const GifByteType control[] = {1, 0, 0, 0};
-    EGifSetGifVersion(gif, true);
-    EGifPutScreenDesc(gif, picture.width(), picture.height(), map->BitsPerPixel, 0, map);
-    EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, 4, control);
-    EGifPutImageDesc(gif, 0, 0, picture.width(), picture.height(), false, nullptr);
-    for (int row = 0; row < picture.height(); ++row) {
-        EGifPutLine(gif, picture.row(row), picture.width());
-    }
-    EGifCloseFile(gif, nullptr);
-    GifFreeMapObject(map);
-    return bytes;
-}
-
-TEST(GifWriterTest, TheBytesAreThoseOfTheLibrary) {
-    std::uint32_t noise = 7;
-    for (int bits = 1; bits <= 8; ++bits) {
-        const std::vector<QRgb> colours(std::size_t{1} << bits, 0xFF000000);
-        // Nothing but ground; a few pixels of noise that become more from row to row; noise.
-        for (const std::uint32_t share : {0U, 1U, 600U}) {
-            IndexedPicture picture;
-            for (std::size_t i = 0; i < picture.pixels().size(); ++i) {
-                noise = noise * 1'664'525 + 1'013'904'223;
-                const bool isNoise = (noise >> 8U) % 600 < i / 600 * share;
-                picture.row(0)[i] = static_cast<std::uint8_t>(isNoise ? noise >> (32 - bits) : 0);
-            }
-            EXPECT_EQ(writeGif(picture, colours), byTheLibrary(picture, 1 << bits))
-                << bits << ' ' << share;
-        }
-    }
 }
 
 TEST(GifWriterTest, TheGroundIsTransparentAndTheVersionKnowsThat) {
