@@ -73,6 +73,25 @@ void takePlace(const QString& file, const QString& newFile, GeoPosition oldPlace
     QFile::rename(newFile, file);
 }
 
+/// Grounds are on the screen: copies of them are drawn upon.
+Basemaps withOwnGrounds(Basemaps maps) {
+    for (Bitmap Basemaps::*ground : {&Basemaps::topo, &Basemaps::overlay}) {
+        maps.*ground = maps.*ground ? std::make_shared<QImage>(*(maps.*ground)) : nullptr;
+    }
+    return maps;
+}
+
+Bitmap& groundOf(const MapLayer& layer, Basemaps& maps) {
+    return layer.isOnTopo(maps.topo != nullptr) ? maps.topo : maps.overlay;
+}
+
+/// The maps with a layer's file. A layer that cannot be drawn stays missing.
+Basemaps withFile(const Basemaps& shown, const MapLayer& layer, const QString& file) {
+    Basemaps maps = withOwnGrounds(shown);
+    maps.missing -= LoadAndComposite(file, groundOf(layer, maps)) ? 1 : 0;
+    return maps;
+}
+
 } // namespace
 
 BasemapLoad::BasemapLoad(const RadarScene& scene)
@@ -110,7 +129,7 @@ void BasemapLoad::loadToFirstFailure(GeoPosition centre, Done done) {
 
 void BasemapLoad::loadLayers(Done done) {
     m_whenDone = std::move(done);
-    loadNext();
+    loadCached();
 }
 
 std::optional<QString> BasemapLoad::cacheFailure() const {
@@ -165,7 +184,7 @@ void BasemapLoad::placeImage(GeoPosition centre) {
             return;
         }
         m_view.geoReferenceChanged(centre);
-        loadNext();
+        loadCached();
     };
     place([this, placed](bool valid) {
         if (valid) {
@@ -216,7 +235,7 @@ void BasemapLoad::askForPlace(Taken done) {
 }
 
 // Side by side: most starts find all of them in the cache.
-void BasemapLoad::loadNext() {
+void BasemapLoad::loadCached() {
     if (m_left.empty()) {
         end(true);
         return;
@@ -228,7 +247,7 @@ void BasemapLoad::loadNext() {
             [this, &each](const Bitmap& picture) {
                 each.picture = picture;
                 if (--m_loading == 0) {
-                    drawCached();
+                    drawNext();
                 }
             }
         );
@@ -236,79 +255,52 @@ void BasemapLoad::loadNext() {
 }
 
 // Draws what the cache has, up to the first layer that it lacks: that one is fetched.
-void BasemapLoad::drawCached() {
+void BasemapLoad::drawNext() {
     const auto lacking = std::find_if(m_left.begin(), m_left.end(), [](const Layer& each) {
         return each.picture == nullptr;
     });
-    if (lacking == m_left.begin()) {
+    if (m_left.empty()) {
+        end(true);
+    } else if (lacking == m_left.begin()) {
         load(*lacking->layer);
-        return;
+    } else {
+        std::vector<Layer> cached(m_left.begin(), lacking);
+        m_left.erase(m_left.begin(), lacking);
+        m_done += static_cast<int>(cached.size());
+        m_view.progress(m_done - 1, m_wanted);
+        draw([maps = m_basemaps, cached = std::move(cached)] { return withLayers(maps, cached); });
     }
-    std::vector<Layer> cached(m_left.begin(), lacking);
-    m_left.erase(m_left.begin(), lacking);
-    m_done += static_cast<int>(cached.size());
-    m_view.progress(m_done - 1, m_wanted);
-    draw(std::move(cached), [this] {
-        m_view.repaint();
-        m_left.empty() ? end(true) : load(*m_left.front().layer);
-    });
 }
 
-// A layer that came and cannot be drawn counts as missing.
 void BasemapLoad::load(const MapLayer& layer) {
     m_view.progress(m_done++, m_wanted);
     fetch(layer, [this, &layer](bool kept) {
-        if (!kept) {
-            layerEnded(false);
-            return;
+        m_left.erase(m_left.begin());
+        if (kept) {
+            draw([maps = m_basemaps, &layer, file = cachedFile(layer)] {
+                return withFile(maps, layer, file);
+            });
+        } else if (layer.required && m_endAtFailure) {
+            end(false);
+        } else {
+            drawNext();
         }
-        m_background.run(
-            [file = cachedFile(layer)] { return LoadImageFile(file, kMostRadarPixels); },
-            [this, &layer](const Bitmap& picture) {
-                if (picture == nullptr) {
-                    layerEnded(true);
-                } else {
-                    draw({{&layer, picture}}, [this] { layerEnded(true); });
-                }
-            }
-        );
     });
 }
 
-void BasemapLoad::layerEnded(bool taken) {
-    const MapLayer& layer = *m_left.front().layer;
-    m_left.erase(m_left.begin());
-    if (taken) {
+void BasemapLoad::draw(std::function<Basemaps()> drawn) {
+    m_background.run(std::move(drawn), [this](const Basemaps& maps) {
+        m_basemaps = maps;
         m_view.repaint();
-    }
-    if (!taken && layer.required && m_endAtFailure) {
-        end(false);
-    } else {
-        loadNext();
-    }
+        drawNext();
+    });
 }
 
-void BasemapLoad::draw(std::vector<Layer> layers, std::function<void()> done) {
-    m_background.run(
-        [maps = m_basemaps, layers = std::move(layers)] { return withLayers(maps, layers); },
-        [this, done = std::move(done)](const Basemaps& maps) {
-            m_basemaps = maps;
-            done();
-        }
-    );
-}
-
-// Draws loaded layers onto their grounds. These are on the screen: copies of them are drawn upon.
-Basemaps BasemapLoad::withLayers(Basemaps maps, const std::vector<Layer>& layers) {
-    const auto copied = [](const Bitmap& ground) {
-        return ground ? std::make_shared<QImage>(*ground) : nullptr;
-    };
-    maps.topo = copied(maps.topo);
-    maps.overlay = copied(maps.overlay);
+Basemaps BasemapLoad::withLayers(const Basemaps& shown, const std::vector<Layer>& layers) {
+    Basemaps maps = withOwnGrounds(shown);
     for (const auto& [layer, picture] : layers) {
-        const bool isWhole = layer->ground == MapLayer::Ground::topo;
-        Bitmap& ground = layer->isOnTopo(maps.topo != nullptr) ? maps.topo : maps.overlay;
-        if (isWhole) {
+        Bitmap& ground = groundOf(*layer, maps);
+        if (layer->ground == MapLayer::Ground::topo) {
             ground = picture;
         } else {
             CompositeOnto(ground, *picture, picture->width(), picture->height());

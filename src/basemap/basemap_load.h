@@ -66,12 +66,12 @@ private:
         const MapLayer* layer;
         Bitmap picture;
     };
-    void loadNext();
-    void drawCached();
+    void loadCached();
+    void drawNext();
     void load(const MapLayer& layer);
-    void draw(std::vector<Layer> layers, std::function<void()> done);
-    [[nodiscard]] static Basemaps withLayers(Basemaps maps, const std::vector<Layer>& layers);
-    void layerEnded(bool taken);
+    void draw(std::function<Basemaps()> drawn);
+    [[nodiscard]] static Basemaps
+    withLayers(const Basemaps& shown, const std::vector<Layer>& layers);
     void end(bool complete);
 
     const RadarState& m_state;
