@@ -7,8 +7,6 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <cstdint>
-#include <utility>
 
 namespace raincast {
 
@@ -19,12 +17,11 @@ std::optional<Replay> readReplay(const QString& text) {
     const auto match = form.match(text);
     const auto begin = QDateTime::fromString(match.captured(1) + u'Z', Qt::ISODate);
     const int speed = match.captured(2).isEmpty() ? 1 : match.captured(2).toInt();
-    const qint64 seconds = begin.toSecsSinceEpoch();
-    if (!match.hasMatch() || !begin.isValid() || speed > Replay::kMostSpeed ||
-        !std::in_range<std::uint32_t>(seconds)) {
+    if (!match.hasMatch() || !begin.isValid() || begin.toSecsSinceEpoch() < 0 ||
+        speed > Replay::kMostSpeed) {
         return std::nullopt;
     }
-    return Replay{fromUnixSeconds(static_cast<std::uint32_t>(seconds)), speed};
+    return Replay{kUnixEpoch + begin.toSecsSinceEpoch() * kFileTimePerSecond, speed};
 }
 
 QString textOf(const Replay& replay) {

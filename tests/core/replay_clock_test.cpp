@@ -17,6 +17,8 @@ TEST(ReplayClockTest, ReadsATimeAndASpeed) {
     EXPECT_EQ(readReplay("2021-12-11T02:00Zx10"), (Replay{kBegin, 10}));
     EXPECT_EQ(readReplay("2021-12-11T02:00Zx60"), (Replay{kBegin, 60}));
     EXPECT_EQ(readReplay("2024-02-29T23:59Z"), (Replay{fromCalendar({2024, 2, 29, 23, 59}), 1}));
+    EXPECT_EQ(readReplay("2106-02-07T06:29Z"), (Replay{fromCalendar({2106, 2, 7, 6, 29}), 1}));
+    EXPECT_EQ(readReplay("9999-12-31T23:59Z"), (Replay{fromCalendar({9999, 12, 31, 23, 59}), 1}));
 }
 
 TEST(ReplayClockTest, RefusesEverythingElse) {
@@ -24,8 +26,7 @@ TEST(ReplayClockTest, RefusesEverythingElse) {
          {"", "2021-12-11", "2021-12-11T02:00", "2021-12-11T02:00Zx", "2021-12-11T02:00Zx0",
           "2021-12-11T02:00Zx61", "2021-12-11T02:00Zx100", "2021-12-11T02:00Zx-1",
           "2021-12-11T02:00Z x10", "2021-02-29T02:00Z", "2021-13-11T02:00Z", "2021-12-11T24:30Z",
-          "1969-12-31T23:59Z", "2106-02-07T06:29Z", "2158-01-17T08:28Z", "9999-12-31T23:59Z",
-          "2021-12-11T02:00:00Z", "2021-12-11T02:00Zx10\n"}) {
+          "1969-12-31T23:59Z", "2021-12-11T02:00:00Z", "2021-12-11T02:00Zx10\n"}) {
         EXPECT_FALSE(readReplay(text)) << text;
     }
 }
