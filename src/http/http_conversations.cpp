@@ -21,8 +21,8 @@ HttpHeaders headersOf(MHD_Connection* connection) {
     return headers;
 }
 
-bool isControl(char c) {
-    return ('\0' <= c && c < ' ' && c != '\t') || c == '\x7F';
+bool isForbidden(char c) {
+    return c != '\t' && std::iscntrl(c, std::locale::classic());
 }
 
 /// Refuses "Content-Length : 5", and a line end within a header: a program that reads them in
@@ -30,8 +30,8 @@ bool isControl(char c) {
 bool isClear(const HttpHeaders::value_type& header) {
     const auto& [name, value] = header;
     return !name.empty() && name.find_first_of(" \t") == std::string::npos &&
-           std::none_of(name.begin(), name.end(), isControl) &&
-           std::none_of(value.begin(), value.end(), isControl);
+           std::none_of(name.begin(), name.end(), isForbidden) &&
+           std::none_of(value.begin(), value.end(), isForbidden);
 }
 
 HttpAnswer refusal(int status) {

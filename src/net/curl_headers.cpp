@@ -2,18 +2,12 @@
 #include "net/curl_headers.h"
 
 #include <algorithm>
+#include <locale>
 
 namespace raincast {
 
-namespace {
-
-bool isControl(char c) {
-    return ('\0' <= c && c < ' ') || c == '\x7F';
-}
-
-} // namespace
-
 void CurlHeaders::add(const QByteArray& line) {
+    const auto isControl = [](char c) { return std::iscntrl(c, std::locale::classic()); };
     if (std::any_of(line.begin(), line.end(), isControl)) {
         return;
     }
