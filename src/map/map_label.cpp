@@ -84,13 +84,13 @@ QSize roughLabelSize(const QPainter& painter, const QString& text) {
     return {units * metrics.averageCharWidth() + 4 * halo, metrics.height() + 2 * halo};
 }
 
-QRect mapLabelBox(const MapLabel& label, const QSize& picture) {
-    return {label.leftMiddle - QPoint(0, picture.height() / 2), picture};
+QRect mapLabelBox(const QPoint& leftMiddle, const QSize& picture) {
+    return {leftMiddle - QPoint(0, picture.height() / 2), picture};
 }
 
 void drawMapLabel(QPainter& painter, const QPoint& leftMiddle, const QString& text) {
     const QImage picture = mapLabelPicture(painter, text);
-    painter.drawImage(mapLabelBox({leftMiddle, text}, picture.size()).topLeft(), picture);
+    painter.drawImage(mapLabelBox(leftMiddle, picture.size()).topLeft(), picture);
 }
 
 } // namespace raincast

@@ -24,7 +24,7 @@ struct MapLabel {
 [[nodiscard]] QSize roughLabelSize(const QPainter& painter, const QString& text);
 
 /// Where a label's picture of that size lies.
-[[nodiscard]] QRect mapLabelBox(const MapLabel& label, const QSize& picture);
+[[nodiscard]] QRect mapLabelBox(const QPoint& leftMiddle, const QSize& picture);
 
 /// Writes a text on a map.
 void drawMapLabel(QPainter& painter, const QPoint& leftMiddle, const QString& text);

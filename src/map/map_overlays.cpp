@@ -172,6 +172,9 @@ QImage MapOverlays::pictureOfMarks(const Sight& sight) {
 
 // The youngest choose first where they lie; they are drawn last, names above all pins.
 void MapOverlays::drawMarksAnew(QPainter& painter, const Sight& sight) {
+    if (m_marks.empty()) {
+        return;
+    }
     TakenCells pins(
         sight.area.adjusted(-kVisibleMargin, -kVisibleMargin, kVisibleMargin, kVisibleMargin),
         kPinCell
@@ -188,13 +191,13 @@ void MapOverlays::drawMarksAnew(QPainter& painter, const Sight& sight) {
         shown.push_back(&entry);
         const auto label = entry.object->label(sight.view, points);
         const auto rough = [&] {
-            return mapLabelBox(*label, roughLabelSize(painter, label->text));
+            return mapLabelBox(label->leftMiddle, roughLabelSize(painter, label->text));
         };
         if (!label || !names.isFree(rough())) {
             continue; // most of a crowd end here, without a picture
         }
         const QImage picture = mapLabelPicture(painter, label->text);
-        const QRect box = mapLabelBox(*label, picture.size());
+        const QRect box = mapLabelBox(label->leftMiddle, picture.size());
         if (names.take(box)) {
             written.emplace_back(box.topLeft(), picture);
         }

@@ -23,11 +23,11 @@ void CFeedRMC_to_GPSPosition::onPublished(CNMEA_GPS::RMC& rmc) {
     m_position.course = rmc.course;
     if (!rmc.valid) {
         m_position.fixType = kFixNone;
-    } else {
-        SystemClock::ofProcess().hear(rmc.time);
-    }
-    if (rmc.valid && !m_position.valid()) {
+    } else if (!m_position.valid()) {
         m_position.fixType = kFixGps; // a better one, from GGA, is kept
+    }
+    if (rmc.valid) {
+        SystemClock::ofProcess().hear(rmc.time);
     }
     publish();
     m_rmcSeen = true;

@@ -120,7 +120,6 @@ protected:
     }
     [[nodiscard]] int coveredBelow() const override { return m_player.coveredHeight(); }
     [[nodiscard]] bool readsPosition() const override;
-    [[nodiscard]] bool wordsChanged() const;
 
 private:
     class Loading;
@@ -144,6 +143,7 @@ private:
     [[nodiscard]] int wantedDetail() const;
     [[nodiscard]] LayerStack::Layers layersToDraw();
     [[nodiscard]] DetailedBitmap shownEchoes();
+    [[nodiscard]] bool wordsChanged() const;
     void followSharp();
 
     RadarState m_state;
