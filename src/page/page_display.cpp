@@ -376,23 +376,27 @@ QString CPageDisplay::caption() const {
     return firstText(m_items, [](const CItem& item) { return item.caption(); });
 }
 
-void CPageDisplay::onPaint(QPaintDevice& target, const QRegion& /*exposed*/) {
+void CPageDisplay::onPaint(QPaintDevice& target, const QRegion& exposed) {
     followDeviceSize();
     if (m_buffer.image().isNull()) {
         return;
     }
-    for (const QRect& part : staleParts()) {
+    for (const QRect& part : staleParts(exposed)) {
         drawItems(part);
     }
     m_buffer.blit(target);
 }
 
-// Everything, unless it is known that only parts have changed.
-QRegion CPageDisplay::staleParts() {
+// Everything, unless it is known that only parts have changed. Qt itself exposes what has other
+// colours or letters now.
+QRegion CPageDisplay::staleParts(QRegion exposed) {
     constexpr int kMostParts = 6; // each takes a drawing of all items
     const QRect whole = m_buffer.image().rect();
     const QRegion parts = std::exchange(m_partStale, QRegion()) & whole;
-    if (std::exchange(m_allStale, false) || parts.isEmpty()) {
+    for (const QRect& part : parts) {
+        exposed -= toLogicalPixels(*widget(), part);
+    }
+    if (std::exchange(m_allStale, false) || parts.isEmpty() || !exposed.isEmpty()) {
         return whole;
     }
     return parts.rectCount() > kMostParts ? parts.boundingRect() : parts;

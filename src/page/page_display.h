@@ -112,7 +112,7 @@ protected:
 
 private:
     void followDeviceSize();
-    [[nodiscard]] QRegion staleParts();
+    [[nodiscard]] QRegion staleParts(QRegion exposed);
     void drawItems(const QRect& part);
     void prepare(CItem& item);
     void pointerEvent(QEvent& event);

@@ -136,6 +136,17 @@ TEST_F(ItemTest, APartOfAPageIsPaintedAlone) {
     EXPECT_EQ(at(30, 30), QColor(Qt::green)) << "all of it was asked for, too";
 }
 
+// As for other colours or letters of the desktop.
+TEST_F(ItemTest, APartDoesNotHideThatQtHasThePagePainted) {
+    NotingItem& item = add({0, 0, 60, 60});
+    item.colour = Qt::red;
+    showPage();
+    item.colour = Qt::blue;
+    item.invalidate(QRect(0, 0, 5, 5));
+    page->widget()->update();
+    EXPECT_EQ(at(50, 50), QColor(Qt::blue));
+}
+
 TEST_F(ItemTest, AfterAPartAPageOfAnotherSizeIsPaintedWhole) {
     NotingItem& item = add({0, 0, 60, 60});
     item.colour = Qt::red;
