@@ -249,7 +249,10 @@ std::optional<PagePoint> CItemMapView::pageAt(GeoPosition position) const {
 
 bool CItemMapView::goTo(GeoPosition position) {
     const bool shown = centreOn(position);
-    m_following = m_following && !shown;
+    if (shown && m_following) {
+        m_following = false;
+        invalidate();
+    }
     UserChange::announce();
     return shown;
 }

@@ -193,7 +193,8 @@ void MapOverlays::drawMarksAnew(QPainter& painter, const Sight& sight) {
         const auto rough = [&] {
             return mapLabelBox(label->leftMiddle, roughLabelSize(painter, label->text));
         };
-        if (!label || !names.isFree(rough())) {
+        const bool isCrowd = m_marks.size() > kFewMarks;
+        if (!label || (isCrowd && !names.isFree(rough()))) {
             continue; // most of a crowd end here, without a picture
         }
         const QImage picture = mapLabelPicture(painter, label->text);

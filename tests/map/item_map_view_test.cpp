@@ -386,6 +386,17 @@ TEST_F(ItemMapViewTest, FollowingKeepsThePositionInTheMiddle) {
     EXPECT_TRUE(view->following());
 }
 
+TEST_F(ItemMapViewTest, ToGoWhereItStandsEndsFollowingAndPaints) {
+    showPage();
+    view->placeOnEarth();
+    publish(100, 100);
+    view->character(u'l');
+    const QImage followed = screen();
+    EXPECT_TRUE(view->goTo(positionOf(100, 100)));
+    EXPECT_FALSE(view->following());
+    EXPECT_NE(screen(), followed) << "without the icon";
+}
+
 TEST_F(ItemMapViewTest, FollowingWithoutAFixWaitsForOne) {
     view->placeOnEarth();
     const ViewTransform before = view->view();

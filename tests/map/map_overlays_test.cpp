@@ -260,6 +260,20 @@ TEST_F(MapOverlaysTest, ANameGivesWayToThatOfAYoungerMark) {
     EXPECT_EQ(inked(drawn(overlays)), inked(one) | inked(one).translated(0, 20));
 }
 
+// Its letters are narrower than most.
+TEST_F(MapOverlaysTest, ANameThatOnlySeemsToOverlapStays) {
+    MapOverlays overlays;
+    Dot older({5, 30});
+    older.text = QStringLiteral("illlli");
+    overlays.layout(older, placed);
+    const QImage one = drawn(overlays);
+    const int width = inked(one).width() + 6;
+    Dot younger({5 + width, 30});
+    younger.text = older.text;
+    overlays.layout(younger, placed);
+    EXPECT_EQ(inked(drawn(overlays)), inked(one) | inked(one).translated(width, 0));
+}
+
 TEST_F(MapOverlaysTest, ManyMarksAreDrawnOnceForAView) {
     MapOverlays overlays;
     std::deque<Dot> dots;
