@@ -275,6 +275,10 @@ void RadarUpdate::beginWarnings() {
         return;
     }
     m_warningsPending = true;
+    m_warningsFetched = Clock::current().now();
+    if (m_listing && !Clock::current().isKnown()) { // by a clock of 1970 they would look old
+        m_warningsFetched = m_listing->newest().value_or(m_warningsFetched);
+    }
     m_warningsTransfer = m_transfer.sibling();
     m_warningsTransfer->DownloadToFile(
         warningsPath(m_state.siteId, ProductRange(m_state.product).toString()),
@@ -290,7 +294,7 @@ void RadarUpdate::beginWarnings() {
 
 void RadarUpdate::loadFetchedWarnings() {
     const RadarWarnings fetched{
-        nullptr, m_state.siteId, ProductRange(m_state.product).toString(), Clock::current().now()};
+        nullptr, m_state.siteId, ProductRange(m_state.product).toString(), m_warningsFetched};
     m_background.run(
         [root = m_state.cacheRoot(), fetched] {
             noteWarnings(root, fetched);

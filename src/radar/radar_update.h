@@ -110,6 +110,7 @@ private:
     /// Warnings that keep us waiting must not cost the frames.
     std::unique_ptr<CHttpTransfer> m_warningsTransfer;
     bool m_warningsPending = false;
+    FileTime m_warningsFetched = 0;
     /// Nor must the newest frame when it is asked for again.
     std::unique_ptr<CHttpTransfer> m_recheckTransfer;
     bool m_recheckPending = false;

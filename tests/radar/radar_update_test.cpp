@@ -463,6 +463,26 @@ protected:
     static constexpr const char* kTornado = R"({"warnings": [{"event": "Tornado Warning"}]})";
 };
 
+/// A device without a battery, whose clock began in 1970.
+class ClockOf1970 : public TestClock {
+public:
+    ClockOf1970() : TestClock(kUnixEpoch + 600 * kFileTimePerSecond) {}
+    [[nodiscard]] Teller teller() const override { return Teller::nobody; }
+};
+
+TEST_F(WarningTextsUpdateTest, AreDrawnWhereNobodyKnowsTheTime) {
+    const ClockOf1970 clock;
+    EXPECT_TRUE(update());
+    EXPECT_TRUE(warned());
+    publish({"20190519_0634"});
+    EXPECT_TRUE(update());
+    EXPECT_TRUE(warned());
+    m_server.serve(kWarnings, "none", 404);
+    publish({"20190519_0714"});
+    EXPECT_TRUE(update());
+    EXPECT_EQ(warningsUse(m_state), WarningsUse::stale) << "these are of before";
+}
+
 TEST_F(WarningTextsUpdateTest, AreFetchedAfterThePictureAndStandBesideIt) {
     m_server.serve(kTexts, kTornado);
     EXPECT_TRUE(update());
