@@ -89,6 +89,9 @@ void Level3Watch::lookAtChanges(const std::stop_token& stop) {
     if (changes.isLost) {
         m_nextFullLook = std::min(m_nextFullLook, Steady::now() + kLeastBetweenLooks);
     }
+    if (!m_watch.isSure()) { // of a folder that is new, perhaps
+        m_nextFullLook = std::min(m_nextFullLook, Steady::now() + m_pace.unsure);
+    }
 }
 
 void Level3Watch::waitForChange() const {

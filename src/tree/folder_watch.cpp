@@ -2,6 +2,7 @@
 #include "tree/folder_watch.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <linux/magic.h>
 #include <sys/inotify.h>
@@ -72,7 +73,16 @@ bool isLinked(const QString& path) {
            (S_ISLNK(status.st_mode) || status.st_nlink > 1);
 }
 
+// Such a folder counts for nothing, here as in a full look.
+bool isLinkToFolder(const QString& path) {
+    const QFileInfo file(path);
+    return file.isSymLink() && file.isDir();
+}
+
 void noteFile(std::uint32_t what, const QString& path, FolderWatch::Changes& changes) {
+    if (isLinkToFolder(path)) {
+        return;
+    }
     if ((what & kWhole) != 0 || ((what & IN_CREATE) != 0 && isLinked(path))) {
         changes.whole += path;
     } else if ((what & kBegun) != 0) {

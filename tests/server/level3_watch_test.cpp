@@ -3,6 +3,7 @@
 #include "server/level3_watch.h"
 #include "support/files.h"
 #include "support/level3_maker.h"
+#include "support/shared_disk.h"
 #include "tree/level3_folder.h"
 
 #include <QDeadlineTimer>
@@ -18,11 +19,13 @@
 
 namespace {
 std::atomic<bool> hasNoWatches = false;
-}
+std::atomic<int> refused = 0;
+} // namespace
 
 // Stands before the system's.
 extern "C" int inotify_add_watch(int inotify, const char* name, std::uint32_t mask) noexcept {
     if (hasNoWatches) {
+        ++refused;
         errno = ENOSPC;
         return -1;
     }
@@ -48,6 +51,11 @@ protected:
         Clock::use(nullptr);
     }
 
+    void SetUp() override {
+        if (test::isOnSharedDisk(m_temporary.path())) {
+            GTEST_SKIP() << "the temporary folder's disk does not tell of all changes";
+        }
+    }
     void watch(const Level3Watch::Pace& pace) {
         m_watch = std::make_unique<Level3Watch>(m_folder, pace);
         EXPECT_TRUE(comesTo([this] { return m_folder.isReady(); }));
@@ -104,6 +112,18 @@ TEST_F(Level3WatchTest, LooksByItselfWhereTheSystemHasNoWatches) {
     // There are some again.
     hasNoWatches = false;
     writeFile(at("feed/b/c"), product(1));
+    EXPECT_TRUE(shows(2));
+}
+
+TEST_F(Level3WatchTest, LooksByItselfAsSoonAsTheWatchesAreUsedUp) {
+    watch({.sure = kNever, .unsure = 1ms, .unfinished = kNever});
+    writeFile(at("feed/a"), product(0));
+    EXPECT_TRUE(shows(1));
+    refused = 0;
+    hasNoWatches = true;
+    QDir().mkpath(at("feed/new"));
+    EXPECT_TRUE(comesTo([] { return refused > 0; }));
+    writeFile(at("feed/new/b"), product(1));
     EXPECT_TRUE(shows(2));
 }
 
