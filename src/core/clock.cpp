@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <ratio>
 
 namespace raincast {
@@ -17,10 +18,14 @@ constexpr FileTime kTolerance = 3 * kFileTimePerSecond;
 const Clock* clockInUse = nullptr;
 const Clock* replayClock = nullptr;
 
-// Not the system's time, which may be set meanwhile.
+// Not the system's time, which may be set meanwhile, nor the steady clock, which sleeps when the
+// machine does.
 FileTime sinceStart() {
-    const auto passed = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<Units>(passed).count();
+    timespec passed{};
+    clock_gettime(CLOCK_BOOTTIME, &passed);
+    const auto whole = std::chrono::seconds(passed.tv_sec);
+    return std::chrono::duration_cast<Units>(whole + std::chrono::nanoseconds(passed.tv_nsec))
+        .count();
 }
 
 } // namespace
@@ -62,7 +67,7 @@ FileTime SystemClock::now() const {
     return time >= kEarliest || ahead == 0 ? time : sinceStart() + ahead;
 }
 
-SystemClock::Teller SystemClock::teller() const {
+Clock::Teller SystemClock::teller() const {
     if (system() >= kEarliest) {
         return Teller::system;
     }

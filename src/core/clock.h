@@ -19,9 +19,13 @@ public:
     /// How long until this clock shows a time, in the world's time; below 0 when it is past.
     [[nodiscard]] virtual FileTime until(FileTime time) const { return time - now(); }
 
-    /// False for a clock that cannot be right, such as one that began in 1970 when the device was
-    /// switched on: it counts, but what has a date lies anywhere.
-    [[nodiscard]] virtual bool isKnown() const { return true; }
+    /// Who tells the time. Nobody does where a clock cannot be right, such as one that began in
+    /// 1970 when the device was switched on.
+    enum class Teller { system, receiver, nobody };
+    [[nodiscard]] virtual Teller teller() const { return Teller::system; }
+
+    /// False while nobody tells the time: the clock counts, but what has a date lies anywhere.
+    [[nodiscard]] bool isKnown() const { return teller() != Teller::nobody; }
 
     /// The latest that it can be now by current(): so far ahead that nothing is of the future while
     /// the time is not known.
@@ -48,12 +52,8 @@ public:
     /// No computer whose clock is right shows less.
     static inline const FileTime kEarliest = fromCalendar({2026, 1, 1, 0, 0});
 
-    /// Who tells the time.
-    enum class Teller { system, receiver, nobody };
-
     [[nodiscard]] FileTime now() const override;
-    [[nodiscard]] bool isKnown() const override { return teller() != Teller::nobody; }
-    [[nodiscard]] Teller teller() const;
+    [[nodiscard]] Teller teller() const override;
 
     /// A receiver says that it is this time (UTC). Changes nothing where the system's clock may be
     /// right, or the receiver's time cannot be.

@@ -40,11 +40,11 @@ ImageAge imageAge(FileTime taken, FileTime now) {
     return {Text::tr("Image is %1 old").arg(unit->text(age / unit->length)), age > kHour};
 }
 
-QString clockLine(SystemClock::Teller teller) {
+QString clockLine(Clock::Teller teller) {
     switch (teller) {
-    case SystemClock::Teller::receiver:
+    case Clock::Teller::receiver:
         return Text::tr("This device's clock is wrong: the time is the receiver's");
-    case SystemClock::Teller::nobody:
+    case Clock::Teller::nobody:
         return Text::tr("This device's clock is wrong: ages are not known");
     default:
         return {};

@@ -18,6 +18,6 @@ struct ImageAge {
 [[nodiscard]] ImageAge imageAge(FileTime taken, FileTime now);
 
 /// What the user must know of a clock that is wrong; empty for one that may be right.
-[[nodiscard]] QString clockLine(SystemClock::Teller teller);
+[[nodiscard]] QString clockLine(Clock::Teller teller);
 
 } // namespace raincast

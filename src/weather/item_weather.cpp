@@ -129,11 +129,11 @@ bool CItemWeather::Write(CSerialWriter& writer) const {
 }
 
 void CItemWeather::draw(QPainter& painter) {
-    const bool isPart =
-        painter.hasClipping() && !painter.clipBoundingRect().contains(QRectF(area()));
+    // Of words of which a part is painted nothing may be noted as painted.
+    const bool isPart = !drawsAs() && !area().isEmpty() && painter.hasClipping() &&
+                        !painter.clipBoundingRect().contains(QRectF(area()));
     if (isPart && wordsChanged()) {
-        invalidate(); // of words that are painted elsewhere nothing may be noted as painted
-        return;
+        invalidate();
     }
     if (!drawsAs()) {
         m_sharp.use(wantedDetail(), m_state);
@@ -143,9 +143,11 @@ void CItemWeather::draw(QPainter& painter) {
     const int linesAbove = linesHeight(painter.fontMetrics());
     const PictureTexts present = texts();
     drawPictureTexts(painter, area().adjusted(0, linesAbove, 0, 0), present);
-    m_ageShown = present.age.text;
-    m_replayShown = replayLine();
-    m_tellerShown = SystemClock::ofProcess().teller();
+    if (!drawsAs()) {
+        m_ageShown = present.age.text;
+        m_replayShown = replayLine();
+        m_tellerShown = Clock::real().teller();
+    }
     CItemMapView::draw(painter);
     m_reading->draw(painter);
     const auto [done, wanted] = m_loading->progress();
@@ -229,7 +231,7 @@ PictureTexts CItemWeather::texts() const {
 
 QString CItemWeather::overPicture() const {
     QString text = m_state.status + m_state.cause;
-    for (const QString& line : {clockLine(SystemClock::ofProcess().teller()), replayLine()}) {
+    for (const QString& line : {clockLine(Clock::real().teller()), replayLine()}) {
         const bool hasBoth = !line.isEmpty() && !text.isEmpty();
         text = line + (hasBoth ? QStringLiteral("\n") : QString()) + text;
     }
@@ -482,7 +484,7 @@ void CItemWeather::Tick() {
 // Whether time alone has made words out of date that are on the screen.
 bool CItemWeather::wordsChanged() const {
     return age().text != m_ageShown || m_reading->wordsChanged() || replayLine() != m_replayShown ||
-           SystemClock::ofProcess().teller() != m_tellerShown;
+           Clock::real().teller() != m_tellerShown;
 }
 
 bool CItemWeather::readsPosition() const {

@@ -161,7 +161,7 @@ private:
     bool m_viewStored = false; ///< the view was chosen or read: a first load leaves it alone
     QString m_ageShown;        ///< what the picture said of its age when it was painted last
     QString m_replayShown{};   ///< the same of a replay
-    SystemClock::Teller m_tellerShown = SystemClock::Teller::system; ///< the same of the clock
+    Clock::Teller m_tellerShown = Clock::Teller::system; ///< the same of the clock
 };
 
 } // namespace raincast

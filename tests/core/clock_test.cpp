@@ -46,17 +46,17 @@ TEST_F(MachineClockTest, OneThatMayBeRightIsBelieved) {
     clock.shown = fromCalendar({2028, 1, 1, 0, 0});
     clock.hear(heard);
     EXPECT_EQ(clock.now(), clock.shown);
-    EXPECT_EQ(clock.teller(), SystemClock::Teller::system);
+    EXPECT_EQ(clock.teller(), Clock::Teller::system);
     EXPECT_TRUE(clock.isKnown());
 }
 
 TEST_F(MachineClockTest, OneThatBeganIn1970GoesByTheReceiver) {
     EXPECT_EQ(clock.now(), kUnixEpoch);
-    EXPECT_EQ(clock.teller(), SystemClock::Teller::nobody);
+    EXPECT_EQ(clock.teller(), Clock::Teller::nobody);
     EXPECT_FALSE(clock.isKnown());
     clock.hear(heard);
     expectNow(heard);
-    EXPECT_EQ(clock.teller(), SystemClock::Teller::receiver);
+    EXPECT_EQ(clock.teller(), Clock::Teller::receiver);
     EXPECT_TRUE(clock.isKnown());
     // Wherever it stands, as long as it is wrong.
     clock.shown += 1'000 * kFileTimePerMinute;
@@ -64,7 +64,7 @@ TEST_F(MachineClockTest, OneThatBeganIn1970GoesByTheReceiver) {
     // When the network has set it, it is right.
     clock.shown = fromCalendar({2028, 1, 1, 0, 0});
     EXPECT_EQ(clock.now(), clock.shown);
-    EXPECT_EQ(clock.teller(), SystemClock::Teller::system);
+    EXPECT_EQ(clock.teller(), Clock::Teller::system);
 }
 
 TEST_F(MachineClockTest, AReceiverThatIsWrongItselfIsNotHeard) {

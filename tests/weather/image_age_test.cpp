@@ -46,7 +46,7 @@ TEST(ImageAgeTest, OverAnHourIsVeryOld) {
 }
 
 TEST(ClockLineTest, SaysWhoseTheTimeIsWhereTheClockIsWrong) {
-    using Teller = SystemClock::Teller;
+    using Teller = Clock::Teller;
     EXPECT_EQ(clockLine(Teller::system), "");
     EXPECT_EQ(
         clockLine(Teller::receiver), "This device's clock is wrong: the time is the receiver's"

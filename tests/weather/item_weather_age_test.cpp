@@ -86,6 +86,26 @@ TEST_F(ItemWeatherAgeTest, APartThatIsPaintedMeanwhileDoesNotHideThatItGrew) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return says(1, "Image is 22 minutes old", kAmber); }));
 }
 
+/// Shows a time that cannot be right.
+class WrongClock : public ManualClock {
+public:
+    using ManualClock::ManualClock;
+    [[nodiscard]] Teller teller() const override { return Teller::nobody; }
+};
+
+TEST_F(ItemWeatherAgeTest, ALineSaysThatTheClockIsWrong) {
+    look();
+    showSite();
+    const QImage before = m_screen;
+    const WrongClock wrong(m_clock.now());
+    Clock::use(&wrong);
+    EXPECT_EQ(paintingsIn(1), 1);
+    EXPECT_NE(m_screen, before);
+    Clock::use(&m_clock); // the network has set it
+    EXPECT_EQ(paintingsIn(1), 1);
+    EXPECT_EQ(m_screen, before);
+}
+
 TEST_F(ItemWeatherAgeTest, AHiddenPageIsNotPaintedAndTellsItsAgeWhenItIsShown) {
     look();
     showSite();
