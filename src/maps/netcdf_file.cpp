@@ -32,7 +32,15 @@ std::size_t mostValuesIn(const QString& path) {
     return isGood ? static_cast<std::size_t>(most * kMostValuesOfAByte) : 0;
 }
 
+// The library below reports everything that it does not find on standard error unless each thread
+// forbids it: a server whose error output is a full pipe would come to a halt.
+void keepQuiet() {
+    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+}
+
+/// What each reading begins with.
 int variableId(int file, const std::string& name) {
+    keepQuiet();
     int id = -1;
     return nc_inq_varid(file, name.c_str(), &id) == NC_NOERR ? id : -1;
 }
@@ -45,9 +53,7 @@ bool hasPart(std::size_t length, std::size_t first, std::size_t count) {
 } // namespace
 
 NetcdfFile::NetcdfFile(const QString& path) {
-    // The library below reports everything that it does not find on standard error unless each
-    // thread forbids it: a server whose error output is a full pipe would come to a halt.
-    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+    keepQuiet();
     m_mostValues = mostValuesIn(path);
     if (m_mostValues == 0 ||
         nc_open(QFile::encodeName(path).constData(), NC_NOWRITE, &m_id) != NC_NOERR) {
