@@ -50,9 +50,10 @@ double rounded(double pixels) {
 
 void drawRings(QPainter& painter, const QRect& area, QPoint place, const RingPixels::Rings& rings) {
     const double reach = rings.count * std::max(rings.width, rings.height);
-    QImage* const target = plainTarget(painter, area);
+    const QRect part = area & painter.clipBoundingRect().toAlignedRect();
+    QImage* const target = plainTarget(painter, part);
     if (target != nullptr && reach <= RingPixels::kMostReach) {
-        RingPixels::kept(rings).draw(*target, area, place);
+        RingPixels::kept(rings).draw(*target, part, place);
         return;
     }
     for (int ring = 1; ring <= rings.count; ++ring) {
