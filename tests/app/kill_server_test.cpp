@@ -154,7 +154,7 @@ TEST_F(KillTestPublishing, ATreeIsGoodAtAnyMoment) {
         partly += after.size() < m_whole.size() ? 1 : 0;
         checkListings(after);
     }
-    std::cout << partly << " times a part of the tree was there\n";
+    killing.expectSome(partly, "a part of the tree was there");
     publishAll();
     EXPECT_EQ(pictures().size(), m_whole.size());
 }
@@ -270,7 +270,7 @@ TEST_F(KillTestLive, WhatWasFetchedStaysAndIsNotFetchedAgain) {
             EXPECT_TRUE(key == m_newest || !before.contains(key)) << key.toStdString();
         }
     }
-    std::cout << partly << " times a part of the volumes was there\n";
+    killing.expectSome(partly, "a part of the volumes was there");
 }
 
 } // namespace

@@ -217,7 +217,7 @@ TEST_F(KillTestMoving, EachCachedFileIsWholeAtOneOfItsPlaces) {
         checkPages();
         checkSettings();
     }
-    std::cout << split << " of them in the middle of a move\n";
+    killing.expectSome(split, "in the middle of a move");
 }
 
 } // namespace

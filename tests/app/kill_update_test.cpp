@@ -130,7 +130,7 @@ TEST_F(KillTestUpdating, WhatHadComeStaysAndNothingIsCut) {
         partly += 0 < have && have < kFrames ? 1 : 0;
         checkOtherFiles();
     }
-    std::cout << partly << " times a part of the frames had come\n";
+    killing.expectSome(partly, "a part of the frames had come");
 
     // And the next update brings all.
     QProcess process;

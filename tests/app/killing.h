@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <iostream>
 #include <random>
 
@@ -33,7 +34,10 @@ public:
         std::cout << "RAINCAST_SEED=" << seed << '\n';
         m_random.seed(seed);
     }
-    ~Killing() { std::cout << m_done << " kills, " << m_missed << " too late\n"; }
+    ~Killing() {
+        std::cout << m_done << " kills, " << m_missed << " too late\n";
+        EXPECT_TRUE(m_done == m_kills || testing::Test::HasFailure()) << "it ended too soon";
+    }
     Killing(const Killing&) = delete;
     Killing& operator=(const Killing&) = delete;
 
@@ -55,16 +59,25 @@ public:
         );
     }
 
-    /// Kills a program that has been started; false when it had ended before.
+    /// Kills a program that has been started; false when it had ended before, and well.
     bool kill(QProcess& process) {
         process.kill();
         EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished(kDeadline));
         const bool isKilled = process.exitStatus() == QProcess::CrashExit;
+        EXPECT_EQ(process.exitCode(), isKilled ? SIGKILL : 0) << "it has ended by itself";
         ++(isKilled ? m_done : m_missed);
         return isKilled;
     }
 
+    /// Of many kills, some fell into the middle of the work.
+    void expectSome(int count, const char* what) const {
+        std::cout << count << " times " << what << '\n';
+        EXPECT_TRUE(count > 0 || m_done < kMany) << what;
+    }
+
 private:
+    static constexpr int kMany = 100;
+
     int m_kills;
     int m_done = 0;
     int m_missed = 0;

@@ -4,6 +4,7 @@
 #include "support/loopback.h"
 #include "support/raw_client.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -239,8 +240,10 @@ protected:
     }
     /// Of it alone, nobody else being connected. Each thread that makes pictures has one.
     [[nodiscard]] double descriptors() const {
-        while (number("raincast_http_connections") > 1) {
+        const QDeadlineTimer deadline(kDeadline);
+        while (number("raincast_http_connections") > 1 && !deadline.hasExpired()) {
         }
+        EXPECT_FALSE(deadline.hasExpired()) << "connections stay";
         const QDir threads(QStringLiteral("/proc/%1/task").arg(m_process.processId()));
         const auto count = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
         return number("process_open_fds") - static_cast<double>(count);
