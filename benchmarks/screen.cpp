@@ -107,18 +107,25 @@ bool Screen::showsEchoes() const {
            kEchoPixels;
 }
 
-void Screen::waitUntil(const Seen& seen, const QString& program) const {
+void Screen::waitFor(const Seen& seen, const QString& otherwise) const {
     const QDeadlineTimer deadline(kDeadline);
     while (!seen()) {
         if (deadline.hasExpired()) {
-            fail(qPrintable(program + QStringLiteral(" does not show what it should.")));
+            fail(qPrintable(otherwise));
         }
         QThread::usleep(kLookMicroseconds);
     }
 }
 
+void Screen::waitUntil(const Seen& seen, const QString& program) const {
+    waitFor(seen, program + QStringLiteral(" does not show what it should."));
+}
+
 void Screen::waitUntilEmpty(const QString& program) const {
-    waitUntil([this] { return count([](QRgb pixel) { return pixel != 0; }) == 0; }, program);
+    waitFor(
+        [this] { return count([](QRgb pixel) { return pixel != 0; }) == 0; },
+        program + QStringLiteral(" has ended, and something stays on the screen.")
+    );
 }
 
 double Screen::millisecondsUntil(

@@ -32,8 +32,8 @@ public:
     /// Whether echoes of the radar pictures of CachedHome are there.
     [[nodiscard]] bool showsEchoes() const;
 
-    /// Waits for that, or for the empty screen, and ends this program where it takes more than a
-    /// minute: the name is that of the program that is waited for.
+    /// Waits until a program shows that, or until the screen is empty after it, and ends this
+    /// program where it takes more than a minute.
     void waitUntil(const Seen& seen, const QString& program) const;
     void waitUntilEmpty(const QString& program) const;
 
@@ -45,6 +45,7 @@ public:
     ) const;
 
 private:
+    void waitFor(const Seen& seen, const QString& otherwise) const;
     [[nodiscard]] int count(const std::function<bool(QRgb)>& wanted) const;
 
     QTemporaryDir m_folder;
