@@ -56,7 +56,7 @@ PageBackup::Verdict PageBackup::judge(const PageBytes& pages) const {
 }
 
 void PageBackup::holds(const PageBytes& loaded) {
-    m_held = Held{fingerprintOf(loaded.bytes), loaded.wholePages};
+    m_held = loaded;
 }
 
 bool PageBackup::isBetter(const PageBytes& pages, const PageBytes& old) const {
@@ -70,8 +70,8 @@ bool PageBackup::isBetter(const PageBytes& pages, const PageBytes& old) const {
 }
 
 void PageBackup::pagesLeft(std::size_t count) {
-    if (m_held && count < m_held->pages) {
-        m_decidedAgainst = m_held->fingerprint;
+    if (m_held && count < m_held->wholePages) {
+        m_decidedAgainst = fingerprintOf(m_held->bytes);
     }
 }
 

@@ -59,15 +59,10 @@ public:
 private:
     [[nodiscard]] bool isBetter(const PageBytes& pages, const PageBytes& old) const;
 
-    struct Held {
-        QString fingerprint;
-        std::size_t pages = 0;
-    };
-
     QString m_path;
     ExaminePages m_examine;
     PageBytes m_offered;
-    std::optional<Held> m_held; ///< what was loaded, if the file holds it
+    std::optional<PageBytes> m_held; ///< what was loaded, if the file holds it
     QString m_decidedAgainst;
 };
 
