@@ -278,11 +278,10 @@ void measure(const Marks& marks) {
     LayerStack stack;
     stack.setLayers({kImage, ground(1), std::make_shared<QImage>(frame(0, 1)), overlay(1)});
     Page page(marks.size);
-    // Each knows the marks that there were when it was made.
-    MapOverlays without;
+    MapOverlays without; // never laid out: it knows none
+    MapOverlays with;
     CMarkManager manager;
     addMarks(manager, marks.count, marks.latitude);
-    MapOverlays with;
     with.layoutAll(placement());
     int moves = 0;
     const auto repaint = [&](MapOverlays& overlays) {

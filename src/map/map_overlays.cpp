@@ -30,12 +30,6 @@ constexpr int kNameCell = 3;
 
 } // namespace
 
-MapOverlays::MapOverlays() {
-    for (COverlayObject* object : COverlayObject::all()) {
-        entryOf(*object);
-    }
-}
-
 MapOverlays::Entry& MapOverlays::entryOf(COverlayObject& object) {
     const auto place = m_places.constFind(&object);
     if (place != m_places.cend()) {
@@ -46,24 +40,28 @@ MapOverlays::Entry& MapOverlays::entryOf(COverlayObject& object) {
 }
 
 void MapOverlays::layout(COverlayObject& object, const GeoReference& geoReference) {
-    place(entryOf(object), geoReference);
+    if (!geoReference.valid()) {
+        forget(object);
+        return;
+    }
+    Entry& entry = entryOf(object);
+    object.Layout(m_layout, geoReference);
+    entry.layer = object.layer();
+    entry.points.resize(static_cast<qsizetype>(m_layout.size()));
+    std::copy(m_layout.begin(), m_layout.end(), entry.points.begin());
+    changed(entry);
 }
 
 void MapOverlays::layoutAll(const GeoReference& geoReference) {
-    dropForgotten();
-    for (Entry& entry : m_entries) {
-        place(entry, geoReference);
+    m_entries.clear();
+    m_places.clear();
+    m_seen.reset();
+    const auto& objects = COverlayObject::all();
+    m_entries.reserve(objects.size());
+    m_places.reserve(static_cast<qsizetype>(objects.size()));
+    for (COverlayObject* const object : objects) {
+        layout(*object, geoReference);
     }
-}
-
-void MapOverlays::place(Entry& entry, const GeoReference& geoReference) {
-    m_layout.clear();
-    if (geoReference.valid()) {
-        entry.object->Layout(m_layout, geoReference);
-    }
-    entry.layer = entry.object->layer();
-    entry.points = {m_layout.begin(), m_layout.end()};
-    changed(entry);
 }
 
 void MapOverlays::changed(const Entry& entry) {

@@ -29,12 +29,10 @@ struct PageRectangle;
 /// them draws that.
 class MapOverlays {
 public:
-    /// Knows every overlay that exists; none is laid out yet.
-    MapOverlays();
-
-    /// Lays out an overlay that is new or has changed. On an image that is not placed it has no
-    /// points and is not drawn.
+    /// Lays out an overlay that is new or has changed. On an image that is not placed it is
+    /// forgotten.
     void layout(COverlayObject& object, const GeoReference& geoReference);
+    /// Forgets what it knows, and lays out every overlay that exists.
     void layoutAll(const GeoReference& geoReference);
     void forget(COverlayObject& object);
 
@@ -77,7 +75,6 @@ private:
     };
 
     Entry& entryOf(COverlayObject& object);
-    void place(Entry& entry, const GeoReference& geoReference);
     void dropForgotten();
     void changed(const Entry& entry);
     void findInView(const Box& seen);

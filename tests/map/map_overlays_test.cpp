@@ -93,14 +93,16 @@ private:
     QImage m_picture{100, 80, QImage::Format_RGB32};
 };
 
-TEST_F(MapOverlaysTest, TheOverlaysThatExistAreKnownFromTheStart) {
-    Dot dot({10, 20});
+TEST_F(MapOverlaysTest, OnceAnImageIsPlacedTheOverlaysThatExistAreLaidOut) {
+    Dot before({10, 20});
     MapOverlays overlays;
-    EXPECT_EQ(dot.layouts, 0);
+    Dot later({30, 20});
+    EXPECT_EQ(before.layouts, 0);
     overlays.layoutAll(placed);
     draw(overlays);
-    EXPECT_EQ(dot.layouts, 1);
-    EXPECT_THAT(dot.drawn, ElementsAre(PagePoint{10, 20}));
+    EXPECT_EQ(before.layouts, 1);
+    EXPECT_THAT(before.drawn, ElementsAre(PagePoint{10, 20}));
+    EXPECT_THAT(later.drawn, ElementsAre(PagePoint{30, 20}));
 }
 
 TEST_F(MapOverlaysTest, PlacesOnThePageFollowTheView) {
@@ -124,6 +126,32 @@ TEST_F(MapOverlaysTest, WithoutAPlacedImageNothingIsLaidOut) {
     draw(overlays);
     EXPECT_EQ(dot.draws, 0);
     EXPECT_EQ(dot.layouts, 1);
+}
+
+TEST_F(MapOverlaysTest, WhatChangesOnAnImageThatIsNoMorePlacedIsNotDrawn) {
+    MapOverlays overlays;
+    Dot dot({10, 20});
+    overlays.layout(dot, placed);
+    placed.invalidate();
+    overlays.layout(dot, placed);
+    draw(overlays);
+    EXPECT_EQ(dot.draws, 0);
+    EXPECT_EQ(dot.layouts, 1);
+}
+
+TEST_F(MapOverlaysTest, WhatIsLaidOutAnewIsPaintedAnew) {
+    MapOverlays overlays;
+    std::deque<Dot> dots;
+    makeCrowd(dots);
+    overlays.layoutAll(placed);
+    draw(overlays);
+    EXPECT_EQ(dots[0].draws, 1);
+    dots[0].moveTo({50, 75});
+    overlays.layoutAll(placed);
+    draw(overlays);
+    EXPECT_EQ(dots[0].draws, 2);
+    EXPECT_THAT(dots[0].drawn, ElementsAre(PagePoint{50, 75}));
+    empty(dots);
 }
 
 TEST_F(MapOverlaysTest, WhatIsForgottenIsNotDrawn) {
