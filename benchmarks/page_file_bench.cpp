@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 // How much longer loading a page file of 1,000 pages with 10 items each takes than fread of the
-// same bytes in one call, and saving it than replacing a file by them. A load reads them twice: to
-// find out what they hold, and then into the application. "slim" items hold their 40-byte block
-// only, "full" ones what a weather item keeps: its settings and the paths and times of six frames.
-// Beside it fread of one field after the other, each into a string of its own, trusting every
-// length: what loading costs without a bound, an object or a registry.
+// same bytes in one call, and saving it than replacing a file by them. "slim" items hold their
+// 40-byte block only, "full" ones what a weather item keeps: its settings and the paths and times
+// of six frames. Beside it fread of one field after the other, each into a string of its own,
+// trusting every length: what loading costs without a bound, an object or a registry.
 #include "../tests/persist/sample_objects.h"
 #include "core/whole_file.h"
 #include "persist/page_file.h"
@@ -121,7 +120,7 @@ void fieldsRead(const Fixture& file, bool full, std::vector<QByteArray>& fields)
 
 void load(const Fixture& file, SampleApplication& application) {
     PageFile pages(file.path, examinePages<SampleApplication>);
-    require(pages.look() == PageFile::State::whole && pages.load(application));
+    require(pages.look(application) == PageFile::State::whole);
 }
 
 /// Taking the pages down again is not loading.

@@ -59,15 +59,21 @@ Keeper::Keeper(CRaincastApp& application, CGlobals::Persistant& settings, const 
 }
 
 void Keeper::loadPages(QWidget* window) {
-    if (m_file.look() == PageFile::State::unreadable) {
+    std::optional<CRaincastApp> found(std::in_place);
+    if (m_file.look(*found) == PageFile::State::unreadable) {
         sayUnreadable(window);
     } else if (m_file.offer()) {
+        found.reset(); // its items would wake up, and update themselves, while the box is open
         askForBackup(window);
     }
     if (Modal::endRequested()) {
         return; // in the box: nothing was loaded, and nothing may replace the file
     }
-    m_file.load(m_application);
+    if (found) {
+        m_application.takeFrom(*found);
+    } else {
+        m_file.load(m_application);
+    }
     m_loaded = true;
 }
 

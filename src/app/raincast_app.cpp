@@ -111,6 +111,11 @@ QString CRaincastApp::caption() const {
     return page != nullptr ? page->caption() : QString();
 }
 
+void CRaincastApp::takeFrom(CRaincastApp& other) {
+    m_marks.takeFrom(other.m_marks); // first: map views that are shown have the marks
+    CAppPaged::takeFrom(other);
+}
+
 bool CRaincastApp::Read(CSerialReader& reader) {
     m_marks.clear(); // as the pages: a file that is loaded again must not double anything
     reader.readInto(&m_marks);

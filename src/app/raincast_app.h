@@ -53,6 +53,9 @@ public:
     /// What the current page shows, for the window's title; may be empty.
     [[nodiscard]] QString caption() const;
 
+    /// Replaces the pages and the user's marks by those of another one, which shows none.
+    void takeFrom(CRaincastApp& other);
+
     /// Replaces the pages and the user's marks by those of the file.
     [[nodiscard]] bool Read(CSerialReader& reader) override;
     /// The pages, and behind them the marks if there are any.

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 namespace raincast {
 
@@ -104,8 +105,7 @@ CMarkManager::Kept CMarkManager::keep(const COverlayMark& mark) const {
 
 void CMarkManager::putBack(const Kept& kept) {
     const auto place = static_cast<std::ptrdiff_t>(std::min(kept.place, m_marks.size()));
-    COverlayMark& mark = *m_marks.emplace(std::next(m_marks.begin(), place));
-    static_cast<MarkData&>(mark) = kept.data;
+    COverlayMark& mark = *m_marks.emplace(std::next(m_marks.begin(), place), kept.data);
     mark.announceChanged();
     if (kept.isTarget && !hasTarget()) {
         takeTarget(mark, kept.start);
@@ -118,6 +118,12 @@ void CMarkManager::clear() {
     while (!m_marks.empty()) {
         m_marks.pop_back(); // the last first: the list of overlays is searched from its end
     }
+}
+
+void CMarkManager::takeFrom(CMarkManager& other) {
+    clear();
+    other.dropTarget();
+    m_marks.splice(m_marks.end(), other.m_marks);
 }
 
 void CMarkManager::setTarget(const COverlayMark& mark) {
@@ -238,10 +244,9 @@ bool CMarkManager::Read(CSerialReader& reader) {
         return false;
     }
     bool whole = count >= 0;
-    COverlayMark mark;
     for (; count > 0 && !reader.atEnd(); --count) {
-        if (mark.Read(reader)) {
-            m_marks.emplace_back(mark).announceChanged();
+        if (auto mark = COverlayMark::dataFrom(reader)) {
+            m_marks.emplace_back(std::move(*mark)).announceChanged();
         } else {
             whole = false;
         }

@@ -82,6 +82,9 @@ public:
     /// after it was chosen.
     [[nodiscard]] const NavigationData* navigation() const;
 
+    /// Replaces the marks by those of another one, whose target goes. Each keeps its address.
+    void takeFrom(CMarkManager& other);
+
     /// Appends the marks that are in the file. False when one or more could not be read; all others
     /// are there nevertheless.
     [[nodiscard]] bool Read(CSerialReader& reader) override;

@@ -33,9 +33,6 @@ COverlayMark::COverlayMark(const GeoPosition& position, const QString& text) {
     setName(text);
 }
 
-COverlayMark::COverlayMark(const COverlayMark& other)
-    : MarkData(other), COverlayObject(), CSerializable(other) {}
-
 void COverlayMark::setName(const QString& text) {
     name = text.left(kMostNameUnits);
 }
@@ -72,20 +69,22 @@ COverlayMark::label(const ViewTransform& view, const std::vector<PagePoint>& out
     return MapLabel{QPoint(outline[0].x, outline[0].y) + kNamePlace, name};
 }
 
-bool COverlayMark::Read(CSerialReader& reader) {
+std::optional<MarkData> COverlayMark::dataFrom(CSerialReader& reader) {
     CRecordReader record(reader);
-    QString text;
-    GeoPosition place;
-    record.string(text);
-    const bool whole = record.value(place.latitude) == sizeof(double) &&
-                       record.value(place.longitude) == sizeof(double);
+    MarkData data;
+    record.string(data.name);
+    const bool whole = record.value(data.latitude) == sizeof(double) &&
+                       record.value(data.longitude) == sizeof(double);
     record.end();
-    if (whole) {
-        latitude = place.latitude;
-        longitude = place.longitude;
-        name = text;
+    return whole ? std::optional(std::move(data)) : std::nullopt;
+}
+
+bool COverlayMark::Read(CSerialReader& reader) {
+    auto data = dataFrom(reader);
+    if (data) {
+        static_cast<MarkData&>(*this) = std::move(*data);
     }
-    return whole;
+    return data.has_value();
 }
 
 bool COverlayMark::Write(CSerialWriter& writer) const {

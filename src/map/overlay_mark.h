@@ -7,6 +7,9 @@
 
 #include <QPoint>
 
+#include <optional>
+#include <utility>
+
 namespace raincast {
 
 /// A mark on the map: a pin, with its name beside it unless the view is zoomed out. One that a file
@@ -20,9 +23,7 @@ public:
 
     COverlayMark() = default;
     COverlayMark(const GeoPosition& position, const QString& name);
-    /// Copies position and name; the copy is an overlay of its own that was not announced.
-    COverlayMark(const COverlayMark& other);
-    COverlayMark& operator=(const COverlayMark&) = delete;
+    explicit COverlayMark(MarkData data) : MarkData(std::move(data)) {}
 
     /// Takes a typed name, cut after 1000 UTF-16 units.
     void setName(const QString& text);
@@ -40,6 +41,8 @@ public:
     /// One record: name, latitude, longitude. Whatever these are, Write gives back the same bytes.
     /// False for a mark that lacks one of them; it is left as it was then.
     [[nodiscard]] bool Read(CSerialReader& reader) override;
+    /// The same, empty for a mark that lacks one of them.
+    [[nodiscard]] static std::optional<MarkData> dataFrom(CSerialReader& reader);
     [[nodiscard]] bool Write(CSerialWriter& writer) const override;
     [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeOverlayMark; }
 };

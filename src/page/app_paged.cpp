@@ -271,6 +271,14 @@ void CAppPaged::remove(Position position) {
     showState();
 }
 
+void CAppPaged::takeFrom(CAppPaged& other) {
+    clear();
+    for (auto& page : std::exchange(other.m_pages, {})) {
+        append(std::move(page));
+    }
+    select(0); // an empty list has no page to select
+}
+
 bool CAppPaged::Read(CSerialReader& reader) {
     clear();
     const bool read =
@@ -278,7 +286,7 @@ bool CAppPaged::Read(CSerialReader& reader) {
             append(std::move(page));
         });
     reader.readRest(); // a page may wait for a server while it is shown first: all is there by then
-    select(0);         // an empty list has no page to select
+    select(0);
     return read;
 }
 

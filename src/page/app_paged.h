@@ -95,6 +95,10 @@ public:
     /// then.
     void remove(Position position);
 
+    /// Destroys the pages that there are, takes those of another one, which shows none, and shows
+    /// the first of them, enabled or not.
+    void takeFrom(CAppPaged& other);
+
     /// Destroys the pages that there are, reads the list and what stands behind it (of which it
     /// knows nothing: see CSerialReader::readInto), and shows its first page, enabled or not.
     [[nodiscard]] bool Read(CSerialReader& reader) override;

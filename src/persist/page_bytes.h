@@ -28,6 +28,15 @@ struct PageBytes {
     }
 };
 
+/// Reads bytes into an application, and finds out meanwhile what they hold.
+[[nodiscard]] inline PageBytes readPages(QByteArray bytes, CSerializable& application) {
+    PageBytes pages{std::move(bytes)};
+    CSerialReader reader(pages.span());
+    pages.whole = application.Read(reader) && reader.whole();
+    pages.wholePages = reader.wholeObjects();
+    return pages;
+}
+
 /// Finds out what bytes hold, without anybody seeing it.
 using ExaminePages = std::function<PageBytes(QByteArray)>;
 
@@ -35,12 +44,8 @@ using ExaminePages = std::function<PageBytes(QByteArray)>;
 /// the program has.
 template<typename Application>
 [[nodiscard]] PageBytes examinePages(QByteArray bytes) {
-    PageBytes pages{std::move(bytes)};
     Application application;
-    CSerialReader reader(pages.span());
-    pages.whole = application.Read(reader) && reader.whole();
-    pages.wholePages = reader.wholeObjects();
-    return pages;
+    return readPages(std::move(bytes), application);
 }
 
 } // namespace raincast

@@ -49,7 +49,7 @@ PageFile::PageFile(QString path, const ExaminePages& examine)
     : m_path(std::move(path)), m_examine(examine),
       m_backup(m_path + QStringLiteral(".bak"), examine) {}
 
-PageFile::State PageFile::look() {
+PageFile::State PageFile::look(CSerializable& application) {
     auto bytes = readWhole(m_path, PageBytes::kMostBytes);
     if (!bytes) {
         const bool absent = bytes.error().kind == Kind::absent;
@@ -61,7 +61,7 @@ PageFile::State PageFile::look() {
         }
         return m_state;
     }
-    m_found = m_examine(std::move(*bytes));
+    m_found = readPages(std::move(*bytes), application);
     m_state = m_found.whole ? State::whole : State::partly;
     if (m_state == State::partly) {
         m_offer = m_backup.offerFor(m_found);

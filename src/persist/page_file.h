@@ -37,8 +37,10 @@ public:
 
     PageFile(QString path, const ExaminePages& examine);
 
-    /// Reads the file, and says what there is to load and to ask. To be called first, once.
-    State look();
+    /// Reads the file into an application that nobody sees, and says what there is to ask. To be
+    /// called first, once. It holds what could be read; where nothing is asked that is what there
+    /// is to load.
+    State look(CSerializable& application);
     [[nodiscard]] State state() const { return m_state; }
     /// Why it is unreadable: "Permission denied".
     [[nodiscard]] const QString& reason() const { return m_reason; }
@@ -48,9 +50,10 @@ public:
     /// The answer. With yes, the .bak file is what load() loads.
     void answerOffer(bool use);
 
-    /// Loads what was found into an object that has no type identifier of its own in the file: the
-    /// application and its page list. The result of its Read, false when there is nothing to read.
-    /// On false, too, the object may hold what could be read.
+    /// Reads what was found, or what the answer has put in its place, into an object that has no
+    /// type identifier of its own in the file: the application and its page list. The result of
+    /// its Read, false when there is nothing to read. On false, too, the object may hold what could
+    /// be read.
     bool load(CSerializable& application);
 
     /// Whether the file is left as it is in this run: it could not be read, or the question was not

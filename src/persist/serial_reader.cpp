@@ -13,7 +13,7 @@ bool CSerialReader::readBytes(std::span<std::uint8_t> out) {
     if (out.size() > remaining()) {
         return fail();
     }
-    std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_position), out.size(), out.begin());
+    std::copy_n(m_bytes.data() + m_position, out.size(), out.data());
     m_position += out.size();
     return true;
 }
@@ -54,19 +54,19 @@ bool CSerialReader::readCount(CountKind kind, std::uint32_t& count) {
 }
 
 bool CSerialReader::readObject(std::unique_ptr<CSerializable>& object) {
-    std::uint8_t header[8];
-    if (!readBytes(header)) {
+    std::uint32_t typeId = 0;
+    std::uint32_t length = 0;
+    if (!readValue(typeId) || !readValue(length)) {
         object.reset();
         return false;
     }
-    const auto length = loadLittleEndian<std::uint32_t>(header + 4);
     const bool skippedBefore = std::exchange(m_skipped, false);
     const bool damagedBefore = std::exchange(m_damaged, length > remaining());
 
     const std::size_t enclosingEnd = m_end;
     m_end = m_position + std::min<std::size_t>(length, remaining());
     ++m_depth;
-    object = readBody(loadLittleEndian<std::uint32_t>(header));
+    object = readBody(typeId);
     --m_depth;
     m_skipped = m_skipped || !atEnd();
     m_position = m_end;

@@ -41,11 +41,11 @@ public:
     /// Reads one little-endian value, or leaves the member as it is and returns false.
     template<RawValue T>
     [[nodiscard]] bool readValue(T& member) {
-        std::uint8_t bytes[sizeof(T)];
-        if (!readBytes(bytes)) {
-            return false;
+        if (sizeof(T) > remaining()) {
+            return fail();
         }
-        member = loadLittleEndian<T>(bytes);
+        member = loadLittleEndian<T>(m_bytes.data() + m_position);
+        m_position += sizeof(T);
         return true;
     }
 

@@ -9,6 +9,7 @@
 #include "support/dialog_script.h"
 #include "support/files.h"
 #include "support/full_disk.h"
+#include "support/serial_bytes.h"
 #include "weather/dialog_controls.h"
 
 #include <QLabel>
@@ -324,6 +325,48 @@ TEST_F(DamagedPagesTest, MarksThatWereCutOffAreInTheBackup) {
         0
     );
     EXPECT_EQ(pages(), withMarks);
+}
+
+TEST_F(DamagedPagesTest, NothingOfTheFileIsThereWhileTheUserIsAsked) {
+    CRaincastApp marked;
+    marked.append(std::make_unique<CPageDisplay>());
+    marked.marks().add({54.5, 11.25}, QStringLiteral("Harbour"));
+    putPages(test::written(marked) + '\0');
+    marked.marks().clear();
+    script.expect(kBox, [](QDialog& box) {
+        for (const COverlayObject* const object : COverlayObject::all()) {
+            EXPECT_EQ(dynamic_cast<const COverlayMark*>(object), nullptr);
+        }
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(
+        run([](Viewer& viewer) {
+            EXPECT_EQ(viewer.application().marks().marks().size(), 1U);
+            viewer.requestEnd();
+        }),
+        0
+    );
+}
+
+/// A page that counts how often one is made.
+class CountedPage : public CPageDisplay {
+public:
+    static constexpr std::uint32_t kTypeId = 9012;
+    static inline int made = 0;
+
+    CountedPage() { ++made; }
+    [[nodiscard]] std::uint32_t GetTypeId() const override { return kTypeId; }
+};
+
+const SerializableType<CountedPage> countedType{CountedPage::kTypeId};
+
+TEST_F(KeeperTest, AWholeFileIsReadOnce) {
+    CAppPaged counted;
+    counted.append(std::make_unique<CountedPage>());
+    putPages(test::written(counted));
+    CountedPage::made = 0;
+    EXPECT_EQ(runAndEnd(), 0);
+    EXPECT_EQ(CountedPage::made, 1);
 }
 
 TEST_F(DamagedPagesTest, LookingAtAFileLeavesTheMarksAlone) {

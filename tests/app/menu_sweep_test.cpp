@@ -159,8 +159,7 @@ protected:
         if (kind().hasSite) {
             writeFile(home.pageFile(), weatherPage());
             PageFile file(home.pageFile(), examinePages<Pages>);
-            file.look();
-            ASSERT_TRUE(file.load(pages));
+            ASSERT_EQ(file.look(pages), PageFile::State::whole);
             QFile::remove(home.pageFile());
         }
         kind().write(pages);

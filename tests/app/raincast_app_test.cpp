@@ -11,6 +11,7 @@
 #include "support/serial_bytes.h"
 #include "support/temporary_home.h"
 #include "weather/item_weather.h"
+#include "weather/page_default_weather.h"
 #include "weather/servers_setting.h"
 #include "window/command_set.h"
 #include "window/commands.h"
@@ -345,6 +346,29 @@ TEST_F(MarksInThePageFileTest, TheyAreThereBeforeThePageIsShown) {
     Looking::seen = 0;
     EXPECT_TRUE(load(file));
     EXPECT_EQ(Looking::seen, 3U) << "a page may wait for a server when it is first shown";
+}
+
+TEST_F(MarksInThePageFileTest, WhatAnotherOneHasReadIsTakenWithItsMarks) {
+    application.append(std::make_unique<Looking>()).setName("One");
+    application.append(std::make_unique<CPageDefaultWeather>());
+    addThree();
+    const QByteArray file = test::written(application);
+    marks().clear();
+    marks().add({1, 2}, QStringLiteral("Old"));
+    CRaincastApp other;
+    CSerialReader reader(test::bytesOf(file));
+    ASSERT_TRUE(other.Read(reader));
+    Looking::at = &marks();
+    Looking::seen = 0;
+    application.takeFrom(other);
+    EXPECT_EQ(names(), "Harbour Wreck Far");
+    EXPECT_EQ(Looking::seen, 3U) << "they are there before a page is shown";
+    EXPECT_EQ(application.current(), application.pages().front().get());
+    EXPECT_EQ(test::written(application), file);
+    EXPECT_EQ(test::written(other), number(0));
+    application.select(1);
+    const auto& page = dynamic_cast<const CPageDisplay&>(*application.current());
+    EXPECT_EQ(dynamic_cast<const CItemMapView&>(*page.items()[0]).marks(), &marks());
 }
 
 } // namespace

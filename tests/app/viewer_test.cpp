@@ -158,8 +158,7 @@ protected:
     static QStringList namesInFile(const QString& path) {
         Pages pages;
         PageFile file(path, examinePages<Pages>);
-        file.look();
-        file.load(pages);
+        file.look(pages);
         return namesOf(pages);
     }
     /// Does something in the viewer's event loop.

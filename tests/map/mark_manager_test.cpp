@@ -128,6 +128,24 @@ TEST_F(MarkManagerTest, WhatIsLoadedIsAnnounced) {
     EXPECT_EQ(noting.changed, 2);
 }
 
+TEST_F(MarkManagerTest, TheMarksOfAnotherOneTakeThePlaceOfAll) {
+    aim();
+    CMarkManager other;
+    const COverlayMark& first = other.add({1, 2}, QStringLiteral("A"));
+    other.setTarget(other.add({3, 4}, QStringLiteral("B")));
+    Noting noting;
+    manager.takeFrom(other);
+    EXPECT_EQ(noting.removed, 1) << "the harbour";
+    ASSERT_EQ(manager.marks().size(), 2U);
+    EXPECT_EQ(&manager.marks().front(), &first);
+    EXPECT_EQ(manager.marks().back().name, "B");
+    EXPECT_TRUE(other.marks().empty());
+    EXPECT_FALSE(manager.hasTarget());
+    EXPECT_FALSE(other.hasTarget());
+    manager.remove(first);
+    EXPECT_EQ(noting.last, &first);
+}
+
 struct Damage {
     const char* what;
     Bytes bytes;

@@ -302,6 +302,25 @@ TEST_F(AppPagedTest, ReadingReplacesThePagesThatThereWere) {
     EXPECT_EQ(app.shown(), "New");
 }
 
+TEST_F(AppPagedTest, ThePagesOfAnotherOneTakeThePlaceOfAll) {
+    addPages({u"_New", u"Next"});
+    const QByteArray bytes = written(app);
+    app.clear();
+    addPages({u"Old"});
+    app.select(0);
+    test::SampleApp other;
+    ASSERT_TRUE(test::read(other, bytes));
+    pageLog().clear();
+    app.takeFrom(other);
+    EXPECT_THAT(app.names(), ElementsAre("New", "Next"));
+    EXPECT_EQ(app.shown(), "New"); // though it is disabled
+    EXPECT_EQ(app.pages()[1]->application(), &app);
+    EXPECT_THAT(other.pages(), IsEmpty());
+    app.takeFrom(other);
+    EXPECT_EQ(app.shown(), "-");
+    EXPECT_THAT(app.pages(), IsEmpty());
+}
+
 TEST_F(AppPagedTest, AnEmptyListOrNoBytesShowNoPage) {
     EXPECT_FALSE(read({}));
     EXPECT_EQ(app.shown(), "-");

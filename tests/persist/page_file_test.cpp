@@ -48,11 +48,11 @@ protected:
     }
     PageFile fileAt(const char* name = "pages.cfg") const { return fileOf(path(name)); }
     static PageFile fileOf(const QString& path) { return {path, examinePages<SampleApplication>}; }
-    /// Looks at the file and loads what is found.
-    State load(PageFile& file) {
-        const State state = file.look();
-        file.load(m_application);
-        return state;
+    /// Looks at the file; what it holds is in the application.
+    State load(PageFile& file) { return file.look(m_application); }
+    static State look(PageFile& file) {
+        SampleApplication nobody;
+        return file.look(nobody);
     }
 
     QTemporaryDir m_folder;
@@ -76,18 +76,20 @@ TEST_F(PageFileTest, LoadsAndSaves) {
     EXPECT_EQ(get("pages.cfg"), kGood);
 }
 
-TEST_F(PageFileTest, LookingLoadsNothing) {
+TEST_F(PageFileTest, WhatWasFoundCanBeLoadedOnceMore) {
     put("pages.cfg", kGood);
     PageFile file = fileAt();
-    EXPECT_EQ(file.look(), State::whole);
-    EXPECT_TRUE(m_application.pages.empty());
-    EXPECT_TRUE(file.load(m_application));
+    EXPECT_EQ(load(file), State::whole);
+    SampleApplication again;
+    EXPECT_TRUE(file.load(again));
+    EXPECT_EQ(again.pages.size(), 2U);
+    EXPECT_EQ(m_application.pages.size(), 2U);
     EXPECT_EQ(names(), "pages.cfg");
 }
 
 TEST_F(PageFileTest, AMissingFileHasNoPagesAndIsCreatedBySaving) {
     PageFile file = fileAt();
-    EXPECT_EQ(file.look(), State::absent);
+    EXPECT_EQ(look(file), State::absent);
     EXPECT_FALSE(file.load(m_application));
     EXPECT_TRUE(m_application.pages.empty());
     EXPECT_TRUE(file.save(m_application));
@@ -107,7 +109,7 @@ TEST_F(PageFileTest, NothingIsLoadedOfAFileThatIsMissingOrCannotBeRead) {
     Undemanding application;
     for (const char* const name : {"none.cfg", "."}) {
         PageFile file = fileAt(name);
-        static_cast<void>(file.look());
+        EXPECT_NE(file.look(application), State::whole) << name;
         EXPECT_FALSE(file.load(application)) << name;
     }
 }
@@ -115,7 +117,7 @@ TEST_F(PageFileTest, NothingIsLoadedOfAFileThatIsMissingOrCannotBeRead) {
 TEST_F(PageFileTest, AFileOfNoBytesHasNoPagesAndIsNotKept) {
     put("pages.cfg", {});
     PageFile file = fileAt();
-    EXPECT_EQ(file.look(), State::partly);
+    EXPECT_EQ(look(file), State::partly);
     EXPECT_FALSE(file.offer());
     EXPECT_FALSE(file.load(m_application));
     EXPECT_TRUE(m_application.pages.empty());
@@ -142,7 +144,7 @@ TEST_F(PageFileTest, APathOfAnyLettersIsOne) {
     EXPECT_EQ(get(name), kGood);
     SampleApplication again;
     PageFile second = fileAt(name);
-    EXPECT_EQ(second.look(), State::whole);
+    EXPECT_EQ(look(second), State::whole);
     EXPECT_TRUE(second.load(again));
     EXPECT_TRUE(second.save(again));
     EXPECT_EQ(QFile::exists(path(name) + ".bak"), true);
@@ -310,7 +312,7 @@ TEST_F(PageFileTest, CutAtAnyByteItOffersItsBackup) {
     for (qsizetype size = 0; size < kGood.size(); ++size) {
         put("pages.cfg", kGood.left(size));
         PageFile file = fileAt();
-        ASSERT_EQ(file.look(), State::partly) << size;
+        ASSERT_EQ(look(file), State::partly) << size;
         ASSERT_TRUE(file.offer()) << size;
         EXPECT_EQ(file.offer()->pages, 2U);
         // Until the answer nothing changes, whatever is loaded.
@@ -344,7 +346,7 @@ TEST_F(PageFileTest, TheOfferTellsWhenTheBackupWasMade) {
         ASSERT_TRUE(backup.setFileTime(made, QFileDevice::FileModificationTime));
     }
     PageFile file = fileAt();
-    EXPECT_EQ(file.look(), State::partly);
+    EXPECT_EQ(look(file), State::partly);
     ASSERT_TRUE(file.offer());
     EXPECT_EQ(file.offer()->date, made);
     EXPECT_EQ(file.offer()->pages, 3U);
@@ -357,7 +359,7 @@ TEST_F(PageFileTest, EveryKindOfDamageOffersTheBackup) {
     for (const QByteArray& bytes : damaged) {
         put("pages.cfg", bytes);
         PageFile file = fileAt();
-        EXPECT_EQ(file.look(), State::partly);
+        EXPECT_EQ(look(file), State::partly);
         EXPECT_TRUE(file.offer());
     }
 }
@@ -367,14 +369,14 @@ TEST_F(PageFileTest, ABackupThatIsNoBetterIsNotOffered) {
     for (const QByteArray& backup : {kCut, kNone, QByteArray(), QByteArray(4096, '\0')}) {
         put("pages.cfg.bak", backup);
         PageFile file = fileAt();
-        EXPECT_EQ(file.look(), State::partly);
+        EXPECT_EQ(look(file), State::partly);
         EXPECT_FALSE(file.offer());
         EXPECT_FALSE(file.untouchable());
     }
     ASSERT_TRUE(QFile::remove(path("pages.cfg.bak")));
     ASSERT_TRUE(QDir(m_folder.path()).mkdir("pages.cfg.bak"));
     PageFile file = fileAt();
-    EXPECT_EQ(file.look(), State::partly);
+    EXPECT_EQ(look(file), State::partly);
     EXPECT_FALSE(file.offer());
     EXPECT_TRUE(file.save(m_application));
 }
@@ -383,7 +385,7 @@ TEST_F(PageFileTest, ADamagedBackupIsOfferedForWhatItHasWhole) {
     put("pages.cfg", {});
     put("pages.cfg.bak", kThree.left(kThree.size() - 1));
     PageFile file = fileAt();
-    EXPECT_EQ(file.look(), State::partly);
+    EXPECT_EQ(look(file), State::partly);
     ASSERT_TRUE(file.offer());
     EXPECT_EQ(file.offer()->pages, 2U);
 }
@@ -394,7 +396,7 @@ TEST_F(PageFileTest, DeclinedItStaysForThisRunAndGivesWayToTheNext) {
     QString declined;
     {
         PageFile file = fileAt();
-        EXPECT_EQ(file.look(), State::partly);
+        EXPECT_EQ(look(file), State::partly);
         file.answerOffer(false);
         EXPECT_TRUE(file.load(m_application));
         m_application.pages.resize(1); // the first was whole, of the second there was a part
@@ -447,7 +449,7 @@ TEST_F(PageFileTest, FewerWholePagesDoNotReplaceMore) {
         put("pages.cfg.bak", backup);
         SampleApplication application;
         PageFile file = fileAt();
-        EXPECT_EQ(file.look(), State::whole);
+        EXPECT_EQ(look(file), State::whole);
         EXPECT_TRUE(file.load(application));
         EXPECT_TRUE(file.save(application));
         EXPECT_EQ(get("pages.cfg"), loaded);
@@ -473,7 +475,7 @@ TEST_F(PageFileTest, PagesThatTheUserDeletedAreKeptForOneRun) {
         SampleApplication application;
         PageFile file = fileAt();
         file.backup().setDecidedAgainst(decided);
-        file.look();
+        look(file);
         file.load(application);
         application.pages.erase(application.pages.begin(), application.pages.end() - 1);
         EXPECT_TRUE(file.save(application));
@@ -496,7 +498,7 @@ TEST_F(PageFileTest, ADecisionIsAboutOneBackupAlone) {
     SampleApplication again;
     PageFile second = fileAt();
     second.backup().setDecidedAgainst(decided);
-    second.look();
+    look(second);
     second.load(again);
     EXPECT_TRUE(second.save(again));
     EXPECT_EQ(get("pages.cfg.bak"), kThree);
@@ -511,7 +513,7 @@ TEST_F(PageFileTest, ADecisionDoesNotOutliveTheFileItWasTakenFor) {
     ASSERT_TRUE(QFile::remove(path()));
     PageFile second = fileAt();
     second.backup().setDecidedAgainst(first.backup().decidedAgainst());
-    EXPECT_EQ(second.look(), State::absent);
+    EXPECT_EQ(look(second), State::absent);
     EXPECT_EQ(second.backup().decidedAgainst(), "");
 }
 
@@ -583,7 +585,7 @@ TEST_F(PageFileTest, AFullDiskLeavesTheOldFilesAndSaysWhy) {
     for (const rlim_t room : {0, 1, 3, 4, 30, 245, 266}) {
         SampleApplication application;
         PageFile file = fileAt();
-        file.look();
+        look(file);
         ASSERT_TRUE(file.load(application));
         application.pages[1]->name = QStringLiteral("C");
         {
@@ -663,7 +665,7 @@ TEST_F(PageFileTest, AKillAtAnyMomentOfASaveLeavesTheOldFileOrTheNewOne) {
             for (;;) {
                 SampleApplication application;
                 PageFile file = fileAt();
-                file.look();
+                look(file);
                 file.load(application);
                 auto& name = application.pages.at(1)->name;
                 name = name == u"B" ? QStringLiteral("C") : QStringLiteral("B");
