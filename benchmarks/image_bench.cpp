@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How much longer loading a radar frame takes than giflib alone needs to decode it. The file is one
 // of the size and kind that radar servers publish, made here.
-#include "radar/image/image_file.h"
+#include "image/image_file.h"
 #include "support/figure.h"
 #include "support/gif_maker.h"
 

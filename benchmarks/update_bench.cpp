@@ -4,6 +4,7 @@
 // giflib's bare decoding; and for how long the viewer's event loop is held at most while an item on
 // a large screen updates.
 #include "core/mailbox.h"
+#include "image/image_file.h"
 #include "net/http_transfer.h"
 #include "page/item.h"
 #include "page/page_display.h"
@@ -192,7 +193,7 @@ void byUpdate(Downloads& downloads, const QString& host, const QString& cache) {
     state.showWarnings = false;
     Silent silent;
     CHttpTransfer transfer(downloads, host, true, false);
-    RadarUpdate run(state, silent, transfer);
+    RadarUpdate run(state, silent, transfer, shownPictures());
     QEventLoop loop;
     bool done = false;
     run.UpdateRadar([&](bool updated) {

@@ -2,6 +2,7 @@
 // The notes beside cached pictures: when warnings were fetched, which tag a frame has, and what
 // other programs wish of a folder. A note that is not sound is as none.
 #include "core/folder_wish.h"
+#include "image/image_file.h"
 #include "input.h"
 #include "radar/cache.h"
 #include "radar/frame_tag.h"
@@ -25,7 +26,8 @@ void checkWarnings(const QString& cache, const QByteArray& note) {
     write(cache + QStringLiteral("/TLX/TLX_Warnings_0.time"), note);
     for (const char* range : {"Short", "Long"}) {
         const QString word = QString::fromLatin1(range);
-        const RadarWarnings warnings = loadWarnings(cache, QStringLiteral("TLX"), word);
+        const RadarWarnings warnings =
+            loadWarnings(cache, QStringLiteral("TLX"), word, shownPictures().warnings);
         require(!warnings.picture);
         if (!note.contains(range)) {
             require(!hasWarningsOf(cache, QStringLiteral("TLX"), word));

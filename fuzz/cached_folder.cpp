@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Folders of the cache, in which other programs may leave what they like, and listings of servers:
 // names a line. The search for frames ends, finds only what is listed, and goes back in time.
+#include "image/cached_frames.h"
 #include "input.h"
 #include "radar/cache.h"
-#include "radar/cached_frames.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/frame_search.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Pictures from a server: whatever the bytes, decoding ends, stays within its limit and gives a
 // picture that can be composited.
-#include "radar/image/composite.h"
-#include "radar/image/image_file.h"
+#include "image/composite.h"
+#include "image/image_file.h"
 
 #include <QByteArray>
 

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.close();
 
     KnownPictures known(index);
-    require(!known.load(index)); // it is no picture itself
+    require(!known.isKnown(index) && !known.load(index)); // it is no picture itself
     known.save();
     return 0;
 }

@@ -3,8 +3,8 @@
 // as it was.
 #include "sharp/sharp_picture.h"
 
+#include "image/image_file.h"
 #include "input.h"
-#include "radar/image/image_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace raincast;

@@ -6,6 +6,7 @@
 #include "core/background.h"
 #include "core/text.h"
 #include "geo/geo_reference.h"
+#include "image/image_file.h"
 #include "net/http_transfer.h"
 #include "radar/catalogue/products.h"
 #include "radar/radar_update.h"
@@ -81,7 +82,7 @@ class TakingAlong::Product : public Thing {
 public:
     Product(TakingAlong& run, int product)
         : Thing(run, product), m_transfer(run.m_downloads, run.m_plan.servers.radar, true, false),
-          m_update(m_state, *this, m_transfer) {
+          m_update(m_state, *this, m_transfer, shownPictures()) {
         m_state.showWarnings = product == kDefaultProduct;
     }
 

@@ -6,14 +6,14 @@
 #include "core/clock.h"
 #include "core/folders.h"
 #include "geo/geo_reference.h"
+#include "image/composite.h"
+#include "image/image_file.h"
 #include "net/byte_allowance.h"
 #include "radar/cache.h"
 #include "radar/catalogue/closed_sites.h"
 #include "radar/catalogue/image_geometry.h"
 #include "radar/catalogue/products.h"
 #include "radar/file_kinds.h"
-#include "radar/image/composite.h"
-#include "radar/image/image_file.h"
 
 #include <QFile>
 #include <QFileInfo>

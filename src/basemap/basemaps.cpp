@@ -5,6 +5,7 @@
 #include "basemap/radar_view.h"
 #include "core/text.h"
 #include "geo/geo_reference.h"
+#include "image/image_file.h"
 #include "radar/catalogue/sites.h"
 
 #include <optional>
@@ -81,7 +82,7 @@ public:
 
 private:
     void update() {
-        m_update.emplace(m_scene.state, m_scene.view, m_load->radarTransfer());
+        m_update.emplace(m_scene.state, m_scene.view, m_load->radarTransfer(), shownPictures());
         m_update->UpdateRadar([this](bool updated) {
             sayCacheFailure(m_scene, *m_load);
             end(true, updated);
@@ -116,7 +117,7 @@ public:
         : m_scene(scene), m_done(std::move(done)),
           m_load(RadarScene{
               scene.state, scene.shown, m_loaded, scene.view, scene.servers, scene.downloads}),
-          m_update(scene.state, scene.view, m_load.radarTransfer()) {}
+          m_update(scene.state, scene.view, m_load.radarTransfer(), shownPictures()) {}
 
     // The radar comes first: a server of layers that does not answer may cost half a minute.
     void start() {

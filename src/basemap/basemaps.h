@@ -2,7 +2,7 @@
 #pragma once
 
 #include "net/servers.h"
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 #include "radar/radar_state.h"
 
 #include <QString>

@@ -2,8 +2,8 @@
 #include "drawing/layer_stack.h"
 
 #include "drawing/shrink.h"
+#include "image/composite.h"
 #include "page/plain_target.h"
-#include "radar/image/composite.h"
 
 #include <QPainter>
 

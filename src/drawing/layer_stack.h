@@ -3,7 +3,7 @@
 
 #include "drawing/row_spans.h"
 #include "geo/view_transform.h"
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 
 #include <QCache>
 #include <QImage>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "drawing/shrink.h"
 
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 
 #include <algorithm>
 #include <array>

@@ -56,9 +56,12 @@ bool update(RadarState& state, RadarUpdateObserver& report, CHttpTransfer& trans
     bool result = false;
     // Shared with threads that may outlive the update.
     const auto known = std::make_shared<KnownPictures>(KnownPictures::usualIndex());
-    RadarUpdate run(state, report, transfer, [known](const QString& file) {
-        return known->load(file);
-    });
+    RadarUpdate run(
+        state, report, transfer,
+        {[known](const QString& file) { return known->load(file); },
+         {},
+         [known](const QString& file) { return known->isKnown(file); }}
+    );
     run.UpdateRadar([&](bool updated) {
         result = updated;
         loop.quit();

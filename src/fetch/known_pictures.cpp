@@ -3,7 +3,7 @@
 
 #include "core/folders.h"
 #include "core/whole_file.h"
-#include "radar/image/image_file.h"
+#include "radar/gif_reader.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -40,15 +40,6 @@ QByteArray stampOf(const QString& file) {
            number(static_cast<qint64>(about.st_ino)) + number(static_cast<qint64>(about.st_dev));
 }
 
-Bitmap blank() {
-    static const Bitmap picture = [] {
-        auto image = std::make_shared<QImage>(1, 1, QImage::Format_RGB32);
-        image->fill(kTransparentWhite);
-        return image;
-    }();
-    return picture;
-}
-
 } // namespace
 
 KnownPictures::KnownPictures(QString index) : m_index(std::move(index)) {
@@ -72,22 +63,25 @@ void KnownPictures::read() {
     }
 }
 
-Bitmap KnownPictures::load(const QString& file) {
+bool KnownPictures::isKnown(const QString& file) {
     const QByteArray stamp = stampOf(file);
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!stamp.isEmpty() && m_known.value(file) == stamp) {
-            return blank();
-        }
+    const std::lock_guard lock(m_mutex);
+    return !stamp.isEmpty() && m_known.value(file) == stamp;
+}
+
+std::optional<LoadedPicture> KnownPictures::load(const QString& file) {
+    const QByteArray stamp = stampOf(file);
+    const auto bytes = readWhole(file, mostPictureBytes(kMostRadarPixels));
+    if (!bytes || readGif(*bytes, kMostRadarPixels).isNull()) {
+        return std::nullopt;
     }
-    Bitmap picture = LoadImageFile(file, kMostRadarPixels);
     // Who changes the file meanwhile changes its stamp.
-    if (picture && stampOf(file) == stamp) {
+    if (stampOf(file) == stamp) {
         const std::lock_guard lock(m_mutex);
         m_known.insert(file, stamp);
         m_hasChanged = true;
     }
-    return picture;
+    return LoadedPicture{};
 }
 
 void KnownPictures::save() {

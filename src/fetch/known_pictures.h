@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/image/bitmap.h"
+#include "radar/picture_loader.h"
 
 #include <QHash>
 #include <QString>
 
 #include <mutex>
+#include <optional>
 
 namespace raincast {
 
@@ -20,10 +21,12 @@ public:
     /// The index file, which need not be there; an empty path: nothing is kept.
     explicit KnownPictures(QString index);
 
-    /// Null unless the file is a picture: one that is known, or that decodes now, as
-    /// LoadImageFile() tells. Of a known one the picture is a blank that stands for it. For any
-    /// thread.
-    [[nodiscard]] Bitmap load(const QString& file);
+    /// Whether the file is one that was decoded before. For any thread, as load() is.
+    [[nodiscard]] bool isKnown(const QString& file);
+
+    /// Decodes the file; nothing when it is no picture. From then on one is known. Nobody gets to
+    /// see it.
+    [[nodiscard]] std::optional<LoadedPicture> load(const QString& file);
 
     /// Writes the index if it has changed, without the files that are gone or others by now. A
     /// failure only costs time at the next run.

@@ -3,7 +3,6 @@
 #include "fetch/fetch_command.h"
 
 #include <QCoreApplication>
-#include <QLoggingCategory>
 
 #include <unistd.h>
 
@@ -14,8 +13,6 @@ int main(int argc, char** argv) {
     // A limit on file sizes makes a download fail; it must not end the program.
     std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
-    // A frame that is not a picture is skipped, without Qt's remarks on it.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
     const bool isTerminal = isatty(STDERR_FILENO) == 1;
     const auto result =
         raincast::runFetch(QCoreApplication::arguments(), {std::cout, std::cerr, isTerminal});

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "maps/layer_gif.h"
 
-#include "radar/image/gif_writer.h"
+#include "image/gif_writer.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "nexrad/frame_painter.h"
 
+#include "image/gif_writer.h"
+#include "image/sample_mark.h"
 #include "nexrad/rasteriser.h"
 #include "palette/nws_colours.h"
 #include "radar/catalogue/antenna_positions.h"
-#include "radar/image/gif_writer.h"
-#include "radar/image/sample_mark.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "image/indexed_picture.h"
 #include "nexrad/polar_scan.h"
 #include "radar/catalogue/image_geometry.h"
-#include "radar/image/indexed_picture.h"
 
 namespace raincast {
 

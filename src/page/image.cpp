@@ -3,8 +3,8 @@
 
 #include "core/program_paths.h"
 #include "core/text.h"
+#include "image/image_file.h"
 #include "page/item_catalogue.h"
-#include "radar/image/image_file.h"
 
 #include <QPainter>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "pictures/item_pictures.h"
 
+#include "image/cached_frames.h"
 #include "pictures/save_dialog.h"
 #include "player/loop_setting.h"
-#include "radar/cached_frames.h"
 #include "window/command_set.h"
 #include "window/message_box.h"
 

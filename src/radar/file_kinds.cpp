@@ -3,7 +3,8 @@
 
 #include "core/text.h"
 #include "geo/geo_reference.h"
-#include "radar/image/image_file.h"
+#include "radar/bitmap.h"
+#include "radar/gif_reader.h"
 #include "radar/warning_texts.h"
 
 namespace raincast {
@@ -23,7 +24,7 @@ bool isJpeg(QByteArrayView first) {
 constexpr qsizetype kAllBytes = qsizetype{1} << 30;
 
 bool isSoundGif(QByteArrayView all) {
-    return all.startsWith("GIF8") && !decodeImage(all.toByteArray(), kMostRadarPixels).isNull();
+    return !readGif(all, kMostRadarPixels).isNull();
 }
 
 bool isWarningTexts(QByteArrayView first) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/file_time.h"
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 
 #include <QString>
 

@@ -27,14 +27,14 @@ void FrameRun::follow() {
 }
 
 void FrameRun::settle(const Outcome& frame) {
-    const bool counts = frame.bitmap && !(m_brokenOff && frame.fetched);
+    const bool counts = frame.picture && !(m_brokenOff && frame.fetched);
     m_brokenOff = m_brokenOff || frame.last;
     if (!counts) {
         m_search.failed();
         m_ahead = m_search; // a new plan
         return;
     }
-    m_take(m_search, frame.bitmap);
+    m_take(m_search, *frame.picture);
     m_search.came();
 }
 

@@ -2,13 +2,14 @@
 #pragma once
 
 #include "radar/frame_search.h"
-#include "radar/image/bitmap.h"
+#include "radar/picture_loader.h"
 
 #include <QString>
 
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace raincast {
@@ -28,16 +29,16 @@ public:
 
     /// What became of a frame.
     struct Outcome {
-        Bitmap bitmap;        ///< null: it cannot be had
-        bool fetched = false; ///< not from the cache
-        bool last = false;    ///< nothing more is fetched, from this one on or before
+        std::optional<LoadedPicture> picture; ///< nothing: it cannot be had
+        bool fetched = false;                 ///< not from the cache
+        bool last = false; ///< nothing more is fetched, from this one on or before
     };
 
     /// Begins to load or fetch a frame by its file's name; ended() is to be called for it once,
     /// later.
     using Begin = std::function<void(const QString& name)>;
     /// Takes the frame that the search wants next; the newest comes first.
-    using Take = std::function<void(const FrameSearch& search, const Bitmap& bitmap)>;
+    using Take = std::function<void(const FrameSearch& search, const LoadedPicture& picture)>;
 
     FrameRun(FrameSearch search, Begin begin, Take take);
 

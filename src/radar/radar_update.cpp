@@ -8,7 +8,6 @@
 #include "radar/catalogue/products.h"
 #include "radar/file_kinds.h"
 #include "radar/frame_tag.h"
-#include "radar/image/image_file.h"
 #include "radar/warning_texts.h"
 
 #include <QFile>
@@ -68,14 +67,11 @@ void discardOtherFrames(RadarState& state) {
 }
 
 RadarUpdate::RadarUpdate(
-    RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer, Load load
+    RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer,
+    PictureLoaders loaders
 )
-    : m_state(state), m_observer(observer), m_transfer(transfer), m_load(std::move(load)),
+    : m_state(state), m_observer(observer), m_transfer(transfer), m_loaders(std::move(loaders)),
       m_product(ProductCode(state.product).toString()) {}
-
-Bitmap RadarUpdate::decode(const QString& file) {
-    return LoadImageFile(file, kMostRadarPixels);
-}
 
 void RadarUpdate::UpdateRadar(Done done) {
     m_done = std::move(done);
@@ -118,7 +114,9 @@ void RadarUpdate::startSearch(std::shared_ptr<const FrameListing> listing) {
         m_run.emplace(
             FrameSearch({m_state.siteId, m_product, frames, m_state.frameInterval}, m_listing),
             [this](const QString& name) { beginFrame(name); },
-            [this](const FrameSearch& search, const Bitmap& bitmap) { takeFrame(search, bitmap); }
+            [this](const FrameSearch& search, const LoadedPicture& picture) {
+                takeFrame(search, picture);
+            }
         );
         m_observer.progress(0, frames);
         m_run->start();
@@ -133,36 +131,48 @@ void RadarUpdate::beginFrame(const QString& name) {
         m_background.later([this, name] { frameEnded(name, {}); });
         return;
     }
+    if (m_loaders.isKnown && m_loaders.isKnown(cached(name))) {
+        m_background.later([this, name] { frameLoaded(name, {}, LoadedPicture{}); });
+        return;
+    }
     loadFrame(name);
 }
 
 // Loads a frame from the cache. One that is not there, or is no picture, is fetched.
 void RadarUpdate::loadFrame(const QString& name, const std::optional<Fetched>& fetched) {
-    const auto load = [file = cached(name), decode = m_load, isTagged = fetched && isNewest(name),
+    const auto load = [file = cached(name), load = m_loaders.frame,
+                       isTagged = fetched && isNewest(name),
                        tag = fetched ? fetched->tag : QByteArray()] {
         if (isTagged) {
             noteFrameTag(file, tag);
         }
-        return decode(file);
+        return load(file);
     };
-    m_background.run(load, [this, name, fetched](const Bitmap& bitmap) {
-        const bool ended = bitmap || fetched;
-        if (!ended) {
-            fetchFrame(name);
-        }
-        beginWarnings(); // behind the newest frame
-        if (bitmap && !fetched) {
-            recheck(name);
-        }
-        if (ended) {
-            frameEnded(name, {bitmap, fetched.has_value(), fetched && fetched->last});
-        }
+    m_background.run(load, [this, name, fetched](const std::optional<LoadedPicture>& picture) {
+        frameLoaded(name, fetched, picture);
     });
+}
+
+void RadarUpdate::frameLoaded(
+    const QString& name, const std::optional<Fetched>& fetched,
+    const std::optional<LoadedPicture>& picture
+) {
+    const bool ended = picture || fetched;
+    if (!ended) {
+        fetchFrame(name);
+    }
+    beginWarnings(); // behind the newest frame
+    if (picture && !fetched) {
+        recheck(name);
+    }
+    if (ended) {
+        frameEnded(name, {picture, fetched.has_value(), fetched && fetched->last});
+    }
 }
 
 void RadarUpdate::fetchFrame(const QString& name) {
     if (m_writeFailure) {
-        frameEnded(name, {nullptr, true, true});
+        frameEnded(name, {{}, true, true});
         return;
     }
     const QString path = listingDirectory(m_state.siteId, m_product) + name;
@@ -174,7 +184,7 @@ void RadarUpdate::fetchFrame(const QString& name) {
         if (fetched.kept) {
             loadFrame(name, fetched);
         } else {
-            frameEnded(name, {nullptr, true, fetched.last || m_writeFailure});
+            frameEnded(name, {{}, true, fetched.last || m_writeFailure});
         }
     });
 }
@@ -189,14 +199,14 @@ void RadarUpdate::frameEnded(const QString& name, FrameRun::Outcome outcome) {
     }
 }
 
-void RadarUpdate::takeFrame(const FrameSearch& search, const Bitmap& bitmap) {
-    m_state.imageWidth = bitmap->width();
-    m_state.imageHeight = bitmap->height();
+void RadarUpdate::takeFrame(const FrameSearch& search, const LoadedPicture& picture) {
+    m_state.imageWidth = picture.size.width();
+    m_state.imageHeight = picture.size.height();
     m_state.nextUpdate = std::max(m_state.nextUpdate, search.time() + kNextUpdateAfter);
     if (search.found() == 0) {
         discardFrames(m_state); // those of before
     }
-    prepend({bitmap, clockText(search.time()), cached(*search.next())});
+    prepend({picture.bitmap, clockText(search.time()), cached(*search.next())});
     m_observer.progress(search.found() + 1, search.wanted());
 }
 
@@ -242,16 +252,17 @@ void RadarUpdate::recheckWith(const QByteArray& tag, const QString& name) {
 }
 
 void RadarUpdate::takeOtherBytes(const QString& name, const QByteArray& tag) {
-    const auto load = [file = cached(name), decode = m_load, tag] {
+    const auto load = [file = cached(name), load = m_loaders.frame, tag] {
         noteFrameTag(file, tag);
-        return decode(file);
+        return load(file);
     };
-    m_background.run(load, [this, file = cached(name)](const Bitmap& bitmap) {
-        if (bitmap) {
-            replace(file, bitmap);
+    const auto take = [this, file = cached(name)](const std::optional<LoadedPicture>& picture) {
+        if (picture) {
+            replace(file, picture->bitmap);
         }
         recheckEnded();
-    });
+    };
+    m_background.run(load, take);
 }
 
 void RadarUpdate::replace(const QString& file, const Bitmap& bitmap) {
@@ -296,9 +307,9 @@ void RadarUpdate::loadFetchedWarnings() {
     const RadarWarnings fetched{
         nullptr, m_state.siteId, ProductRange(m_state.product).toString(), m_warningsFetched};
     m_background.run(
-        [root = m_state.cacheRoot(), fetched] {
+        [root = m_state.cacheRoot(), fetched, load = m_loaders.warnings] {
             noteWarnings(root, fetched);
-            return loadWarnings(root, fetched.siteId, fetched.range);
+            return loadWarnings(root, fetched.siteId, fetched.range, load);
         },
         [this](const RadarWarnings& warnings) {
             if (warnings.picture) {

@@ -4,6 +4,7 @@
 #include "core/background.h"
 #include "net/http_transfer.h"
 #include "radar/frame_run.h"
+#include "radar/picture_loader.h"
 #include "radar/radar_state.h"
 
 #include <QString>
@@ -50,13 +51,10 @@ public:
     /// could be written; missing warnings are no failure.
     using Done = std::function<void(bool updated)>;
 
-    /// Loads a frame's file: null unless it is a picture. Called in threads of the pool, also when
-    /// the update has ended.
-    using Load = std::function<Bitmap(const QString& file)>;
-
+    /// Pictures are loaded in threads of the pool, also when the update has ended.
     RadarUpdate(
         RadarState& state, RadarUpdateObserver& observer, CHttpTransfer& transfer,
-        Load load = decode
+        PictureLoaders loaders
     );
 
     /// Begins the update. A frame that the listing dates more than a day ahead is ignored.
@@ -66,15 +64,18 @@ public:
     [[nodiscard]] const std::optional<QString>& writeFailure() const { return m_writeFailure; }
 
 private:
-    [[nodiscard]] static Bitmap decode(const QString& file);
     void takeListing(const CHttpTransfer::Listing& names);
     void startSearch(std::shared_ptr<const FrameListing> listing);
     void beginFrame(const QString& name);
     using Fetched = CHttpTransfer::Fetched;
     void loadFrame(const QString& name, const std::optional<Fetched>& fetched = {});
+    void frameLoaded(
+        const QString& name, const std::optional<Fetched>& fetched,
+        const std::optional<LoadedPicture>& picture
+    );
     void fetchFrame(const QString& name);
     void frameEnded(const QString& name, FrameRun::Outcome outcome);
-    void takeFrame(const FrameSearch& search, const Bitmap& bitmap);
+    void takeFrame(const FrameSearch& search, const LoadedPicture& picture);
     void prepend(RadarFrame frame);
     void beginWarnings();
     [[nodiscard]] bool isNewest(const QString& name) const;
@@ -101,7 +102,7 @@ private:
     RadarState& m_state;
     RadarUpdateObserver& m_observer;
     CHttpTransfer& m_transfer;
-    Load m_load;
+    PictureLoaders m_loaders;
     QString m_product; ///< its code
     Done m_done;
     std::shared_ptr<const FrameListing> m_listing;

@@ -7,7 +7,6 @@
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
 #include "radar/frame.h"
-#include "radar/image/image_file.h"
 #include "radar/radar_state.h"
 
 #include <QDateTime>
@@ -48,13 +47,16 @@ void noteWarnings(const QString& cacheFolder, const RadarWarnings& warnings) {
     );
 }
 
-RadarWarnings
-loadWarnings(const QString& cacheFolder, const QString& siteId, const QString& range) {
+RadarWarnings loadWarnings(
+    const QString& cacheFolder, const QString& siteId, const QString& range,
+    const PictureLoader& load
+) {
     RadarWarnings warnings{nullptr, siteId, range, 0};
     const QDateTime time = fetchTime(cacheFolder, siteId, range);
     if (time.isValid()) {
         warnings.fetched = kUnixEpoch + time.toSecsSinceEpoch() * kFileTimePerSecond;
-        warnings.picture = LoadImageFile(pictureFile(cacheFolder, siteId), kMostRadarPixels);
+        const auto picture = load ? load(pictureFile(cacheFolder, siteId)) : std::nullopt;
+        warnings.picture = picture ? picture->bitmap : nullptr;
     }
     return warnings;
 }

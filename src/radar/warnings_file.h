@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/file_time.h"
-#include "radar/image/bitmap.h"
+#include "radar/picture_loader.h"
 
 #include <QString>
 
@@ -34,9 +34,11 @@ struct RadarWarnings {
 void noteWarnings(const QString& cacheFolder, const RadarWarnings& warnings);
 
 /// Loads the cached warnings of a site; without a picture when they are of another range, have no
-/// note or cannot be loaded.
-[[nodiscard]] RadarWarnings
-loadWarnings(const QString& cacheFolder, const QString& siteId, const QString& range);
+/// note or cannot be loaded, or the loader is empty.
+[[nodiscard]] RadarWarnings loadWarnings(
+    const QString& cacheFolder, const QString& siteId, const QString& range,
+    const PictureLoader& load
+);
 
 /// Whether the cached warnings of a site are of a range, by their note.
 [[nodiscard]] bool

@@ -3,8 +3,8 @@
 
 #include "core/file_time.h"
 #include "geo/geo_position.h"
+#include "radar/bitmap.h"
 #include "radar/catalogue/product.h"
-#include "radar/image/bitmap.h"
 #include "reading/map_sight.h"
 #include "reading/scale_bar.h"
 #include "reading/storm_track.h"

@@ -2,8 +2,8 @@
 #include "sharp/detail.h"
 
 #include "geo/view_transform.h"
+#include "radar/bitmap.h"
 #include "radar/catalogue/tree_index.h"
-#include "radar/image/bitmap.h"
 
 #include <QSize>
 

@@ -3,8 +3,8 @@
 
 #include "core/clock.h"
 #include "core/folders.h"
+#include "image/image_file.h"
 #include "radar/cache.h"
-#include "radar/image/image_file.h"
 #include "sharp/detail.h"
 
 #include <QDateTime>

@@ -3,10 +3,10 @@
 
 #include "basemap/map_layer.h"
 #include "drawing/shrink.h"
+#include "image/composite.h"
+#include "image/image_file.h"
 #include "radar/cache.h"
 #include "radar/catalogue/products.h"
-#include "radar/image/composite.h"
-#include "radar/image/image_file.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 
 #include <QByteArray>
+#include <QImage>
 #include <QList>
 #include <QSize>
 

@@ -8,6 +8,7 @@
 #include "radar/file_kinds.h"
 
 #include <QFileInfo>
+#include <QImage>
 
 #include <algorithm>
 #include <utility>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tree/warnings_painter.h"
 
+#include "image/gif_writer.h"
+#include "image/sample_mark.h"
 #include "maps/layer_canvas.h"
 #include "palette/warning_kinds.h"
-#include "radar/image/bitmap.h"
-#include "radar/image/gif_writer.h"
-#include "radar/image/sample_mark.h"
+#include "radar/bitmap.h"
 
 #include <QImage>
 #include <QPainter>

@@ -2,7 +2,7 @@
 #include "tree/whole_picture.h"
 
 #include "core/whole_file.h"
-#include "radar/image/jpeg_check.h"
+#include "image/jpeg_check.h"
 
 namespace raincast {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "along/taking_along.h"
 #include "core/clock.h"
+#include "image/cached_frames.h"
 #include "net/downloads.h"
-#include "radar/cached_frames.h"
 #include "radar/catalogue/products.h"
 #include "support/full_disk.h"
 #include "support/http_server.h"

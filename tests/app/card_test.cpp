@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The card with the image cache is pulled out while the viewer runs, and put back.
 #include "app/updating_viewer.h"
-#include "radar/image/image_file.h"
+#include "image/image_file.h"
 
 #include <QDirIterator>
 

@@ -3,10 +3,10 @@
 // it had written can be read, and what the user had changed two seconds before is in it.
 #include "app/killing.h"
 #include "app/raincast_app.h"
+#include "image/image_file.h"
 #include "map/mark_manager.h"
 #include "persist/page_bytes.h"
 #include "radar/cache.h"
-#include "radar/image/image_file.h"
 #include "support/files.h"
 #include "support/http_server.h"
 #include "support/qt_app.h"

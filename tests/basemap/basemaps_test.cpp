@@ -16,6 +16,7 @@
 #include "support/scoped_http.h"
 #include "support/transfers.h"
 
+#include <QImage>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "drawing/shrink.h"
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 
 #include <gtest/gtest.h>
 

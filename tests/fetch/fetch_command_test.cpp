@@ -93,6 +93,19 @@ TEST_F(FetchCommandTest, PrintsTheFramesOldestFirst) {
     EXPECT_TRUE(QFile::exists(QString::fromStdString(cached("MUX_20190519_0554_N0R.gif"))));
 }
 
+TEST_F(FetchCommandTest, OfQtItNeedsTheCoreAlone) {
+    // The system's loader names the libraries instead of starting the program.
+    QProcess loader;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LD_TRACE_LOADED_OBJECTS", "1");
+    loader.setProcessEnvironment(environment);
+    loader.start(QStringLiteral(RAINCAST_FETCH_PROGRAM), {});
+    ASSERT_TRUE(loader.waitForFinished(kDeadlineMilliseconds));
+    const QByteArray libraries = loader.readAllStandardOutput();
+    EXPECT_EQ(libraries.count("libQt6"), libraries.count("libQt6Core."));
+    EXPECT_TRUE(libraries.contains("libQt6Core."));
+}
+
 TEST_F(FetchCommandTest, ASecondRunDownloadsNoFrameAgain) {
     publish({"MUX_20190519_0554_N0R.gif"});
     const std::string first = fetch({"MUX"}).output;

@@ -22,9 +22,10 @@ protected:
     enum Answer { none, decoded, known };
     Answer ask(const QString& file) const {
         KnownPictures pictures(m_index);
-        const Bitmap picture = pictures.load(file);
+        const bool isKnown = pictures.isKnown(file);
+        const bool isPicture = isKnown || pictures.load(file);
         pictures.save();
-        return !picture ? none : picture->width() == 600 ? decoded : known;
+        return isKnown ? known : isPicture ? decoded : none;
     }
     /// Writes bytes into the file that is there, and gives it the times of before.
     void overwrite(const QByteArray& bytes) const {

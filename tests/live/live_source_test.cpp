@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // A source of live frames against stand-ins of its providers.
+#include "image/image_file.h"
 #include "live_rig.h"
 #include "nexrad/frame_painter.h"
 #include "nexrad/level3_decoder.h"
-#include "radar/image/bitmap.h"
-#include "radar/image/image_file.h"
+#include "radar/bitmap.h"
 #include "support/files.h"
 
 #include <QCryptographicHash>

@@ -3,12 +3,12 @@
 // pixel by pixel, whatever becomes of the sharp ones. What is compared are sums over the pixels, as
 // they are before a JPEG takes some of them away.
 #include "city_maker.h"
+#include "image/image_file.h"
 #include "maps/layer_painter.h"
 #include "maps/map_data.h"
 #include "maps/topo_layer.h"
 #include "needs_gui.h"
 #include "netcdf_maker.h"
-#include "radar/image/gif_reader.h"
 #include "shore_maker.h"
 #include "support/files.h"
 
@@ -89,7 +89,7 @@ protected:
         const QImage picture =
             layer == LayerKind::topo
                 ? paintTopo(data, geometry)
-                : readGif(paintLayer(layer, data, geometry, range).value(), 10'000'000);
+                : decodeImage(paintLayer(layer, data, geometry, range).value(), 10'000'000);
         EXPECT_EQ(picture.size(), QSize(600, 550)) << nameOf(layer);
         const QImage pixels = picture.convertToFormat(QImage::Format_RGB32);
         QCryptographicHash sum(QCryptographicHash::Sha1);

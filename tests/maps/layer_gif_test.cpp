@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "image/image_file.h"
 #include "maps/layer_gif.h"
-#include "radar/image/gif_reader.h"
 
 #include <QImage>
 
@@ -23,7 +23,7 @@ TEST(LayerGifTest, KeepsColoursAndGround) {
     QImage picture = transparent();
     picture.setPixel(5, 7, qRgb(10, 20, 30));
     picture.setPixel(599, 549, qRgb(253, 253, 253));
-    const QImage read = readGif(gifOf(picture).value(), 1'000'000);
+    const QImage read = decodeImage(gifOf(picture).value(), 1'000'000);
     ASSERT_EQ(read.size(), QSize(600, 550));
     EXPECT_EQ(read.pixel(5, 7), qRgb(10, 20, 30));
     EXPECT_EQ(read.pixel(599, 549), qRgb(253, 253, 253));
@@ -41,13 +41,13 @@ TEST(LayerGifTest, HalfCoveredPixelsAreOpaque) {
     picture.fill(Qt::transparent);
     picture.setPixel(0, 0, qRgba(200, 0, 0, 128));
     picture.setPixel(1, 0, qRgba(200, 0, 0, 127));
-    const QImage read = readGif(gifOf(picture).value(), 1'000'000);
+    const QImage read = decodeImage(gifOf(picture).value(), 1'000'000);
     EXPECT_EQ(read.pixel(0, 0), qRgb(200, 0, 0));
     EXPECT_EQ(read.pixel(1, 0), 0xFFFF'FFFF);
 }
 
 TEST(LayerGifTest, AnEmptyPictureIsAllGround) {
-    const QImage read = readGif(gifOf(transparent()).value(), 1'000'000);
+    const QImage read = decodeImage(gifOf(transparent()).value(), 1'000'000);
     ASSERT_EQ(read.size(), QSize(600, 550));
     EXPECT_EQ(read.pixel(300, 300), 0xFFFF'FFFF);
 }
@@ -77,7 +77,7 @@ TEST(LayerGifTest, TooManyColoursBecomeFewer) {
             picture.setPixel(i, j, qRgb(i % 256, j % 256, (i * j) % 256));
         }
     }
-    const QImage read = readGif(gifOf(picture).value(), 1'000'000);
+    const QImage read = decodeImage(gifOf(picture).value(), 1'000'000);
     ASSERT_EQ(read.size(), QSize(600, 550));
     const QColor colour = read.pixelColor(200, 100);
     EXPECT_NEAR(colour.red(), 200, 64);

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "city_maker.h"
+#include "image/image_file.h"
+#include "image/jpeg_check.h"
 #include "maps/layer_painter.h"
 #include "maps/map_data.h"
 #include "maps/topo_layer.h"
 #include "needs_gui.h"
 #include "netcdf_maker.h"
-#include "radar/image/gif_reader.h"
-#include "radar/image/jpeg_check.h"
 #include "shore_maker.h"
 #include "support/files.h"
 
@@ -28,7 +28,7 @@ protected:
         const QByteArray bytes =
             paintLayer(layer, MapData(m_files), geometry, Range::shortRange).value();
         return layer == LayerKind::topo ? QImage::fromData(bytes, "JPG")
-                                        : readGif(bytes, 10'000'000);
+                                        : decodeImage(bytes, 10'000'000);
     }
     static QColor at(const QImage& picture, double latitude, double longitude) {
         return picture.pixelColor(
@@ -257,7 +257,7 @@ TEST_F(LayerPainterTest, SmallRiversComeWithDetail) {
     makeBinnedFile(m_files.rivers, true, rivers);
     const auto ranksIn = [&](Range range, int detail) {
         const ImageGeometry geometry(38.5, -77.5, range, detail);
-        const QImage picture = readGif(
+        const QImage picture = decodeImage(
             paintLayer(LayerKind::rivers, MapData(m_files), geometry, range).value(), 10'000'000
         );
         int found = 0;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "image/image_file.h"
 #include "nexrad/frame_painter.h"
 #include "palette/nws_colours.h"
+#include "radar/bitmap.h"
 #include "radar/catalogue/antenna_positions.h"
-#include "radar/image/bitmap.h"
-#include "radar/image/image_file.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "image/image_file.h"
 #include "nexrad/frame_painter.h"
 #include "nexrad/level3_decoder.h"
-#include "radar/image/bitmap.h"
-#include "radar/image/image_file.h"
+#include "radar/bitmap.h"
 #include "support/level3_maker.h"
 
 #include <QFile>

@@ -82,7 +82,7 @@ Found byRun(const World& world, Chance& chance) {
     bool broken = false;
     FrameRun run(
         searchIn(world), [&underWay](const QString& name) { underWay.push_back(name); },
-        [&found](const FrameSearch& search, const Bitmap&) {
+        [&found](const FrameSearch& search, const LoadedPicture&) {
             found.frames.push_back(*search.next());
         }
     );
@@ -96,7 +96,7 @@ Found byRun(const World& world, Chance& chance) {
         const auto which = underWay.begin() + chance.upTo(static_cast<int>(underWay.size()) - 1);
         const QString name = *which;
         underWay.erase(which);
-        const Bitmap picture = std::make_shared<QImage>();
+        const LoadedPicture picture;
         if (world.cached.contains(name)) {
             run.ended(name, {picture, false, false});
             continue;
@@ -104,11 +104,13 @@ Found byRun(const World& world, Chance& chance) {
         broken =
             broken || (world.breaksAt && static_cast<int>(found.fetched.size()) >= *world.breaksAt);
         if (broken) {
-            run.ended(name, {nullptr, true, true});
+            run.ended(name, {{}, true, true});
             continue;
         }
         found.fetched.insert(name);
-        run.ended(name, {world.bad.contains(name) ? nullptr : picture, true, false});
+        run.ended(
+            name, {world.bad.contains(name) ? std::nullopt : std::optional(picture), true, false}
+        );
     }
     return found;
 }
@@ -187,14 +189,14 @@ TEST(FrameRunTest, TheNewestIsBegunFirstAndNoMoreThanMayBeUnderWay) {
     std::vector<QString> begun;
     FrameRun run(
         searchIn(world), [&begun](const QString& name) { begun.push_back(name); },
-        [](const FrameSearch&, const Bitmap&) {}
+        [](const FrameSearch&, const LoadedPicture&) {}
     );
     run.start();
     const std::vector<QString> newestFirst(world.listed.rbegin(), world.listed.rend());
     const std::vector<QString> most(newestFirst.begin(), newestFirst.begin() + 12);
     EXPECT_EQ(begun, most);
     // The fourth is there first: there is room for one more, but nothing is taken yet.
-    run.ended(begun[3], {std::make_shared<QImage>(), true, false});
+    run.ended(begun[3], {LoadedPicture{}, true, false});
     EXPECT_EQ(begun.size(), 13U);
     EXPECT_EQ(run.found(), 0);
     EXPECT_EQ(run.missing(), 25);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/clock.h"
-#include "radar/image/composite.h"
+#include "image/composite.h"
+#include "image/image_file.h"
 #include "radar/radar_update.h"
 #include "radar/warning_texts.h"
 #include "support/fault_server.h"
@@ -114,7 +115,7 @@ protected:
     bool update() { return updateFrom(m_server.host()); }
     bool updateFrom(const QString& host) {
         CHttpTransfer transfer(m_transfers.downloads(), host, true, false);
-        RadarUpdate run(m_state, m_recorder, transfer);
+        RadarUpdate run(m_state, m_recorder, transfer, m_loaders);
         return m_transfers.loop().resultOf<bool>([&run](const RadarUpdate::Done& done) {
             run.UpdateRadar(done);
         });
@@ -136,6 +137,7 @@ protected:
     QTemporaryDir m_folder;
     HttpServer m_server;
     RadarState m_state;
+    PictureLoaders m_loaders = shownPictures();
     Recorder m_recorder;
     Transfers m_transfers;
 };
@@ -568,6 +570,31 @@ TEST_F(RadarUpdateTest, TheRequestsOfAnUpdateShareSixConnections) {
     EXPECT_TRUE(update());
     EXPECT_EQ(m_server.count(), 6) << "the last one for the texts of the warnings";
     EXPECT_LE(m_server.connections(), 4) << "the listing's, and one for each that runs beside";
+}
+
+TEST_F(RadarUpdateTest, AFrameThatIsKnownIsTakenWithoutALookAtIt) {
+    const QString known = cached(nameOf("20190519_0544"));
+    writeFile(known, "not decoded");
+    writeFile(cached(nameOf("20190519_0554")), "no picture");
+    publish({"20190519_0544", "20190519_0554"});
+    animate(2, 9);
+    m_loaders.isKnown = [known](const QString& file) { return file == known; };
+    EXPECT_TRUE(update());
+    EXPECT_EQ(frameStamps(), (QStringList{"20190519_0544", "20190519_0554"}));
+    EXPECT_EQ(readFile(known), "not decoded");
+    EXPECT_EQ(readFile(cached(nameOf("20190519_0554"))), frameGif());
+    EXPECT_EQ(m_server.count(kListing + nameOf("20190519_0544")), 0);
+}
+
+TEST_F(RadarUpdateTest, WarningsThatNobodyLooksAtAreKeptAlone) {
+    publish({"20190519_0554"});
+    m_server.serve(kWarnings, warningsGif());
+    m_state.showWarnings = true;
+    m_loaders.warnings = nullptr;
+    EXPECT_TRUE(update());
+    EXPECT_EQ(readFile(cached("MUX_Warnings_0.gif")), warningsGif());
+    EXPECT_FALSE(m_state.warnings.picture);
+    EXPECT_TRUE(hasWarningsOf(m_state.cacheFolder, "MUX", "Short"));
 }
 
 TEST_F(RadarUpdateTest, AFrameThatCannotBeHadIsPassedOver) {
@@ -1068,7 +1095,7 @@ TEST(RealDataRadarUpdateTest, SixOfThirteenPublishedFrames) {
     Recorder recorder;
     Transfers transfers;
     CHttpTransfer transfer(transfers.downloads(), server.host(), true, false);
-    RadarUpdate run(state, recorder, transfer);
+    RadarUpdate run(state, recorder, transfer, shownPictures());
     ASSERT_TRUE(transfers.loop().resultOf<bool>([&run](const RadarUpdate::Done& done) {
         run.UpdateRadar(done);
     }));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/bitmap.h"
+#include "image/image_file.h"
+#include "radar/bitmap.h"
 #include "radar/radar_state.h"
 #include "radar/warnings_file.h"
 #include "support/files.h"
@@ -24,7 +25,7 @@ protected:
         writeFile(m_folder.filePath("BMX/BMX_Warnings_0.time"), text);
     }
     [[nodiscard]] RadarWarnings load(const QString& range = "Short") const {
-        return loadWarnings(m_folder.path(), "BMX", range);
+        return loadWarnings(m_folder.path(), "BMX", range, shownPictures().warnings);
     }
 
     QTemporaryDir m_folder;

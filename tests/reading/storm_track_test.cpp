@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "geo/way.h"
+#include "image/image_file.h"
 #include "nexrad/level3_decoder.h"
 #include "palette/nws_colours.h"
 #include "radar/catalogue/antenna_positions.h"
 #include "radar/catalogue/image_geometry.h"
-#include "radar/image/image_file.h"
 #include "reading/storm_track.h"
 #include "sample/sample_scan.h"
 #include "sample/sample_weather.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "image/image_file.h"
+#include "radar/bitmap.h"
 #include "radar/catalogue/antenna_positions.h"
-#include "radar/image/bitmap.h"
-#include "radar/image/image_file.h"
 #include "sample/sample_weather.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "image/image_file.h"
 #include "radar/catalogue/image_geometry.h"
-#include "radar/image/image_file.h"
 #include "server/render_command.h"
 #include "support/files.h"
 #include "support/full_disk.h"

@@ -3,6 +3,7 @@
 #include "basemap/basemaps.h"
 #include "basemap/radar_view.h"
 #include "geo/geo_reference.h"
+#include "image/image_file.h"
 #include "radar/catalogue/products.h"
 #include "radar/catalogue/sites.h"
 #include "support/files.h"
@@ -319,7 +320,7 @@ TEST_F(ServerProgramTest, NoFrameIsSentTwice) {
     Transfers transfers;
     const auto update = [&] {
         CHttpTransfer transfer(transfers.downloads(), m_host, true, false);
-        RadarUpdate run(state, view, transfer);
+        RadarUpdate run(state, view, transfer, shownPictures());
         return transfers.loop().resultOf<bool>([&run](const RadarUpdate::Done& done) {
             run.UpdateRadar(done);
         });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "geo/view_transform.h"
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 #include "sharp/detail.h"
 
 #include <QSize>

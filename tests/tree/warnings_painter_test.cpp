@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "image/image_file.h"
 #include "palette/warning_kinds.h"
-#include "radar/image/bitmap.h"
-#include "radar/image/image_file.h"
+#include "radar/bitmap.h"
 #include "tree/warnings_painter.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Reading the radar with mouse, finger and keys, in a real window.
+#include "image/gif_writer.h"
 #include "page/page_pointer.h"
 #include "page/page_stylus.h"
 #include "palette/nws_colours.h"
 #include "position/data_gps_position.h"
-#include "radar/image/gif_writer.h"
 #include "reading/reading_setting.h"
 #include "support/menu.h"
 #include "support/pointer.h"

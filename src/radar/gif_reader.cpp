@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/gif_reader.h"
+#include "radar/gif_reader.h"
 
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 
-#include <QPainter>
+#include <QPoint>
 
 #include <gif_lib.h>
 
@@ -13,12 +13,11 @@
 #include <cstring>
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace raincast {
 
 namespace {
-
-constexpr std::size_t kTableSize = 256;
 
 struct CloseGif {
     void operator()(GifFileType* gif) const { DGifCloseFile(gif, nullptr); }
@@ -87,13 +86,14 @@ std::span<const GifColorType> coloursOf(const GifFileType& gif) {
 }
 
 /// The colours in 256 entries, white where the file defines none and for the transparent one.
-QList<QRgb> colourTable(std::span<const GifColorType> colours, int transparent) {
-    QList<QRgb> table(kTableSize, kTransparentWhite);
+PlainPicture::Colours colourTable(std::span<const GifColorType> colours, int transparent) {
+    PlainPicture::Colours table;
+    table.fill(kTransparentWhite);
     std::transform(colours.begin(), colours.end(), table.begin(), [](const GifColorType& colour) {
-        return qRgb(colour.Red, colour.Green, colour.Blue);
+        return 0xFF00'0000U | quint32{colour.Red} << 16 | quint32{colour.Green} << 8 | colour.Blue;
     });
     if (transparent != NO_TRANSPARENT_COLOR) {
-        table[transparent] = kTransparentWhite;
+        table[static_cast<std::size_t>(transparent)] = kTransparentWhite;
     }
     return table;
 }
@@ -105,12 +105,12 @@ struct Pass {
 constexpr std::array<Pass, 4> kInterlaced = {{{0, 8}, {4, 8}, {2, 4}, {1, 2}}};
 constexpr std::array<Pass, 1> kProgressive = {{{0, 1}}};
 
-bool readRows(GifFileType* gif, QImage& picture) {
+bool readRows(GifFileType* gif, PlainPicture& picture) {
     const auto passes = gif->Image.Interlace ? std::span<const Pass>(kInterlaced)
                                              : std::span<const Pass>(kProgressive);
     for (const Pass& pass : passes) {
-        for (int row = pass.first; row < picture.height(); row += pass.step) {
-            if (DGifGetLine(gif, picture.scanLine(row), picture.width()) == GIF_ERROR) {
+        for (int row = pass.first; row < picture.size().height(); row += pass.step) {
+            if (DGifGetLine(gif, picture.row(row), picture.size().width()) == GIF_ERROR) {
                 return false;
             }
         }
@@ -137,13 +137,15 @@ uchar orOf(const uchar* line, int width) {
 
 /// Whether every pixel names a colour that the file defines, or the transparent one. The number of
 /// colours is always a power of two: the bits of a line's indices, or-ed together, show it.
-bool usesDefinedColours(const QImage& picture, std::size_t defined, int transparent) {
-    for (int row = 0; defined < kTableSize && row < picture.height(); ++row) {
-        const uchar* line = picture.constScanLine(row);
-        const bool good = orOf(line, picture.width()) < defined ||
-                          std::all_of(line, line + picture.width(), [&](uchar index) {
-                              return index < defined || index == transparent;
-                          });
+bool usesDefinedColours(const PlainPicture& picture, std::size_t defined, int transparent) {
+    const int width = picture.size().width();
+    const bool definesAll = defined == picture.colours().size();
+    for (int row = 0; !definesAll && row < picture.size().height(); ++row) {
+        const uchar* line = picture.row(row);
+        const bool good =
+            orOf(line, width) < defined || std::all_of(line, line + width, [&](uchar index) {
+                return index < defined || index == transparent;
+            });
         if (!good) {
             return false;
         }
@@ -151,22 +153,36 @@ bool usesDefinedColours(const QImage& picture, std::size_t defined, int transpar
     return true;
 }
 
-QImage placedOnScreen(const QImage& picture, QPoint place, QSize screen) {
+PlainPicture placedOnScreen(PlainPicture picture, QPoint place, QSize screen) {
     if (picture.size() == screen) {
         return picture;
     }
-    QImage result(screen, QImage::Format_RGB32);
-    if (!result.isNull()) {
-        result.fill(kTransparentWhite);
-        QPainter(&result).drawImage(place, picture);
+    PlainPicture result(screen, PlainPicture::Pixels::rgb);
+    if (result.isNull()) {
+        return result;
+    }
+    for (int row = 0; row < screen.height(); ++row) {
+        auto* const line = reinterpret_cast<quint32*>(result.row(row));
+        std::fill_n(line, screen.width(), kTransparentWhite);
+        const int inside = row - place.y();
+        if (0 <= inside && inside < picture.size().height()) {
+            const uchar* const indices = picture.row(inside);
+            std::transform(
+                indices, indices + picture.size().width(), line + place.x(),
+                [&picture](uchar index) { return picture.colours()[index]; }
+            );
+        }
     }
     return result;
 }
 
 } // namespace
 
-QImage readGif(const QByteArray& bytes, qint64 mostPixels) {
-    Source source{bytes.constData(), bytes.size()};
+PlainPicture readGif(QByteArrayView bytes, qint64 mostPixels) {
+    if (!bytes.startsWith("GIF8")) { // giflib takes any version
+        return {};
+    }
+    Source source{bytes.data(), bytes.size()};
     const Gif gif(DGifOpen(&source, readFromSource, nullptr));
     int transparent = NO_TRANSPARENT_COLOR;
     if (!gif || !readToFirstImage(gif.get(), transparent)) {
@@ -182,13 +198,13 @@ QImage readGif(const QByteArray& bytes, qint64 mostPixels) {
         qint64{screen.width()} * screen.height() > mostPixels) {
         return {};
     }
-    QImage picture(image.Width, image.Height, QImage::Format_Indexed8);
+    PlainPicture picture({image.Width, image.Height}, PlainPicture::Pixels::indexed);
     if (picture.isNull() || !readRows(gif.get(), picture) ||
         !usesDefinedColours(picture, colours.size(), transparent)) {
         return {};
     }
-    picture.setColorTable(colourTable(colours, transparent));
-    return placedOnScreen(picture, {image.Left, image.Top}, screen);
+    picture.colours() = colourTable(colours, transparent);
+    return placedOnScreen(std::move(picture), {image.Left, image.Top}, screen);
 }
 
 } // namespace raincast

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/composite.h"
+#include "image/composite.h"
 
-#include "radar/image/image_file.h"
+#include "image/image_file.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
+#include "radar/picture_loader.h"
 
+#include <QImage>
 #include <QString>
 
 namespace raincast {
@@ -18,5 +20,8 @@ namespace raincast {
 
 /// The same from the file's bytes. A null image on failure.
 [[nodiscard]] QImage decodeImage(const QByteArray& bytes, qint64 mostPixels = kMostImagePixels);
+
+/// Loads pictures of the cache as they are shown; none of more than kMostRadarPixels.
+[[nodiscard]] PictureLoaders shownPictures();
 
 } // namespace raincast

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QImage>
+#include <QtGlobal>
 
 #include <cstddef>
 #include <memory>
 #include <utility>
+
+class QImage; // of a library that not every program has
 
 namespace raincast {
 
@@ -32,7 +34,7 @@ struct DetailedBitmap {
 
 /// The colour key of every picture of the radar stack: exactly this colour is transparent when one
 /// picture is drawn over another. 253,253,253, the strongest echo, is not.
-inline constexpr QRgb kTransparentWhite = 0xFFFF'FFFF;
+inline constexpr quint32 kTransparentWhite = 0xFFFF'FFFF;
 
 /// The size in pixels of every published radar image and map layer.
 inline constexpr int kRadarImageWidth = 600;

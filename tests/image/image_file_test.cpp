@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/image_file.h"
+#include "image/image_file.h"
 #include "support/gif_maker.h"
 #include "support/little_memory.h"
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "radar/cached_frames.h"
+#include "image/cached_frames.h"
 
+#include "image/image_file.h"
 #include "radar/cache.h"
 #include "radar/catalogue/frame_name.h"
 #include "radar/catalogue/products.h"
 #include "radar/frame_search.h"
-#include "radar/image/image_file.h"
 #include "radar/warning_texts.h"
 
 #include <QDir>
@@ -73,7 +73,8 @@ loadNewest(const RadarState& state, const std::shared_ptr<const FrameListing>& l
 
 RadarWarnings warningsOf(const RadarState& state) {
     const QString range = ProductRange(state.product).toString();
-    RadarWarnings warnings = loadWarnings(state.cacheRoot(), state.siteId, range);
+    RadarWarnings warnings =
+        loadWarnings(state.cacheRoot(), state.siteId, range, shownPictures().warnings);
     warnings.texts = loadWarningTexts(state.cacheRoot(), state.siteId, range);
     return warnings;
 }

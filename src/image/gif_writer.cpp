@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/gif_writer.h"
+#include "image/gif_writer.h"
 
 #include <gif_lib.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/sample_mark.h"
+#include "image/sample_mark.h"
 
 #include <algorithm>
 #include <array>

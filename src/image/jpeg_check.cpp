@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/jpeg_check.h"
+#include "image/jpeg_check.h"
 
 #include <QtEndian>
 

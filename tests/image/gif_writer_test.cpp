@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/bitmap.h"
-#include "radar/image/gif_writer.h"
-#include "radar/image/image_file.h"
+#include "image/gif_writer.h"
+#include "image/image_file.h"
+#include "radar/bitmap.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/image/indexed_picture.h"
+#include "image/indexed_picture.h"
 
 namespace raincast {
 

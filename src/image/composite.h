@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "radar/image/bitmap.h"
+#include "radar/bitmap.h"
 
+#include <QImage>
 #include <QString>
 
 namespace raincast {

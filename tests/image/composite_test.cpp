@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "radar/image/composite.h"
+#include "image/composite.h"
 #include "support/gif_maker.h"
 
 #include <QFile>
