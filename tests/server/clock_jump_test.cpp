@@ -10,9 +10,10 @@
 #include <QDeadlineTimer>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QThread>
 
 #include <gmock/gmock.h>
+
+#include <thread>
 
 namespace raincast {
 namespace {
@@ -102,7 +103,7 @@ TEST_F(ServerClockJumpTest, LiveWeatherGoesOnAfterIt) {
     const auto awaitNewest = [this](const QString& name) {
         QDeadlineTimer deadline(kDeadline);
         while (newest() != name && !deadline.hasExpired()) {
-            QThread::msleep(20);
+            std::this_thread::yield();
         }
         EXPECT_EQ(newest(), name);
         EXPECT_THAT(get(kFolder + name.toStdString()), ::testing::HasSubstr("GIF89a"));
