@@ -30,8 +30,7 @@ void LiveFeed::take(const LiveObject& kept) {
 }
 
 bool LiveFeed::isDue() const {
-    const FileTime present = now();
-    return !m_isListing && (m_due <= present || m_due > present + kLongestWait);
+    return !m_isListing && hasCome(m_due, kLongestWait, now());
 }
 
 void LiveFeed::list(FileTime since) {
@@ -41,7 +40,7 @@ void LiveFeed::list(FileTime since) {
 }
 
 void LiveFeed::listAll(FileTime since) {
-    if (!m_isListing && now() >= m_listedAllAt + kRefusedFor) {
+    if (!m_isListing && hasCome(m_listedAllAt + kRefusedFor, kRefusedFor, now())) {
         m_listedAllAt = now();
         begin(since, true);
     }
@@ -50,6 +49,11 @@ void LiveFeed::listAll(FileTime since) {
 void LiveFeed::begin(FileTime since, bool all) {
     m_isListing = true;
     m_oldest = since;
+    // What is of the future now came by a clock that was wrong.
+    m_volumes.erase(m_volumes.upper_bound(now() + kMostAhead), m_volumes.end());
+    if (m_listedAt > now()) {
+        m_listedAt = 0;
+    }
     // Volumes of an earlier run say nothing of those between them.
     const bool isFirst = m_listedAt == 0 || all;
     const ListQuestion question{
@@ -136,8 +140,8 @@ LiveFeed::Bytes LiveFeed::bytesOf(FileTime minute) const {
     const QByteArray& etag = volume.object.etag;
     const bool isReplaced = volume.kept && *volume.kept != etag;
     const bool isDoubtful = volume.kept && !etag.isEmpty() && isNewest(minute) &&
-                            now() >= volume.checkedAt + kRecheckAfter;
-    const bool mayAsk = now() >= volume.notBefore && !m_provider.rests();
+                            hasCome(volume.checkedAt + kRecheckAfter, kRecheckAfter, now());
+    const bool mayAsk = hasCome(volume.notBefore, kRefusedFor, now()) && !m_provider.rests();
     if (mayAsk && (!volume.kept || isReplaced || isDoubtful)) {
         return Bytes::wanted;
     }

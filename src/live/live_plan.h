@@ -22,6 +22,12 @@ inline constexpr FileTime kWarmWait = 1 * kFileTimePerSecond;
 /// An asker waits for a frame so long.
 inline constexpr FileTime kFrameWait = 20 * kFileTimePerSecond;
 
+/// Whether a time has come that was at most so far ahead when it was set. A clock that has been set
+/// back since does not keep anybody waiting.
+[[nodiscard]] constexpr bool hasCome(FileTime time, FileTime longestWait, FileTime now) {
+    return time <= now || time > now + longestWait;
+}
+
 /// What is known of a product's volumes after a listing.
 struct VolumeTimes {
     FileTime newest = 0;   ///< 0: there is none

@@ -73,8 +73,8 @@ FileTime LiveSeries::ringSince() {
 // Tries the choices in turn until one is fresh, then stays with it for the day.
 bool LiveSeries::pursue(Provider& provider, Choice& choice, FileTime since) {
     const FileTime day = now() / kDay;
-    const bool isOld =
-        choice.isSettled && now() >= choice.retryAt && !isFresh(chosen(provider, choice).newest());
+    const bool isOld = choice.isSettled && hasCome(choice.retryAt, kRetryOld, now()) &&
+                       !isFresh(chosen(provider, choice).newest());
     if (choice.day != day || isOld) {
         choice = {.index = 0, .day = day, .isSettled = false, .retryAt = 0};
     }

@@ -48,7 +48,7 @@ QString textOf(std::string_view text) {
 
 /// Whether something is due that is done at an interval; it is done then.
 bool isTime(FileTime& due, FileTime interval) {
-    const bool isDue = worldNow() >= due || due > worldNow() + interval;
+    const bool isDue = hasCome(due, interval, worldNow());
     due = isDue ? worldNow() + interval : due;
     return isDue;
 }

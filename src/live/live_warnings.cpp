@@ -65,7 +65,7 @@ FileTime LiveWarnings::due() const {
 }
 
 bool LiveWarnings::pursue() {
-    const bool isDue = now() >= m_due || m_due > now() + 2 * m_interval;
+    const bool isDue = hasCome(m_due, 2 * m_interval, now());
     if (!m_isAsking && isDue && isWanted()) {
         m_isAsking = true;
         m_due = now() + m_interval;

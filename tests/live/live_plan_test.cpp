@@ -10,6 +10,15 @@ constexpr FileTime kSecond = kFileTimePerSecond;
 constexpr FileTime kMinute = kFileTimePerMinute;
 const FileTime kNow = fromCalendar({2026, 11, 21, 17, 50});
 
+TEST(LivePlanTest, AClockThatIsSetBackKeepsNobodyWaiting) {
+    const FileTime due = kNow + 10 * kMinute;
+    EXPECT_FALSE(hasCome(due, 10 * kMinute, kNow));
+    EXPECT_FALSE(hasCome(due, 10 * kMinute, due - 1));
+    EXPECT_TRUE(hasCome(due, 10 * kMinute, due));
+    EXPECT_TRUE(hasCome(due, 10 * kMinute, kNow - 1)) << "set back";
+    EXPECT_TRUE(hasCome(0, 10 * kMinute, kNow)) << "never set";
+}
+
 TEST(LivePlanTest, ListsWhenTheNextVolumeIsExpected) {
     const VolumeTimes times{kNow - 4 * kMinute, kNow - 9 * kMinute, kNow - kMinute, 0};
     EXPECT_EQ(nextListing(times, kNow), kNow - kMinute + 5 * kMinute + 15 * kSecond);
