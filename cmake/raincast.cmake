@@ -145,7 +145,8 @@ endfunction()
 set(RAINCAST_LEFT_OUT "")
 if(RAINCAST_SANITIZE STREQUAL "thread")
     string(CONCAT RAINCAST_LEFT_OUT ":EndSignals*:PeerServers*:*KilledInTheMiddle*:LivePicture*:LiveProgram*"
-        ":NginxSettings*:Published*:Remote*:*Prometheus*:ServerProgram*:TlsCurlFetcher*:TryLive*:*TenThousandRuns*")
+        ":NginxSettings*:Published*:Remote*:*Prometheus*:ServerClockJump*:ServerProgram*:TlsCurlFetcher*"
+        ":TryLive*:*TenThousandRuns*")
 endif()
 
 # raincast_test(ROOM): the tests below tests/ROOM as one program and up to three ctest
