@@ -1,37 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "image/gif_writer.h"
 
-#include <gif_lib.h>
+#include "image/gif_colour_map.h"
 
-#include <algorithm>
 #include <array>
-#include <bit>
-#include <memory>
 
 namespace raincast {
 
 namespace {
 
-struct FreeColours {
-    void operator()(ColorMapObject* map) const { GifFreeMapObject(map); }
-};
-using ColourMap = std::unique_ptr<ColorMapObject, FreeColours>;
-
 int append(GifFileType* gif, const GifByteType* bytes, int count) {
     static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), count);
     return count;
-}
-
-/// A GIF's table has a power of two entries; the entries left over are black and not used.
-ColourMap colourMap(std::span<const QRgb> colours) {
-    std::array<GifColorType, 256> entries{};
-    std::transform(colours.begin(), colours.end(), entries.begin(), [](QRgb colour) {
-        const auto part = [](int value) { return static_cast<GifByteType>(value); };
-        return GifColorType{part(qRed(colour)), part(qGreen(colour)), part(qBlue(colour))};
-    });
-    return ColourMap(
-        GifMakeMapObject(static_cast<int>(std::bit_ceil(colours.size())), entries.data())
-    );
 }
 
 bool writeHead(GifFileType* gif, const IndexedPicture& picture, const ColorMapObject* map) {
@@ -63,7 +43,7 @@ bool writeRows(GifFileType* gif, IndexedPicture picture) {
 
 std::optional<QByteArray> writeGif(const IndexedPicture& picture, std::span<const QRgb> colours) {
     QByteArray bytes;
-    const ColourMap map = colourMap(colours);
+    const GifColourMap map = gifColourMap(colours);
     GifFileType* gif = map ? EGifOpen(&bytes, append, nullptr) : nullptr;
     if (gif == nullptr) {
         return std::nullopt;

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "pictures/animated_gif.h"
 
-#include <QRect>
+#include "image/gif_colour_map.h"
 
-#include <gif_lib.h>
+#include <QRect>
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -18,22 +16,6 @@ namespace {
 
 constexpr int kMostExtent = 65535;
 constexpr int kMillisecondsPerUnit = 10;
-
-struct FreeColours {
-    void operator()(ColorMapObject* map) const { GifFreeMapObject(map); }
-};
-using ColourMap = std::unique_ptr<ColorMapObject, FreeColours>;
-
-ColourMap colourMap(const std::vector<QRgb>& colours) {
-    std::array<GifColorType, 256> entries{};
-    std::transform(colours.begin(), colours.end(), entries.begin(), [](QRgb colour) {
-        const auto part = [](int value) { return static_cast<GifByteType>(value); };
-        return GifColorType{part(qRed(colour)), part(qGreen(colour)), part(qBlue(colour))};
-    });
-    return ColourMap(
-        GifMakeMapObject(static_cast<int>(std::bit_ceil(colours.size())), entries.data())
-    );
-}
 
 int give(GifFileType* gif, const GifByteType* bytes, int count) {
     const auto& sink = *static_cast<const AnimatedGif::Sink*>(gif->UserData);
@@ -105,7 +87,7 @@ bool AnimatedGif::begin(const QSize& size) {
     if (size.isEmpty() || size.width() > kMostExtent || size.height() > kMostExtent) {
         return false;
     }
-    const ColourMap map = colourMap(m_palette.colours());
+    const GifColourMap map = gifColourMap(m_palette.colours());
     m_gif = EGifOpen(&m_sink, give, nullptr);
     if (!map || m_gif == nullptr) {
         return false;
